@@ -1,0 +1,24 @@
+# Each folder is one library. What it links is what it may include.
+
+add_library(tidewell_warnings INTERFACE)
+target_compile_options(tidewell_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+# tidewell_library(<folder> SOURCES ... LINKS ...)
+function(tidewell_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+    add_library(tidewell_${name} STATIC ${ARG_SOURCES})
+    target_include_directories(tidewell_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(tidewell_${name} PUBLIC ${ARG_LINKS} PRIVATE tidewell_warnings ${ARG_PRIVATE_LINKS})
+endfunction()
+
+# tidewell_test(<folder> SOURCES ... LINKS ...): one test program per folder, run under three locales.
+function(tidewell_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name}_tests ${ARG_SOURCES})
+    target_link_libraries(${name}_tests PRIVATE ${ARG_LINKS} tidewell_test_support tidewell_warnings GTest::gmock_main)
+    target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
+    foreach(locale C.UTF-8 de_DE.UTF-8 da_DK.UTF-8)
+        add_test(NAME ${name}.${locale} COMMAND ${name}_tests)
+        set_tests_properties(${name}.${locale} PROPERTIES ENVIRONMENT "LC_ALL=${locale};LANG=${locale};QT_QPA_PLATFORM=offscreen" TIMEOUT 120)
+    endforeach()
+endfunction()

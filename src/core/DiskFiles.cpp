@@ -1,0 +1,217 @@
+#include "core/DiskFiles.h"
+
+#include "core/Errors.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+namespace tidewell {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void Fail(const std::string& what, const fs::path& path, int error) {
+    throw EInOutError(what + " " + path.string() + ": " + std::generic_category().message(error));
+}
+
+// A file descriptor that closes itself.
+class TDescriptor {
+  public:
+    explicit TDescriptor(int value) : Value(value) {}
+    TDescriptor(TDescriptor&& other) noexcept : Value(std::exchange(other.Value, -1)) {}
+    TDescriptor(const TDescriptor&) = delete;
+    TDescriptor& operator=(const TDescriptor&) = delete;
+    TDescriptor& operator=(TDescriptor&&) = delete;
+    ~TDescriptor() {
+        if (Value >= 0)
+            ::close(Value);
+    }
+    int Get() const { return Value; }
+    // Closes now; 0, or the error.
+    int Close() { return ::close(std::exchange(Value, -1)) == 0 ? 0 : errno; }
+
+  private:
+    int Value;
+};
+
+class TDiskWriter : public IFileWriter {
+  public:
+    TDiskWriter(fs::path target, fs::path temporary, TDescriptor descriptor)
+        : Target(std::move(target)), Temporary(std::move(temporary)), Descriptor(std::move(descriptor)) {}
+    TDiskWriter(const TDiskWriter&) = delete;
+    TDiskWriter& operator=(const TDiskWriter&) = delete;
+    ~TDiskWriter() override {
+        if (!Committed)
+            ::unlink(Temporary.c_str());
+    }
+
+    void Write(std::string_view bytes) override {
+        while (!bytes.empty()) {
+            const auto written = ::write(Descriptor.Get(), bytes.data(), bytes.size());
+            if (written < 0) {
+                if (errno == EINTR)
+                    continue;
+                Fail("Cannot write", Target, errno);
+            }
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        }
+    }
+
+    void Commit() override {
+        // What the disk has not taken by now, such as a delayed "disk full", must show before the old file
+        // goes.
+        if (::fsync(Descriptor.Get()) != 0)
+            Fail("Cannot write", Target, errno);
+        if (const int error = Descriptor.Close(); error != 0)
+            Fail("Cannot write", Target, error);
+        if (::rename(Temporary.c_str(), Target.c_str()) != 0)
+            Fail("Cannot replace", Target, errno);
+        Committed = true;
+    }
+
+  private:
+    fs::path Target;
+    fs::path Temporary;
+    TDescriptor Descriptor;
+    bool Committed = false;
+};
+
+char Lower(char c) {
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+}
+
+} // namespace
+
+bool MatchesMask(const std::string& name, const std::string& mask) {
+    std::size_t n = 0;
+    std::size_t m = 0;
+    std::size_t star = std::string::npos;
+    std::size_t resume = 0;
+    while (n < name.size()) {
+        if (m < mask.size() && mask[m] == '*') {
+            star = m++;
+            resume = n;
+        } else if (m < mask.size() && (mask[m] == '?' || Lower(mask[m]) == Lower(name[n]))) {
+            ++m;
+            ++n;
+        } else if (star != std::string::npos) {
+            m = star + 1;
+            n = ++resume;
+        } else {
+            return false;
+        }
+    }
+    while (m < mask.size() && mask[m] == '*')
+        ++m;
+    return m == mask.size();
+}
+
+std::string TDiskFiles::Read(const fs::path& path) const {
+    const TDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat info {};
+    if (file.Get() < 0 || ::fstat(file.Get(), &info) != 0)
+        Fail("Cannot read", path, errno);
+    if (S_ISDIR(info.st_mode))
+        Fail("Cannot read", path, EISDIR);
+    std::string bytes(static_cast<std::size_t>(info.st_size), '\0');
+    std::size_t got = 0;
+    for (;;) {
+        if (got == bytes.size())
+            bytes.resize(got + 65536); // a file that grows, or one whose size is not known beforehand
+        const auto count = ::read(file.Get(), bytes.data() + got, bytes.size() - got);
+        if (count < 0) {
+            if (errno == EINTR)
+                continue;
+            Fail("Cannot read", path, errno);
+        }
+        if (count == 0)
+            break;
+        got += static_cast<std::size_t>(count);
+    }
+    bytes.resize(got);
+    return bytes;
+}
+
+std::unique_ptr<IFileWriter> TDiskFiles::Replace(const fs::path& path) {
+    // A link is followed, so that it goes on pointing at the file that is replaced.
+    std::error_code ignored;
+    const fs::path target = fs::is_symlink(path, ignored) ? fs::weakly_canonical(path) : path;
+    struct stat info {};
+    const bool existed = ::stat(target.c_str(), &info) == 0;
+    // A rename would replace a read-only file too; whoever made it read-only wants it kept.
+    if (existed &&
+        (::access(target.c_str(), W_OK) != 0 || (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0))
+        Fail("Cannot write", path, EACCES);
+    std::string temporary = target.string() + ".XXXXXX";
+    TDescriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (descriptor.Get() < 0)
+        Fail("Cannot write", path, errno);
+    ::fchmod(descriptor.Get(), existed ? (info.st_mode & 07777U) : 0644U);
+    return std::make_unique<TDiskWriter>(target, temporary, std::move(descriptor));
+}
+
+bool TDiskFiles::FileExists(const fs::path& path) const {
+    std::error_code error;
+    return fs::exists(path, error) && !fs::is_directory(path, error);
+}
+
+bool TDiskFiles::DirectoryExists(const fs::path& path) const {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+void TDiskFiles::CreateDirectories(const fs::path& path) {
+    std::error_code error;
+    fs::create_directories(path, error);
+    if (error && !DirectoryExists(path))
+        Fail("Cannot make directory", path, error.value());
+}
+
+std::vector<std::string> TDiskFiles::List(const fs::path& directory, const std::string& mask) const {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        if (!entry->is_directory(ignored) && MatchesMask(entry->path().filename().string(), mask))
+            names.push_back(entry->path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+TTime TDiskFiles::Modified(const fs::path& path) const {
+    std::error_code error;
+    const auto time = fs::last_write_time(path, error);
+    if (error)
+        Fail("Cannot read", path, error.value());
+    return std::chrono::time_point_cast<TTime::duration>(std::chrono::file_clock::to_sys(time));
+}
+
+void TDiskFiles::Remove(const fs::path& path) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) == 0 && (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
+        Fail("Cannot remove", path, EACCES); // a file that someone made read-only is to stay
+    if (::unlink(path.c_str()) != 0)
+        Fail("Cannot remove", path, errno);
+}
+
+bool TDiskFiles::IsLocked(const fs::path& path) const {
+    if (!FileExists(path))
+        return false;
+    const TDescriptor file(::open(path.c_str(), O_RDWR | O_CLOEXEC));
+    return file.Get() < 0 || ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0;
+}
+
+} // namespace tidewell

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "core/ports/IFiles.h"
+
+#include <string>
+
+namespace tidewell {
+
+// Whether the whole name matches the mask; "*" is any run of characters, "?" any one, letters compare without
+// case.
+bool MatchesMask(const std::string& name, const std::string& mask);
+
+// The files of this machine.
+class TDiskFiles : public IFiles {
+  public:
+    std::string Read(const std::filesystem::path& path) const override;
+    std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) override;
+    bool FileExists(const std::filesystem::path& path) const override;
+    bool DirectoryExists(const std::filesystem::path& path) const override;
+    void CreateDirectories(const std::filesystem::path& path) override;
+    std::vector<std::string> List(const std::filesystem::path& directory,
+                                  const std::string& mask) const override;
+    TTime Modified(const std::filesystem::path& path) const override;
+    void Remove(const std::filesystem::path& path) override;
+    bool IsLocked(const std::filesystem::path& path) const override;
+};
+
+} // namespace tidewell

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "core/controls/Signal.h"
+
+#include <functional>
+#include <string>
+#include <utility>
+
+namespace tidewell {
+
+// A handler that a form gives to one of its controls; an unset one does nothing.
+template <class... TArgs>
+class TEvent {
+  public:
+    TEvent& operator=(std::function<void(TArgs...)> handler) {
+        Handler = std::move(handler);
+        return *this;
+    }
+    void operator()(TArgs... args) const {
+        if (Handler)
+            Handler(args...);
+    }
+    explicit operator bool() const { return static_cast<bool>(Handler); }
+
+  private:
+    std::function<void(TArgs...)> Handler;
+};
+
+// What every control of a screen model has. Setters emit Changed only if the value differs.
+class TControl {
+  public:
+    explicit TControl(std::string name) : ControlName(std::move(name)) {}
+    virtual ~TControl() = default;
+    TControl(const TControl&) = delete;
+    TControl& operator=(const TControl&) = delete;
+
+    const std::string& Name() const { return ControlName; }
+
+    bool Visible() const { return IsVisible; }
+    void SetVisible(bool visible) { Assign(IsVisible, visible); }
+    bool Enabled() const { return IsEnabled; }
+    void SetEnabled(bool enabled) { Assign(IsEnabled, enabled); }
+    const std::string& Hint() const { return HintText; }
+    void SetHint(const std::string& hint) { Assign(HintText, hint); }
+
+    // Asks the view to paint anew what it reads while painting.
+    void Repaint() { Changed.Emit(); }
+    // Asks the view to give this control the keyboard.
+    void SetFocus() { FocusRequested.Emit(); }
+
+    TSignal<> Changed;
+    TSignal<> FocusRequested;
+
+  protected:
+    template <class T>
+    void Assign(T& field, T value) {
+        if (field != value) {
+            field = std::move(value);
+            Changed.Emit();
+        }
+    }
+
+  private:
+    std::string ControlName;
+    bool IsVisible = true;
+    bool IsEnabled = true;
+    std::string HintText;
+};
+
+// A control with a caption.
+class TCaptionControl : public TControl {
+  public:
+    explicit TCaptionControl(std::string name, std::string caption = {})
+        : TControl(std::move(name)), CaptionText(std::move(caption)) {}
+    const std::string& Caption() const { return CaptionText; }
+    void SetCaption(const std::string& caption) { Assign(CaptionText, caption); }
+
+  private:
+    std::string CaptionText;
+};
+
+} // namespace tidewell

@@ -1,0 +1,38 @@
+#include "core/controls/Form.h"
+
+namespace tidewell {
+
+void TForm::Open() {
+    Result = EModalResult::None;
+    SetVisible(true);
+    OnShow();
+}
+
+void TForm::Close() {
+    if (!Visible() || Closing)
+        return;
+    bool mayClose = true;
+    OnCloseQuery(mayClose);
+    if (!mayClose)
+        return;
+    Closing = true;
+    struct TLeave {
+        bool& Flag;
+        ~TLeave() { Flag = false; }
+    } leave{Closing};
+    OnClose();
+    if (Result == EModalResult::None)
+        Result = EModalResult::Cancel;
+    SetVisible(false);
+}
+
+void TForm::SetClientSize(int width, int height) {
+    if (width == Width && height == Height)
+        return;
+    Width = width;
+    Height = height;
+    Changed.Emit();
+    OnResize();
+}
+
+} // namespace tidewell

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "core/controls/Control.h"
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tidewell {
+
+// A control that holds rows of text, of which one may be selected.
+class TItemsControl : public TCaptionControl {
+  public:
+    using TCaptionControl::TCaptionControl;
+    const std::vector<std::string>& Items() const { return Rows; }
+    void SetItems(std::vector<std::string> rows) {
+        Rows = std::move(rows);
+        Selected = -1;
+        Changed.Emit();
+    }
+    void Add(const std::string& row) {
+        Rows.push_back(row);
+        Changed.Emit();
+    }
+    void Clear() { SetItems({}); }
+    int ItemIndex() const { return Selected; } // -1: none
+    void SetItemIndex(int index) { Assign(Selected, index); }
+    // What a click on a row does.
+    void ClickItem(int index) {
+        SetItemIndex(index);
+        OnClick();
+    }
+    TEvent<> OnClick;
+
+  private:
+    std::vector<std::string> Rows;
+    int Selected = -1;
+};
+
+class TListBox : public TItemsControl {
+  public:
+    using TItemsControl::TItemsControl;
+};
+
+class TComboBox : public TItemsControl {
+  public:
+    using TItemsControl::TItemsControl;
+};
+
+class TRadioGroup : public TItemsControl {
+  public:
+    using TItemsControl::TItemsControl;
+};
+
+// Lines of text, read-only to the user. Appending is cheap: a view follows LineAdded and need not read all
+// anew.
+class TMemo : public TControl {
+  public:
+    using TControl::TControl;
+    const std::vector<std::string>& Lines() const { return Rows; }
+    void Add(const std::string& line) {
+        Rows.push_back(line);
+        LineAdded.Emit(Rows.back());
+    }
+    void Clear() {
+        Rows.clear();
+        Changed.Emit();
+    }
+    TSignal<const std::string&> LineAdded;
+
+  private:
+    std::vector<std::string> Rows;
+};
+
+} // namespace tidewell

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <utility>
+
+namespace tidewell {
+
+using TTime = std::chrono::system_clock::time_point;
+
+// Wall time and the machine's formats for it. Never used to measure an interval.
+class IClock {
+  public:
+    virtual ~IClock() = default;
+    virtual TTime Now() const = 0;
+    // Local hour and minute.
+    virtual std::pair<int, int> HourMinute(TTime time) const = 0;
+    // The start of the local day that holds the time.
+    virtual TTime Midnight(TTime time) const = 0;
+    virtual std::string ShortDate(TTime time) const = 0;
+    virtual std::string ShortTime(TTime time) const = 0;
+    virtual std::string LongTime(TTime time) const = 0;
+};
+
+} // namespace tidewell

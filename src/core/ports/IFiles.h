@@ -1,0 +1,43 @@
+#pragma once
+
+#include "core/ports/IClock.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tidewell {
+
+// A file being written beside its final place. What is not committed leaves the old file, or none. Write and
+// Commit throw EInOutError.
+class IFileWriter {
+  public:
+    virtual ~IFileWriter() = default;
+    virtual void Write(std::string_view bytes) = 0;
+    // Makes the bytes durable and puts the file in place of the old one, in one step.
+    virtual void Commit() = 0;
+};
+
+// Files as whole byte strings. Operations that fail throw EInOutError, unless they say otherwise.
+class IFiles {
+  public:
+    virtual ~IFiles() = default;
+    virtual std::string Read(const std::filesystem::path& path) const = 0;
+    // The directory must exist.
+    virtual std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) = 0;
+    virtual bool FileExists(const std::filesystem::path& path) const = 0;
+    virtual bool DirectoryExists(const std::filesystem::path& path) const = 0;
+    virtual void CreateDirectories(const std::filesystem::path& path) = 0;
+    // Names, without directory, of the entries that match the mask ("*" and "?", case-blind) and are no
+    // directories, in the order of the listing, which is by name. A missing directory gives none.
+    virtual std::vector<std::string> List(const std::filesystem::path& directory,
+                                          const std::string& mask) const = 0;
+    virtual TTime Modified(const std::filesystem::path& path) const = 0;
+    virtual void Remove(const std::filesystem::path& path) = 0;
+    // True when the file exists and cannot be opened for exclusive reading and writing. Does not throw.
+    virtual bool IsLocked(const std::filesystem::path& path) const = 0;
+};
+
+} // namespace tidewell

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tidewell {
+
+struct THttpRequest {
+    std::string Method; // "GET" or "POST"
+    std::string Url;
+    std::vector<std::pair<std::string, std::string>> Headers;
+    std::string Body;
+};
+
+struct THttpReply {
+    int Code = -1;      // -1: there was no reply at all
+    std::string Reason; // text of the status line
+    std::string Error;  // why there was no reply; empty otherwise
+    std::string Body;
+    std::vector<std::pair<std::string, std::string>> Headers;
+
+    // First header of that name, compared without regard to case; empty if there is none.
+    std::string Header(const std::string& name) const;
+};
+
+// One complete HTTPS exchange on a connection of its own. It blocks, and does not throw.
+class IHttp {
+  public:
+    virtual ~IHttp() = default;
+    virtual THttpReply Exchange(const THttpRequest& request) = 0;
+};
+
+} // namespace tidewell

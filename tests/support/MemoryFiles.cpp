@@ -1,0 +1,110 @@
+#include "support/MemoryFiles.h"
+
+#include "core/DiskFiles.h"
+#include "core/Errors.h"
+
+#include <utility>
+
+namespace tidewell::test {
+
+namespace {
+
+std::filesystem::path Plain(const std::filesystem::path& path) {
+    auto plain = path.lexically_normal();
+    return plain.has_filename() ? plain : plain.parent_path();
+}
+
+} // namespace
+
+class TMemoryFiles::TWriter : public IFileWriter {
+  public:
+    TWriter(TMemoryFiles& files, std::filesystem::path path) : Files(files), Path(std::move(path)) {}
+    void Write(std::string_view bytes) override {
+        if (bytes.size() > Files.Room)
+            throw EInOutError("Cannot write " + Path.string() + ": No space left on device");
+        Files.Room -= bytes.size();
+        Buffer += bytes;
+    }
+    void Commit() override {
+        Files.Content[Path] = Buffer;
+        Files.Directories.insert(Path.parent_path());
+    }
+
+  private:
+    TMemoryFiles& Files;
+    std::filesystem::path Path;
+    std::string Buffer;
+};
+
+void TMemoryFiles::Put(const std::filesystem::path& path, const std::string& bytes) {
+    const auto plain = Plain(path);
+    Content[plain] = bytes;
+    CreateDirectories(plain.parent_path());
+}
+
+bool TMemoryFiles::IsUnwritable(const std::filesystem::path& path) const {
+    for (auto part = path;; part = part.parent_path()) {
+        if (Unwritable.contains(part))
+            return true;
+        if (part == part.parent_path())
+            return false;
+    }
+}
+
+std::string TMemoryFiles::Read(const std::filesystem::path& path) const {
+    const auto found = Content.find(Plain(path));
+    if (found == Content.end())
+        throw EInOutError("Cannot read " + path.string() + ": No such file or directory");
+    return found->second;
+}
+
+std::unique_ptr<IFileWriter> TMemoryFiles::Replace(const std::filesystem::path& path) {
+    const auto plain = Plain(path);
+    if (IsUnwritable(plain))
+        throw EInOutError("Cannot write " + path.string() + ": Permission denied");
+    if (!DirectoryExists(plain.parent_path()))
+        throw EInOutError("Cannot write " + path.string() + ": No such file or directory");
+    return std::make_unique<TWriter>(*this, plain);
+}
+
+bool TMemoryFiles::FileExists(const std::filesystem::path& path) const {
+    return Content.contains(Plain(path));
+}
+
+bool TMemoryFiles::DirectoryExists(const std::filesystem::path& path) const {
+    return Directories.contains(Plain(path));
+}
+
+void TMemoryFiles::CreateDirectories(const std::filesystem::path& path) {
+    const auto plain = Plain(path);
+    if (IsUnwritable(plain))
+        throw EInOutError("Cannot make directory " + path.string() + ": Permission denied");
+    for (auto part = plain; Directories.insert(part).second && part != part.parent_path();)
+        part = part.parent_path();
+}
+
+std::vector<std::string> TMemoryFiles::List(const std::filesystem::path& directory,
+                                            const std::string& mask) const {
+    std::vector<std::string> names;
+    for (const auto& [path, bytes] : Content)
+        if (path.parent_path() == Plain(directory) && MatchesMask(path.filename().string(), mask))
+            names.push_back(path.filename().string());
+    return names;
+}
+
+TTime TMemoryFiles::Modified(const std::filesystem::path& path) const {
+    const auto found = Times.find(Plain(path));
+    return found == Times.end() ? TTime{} : found->second;
+}
+
+void TMemoryFiles::Remove(const std::filesystem::path& path) {
+    const auto plain = Plain(path);
+    if (IsUnwritable(plain) || Content.erase(plain) == 0)
+        throw EInOutError("Cannot remove " + path.string() + ": Permission denied");
+}
+
+bool TMemoryFiles::IsLocked(const std::filesystem::path& path) const {
+    return FileExists(path) && Locked.contains(Plain(path));
+}
+
+} // namespace tidewell::test

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/ports/IFiles.h"
+
+#include <map>
+#include <set>
+#include <string>
+
+namespace tidewell::test {
+
+// Files in memory. Directories exist when made, or when a file was put below them.
+class TMemoryFiles : public IFiles {
+  public:
+    std::map<std::filesystem::path, std::string> Content;
+    std::map<std::filesystem::path, TTime> Times;
+    std::set<std::filesystem::path> Directories;
+    // Paths at which writing or removing fails, as on a read-only or full disk; a directory stands for all
+    // below it.
+    std::set<std::filesystem::path> Unwritable;
+    std::set<std::filesystem::path> Locked;
+    // Bytes that can still be written before the disk is full.
+    std::size_t Room = static_cast<std::size_t>(-1);
+
+    void Put(const std::filesystem::path& path, const std::string& bytes);
+
+    std::string Read(const std::filesystem::path& path) const override;
+    std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) override;
+    bool FileExists(const std::filesystem::path& path) const override;
+    bool DirectoryExists(const std::filesystem::path& path) const override;
+    void CreateDirectories(const std::filesystem::path& path) override;
+    std::vector<std::string> List(const std::filesystem::path& directory,
+                                  const std::string& mask) const override;
+    TTime Modified(const std::filesystem::path& path) const override;
+    void Remove(const std::filesystem::path& path) override;
+    bool IsLocked(const std::filesystem::path& path) const override;
+
+  private:
+    class TWriter;
+    bool IsUnwritable(const std::filesystem::path& path) const;
+};
+
+} // namespace tidewell::test
