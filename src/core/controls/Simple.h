@@ -14,6 +14,17 @@ class TLabel : public TCaptionControl {
     using TCaptionControl::TCaptionControl;
 };
 
+// A picture, as the bytes of its file.
+class TImage : public TControl {
+  public:
+    using TControl::TControl;
+    const std::string& Bytes() const { return Content; }
+    void SetBytes(std::string bytes) { Assign(Content, std::move(bytes)); }
+
+  private:
+    std::string Content;
+};
+
 // A panel is shown or hidden with all that lies on it.
 class TPanel : public TCaptionControl {
   public:

@@ -16,6 +16,9 @@ class IProcess {
     virtual std::optional<std::string> Run(const std::filesystem::path& program,
                                            const std::vector<std::string>& arguments,
                                            const std::filesystem::path& workingDirectory) = 0;
+    // Asks the window of another program that bears this title to close; nothing where the platform has no
+    // such way.
+    virtual void CloseWindow(const std::string& title) = 0;
     // Starts the program and goes on; false when it could not be started.
     virtual bool Start(const std::filesystem::path& program, const std::vector<std::string>& arguments) = 0;
 };
