@@ -1,0 +1,127 @@
+#pragma once
+
+#include "core/Paths.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Simple.h"
+#include "core/ports/IClock.h"
+#include "core/ports/IDialogs.h"
+#include "core/ports/IFiles.h"
+#include "core/ports/ITimers.h"
+#include "graph/GraphPage.h"
+#include "logging/LogBuffers.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tidewell {
+
+class TModbusPanel;
+class TProfile;
+
+// The seven strings, joined in order, are the values of a cycle; only str_ModbusEthernet is ever filled.
+struct TUpdateTimerCallBackEvents {
+    std::string str_ModbusSeriel;
+    std::string str_ModbusEthernet;
+    std::string str_RS232string1;
+    std::string str_RS232string2;
+    std::string str_RS232string3;
+    std::string str_RS232string4;
+    std::string str_RS232string5;
+    int XAxisJump = 1000;
+    int DatalogCount = 50000; // rows between partial files
+
+    void ClearStrings();
+    std::array<std::string_view, 7> Strings() const;
+};
+
+// The language texts of the live log.
+struct TLoggingTexts {
+    std::string MessageLoggingStart;
+    std::string MessageLoggingStop;
+    std::string MessageClearGraphData;
+    std::string TrafficButtonON;
+    std::string TrafficButtonOFF;
+    std::string DialogSaveDatalogFile;
+};
+
+// Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
+// memory until ClearGraphPage.
+class TLiveLog {
+  public:
+    // What the live log asks of the main form.
+    class IHost {
+      public:
+        virtual ~IHost() = default;
+        virtual bool NabtoEnabled() = 0; // TNabtoDevice.isEnabled
+        virtual int InitLink() = 0;      // TNabtoDevice.init with the current id; 0: the link stands
+        virtual void StartPolling() = 0; // TNabtoDevice.startLog
+        virtual void StopPolling() = 0;  // TNabtoDevice.stopLog
+        virtual bool ProfileLoaded() = 0;
+        virtual void ShowSetpointPage() = 0; // makes TabSetpoint visible and enables WindowSetpoint1
+        virtual void Setup1Click() = 0;
+        virtual void RepaintStatusBar() = 0;
+        // Shows the line's values in the grid, if SetpointListReady.
+        virtual void ApplyDataLine(const std::string& line) = 0;
+    };
+
+    // All references outlive the live log.
+    struct TParts {
+        IHost& Host;
+        IDialogs& Dialogs;
+        IClock& Clock;
+        IFiles& Files;
+        ITimers& Timers;
+        TModbusPanel& Panel;
+        TProfile& Profile;
+        TGraphPage& GraphPage;
+        TLogBuffers& Buffers;
+        TButton& TrafficButton;
+        TMemo& MemoEventLog;
+        const TLoggingTexts& Texts;
+        const TCurrentInifilesPath& Paths;
+    };
+
+    explicit TLiveLog(const TParts& parts);
+    TLiveLog(const TLiveLog&) = delete;
+    TLiveLog& operator=(const TLiveLog&) = delete;
+
+    // FOnCycleDone: copies the answers of the cycle.
+    void SetCycleResult(const std::string& nabtoResultstring);
+    // One log step. Throws TError "Division by zero" when UpdateTimerCallBackEvents.DatalogCount is 0, and
+    // EInOutError when a partial file cannot be written; the row is then not counted.
+    void UpdateTimerTimer();
+    // With QuestionEnable asks whether to clear the old log, which is saved to a partial file first (throws
+    // EInOutError). ClearData also says whether the start is reported.
+    void StartLog(bool questionEnable, bool clearData);
+    void StopLog();
+    void TrafficButtonClick();
+    void TimerLogAutostartTimer();
+    // Makes the last level of the path's directory if it is missing. Throws EInOutError; an old file then
+    // stays.
+    void SaveDataLogFile(const std::filesystem::path& path);
+    std::string CreateDatalogHeader() const;
+    void SaveUserDatalog1Click();
+
+    TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
+    bool DatalogOn = false;
+    std::string CurrentLogStartDate;
+    const std::unique_ptr<ITimer> UpdateTimer;       // 1000 ms; nothing enables it
+    const std::unique_ptr<ITimer> TimerLogAutostart; // 5000 ms, once; enabled by the start of the program
+
+  private:
+    void SavePartialFile();
+    void Report(const std::string& message, const std::string& date);
+    void ShowTraffic(bool on);
+
+    TParts Parts;
+    std::string Line;                     // the data line at hand; kept for its memory
+    std::vector<std::string_view> Fields; // of Line
+    std::vector<std::int32_t> Values;
+};
+
+} // namespace tidewell
