@@ -15,7 +15,7 @@ struct THttpRequest {
 
 struct THttpReply {
     int Code = -1;      // -1: there was no reply at all
-    std::string Reason; // text of the status line
+    std::string Reason; // the status line, "HTTP/1.1 200 OK"
     std::string Error;  // why there was no reply; empty otherwise
     std::string Body;
     std::vector<std::pair<std::string, std::string>> Headers;

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "core/ports/IHttp.h"
+#include "core/ports/IWait.h"
+#include "sim/cloud/CloudService.h"
+
+#include <string>
+
+namespace tidewell::sim {
+
+// The service as the program's own port, with no network between. A slow reply is waited for with Sleep; one
+// slower than the time-out counts as none.
+class TCloudServiceHttp : public IHttp {
+  public:
+    TCloudServiceHttp(TCloudService& service, IWait& wait, int timeoutMs = 60000);
+
+    bool Connected = true; // false: nothing listens there
+
+    THttpReply Exchange(const THttpRequest& request) override;
+
+  private:
+    TCloudService& Service;
+    IWait& Wait;
+    int TimeoutMs;
+};
+
+} // namespace tidewell::sim

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "core/ports/IDialogs.h"
+#include "core/ports/IHttp.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+// The Nabto identity of a device or of an offline session; not the person's login.
+struct TCredentials {
+    std::string Username;
+    std::string Password;
+};
+
+struct TCloudAddress {
+    std::string Host;
+    int Port = 4161;
+};
+
+// The maker's cloud API: signs the user in, keeps the token alive and gets the Nabto identity of a device.
+// Every operation is one blocking exchange and throws nothing. Results: 0 done; -1 any failure; -2 wrong user
+// name or password; -3 in Login no right to use the program, elsewhere not logged in.
+class TApiClient {
+  public:
+    static constexpr std::size_t PermissionCount = 64;
+
+    TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& address);
+
+    std::string token; // whole value of the Authorization header, "Bearer " and the JWT
+    std::array<bool, PermissionCount> permissions{}; // of the last login; all false with SetAccessToken
+    bool _isLoggedIn = false;
+    bool _isLocalSession = false; // an offline session stands, until the program ends
+    TCredentials _creds;          // of the offline session
+    std::vector<std::string> debugLines;
+
+    // Shows a box when there is no connection or the server refuses with another code than 401.
+    int Login(const std::string& username, const std::string& password);
+    int Logout();
+    // deviceID: the 12 digits. Refused, with empty credentials and no exchange, in an offline session; in
+    // every other failure credentials stay as they were.
+    int GetNabtoUserInfo(const std::string& deviceID, TCredentials& credentials);
+    int BeginOfflineSession();
+    int GetOfflineSessionCredentials(TCredentials& credentials) const;
+    int KeepAlive();
+    // Blank text changes nothing.
+    void SetAccessToken(const std::string& jwt);
+    bool CanUseDatalogger() const;
+
+  private:
+    THttpReply Call(const std::string& method, const std::string& url, const std::string& body,
+                    bool authorize);
+    int LoginReply(const THttpReply& reply);
+    int FetchIdentity(const std::string& path, TCredentials& credentials);
+
+    IHttp& Http;
+    IDialogs& Dialogs;
+    std::string BaseUrl;
+};
+
+} // namespace tidewell
