@@ -1,0 +1,112 @@
+#pragma once
+
+#include "link/DeviceQueries.h"
+#include "link/NabtoLibrary.h"
+#include "link/NabtoStream.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+class IDialogs;
+class IFiles;
+class ILibraryLoader;
+class ITimers;
+class IWait;
+
+// The one bridge to the native library: its session, the queries to a device and the one byte stream. A
+// missing library is no failure until it is used. The library keeps its profiles in "nabto_config" below the
+// process's current directory, which must therefore be the program's folder.
+class TUNabto : public TStreamProgress {
+  public:
+    // directory: the program's folder; its "nabto_config" holds the interface definitions.
+    TUNabto(ILibraryLoader& loader, IDialogs& dialogs, ITimers& timers, IWait& wait, const IFiles& files,
+            std::filesystem::path directory);
+    // Closes the session, and so may show messages.
+    ~TUNabto() override;
+
+    // Starts the library, opens the session (creating the profile if need be) and installs "standalone.xml".
+    // 0, the status that stood in the way, or -1 without a library.
+    int Init(const std::string& user, const std::string& password);
+    void Close();
+    // Installs the interface definition of that name; false when it is missing or refused.
+    bool setQueriesFile(const std::string& fileName);
+    // Ids of the devices on the local network, in the library's order.
+    std::vector<std::string> GetLocal();
+
+    bool StartStream(const std::string& device) { return Streams.Start(Session, device); }
+    // False when the stream was closed, true when closing failed.
+    bool StopStream() { return Streams.Stop(); }
+    std::optional<std::vector<std::uint8_t>> ReadStream(std::uint32_t readLength) {
+        return Streams.Read(readLength);
+    }
+    TNabtoStatus WriteStream(std::span<const std::uint8_t> data, int streamDelay) {
+        return Streams.Write(data, streamDelay);
+    }
+
+    void ShowError(TNabtoStatus status) { ShowNabtoStatus(Library, Dialogs, status); }
+    // Empty, with a message, when the library has no texts.
+    std::string GetNabtoStatusStr(TNabtoStatus status);
+
+    // One blocking request; empty if any text is, or when there is no reply. The event loop runs before and
+    // after, so timers and clicks may come in between.
+    std::string SendQuery(const std::string& device, const std::string& request, const std::string& data);
+    // Whether the device answers. Fills the identity fields and installs the interface that fits the device.
+    bool ping(const std::string& device);
+    bool isGateway() const;
+    bool isZelt4() const { return model == "30015"; }
+
+    static std::string ValueToJson(std::string_view address, std::string_view length, std::string_view obj) {
+        return tidewell::ValueToJson(address, length, obj);
+    }
+    static std::string FormatSaveSetpoint(std::int32_t obj, std::int32_t address, std::int32_t savevalue) {
+        return tidewell::FormatSaveSetpoint(obj, address, savevalue);
+    }
+    static std::string FormatRWData(std::uint32_t address, std::uint32_t length) {
+        return tidewell::FormatRWData(address, length);
+    }
+    static std::string GetCMD(std::int32_t cmd) { return tidewell::GetCMD(cmd); }
+    static std::string prepareUpdateData(std::uint32_t fileid, std::uint32_t filesize, std::uint32_t crc32) {
+        return tidewell::prepareUpdateData(fileid, filesize, crc32);
+    }
+    static std::string prepareFlashWriteNostream(std::uint32_t state, std::uint32_t blocknumber,
+                                                 std::span<const std::uint8_t> payload) {
+        return tidewell::prepareFlashWriteNostream(state, blocknumber, payload);
+    }
+    // Reports progress unless the state is 15.
+    std::string V2prepareFlashWriteNostream(std::uint32_t state, std::uint32_t blocknumber,
+                                            std::uint32_t blockcrc, std::span<const std::uint8_t> payload);
+    static std::string prepareSystemIdentify(std::int32_t systemId) {
+        return tidewell::prepareSystemIdentify(systemId);
+    }
+
+    // Value list text "v1; v2; " of a read reply; "error" for a refusal; "No JS", CR LF and the text for what
+    // is no JSON object; the reply itself if it holds no values.
+    std::string JsonToValue(const std::string& json);
+    // response.status, or 1 for anything but a well-formed reply.
+    std::int32_t getResponseStatus(const std::string& json);
+    // response.Pong, 0 if it is no number, or 1 for no JSON object or a refusal. Fills the identity fields.
+    std::uint32_t getpingResponse(const std::string& json);
+
+    std::string queriesFile = "standalone.xml"; // the interface definition in force
+    // Facts of the device that answered the last ping; a member it leaves out stays.
+    std::string versionHP, versionNP, versionBT, model, varenummer;
+    std::string SlaveDeviceNum, SlaveModel, GatewayVersion; // emptied at each ping
+    std::string errormessage;                               // text of the device's last refusal
+
+  private:
+    TNabtoLibrary Library;
+    IDialogs& Dialogs;
+    IWait& Wait;
+    const IFiles& Files;
+    std::filesystem::path Directory;
+    void* Session = nullptr;
+    TNabtoStream Streams;
+};
+
+} // namespace tidewell

@@ -1,0 +1,144 @@
+#pragma once
+
+#include "core/Paths.h"
+#include "core/controls/Form.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Simple.h"
+#include "core/controls/StatusBar.h"
+#include "link/IdentityPanel.h"
+#include "link/PollCycle.h"
+#include "link/ReadBackSnapshot.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace tidewell {
+
+class IDialogs;
+class IFiles;
+class ITimers;
+class IWait;
+class TApiClient;
+class TModbusPanel;
+class TUNabto;
+
+// The driver between the main form and one controller, and the service form of the link. Order of calls:
+// FormCreate, then init, then startLog; FOnCycleDone is fired, and the host's UpdateTimerTimer called, for
+// each whole poll cycle. LblNabto, LedNabto and lblConnectedUser are shown in the main form's status bar.
+class TNabtoDevice : public TForm {
+  public:
+    // What the driver needs of the main form.
+    class IHost {
+      public:
+        virtual ~IHost() = default;
+        virtual void UpdateTimerTimer() = 0; // the values of a cycle are there
+        virtual void StopLog() = 0;
+        virtual void Setup1Click() = 0;
+        virtual void AddEventLog(const std::string& line) = 0;
+        virtual bool ShowButtonDevid() const = 0;
+        virtual bool ErrorLogVisible() const = 0;
+    };
+
+    TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,
+                 const TCurrentInifilesPath& paths, TUNabto& nabto, TModbusPanel& panel, IHost& host);
+
+    // Reads configuration and language texts. Throws EConvertError for a boolean or an interval that is none;
+    // everything else is in place then, and the intervals keep their defaults.
+    void FormCreate();
+
+    // Takes the device (an empty id keeps the one in force) and opens the session if none stands. 0: go on,
+    // even if the library failed, which the first ping then shows; -2 not logged in; -3 refused; 1030 a
+    // device that is not local in an offline session. Keeps the client.
+    int init(const std::string& deviceid, TApiClient& apiClient);
+    // Key Enabled, read afresh. Throws EConvertError.
+    bool isEnabled() const;
+    void startLog(); // nothing before a successful init
+    void stopLog() { Cycle.stopLog(); }
+    void ResetLogVariables() { Cycle.ResetLogVariables(); }
+    // Takes the poll questions of the profile.
+    void SetNabtoQuestion(const std::filesystem::path& path);
+    std::string Showquestions() const; // name=value, each ended by CR LF
+
+    // Raw replies. CMD 3 reads a setpoint, 4 a datapoint, any other nothing; obj above 10 counts as 0.
+    std::string ReadValue(int CMD, int address, int obj);
+    std::string SendValue(int value, int address, int obj);
+    std::string GetDataList(const std::string& s);
+    std::int32_t GetResponsstatus(const std::string& s);
+    bool TryPing();
+    void GetLocalDevices(TComboBox& sender);
+    void SaveSetDatapointstringToStringlist();
+    const std::string& NabtoResultstring() const { return Cycle.NabtoResultstring; }
+
+    TEvent<> FOnCycleDone; // a whole cycle stands in NabtoResultstring
+    std::string device;    // 12-digit id, for a remote device with "." and Domain
+    std::string name;
+    std::string Domain;
+    std::string LastUser, LastPW;
+    bool enabled = false;
+    bool initialized = false;   // a session stands
+    bool IsLocalDevice = false; // the id is in the list of local devices; set before init
+    bool EnableContineousUpdate = false;
+    bool Enable_debugShowExtendedVersionInfo = false;
+    std::string QuestionDatalog;
+    struct {
+        std::string adjustdays, adjustdaysheader, errorlogcounter;
+    } MischStrings;
+
+    TLabel LblNabto{"LblNabto"};
+    TALed LedNabto{"LedNabto"};
+    TLabel lblConnectedUser{"lblConnectedUser"};
+    TButton btnPing{"btnPing", "Ping"};
+    TButton BtnUpdate{"BtnUpdate", "Update Firmware"};
+    TButton ButErorlog{"ButErorlog", "Read Errorlog"};
+    TButton ButFlashDatalog{"ButFlashDatalog", "Flash Datalog"};
+    TButton ButAccount{"ButAccount", "Account specific"};
+    TButton butChangeDeviceID{"butChangeDeviceID", "Change DeviceID"};
+    TButton Button1{"Button1", "st reset"};
+    TButton ExtendedSystemVersion{"ExtendedSystemVersion", "system versions"};
+    TButton BtnWriteFlash{"BtnWriteFlash", "Write\"Flash\""};
+    TPanel PanelReadFlash{"PanelReadFlash"};
+    TPanel PanelReadEEprom{"PanelReadEEprom"};
+    TPanel PanelFDDatalog{"PanelFDDatalog"};
+    TPanel Paneldebug{"Paneldebug"};
+    TMemo memoDebug{"memoDebug"};
+    TButton btnClearLog{"btnClearLog", "Clear Log"};
+    TButton ButContUpdate{"ButContUpdate", "Cont. Update"};
+    TEdit streamDelayEdit{"streamDelayEdit"};
+    TLabel LabStreamDelay{"LabStreamDelay", "Stream Write Delay"};
+    TLabel LabStreamDelayUnit{"LabStreamDelayUnit", "ms"};
+    TStatusBar StatusBar{"StatusBar", {{200, {}, false}, {300, {}, false}, {200, {}, false}}};
+    // On PanelFDDatalog.
+    TButton DT_GetData{"DT_GetData"};
+    TLabel DT_LabelToday{"DT_LabelToday"};
+    TLabel DT_LabelEndDay{"DT_LabelEndDay"};
+    TLabel DT_LabelFrom{"DT_LabelFrom"};
+    TLabel DT_LabelTo{"DT_LabelTo"};
+
+    TIdentityPanel Identity;
+    TReadBackSnapshot ReadBack;
+    TPollCycle Cycle;
+
+  private:
+    void FormShow();
+    void FormClose();
+    void btnPingClick();
+    void butChangeDeviceIDClick();
+    void ReadLanguage();
+    void ReadConfiguration();
+    void SaveDevice();
+    int NoLink(int result);
+    int NotAuthorized(const char* reason);
+    void CycleDone();
+    void ShowProgress();
+
+    IDialogs& Dialogs;
+    IWait& Wait;
+    IFiles& Files;
+    const TCurrentInifilesPath& Paths;
+    TUNabto& Nabto;
+    IHost& Host;
+    TApiClient* ApiClient = nullptr; // given to init
+};
+
+} // namespace tidewell

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "core/controls/Control.h"
+#include "core/ports/ITimers.h"
+#include "link/NabtoClientApi.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+class IDialogs;
+class IWait;
+class TNabtoLibrary;
+
+// How far the running transfer is, in bytes, for whoever shows it.
+class TStreamProgress {
+  public:
+    TStreamProgress() = default;
+    virtual ~TStreamProgress() = default;
+    TStreamProgress(const TStreamProgress&) = delete;
+    TStreamProgress& operator=(const TStreamProgress&) = delete;
+
+    std::uint32_t currentstreamlength = 0;
+    std::uint32_t currentstreamprogress = 0;
+    TEvent<TStreamProgress&> FOnUpdateProgress;
+    virtual void DoUpdateProgress() { FOnUpdateProgress(*this); }
+};
+
+// The one byte stream to a device: Start, then reads or writes, then Stop. Blocks its caller.
+class TNabtoStream {
+  public:
+    TNabtoStream(const TNabtoLibrary& library, IDialogs& dialogs, ITimers& timers, IWait& wait,
+                 TStreamProgress& progress);
+
+    // True when the stream is open; else the status was shown.
+    bool Start(void* session, const std::string& device);
+    // The reverse: false when the stream was closed, true when closing failed, which was shown.
+    bool Stop();
+    // That many bytes; after a time-out what is missing is zero. Nothing when the stream broke.
+    std::optional<std::vector<std::uint8_t>> Read(std::uint32_t readLength);
+    // In chunks, each followed by streamDelay ms. Gives the last status; NABTO_FAILED for no data.
+    TNabtoStatus Write(std::span<const std::uint8_t> data, int streamDelay);
+
+  private:
+    void Arm(int milliseconds);
+    bool ReadChunks(std::vector<std::uint8_t>& buffer, std::uint32_t readLength);
+    void CloseRepeatedly();
+
+    const TNabtoLibrary& Library;
+    IDialogs& Dialogs;
+    IWait& Wait;
+    TStreamProgress& Progress;
+    void* Stream = nullptr;
+    bool streamTimeout = false;
+    std::unique_ptr<ITimer> timeoutTimer;
+};
+
+} // namespace tidewell

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "core/IniFile.h"
+#include "core/controls/Simple.h"
+#include "core/ports/ITimers.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tidewell {
+
+class TModbusPanel;
+class TUNabto;
+
+// Asks the questions of the profile one after the other, for ever: timerLogger is the pause between cycles,
+// timerQuery the gap between questions. Each tick disables its own timer and enables the next at its end, so
+// only one question is outstanding. A reply that is refused or has the wrong number of values throws the
+// cycle away and starts it at question 0. Handlers that run during a question may stop, restart or replace
+// the cycle: the reply then counts for nothing.
+class TPollCycle {
+  public:
+    // device: address of the device in force, read at each use. cycleDone runs when NabtoResultstring holds
+    // the values of a whole cycle; what it throws leaves the timer's handler with both timers off.
+    TPollCycle(ITimers& timers, TUNabto& nabto, TModbusPanel& panel, const std::string& device,
+               TLabel& lblNabto, TALed& ledNabto, std::function<void()> cycleDone);
+
+    // Both in ms, at least 1.
+    void SetIntervals(int pauseTime, int delayBetweenQuestions);
+    void SetQuestions(TIniSection questions);
+
+    void startLog();
+    void stopLog();
+    void ResetLogVariables();
+    void timerLoggerTimer();
+    // Throws EConvertError when the length field of the question is no number.
+    void timerQueryTimer();
+
+    // Poll questions, "<obj>;<command>;<address>;<length>;" by any name.
+    TIniSection Questions;
+    std::size_t queryCounter = 0;  // index of the next question
+    std::string NabtoResultstring; // the replies of the cycle so far, joined
+    bool flipflop = false;
+    bool Dologging = false; // the cycle is to go on
+    bool isLastResultError = false;
+    std::unique_ptr<ITimer> timerLogger;
+    std::unique_ptr<ITimer> timerQuery;
+
+  private:
+    struct TQuestion;
+    void FinishCycle();
+    std::string Ask(const TQuestion& question);
+    void Restart();
+    void StopTimersUnlessLogging();
+    void ShowStatus(const char* state);
+
+    TUNabto& Nabto;
+    TModbusPanel& Panel;
+    const std::string& Device;
+    TLabel& LblNabto;
+    TALed& LedNabto;
+    std::function<void()> CycleDone;
+    unsigned Run = 0; // told apart by whoever waits for a reply
+};
+
+} // namespace tidewell

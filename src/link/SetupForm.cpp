@@ -1,0 +1,156 @@
+#include "link/SetupForm.h"
+
+#include "core/IniFile.h"
+#include "core/Numbers.h"
+
+#include <cstddef>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::size_t idLength = 12;
+constexpr int noPermission = -3;
+constexpr int remoteInOfflineSession = 1030;
+
+std::string Id(const std::string& device) {
+    return device.substr(0, idLength);
+}
+
+} // namespace
+
+TSetupForm::TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentInifilesPath& paths,
+                       TUNabto& nabto, TNabtoDevice& device, IHost& host)
+    : Dialogs(dialogs), Files(files), Paths(paths), Nabto(nabto), Device(device), Host(host) {
+    PageControl1.Pages = {TabSheet};
+    ListBoxLocalDevices.SetVisible(false);
+    butping.SetVisible(false);
+    ButCommCancel.SetVisible(false);
+    Form.OnKeyDown = [this](EKey key, bool& handled) {
+        FormKeyDown(key, handled);
+    };
+    ButCommOk.OnClick = [this] {
+        ButCommOkClick();
+    };
+    ButCommCancel.OnClick = [this] {
+        ButCommCancelClick();
+    };
+    ButDeviceSearch.OnClick = [this] {
+        ButDeviceSearchClick();
+    };
+    butping.OnClick = [this] {
+        butpingClick();
+    };
+    ListBoxLocalDevices.OnClick = [this] {
+        ListBoxLocalDevicesClick();
+    };
+}
+
+void TSetupForm::FormCreate() {
+    const TIniSection texts = TIniFile(Files, Paths.Languagefile).ReadSection("CommDialog");
+    Form.SetCaption(texts.Value("Header"));
+    ButCommOk.SetCaption(texts.Value("ButCommOk"));
+    ButCommCancel.SetCaption(texts.Value("ButCommCancel"));
+    ButDeviceSearch.SetCaption(texts.Value("LabNabtoDeviceSearch"));
+    butping.SetCaption(texts.Value("LabNabtoDeviceping"));
+    TabSheet.SetCaption(texts.Value("TabsheetHeader"));
+}
+
+void TSetupForm::FormInit() {
+    txtRemote.SetText("");
+    ListBoxLocalDevices.SetVisible(false);
+    butping.SetVisible(true);
+    ButDeviceSearch.SetVisible(true);
+    txtRemote.SetFocus();
+}
+
+void TSetupForm::GetLocalDevices() {
+    ListBoxLocalDevices.Clear();
+    std::vector<std::string> rows;
+    for (const std::string& device : Nabto.GetLocal())
+        rows.push_back(Id(device));
+    ListBoxLocalDevices.SetItems(std::move(rows));
+    ListBoxLocalDevices.SetVisible(true);
+}
+
+bool TSetupForm::IsLocalDevice(const std::string& deviceID) const {
+    for (const std::string& row : ListBoxLocalDevices.Items())
+        if (SameText(row, Id(deviceID)))
+            return true;
+    return false;
+}
+
+std::string TSetupForm::RemoveDoinInfo(const std::string& s) const {
+    return Device.Domain.empty() ? std::string() : Id(s);
+}
+
+void TSetupForm::ShowInitFailure(int result, const std::string& otherwise) {
+    std::string text = otherwise;
+    if (result == noPermission)
+        text = "You do not have permission to access this device \"" + txtRemote.Text() + "\"";
+    else if (result == remoteInOfflineSession)
+        text =
+            "You cannot connect to the remote device \"" + txtRemote.Text() + "\" during an offline session.";
+    Dialogs.ShowMessageBox(EMessageKind::Warning, text, EButtons::Ok);
+}
+
+void TSetupForm::ButCommOkClick() {
+    const std::string typed = txtRemote.Text();
+    const std::string domain = Device.Domain;
+    if (!typed.empty() && !domain.empty() && LowerCase(typed).find(LowerCase(domain)) == std::string::npos)
+        txtRemote.SetText(typed + "." + domain);
+    const std::string device = txtRemote.Text();
+    Device.IsLocalDevice = IsLocalDevice(device);
+    const int result = Device.init(device, Host.ApiClient());
+    if (result != 0) {
+        ShowInitFailure(result, "An error occurred when initializing communication to the device.");
+        return;
+    }
+    Host.SetDeviceId(device);
+    Form.SetModalResult(EModalResult::Ok);
+    Form.Close();
+    Host.TestProfileNabto();
+    Device.LblNabto.SetCaption("ID : " + txtRemote.Text());
+    Host.RepaintStatusBar();
+}
+
+void TSetupForm::ButCommCancelClick() {
+    Form.Close();
+}
+
+void TSetupForm::ButDeviceSearchClick() {
+    Dialogs.SetWaitCursor(true);
+    GetLocalDevices();
+    Dialogs.SetWaitCursor(false);
+}
+
+void TSetupForm::butpingClick() {
+    const std::string device = txtRemote.Text();
+    Device.IsLocalDevice = IsLocalDevice(device);
+    const int result = Device.init(device, Host.ApiClient());
+    if (result == 0)
+        Device.btnPingClick();
+    else
+        ShowInitFailure(result, "An error occurred when trying to initialize the nabto connection.");
+}
+
+void TSetupForm::ListBoxLocalDevicesClick() {
+    const int index = ListBoxLocalDevices.ItemIndex();
+    if (index < 0 || static_cast<std::size_t>(index) >= ListBoxLocalDevices.Items().size())
+        return;
+    txtRemote.SetText(ListBoxLocalDevices.Items()[static_cast<std::size_t>(index)]);
+    ListBoxLocalDevices.SetVisible(false);
+}
+
+void TSetupForm::FormKeyDown(EKey key, bool& handled) {
+    if (key == EKey::Return) {
+        handled = true;
+        ButCommOk.Click();
+    } else if (key == EKey::Escape) {
+        handled = true;
+        Form.Close();
+    }
+}
+
+} // namespace tidewell
