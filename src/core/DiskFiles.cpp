@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 namespace {
 
 [[noreturn]] void Fail(const std::string& what, const fs::path& path, int error) {
-    throw EInOutError(what + " " + path.string() + ": " + std::generic_category().message(error));
+    throw EInOutError(what + " " + path.string(), std::generic_category().message(error));
 }
 
 // A file descriptor that closes itself.
@@ -94,6 +94,8 @@ char Lower(char c) {
 } // namespace
 
 bool MatchesMask(const std::string& name, const std::string& mask) {
+    if (mask == "*.*")
+        return true;
     std::size_t n = 0;
     std::size_t m = 0;
     std::size_t star = std::string::npos;
@@ -145,8 +147,10 @@ std::string TDiskFiles::Read(const fs::path& path) const {
 
 std::unique_ptr<IFileWriter> TDiskFiles::Replace(const fs::path& path) {
     // A link is followed, so that it goes on pointing at the file that is replaced.
-    std::error_code ignored;
-    const fs::path target = fs::is_symlink(path, ignored) ? fs::weakly_canonical(path) : path;
+    std::error_code error;
+    const fs::path target = fs::is_symlink(path, error) ? fs::weakly_canonical(path, error) : path;
+    if (target.empty())
+        Fail("Cannot write", path, error.value());
     struct stat info {};
     const bool existed = ::stat(target.c_str(), &info) == 0;
     // A rename would replace a read-only file too; whoever made it read-only wants it kept.

@@ -7,7 +7,7 @@
 namespace tidewell {
 
 // Whether the whole name matches the mask; "*" is any run of characters, "?" any one, letters compare without
-// case.
+// case. "*.*" is any name, with or without a point.
 bool MatchesMask(const std::string& name, const std::string& mask);
 
 // The files of this machine.

@@ -34,7 +34,14 @@ class ERangeError : public TError {
 // reason.
 class EInOutError : public TError {
   public:
-    using TError::TError;
+    explicit EInOutError(const std::string& text) : TError(text), Cause(text) {}
+    EInOutError(const std::string& text, const std::string& reason)
+        : TError(text + ": " + reason), Cause(reason) {}
+    // The system's reason alone, where it is known; else the whole text.
+    const std::string& Reason() const { return Cause; }
+
+  private:
+    std::string Cause;
 };
 
 } // namespace tidewell

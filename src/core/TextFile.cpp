@@ -1,0 +1,136 @@
+#include "core/TextFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
+// Code points of the bytes 0x80 to 0x9F. The five that have no character stand for themselves, so that any
+// byte string survives reading and writing.
+constexpr std::array<char16_t, 32> Windows1252 = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+std::uint8_t Byte(char c) {
+    return static_cast<std::uint8_t>(c);
+}
+
+// The character at the front of the text, and how many bytes it takes; length 0 if the bytes are no UTF-8.
+struct TCharacter {
+    char32_t Code = 0;
+    std::size_t Length = 0;
+};
+
+TCharacter FirstCharacter(std::string_view text) {
+    const std::uint8_t lead = Byte(text.front());
+    if (lead < 0x80)
+        return {lead, 1};
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || text.size() < length)
+        return {};
+    char32_t code = lead & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((Byte(text[i]) & 0xC0U) != 0x80)
+            return {};
+        code = (code << 6U) | (Byte(text[i]) & 0x3FU);
+    }
+    const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
+    if (overlong || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
+        return {};
+    return {code, length};
+}
+
+// For code points below 0x10000.
+void AppendUtf8(std::string& text, char16_t code) {
+    if (code < 0x80) {
+        text += static_cast<char>(code);
+    } else if (code < 0x800) {
+        text += static_cast<char>(0xC0U | (code >> 6U));
+        text += static_cast<char>(0x80U | (code & 0x3FU));
+    } else {
+        text += static_cast<char>(0xE0U | (code >> 12U));
+        text += static_cast<char>(0x80U | ((code >> 6U) & 0x3FU));
+        text += static_cast<char>(0x80U | (code & 0x3FU));
+    }
+}
+
+char Windows1252Byte(char32_t code) {
+    if (code < 0x80 || (code >= 0xA0 && code <= 0xFF))
+        return static_cast<char>(code);
+    const auto* const found = std::find(Windows1252.begin(), Windows1252.end(), code);
+    return found == Windows1252.end() ? '?' : static_cast<char>(0x80 + (found - Windows1252.begin()));
+}
+
+} // namespace
+
+bool IsValidUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const std::size_t length = FirstCharacter(bytes).Length;
+        if (length == 0)
+            return false;
+        bytes.remove_prefix(length);
+    }
+    return true;
+}
+
+std::string DecodeText(std::string_view bytes, EEncoding& encoding) {
+    if (IsValidUtf8(bytes)) {
+        encoding = EEncoding::Utf8;
+        return std::string(bytes.starts_with(ByteOrderMark) ? bytes.substr(ByteOrderMark.size()) : bytes);
+    }
+    encoding = EEncoding::Windows1252;
+    std::string text;
+    text.reserve(bytes.size() + bytes.size() / 8);
+    for (const char c : bytes) {
+        const std::uint8_t byte = Byte(c);
+        AppendUtf8(text, byte >= 0x80 && byte < 0xA0 ? Windows1252[byte - 0x80U] : char16_t{byte});
+    }
+    return text;
+}
+
+std::string EncodeText(std::string_view utf8, EEncoding encoding) {
+    if (encoding == EEncoding::Utf8)
+        return std::string(utf8);
+    std::string bytes;
+    bytes.reserve(utf8.size());
+    while (!utf8.empty()) {
+        const TCharacter character = FirstCharacter(utf8);
+        bytes += character.Length == 0 ? '?' : Windows1252Byte(character.Code);
+        utf8.remove_prefix(std::max<std::size_t>(character.Length, 1));
+    }
+    return bytes;
+}
+
+std::vector<std::string> SplitLines(std::string_view text) {
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        const std::size_t end = text.find_first_of("\r\n");
+        lines.emplace_back(text.substr(0, end));
+        if (end == std::string_view::npos)
+            break;
+        text.remove_prefix(text.substr(end).starts_with("\r\n") ? end + 2 : end + 1);
+    }
+    return lines;
+}
+
+std::vector<std::string> ReadLines(const IFiles& files, const std::filesystem::path& path) {
+    EEncoding encoding = EEncoding::Utf8;
+    return SplitLines(DecodeText(files.Read(path), encoding));
+}
+
+void WriteLines(IFiles& files, const std::filesystem::path& path, const std::vector<std::string>& lines) {
+    std::string bytes;
+    for (const auto& line : lines)
+        bytes.append(line).append("\r\n");
+    const auto writer = files.Replace(path);
+    writer->Write(bytes);
+    writer->Commit();
+}
+
+} // namespace tidewell
