@@ -1,0 +1,84 @@
+#include "sim/controller/Faults.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+bool Concerns(EFault fault, EOccasion occasion) {
+    const bool query =
+        occasion == EOccasion::Read || occasion == EOccasion::Write || occasion == EOccasion::OtherQuery;
+    switch (fault) {
+    case EFault::Latency:
+    case EFault::Error:
+    case EFault::Garbage:
+    case EFault::Huge:
+        return query;
+    case EFault::NoAnswer:
+        return query || occasion == EOccasion::StreamOpen;
+    case EFault::WrongCount:
+        return occasion == EOccasion::Read;
+    case EFault::RefuseWrite:
+    case EFault::ChangeAfterWrite:
+        return occasion == EOccasion::Write;
+    case EFault::SlowStream:
+    case EFault::BrokenStream:
+        return occasion == EOccasion::StreamRead || occasion == EOccasion::StreamWrite;
+    case EFault::BufferFull:
+        return occasion == EOccasion::StreamWrite;
+    }
+    return false;
+}
+
+} // namespace
+
+TConditionCounter::TConditionCounter(TFaultCondition condition) : Condition(std::move(condition)) {}
+
+bool TConditionCounter::Fits(const TOccasion& occasion) const {
+    if (occasion.NowMs < Condition.FromMs || (Condition.ToMs && occasion.NowMs >= *Condition.ToMs)) {
+        return false;
+    }
+    if (!Condition.Query.empty() && Condition.Query != occasion.Query) {
+        return false;
+    }
+    if (!Condition.Obj && !Condition.Address) {
+        return true;
+    }
+    return std::any_of(occasion.Touched.begin(), occasion.Touched.end(), [this](const TRegisterAddress& at) {
+        return (!Condition.Obj || *Condition.Obj == at.Obj) &&
+               (!Condition.Address || *Condition.Address == at.Address);
+    });
+}
+
+bool TConditionCounter::Strikes(const TOccasion& occasion) {
+    if (!Fits(occasion)) {
+        return false;
+    }
+    const std::size_t number = Seen++;
+    return number >= Condition.Skip && (!Condition.Times || number - Condition.Skip < *Condition.Times);
+}
+
+void TFaults::Replace(const std::vector<TFault>& faults) {
+    Armed.clear();
+    for (const TFault& fault : faults) {
+        Add(fault);
+    }
+}
+
+void TFaults::Add(const TFault& fault) {
+    Armed.push_back({fault, TConditionCounter(fault.When)});
+}
+
+std::vector<TFault> TFaults::Due(const TOccasion& occasion) {
+    std::vector<TFault> due;
+    for (TArmed& armed : Armed) {
+        if (Concerns(armed.Fault.Kind, occasion.Kind) && armed.Counter.Strikes(occasion)) {
+            due.push_back(armed.Fault);
+        }
+    }
+    return due;
+}
+
+} // namespace tidewell

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "sim/controller/RegisterBank.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+// What a controller can be made to do wrong. In brackets what Number or Text of the fault mean.
+enum class EFault {
+    Latency,          // answers late [Number: ms]; several add up
+    NoAnswer,         // does not answer
+    Error,            // answers with an error reply [Text: its body]
+    WrongCount,       // a read gives too many values, or too few [Number: how many more]
+    Garbage,          // answers with that text [Text]
+    Huge,             // answers with very many letters [Number: how many]
+    RefuseWrite,      // answers a write with that status and changes nothing [Number]
+    ChangeAfterWrite, // stores a written value with that much added [Number]
+    SlowStream,       // each piece of a stream takes that long [Number: ms]
+    BrokenStream,     // the stream ends after so many bytes [Number]
+    BufferFull        // a piece written to a stream is not taken
+};
+
+enum class EOccasion { Read, Write, OtherQuery, StreamOpen, StreamRead, StreamWrite };
+
+// Something that happens to a controller, for which faults can be due.
+struct TOccasion {
+    EOccasion Kind = EOccasion::OtherQuery;
+    std::string Query;                     // empty for streams
+    std::vector<TRegisterAddress> Touched; // by a read or write
+    std::int64_t NowMs = 0;
+};
+
+// When a fault is due. An occasion that fits is counted; the first Skip of them pass, the next Times are hit.
+struct TFaultCondition {
+    std::int64_t FromMs = 0;
+    std::optional<std::int64_t> ToMs; // not at or after this time
+    std::string Query;                // empty: any
+    std::optional<std::int32_t> Obj;
+    std::optional<std::int32_t> Address;
+    std::size_t Skip = 0;
+    std::optional<std::size_t> Times;
+};
+
+class TConditionCounter {
+  public:
+    explicit TConditionCounter(TFaultCondition condition);
+    // Counts the occasion if it fits; true if the fault is due.
+    bool Strikes(const TOccasion& occasion);
+
+  private:
+    bool Fits(const TOccasion& occasion) const;
+
+    TFaultCondition Condition;
+    std::size_t Seen = 0;
+};
+
+struct TFault {
+    EFault Kind = EFault::Error;
+    std::int64_t Number = 0;
+    std::string Text;
+    TFaultCondition When;
+};
+
+// The faults of one controller.
+class TFaults {
+  public:
+    void Replace(const std::vector<TFault>& faults); // their counters start at 0
+    void Add(const TFault& fault);
+    // Those that are due, in the order they were added. Counts the occasion, so it is asked once for each.
+    std::vector<TFault> Due(const TOccasion& occasion);
+
+  private:
+    struct TArmed {
+        TFault Fault;
+        TConditionCounter Counter;
+    };
+    std::vector<TArmed> Armed;
+};
+
+} // namespace tidewell

@@ -1,0 +1,310 @@
+#include "sim/controller/SimulatedController.h"
+
+#include "sim/controller/Requests.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <optional>
+
+namespace tidewell {
+
+namespace {
+
+using TJson = nlohmann::ordered_json;
+
+constexpr std::int64_t PingWord = 0x70696E67; // "ping"
+constexpr std::int64_t PongWord = 0x706F6E67; // "pong"
+
+// Statuses of queries that a controller without that equipment answers.
+constexpr std::int64_t NotSupported = 1;
+constexpr std::int64_t UploadRefused = 6;
+
+std::string Text(const TJson& json) {
+    return json.dump(-1, ' ', false, TJson::error_handler_t::replace);
+}
+
+std::string ErrorReply(const std::string& body) {
+    return Text({{"error", {{"body", body}}}});
+}
+
+const TFault* Find(const std::vector<TFault>& due, EFault kind) {
+    const auto found =
+        std::find_if(due.begin(), due.end(), [kind](const TFault& fault) { return fault.Kind == kind; });
+    return found == due.end() ? nullptr : &*found;
+}
+
+std::int64_t DelayOf(const std::vector<TFault>& due, EFault kind) {
+    std::int64_t delay = 0;
+    for (const TFault& fault : due) {
+        delay += fault.Kind == kind ? fault.Number : 0;
+    }
+    return delay;
+}
+
+std::size_t Amount(std::int64_t number) {
+    return static_cast<std::size_t>(std::max<std::int64_t>(number, 0));
+}
+
+// What to answer instead of carrying the query out; nothing when all is well.
+std::optional<std::string> Spoiled(const std::vector<TFault>& due) {
+    if (const TFault* fault = Find(due, EFault::Error)) {
+        return ErrorReply(fault->Text);
+    }
+    if (const TFault* fault = Find(due, EFault::Garbage)) {
+        return fault->Text;
+    }
+    if (const TFault* fault = Find(due, EFault::Huge)) {
+        return std::string(Amount(fault->Number), 'x');
+    }
+    return std::nullopt;
+}
+
+// A query that is checked but not carried out.
+struct TStatusQuery {
+    std::string_view Name;
+    std::vector<std::string> Texts;
+    std::vector<std::string> Numbers;
+    bool HasList;
+    std::int64_t Status;
+};
+
+const std::vector<TStatusQuery>& StatusQueries() {
+    static const std::vector<TStatusQuery> queries{
+        {"admincmd.json", {"cmd"}, {}, false, NotSupported},
+        {"flashRead.json", {"address", "length"}, {}, false, NotSupported},
+        {"flashWrite.json", {"address", "length"}, {}, false, NotSupported},
+        {"eepReadRaw.json", {"address", "length"}, {}, false, NotSupported},
+        {"prepareUpdate.json", {"fileid", "filesize", "crc32"}, {}, false, NotSupported},
+        {"FlashWriteNostream.json", {}, {"nostreamstate", "blocknumber"}, true, UploadRefused},
+        {"FlashWriteNostreamV2.json", {}, {"nostreamstate", "blocknumber", "blockCRC"}, true, NotSupported},
+        {"SystemIdentify.json", {}, {"SystemIdentify"}, false, 0},
+    };
+    return queries;
+}
+
+TJson StatusAnswer(const TStatusQuery& query, const TJson& request) {
+    for (const std::string& name : query.Texts) {
+        TextMember(request, name);
+    }
+    for (const std::string& name : query.Numbers) {
+        NumberMember(request, name);
+    }
+    if (query.HasList) {
+        for (const TJson& element : ListMember(request, "list")) {
+            NumberMember(element, "payload");
+        }
+    }
+    std::int64_t status = query.Status;
+    if (query.Name == "FlashWriteNostreamV2.json") {
+        status |= (NumberMember(request, "blocknumber") & 0xFFFF) << 16; // echoes the packet number
+    }
+    return {{"status", status}};
+}
+
+// What the request touches, for faults that are bound to an address. A malformed request touches nothing.
+TOccasion OccasionOf(const std::string& queryName, const TJson& request, std::int64_t nowMs) {
+    TOccasion occasion;
+    occasion.Query = queryName;
+    occasion.NowMs = nowMs;
+    try {
+        if (queryName == "setpointReadValue.json" || queryName == "datapointReadValue.json") {
+            occasion.Kind = EOccasion::Read;
+            occasion.Touched = ReadAddresses(request);
+        } else if (queryName == "setpointWriteValue.json") {
+            occasion.Kind = EOccasion::Write;
+            for (const TWriteEntry& entry : WriteEntries(request)) {
+                occasion.Touched.push_back(entry.At);
+            }
+        }
+    } catch (const ERequestRefused&) {
+        occasion.Touched.clear(); // told when the query is carried out
+    }
+    return occasion;
+}
+
+std::string Shown(TRegisterAddress at) {
+    return "address " + std::to_string(at.Address) + " of object " + std::to_string(at.Obj);
+}
+
+} // namespace
+
+TSimulatedController::TSimulatedController(TIdentity identity) : Identity(std::move(identity)) {}
+
+TControllerReply TSimulatedController::Query(const std::string& queryName, std::string_view requestJson,
+                                             std::int64_t nowMs) {
+    TControllerReply reply;
+    try {
+        const TJson request = ParseRequest(requestJson);
+        const std::vector<TFault> due = Faults.Due(OccasionOf(queryName, request, nowMs));
+        reply.DelayMs = DelayOf(due, EFault::Latency);
+        if (Find(due, EFault::NoAnswer) != nullptr) {
+            reply.Answered = false;
+            return reply;
+        }
+        if (std::optional<std::string> spoiled = Spoiled(due)) {
+            reply.Text = std::move(*spoiled);
+            return reply;
+        }
+        reply.Text = Text({{"response", Execute(queryName, request, due, nowMs)}});
+    } catch (const ERequestRefused& refused) {
+        reply.Text = ErrorReply(refused.what());
+    }
+    return reply;
+}
+
+TJson TSimulatedController::Execute(const std::string& queryName, const TJson& request,
+                                    const std::vector<TFault>& due, std::int64_t nowMs) {
+    if (queryName == "ping.json") {
+        return Ping(request);
+    }
+    if (queryName == "setpointReadValue.json") {
+        return Read(ETable::Setpoint, request, due, nowMs);
+    }
+    if (queryName == "datapointReadValue.json") {
+        return Read(ETable::Datapoint, request, due, nowMs);
+    }
+    if (queryName == "setpointWriteValue.json") {
+        return Write(request, due);
+    }
+    for (const TStatusQuery& query : StatusQueries()) {
+        if (query.Name == queryName) {
+            return StatusAnswer(query, request);
+        }
+    }
+    throw ERequestRefused("unknown query " + queryName);
+}
+
+TJson TSimulatedController::Ping(const TJson& request) {
+    if (request.contains("user")) {
+        TextMember(request, "usernumber");
+        if (!request["user"].is_string()) {
+            throw ERequestRefused("member \"user\" is no text");
+        }
+        User = request["user"].get<std::string>();
+        return {{"status", 0}};
+    }
+    if (TextMember(request, "ping") != PingWord) {
+        throw ERequestRefused("wrong ping");
+    }
+    TJson response{{"Pong", PongWord}};
+    for (const auto& [name, value] : Identity) {
+        response[name] = value;
+    }
+    return response;
+}
+
+TJson TSimulatedController::Read(ETable table, const TJson& request, const std::vector<TFault>& due,
+                                 std::int64_t nowMs) const {
+    TJson data = TJson::array();
+    for (const TRegisterAddress at : ReadAddresses(request)) {
+        const std::optional<std::int32_t> value = Values.Read(table, at, nowMs);
+        if (!value) {
+            throw ERequestRefused("unknown " + Shown(at));
+        }
+        data.push_back({{"value", *value}});
+    }
+    if (const TFault* fault = Find(due, EFault::WrongCount)) {
+        for (std::int64_t i = 0; i < fault->Number; ++i) {
+            data.push_back({{"value", 0}});
+        }
+        for (std::int64_t i = 0; i > fault->Number && !data.empty(); --i) {
+            data.erase(data.size() - 1);
+        }
+    }
+    return {{"data", data}};
+}
+
+TJson TSimulatedController::Write(const TJson& request, const std::vector<TFault>& due) {
+    const std::vector<TWriteEntry> entries = WriteEntries(request);
+    for (const TWriteEntry& entry : entries) {
+        std::int32_t refusedStatus = 0;
+        switch (Values.CheckWrite(entry.At, refusedStatus)) {
+        case TRegisterBank::EWrite::Unknown:
+            throw ERequestRefused("unknown " + Shown(entry.At));
+        case TRegisterBank::EWrite::Refused:
+            return {{"status", refusedStatus}};
+        case TRegisterBank::EWrite::Done:
+            break;
+        }
+    }
+    if (const TFault* fault = Find(due, EFault::RefuseWrite)) {
+        return {{"status", fault->Number}};
+    }
+    const TFault* const change = Find(due, EFault::ChangeAfterWrite);
+    for (const TWriteEntry& entry : entries) {
+        Values.Write(entry.At,
+                     static_cast<std::uint16_t>(entry.Bits + (change != nullptr ? change->Number : 0)));
+    }
+    return {{"status", WriteStatus}};
+}
+
+bool TSimulatedController::OpenStream(std::int64_t nowMs) {
+    TOccasion occasion;
+    occasion.Kind = EOccasion::StreamOpen;
+    occasion.NowMs = nowMs;
+    if (!Faults.Due(occasion).empty()) {
+        return false;
+    }
+    Received.clear();
+    StreamMoved = 0;
+    return true;
+}
+
+std::size_t TSimulatedController::Limit(std::size_t length, const std::vector<TFault>& due,
+                                        TStreamPiece& piece) const {
+    piece.DelayMs = DelayOf(due, EFault::SlowStream);
+    if (const TFault* fault = Find(due, EFault::BrokenStream)) {
+        const std::size_t most = Amount(fault->Number);
+        if (StreamMoved >= most) {
+            piece.Outcome = EStreamOutcome::Closed;
+            return 0;
+        }
+        return std::min(length, most - StreamMoved);
+    }
+    return length;
+}
+
+TStreamPiece TSimulatedController::ReadStream(std::size_t capacity, std::int64_t nowMs) {
+    TOccasion occasion;
+    occasion.Kind = EOccasion::StreamRead;
+    occasion.NowMs = nowMs;
+    TStreamPiece piece;
+    const std::size_t most = Limit(std::min(capacity, StreamPiece), Faults.Due(occasion), piece);
+    if (piece.Outcome != EStreamOutcome::Done) {
+        return piece;
+    }
+    if (StreamPosition == StreamWaiting.size()) {
+        StreamWaiting.clear();
+        StreamPosition = 0;
+        piece.Outcome = EStreamOutcome::Silent;
+        return piece;
+    }
+    piece.Bytes = StreamWaiting.substr(StreamPosition, most);
+    StreamPosition += piece.Bytes.size();
+    StreamMoved += piece.Bytes.size();
+    return piece;
+}
+
+TStreamPiece TSimulatedController::WriteStream(std::string_view bytes, std::int64_t nowMs) {
+    TOccasion occasion;
+    occasion.Kind = EOccasion::StreamWrite;
+    occasion.NowMs = nowMs;
+    const std::vector<TFault> due = Faults.Due(occasion);
+    TStreamPiece piece;
+    const std::size_t most = Limit(bytes.size(), due, piece);
+    if (piece.Outcome == EStreamOutcome::Done && Find(due, EFault::BufferFull) != nullptr) {
+        piece.Outcome = EStreamOutcome::Full;
+    }
+    if (piece.Outcome == EStreamOutcome::Done) {
+        // A piece is taken whole or not at all: what would pass the break is lost with it.
+        Received += bytes.substr(0, most);
+        StreamMoved += most;
+        if (most < bytes.size()) {
+            piece.Outcome = EStreamOutcome::Closed;
+        }
+    }
+    return piece;
+}
+
+} // namespace tidewell
