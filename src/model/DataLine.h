@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <forward_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,7 +29,7 @@ class TSplitLine {
 
   private:
     std::vector<std::string_view> Fields;
-    std::vector<std::string> Unquoted; // what the fields refer to if the text holds quotes
+    std::forward_list<std::string> Unquoted; // what quoted fields refer to
 };
 
 } // namespace tidewell

@@ -15,6 +15,7 @@
 namespace tidewell {
 
 class TIniFile;
+class TIniSection;
 
 // One device of the open profile. A question row reads
 // "<device number>;<function>;<start address>;<count>;<list section>;<device name>;<question number>;".
@@ -107,7 +108,7 @@ class TModbusPanel {
     TMemo MemoDebug{"MemoDebug"};
 
   private:
-    static TMDevice ReadDevice(const TIniFile& profile, const std::string& section);
+    static TMDevice ReadDevice(const TIniFile& profile, const std::string& name, const TIniSection& section);
 
     const IFiles& Files;
     IWait& Wait;

@@ -1,0 +1,179 @@
+#include "model/ValueCodec.h"
+
+#include "core/Errors.h"
+#include "core/KvSupport.h"
+#include "core/Numbers.h"
+
+#include <algorithm>
+
+namespace tidewell {
+
+namespace {
+
+// Positions in a list row.
+constexpr std::size_t nameField = 1;
+constexpr std::size_t minField = 3;
+constexpr std::size_t maxField = 4;
+constexpr std::size_t decimalField = 5;
+constexpr std::size_t offsetField = 6;
+constexpr std::size_t structnumberField = 8;
+constexpr std::size_t codeField = 9;
+constexpr std::size_t bitNamesField = 10;
+constexpr std::size_t helpField = 18;
+
+constexpr std::size_t graphChannelField = 12;
+constexpr std::int32_t firstUnsignedType = 200;
+
+std::int32_t Low16(std::int32_t value) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(value) & 0xFFFFU);
+}
+
+[[noreturn]] void ThrowConversion(std::string_view text, const std::string& kind, const std::string& what,
+                                  std::string_view rowName) {
+    throw EConvertError("'" + std::string(Trim(text)) + "' is not a valid " + kind + " value (" + what +
+                        " of row \"" + std::string(Trim(rowName)) + "\")");
+}
+
+std::int32_t FieldInteger(std::string_view text, std::string_view rowName, std::size_t field) {
+    const auto value = TryToInteger(Trim(text));
+    if (!value)
+        ThrowConversion(text, "integer", "field " + std::to_string(field), rowName);
+    return *value;
+}
+
+double FloatOf(std::string_view text, const std::string& what, std::string_view rowName) {
+    const auto value = TryToFloat(text);
+    if (!value)
+        ThrowConversion(text, "floating point", what, rowName);
+    return *value;
+}
+
+// Exponents beyond 300 count as 300, so that every result fits a double.
+long double PowerOfTen(std::int64_t exponent) {
+    long double power = 1;
+    for (std::int64_t i = std::min<std::int64_t>(exponent, 300); i > 0; --i)
+        power *= 10;
+    return power;
+}
+
+// An 8-bit character; 0 is none.
+std::string CharacterText(std::uint32_t code) {
+    if (code == 0)
+        return {};
+    if (code < 0x80)
+        return {static_cast<char>(code)};
+    return {static_cast<char>(0xC0U | (code >> 6U)), static_cast<char>(0x80U | (code & 0x3FU))};
+}
+
+// The binary digits in two bytes; empty for a value that does not fit them.
+std::string BitFieldText(std::int32_t value) {
+    if (value < -0x10000 || value > 0xFFFF)
+        return {};
+    return BinaryString(value, 16).insert(8, "  ");
+}
+
+} // namespace
+
+TGraphPoint ParseGraphPoint(std::string_view graphRow) {
+    const TSplitLine row(graphRow, graphChannelField + 1);
+    TGraphPoint point;
+    point.IsChannel = Trim(row.Field(graphChannelField)) == "1";
+    try {
+        point.Structnumber = FieldInteger(row.Field(3), row.Field(0), 3);
+        point.Offset = FieldInteger(row.Field(4), row.Field(0), 4);
+        point.Decimal = FieldInteger(row.Field(5), row.Field(0), 5);
+        point.Type = FieldInteger(row.Field(6), row.Field(0), 6);
+    } catch (const EConvertError& error) {
+        point.Error = error.what();
+    }
+    return point;
+}
+
+TDatapointValue CalculateDatapointValue(const TGraphPoint& point, const TSplitLine& line) {
+    if (!point.Error.empty())
+        throw EConvertError(point.Error);
+    const std::int32_t value = ToIntegerOr(line.Field(point.Structnumber), 0);
+    const std::int32_t raw = point.Type < firstUnsignedType ? value : Low16(value);
+    const long double s = static_cast<long double>(raw) + static_cast<long double>(point.Offset);
+    const std::int64_t decimal = point.Decimal;
+    const long double shown = decimal > 0 ? s / PowerOfTen(decimal) : s * PowerOfTen(-decimal);
+    return {static_cast<double>(shown), raw};
+}
+
+TDatapointValue CalculateDatapointValue(std::string_view graphRow, std::string_view line) {
+    return CalculateDatapointValue(ParseGraphPoint(graphRow), TSplitLine(line));
+}
+
+void FormatListValues(std::string_view line, std::vector<std::string>& target,
+                      const std::vector<std::string>& rows) {
+    target.clear();
+    target.reserve(rows.size());
+    const TSplitLine data(line);
+    for (const std::string& text : rows) {
+        const TSplitLine row(text, structnumberField + 1);
+        const std::string_view name = row.Field(nameField);
+        const auto position = FieldInteger(row.Field(structnumberField), name, structnumberField);
+        const auto offset = FieldInteger(row.Field(offsetField), name, offsetField);
+        const auto decimals = FieldInteger(row.Field(decimalField), name, decimalField);
+        const double minimum = FloatOf(row.Field(minField), "shown minimum", name);
+        const std::string_view value = data.Field(position);
+        long double s = offset;
+        if (minimum >= 0)
+            s += Low16(ToIntegerOr(value, 0));
+        else
+            s += FloatOf(value, "device value", name);
+        target.push_back(ScaledText(s, decimals));
+    }
+}
+
+std::string FormatRowLimits(std::string_view row, std::vector<std::string>& paraIds) {
+    const std::vector<std::string_view> fields = SplitStrictly(row);
+    const auto field = [&](std::size_t index) {
+        return index < fields.size() ? fields[index] : std::string_view();
+    };
+    const std::string_view name = field(nameField);
+    const auto minimum = FieldInteger(field(minField), name, minField);
+    const auto maximum = FieldInteger(field(maxField), name, maxField);
+    const auto offset = FieldInteger(field(offsetField), name, offsetField);
+    const auto decimals = FieldInteger(field(decimalField), name, decimalField);
+    const auto shown = [&](std::int32_t raw) {
+        return ScaledText(static_cast<long double>(raw) + static_cast<long double>(offset), decimals);
+    };
+    if (fields.size() > helpField)
+        paraIds.emplace_back(fields[helpField]);
+
+    std::string result;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (i > 0)
+            result += ';';
+        if (i == minField)
+            result += shown(minimum);
+        else if (i == maxField)
+            result += shown(maximum);
+        else
+            result += fields[i];
+    }
+    return result;
+}
+
+std::string CellText(std::string_view row, const std::string& formattedValue) {
+    if (formattedValue.empty())
+        return {};
+    const TSplitLine fields(row, bitNamesField + 1);
+    const std::string_view code = Trim(fields.Field(codeField));
+    const std::int32_t value = ToIntegerOr(formattedValue, 0);
+    const auto low = static_cast<std::uint32_t>(value) & 0xFFU;
+    const auto high = (static_cast<std::uint32_t>(value) >> 8U) & 0xFFU;
+    std::string text;
+    if (code == "100" && !Trim(fields.Field(bitNamesField)).empty())
+        text = BitFieldText(value);
+    else if (code == "101")
+        text = std::to_string(Low16(value) * 2);
+    else if (code == "102")
+        text = CharacterText(low) + CharacterText(high);
+    else if (code == "103")
+        text = CharacterText(high) + CharacterText(low);
+    return text.empty() ? formattedValue : text;
+}
+
+} // namespace tidewell
