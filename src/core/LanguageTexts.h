@@ -1,0 +1,99 @@
+#pragma once
+
+#include "core/IniFile.h"
+
+#include <array>
+#include <string>
+
+// Captions and messages of the language file, one struct per section with its keys as members. A missing text
+// is empty. They are read once, at start-up.
+namespace tidewell {
+
+struct TSplashscreenTexts {
+    std::string MessageLogFileDeleted;
+    std::string MessageMainAppDone;
+    std::string MessageApplicationReady;
+    std::string MessageFileStructureMissing;
+    std::string VersionString;
+};
+
+struct THeadApplTexts {
+    std::string appl_title; // caption of the main form until a profile is open
+    std::string TabSetpoint;
+    std::string TabGraph;
+    std::string CategoryPanelSetpoint;
+    std::string CategoryPanelEventlog;
+    std::string MessageClearGraphData; // question of a log start
+    std::string MessageLoggingStart;
+    std::string MessageLoggingStop;
+    std::string MessageStopLog; // question before a profile or datalog is opened
+    std::string EditNotAllowed; // shown nowhere
+    std::string ErrorMissingAdobe;
+    std::string TrafficButtonON;
+    std::string TrafficButtonOFF;
+    std::string FileMenu_Caption;
+    std::string FileMenu_OpenProfile;
+    std::string FileMenu_OpenDatalogFile;
+    std::string FileMenu_SaveUserDatalog;
+    std::string FileMenu_Nabto;
+    std::string FileMenu_StartLog;
+    std::string FileMenu_CloseProgram;
+    std::string FileMenu_Activepage_setpoint;
+    std::string FileMenu_Activepage_graph;
+    std::string ComportMenu_Caption;
+    std::string ComportMenu_Setup;
+    std::string Language_caption;
+    std::string LanguageMenu_Setup;
+    std::string PopupMenu_GraphToolbar;
+    std::string PopupMenu_Hold;
+    std::string PopupMenu_ZoomAll;
+    std::string PopupMenu_ClearGraph;
+    std::string PopupMenu_Exportdatatocsv;
+    std::string DialogOpenProfileCaption;
+    std::string DialogOpenDatalogFileCaption;
+    std::string DialogSaveDatalogFile;
+};
+
+struct TLanguageTexts {
+    std::string butsave;
+    std::string header;
+    std::string bulletheader;
+    std::string restart;
+};
+
+struct TNabtodriverTexts {
+    std::string ButChangeID;
+    std::string ButFWupdate;
+    std::string ButErrorlog;
+    std::string Butping;
+    std::string ButFlashdatalog;
+    std::string ButAccount;
+    std::string ButGetFlashData;
+    std::string labbegin;
+    std::string labfinish;
+    std::string labfrom;
+    std::string labto;
+    std::string questiondatalog;
+    std::string adjustdays;
+    std::string adjustdaysheader;
+    std::string errorlogcounter;
+};
+
+// Column headings of the setpoint grid, `Col0` to `Col5`.
+using TSetpointHeadlines = std::array<std::string, 6>;
+
+// Sections that are read whole.
+struct TUnitTexts {
+    TIniSection DataUnits;       // unit code = unit text
+    TIniSection UserUnits;       // texts by position
+    TIniSection TestfileComport; // messages, by name or by position
+};
+
+TSplashscreenTexts ReadSplashscreenTexts(const TIniFile& languageFile);
+THeadApplTexts ReadHeadApplTexts(const TIniFile& languageFile);
+TLanguageTexts ReadLanguageTexts(const TIniFile& languageFile);
+TNabtodriverTexts ReadNabtodriverTexts(const TIniFile& languageFile);
+TSetpointHeadlines ReadSetpointHeadlines(const TIniFile& languageFile);
+TUnitTexts ReadUnitTexts(const TIniFile& languageFile);
+
+} // namespace tidewell
