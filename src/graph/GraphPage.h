@@ -30,7 +30,6 @@ class TGraphPage {
     };
 
     TGraphPage(TProfile& profile, ILog& log, TMemo& memoEventLog);
-    ~TGraphPage();
     TGraphPage(const TGraphPage&) = delete;
     TGraphPage& operator=(const TGraphPage&) = delete;
 
@@ -62,11 +61,17 @@ class TGraphPage {
     bool DatalogFileOpen = false; // the page shows a file and not the live log
 
   private:
-    struct TSource;
+    // Where a channel comes from.
+    struct TSource {
+        std::string Name;        // of the graph row, as first shown
+        bool HasOwnColor = true; // the graph row names a colour
+        TColor Color;            // as first shown
+    };
 
+    void SetAxes();
     void RebuildChannels();
     void DrawChannel(std::size_t channel, std::int64_t start, std::int64_t end);
-    void SetView(double min, double max);
+    void SetView(std::int64_t min, std::int64_t max);
 
     TProfile& Profile;
     ILog& Log;

@@ -1,14 +1,13 @@
 #pragma once
 
 #include "core/controls/Color.h"
-#include "core/controls/Control.h"
 #include "core/controls/Signal.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tidewell {
@@ -65,9 +64,9 @@ class TSLDisplayChannel {
     // Name becomes its part up to and with ":[", which is added if missing, then what lies more than 20
     // characters behind that, then the value with two decimals and "]".
     void ShowValue(double value);
-    // Name becomes base + ":[", 16 binary digits with a blank in the middle, "]". Throws ERangeError for a
-    // value that 16 digits cannot show.
-    void ShowBits(std::string_view base, std::int32_t value);
+    // Name becomes base + ":[", the 16 binary digits of the truncated value with a blank in the middle, "]".
+    // Throws ERangeError for a value that 16 digits cannot show.
+    void ShowBits(std::string_view base, double value);
 
     bool Visible() const { return IsVisible; }
     void SetVisible(bool visible) { Assign(IsVisible, visible); }
@@ -91,7 +90,8 @@ class TSLDisplayChannel {
     }
 
     TSLRedraw& Redraw;
-    std::string Base; // Name without the suffix, if there is one
+    std::string Base; // what stands before ":[" while there is a suffix
+    std::string Tail; // what stands between ":[" and the value
     ESuffix Suffix = ESuffix::None;
     double Value = 0;
     mutable std::string Composed;

@@ -8,6 +8,7 @@
 #include "core/ports/IFiles.h"
 #include "core/ports/ITimers.h"
 #include "graph/GraphPage.h"
+#include "logging/DatalogWriter.h"
 #include "logging/LogBuffers.h"
 
 #include <array>
@@ -57,11 +58,10 @@ class TLiveLog {
     class IHost {
       public:
         virtual ~IHost() = default;
-        virtual bool NabtoEnabled() = 0; // TNabtoDevice.isEnabled
-        virtual int InitLink() = 0;      // TNabtoDevice.init with the current id; 0: the link stands
-        virtual void StartPolling() = 0; // TNabtoDevice.startLog
-        virtual void StopPolling() = 0;  // TNabtoDevice.stopLog
-        virtual bool ProfileLoaded() = 0;
+        virtual bool NabtoEnabled() = 0;     // TNabtoDevice.isEnabled
+        virtual int InitLink() = 0;          // TNabtoDevice.init with the current id; 0: the link stands
+        virtual void StartPolling() = 0;     // TNabtoDevice.startLog
+        virtual void StopPolling() = 0;      // TNabtoDevice.stopLog
         virtual void ShowSetpointPage() = 0; // makes TabSetpoint visible and enables WindowSetpoint1
         virtual void Setup1Click() = 0;
         virtual void RepaintStatusBar() = 0;
@@ -73,7 +73,7 @@ class TLiveLog {
     struct TParts {
         IHost& Host;
         IDialogs& Dialogs;
-        IClock& Clock;
+        const IClock& Clock;
         IFiles& Files;
         ITimers& Timers;
         TModbusPanel& Panel;
@@ -114,14 +114,15 @@ class TLiveLog {
     const std::unique_ptr<ITimer> TimerLogAutostart; // 5000 ms, once; enabled by the start of the program
 
   private:
+    void LogRow(const std::array<std::string_view, 7>& strings);
     void SavePartialFile();
-    void Report(const std::string& message, const std::string& date);
-    void ShowTraffic(bool on);
+    std::filesystem::path UserLogDirectory() const;
+    TDatalogRows Rows() const;
+    void ReportTraffic(const std::string& message);
 
     TParts Parts;
-    std::string Line;                     // the data line at hand; kept for its memory
-    std::vector<std::string_view> Fields; // of Line
-    std::vector<std::int32_t> Values;
+    std::string Line;                 // the data line at hand; kept for its memory
+    std::vector<std::int32_t> Values; // of that line, likewise
 };
 
 } // namespace tidewell

@@ -21,8 +21,17 @@ class TRawLog {
     void Clear();
     std::size_t Rows() const { return RowCount; }
     std::size_t Columns() const { return ColumnCount; }
-    // The columns that the row has; those up to Columns() are 0. Throws EListError beyond the end.
-    std::span<const std::int32_t> Row(std::size_t row) const;
+    // Rows that lie side by side, from the one asked for on.
+    struct TRun {
+        std::span<const std::int32_t> Values; // row by row
+        std::size_t Stride = 0;               // of Values from row to row
+        std::size_t Columns = 0;              // that count; the others up to Columns() are 0
+        std::size_t Rows = 0;                 // at least 1
+        std::span<const std::int32_t> Row(std::size_t index) const {
+            return Values.subspan(index * Stride, Columns);
+        }
+    };
+    TRun Run(std::size_t row) const;                            // throws EListError beyond the end
     std::int32_t At(std::size_t column, std::size_t row) const; // throws EListError beyond the end
     // Bytes of heap memory held.
     std::size_t MemoryUsed() const;
@@ -40,7 +49,6 @@ class TRawLog {
     void Append(std::span<const std::int32_t> values);
     void Truncate(std::size_t rows);
     void Narrow(std::size_t columns);
-    const TBlock& BlockOf(std::size_t row) const;
 
     std::size_t RowCount = 0;
     std::size_t ColumnCount = 0;

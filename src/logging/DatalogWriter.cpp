@@ -1,0 +1,97 @@
+#include "logging/DatalogWriter.h"
+
+#include "graph/TextColumn.h"
+#include "logging/LogBuffers.h"
+#include "model/ModbusPanel.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::size_t BlockSize = 256 * 1024;
+constexpr std::size_t LongestField = 21; // of a number, with its ";"
+constexpr std::string_view LineEnd = "\r\n";
+
+// Gathers text and hands it to the file in large blocks.
+class TBlockWriter {
+  public:
+    explicit TBlockWriter(IFileWriter& file) : File(file), Buffer(BlockSize, '\0') {}
+
+    // Makes room for that many bytes; the calls that follow may write no more.
+    void Reserve(std::size_t bytes) {
+        if (Buffer.size() - Used < bytes) {
+            Flush();
+            Buffer.resize(std::max(Buffer.size(), bytes));
+        }
+    }
+    void Text(std::string_view text) { Used += text.copy(Buffer.data() + Used, text.size()); }
+    template <class T>
+    void Number(T value) {
+        const auto end = std::to_chars(Buffer.data() + Used, Buffer.data() + Buffer.size(), value).ptr;
+        *end = ';';
+        Used = static_cast<std::size_t>(end - Buffer.data()) + 1;
+    }
+    void Flush() {
+        File.Write(std::string_view(Buffer.data(), Used));
+        Used = 0;
+    }
+
+  private:
+    IFileWriter& File;
+    std::string Buffer;
+    std::size_t Used = 0;
+};
+
+void WriteRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row,
+              std::span<const std::int32_t> values) {
+    const std::string_view date = rows.Dates.At(row);
+    const std::string_view time = rows.Times.At(row);
+    const std::size_t columns = rows.Values.Columns();
+    out.Reserve((columns + 1) * LongestField + date.size() + time.size() + 8);
+    out.Number(row + 1);
+    out.Text(date);
+    out.Text(";");
+    out.Text(time);
+    out.Text(";");
+    for (const std::int32_t value : values)
+        out.Number(value);
+    for (std::size_t column = values.size(); column < columns; ++column)
+        out.Text("0;");
+    out.Text(LineEnd);
+}
+
+} // namespace
+
+std::string DatalogHeader(const TModbusPanel& panel, const std::filesystem::path& currentprofilefile) {
+    std::string header = ";[HeaderStart]";
+    for (const TMDevice& device : panel.DeviceList)
+        for (const std::string& question : device.ReadList)
+            header += question;
+    return header + currentprofilefile.string() + "[HeaderEnd]";
+}
+
+void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatalogRows& rows,
+                  std::string_view header) {
+    const std::unique_ptr<IFileWriter> file = files.Replace(path);
+    TBlockWriter out(*file);
+    for (std::size_t row = 0; row < rows.Count;) {
+        const TRawLog::TRun run = rows.Values.Run(row);
+        const std::size_t count = std::min(run.Rows, rows.Count - row);
+        for (std::size_t i = 0; i < count; ++i)
+            WriteRow(out, rows, row + i, run.Row(i));
+        row += count;
+    }
+    out.Reserve(header.size() + LineEnd.size());
+    out.Text(header);
+    out.Text(LineEnd);
+    out.Flush();
+    file->Commit();
+}
+
+} // namespace tidewell

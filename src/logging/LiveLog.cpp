@@ -1,0 +1,192 @@
+#include "logging/LiveLog.h"
+
+#include "core/Errors.h"
+#include "core/KvSupport.h"
+#include "core/Numbers.h"
+#include "logging/DatalogWriter.h"
+#include "model/ModbusPanel.h"
+#include "model/Profile.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace tidewell {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr TColor RunningColor{32768};
+constexpr TColor StoppedColor{0x808080};
+constexpr std::size_t HeadFields = 3; // number, date and time
+
+} // namespace
+
+void TUpdateTimerCallBackEvents::ClearStrings() {
+    for (std::string* text : {&str_ModbusSeriel, &str_ModbusEthernet, &str_RS232string1, &str_RS232string2,
+                              &str_RS232string3, &str_RS232string4, &str_RS232string5})
+        text->clear();
+}
+
+std::array<std::string_view, 7> TUpdateTimerCallBackEvents::Strings() const {
+    return {str_ModbusSeriel, str_ModbusEthernet, str_RS232string1, str_RS232string2,
+            str_RS232string3, str_RS232string4,   str_RS232string5};
+}
+
+TLiveLog::TLiveLog(const TParts& parts)
+    : UpdateTimer(parts.Timers.CreateTimer()), TimerLogAutostart(parts.Timers.CreateTimer()), Parts(parts) {
+    UpdateTimer->SetInterval(1000);
+    UpdateTimer->SetHandler([this] { UpdateTimerTimer(); });
+    TimerLogAutostart->SetInterval(5000);
+    TimerLogAutostart->SetHandler([this] { TimerLogAutostartTimer(); });
+}
+
+void TLiveLog::SetCycleResult(const std::string& nabtoResultstring) {
+    UpdateTimerCallBackEvents.str_ModbusEthernet = nabtoResultstring;
+}
+
+void TLiveLog::UpdateTimerTimer() {
+    const auto strings = UpdateTimerCallBackEvents.Strings();
+    if (!std::all_of(strings.begin(), strings.end(), [](std::string_view text) { return text.empty(); }))
+        LogRow(strings);
+    ++Parts.Buffers.DatalogCount;
+}
+
+void TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
+    TGraphPage& page = Parts.GraphPage;
+    const std::size_t row = Parts.Buffers.DatalogCount;
+    const TTime now = Parts.Clock.Now();
+    const std::string time = Parts.Clock.LongTime(now);
+    const std::string date = Parts.Clock.ShortDate(now);
+    page.GraphDataLabelsTimeText.Add(time);
+    page.GraphDataLabelsDateText.Add(date);
+
+    Line = std::to_string(row) + ';' + date + ';' + time + ';';
+    for (const std::string_view text : strings)
+        Line += text;
+    const auto fields = SplitStrictly(Line);
+    Values.clear();
+    for (std::size_t field = HeadFields; field < fields.size(); ++field)
+        Values.push_back(ToIntegerOr(fields[field], 0));
+    Parts.Buffers.DataLogRawData.SetRow(row, Values);
+
+    page.ExtendGraph(Line);
+    Parts.Host.ApplyDataLine(Line);
+
+    const std::int64_t every = UpdateTimerCallBackEvents.DatalogCount;
+    if (every == 0)
+        throw TError("Division by zero");
+    if (row != 0 && static_cast<std::int64_t>(row) % every == 0)
+        SavePartialFile();
+}
+
+void TLiveLog::StartLog(bool questionEnable, bool clearData) {
+    if (Parts.Host.NabtoEnabled() && Parts.Host.InitLink() != 0)
+        return;
+    if (!Parts.Profile.ProfileLoaded) {
+        Parts.Dialogs.ShowMessageBox(EMessageKind::Information, "Profile NOT loaded...", EButtons::Ok);
+        Parts.Host.ShowSetpointPage();
+        Parts.Host.Setup1Click();
+        return;
+    }
+    bool keep = false;
+    if (questionEnable) {
+        const auto answer = Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
+                                                         Parts.Texts.MessageClearGraphData, EButtons::YesNo);
+        if (answer == EModalResult::Yes)
+            SavePartialFile();
+        else
+            keep = true;
+    }
+    if (questionEnable ? !keep : clearData) {
+        Parts.GraphPage.ClearGraphPage();
+        Parts.GraphPage.GraphInit(false);
+        Parts.Buffers.DatalogCount = 0;
+    }
+    Parts.Host.RepaintStatusBar();
+    Parts.Host.StartPolling();
+    Parts.TrafficButton.SetColor(RunningColor);
+    Parts.TrafficButton.SetCaption(Parts.Texts.TrafficButtonON);
+    if (clearData) {
+        ReportTraffic(Parts.Texts.MessageLoggingStart);
+        DatalogOn = true;
+        CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
+    }
+}
+
+void TLiveLog::StopLog() {
+    Parts.Panel.WannaClose = true;
+    Parts.TrafficButton.SetColor(StoppedColor);
+    Parts.TrafficButton.SetCaption(Parts.Texts.TrafficButtonOFF);
+    Parts.Host.StopPolling();
+    ReportTraffic(Parts.Texts.MessageLoggingStop);
+    DatalogOn = false;
+    UpdateTimer->SetEnabled(false);
+}
+
+void TLiveLog::TrafficButtonClick() {
+    TSLCursor& cursor = Parts.GraphPage.graph.Cursors[0];
+    if (DatalogOn) {
+        StopLog();
+        cursor.SetVisible(true);
+    } else {
+        StartLog(true, true);
+        Parts.Host.RepaintStatusBar();
+        cursor.SetVisible(false);
+    }
+}
+
+void TLiveLog::TimerLogAutostartTimer() {
+    TimerLogAutostart->SetEnabled(false);
+    StartLog(false, true);
+}
+
+void TLiveLog::SaveDataLogFile(const fs::path& path) {
+    const fs::path directory = path.parent_path();
+    if (!Parts.Files.DirectoryExists(directory) && Parts.Files.DirectoryExists(directory.parent_path()))
+        Parts.Files.CreateDirectories(directory);
+    WriteDatalog(Parts.Files, path, Rows(), CreateDatalogHeader());
+}
+
+std::string TLiveLog::CreateDatalogHeader() const {
+    return DatalogHeader(Parts.Panel, Parts.Profile.currentprofilefile);
+}
+
+void TLiveLog::SaveUserDatalog1Click() {
+    StopLog();
+    TFileDialog dialog;
+    dialog.Title = Parts.Texts.DialogSaveDatalogFile;
+    dialog.InitialDirectory = UserLogDirectory();
+    dialog.Filters = {{"csv", "*.csv"}};
+    const auto chosen = Parts.Dialogs.SaveFile(dialog);
+    if (!chosen)
+        return;
+    fs::path path = *chosen;
+    if (path.filename().string().find(".csv") == std::string::npos)
+        path += ".csv";
+    WriteDatalog(Parts.Files, path, Rows(), CreateDatalogHeader());
+    Parts.MemoEventLog.Add("StringDatalog saved and cleared");
+}
+
+void TLiveLog::SavePartialFile() {
+    SaveDataLogFile(UserLogDirectory() / ("datalog" + NowStamp(Parts.Clock) + "partial.csv"));
+}
+
+fs::path TLiveLog::UserLogDirectory() const {
+    return Parts.Paths.directorypath / "log" / "userlog";
+}
+
+TDatalogRows TLiveLog::Rows() const {
+    return {Parts.Buffers.DatalogCount, Parts.GraphPage.GraphDataLabelsDateText,
+            Parts.GraphPage.GraphDataLabelsTimeText, Parts.Buffers.DataLogRawData};
+}
+
+void TLiveLog::ReportTraffic(const std::string& message) {
+    const TTime now = Parts.Clock.Now();
+    const auto [hour, minute] = Parts.Clock.HourMinute(now);
+    std::array<char, 32> time{};
+    std::snprintf(time.data(), time.size(), "%.2d:%.2d", hour, minute);
+    Parts.MemoEventLog.Add(message + ' ' + time.data() + ' ' + Parts.Clock.ShortDate(now));
+}
+
+} // namespace tidewell
