@@ -22,12 +22,13 @@ std::string Id(const std::string& device) {
 
 TSetupForm::TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentInifilesPath& paths,
                        TUNabto& nabto, TNabtoDevice& device, IHost& host)
-    : Dialogs(dialogs), Files(files), Paths(paths), Nabto(nabto), Device(device), Host(host) {
+    : TForm("SetupForm"), Dialogs(dialogs), Files(files), Paths(paths), Nabto(nabto), Device(device),
+      Host(host) {
     PageControl1.Pages = {TabSheet};
     ListBoxLocalDevices.SetVisible(false);
     butping.SetVisible(false);
     ButCommCancel.SetVisible(false);
-    Form.OnKeyDown = [this](EKey key, bool& handled) {
+    OnKeyDown = [this](EKey key, bool& handled) {
         FormKeyDown(key, handled);
     };
     ButCommOk.OnClick = [this] {
@@ -49,7 +50,7 @@ TSetupForm::TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentIni
 
 void TSetupForm::FormCreate() {
     const TIniSection texts = TIniFile(Files, Paths.Languagefile).ReadSection("CommDialog");
-    Form.SetCaption(texts.Value("Header"));
+    SetCaption(texts.Value("Header"));
     ButCommOk.SetCaption(texts.Value("ButCommOk"));
     ButCommCancel.SetCaption(texts.Value("ButCommCancel"));
     ButDeviceSearch.SetCaption(texts.Value("LabNabtoDeviceSearch"));
@@ -108,15 +109,15 @@ void TSetupForm::ButCommOkClick() {
         return;
     }
     Host.SetDeviceId(device);
-    Form.SetModalResult(EModalResult::Ok);
-    Form.Close();
+    SetModalResult(EModalResult::Ok);
+    Close();
     Host.TestProfileNabto();
     Device.LblNabto.SetCaption("ID : " + txtRemote.Text());
     Host.RepaintStatusBar();
 }
 
 void TSetupForm::ButCommCancelClick() {
-    Form.Close();
+    Close();
 }
 
 void TSetupForm::ButDeviceSearchClick() {
@@ -130,7 +131,7 @@ void TSetupForm::butpingClick() {
     Device.IsLocalDevice = IsLocalDevice(device);
     const int result = Device.init(device, Host.ApiClient());
     if (result == 0)
-        Device.btnPingClick();
+        Device.btnPing.OnClick();
     else
         ShowInitFailure(result, "An error occurred when trying to initialize the nabto connection.");
 }
@@ -149,7 +150,7 @@ void TSetupForm::FormKeyDown(EKey key, bool& handled) {
         ButCommOk.Click();
     } else if (key == EKey::Escape) {
         handled = true;
-        Form.Close();
+        Close();
     }
 }
 

@@ -16,7 +16,7 @@ namespace tidewell {
 
 // Picks the controller, by its id or from those found on the local network, and links to it. It stays open
 // until a link stands or the user gives up.
-class TSetupForm {
+class TSetupForm : public TForm {
   public:
     // What the dialog needs of the main form.
     class IHost {
@@ -32,7 +32,6 @@ class TSetupForm {
     TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentInifilesPath& paths, TUNabto& nabto,
                TNabtoDevice& device, IHost& host);
 
-    TForm Form{"SetupForm"};
     TPageControl PageControl1{"PageControl1"};
     TTabSheet TabSheet{"TabSheet", "Communication"};
     TPanel PanelComm{"PanelComm"};

@@ -1,0 +1,357 @@
+#include "mainform/FormMain.h"
+
+#include "core/Errors.h"
+#include "core/Guard.h"
+#include "core/IniFile.h"
+#include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
+#include "core/TextFile.h"
+#include "mainform/NabtoUserFolder.h"
+
+#include <algorithm>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int initialWidth = 1280;
+constexpr int initInterval = 200;
+constexpr int keepAliveInterval = 300000;
+constexpr int deleteUsersInterval = 30000;
+constexpr int portScanPoll = 100;
+constexpr int graphTabIndex = 1;
+
+} // namespace
+
+TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths,
+                     TUNabto& nabto, const TForms& forms)
+    : Ports(ports), Options(options), Forms(forms), FCurrentInifilesPath(paths),
+      ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files), SetpointPage(ModbusPanel),
+      GraphPage(Profile, LogBuffers, MemoEventLog),
+      LiveLog(TLiveLog::TParts{Hosts.LiveLog, ports.Dialogs, ports.Clock, ports.Files, ports.Timers,
+                               ModbusPanel, Profile, GraphPage, LogBuffers, TrafficButton, MemoEventLog,
+                               LoggingTexts, paths}),
+      ProfileOpening(ports, TProfileOpening::TParts{*this, paths, ModbusPanel, Profile, SetpointPage,
+                                                    GraphPage, nabto, forms.NabtoDevice}),
+      ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
+      InitTimer(ports.Timers.CreateTimer()), KeepAliveTimer(ports.Timers.CreateTimer()),
+      NabtoDeleteUsers(ports.Timers.CreateTimer()) {
+    InitTimer->SetInterval(initInterval);
+    InitTimer->SetHandler([this] { InitTimerTimer(); });
+    KeepAliveTimer->SetInterval(keepAliveInterval);
+    KeepAliveTimer->SetHandler([this] { KeepAliveTimerTimer(); });
+    NabtoDeleteUsers->SetInterval(deleteUsersInterval);
+    NabtoDeleteUsers->SetHandler([this] { NabtoDeleteUsersTimer(); });
+    ConnectControls();
+}
+
+void TFormMain::ConnectControls() {
+    OnClose = [this] {
+        FormClose();
+    };
+    OnResize = [this] {
+        FormResize();
+    };
+    OnKeyDown = [this](EKey key, bool& handled) {
+        FormKeyDown(key, handled);
+    };
+    TheTab.OnChange = [this] {
+        TheTabChange();
+    };
+    TrafficButton.OnClick = [this] {
+        LiveLog.TrafficButtonClick();
+    };
+    DeviceID.OnClick = [this] {
+        Setup1Click();
+    };
+    OpenProfile2.OnClick = [this] {
+        OpenProfile2Click();
+    };
+    SaveUserDatalog1.OnClick = [this] {
+        LiveLog.SaveUserDatalog1Click();
+    };
+    StartLog1.OnClick = [this] {
+        TrafficButton.Click();
+    };
+    WindowSetpoint1.OnClick = [this] {
+        TheTab.SetActivePage(TabSetpoint);
+    };
+    WindowGraph1.OnClick = [this] {
+        TheTab.SetActivePage(TabGraph);
+    };
+    Setup1.OnClick = [this] {
+        Setup1Click();
+    };
+    Nabtodebug1.OnClick = [this] {
+        Nabtodebug1Click();
+    };
+    Changelanguage1.OnClick = [this] {
+        Changelanguage1Click();
+    };
+    Close1.OnClick = [this] {
+        Close1Click();
+    };
+}
+
+void TFormMain::FormCreate() {
+    DeleteNabtoUserFolder();
+    const TCloudSettings cloud = ReadCloudSettings(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile),
+                                                   FCurrentInifilesPath.directorypath);
+    Http = Ports.MakeHttp(cloud.CaFile);
+    ApiClient =
+        std::make_unique<TApiClient>(*Http, Ports.Dialogs, TCloudAddress{cloud.ApiHost, cloud.ApiPort});
+    StatusBar.SetText(PanelVersion, VersionText(Options.Version));
+    SetClientSize(initialWidth, Ports.Dialogs.WorkAreaHeight());
+    ReadConfigurationFiles();
+    TheTab.SetActivePageIndex(graphTabIndex);
+    ModbusPanel.SetMpanelWorkingpath(FCurrentInifilesPath.directorypath);
+    ModbusPanel.SetMpanelSystempath(FCurrentInifilesPath.Systemfile);
+    ModbusPanel.InitQuestionStringlistStructures();
+    SetpointPage.BuildSetpointTree();
+    InitTimer->SetEnabled(true);
+    KeepAliveTimer->SetEnabled(true);
+    CreateDirectories();
+    SetpointPage.CategoryPanelDebug.SetCollapsed(false);
+    GraphPage.GraphZoomFactor = 1;
+}
+
+void TFormMain::ReadConfigurationFiles() {
+    const TIniFile language(Ports.Files, FCurrentInifilesPath.Languagefile);
+    Texts = ReadHeadApplTexts(language);
+    ApplyTexts(Texts);
+    SetpointPage.CategoryPanelSetpoints.SetCaption(Texts.CategoryPanelSetpoint);
+    SetpointPage.CategoryPanelDebug.SetCaption(Texts.CategoryPanelEventlog);
+    LoggingTexts = {Texts.MessageLoggingStart, Texts.MessageLoggingStop, Texts.MessageClearGraphData,
+                    Texts.TrafficButtonON,     Texts.TrafficButtonOFF,   Texts.DialogSaveDatalogFile};
+    ProfileOpening.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
+    ProfileOpening.TestfileComport = language.ReadSection("TestfileComport");
+    const TNabtodriverTexts driver = ReadNabtodriverTexts(language);
+    DeviceID.SetCaption(driver.ButChangeID);
+    but_swupdate.SetCaption(driver.ButFWupdate);
+    but_errorlog.SetCaption(driver.ButErrorlog);
+    LblSetpointPageEmpty.SetCaption(
+        language.ReadText("EmptyPages", "Setpoint", "Choose a group in the tree to see its setpoints here."));
+    LblGraphPageEmpty.SetCaption(
+        language.ReadText("EmptyPages", "Graph", "The curves of the logged values will appear here."));
+
+    Configuration = ReadConfiguration(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile));
+    TrafficButton.SetCaption(Texts.TrafficButtonOFF);
+    LiveLog.UpdateTimer->SetInterval(Configuration.UpdateTimer.Time);
+    LiveLog.UpdateTimerCallBackEvents.XAxisJump = Configuration.UpdateTimer.XAxisJump;
+    LiveLog.UpdateTimerCallBackEvents.DatalogCount = Configuration.UpdateTimer.DatalogCount;
+    GraphPage.XAxisJump = Configuration.UpdateTimer.XAxisJump;
+}
+
+void TFormMain::CreateDirectories() {
+    for (const char* name : {"Help", "log/userlog", "log/systemlog", "log/exported", "setpoint"}) {
+        try {
+            Ports.Files.CreateDirectories(FCurrentInifilesPath.directorypath / name);
+        } catch (const EInOutError&) {
+            // A save that needs the folder tells its own failure.
+        }
+    }
+}
+
+void TFormMain::InitTimerTimer() {
+    InitTimer->SetEnabled(false);
+    LiveLog.UpdateTimerCallBackEvents.ClearStrings();
+    DoPortScanMode();
+    FileProgressBar.SetVisible(false);
+    if (!Visible() || (Forms.NabtoDevice.isEnabled() && !StartLink()))
+        return;
+    GraphPage.GraphInit(true);
+    SetpointPage.ArrangeSetpointPage(GridClientWidth, GroupClientHeight);
+    DeviceID.SetVisible(ShowButtonDevid);
+    if (Configuration.PortScan.doPortScan && Configuration.AutoLoadProfile.doAutoloadProfile &&
+        Configuration.LogAutoStart.doLogAutoStart)
+        LiveLog.TimerLogAutostart->SetEnabled(true);
+}
+
+void TFormMain::DoPortScanMode() {
+    if (Configuration.PortScan.doPortScan && Configuration.AutoLoadProfile.doAutoloadProfile)
+        return;
+    ProfileOpening.OpenFileProfile();
+    if (!Configuration.PortScan.doPortScan)
+        return;
+    if (ModbusPanel.DeviceList.Count() > 0 && !ModbusPanel.DeviceList.GetDevice(0).ReadList.empty())
+        ModbusPanel.PingTestModbusID =
+            std::to_string(ModbusPanel.GetModbusIDFromDeviceName(ModbusPanel.DeviceList.GetDevice(0).Name));
+    while (ModbusPanel.doTest && Visible()) {
+        Ports.Wait.Sleep(portScanPoll);
+        Ports.Wait.ProcessMessages();
+    }
+}
+
+bool TFormMain::StartLink() {
+    Forms.NabtoDevice.FOnCycleDone = [this] {
+        LiveLog.SetCycleResult(Forms.NabtoDevice.NabtoResultstring());
+    };
+    if (EvalSystemParameters(Options.Arguments, _commandLineParameters, Hosts.CommandLine, Ports.Dialogs) !=
+        0) {
+        Ports.Dialogs.ShowMessage("Some parameters were not parsed correctly. Closing the program.");
+        Close();
+        return false;
+    }
+    if (!ApiClient->_isLoggedIn) {
+        TLogonLoop logon(Ports.Dialogs, Forms.NabtoLogOn, Forms.NabtoDevice.lblConnectedUser,
+                         [this] { StatusBar.Repaint(); });
+        if (logon.Run(*ApiClient, _commandLineParameters.UserNamePW, [this] { return !Visible(); }) != 0) {
+            Close();
+            return false;
+        }
+    }
+    StatusBar.Repaint();
+    ShowButtonDevid = _commandLineParameters.devid.empty();
+    if (ShowButtonDevid)
+        Setup1Click();
+    else
+        ProfileOpening.TestProfileNabto(_commandLineParameters.devid, *ApiClient,
+                                        Configuration.AutoLoadProfile);
+    return Visible();
+}
+
+void TFormMain::OpenProfile2Click() {
+    if (Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Texts.MessageStopLog, EButtons::OkCancel) !=
+        EModalResult::Ok)
+        return;
+    StopLog();
+    ProfileOpening.OpenFileProfile();
+    GraphPage.GraphInit(true);
+    GraphPage.ClearGraphPage();
+}
+
+void TFormMain::Setup1Click() {
+    StopLog();
+    Forms.SetupForm.FormInit();
+    if (ApiClient->_isLocalSession)
+        Forms.SetupForm.GetLocalDevices();
+    Ports.Dialogs.ShowModal(Forms.SetupForm);
+    StatusBar.Repaint();
+    if (Visible() && !NabtoDeleteUsers->Enabled())
+        NabtoDeleteUsers->SetEnabled(true);
+}
+
+void TFormMain::Changelanguage1Click() {
+    Ports.Dialogs.ShowModal(Forms.languagedialog);
+}
+
+void TFormMain::Nabtodebug1Click() {
+    StopLog();
+    StatusBar.Repaint();
+    Ports.Dialogs.Show(Forms.NabtoDevice);
+}
+
+void TFormMain::KeepAliveTimerTimer() {
+    KeepAliveTimer->SetEnabled(false);
+    ApiClient->KeepAlive();
+    KeepAliveTimer->SetEnabled(true);
+}
+
+void TFormMain::NabtoDeleteUsersTimer() {
+    DeleteNabtoUserFolder();
+    NabtoDeleteUsers->SetEnabled(false);
+}
+
+void TFormMain::DeleteNabtoUserFolder() {
+    tidewell::DeleteNabtoUserFolder(Ports.Files, FCurrentInifilesPath.directorypath);
+}
+
+void TFormMain::TheTabChange() {
+    GraphControlsPanel.SetVisible(!TheTab.IsActive(TabSetpoint));
+}
+
+void TFormMain::FormResize() {
+    int others = 0;
+    for (const std::size_t panel : {PanelLink, PanelProgress, PanelVersion})
+        others += StatusBar.Panels()[panel].Width;
+    StatusBar.SetWidth(PanelUser, std::max(0, ClientWidth() - others));
+    SetpointPage.ArrangeSetpointPage(GridClientWidth, GroupClientHeight);
+}
+
+void TFormMain::SetpointPageResized(int gridClientWidth, int groupClientHeight) {
+    GridClientWidth = gridClientWidth;
+    GroupClientHeight = groupClientHeight;
+    SetpointPage.ArrangeSetpointPage(GridClientWidth, GroupClientHeight);
+}
+
+void TFormMain::FormKeyDown(EKey key, bool& handled) {
+    handled = true;
+    switch (key) {
+    case EKey::Escape:
+        Close1Click();
+        break;
+    case EKey::F1:
+        if (TheTab.IsActive(TabSetpoint))
+            ContextHelp.Show(Texts.ErrorMissingAdobe);
+        break;
+    case EKey::F2:
+        OpenProfile2.Click();
+        break;
+    case EKey::F3:
+        OpenDatalogfile1.Click();
+        break;
+    case EKey::F4:
+        SaveUserDatalog1.Click();
+        break;
+    case EKey::F5:
+        StartLog1.Click();
+        break;
+    case EKey::F6:
+        WindowSetpoint1.Click();
+        break;
+    case EKey::F7:
+        WindowGraph1.Click();
+        break;
+    case EKey::F8:
+        Setup1.Click();
+        break;
+    case EKey::F11:
+        Nabtodebug1.Click();
+        break;
+    case EKey::F12:
+        Changelanguage1.Click();
+        break;
+    default:
+        handled = false;
+    }
+}
+
+void TFormMain::FormClose() {
+    try {
+        SaveOnClose();
+    } catch (const TError&) {
+        if (!CloseFailed) {
+            CloseFailed = true;
+            throw;
+        }
+        RunGuarded(Ports.Dialogs, [] { throw; });
+    }
+    for (const auto& timer : {InitTimer.get(), KeepAliveTimer.get(), NabtoDeleteUsers.get(),
+                              LiveLog.UpdateTimer.get(), LiveLog.TimerLogAutostart.get()})
+        timer->SetEnabled(false);
+    Forms.NabtoDevice.stopLog();
+    DeleteNabtoUserFolder();
+    Ports.Application.Terminate();
+}
+
+void TFormMain::SaveOnClose() {
+    WriteGraphSettings();
+    const auto systemlog = FCurrentInifilesPath.directorypath / "log" / "systemlog";
+    const std::string stamp = DateTimeStamp(Ports.Clock);
+    if (Ports.Files.DirectoryExists(systemlog)) {
+        WriteLines(Ports.Files, systemlog / (stamp + "eventlog.log"), MemoEventLog.Lines());
+        SaveDataLogFile(systemlog / ("datalog" + NowStamp(Ports.Clock) + ".csv"));
+    }
+    ModbusPanel.WannaClose = true;
+    if (Configuration.DebugEnable && Ports.Files.DirectoryExists(systemlog))
+        WriteLines(Ports.Files, systemlog / (stamp + "debug.log"), ModbusPanel.MemoDebug.Lines());
+}
+
+void TFormMain::WriteGraphSettings() {
+    if (!Profile.ProfileLoaded)
+        return;
+    // What cannot be kept of the graph must not cost the logs.
+    RunGuarded(Ports.Dialogs, [this] { Profile.WriteGraphSettings(GraphPage.ChannelSettings()); });
+}
+
+} // namespace tidewell

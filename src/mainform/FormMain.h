@@ -1,0 +1,118 @@
+#pragma once
+
+#include "cloud/ApiClient.h"
+#include "cloud/NabtoLogOn.h"
+#include "core/Configuration.h"
+#include "graph/GraphPage.h"
+#include "link/Nabto.h"
+#include "link/NabtoDevice.h"
+#include "link/SetupForm.h"
+#include "logging/LiveLog.h"
+#include "logging/LogBuffers.h"
+#include "mainform/CommandLine.h"
+#include "mainform/ContextHelp.h"
+#include "mainform/FormMainControls.h"
+#include "mainform/FormMainHosts.h"
+#include "mainform/Languagedialog.h"
+#include "mainform/LogonLoop.h"
+#include "mainform/Ports.h"
+#include "mainform/ProfileOpening.h"
+#include "model/ModbusPanel.h"
+#include "model/Profile.h"
+#include "setpoints/SetpointPage.h"
+
+#include <memory>
+#include <string>
+
+namespace tidewell {
+
+// The main form: owner of the open profile, the log, the graph and the cloud client, and the one that passes
+// between them. What each of them does is told by its own class.
+class TFormMain : public TFormMainControls {
+  public:
+    // The other forms; they may be made after this one.
+    struct TForms {
+        TNabtoDevice& NabtoDevice;
+        TNabtoLogOn& NabtoLogOn;
+        Tlanguagedialog& languagedialog;
+        TSetupForm& SetupForm;
+    };
+
+    TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths, TUNabto& nabto,
+              const TForms& forms);
+
+    // First stage of the start. Throws EConvertError for a key of the system file that is no boolean.
+    void FormCreate();
+    // Second stage, 200 ms after the message loop has started.
+    void InitTimerTimer();
+    void DoPortScanMode();
+
+    void StartLog(bool questionEnable, bool clearData) { LiveLog.StartLog(questionEnable, clearData); }
+    void StopLog() { LiveLog.StopLog(); }
+    void UpdateTimerTimer() { LiveLog.UpdateTimerTimer(); }
+    void SaveDataLogFile(const std::filesystem::path& path) { LiveLog.SaveDataLogFile(path); }
+
+    void OpenProfile2Click();
+    void Setup1Click();
+    void Close1Click() { Close(); }
+    void Changelanguage1Click();
+    void Nabtodebug1Click();
+    void KeepAliveTimerTimer();
+    void NabtoDeleteUsersTimer();
+    void DeleteNabtoUserFolder();
+    void TheTabChange();
+    void FormResize();
+    void FormKeyDown(EKey key, bool& handled);
+    void FormClose();
+    // The view tells the sizes, in pixels, that the setpoint page has got.
+    void SetpointPageResized(int gridClientWidth, int groupClientHeight);
+
+    TApiClient& Client() { return *ApiClient; } // from FormCreate on
+    TNabtoDevice& Device() { return Forms.NabtoDevice; }
+
+    TConfiguration Configuration;
+    THeadApplTexts Texts;
+    TLoggingTexts LoggingTexts;
+    TCommandLineParameters _commandLineParameters;
+    bool ShowButtonDevid = false;
+
+    TFormMainHosts Hosts{*this};
+
+  private:
+    const TPorts& Ports;
+    const TStartOptions& Options;
+    TForms Forms;
+
+  public:
+    TCurrentInifilesPath& FCurrentInifilesPath;
+    TModbusPanel ModbusPanel;
+    TProfile Profile;
+    TSetpointPage SetpointPage;
+    TLogBuffers LogBuffers;
+    TGraphPage GraphPage;
+    TLiveLog LiveLog;
+    TProfileOpening ProfileOpening;
+    TContextHelp ContextHelp;
+
+    std::unique_ptr<ITimer> InitTimer;        // 200 ms, once
+    std::unique_ptr<ITimer> KeepAliveTimer;   // 300000 ms
+    std::unique_ptr<ITimer> NabtoDeleteUsers; // 30000 ms, once, after the setup dialog
+
+  private:
+    void ReadConfigurationFiles();
+    void ConnectControls();
+    void CreateDirectories();
+    // Sign-in and profile, with the link enabled. False when the program is about to end.
+    bool StartLink();
+    void SaveOnClose();
+    void WriteGraphSettings();
+
+    std::unique_ptr<IHttp> Http;
+    std::unique_ptr<TApiClient> ApiClient;
+    int GridClientWidth = 0;
+    int GroupClientHeight = 0;
+    bool CloseFailed =
+        false; // a first failure to save keeps the form open, so that the log can be saved elsewhere
+};
+
+} // namespace tidewell

@@ -1,0 +1,57 @@
+#include "mainform/FormMainControls.h"
+
+namespace tidewell {
+
+TFormMainControls::TFormMainControls()
+    : TForm("FormMain"),
+      StatusBar("StatusBar", {{300, "", false}, {0, "", false}, {250, "", false}, {170, "", true}}) {
+    filemenu.Items = {OpenProfile2, OpenDatalogfile1, Open_sd_datalog, SaveUserDatalog1,
+                      Nabtodebug1,  StartLog1,        WindowSetpoint1, WindowGraph1,
+                      Errorlog1,    FlasDatalog1,     Close1};
+    CommPort1.Items = {Setup1};
+    Language1.Items = {Changelanguage1};
+    MainMenu.Items = {filemenu, CommPort1, Language1};
+
+    OpenProfile2.SetShortCut("F2");
+    OpenDatalogfile1.SetShortCut("F3");
+    SaveUserDatalog1.SetShortCut("F4");
+    StartLog1.SetShortCut("F5");
+    WindowSetpoint1.SetShortCut("F6");
+    WindowGraph1.SetShortCut("F7");
+    Setup1.SetShortCut("F8");
+    Nabtodebug1.SetShortCut("F11");
+    Changelanguage1.SetShortCut("F12");
+    Close1.SetShortCut("Esc");
+
+    // Work that does not exist yet has no entry.
+    OpenDatalogfile1.SetVisible(false);
+    Open_sd_datalog.SetVisible(false);
+    Errorlog1.SetVisible(false);
+    FlasDatalog1.SetVisible(false);
+    but_swupdate.SetVisible(false);
+    but_errorlog.SetVisible(false);
+
+    TheTab.Pages = {TabSetpoint, TabGraph};
+    FileProgressBar.SetVisible(false);
+}
+
+void TFormMainControls::ApplyTexts(const THeadApplTexts& texts) {
+    SetCaption(texts.appl_title);
+    TabSetpoint.SetCaption(texts.TabSetpoint);
+    TabGraph.SetCaption(texts.TabGraph);
+    filemenu.SetCaption(texts.FileMenu_Caption);
+    OpenProfile2.SetCaption(texts.FileMenu_OpenProfile);
+    OpenDatalogfile1.SetCaption(texts.FileMenu_OpenDatalogFile);
+    SaveUserDatalog1.SetCaption(texts.FileMenu_SaveUserDatalog);
+    Nabtodebug1.SetCaption(texts.FileMenu_Nabto);
+    StartLog1.SetCaption(texts.FileMenu_StartLog);
+    Close1.SetCaption(texts.FileMenu_CloseProgram);
+    WindowSetpoint1.SetCaption(texts.FileMenu_Activepage_setpoint);
+    WindowGraph1.SetCaption(texts.FileMenu_Activepage_graph);
+    CommPort1.SetCaption(texts.ComportMenu_Caption);
+    Setup1.SetCaption(texts.ComportMenu_Setup);
+    Language1.SetCaption(texts.Language_caption);
+    Changelanguage1.SetCaption(texts.LanguageMenu_Setup);
+}
+
+} // namespace tidewell

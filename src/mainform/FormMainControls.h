@@ -1,0 +1,68 @@
+#pragma once
+
+#include "core/LanguageTexts.h"
+#include "core/controls/Form.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Menu.h"
+#include "core/controls/Pages.h"
+#include "core/controls/Simple.h"
+#include "core/controls/StatusBar.h"
+
+#include <cstddef>
+
+namespace tidewell {
+
+// What lies on the main form. The tree, the grid and the two category panels belong to the setpoint page;
+// LblNabto, LedNabto and lblConnectedUser belong to the driver and are shown in panels 0 and 1 of the status
+// bar.
+struct TFormMainControls : TForm {
+    TFormMainControls();
+
+    // Captions from the language file; an entry without a key keeps its text.
+    void ApplyTexts(const THeadApplTexts& texts);
+
+    TMainMenu MainMenu{"MainMenu"};
+    TMenuItem filemenu{"filemenu"};
+    TMenuItem OpenProfile2{"OpenProfile2"};
+    TMenuItem OpenDatalogfile1{"OpenDatalogfile1"};
+    TMenuItem Open_sd_datalog{"Open_sd_datalog", "SD-Card datalog"};
+    TMenuItem SaveUserDatalog1{"SaveUserDatalog1"};
+    TMenuItem Nabtodebug1{"Nabtodebug1"};
+    TMenuItem StartLog1{"StartLog1"};
+    TMenuItem WindowSetpoint1{"WindowSetpoint1"};
+    TMenuItem WindowGraph1{"WindowGraph1"};
+    TMenuItem Errorlog1{"Errorlog1", "Show Device Errorlog"};
+    TMenuItem FlasDatalog1{"FlasDatalog1", "FlashDatalog"};
+    TMenuItem Close1{"Close1"};
+    TMenuItem CommPort1{"CommPort1"};
+    TMenuItem Setup1{"Setup1"};
+    TMenuItem Language1{"Language1"};
+    TMenuItem Changelanguage1{"Changelanguage1"};
+
+    // On the tab strip, at its right end, from right to left.
+    TButton TrafficButton{"TrafficButton"};
+    TButton DeviceID{"DeviceID"};
+    TButton but_swupdate{"but_swupdate"};
+    TButton but_errorlog{"but_errorlog"};
+
+    TPageControl TheTab{"TheTab"};
+    TTabSheet TabSetpoint{"TabSetpoint"};
+    TTabSheet TabGraph{"TabGraph"};
+
+    // On TabSetpoint, left: the tree above, the event log below; right: the grid.
+    TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
+    TMemo MemoEventLog{"MemoEventLog"};
+    TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear on the page; hidden once it does
+    TLabel LblGraphPageEmpty{"LblGraphPageEmpty"};
+    TPanel GraphControlsPanel{"GraphControlsPanel"};
+
+    static constexpr std::size_t PanelLink = 0;     // LedNabto and LblNabto
+    static constexpr std::size_t PanelUser = 1;     // lblConnectedUser
+    static constexpr std::size_t PanelProgress = 2; // FileProgressBar
+    static constexpr std::size_t PanelVersion = 3;  // centred text
+    static constexpr int StatusBarHeight = 19;      // pixels
+    TStatusBar StatusBar;
+    TProgressBar FileProgressBar{"FileProgressBar"};
+};
+
+} // namespace tidewell

@@ -1,0 +1,105 @@
+#include "mainform/FormMainHosts.h"
+
+#include "mainform/FormMain.h"
+
+namespace tidewell {
+
+bool TFormMainHosts::TLiveLogHost::NabtoEnabled() {
+    return Main.Device().isEnabled();
+}
+
+int TFormMainHosts::TLiveLogHost::InitLink() {
+    return Main.Device().init(Main._commandLineParameters.devid, Main.Client());
+}
+
+void TFormMainHosts::TLiveLogHost::StartPolling() {
+    Main.Device().startLog();
+}
+
+void TFormMainHosts::TLiveLogHost::StopPolling() {
+    Main.Device().stopLog();
+}
+
+void TFormMainHosts::TLiveLogHost::ShowSetpointPage() {
+    Main.TabSetpoint.SetVisible(true);
+    Main.WindowSetpoint1.SetEnabled(true);
+}
+
+void TFormMainHosts::TLiveLogHost::Setup1Click() {
+    Main.Setup1Click();
+}
+
+void TFormMainHosts::TLiveLogHost::RepaintStatusBar() {
+    Main.StatusBar.Repaint();
+}
+
+void TFormMainHosts::TLiveLogHost::ApplyDataLine(const std::string& line) {
+    Main.SetpointPage.ApplyDataLine(line);
+}
+
+void TFormMainHosts::TNabtoDeviceHost::UpdateTimerTimer() {
+    Main.UpdateTimerTimer();
+}
+
+void TFormMainHosts::TNabtoDeviceHost::StopLog() {
+    Main.StopLog();
+}
+
+void TFormMainHosts::TNabtoDeviceHost::Setup1Click() {
+    Main.Setup1Click();
+}
+
+void TFormMainHosts::TNabtoDeviceHost::AddEventLog(const std::string& line) {
+    Main.MemoEventLog.Add(line);
+}
+
+bool TFormMainHosts::TNabtoDeviceHost::ShowButtonDevid() const {
+    return Main.ShowButtonDevid;
+}
+
+bool TFormMainHosts::TNabtoDeviceHost::ErrorLogVisible() const {
+    return Main.Configuration.ErrorLog.doGetErrorlog;
+}
+
+TApiClient& TFormMainHosts::TSetupFormHost::ApiClient() {
+    return Main.Client();
+}
+
+void TFormMainHosts::TSetupFormHost::SetDeviceId(const std::string& device) {
+    Main._commandLineParameters.devid = device;
+}
+
+void TFormMainHosts::TSetupFormHost::TestProfileNabto() {
+    Main.ProfileOpening.TestProfileNabto(Main._commandLineParameters.devid, Main.Client(),
+                                         Main.Configuration.AutoLoadProfile);
+}
+
+void TFormMainHosts::TSetupFormHost::RepaintStatusBar() {
+    Main.StatusBar.Repaint();
+}
+
+void TFormMainHosts::TCommandLineActions::InitDevice(const std::string& devid) {
+    Main.Device().init(devid, Main.Client()); // a failure shows in the status bar and at the first ping
+}
+
+void TFormMainHosts::TCommandLineActions::SetAccessToken(const std::string& jwt) {
+    Main.Client().SetAccessToken(jwt);
+}
+
+void TFormMainHosts::TCommandLineActions::ShowEEpromPanel() {
+    Main.Device().PanelReadEEprom.SetVisible(true);
+}
+
+void TFormMainHosts::TCommandLineActions::ShowFlashPanel() {
+    Main.Device().PanelReadFlash.SetVisible(true);
+}
+
+void TFormMainHosts::TCommandLineActions::EnableContineousUpdate() {
+    Main.Device().EnableContineousUpdate = true;
+}
+
+void TFormMainHosts::TCommandLineActions::EnableExtendedVersionInfo() {
+    Main.Device().Enable_debugShowExtendedVersionInfo = true;
+}
+
+} // namespace tidewell

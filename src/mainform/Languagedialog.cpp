@@ -1,0 +1,60 @@
+#include "mainform/Languagedialog.h"
+
+#include "core/Errors.h"
+#include "core/IniFile.h"
+#include "core/Numbers.h"
+
+#include <cstddef>
+
+namespace tidewell {
+
+Tlanguagedialog::Tlanguagedialog(const TPorts& ports, const TStartOptions& options,
+                                 const TCurrentInifilesPath& paths)
+    : TForm("languagedialog"), Ports(ports), Options(options), Paths(paths) {
+    SetClientSize(InitialWidth, InitialHeight);
+    OnShow = [this] {
+        FormShow();
+    };
+    OnKeyDown = [this](EKey key, bool& handled) {
+        if (key == EKey::Escape) {
+            handled = true;
+            Close();
+        }
+    };
+    Button.OnClick = [this] {
+        ButtonClick();
+    };
+}
+
+void Tlanguagedialog::FormShow() {
+    const TIniFile language(Ports.Files, Paths.Languagefile);
+    const TIniSection texts = language.ReadSection("Language");
+    Button.SetCaption(texts.Value("butsave"));
+    SetCaption(texts.Value("header"));
+    langgroup.SetCaption(texts.Value("bulletheader"));
+    Restart = texts.Value("restart");
+
+    langgroup.SetItems(Ports.Files.List(Paths.configpath, "*.lng"));
+    const std::string current =
+        TIniFile(Ports.Files, Paths.Systemfile).ReadText("System", "LanguageFile_Current");
+    const auto& names = langgroup.Items();
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (SameText(names[i], current))
+            langgroup.SetItemIndex(static_cast<int>(i));
+}
+
+void Tlanguagedialog::ButtonClick() {
+    const int index = langgroup.ItemIndex();
+    if (index < 0 || static_cast<std::size_t>(index) >= langgroup.Items().size())
+        throw EListError("List index out of bounds (" + std::to_string(index) + ")");
+    TIniFile system(Ports.Files, Paths.Systemfile);
+    system.WriteText("System", "LanguageFile_Current", langgroup.Items()[static_cast<std::size_t>(index)]);
+    system.Save(Ports.Files);
+    Ports.Dialogs.ShowMessage(Restart);
+    SetModalResult(EModalResult::Ok);
+    Ports.Application.Terminate();
+    if (!Ports.Process.Start(Options.Executable, {}))
+        throw TError("Cannot start " + Options.Executable.string());
+}
+
+} // namespace tidewell

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/Paths.h"
+#include "core/controls/Form.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Simple.h"
+#include "mainform/Ports.h"
+
+#include <string>
+
+namespace tidewell {
+
+// Chooses the language file for the next start, and starts the program anew.
+class Tlanguagedialog : public TForm {
+  public:
+    static constexpr int InitialWidth = 425; // pixels
+    static constexpr int InitialHeight = 185;
+
+    Tlanguagedialog(const TPorts& ports, const TStartOptions& options, const TCurrentInifilesPath& paths);
+
+    TRadioGroup langgroup{"langgroup"};
+    TButton Button{"Button"};
+
+    void FormShow();
+    // Throws EListError when no file is selected.
+    void ButtonClick();
+
+  private:
+    const TPorts& Ports;
+    const TStartOptions& Options;
+    const TCurrentInifilesPath& Paths;
+    std::string Restart;
+};
+
+} // namespace tidewell

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "cloud/ApiClient.h"
+#include "cloud/NabtoLogOn.h"
+#include "core/controls/Simple.h"
+#include "core/ports/IDialogs.h"
+
+#include <functional>
+#include <string>
+
+namespace tidewell {
+
+// Signs the user in, by the dialog or by "name;password" from the command line, until it worked or the user
+// gave up.
+class TLogonLoop {
+  public:
+    TLogonLoop(IDialogs& dialogs, TNabtoLogOn& logOn, TLabel& lblConnectedUser,
+               std::function<void()> repaint);
+
+    // 0 when the user is signed in. closing tells that the program is about to end, which ends the loop too.
+    int Run(TApiClient& client, const std::string& userNamePassword, const std::function<bool()>& closing);
+
+  private:
+    int Login(TApiClient& client);
+
+    IDialogs& Dialogs;
+    TNabtoLogOn& LogOn;
+    TLabel& LblConnectedUser;
+    std::function<void()> Repaint;
+};
+
+} // namespace tidewell

@@ -1,0 +1,108 @@
+#include "mainform/ProfileOpening.h"
+
+#include "core/KvSupport.h"
+
+#include <optional>
+
+namespace tidewell {
+
+namespace {
+
+// Messages that the language file holds by position, whatever their keys.
+constexpr std::size_t rowProfileMissing = 4;
+constexpr std::size_t rowModelUnknown = 5;
+
+} // namespace
+
+void TProfileOpening::OpenProfile(const std::filesystem::path& path) {
+    Parts.Profile.Open(path);
+    Parts.Controls.MemoEventLog.Add(path.string() + " opened");
+    Parts.Controls.SetCaption(path.string());
+    Parts.Panel.SetMpanelPLSpath(path);
+}
+
+void TProfileOpening::OpenFileProfile() {
+    TFileDialog dialog;
+    dialog.Title = DialogOpenProfileCaption;
+    dialog.InitialDirectory = Parts.Paths.directorypath / "profile";
+    dialog.FileMustExist = true;
+    dialog.Filters = {{"pls", "*.pls"},
+                      {"zls;csv", " *.zls;*.csv"},
+                      {"txt", "*.txt"},
+                      {"DAL (SD Card Datalog)", "*.DAL"},
+                      {"SDpls (SC Card Datalog profile)", "*.SDpls"}};
+    if (const auto path = Ports.Dialogs.OpenFile(dialog)) {
+        Parts.Paths.plsfile = *path;
+        OpenProfile(*path);
+        ReloadDeviceData();
+    } else {
+        Parts.Profile.ProfileLoaded = false;
+        Parts.Paths.plsfile.clear();
+    }
+}
+
+void TProfileOpening::ReloadDeviceData() {
+    Parts.Panel.InitQuestionStringlistStructures();
+    Parts.SetpointPage.BuildSetpointTree();
+    Parts.Controls.TheTab.SetActivePage(Parts.Controls.TabGraph);
+    Parts.Device.SetNabtoQuestion(Parts.Paths.plsfile);
+    Parts.Profile.ReadNabtoSection(Parts.Paths.plsfile);
+    Parts.GraphPage.GraphInit(true);
+}
+
+bool TProfileOpening::PingTwice() {
+    if (!Parts.Nabto.ping(Parts.Device.device))
+        Parts.Nabto.ping(Parts.Device.device);
+    return Parts.Nabto.ping(Parts.Device.device);
+}
+
+std::filesystem::path TProfileOpening::ProfileOfDevice(const TAutoLoadProfile& autoload) const {
+    const TUNabto& nabto = Parts.Nabto;
+    const auto profile = [this](const std::string& name) {
+        return TProfile::PadCurrentProfileExtension(Parts.Paths.directorypath / "profile" / name,
+                                                    Parts.Paths.Languagefile);
+    };
+    if (nabto.SlaveDeviceNum.empty() || nabto.SlaveModel.empty()) {
+        const auto name = autoload.Model.Find(nabto.model);
+        if (name && autoload.ItemNumber.Find(nabto.varenummer))
+            return profile(*name);
+        return {};
+    }
+    return profile(autoload.Model.Value(nabto.SlaveDeviceNum + "_" + nabto.SlaveModel));
+}
+
+void TProfileOpening::AskForProfile(const std::string& message) {
+    Ports.Dialogs.ShowMessage(message);
+    Parts.Paths.plsfile.clear();
+    Parts.Controls.FileProgressBar.SetVisible(false);
+    OpenFileProfile();
+    ReloadDeviceData();
+}
+
+void TProfileOpening::TestProfileNabto(const std::string& devid, TApiClient& client,
+                                       const TAutoLoadProfile& autoload) {
+    Parts.Controls.FileProgressBar.SetVisible(false);
+    if (!Parts.Device.initialized && Parts.Device.init(devid, client) != 0)
+        return;
+    if (!PingTwice()) {
+        Ports.Dialogs.ShowMessage(TestfileComport.Value("Erroritemnumberdoesnotmatch"));
+        return;
+    }
+    if (!autoload.doAutoloadProfile) {
+        if (!Parts.Profile.ProfileLoaded)
+            AskForProfile(TestfileComport.ValueAt(rowModelUnknown) + " " + Parts.Nabto.model);
+        return;
+    }
+    Parts.Paths.plsfile = ProfileOfDevice(autoload);
+    if (Ports.Files.FileExists(Parts.Paths.plsfile)) {
+        Parts.Controls.FileProgressBar.SetVisible(false);
+        OpenProfile(Parts.Paths.plsfile);
+        ReloadDeviceData();
+        return;
+    }
+    AskForProfile(TestfileComport.ValueAt(rowProfileMissing) + " " +
+                  ShownDirectory(Parts.Paths.directorypath) + "profile\\" +
+                  autoload.Model.Value(Parts.Nabto.model));
+}
+
+} // namespace tidewell

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "cloud/ApiClient.h"
+#include "core/Configuration.h"
+#include "core/IniFile.h"
+#include "core/Paths.h"
+#include "graph/GraphPage.h"
+#include "link/Nabto.h"
+#include "link/NabtoDevice.h"
+#include "mainform/FormMainControls.h"
+#include "mainform/Ports.h"
+#include "model/ModbusPanel.h"
+#include "model/Profile.h"
+#include "setpoints/SetpointPage.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace tidewell {
+
+// Chooses the profile, by the user or by the model that the device reports, and loads it into all that show
+// it.
+class TProfileOpening {
+  public:
+    struct TParts {
+        TFormMainControls& Controls;
+        TCurrentInifilesPath& Paths;
+        TModbusPanel& Panel;
+        TProfile& Profile;
+        TSetpointPage& SetpointPage;
+        TGraphPage& GraphPage;
+        TUNabto& Nabto;
+        TNabtoDevice& Device;
+    };
+
+    TProfileOpening(const TPorts& ports, const TParts& parts) : Ports(ports), Parts(parts) {}
+
+    std::string DialogOpenProfileCaption; // title of the file dialog
+    TIniSection TestfileComport;          // messages of the language file, some of them by position
+
+    void OpenProfile(const std::filesystem::path& path);
+    // Asks for a file. A cancel leaves the program with no profile.
+    void OpenFileProfile();
+    // After OpenProfile: rebuilds devices, tree, poll questions, settings and graph from plsfile.
+    void ReloadDeviceData();
+    // Pings the device, and opens the profile of its model as the configuration tells.
+    void TestProfileNabto(const std::string& devid, TApiClient& client, const TAutoLoadProfile& autoload);
+
+  private:
+    bool PingTwice();
+    // The profile that belongs to what the device reports, with autoload; empty if it is not known.
+    std::filesystem::path ProfileOfDevice(const TAutoLoadProfile& autoload) const;
+    void AskForProfile(const std::string& message);
+
+    const TPorts& Ports;
+    TParts Parts;
+};
+
+} // namespace tidewell

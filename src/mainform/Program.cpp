@@ -1,0 +1,77 @@
+#include "mainform/Program.h"
+
+#include "core/Guard.h"
+
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+// Each splash line stays readable for a while.
+constexpr int afterCleanUp = 1000; // ms
+constexpr int afterMainForm = 500;
+constexpr int afterReady = 700;
+
+} // namespace
+
+TProgram::TProgram(const TPorts& ports, TStartOptions options)
+    : Ports(ports), Options(std::move(options)), Splashscreen(Ports, Options),
+      Nabto(Ports.Libraries, Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Options.Directory),
+      FormMain(Ports, Options, Splashscreen.FCurrentInifilesPath, Nabto,
+               TFormMain::TForms{NabtoDevice, NabtoLogOn, languagedialog, SetupForm}),
+      NabtoDevice(Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Splashscreen.FCurrentInifilesPath,
+                  Nabto, FormMain.ModbusPanel, FormMain.Hosts.NabtoDevice),
+      languagedialog(Ports, Options, Splashscreen.FCurrentInifilesPath),
+      SetupForm(Ports.Dialogs, Ports.Files, Splashscreen.FCurrentInifilesPath, Nabto, NabtoDevice,
+                FormMain.Hosts.SetupForm) {}
+
+bool TProgram::Start() {
+    Splashscreen.FormCreate();
+    Ports.Dialogs.Show(Splashscreen);
+    const auto& paths = Splashscreen.FCurrentInifilesPath;
+    if (!Ports.Files.DirectoryExists(paths.configpath) || paths.Systemfile.empty() ||
+        !Ports.Files.FileExists(paths.Systemfile)) {
+        Ports.Dialogs.ShowMessage(Splashscreen.Texts.MessageFileStructureMissing);
+        Ports.Application.Terminate();
+        Splashscreen.Hide();
+        return false;
+    }
+    Splashscreen.Repaint();
+    Splashscreen.CleanUpLogFiles();
+    Splashscreen.infostring.SetCaption(Splashscreen.Texts.MessageLogFileDeleted);
+    Ports.Wait.Sleep(afterCleanUp);
+
+    // A form that cannot be made would leave a window that does nothing.
+    if (!RunGuarded(Ports.Dialogs, [this] { CreateForms(); })) {
+        Ports.Application.Terminate();
+        Splashscreen.Hide();
+        return false;
+    }
+    Splashscreen.infostring.SetCaption(Splashscreen.Texts.MessageApplicationReady);
+    Ports.Wait.Sleep(afterReady);
+    Splashscreen.Close();
+    if (!Ports.Application.Terminated())
+        Ports.Dialogs.Show(FormMain);
+    return true;
+}
+
+void TProgram::CreateForms() {
+    FormMain.FormCreate();
+    NabtoDevice.FormCreate();
+    Splashscreen.infostring.SetCaption(Splashscreen.Texts.MessageMainAppDone);
+    Ports.Wait.Sleep(afterMainForm);
+    SetupForm.FormCreate();
+}
+
+void TProgram::Finish() {
+    // A second try ends the form even if something cannot be saved.
+    for (int attempt = 0; attempt < 2 && FormMain.Visible(); ++attempt)
+        RunGuarded(Ports.Dialogs, [this] { FormMain.Close(); });
+}
+
+std::unique_ptr<TProgram> Build(const TPorts& ports, const TStartOptions& options) {
+    return std::make_unique<TProgram>(ports, options);
+}
+
+} // namespace tidewell

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "cloud/NabtoLogOn.h"
+#include "link/Nabto.h"
+#include "link/NabtoDevice.h"
+#include "link/SetupForm.h"
+#include "mainform/FormMain.h"
+#include "mainform/Languagedialog.h"
+#include "mainform/Ports.h"
+#include "mainform/Splashscreen.h"
+
+#include <memory>
+
+namespace tidewell {
+
+// The whole program without its windows. The members stand in the order of their making; each holds
+// references to what it needs of the others.
+class TProgram {
+  public:
+    TProgram(const TPorts& ports, TStartOptions options);
+
+    // The entry sequence up to the message loop. False when the program ends before it starts one.
+    bool Start();
+    // After the message loop: closes the main form in the ordinary way if it is still open.
+    void Finish();
+
+    const TPorts Ports;
+    const TStartOptions Options;
+
+    TSplashscreen Splashscreen;
+    TUNabto Nabto; // the one and only
+    TFormMain FormMain;
+    TNabtoDevice NabtoDevice;
+    TNabtoLogOn NabtoLogOn;
+    Tlanguagedialog languagedialog;
+    TSetupForm SetupForm;
+
+  private:
+    void CreateForms();
+};
+
+// Wires the program to the outside world.
+std::unique_ptr<TProgram> Build(const TPorts& ports, const TStartOptions& options);
+
+} // namespace tidewell
