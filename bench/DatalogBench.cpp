@@ -1,0 +1,148 @@
+// Writing a datalog of 1,000,000 rows by 40 values, beside a bare loop that only turns the values into text.
+// Each with and without waiting until the disk has it. Files go to the current directory, or to
+// TIDEWELL_BENCH_DIR.
+
+#include "core/DiskFiles.h"
+#include "graph/TextColumn.h"
+#include "logging/DatalogWriter.h"
+#include "logging/LogBuffers.h"
+
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::size_t RowCount = 1'000'000;
+constexpr std::size_t ValueCount = 40;
+constexpr std::size_t BlockSize = 256 * 1024;
+
+std::filesystem::path Target(const std::string& name) {
+    const char* const directory = std::getenv("TIDEWELL_BENCH_DIR");
+    return std::filesystem::path(directory != nullptr ? directory : ".") / name;
+}
+
+// Writes in place and does not wait for the disk.
+class TPlainWriter : public IFileWriter {
+  public:
+    explicit TPlainWriter(const std::filesystem::path& path)
+        : Descriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644)) {}
+    TPlainWriter(const TPlainWriter&) = delete;
+    TPlainWriter& operator=(const TPlainWriter&) = delete;
+    ~TPlainWriter() override { ::close(Descriptor); }
+    void Write(std::string_view bytes) override {
+        if (::write(Descriptor, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
+            std::abort();
+    }
+    void Commit() override {}
+    void Sync() const { ::fsync(Descriptor); }
+
+  private:
+    int Descriptor;
+};
+
+class TPlainFiles : public TDiskFiles {
+  public:
+    std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) override {
+        return std::make_unique<TPlainWriter>(path);
+    }
+};
+
+struct TSampleLog {
+    TSampleLog() {
+        std::mt19937 random(1); // NOLINT: the same values in each run
+        Bare.reserve(RowCount * ValueCount);
+        std::vector<std::int32_t> row(ValueCount + 1, 0); // the last column is the blank behind the last ";"
+        for (std::size_t i = 0; i < RowCount; ++i) {
+            for (std::size_t column = 0; column < ValueCount; ++column)
+                row[column] = static_cast<std::int32_t>(random() % 10'000) - 500;
+            Bare.insert(Bare.end(), row.begin(), row.end() - 1);
+            Values.SetRow(i, row);
+            const auto second = [i](std::size_t divisor, std::size_t modulus) {
+                return std::to_string(100 + i * 2 / divisor % modulus).substr(1);
+            };
+            Times.Add(second(3600, 24) + ':' + second(60, 60) + ':' + second(1, 60));
+            Dates.Add(std::to_string(10 + i * 2 / 86'400) + "-03-2026");
+        }
+    }
+    std::vector<std::int32_t> Bare;
+    TRawLog Values;
+    TTextColumn Times;
+    TTextColumn Dates;
+};
+
+const TSampleLog& SampleLog() {
+    static const TSampleLog log;
+    return log;
+}
+
+void BareLoop(benchmark::State& state, bool sync) {
+    const std::vector<std::int32_t>& values = SampleLog().Bare;
+    const auto path = Target("bare.csv");
+    for (auto pass : state) {
+        TPlainWriter file(path);
+        std::string block(BlockSize, '\0');
+        std::size_t used = 0;
+        for (std::size_t i = 0; i < values.size();) {
+            if (block.size() - used < ValueCount * 12 + 2) {
+                file.Write({block.data(), used});
+                used = 0;
+            }
+            for (const std::size_t end = i + ValueCount; i < end; ++i) {
+                char* const stop = std::to_chars(&block[used], block.data() + block.size(), values[i]).ptr;
+                *stop = ';';
+                used = static_cast<std::size_t>(stop - block.data()) + 1;
+            }
+            block[used++] = '\r';
+            block[used++] = '\n';
+        }
+        file.Write({block.data(), used});
+        if (sync)
+            file.Sync();
+    }
+    state.counters["bytes"] = static_cast<double>(std::filesystem::file_size(path));
+    std::filesystem::remove(path);
+}
+
+void SaveDatalog(benchmark::State& state, IFiles& files) {
+    const TSampleLog& log = SampleLog();
+    const auto path = Target("datalog.csv");
+    for (auto pass : state)
+        WriteDatalog(files, path, {RowCount, log.Dates, log.Times, log.Values}, ";[HeaderStart][HeaderEnd]");
+    state.counters["bytes"] = static_cast<double>(std::filesystem::file_size(path));
+    std::filesystem::remove(path);
+}
+
+void BareLoopPlain(benchmark::State& state) {
+    BareLoop(state, false);
+}
+void DatalogPlain(benchmark::State& state) {
+    TPlainFiles files;
+    SaveDatalog(state, files);
+}
+void BareLoopSynced(benchmark::State& state) {
+    BareLoop(state, true);
+}
+void DatalogSynced(benchmark::State& state) {
+    TDiskFiles files;
+    SaveDatalog(state, files);
+}
+BENCHMARK(BareLoopPlain)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(DatalogPlain)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(BareLoopSynced)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(DatalogSynced)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+} // namespace tidewell
