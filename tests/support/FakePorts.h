@@ -1,0 +1,85 @@
+#pragma once
+
+#include "core/Errors.h"
+#include "core/ports/IApplication.h"
+#include "core/ports/IHttp.h"
+#include "core/ports/ILibraryLoader.h"
+#include "core/ports/IPictures.h"
+#include "core/ports/IProcess.h"
+
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tidewell::test {
+
+class TFakeApplication : public IApplication {
+  public:
+    void Terminate() override { IsTerminated = true; }
+    bool Terminated() const override { return IsTerminated; }
+
+    bool IsTerminated = false;
+};
+
+class TFakeProcess : public IProcess {
+  public:
+    std::optional<std::string> Run(const std::filesystem::path& program,
+                                   const std::vector<std::string>& arguments,
+                                   const std::filesystem::path&) override {
+        Calls.push_back("run " + Text(program, arguments));
+        return Output;
+    }
+    void CloseWindow(const std::string& title) override { Calls.push_back("close " + title); }
+    bool Start(const std::filesystem::path& program, const std::vector<std::string>& arguments) override {
+        Calls.push_back("start " + Text(program, arguments));
+        return CanStart;
+    }
+
+    std::vector<std::string> Calls; // in order
+    std::optional<std::string> Output;
+    bool CanStart = true;
+
+  private:
+    static std::string Text(const std::filesystem::path& program, const std::vector<std::string>& arguments) {
+        std::string text = program.string();
+        for (const auto& argument : arguments)
+            text += " [" + argument + "]";
+        return text;
+    }
+};
+
+// Takes anything that starts like a PNG for a picture.
+class TFakePictures : public IPictures {
+  public:
+    void Check(const std::string& bytes) const override {
+        if (!bytes.starts_with("\x89PNG"))
+            throw TError("Unsupported image format");
+    }
+};
+
+class TNoLibraries : public ILibraryLoader {
+  public:
+    std::unique_ptr<ILibrary> Load(const std::string&) override { return nullptr; }
+};
+
+// Answers each exchange with the next reply, and with none at all once they have run out.
+class TScriptedHttp : public IHttp {
+  public:
+    explicit TScriptedHttp(std::deque<THttpReply> replies = {}) : Replies(std::move(replies)) {}
+    THttpReply Exchange(const THttpRequest& request) override {
+        Requests.push_back(request);
+        if (Replies.empty())
+            return {};
+        THttpReply reply = Replies.front();
+        Replies.pop_front();
+        return reply;
+    }
+
+    std::deque<THttpReply> Replies;
+    std::vector<THttpRequest> Requests;
+};
+
+} // namespace tidewell::test
