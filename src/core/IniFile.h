@@ -26,7 +26,8 @@ class TIniSection {
     TIniSection() = default;
     explicit TIniSection(std::vector<TRow> rows);
 
-    const std::vector<TRow>& Rows() const { return Content; }
+    const std::vector<TRow>& Rows() const& { return Content; }
+    std::vector<TRow> Rows() && { return std::move(Content); } // so that a loop over a temporary is safe
     std::size_t Count() const { return Content.size(); }
     bool Empty() const { return Content.empty(); }
     // First row of that name, compared without case; nothing if there is none.

@@ -1,0 +1,150 @@
+#include "core/DiskFiles.h"
+
+#include "core/Errors.h"
+#include "core/IniFile.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace tidewell {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// Each test works in a directory of its own.
+class DiskFiles : public testing::Test {
+  protected:
+    DiskFiles() {
+        std::string name = (fs::temp_directory_path() / "tidewell.XXXXXX").string();
+        if (::mkdtemp(name.data()) == nullptr)
+            throw EInOutError("no temporary directory");
+        Directory = name;
+    }
+    ~DiskFiles() override {
+        std::error_code ignored;
+        fs::remove_all(Directory, ignored);
+    }
+    void Put(const fs::path& name, std::string_view bytes) {
+        const auto writer = Files.Replace(Directory / name);
+        writer->Write(bytes);
+        writer->Commit();
+    }
+    std::size_t Entries() const {
+        return static_cast<std::size_t>(
+            std::distance(fs::directory_iterator(Directory), fs::directory_iterator()));
+    }
+
+    fs::path Directory;
+    TDiskFiles Files;
+};
+
+TEST_F(DiskFiles, WhatIsNotCommittedLeavesTheOldFile) {
+    Put("a", "old");
+    {
+        const auto writer = Files.Replace(Directory / "a");
+        writer->Write("new");
+        EXPECT_EQ(Files.Read(Directory / "a"), "old");
+    }
+    EXPECT_EQ(Files.Read(Directory / "a"), "old");
+    EXPECT_EQ(Entries(), 1U);
+    // A commit that fails, here because a directory has taken the name, removes its temporary file.
+    {
+        const auto writer = Files.Replace(Directory / "b");
+        fs::create_directory(Directory / "b");
+        EXPECT_THROW(writer->Commit(), EInOutError);
+    }
+    EXPECT_EQ(Entries(), 2U);
+    EXPECT_THROW(Files.Replace(Directory / "none" / "a"), EInOutError);
+}
+
+TEST_F(DiskFiles, ReplacesInPlace) {
+    Put("a", "old");
+    fs::permissions(Directory / "a", fs::perms(0640));
+    fs::create_symlink("a", Directory / "link");
+    Put("link", std::string(200000, 'x'));
+    EXPECT_TRUE(fs::is_symlink(Directory / "link"));
+    EXPECT_EQ(Files.Read(Directory / "a").size(), 200000U);
+    EXPECT_EQ(fs::status(Directory / "a").permissions(), fs::perms(0640));
+    fs::create_symlink("loop", Directory / "loop");
+    EXPECT_THROW(Files.Replace(Directory / "loop"), EInOutError);
+}
+
+TEST_F(DiskFiles, ReadOnlyFilesStay) {
+    Put("a", "[S]\nk=1\n");
+    fs::permissions(Directory / "a", fs::perms(0444));
+    EXPECT_THROW(Files.Replace(Directory / "a"), EInOutError);
+    TIniFile file(Files, Directory / "a");
+    file.WriteText("S", "k", "2");
+    EXPECT_THROW(file.Save(Files), EInOutError);
+    try {
+        Files.Remove(Directory / "a");
+        FAIL();
+    } catch (const EInOutError& error) {
+        EXPECT_EQ(error.what(), "Cannot remove " + (Directory / "a").string() + ": " + error.Reason());
+    }
+    EXPECT_EQ(Files.Read(Directory / "a"), "[S]\nk=1\n");
+}
+
+TEST_F(DiskFiles, ReadsAndLists) {
+    Put("System_b.INN", "");
+    Put("system_a.inn", std::string("\0\r\n", 3));
+    Put("plain", "");
+    Files.CreateDirectories(Directory / "system_c.inn" / "deep");
+    Files.CreateDirectories(Directory / "system_c.inn");
+    EXPECT_THROW(Files.CreateDirectories(Directory / "plain" / "deep"), EInOutError);
+    EXPECT_THAT(Files.List(Directory, "system_*.inn"), ElementsAre("System_b.INN", "system_a.inn"));
+    EXPECT_THAT(Files.List(Directory, "*.*"), ElementsAre("System_b.INN", "plain", "system_a.inn"));
+    EXPECT_THAT(Files.List(Directory / "none", "*"), IsEmpty());
+    EXPECT_EQ(Files.Read(Directory / "system_a.inn"), std::string("\0\r\n", 3));
+    EXPECT_FALSE(Files.FileExists(Directory / "system_c.inn"));
+    EXPECT_TRUE(Files.DirectoryExists(Directory / "system_c.inn"));
+    EXPECT_THROW(Files.Read(Directory / "system_c.inn"), EInOutError);
+    EXPECT_THROW(Files.Read(Directory / "none"), EInOutError);
+    EXPECT_THROW(Files.Modified(Directory / "none"), EInOutError);
+    EXPECT_THROW(Files.Remove(Directory / "none"), EInOutError);
+    EXPECT_TRUE(TIniFile(Files, Directory / "system_c.inn").SectionNames().empty());
+    const auto age = std::chrono::system_clock::now() - Files.Modified(Directory / "plain");
+    EXPECT_LT(std::chrono::abs(age), std::chrono::minutes(1));
+}
+
+TEST_F(DiskFiles, KnowsWhoHoldsAFile) {
+    const fs::path path = Directory / "a";
+    EXPECT_FALSE(Files.IsLocked(path));
+    Put("a", "");
+    EXPECT_FALSE(Files.IsLocked(path));
+    const int holder = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(holder, LOCK_SH | LOCK_NB), 0);
+    EXPECT_TRUE(Files.IsLocked(path));
+    ::close(holder);
+    EXPECT_FALSE(Files.IsLocked(path));
+}
+
+TEST(MatchesMask, Names) {
+    struct TCase {
+        const char* Name;
+        const char* Mask;
+        bool Matches;
+    };
+    const TCase table[] = {{"", "", true},
+                           {"", "*", true},
+                           {"a", "", false},
+                           {"a", "?", true},
+                           {"ab", "?", false},
+                           {"a.PLS", "*.pls", true},
+                           {"a.pls.bak", "*.pls", false},
+                           {"aab", "*ab", true},
+                           {"abcabd", "*ab?", true},
+                           {"noext", "*.*", true},
+                           {"system_.inn", "system_*.inn", true}};
+    for (const auto& [name, mask, matches] : table)
+        EXPECT_EQ(MatchesMask(name, mask), matches) << name << " " << mask;
+}
+
+} // namespace
+} // namespace tidewell

@@ -1,0 +1,108 @@
+#include "core/Housekeeping.h"
+
+#include "core/Errors.h"
+#include "support/MemoryFiles.h"
+#include "support/ScriptedDialogs.h"
+#include "support/VirtualTime.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace tidewell {
+namespace {
+
+using namespace std::chrono_literals;
+using days = std::chrono::days;
+
+class Housekeeping : public testing::Test {
+  protected:
+    void Put(const std::string& name, std::chrono::seconds beforeMidnight) {
+        const std::filesystem::path path = "/app/log/systemlog/" + name;
+        Files.Put(path, "x");
+        Files.Times[path] = Time.Midnight(Time.Now()) - beforeMidnight;
+    }
+
+    test::TVirtualTime Time; // 08:00
+    test::TMemoryFiles Files;
+    test::TScriptedDialogs Dialogs;
+    const std::string Question = "Systemlog contain 1 old files > 30 days. Delete files?";
+};
+
+TEST_F(Housekeeping, AgeCountsWholeDays) {
+    const std::pair<std::chrono::seconds, long> table[] = {{-7h, 1},
+                                                           {0s, 1},
+                                                           {1s, 1},
+                                                           {24h - 1s, 1},
+                                                           {24h, 2},
+                                                           {24h + 1s, 2},
+                                                           {days(29), 30},
+                                                           {days(30) - 1s, 30},
+                                                           {days(29) - 1s, 29},
+                                                           {-24h, 0},
+                                                           {-25h, 0},
+                                                           {-23h, 1}};
+    for (const auto& [beforeMidnight, age] : table)
+        EXPECT_EQ(FileAge(Time, Time.Midnight(Time.Now()) - beforeMidnight), age) << beforeMidnight.count();
+}
+
+// A clock whose machine turned to summer time on the day of the file: that day has 23 hours.
+TEST(HousekeepingClock, SummerTimeMovesNoFileToAnotherDay) {
+    class TSummer : public test::TVirtualTime {
+      public:
+        TTime Midnight(TTime time) const override {
+            const TTime today = TVirtualTime::Midnight(TVirtualTime::Now());
+            const TTime before = today - 23h;
+            if (time >= today)
+                return today;
+            return time >= before ? before : before - 24h;
+        }
+    };
+    const TSummer time;
+    const TTime today = time.Midnight(time.Now());
+    EXPECT_EQ(FileAge(time, today - 23h), 2);
+    EXPECT_EQ(FileAge(time, today - 23h + 1s), 1);
+    EXPECT_EQ(FileAge(time, today - 23h - 1s), 2);
+}
+
+TEST_F(Housekeeping, AsksOnlyForOldFilesAndRemovesThemOnYes) {
+    CleanUpLogFiles(Files, Time, Dialogs, "/app"); // no directory
+    Put("young", days(29) - 1s);
+    Files.Put("/app/log/userlog/old", "x");
+    Files.Put("/app/log/systemlog/sub/old", "x");
+    CleanUpLogFiles(Files, Time, Dialogs, "/app");
+    Put("thirtydays", days(29));
+    Dialogs.ExpectMessage(Question, EModalResult::No);
+    CleanUpLogFiles(Files, Time, Dialogs, "/app");
+    EXPECT_TRUE(Files.FileExists("/app/log/systemlog/thirtydays"));
+    Dialogs.ExpectMessage(Question, EModalResult::Yes);
+    CleanUpLogFiles(Files, Time, Dialogs, "/app");
+    EXPECT_EQ(Dialogs.Shown.back().Kind, EMessageKind::Confirmation);
+    EXPECT_EQ(Dialogs.Shown.back().Buttons, EButtons::YesNo);
+    EXPECT_FALSE(Files.FileExists("/app/log/systemlog/thirtydays"));
+    for (const char* kept : {"systemlog/young", "systemlog/sub/old", "userlog/old"})
+        EXPECT_TRUE(Files.FileExists(std::filesystem::path("/app/log") / kept)) << kept;
+}
+
+TEST_F(Housekeeping, WhatCannotBeRemovedStays) {
+    Put("readonly.log", days(40));
+    Files.Unwritable.insert("/app/log/systemlog/readonly.log");
+    Dialogs.ExpectMessage(Question, EModalResult::Yes);
+    CleanUpLogFiles(Files, Time, Dialogs, "/app");
+    Dialogs.ExpectMessage(Question, EModalResult::No);
+    CleanUpLogFiles(Files, Time, Dialogs, "/app");
+    Put("gone.log", days(40));
+    EXPECT_EQ(PurgeFiles(Files, Time, "/app/log/systemlog/*.log", 30, false), 2U);
+    EXPECT_FALSE(Files.FileExists("/app/log/systemlog/gone.log"));
+    try {
+        PurgeFiles(Files, Time, "/app/log/systemlog/*.log", 30, true);
+        FAIL();
+    } catch (const EInOutError& error) {
+        EXPECT_EQ(std::string(error.what())
+                      .rfind("PurgFiles() Failed on file\n/app/log/systemlog/readonly.log\n\n", 0),
+                  0U);
+    }
+}
+
+} // namespace
+} // namespace tidewell

@@ -1,0 +1,219 @@
+#include "core/IniFile.h"
+
+#include "core/Errors.h"
+#include "support/MemoryFiles.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <random>
+
+namespace tidewell {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::vector<std::string> Rows(const TIniSection& section) {
+    std::vector<std::string> rows;
+    for (const auto& row : section.Rows())
+        rows.push_back(row.Name + "|" + row.Value);
+    return rows;
+}
+
+TEST(IniFile, ReadsWhatPeopleWrite) {
+    const TIniFile file("early=1\r\n"
+                        "; comment=1\r\n"
+                        "[ One ]\r\n"
+                        " name = a;b=c \n"
+                        "no equals sign\r"
+                        "NAME=second\n"
+                        "q=\"  kept  \"\n"
+                        "s='x'\n"
+                        "half=\"\n"
+                        "empty=\n"
+                        "=nameless\n"
+                        "[Two] tail\n"
+                        "[unclosed\n"
+                        "k=v\n"
+                        "[ONE]\n"
+                        "later=1\n"
+                        "[]\n[");
+    EXPECT_THAT(file.SectionNames(), ElementsAre("", "One", "Two", "unclosed"));
+    EXPECT_THAT(Rows(file.ReadSection("one")), ElementsAre("name|a;b=c", "NAME|second", "q|  kept  ", "s|x",
+                                                           "half|\"", "empty|", "|nameless", "later|1"));
+    EXPECT_EQ(file.ReadText("oNe", "Name"), "a;b=c");
+    EXPECT_EQ(file.ReadText("", "early"), "1");
+    EXPECT_EQ(file.ReadText("One", "empty", "default"), "");
+    EXPECT_EQ(file.ReadText("One", "none", "default"), "default");
+    EXPECT_EQ(file.ReadText("None", "none", "default"), "default");
+    EXPECT_EQ(file.Find("One", "comment"), std::nullopt);
+    EXPECT_EQ(file.ReadText("unclosed", "k"), "v");
+    EXPECT_TRUE(file.ReadSection("Two").Empty());
+    EXPECT_TRUE(file.SectionExists("TWO"));
+    EXPECT_FALSE(file.SectionExists("three"));
+
+    const TIniSection one = file.ReadSection("One");
+    EXPECT_EQ(one.Value("name"), "a;b=c");
+    EXPECT_EQ(one.Find("nam"), std::nullopt);
+    EXPECT_EQ(one.ValueAt(1), "second");
+    EXPECT_EQ(one.ValueAt(8), "");
+    const TIniSection copy = one;
+    EXPECT_EQ(copy.Value("LATER"), "1");
+}
+
+TEST(IniFile, NumbersAndTheThreeMannersOfBooleans) {
+    test::TMemoryFiles files;
+    files.Put("/cfg/a.inn", "[S]\nt=TRUE\nf=False\none=1\nzero=0\nno=no\nempty=\nn=12\nbad=12x\nhex=$10\n");
+    const TIniFile file(files, "/cfg/a.inn");
+    struct TCase {
+        const char* Key;
+        bool A;
+        bool B;
+    };
+    const TCase table[] = {{"t", true, true},   {"f", false, false},    {"one", false, true},
+                           {"no", false, true}, {"empty", false, true}, {"missing", false, true}};
+    for (const auto& [key, a, b] : table) {
+        EXPECT_EQ(file.ReadTrue("s", key), a) << key;
+        EXPECT_EQ(file.ReadNotFalse("s", key), b) << key;
+    }
+    EXPECT_TRUE(file.ReadStrict("S", "t"));
+    EXPECT_TRUE(file.ReadStrict("S", "one"));
+    EXPECT_FALSE(file.ReadStrict("S", "zero"));
+    EXPECT_FALSE(file.ReadStrict("S", "missing", "FALSE"));
+    for (const char* key : {"no", "empty", "missing"})
+        EXPECT_THROW(file.ReadStrict("S", key), EConvertError) << key;
+    EXPECT_THROW(file.ReadStrict("S", "empty", "FALSE"), EConvertError);
+    try {
+        file.ReadStrict("S", "no");
+    } catch (const EConvertError& error) {
+        EXPECT_STREQ(error.what(), "/cfg/a.inn: [S] no: 'no' is not a valid boolean value");
+    }
+    EXPECT_EQ(file.ReadInteger("S", "n", 5), 12);
+    EXPECT_EQ(file.ReadInteger("S", "hex", 5), 16);
+    EXPECT_EQ(file.ReadInteger("S", "bad", 5), 5);
+    EXPECT_EQ(file.ReadInteger("S", "missing", 5), 5);
+}
+
+// What is written, into what, and what comes out.
+TEST(IniFile, WritesOnlyTheLinesOfTheKeys) {
+    struct TCase {
+        std::string Before;
+        std::string Section;
+        std::string Key;
+        std::string Value;
+        std::string After;
+    };
+    const TCase table[] = {
+        {"", "S", "k", "v", "[S]\r\nk=v\r\n"},
+        {"; top\r\n\r\n[s]\r\n K =  old  \r\nk=dup\r\nodd\r\n", "S", "k", "new",
+         "; top\r\n\r\n[s]\r\n K =  new\r\nk=dup\r\nodd\r\n"},
+        {"[S]\nk=\n[T]\n", "S", "k", "v", "[S]\nk=v\n[T]\n"},
+        {"[S]\nk=\"old\"\n", "S", "k", "new", "[S]\nk=\"new\"\n"},
+        {"[S]\nk=old\n", "S", "k", " new ", "[S]\nk=\" new \"\n"},
+        {"[S]\nk=old\n", "S", "k", "'new'", "[S]\nk=\"'new'\"\n"},
+        {"[S]\nk=a=b;c\n", "S", "k", "=;", "[S]\nk==;\n"},
+        {"[S]\nk=same \n", "S", "k", "same", "[S]\nk=same \n"},
+        {"[S]\na=1\n\n; about T\n[T]\nb=2", "S", "k", "v", "[S]\na=1\nk=v\n\n; about T\n[T]\nb=2"},
+        {"[S]\na=1\n[T]\nb=2", "T", "k", "v", "[S]\na=1\n[T]\nb=2\nk=v"},
+        {"[S]\na=1", "T", "k", "v", "[S]\na=1\n[T]\nk=v"},
+        {"[S]\na=1\n[T]\n[S]\nb=2\n", "S", "k", "v", "[S]\na=1\nk=v\n[T]\n[S]\nb=2\n"},
+        {"[S]\n[T]\n", "S", "k", "v", "[S]\nk=v\n[T]\n"},
+        {"\xEF\xBB\xBF[S]\rk=\xC3\xA9\r", "S", "k", "\xE2\x82\xAC", "\xEF\xBB\xBF[S]\rk=\xE2\x82\xAC\r"},
+        {"[S]\r\nx=\xE9\x81\r\nk=\xE9\n", "S", "k", "\xE2\x82\xAC", "[S]\r\nx=\xE9\x81\r\nk=\x80\n"},
+    };
+    for (const auto& [before, section, key, value, after] : table) {
+        test::TMemoryFiles files;
+        files.Put("/f.ini", before);
+        TIniFile file(files, "/f.ini");
+        EXPECT_EQ(file.Bytes(), before);
+        file.WriteText(section, key, value);
+        EXPECT_EQ(file.ReadText(section, key), value);
+        file.Save(files);
+        EXPECT_EQ(files.Read("/f.ini"), after) << before;
+        EXPECT_EQ(TIniFile(files, "/f.ini").ReadText(section, key), value);
+    }
+}
+
+TEST(IniFile, SaveKeepsTheFileWhenItMust) {
+    test::TMemoryFiles files;
+    files.Put("/d/f.ini", "[S]\nk=1\n");
+    files.Unwritable.insert("/d/f.ini");
+    TIniFile file(files, "/d/f.ini");
+    file.WriteText("S", "k", "1");
+    file.Save(files); // nothing to write, so nothing is refused
+    file.WriteText("S", "k", "2");
+    EXPECT_THROW(file.Save(files), EInOutError);
+    files.Unwritable.clear();
+    files.Room = 3;
+    EXPECT_THROW(file.Save(files), EInOutError);
+    EXPECT_EQ(files.Read("/d/f.ini"), "[S]\nk=1\n");
+    files.Room = 1000;
+    file.Save(files);
+    EXPECT_EQ(files.Read("/d/f.ini"), "[S]\nk=2\n");
+    EXPECT_THROW(file.WriteText("S", "k", "a\nb"), EConvertError);
+}
+
+// A file that is there and cannot be read reads as empty, but is not replaced by what is then written.
+TEST(IniFile, DoesNotReplaceWhatItCouldNotRead) {
+    class TUnreadable : public test::TMemoryFiles {
+      public:
+        std::string Read(const std::filesystem::path& path) const override {
+            throw EInOutError("Cannot read " + path.string(), "Permission denied");
+        }
+    };
+    TUnreadable files;
+    files.Put("/f.ini", "[S]\nk=1\n");
+    TIniFile file(files, "/f.ini");
+    EXPECT_FALSE(file.SectionExists("S"));
+    file.WriteText("S", "k", "2");
+    try {
+        file.Save(files);
+        FAIL();
+    } catch (const EInOutError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("/f.ini"));
+        EXPECT_THAT(error.what(), HasSubstr("Permission denied"));
+    }
+    EXPECT_EQ(files.Content.at("/f.ini"), "[S]\nk=1\n");
+}
+
+// Any bytes read, and come back as they were with one line more.
+TEST(IniFile, StandsAnyBytes) {
+    std::mt19937 random(7);
+    const std::string alphabet = std::string("[]=;\"' \r\n\tab") + '\0' + "\xE9\xC3\xA9\xEF\xBB\xBF\x81";
+    for (int i = 0; i < 3000; ++i) {
+        std::string bytes(random() % 60, ' ');
+        for (auto& c : bytes)
+            c = alphabet[random() % alphabet.size()];
+        TIniFile file(bytes);
+        ASSERT_EQ(file.Bytes(), bytes);
+        for (const auto& section : file.SectionNames())
+            for (const auto& row : file.ReadSection(section).Rows())
+                ASSERT_TRUE(file.Find(section, row.Name).has_value());
+        file.WriteText("new", "key", "value");
+        ASSERT_EQ(TIniFile(file.Bytes()).ReadText("new", "key"), "value");
+        ASSERT_TRUE(file.Bytes().starts_with(bytes));
+    }
+}
+
+TEST(IniFile, BigProfilesAreNoTrouble) {
+    std::string bytes;
+    for (int section = 0; section < 300; ++section) {
+        bytes += "[Section " + std::to_string(section) + "]\r\n";
+        for (int row = 0; row < 400; ++row)
+            bytes += "Key " + std::to_string(row) + "=" + std::to_string(row) + ";value;\r\n";
+    }
+    const auto start = std::chrono::steady_clock::now();
+    TIniFile file(bytes);
+    for (int i = 0; i < 20000; ++i) {
+        ASSERT_EQ(file.ReadText("section 299", "key 399"), "399;value;");
+        file.WriteText("Section 0", "added " + std::to_string(i), "x");
+    }
+    const TIniSection section = file.ReadSection("SECTION 0");
+    for (int i = 0; i < 20000; ++i)
+        ASSERT_EQ(section.Value("added 19999"), "x");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+} // namespace
+} // namespace tidewell
