@@ -4,9 +4,7 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <string>
-#include <string_view>
 
 namespace tidewell {
 
@@ -16,8 +14,6 @@ class TUNabto;
 // The factory panel for a device's identity. What it prepares stays here: nothing sends it.
 class TIdentityPanel {
   public:
-    using TBlock = std::array<std::uint8_t, 80>;
-
     // device: address of the device in force, read at each use.
     TIdentityPanel(IDialogs& dialogs, TUNabto& nabto, const std::string& device);
 
@@ -33,15 +29,14 @@ class TIdentityPanel {
     std::string factorydeviceid;
     std::string factorycryptokey;
     std::string useraccount;
-    TBlock Identity{}; // as btnSaveInfo last built it
-
-    // The id's characters from offset 0, the key's 16 bytes from offset 12, the rest zero. Digits behind the
-    // first pair that is not hexadecimal are left out.
-    static TBlock IdentityBlock(std::string_view deviceId, std::string_view cryptoKey);
+    // As btnSaveInfo last built it: the id's characters from offset 0, the key's 16 bytes from offset 12, the
+    // rest zero.
+    std::array<std::uint8_t, 80> Identity{};
 
   private:
     void Ask(const std::string& title, const std::string& prompt, std::string& text, TLabel& label);
     void btnUserAccountClick();
+    void btnSaveInfoClick();
 
     IDialogs& Dialogs;
     TUNabto& Nabto;

@@ -22,6 +22,7 @@ class IWait;
 class TApiClient;
 class TModbusPanel;
 class TUNabto;
+struct TCredentials;
 
 // The driver between the main form and one controller, and the service form of the link. Order of calls:
 // FormCreate, then init, then startLog; FOnCycleDone is fired, and the host's UpdateTimerTimer called, for
@@ -42,9 +43,10 @@ class TNabtoDevice : public TForm {
 
     TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,
                  const TCurrentInifilesPath& paths, TUNabto& nabto, TModbusPanel& panel, IHost& host);
+    ~TNabtoDevice() override;
 
-    // Reads configuration and language texts. Throws EConvertError for a boolean or an interval that is none;
-    // everything else is in place then, and the intervals keep their defaults.
+    // Reads language texts and configuration. Throws EConvertError for a boolean or an interval that is none;
+    // the settings then keep their defaults, and all else is in place.
     void FormCreate();
 
     // Takes the device (an empty id keeps the one in force) and opens the session if none stands. 0: go on,
@@ -127,8 +129,8 @@ class TNabtoDevice : public TForm {
     void ReadLanguage();
     void ReadConfiguration();
     void SaveDevice();
+    int GetCredentials(TCredentials& credentials);
     int NoLink(int result);
-    int NotAuthorized(const char* reason);
     void CycleDone();
     void ShowProgress();
 

@@ -47,7 +47,8 @@ class TNabtoStream {
     TNabtoStatus Write(std::span<const std::uint8_t> data, int streamDelay);
 
   private:
-    void Arm(int milliseconds);
+    void Prepare(int timeout); // ms
+    void Arm();
     bool ReadChunks(std::vector<std::uint8_t>& buffer, std::uint32_t readLength);
     void CloseRepeatedly();
 

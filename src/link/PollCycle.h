@@ -26,7 +26,7 @@ class TPollCycle {
     TPollCycle(ITimers& timers, TUNabto& nabto, TModbusPanel& panel, const std::string& device,
                TLabel& lblNabto, TALed& ledNabto, std::function<void()> cycleDone);
 
-    // Both in ms, at least 1.
+    // Both in ms.
     void SetIntervals(int pauseTime, int delayBetweenQuestions);
     void SetQuestions(TIniSection questions);
 
@@ -49,6 +49,7 @@ class TPollCycle {
 
   private:
     struct TQuestion;
+    TQuestion ReadQuestion(std::size_t position) const;
     void FinishCycle();
     std::string Ask(const TQuestion& question);
     void Restart();
@@ -61,7 +62,7 @@ class TPollCycle {
     TLabel& LblNabto;
     TALed& LedNabto;
     std::function<void()> CycleDone;
-    unsigned Run = 0; // told apart by whoever waits for a reply
+    unsigned Run = 0; // changes whenever the cycle is begun anew from outside
 };
 
 } // namespace tidewell

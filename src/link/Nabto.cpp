@@ -1,0 +1,209 @@
+#include "link/Nabto.h"
+
+#include "core/Errors.h"
+#include "core/TextFile.h"
+#include "core/ports/IDialogs.h"
+#include "core/ports/IFiles.h"
+#include "core/ports/IWait.h"
+
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr const char* homeDirectory = "nabto_config";
+constexpr const char* standaloneQueries = "standalone.xml";
+constexpr const char* gatewayQueries = "gateway.xml";
+
+TNabtoStatus Status(std::uint8_t status) {
+    return static_cast<TNabtoStatus>(status);
+}
+
+void CopyNumber(const std::optional<TDeviceReply::TNumber>& number, std::string& field) {
+    if (number)
+        field = number->Text;
+}
+
+} // namespace
+
+TUNabto::TUNabto(ILibraryLoader& loader, IDialogs& dialogs, ITimers& timers, IWait& wait, const IFiles& files,
+                 std::filesystem::path directory)
+    : queriesFile(standaloneQueries), Library(loader), Dialogs(dialogs), Wait(wait), Files(files),
+      Directory(std::move(directory)), Streams(Library, dialogs, timers, wait, *this) {}
+
+TUNabto::~TUNabto() {
+    Close();
+}
+
+int TUNabto::Init(const std::string& user, const std::string& password) {
+    if (!Library.NabtoStartUp || !Library.NabtoOpenSession) {
+        Dialogs.ShowMessage("No NabtoStartUp/NabtoOpenSession Function Loaded");
+        return -1;
+    }
+    if (const auto status = Library.NabtoStartUp(homeDirectory); status != NABTO_OK)
+        return status;
+    queriesFile = standaloneQueries;
+    const auto open = [&] {
+        return Status(Library.NabtoOpenSession(&Session, user.c_str(), password.c_str()));
+    };
+    if (TNabtoStatus status = open(); status != NABTO_OK) {
+        if (!Library.NabtoCreateProfile) {
+            Dialogs.ShowMessage("No NabtoCreateProfile Function Loaded");
+            return status;
+        }
+        status = Status(Library.NabtoCreateProfile(user.c_str(), password.c_str()));
+        if (status == NABTO_OK)
+            status = open();
+        if (status != NABTO_OK) {
+            ShowError(status);
+            return status;
+        }
+    }
+    setQueriesFile(queriesFile);
+    return 0;
+}
+
+void TUNabto::Close() {
+    if (!Library.NabtoCloseSession)
+        Dialogs.ShowMessage("No NabtoCloseSession Function Loaded");
+    else if (const auto status = Status(Library.NabtoCloseSession(Session)); status != NABTO_OK)
+        ShowError(status);
+    if (!Library.NabtoShutdown)
+        Dialogs.ShowMessage("No NabtoShutdown Function Loaded");
+    else if (const auto status = Status(Library.NabtoShutdown()); status != NABTO_OK)
+        ShowError(status);
+}
+
+bool TUNabto::setQueriesFile(const std::string& fileName) {
+    if (!Library.NabtoRpcSetDefaultInterface)
+        return false;
+    const auto directory = Directory / homeDirectory;
+    const auto path = directory / fileName;
+    if (!Files.DirectoryExists(directory) || !Files.FileExists(path))
+        return false;
+    std::string definition;
+    try {
+        for (const auto& line : ReadLines(Files, path))
+            definition += line;
+    } catch (const EInOutError& error) {
+        Dialogs.ShowMessage(error.what());
+        return false;
+    }
+    char* error = nullptr;
+    const auto status = Status(Library.NabtoRpcSetDefaultInterface(Session, definition.c_str(), &error));
+    const std::string reason = Library.Take(error);
+    if (status == NABTO_OK)
+        return true;
+    if (reason.empty())
+        ShowError(status);
+    else
+        Dialogs.ShowMessage(reason);
+    return false;
+}
+
+std::vector<std::string> TUNabto::GetLocal() {
+    std::vector<std::string> ids;
+    if (!Library.NabtoStartUp || Library.NabtoStartUp(homeDirectory) != NABTO_OK ||
+        !Library.NabtoGetLocalDevices)
+        return ids;
+    char** devices = nullptr;
+    int count = 0;
+    if (Library.NabtoGetLocalDevices(&devices, &count) != NABTO_OK || !devices)
+        return ids;
+    for (int i = 0; i < count; ++i)
+        ids.push_back(TNabtoLibrary::Copy(devices[i]));
+    return ids;
+}
+
+std::string TUNabto::GetNabtoStatusStr(TNabtoStatus status) {
+    const auto text = Library.StatusText(status);
+    if (!text)
+        Dialogs.ShowMessage("No NabtoStatusStr Function Loaded");
+    return text.value_or(std::string());
+}
+
+std::string TUNabto::SendQuery(const std::string& device, const std::string& request,
+                               const std::string& data) {
+    if (device.empty() || request.empty() || data.empty())
+        return {};
+    const std::string url = QueryUrl(device, request, data);
+    Wait.ProcessMessages();
+    char* response = nullptr;
+    if (Library.NabtoRpcInvoke)
+        Library.NabtoRpcInvoke(Session, url.c_str(), &response);
+    std::string reply = Library.Take(response);
+    Wait.ProcessMessages();
+    return reply;
+}
+
+bool TUNabto::ping(const std::string& device) {
+    // A device that changed its kind at each answer would otherwise switch the interface for ever.
+    for (int level = 0; level < 3; ++level) {
+        if (getpingResponse(SendQuery(device, "ping.json", PingRequest())) != PongWord)
+            return false;
+        const char* fitting = isGateway() ? gatewayQueries : standaloneQueries;
+        if (isGateway() == (queriesFile == gatewayQueries))
+            return true;
+        queriesFile = fitting;
+        setQueriesFile(queriesFile);
+    }
+    return true;
+}
+
+bool TUNabto::isGateway() const {
+    return model == "30011" || model == "30012" || model == "30013" || model == "30014";
+}
+
+std::string TUNabto::V2prepareFlashWriteNostream(std::uint32_t state, std::uint32_t blocknumber,
+                                                 std::uint32_t blockcrc,
+                                                 std::span<const std::uint8_t> payload) {
+    std::string request = tidewell::V2prepareFlashWriteNostream(state, blocknumber, blockcrc, payload);
+    if (state != 15)
+        DoUpdateProgress();
+    return request;
+}
+
+std::string TUNabto::JsonToValue(const std::string& json) {
+    const TDeviceReply reply = ParseReply(json);
+    if (!reply.IsObject)
+        return "No JS\r\n" + json;
+    if (reply.Error) {
+        errormessage = *reply.Error;
+        return "error";
+    }
+    if (!reply.HasResponse)
+        return {};
+    return reply.Values.value_or(json);
+}
+
+std::int32_t TUNabto::getResponseStatus(const std::string& json) {
+    const TDeviceReply reply = ParseReply(json);
+    if (reply.Error)
+        errormessage = *reply.Error;
+    if (!reply.IsObject || reply.Error || !reply.Status)
+        return 1;
+    return static_cast<std::int32_t>(reply.Status->Bits().value_or(1));
+}
+
+std::uint32_t TUNabto::getpingResponse(const std::string& json) {
+    SlaveDeviceNum.clear();
+    SlaveModel.clear();
+    GatewayVersion.clear();
+    const TDeviceReply reply = ParseReply(json);
+    if (reply.Error)
+        errormessage = *reply.Error;
+    if (!reply.IsObject || reply.Error)
+        return 1;
+    CopyNumber(reply.Devicenumber, varenummer);
+    CopyNumber(reply.Model, model);
+    CopyNumber(reply.VersionHP, versionHP);
+    CopyNumber(reply.VersionNP, versionNP);
+    CopyNumber(reply.VersionHBDE, versionBT);
+    CopyNumber(reply.SlaveDevicenumber, SlaveDeviceNum);
+    CopyNumber(reply.SlaveModel, SlaveModel);
+    CopyNumber(reply.Version, GatewayVersion);
+    return reply.Pong ? reply.Pong->Bits().value_or(0) : 0;
+}
+
+} // namespace tidewell

@@ -1,0 +1,263 @@
+#include "link/NabtoDevice.h"
+
+#include "cloud/ApiClient.h"
+#include "core/Configuration.h"
+#include "core/Errors.h"
+#include "core/IniFile.h"
+#include "core/LanguageTexts.h"
+#include "core/Numbers.h"
+#include "core/ports/IDialogs.h"
+#include "core/ports/IWait.h"
+#include "link/Nabto.h"
+
+namespace tidewell {
+
+namespace {
+
+constexpr const char* readSetpoint = "setpointReadValue.json";
+constexpr const char* readDatapoint = "datapointReadValue.json";
+
+int KnownObject(int obj) {
+    return obj > 10 ? 0 : obj;
+}
+
+} // namespace
+
+TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,
+                           const TCurrentInifilesPath& paths, TUNabto& nabto, TModbusPanel& panel,
+                           IHost& host)
+    : TForm("NabtoDevice", "Nabto"), Identity(dialogs, nabto, device),
+      Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }), Dialogs(dialogs),
+      Wait(wait), Files(files), Paths(paths), Nabto(nabto), Host(host) {
+    TControl* const hidden[] = {&BtnUpdate,      &ButErorlog,      &ButFlashDatalog,       &ButAccount,
+                                &Button1,        &ButContUpdate,   &ExtendedSystemVersion, &BtnWriteFlash,
+                                &PanelReadFlash, &PanelReadEEprom, &PanelFDDatalog};
+    for (TControl* control : hidden)
+        control->SetVisible(false);
+    BtnWriteFlash.SetEnabled(false);
+    streamDelayEdit.SetText("10");
+    btnPing.OnClick = [this] {
+        btnPingClick();
+    };
+    butChangeDeviceID.OnClick = [this] {
+        butChangeDeviceIDClick();
+    };
+    ButAccount.OnClick = [this] {
+        Identity.PanelDevice.SetVisible(!Identity.PanelDevice.Visible());
+    };
+    btnClearLog.OnClick = [this] {
+        memoDebug.Clear();
+    };
+    OnShow = [this] {
+        FormShow();
+    };
+    OnClose = [this] {
+        FormClose();
+    };
+}
+
+TNabtoDevice::~TNabtoDevice() {
+    Nabto.FOnUpdateProgress = nullptr;
+}
+
+void TNabtoDevice::FormCreate() {
+    Cycle.queryCounter = 0;
+    Cycle.isLastResultError = false;
+    Nabto.FOnUpdateProgress = [this](TStreamProgress&) {
+        ShowProgress();
+    };
+    ReadLanguage();
+    ReadConfiguration();
+}
+
+void TNabtoDevice::ReadConfiguration() {
+    const TNabtoConfiguration configuration = ReadNabtoConfiguration(TIniFile(Files, Paths.Systemfile));
+    name = configuration.Name;
+    enabled = configuration.Enabled;
+    LastUser = configuration.LastLoginUser;
+    LastPW = configuration.LastLoginPW;
+    Domain = configuration.Domain;
+    Cycle.SetIntervals(configuration.PauseTime, configuration.DelayBetweenQuestions);
+}
+
+void TNabtoDevice::ReadLanguage() {
+    const TNabtodriverTexts texts = ReadNabtodriverTexts(TIniFile(Files, Paths.Languagefile));
+    btnPing.SetCaption(texts.Butping);
+    BtnUpdate.SetCaption(texts.ButFWupdate);
+    ButErorlog.SetCaption(texts.ButErrorlog);
+    ButFlashDatalog.SetCaption(texts.ButFlashdatalog);
+    butChangeDeviceID.SetCaption(texts.ButChangeID);
+    ButAccount.SetCaption(texts.ButAccount);
+    DT_GetData.SetCaption(texts.ButGetFlashData);
+    DT_LabelToday.SetCaption(texts.labbegin);
+    DT_LabelEndDay.SetCaption(texts.labfinish);
+    DT_LabelFrom.SetCaption(texts.labfrom);
+    DT_LabelTo.SetCaption(texts.labto);
+    QuestionDatalog = texts.questiondatalog;
+    MischStrings.adjustdays = texts.adjustdays;
+    MischStrings.adjustdaysheader = texts.adjustdaysheader;
+    MischStrings.errorlogcounter = texts.errorlogcounter;
+}
+
+int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
+    if (!deviceid.empty()) {
+        const bool whole = Domain.empty() || LowerCase(deviceid).find(LowerCase(Domain)) != std::string::npos;
+        device = whole ? deviceid : deviceid + "." + Domain;
+        SaveDevice();
+    }
+    ApiClient = &apiClient;
+    if (!ApiClient->_isLoggedIn)
+        return NoLink(-2);
+    if (ApiClient->_isLocalSession && !IsLocalDevice)
+        return NoLink(1030);
+    TCredentials credentials;
+    const char* refusal = nullptr;
+    if (GetCredentials(credentials) != 0)
+        refusal = "status";
+    else if (credentials.Username.empty())
+        refusal = "creds.Username";
+    if (refusal) {
+        LblNabto.SetCaption("Not authorized to device \"" + device + "\" (" + refusal + " not ok)");
+        return NoLink(-3);
+    }
+    if (!initialized) {
+        initialized = Nabto.Init(credentials.Username, credentials.Password) == 0;
+        LblNabto.SetCaption(initialized ? "Connected to Basestation" : "NOT CONNECTED TO BASESTATION!");
+    }
+    return 0;
+}
+
+int TNabtoDevice::GetCredentials(TCredentials& credentials) {
+    return ApiClient->_isLocalSession ? ApiClient->GetOfflineSessionCredentials(credentials)
+                                      : ApiClient->GetNabtoUserInfo(device.substr(0, 12), credentials);
+}
+
+int TNabtoDevice::NoLink(int result) {
+    initialized = false;
+    return result;
+}
+
+// The link does not depend on this key, so a system file that cannot be written only leaves a line.
+void TNabtoDevice::SaveDevice() {
+    try {
+        TIniFile systemFile(Files, Paths.Systemfile);
+        systemFile.WriteText("CommInitNabto", "Device", device);
+        systemFile.Save(Files);
+    } catch (const TError& error) {
+        Host.AddEventLog("Device " + device + " not saved: " + error.what());
+    }
+}
+
+bool TNabtoDevice::isEnabled() const {
+    return ReadNabtoEnabled(TIniFile(Files, Paths.Systemfile));
+}
+
+void TNabtoDevice::startLog() {
+    if (initialized)
+        Cycle.startLog();
+}
+
+void TNabtoDevice::SetNabtoQuestion(const std::filesystem::path& path) {
+    Cycle.SetQuestions(TIniFile(Files, path).ReadSection("NabtoDevice"));
+}
+
+std::string TNabtoDevice::Showquestions() const {
+    std::string text;
+    for (const auto& row : Cycle.Questions.Rows())
+        text += row.Name + "=" + row.Value + "\r\n";
+    return text;
+}
+
+std::string TNabtoDevice::ReadValue(int CMD, int address, int obj) {
+    if (CMD != 3 && CMD != 4)
+        return {};
+    const std::string request =
+        TUNabto::ValueToJson(std::to_string(address), "1", std::to_string(KnownObject(obj)));
+    return Nabto.SendQuery(device, CMD == 3 ? readSetpoint : readDatapoint, request);
+}
+
+std::string TNabtoDevice::SendValue(int value, int address, int obj) {
+    return Nabto.SendQuery(device, "setpointWriteValue.json",
+                           TUNabto::FormatSaveSetpoint(KnownObject(obj), address, value));
+}
+
+std::string TNabtoDevice::GetDataList(const std::string& s) {
+    return Nabto.JsonToValue(s);
+}
+
+std::int32_t TNabtoDevice::GetResponsstatus(const std::string& s) {
+    return Nabto.getResponseStatus(s);
+}
+
+bool TNabtoDevice::TryPing() {
+    return Nabto.ping(device);
+}
+
+void TNabtoDevice::GetLocalDevices(TComboBox& sender) {
+    sender.SetItems(Nabto.GetLocal());
+}
+
+void TNabtoDevice::SaveSetDatapointstringToStringlist() {
+    ReadBack.SaveSetDatapointstringToStringlist(Cycle.NabtoResultstring);
+}
+
+void TNabtoDevice::CycleDone() {
+    SaveSetDatapointstringToStringlist();
+    FOnCycleDone();
+    Host.UpdateTimerTimer();
+}
+
+void TNabtoDevice::ShowProgress() {
+    const std::uint64_t length = Nabto.currentstreamlength;
+    const std::uint64_t percent = length == 0 ? 0 : std::uint64_t{Nabto.currentstreamprogress} * 100 / length;
+    StatusBar.SetText(2, "progress " + std::to_string(percent) + " %");
+    Wait.ProcessMessages();
+}
+
+void TNabtoDevice::btnPingClick() {
+    memoDebug.Clear();
+    if (!Nabto.ping(device)) {
+        Dialogs.ShowMessage("Device is not available");
+        return;
+    }
+    memoDebug.Add("DeviceID: " + device);
+    memoDebug.Add("Ping Response: OK");
+    if (!Nabto.SlaveDeviceNum.empty() && !Nabto.SlaveModel.empty())
+        Dialogs.ShowMessage("Gateway DeviceID: " + device + "\rGateway Model: " + Nabto.model +
+                            "\rGateway Number: " + Nabto.varenummer +
+                            "\rGateway Version: " + Nabto.GatewayVersion +
+                            "\rSlave Number: " + Nabto.SlaveDeviceNum + "\rSlaveModel: " + Nabto.SlaveModel);
+    else
+        Dialogs.ShowMessage("DeviceID: " + device + "\rModel: " + Nabto.model +
+                            "\rVarenummer: " + Nabto.varenummer + "\rHP SW version: " + Nabto.versionHP +
+                            "\rNP SW version: " + Nabto.versionNP + "\rBT SW version: " + Nabto.versionBT);
+}
+
+void TNabtoDevice::butChangeDeviceIDClick() {
+    Hide();
+    Host.Setup1Click();
+    Dialogs.Show(*this);
+}
+
+// A button whose work is not there stays hidden, whatever the settings say.
+void TNabtoDevice::FormShow() {
+    Host.AddEventLog("Nabto form active");
+    StatusBar.SetText(1, "Current DeviceID : " + device);
+    LblNabto.SetCaption("ID : " + device);
+    const auto show = [](TButton& button, bool visible) {
+        button.SetVisible(visible && static_cast<bool>(button.OnClick));
+    };
+    show(BtnUpdate, true);
+    show(ButFlashDatalog, true);
+    show(ButErorlog, Host.ErrorLogVisible());
+    show(butChangeDeviceID, Host.ShowButtonDevid());
+    show(ButContUpdate, EnableContineousUpdate);
+    show(ExtendedSystemVersion, Enable_debugShowExtendedVersionInfo);
+}
+
+void TNabtoDevice::FormClose() {
+    Host.AddEventLog("Nabto form closed");
+    PanelFDDatalog.SetVisible(false);
+}
+
+} // namespace tidewell

@@ -1,0 +1,169 @@
+#include "link/NabtoStream.h"
+
+#include "core/Errors.h"
+#include "core/ports/IDialogs.h"
+#include "core/ports/IWait.h"
+#include "link/NabtoLibrary.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <new>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int readTimeout = 2000; // ms
+constexpr int writeTimeout = 1;   // ms
+constexpr int closePause = 1000;  // ms
+constexpr std::size_t writeChunk = 512;
+
+const char* ClassName(const std::exception& error) {
+    if (dynamic_cast<const EConvertError*>(&error))
+        return "EConvertError";
+    if (dynamic_cast<const EListError*>(&error))
+        return "EListError";
+    if (dynamic_cast<const ERangeError*>(&error))
+        return "ERangeError";
+    if (dynamic_cast<const EInOutError*>(&error))
+        return "EInOutError";
+    if (dynamic_cast<const std::bad_alloc*>(&error))
+        return "EOutOfMemory";
+    return "Exception";
+}
+
+} // namespace
+
+TNabtoStream::TNabtoStream(const TNabtoLibrary& library, IDialogs& dialogs, ITimers& timers, IWait& wait,
+                           TStreamProgress& progress)
+    : Library(library), Dialogs(dialogs), Wait(wait), Progress(progress), timeoutTimer(timers.CreateTimer()) {
+    timeoutTimer->SetHandler([this] {
+        timeoutTimer->SetEnabled(false);
+        streamTimeout = true;
+    });
+}
+
+bool TNabtoStream::Start(void* session, const std::string& device) {
+    if (!Library.NabtoStreamOpen) {
+        Dialogs.ShowMessage("No NabtoStreamOpen Function Loaded");
+        return false;
+    }
+    const auto status = static_cast<TNabtoStatus>(Library.NabtoStreamOpen(&Stream, session, device.c_str()));
+    if (status == NABTO_OK)
+        return true;
+    ShowNabtoStatus(Library, Dialogs, status);
+    return false;
+}
+
+bool TNabtoStream::Stop() {
+    if (!Library.NabtoStreamClose) {
+        Dialogs.ShowMessage("No NabtoStreamClose Function Loaded");
+        return true;
+    }
+    const auto status = static_cast<TNabtoStatus>(Library.NabtoStreamClose(Stream));
+    if (status == NABTO_OK)
+        return false;
+    ShowNabtoStatus(Library, Dialogs, status);
+    return true;
+}
+
+// The library needs several closes until it lets a broken stream go: asks until it refuses, six times at
+// most.
+void TNabtoStream::CloseRepeatedly() {
+    for (int counter = 0; counter <= 5 && !Stop(); ++counter)
+        Wait.Sleep(closePause);
+}
+
+void TNabtoStream::Prepare(int timeout) {
+    streamTimeout = false;
+    timeoutTimer->SetInterval(timeout);
+}
+
+void TNabtoStream::Arm() {
+    if (!timeoutTimer->Enabled())
+        timeoutTimer->SetEnabled(true);
+}
+
+std::optional<std::vector<std::uint8_t>> TNabtoStream::Read(std::uint32_t readLength) {
+    Prepare(readTimeout);
+    Progress.currentstreamlength = readLength;
+    Progress.currentstreamprogress = 0;
+    if (!Library.NabtoStreamReadIntoBuf) {
+        Dialogs.ShowMessage("No NabtoStreamReadData Function Loaded");
+        return std::nullopt;
+    }
+    // Each chunk is asked for with the full length as capacity, wherever it starts, so the last one may run
+    // on behind the length by as much again.
+    std::vector<std::uint8_t> buffer(std::size_t{readLength} * 2);
+    try {
+        if (!ReadChunks(buffer, readLength))
+            return std::nullopt;
+    } catch (const std::exception& error) {
+        Dialogs.ShowMessage(std::string(ClassName(error)) + " error raised, with message : " + error.what());
+    }
+    timeoutTimer->SetEnabled(false);
+    if (streamTimeout)
+        Dialogs.ShowMessage("Stream Read, Timeout :(");
+    buffer.resize(readLength);
+    return buffer;
+}
+
+bool TNabtoStream::ReadChunks(std::vector<std::uint8_t>& buffer, std::uint32_t readLength) {
+    std::size_t got = 0;
+    while (got < readLength && !streamTimeout) {
+        Arm();
+        std::size_t count = 0;
+        const auto status = static_cast<TNabtoStatus>(
+            Library.NabtoStreamReadIntoBuf(Stream, buffer.data() + got, readLength, &count));
+        if (status != NABTO_OK) {
+            CloseRepeatedly();
+            ShowNabtoStatus(Library, Dialogs, status);
+            timeoutTimer->SetEnabled(false);
+            return false;
+        }
+        if (count == 0) {
+            // The library waited for nothing: the chunk is still to come, and its time goes on.
+            Wait.Sleep(1);
+            Wait.ProcessMessages();
+            continue;
+        }
+        got += std::min<std::size_t>(count, readLength);
+        timeoutTimer->SetEnabled(false);
+        Progress.currentstreamprogress = static_cast<std::uint32_t>(std::min<std::size_t>(got, readLength));
+        Progress.DoUpdateProgress();
+    }
+    return true;
+}
+
+TNabtoStatus TNabtoStream::Write(std::span<const std::uint8_t> data, int streamDelay) {
+    TNabtoStatus status = NABTO_FAILED;
+    if (!Library.NabtoStreamWrite) {
+        Dialogs.ShowMessage("No NabtoStreamWrite Function Loaded");
+        return status;
+    }
+    Prepare(writeTimeout);
+    Progress.currentstreamlength = static_cast<std::uint32_t>(data.size());
+    Progress.currentstreamprogress = 0;
+    Arm();
+    while (!data.empty() && !streamTimeout) {
+        Arm();
+        const auto chunk = data.first(std::min(data.size(), writeChunk));
+        status = static_cast<TNabtoStatus>(
+            Library.NabtoStreamWrite(Stream, reinterpret_cast<const char*>(chunk.data()), chunk.size()));
+        Wait.Sleep(std::max(streamDelay, 0));
+        if (status == NABTO_STREAM_CLOSED)
+            CloseRepeatedly();
+        if (status != NABTO_OK && status != NABTO_BUFFER_FULL)
+            return status;
+        timeoutTimer->SetEnabled(false);
+        if (status == NABTO_BUFFER_FULL)
+            continue;
+        data = data.subspan(chunk.size());
+        Progress.currentstreamprogress += static_cast<std::uint32_t>(chunk.size());
+        Progress.DoUpdateProgress();
+    }
+    return status;
+}
+
+} // namespace tidewell

@@ -1,0 +1,309 @@
+#include "link/NabtoDevice.h"
+
+#include "FakeNabto.h"
+#include "cloud/ApiClient.h"
+#include "core/Errors.h"
+#include "link/Nabto.h"
+#include "model/ModbusPanel.h"
+#include "support/MemoryFiles.h"
+#include "support/ScriptedDialogs.h"
+#include "support/VirtualTime.h"
+
+#include <gmock/gmock.h>
+
+namespace tidewell::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const std::string id = "123456789012";
+
+struct TFakeHttp : IHttp {
+    THttpReply Exchange(const THttpRequest& request) override {
+        Urls.push_back(request.Url);
+        THttpReply reply;
+        reply.Code = Code;
+        reply.Body = Body;
+        return reply;
+    }
+    std::vector<std::string> Urls;
+    int Code = 200;
+    std::string Body = R"({"User":"u","ID":"p"})";
+};
+
+struct TFakeHost : TNabtoDevice::IHost {
+    void UpdateTimerTimer() override { Events.emplace_back("UpdateTimerTimer"); }
+    void StopLog() override { Events.emplace_back("StopLog"); }
+    void Setup1Click() override { Events.emplace_back("Setup1Click"); }
+    void AddEventLog(const std::string& line) override { Events.push_back(line); }
+    bool ShowButtonDevid() const override { return Devid; }
+    bool ErrorLogVisible() const override { return ErrorLog; }
+    std::vector<std::string> Events;
+    bool Devid = true;
+    bool ErrorLog = true;
+};
+
+class TNabtoDeviceTest : public testing::Test {
+  protected:
+    TNabtoDeviceTest() {
+        Files.Put(Paths.Systemfile,
+                  "[CommInitNabto]\r\n; the link\r\nName=Vent\r\nEnabled=TRUE\r\nPauseTime=500\r\n"
+                  "DelayBetweenQuestions=10\r\nDomain=Remote.example\r\nLastLoginUser=me\r\n");
+        Files.Put(Paths.Languagefile, "[Nabtodriver]\nButping=Anpingen\nlabfrom=von\nadjustdays=Tage\n");
+        Files.Put("/app/p.pls", "[NabtoDevice]\nq1=0;3;100;1;\n");
+        Client._isLoggedIn = true;
+        Device.FormCreate();
+    }
+    void Answer(const std::string& reply) {
+        Library.Reply = [reply](const std::string&) {
+            return reply;
+        };
+    }
+
+    TCurrentInifilesPath Paths{"/app/cfg/system_x.inn", "/app/cfg/deutsch.lng", {}, "/app/cfg", "/app"};
+    TMemoryFiles Files;
+    TVirtualTime Time;
+    TScriptedDialogs Dialogs;
+    TFakeNabto Library;
+    TFakeHttp Http;
+    TFakeHost Host;
+    TApiClient Client{Http, Dialogs, {"api.example", 4161}};
+    TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
+    TModbusPanel Panel{Files, Time};
+    TNabtoDevice Device{Dialogs, Time, Time, Files, Paths, Nabto, Panel, Host};
+};
+
+TEST_F(TNabtoDeviceTest, CreationReadsConfigurationAndTexts) {
+    EXPECT_EQ(Device.name, "Vent");
+    EXPECT_EQ(Device.LastUser, "me");
+    EXPECT_TRUE(Device.enabled);
+    EXPECT_EQ(Device.Cycle.timerLogger->Interval(), 500);
+    EXPECT_EQ(Device.Cycle.timerQuery->Interval(), 10);
+    EXPECT_EQ(Device.btnPing.Caption(), "Anpingen");
+    EXPECT_EQ(Device.DT_LabelFrom.Caption(), "von");
+    EXPECT_EQ(Device.MischStrings.adjustdays, "Tage");
+    EXPECT_TRUE(Device.isEnabled());
+    Files.Put(Paths.Systemfile, "[CommInitNabto]\nEnabled=0\n");
+    EXPECT_FALSE(Device.isEnabled());
+    Files.Put(Paths.Systemfile, "[CommInitNabto]\nPauseTime=soon\n");
+    EXPECT_THROW(Device.FormCreate(), EConvertError);
+}
+
+TEST_F(TNabtoDeviceTest, TheDomainIsAddedOnceAndTheDeviceKept) {
+    struct TCase {
+        std::string Domain, Given, Device;
+    };
+    for (const auto& [domain, given, device] :
+         std::vector<TCase>{{"Remote.example", id, id + ".Remote.example"},
+                            {"Remote.example", id + ".rEMOTE.EXAMPLE", id + ".rEMOTE.EXAMPLE"},
+                            {"", id, id},
+                            {"Remote.example", "", id}}) {
+        Device.Domain = domain;
+        EXPECT_EQ(Device.init(given, Client), 0);
+        EXPECT_EQ(Device.device, device);
+    }
+    EXPECT_THAT(Files.Read(Paths.Systemfile), HasSubstr("; the link\r\nName=Vent\r\n"));
+    EXPECT_THAT(Files.Read(Paths.Systemfile), HasSubstr("Device=" + id + "\r\n"));
+    EXPECT_THAT(Http.Urls, testing::Each("https://api.example:4161/api/v1.2/devices/" + id + "/0/Nabtouser"));
+    const std::string before = Files.Read(Paths.Systemfile);
+    Files.Unwritable.insert(Paths.Systemfile);
+    EXPECT_EQ(Device.init("999999999999", Client), 0);
+    EXPECT_EQ(Files.Read(Paths.Systemfile), before);
+    ASSERT_EQ(Host.Events.size(), 1U);
+    EXPECT_THAT(Host.Events[0], testing::StartsWith("Device 999999999999.Remote.example not saved: "));
+}
+
+TEST_F(TNabtoDeviceTest, InitTellsWhyThereIsNoLink) {
+    Client._isLoggedIn = false;
+    Device.initialized = true;
+    EXPECT_EQ(Device.init(id, Client), -2);
+    EXPECT_FALSE(Device.initialized);
+
+    Client._isLoggedIn = true;
+    Http.Code = 403;
+    Device.initialized = true;
+    EXPECT_EQ(Device.init(id, Client), -3);
+    EXPECT_FALSE(Device.initialized);
+    EXPECT_EQ(Device.LblNabto.Caption(),
+              "Not authorized to device \"" + id + ".Remote.example\" (status not ok)");
+
+    Http.Code = 200;
+    Http.Body = R"({"User":"","ID":"p"})";
+    EXPECT_EQ(Device.init(id, Client), -3);
+    EXPECT_EQ(Device.LblNabto.Caption(),
+              "Not authorized to device \"" + id + ".Remote.example\" (creds.Username not ok)");
+
+    Client._isLocalSession = true;
+    Client._creds = {"offline", "secret"};
+    Device.initialized = true;
+    EXPECT_EQ(Device.init(id, Client), 1030);
+    EXPECT_FALSE(Device.initialized);
+    EXPECT_THAT(Library.Calls, IsEmpty());
+
+    Device.IsLocalDevice = true;
+    EXPECT_EQ(Device.init(id, Client), 0);
+    EXPECT_TRUE(Device.initialized);
+    EXPECT_THAT(Library.Calls, ElementsAre("nabtoStartup nabto_config", "nabtoOpenSession offline secret"));
+}
+
+TEST_F(TNabtoDeviceTest, TheSessionIsOpenedOnce) {
+    Library.Results["nabtoStartup"] = {NABTO_FAILED};
+    EXPECT_EQ(Device.init(id, Client), 0);
+    EXPECT_EQ(Device.LblNabto.Caption(), "NOT CONNECTED TO BASESTATION!");
+    Device.startLog();
+    EXPECT_FALSE(Device.Cycle.timerLogger->Enabled());
+    EXPECT_EQ(Device.init(id, Client), 0);
+    EXPECT_EQ(Device.LblNabto.Caption(), "Connected to Basestation");
+    const auto calls = Library.Calls.size();
+    EXPECT_EQ(Device.init("999999999999", Client), 0);
+    EXPECT_EQ(Library.Calls.size(), calls);
+    EXPECT_EQ(Http.Urls.size(), 3U);
+}
+
+TEST_F(TNabtoDeviceTest, HandsWholeCyclesToTheHost) {
+    Device.SetNabtoQuestion("/app/p.pls");
+    EXPECT_EQ(Device.Showquestions(), "q1=0;3;100;1;\r\n");
+    Device.init(id, Client);
+    Answer(R"({"response":{"data":[{"value":5}]}})");
+    Device.FOnCycleDone = [this] {
+        Host.Events.push_back("cycle " + Device.NabtoResultstring());
+    };
+    Device.startLog();
+    Time.Advance(520);
+    EXPECT_THAT(Host.Events, ElementsAre("cycle 5; ", "UpdateTimerTimer"));
+    EXPECT_EQ(Device.ReadBack.SetDatapointListCount, 1);
+    EXPECT_EQ(Device.NabtoResultstring(), "");
+    Device.stopLog();
+}
+
+TEST_F(TNabtoDeviceTest, ReadsAndWritesSingleValues) {
+    Device.device = "d";
+    Answer(R"({"response":{"status":0}})");
+    EXPECT_EQ(Device.GetResponsstatus(Device.SendValue(-1, 512, 11)), 0);
+    EXPECT_EQ(Device.ReadValue(3, 5, 10), R"({"response":{"status":0}})");
+    Device.ReadValue(4, 5, 11);
+    EXPECT_EQ(Device.ReadValue(5, 5, 1), "");
+    EXPECT_THAT(Library.Calls,
+                ElementsAre("nabtoRpcInvoke none nabto://d/setpointWriteValue.json?json="
+                            R"({"request":{"list":[{"obj":"0","address":"512","value":"65535"}]}})",
+                            "nabtoRpcInvoke none nabto://d/setpointReadValue.json?json="
+                            R"({"request":{"address":"5","length":"1","obj":"10"}})",
+                            "nabtoRpcInvoke none nabto://d/datapointReadValue.json?json="
+                            R"({"request":{"address":"5","length":"1","obj":"0"}})"));
+}
+
+TEST_F(TNabtoDeviceTest, PingShowsWhoAnswered) {
+    Device.device = "d";
+    Dialogs.ExpectMessage("Device is not available");
+    Device.btnPing.Click();
+    EXPECT_THAT(Device.memoDebug.Lines(), IsEmpty());
+    Answer(
+        R"({"response":{"Pong":1886350951,"Devicenumber":1,"Model":2,"Version HP":3,"Version NP":4,"Version HBDE":5}})");
+    Dialogs.ExpectMessage(
+        "DeviceID: d\rModel: 2\rVarenummer: 1\rHP SW version: 3\rNP SW version: 4\rBT SW version: 5");
+    Device.btnPing.Click();
+    EXPECT_THAT(Device.memoDebug.Lines(), ElementsAre("DeviceID: d", "Ping Response: OK"));
+    Answer(
+        R"({"response":{"Pong":1886350951,"Devicenumber":1,"Model":30011,"Version":6,"SlaveDevicenumber":7,"SlaveModel":8}})");
+    Dialogs.ExpectMessage("Gateway DeviceID: d\rGateway Model: 30011\rGateway Number: 1\rGateway Version: 6\r"
+                          "Slave Number: 7\rSlaveModel: 8");
+    Device.btnPing.Click();
+}
+
+TEST_F(TNabtoDeviceTest, TheFormShowsOnlyWhatWorks) {
+    Device.device = "d";
+    Device.EnableContineousUpdate = true;
+    Device.PanelFDDatalog.SetVisible(true);
+    Dialogs.Show(Device);
+    EXPECT_EQ(Device.StatusBar.Panels()[1].Text, "Current DeviceID : d");
+    EXPECT_EQ(Device.LblNabto.Caption(), "ID : d");
+    EXPECT_FALSE(Device.ButErorlog.Visible() || Device.ButContUpdate.Visible() || Device.BtnUpdate.Visible());
+    EXPECT_TRUE(Device.butChangeDeviceID.Visible());
+    Device.butChangeDeviceID.Click();
+    EXPECT_TRUE(Device.Visible());
+    Device.Close();
+    EXPECT_FALSE(Device.PanelFDDatalog.Visible());
+    EXPECT_THAT(Host.Events,
+                ElementsAre("Nabto form active", "Setup1Click", "Nabto form active", "Nabto form closed"));
+
+    Device.ButErorlog.OnClick = [] {
+    };
+    Device.ButContUpdate.OnClick = [] {
+    };
+    Host.Devid = false;
+    Dialogs.Show(Device);
+    EXPECT_TRUE(Device.ButErorlog.Visible() && Device.ButContUpdate.Visible());
+    EXPECT_FALSE(Device.butChangeDeviceID.Visible());
+    Host.ErrorLog = false;
+    Dialogs.Show(Device);
+    EXPECT_FALSE(Device.ButErorlog.Visible());
+}
+
+TEST_F(TNabtoDeviceTest, ShowsProgressInWholePercent) {
+    bool turned = false;
+    Time.After(0, [&] { turned = true; });
+    Nabto.DoUpdateProgress();
+    EXPECT_EQ(Device.StatusBar.Panels()[2].Text, "progress 0 %");
+    EXPECT_TRUE(turned);
+    Nabto.currentstreamlength = 3;
+    Nabto.currentstreamprogress = 2;
+    Nabto.DoUpdateProgress();
+    EXPECT_EQ(Device.StatusBar.Panels()[2].Text, "progress 66 %");
+}
+
+TEST_F(TNabtoDeviceTest, ListsLocalDevices) {
+    Library.LocalDevices = {id};
+    TComboBox box("Box");
+    box.Add("old");
+    Device.GetLocalDevices(box);
+    EXPECT_THAT(box.Items(), ElementsAre(id));
+}
+
+TEST_F(TNabtoDeviceTest, TheIdentityPanelLaysOutItsBlock) {
+    auto& identity = Device.Identity;
+    Device.device = "d";
+    Device.ButAccount.SetVisible(true);
+    Device.ButAccount.Click();
+    EXPECT_TRUE(identity.PanelDevice.Visible());
+
+    Dialogs.ExpectInput("Device ID", id + "x");
+    identity.btnDeviceID.Click();
+    EXPECT_FALSE(identity.btnSaveInfo.Enabled());
+    Dialogs.ExpectInput("CryptoKey", "000102030405060708090A0B0C0d0e0f");
+    identity.btnCryptoKey.Click();
+    Dialogs.ExpectInput("Device ID", std::nullopt);
+    identity.btnDeviceID.Click();
+    EXPECT_EQ(identity.lblDeviceID.Caption(), id + "x");
+    identity.btnSaveInfo.Click();
+    const auto& block = identity.Identity;
+    EXPECT_EQ(std::string(block.begin(), block.begin() + 12), id);
+    for (std::size_t i = 0; i < 16; ++i)
+        EXPECT_EQ(block[12 + i], i);
+    EXPECT_TRUE(std::all_of(block.begin() + 28, block.end(), [](auto byte) { return byte == 0; }));
+    EXPECT_EQ(identity.LblJson.Caption(), " ");
+
+    for (const auto* key :
+         {"00010203", "000102030405060708090A0B0C0d0e0g", "-10102030405060708090A0B0C0d0e0f"}) {
+        Dialogs.ExpectInput("CryptoKey", key);
+        identity.btnCryptoKey.Click();
+        Dialogs.ExpectMessage("CryptoKey must be 32 hexadecimal digits");
+        identity.btnSaveInfo.Click();
+    }
+
+    Dialogs.ExpectInput("User Account", "");
+    identity.btnUserAccount.Click();
+    EXPECT_THAT(Library.Calls, IsEmpty());
+    Dialogs.ExpectInput("User Account", "someone@else.example");
+    identity.btnUserAccount.Click();
+    EXPECT_EQ(identity.useraccount, "someone@else.example");
+    EXPECT_THAT(Library.Calls,
+                ElementsAre("nabtoRpcInvoke none nabto://d/ping.json?json="
+                            R"({"request":{"usernumber":"1","user":"service@tidewell.example"}})"));
+}
+
+} // namespace
+
+} // namespace tidewell::test

@@ -1,0 +1,255 @@
+#include "link/PollCycle.h"
+
+#include "FakeNabto.h"
+#include "core/Errors.h"
+#include "link/Nabto.h"
+#include "link/ReadBackSnapshot.h"
+#include "model/ModbusPanel.h"
+#include "support/MemoryFiles.h"
+#include "support/ScriptedDialogs.h"
+#include "support/VirtualTime.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <map>
+
+namespace tidewell::test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string Values(const std::vector<int>& values) {
+    std::string json;
+    for (const int value : values)
+        json += (json.empty() ? "" : ",") + ("{\"value\":" + std::to_string(value) + "}");
+    return "{\"response\":{\"data\":[" + json + "]}}";
+}
+
+class TPollCycleTest : public testing::Test {
+  protected:
+    TPollCycleTest() {
+        Library.Reply = [this](const std::string& url) -> std::optional<std::string> {
+            const auto address = url.substr(url.find("\"address\":\"") + 11, 3);
+            Asked.push_back(address);
+            if (const auto action = During.find(Asked.size()); action != During.end())
+                action->second();
+            const auto reply = Replies.find(address);
+            return reply == Replies.end() ? std::nullopt : std::optional(reply->second);
+        };
+        Panel.DeviceList.Add({});
+        SetQuestions("a=0;3;100;2;\nb=1;4;200;1\n");
+        Replies = {{"100", Values({1, -2})}, {"200", Values({3})}};
+    }
+    void SetQuestions(const std::string& rows) {
+        Cycle.SetQuestions(TIniFile("[NabtoDevice]\n" + rows).ReadSection("NabtoDevice"));
+    }
+    void Start() {
+        Cycle.startLog();
+        Asked.clear();
+    }
+    const std::vector<std::string>& Responses() { return Panel.DeviceList.GetDevice(0).ResponsList; }
+
+    TMemoryFiles Files;
+    TVirtualTime Time;
+    TScriptedDialogs Dialogs;
+    TFakeNabto Library;
+    TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
+    TModbusPanel Panel{Files, Time};
+    std::string Device = "123456789012";
+    TLabel LblNabto{"LblNabto"};
+    TALed LedNabto{"LedNabto"};
+    std::function<void()> OnCycle;
+    std::vector<std::string> Cycles;
+    TPollCycle Cycle{Time, Nabto, Panel, Device, LblNabto, LedNabto, [this] {
+                         Cycles.push_back(Cycle.NabtoResultstring);
+                         if (OnCycle)
+                             OnCycle();
+                     }};
+    std::map<std::string, std::string> Replies;          // by address
+    std::map<std::size_t, std::function<void()>> During; // by number of the question since the start
+    std::vector<std::string> Asked;
+};
+
+TEST_F(TPollCycleTest, GathersAWholeCycle) {
+    Start();
+    EXPECT_TRUE(LedNabto.Value());
+    EXPECT_EQ(LblNabto.Caption(), "ID : 123456789012");
+    Time.Advance(1999);
+    EXPECT_THAT(Asked, IsEmpty());
+    Time.Advance(1);
+    EXPECT_EQ(LblNabto.Caption(), "ID : 123456789012 -> Get Data");
+    Time.Advance(150);
+    EXPECT_THAT(Cycles, ElementsAre("1; -2; 3; "));
+    EXPECT_EQ(LblNabto.Caption(), "ID : 123456789012 -> Pause Data");
+    EXPECT_EQ(LedNabto.TrueColor(), TALed::Green);
+    EXPECT_THAT(Responses(), ElementsAre("1; -2; ", "3; "));
+    EXPECT_THAT(Library.Calls,
+                ElementsAre("nabtoRpcInvoke none nabto://123456789012/setpointReadValue.json?json="
+                            R"({"request":{"address":"100","length":"2","obj":"0"}})",
+                            "nabtoRpcInvoke none nabto://123456789012/datapointReadValue.json?json="
+                            R"({"request":{"address":"200","length":"1","obj":"1"}})"));
+    const bool lit = LedNabto.Value();
+    Time.Advance(2000);
+    EXPECT_NE(LedNabto.Value(), lit);
+    Time.Advance(150);
+    EXPECT_EQ(Cycles.size(), 2U);
+    Cycle.stopLog();
+    EXPECT_FALSE(LedNabto.Value());
+    EXPECT_EQ(LblNabto.Caption(), "ID : 123456789012");
+    Time.Advance(10000);
+    EXPECT_EQ(Asked.size(), 4U);
+}
+
+TEST_F(TPollCycleTest, WhatIsNoGoodReplyStartsAgainAtQuestion0) {
+    struct TCase {
+        std::optional<std::string> Reply; // to the second question
+        std::string Response;
+        TColor Color;
+    };
+    const std::string garbage(10'000'000, ';');
+    const std::vector<TCase> cases{
+        {R"({"error":{"body":"busy"}})", "error", TALed::Red},
+        {Values({}), "", TALed::Green},
+        {Values({1, 2}), "1; 2; ", TALed::Green},
+        {std::nullopt, "No JS\r\n", TALed::Green},
+        {garbage, "No JS\r\n" + garbage, TALed::Green},
+    };
+    for (const auto& [reply, response, color] : cases) {
+        Replies.erase("200");
+        if (reply)
+            Replies["200"] = *reply;
+        Start();
+        Time.Advance(2100);
+        EXPECT_THAT(Asked, ElementsAre("100", "200"));
+        EXPECT_TRUE(Responses().at(1) == response);
+        EXPECT_EQ(LedNabto.TrueColor(), color);
+        EXPECT_EQ(LblNabto.Caption(),
+                  color == TALed::Red ? "ID : 123456789012 -> Error Com" : "ID : 123456789012 -> Get Data");
+        EXPECT_EQ(Cycle.NabtoResultstring, "");
+        Replies["200"] = Values({7});
+        Time.Advance(150); // at the question interval, without a pause
+        EXPECT_THAT(Asked, ElementsAre("100", "200", "100", "200"));
+        EXPECT_THAT(Cycles, ElementsAre("1; -2; 7; "));
+        Cycles.clear();
+    }
+}
+
+TEST_F(TPollCycleTest, OddQuestionLists) {
+    SetQuestions("");
+    Start();
+    Time.Advance(2050);
+    EXPECT_EQ(LblNabto.Caption(), "ID : 123456789012 -> Pause Data");
+    // An empty value ends the cycle; an unknown command asks nothing and stands for its own reply.
+    SetQuestions("a=0;3;100;2;\nb=9;5;x;4;\nc=\nd=1;4;200;1;\n");
+    Start();
+    Time.Advance(2150);
+    EXPECT_THAT(Cycles, ElementsAre("1; -2; 9;5;x;4;"));
+    EXPECT_THAT(Asked, ElementsAre("100"));
+    SetQuestions("bad=0;3;100;two;\n");
+    Start();
+    try {
+        Time.Advance(2050);
+        FAIL() << "no exception";
+    } catch (const EConvertError& error) {
+        EXPECT_STREQ(error.what(), "Question bad=0;3;100;two;: 'two' is not a valid integer value");
+    }
+    Time.Advance(10000);
+    EXPECT_THAT(Asked, IsEmpty());
+}
+
+TEST_F(TPollCycleTest, AStopDuringAQuestionEndsTheCycleWithIt) {
+    During[1] = [&] {
+        Cycle.stopLog();
+    };
+    Start();
+    Time.Advance(10000);
+    EXPECT_THAT(Asked, ElementsAre("100"));
+    EXPECT_THAT(Responses(), ElementsAre("1; -2; "));
+    EXPECT_EQ(Cycle.NabtoResultstring, "");
+    EXPECT_EQ(Cycle.queryCounter, 0U);
+    EXPECT_FALSE(Cycle.timerLogger->Enabled() || Cycle.timerQuery->Enabled());
+}
+
+// The reply that comes after the change belongs to a cycle that is over.
+TEST_F(TPollCycleTest, ACycleBegunAnewDuringAQuestionTakesNothingFromTheOldOne) {
+    During[2] = [&] {
+        Cycle.stopLog();
+        Cycle.startLog();
+    };
+    Start();
+    Time.Advance(2100 + 1999);
+    EXPECT_THAT(Asked, ElementsAre("100", "200"));
+    Time.Advance(151);
+    EXPECT_THAT(Cycles, ElementsAre("1; -2; 3; "));
+    Start();
+    During[2] = [&] {
+        SetQuestions("a=0;3;200;1;\n");
+        Cycle.ResetLogVariables();
+        Panel.DeviceList.Clear();
+    };
+    Time.Advance(2200);
+    EXPECT_THAT(Asked, ElementsAre("100", "200", "200"));
+    EXPECT_THAT(Cycles, ElementsAre("1; -2; 3; ", "3; "));
+}
+
+TEST_F(TPollCycleTest, WhatTakesTheCycleMayStopRestartOrFail) {
+    OnCycle = [&] {
+        Cycle.stopLog();
+    };
+    Start();
+    Time.Advance(2150);
+    EXPECT_FALSE(Cycle.timerLogger->Enabled() || Cycle.timerQuery->Enabled());
+    // A long handler that lets a new cycle run half way.
+    OnCycle = [&] {
+        OnCycle = nullptr;
+        Cycle.startLog();
+        Time.Advance(2050);
+    };
+    Start();
+    Time.Advance(2150);
+    EXPECT_EQ(Cycle.NabtoResultstring, "1; -2; ");
+    Time.Advance(100);
+    EXPECT_EQ(Cycles.back(), "1; -2; 3; ");
+    OnCycle = [] {
+        throw TError("disk full");
+    };
+    Start();
+    EXPECT_THROW(Time.Advance(2150), TError);
+    EXPECT_FALSE(Cycle.timerLogger->Enabled() || Cycle.timerQuery->Enabled());
+    OnCycle = nullptr;
+    Start();
+    Time.Advance(2150);
+    EXPECT_EQ(Cycles.back(), "1; -2; 3; ");
+}
+
+TEST(ReadBackSnapshot, WaitsForTwoCyclesOfTheSameLength) {
+    struct TCase {
+        std::vector<std::string> Cycles;
+        int Count;
+        int Errors;
+        std::vector<std::string> List;
+    };
+    const std::vector<TCase> cases{
+        {{"1; "}, 1, 0, {}},
+        {{"1; ", "22; ", "33; ", "4; "}, 3, 0, {"22; ", "33; "}},
+        {{"x", "æ; ", "b; "}, 3, 0, {"æ; ", "b; "}},
+        {{"x", "1; ", "22; "}, 0, 1, {"1; ", "22; "}},
+        {{"x", "1; ", "22; ", "x", "1; ", "2; "}, 3, 1, {"1; ", "2; "}},
+        {{"x", "1", "22", "x", "1", "22", "x", "1", "22", "x", "1", "22", "1"}, 3, 4, {"1", "22"}},
+    };
+    for (const auto& [cycles, count, errors, list] : cases) {
+        TReadBackSnapshot snapshot;
+        for (const auto& cycle : cycles)
+            snapshot.SaveSetDatapointstringToStringlist(cycle);
+        EXPECT_EQ(snapshot.SetDatapointListCount, count);
+        EXPECT_EQ(snapshot.Error_SetDatapointListCount, errors);
+        EXPECT_EQ(snapshot.SetDatapointList, list);
+    }
+}
+
+} // namespace
+
+} // namespace tidewell::test

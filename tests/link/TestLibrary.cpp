@@ -1,0 +1,3 @@
+extern "C" int Answer() {
+    return 42;
+}
