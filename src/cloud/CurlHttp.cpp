@@ -162,8 +162,10 @@ std::string Explain(CURLcode code, const TCurl& curl, const TReplyCollector& col
         return "The reply is larger than " + std::to_string(settings.MaxReplySize) + " bytes";
     }
     if (code == CURLE_SSL_CACERT_BADFILE) {
-        return "The CA file \"" + settings.CaFile.string() +
-               "\" cannot be read or holds no certificate: " + curl.Reason(code);
+        const std::string store = settings.CaFile.empty()
+                                      ? "The system's trust store"
+                                      : "The CA file \"" + settings.CaFile.string() + "\"";
+        return store + " cannot be read or holds no certificate: " + curl.Reason(code);
     }
     return curl.Reason(code);
 }

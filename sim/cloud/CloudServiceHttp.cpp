@@ -1,0 +1,52 @@
+#include "sim/cloud/CloudServiceHttp.h"
+
+#include <string_view>
+#include <utility>
+
+namespace tidewell::sim {
+
+namespace {
+
+std::string PathOf(std::string_view url) {
+    const std::size_t scheme = url.find("://");
+    const std::size_t path = url.find('/', scheme == std::string_view::npos ? 0 : scheme + 3);
+    return path == std::string_view::npos ? "/" : std::string(url.substr(path));
+}
+
+THttpReply NoReply(std::string why) {
+    THttpReply reply;
+    reply.Error = std::move(why);
+    return reply;
+}
+
+} // namespace
+
+TCloudServiceHttp::TCloudServiceHttp(TCloudService& service, IWait& wait, int timeoutMs)
+    : Service(service), Wait(wait), TimeoutMs(timeoutMs) {}
+
+THttpReply TCloudServiceHttp::Exchange(const THttpRequest& request) {
+    if (!Connected) {
+        return NoReply("Failed to connect");
+    }
+    THttpReply sent; // for its look-up of headers
+    sent.Headers = request.Headers;
+    const TCloudReply answer =
+        Service.Handle({request.Method, PathOf(request.Url), sent.Header("Authorization"), request.Body});
+    if (answer.DelayMs > TimeoutMs) {
+        Wait.Sleep(TimeoutMs);
+        return NoReply("Operation timed out after " + std::to_string(TimeoutMs) + " milliseconds");
+    }
+    if (answer.DelayMs > 0) {
+        Wait.Sleep(answer.DelayMs);
+    }
+    THttpReply reply;
+    reply.Code = answer.Code;
+    reply.Reason = "HTTP/1.1 " + std::to_string(answer.Code) + " " + std::string(StatusText(answer.Code));
+    reply.Body = answer.Body;
+    if (!answer.Authorization.empty()) {
+        reply.Headers.emplace_back("Authorization", answer.Authorization);
+    }
+    return reply;
+}
+
+} // namespace tidewell::sim
