@@ -8,7 +8,9 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <iterator>
 
 namespace tidewell {
 namespace {
@@ -19,7 +21,7 @@ using testing::IsEmpty;
 
 // Each test works in a directory of its own.
 class DiskFiles : public testing::Test {
-  protected:
+  public:
     DiskFiles() {
         std::string name = (fs::temp_directory_path() / "tidewell.XXXXXX").string();
         if (::mkdtemp(name.data()) == nullptr)
@@ -30,6 +32,8 @@ class DiskFiles : public testing::Test {
         std::error_code ignored;
         fs::remove_all(Directory, ignored);
     }
+
+  protected:
     void Put(const fs::path& name, std::string_view bytes) {
         const auto writer = Files.Replace(Directory / name);
         writer->Write(bytes);
