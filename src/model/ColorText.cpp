@@ -84,6 +84,8 @@ std::optional<std::uint32_t> ParseBits(std::string_view text) {
         base = 16;
         text.remove_prefix(2);
     }
+    if (base == 16 && text.starts_with("-"))
+        return std::nullopt;
     std::int64_t value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
     if (error != std::errc() || end != text.data() + text.size() || value < INT32_MIN || value > UINT32_MAX)
@@ -107,7 +109,7 @@ std::optional<TColor> TryColorFromText(std::string_view text) {
     if ((*bits & systemMark) != systemMark)
         return TColor{*bits & ~systemMark};
     const std::size_t number = *bits & ~systemMark;
-    if (number >= systemColors.size())
+    if (number >= systemColors.size() || systemColors.at(number).Name.empty())
         return std::nullopt;
     return TColor{systemColors.at(number).Value};
 }
