@@ -1,0 +1,155 @@
+#include "desktop/Desktop.h"
+
+#include "cloud/CurlHttp.h"
+#include "core/Guard.h"
+#include "desktop/QtText.h"
+#include "desktop/Signals.h"
+#include "desktop/views/AppIcon.h"
+#include "desktop/views/DeviceView.h"
+#include "desktop/views/LanguageView.h"
+#include "desktop/views/LogOnView.h"
+#include "desktop/views/MainView.h"
+#include "desktop/views/SetupView.h"
+#include "desktop/views/SplashView.h"
+#include "mainform/Program.h"
+
+#include <QPixmap>
+
+#include <cstdlib>
+#include <iostream>
+#include <system_error>
+
+namespace tidewell {
+
+namespace {
+
+std::filesystem::path FromEnvironment(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? std::filesystem::path(value) : std::filesystem::path();
+}
+
+TStartOptions OptionsOf(int argc, char** argv, const TFileVersion& version) {
+    TStartOptions options;
+    options.Executable = PathFromQt(QCoreApplication::applicationFilePath());
+    options.Directory = FromEnvironment("TIDEWELL_HOME");
+    if (options.Directory.empty())
+        options.Directory = options.Executable.parent_path();
+    options.Directory = std::filesystem::absolute(options.Directory);
+    if (argc > 1)
+        options.Arguments.assign(argv + 1, argv + argc);
+    options.Version = version;
+    return options;
+}
+
+// The query runs after the form's own: only a form that is about to close is painted.
+void PaintBeforeClose(TDesktop& desktop, TProgram& program, const std::filesystem::path& file) {
+    const TEvent<bool&> before = program.FormMain.OnCloseQuery;
+    program.FormMain.OnCloseQuery = [&desktop, &program, file, before](bool& mayClose) {
+        before(mayClose);
+        if (mayClose)
+            desktop.SaveScreenshot(program, file);
+    };
+}
+
+} // namespace
+
+TDesktop::TDesktop(TQtApplication& application, const std::filesystem::path& folder)
+    : Application(application), Dialogs(application), Libraries(folder) {
+    Application.OnException = [this](const std::exception& error) {
+        Dialogs.ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
+    };
+}
+
+TPorts TDesktop::Ports() {
+    return {Dialogs,
+            Timers,
+            Wait,
+            Clock,
+            Files,
+            Libraries,
+            Process,
+            Application,
+            Pictures,
+            [](const std::filesystem::path& caFile) {
+                return std::make_unique<TCurlHttp>(TCurlSettings{.CaFile = caFile});
+            }};
+}
+
+void TDesktop::RegisterViews(TProgram& program) {
+    const TViewContext context{Application, Dialogs, Hold};
+    Dialogs.RegisterView(program.Splashscreen, [&program, context] {
+        return std::make_unique<TSplashView>(program.Splashscreen, context);
+    });
+    Dialogs.RegisterView(program.FormMain, [&program, context] {
+        return std::make_unique<TMainView>(program.FormMain, program.NabtoDevice, context);
+    });
+    Dialogs.RegisterView(program.NabtoDevice, [&program, context] {
+        return std::make_unique<TDeviceView>(program.NabtoDevice, context);
+    });
+    Dialogs.RegisterView(program.NabtoLogOn, [&program, context] {
+        return std::make_unique<TLogOnView>(program.NabtoLogOn, context);
+    });
+    Dialogs.RegisterView(program.languagedialog, [&program, context] {
+        return std::make_unique<TLanguageView>(program.languagedialog, context);
+    });
+    Dialogs.RegisterView(program.SetupForm, [&program, context] {
+        return std::make_unique<TSetupView>(program.SetupForm, context);
+    });
+}
+
+void TDesktop::Close(TProgram& program) {
+    Dialogs.CancelAll();
+    TForm& form = program.FormMain;
+    if (!form.Visible()) {
+        Application.Terminate();
+        return;
+    }
+    // A failure to save keeps the form open once; nobody is asked, so it is told and the form closes after
+    // all.
+    for (int attempt = 0; attempt < 2 && form.Visible(); ++attempt)
+        RunGuarded(Dialogs, [&form] { form.Close(); });
+    if (form.Visible())
+        Dialogs.EndCancelAll();
+}
+
+void TDesktop::SaveScreenshot(const TProgram& program, const std::filesystem::path& file) const {
+    QWidget* const view = Dialogs.FindView(program.FormMain);
+    if (view != nullptr && !view->grab().save(PathToQt(file)))
+        std::cerr << "Cannot write the screenshot " << file << '\n';
+}
+
+int RunDesktop(int argc, char** argv, const TFileVersion& version) {
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    TQtApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("tidewell"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Tidewell"));
+    QApplication::setWindowIcon(AppIcon());
+
+    const TStartOptions options = OptionsOf(argc, argv, version);
+    TDesktop desktop(application, options.Directory);
+    std::error_code error;
+    std::filesystem::current_path(options.Directory, error);
+    if (error) {
+        desktop.Dialogs.ShowMessage("Cannot work in the folder " + options.Directory.string() + ": " +
+                                    error.message());
+        return EXIT_FAILURE;
+    }
+    const auto program = Build(desktop.Ports(), options);
+    desktop.RegisterViews(*program);
+    const std::filesystem::path screenshot = FromEnvironment("TIDEWELL_SCREENSHOT");
+    if (!screenshot.empty())
+        PaintBeforeClose(desktop, *program, std::filesystem::absolute(screenshot));
+    const TSignals signalsToLoop([&] { desktop.Close(*program); },
+                                 [&] {
+                                     if (!screenshot.empty())
+                                         desktop.SaveScreenshot(*program,
+                                                                std::filesystem::absolute(screenshot));
+                                 });
+    program->Start();
+    application.Run();
+    program->Finish();
+    desktop.Dialogs.DestroyViews();
+    return EXIT_SUCCESS;
+}
+
+} // namespace tidewell

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "core/controls/Signal.h"
+#include "core/ports/IApplication.h"
+
+#include <QApplication>
+
+#include <exception>
+#include <functional>
+
+class QKeyEvent;
+
+namespace tidewell {
+
+// The application object: the message loop, the last net for exceptions, and the key preview.
+class TQtApplication : public QApplication, public IApplication {
+  public:
+    TQtApplication(int& argc, char** argv);
+
+    // The message loop; it ends by Terminate.
+    void Run();
+    void Terminate() override;
+    bool Terminated() const override { return IsTerminated; }
+    // The message loop is about to end.
+    bool Ending() const { return IsTerminated && Running; }
+
+    // While one lives, the message loop does not end, so that what a message box tells is seen.
+    class TEndingHold {
+      public:
+        explicit TEndingHold(TQtApplication& application) : Application(application) { ++Application.Holds; }
+        ~TEndingHold() {
+            if (--Application.Holds == 0 && Application.Ending())
+                Application.RequestExit();
+        }
+        TEndingHold(const TEndingHold&) = delete;
+        TEndingHold& operator=(const TEndingHold&) = delete;
+
+      private:
+        TQtApplication& Application;
+    };
+
+    // Gets what would leave an event handler; it must not throw.
+    std::function<void(const std::exception&)> OnException;
+    // A key pressed in a widget, once, before the widget gets it. Set the flag to keep it from the widget.
+    TSignal<QWidget&, QKeyEvent&, bool&> KeyPreview;
+
+    bool notify(QObject* receiver, QEvent* event) override;
+
+  private:
+    bool Preview(QObject& receiver, QEvent& event) const;
+    void RequestExit();
+
+    bool IsTerminated = false;
+    bool Running = false;
+    int Holds = 0;
+};
+
+} // namespace tidewell

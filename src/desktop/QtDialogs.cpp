@@ -1,0 +1,284 @@
+#include "desktop/QtDialogs.h"
+
+#include "core/Errors.h"
+#include "core/Guard.h"
+#include "core/controls/Form.h"
+#include "desktop/QtText.h"
+#include "desktop/binders/MenuBinder.h"
+
+#include <QCursor>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMenu>
+#include <QMessageBox>
+#include <QScreen>
+#include <QWindow>
+
+#include <iostream>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+// What the frame or Esc answers.
+EModalResult Escaped(EButtons buttons) {
+    switch (buttons) {
+    case EButtons::YesNo:
+        return EModalResult::No;
+    case EButtons::OkCancel:
+        return EModalResult::Cancel;
+    case EButtons::Ok:
+        break;
+    }
+    return EModalResult::Ok;
+}
+
+struct TKindLook {
+    QMessageBox::Icon Icon;
+    const char* Title; // nullptr: the program's name
+};
+
+TKindLook LookOf(EMessageKind kind) {
+    switch (kind) {
+    case EMessageKind::Information:
+        return {QMessageBox::Information, "Information"};
+    case EMessageKind::Warning:
+        return {QMessageBox::Warning, "Warning"};
+    case EMessageKind::Error:
+        return {QMessageBox::Critical, "Error"};
+    case EMessageKind::Confirmation:
+        return {QMessageBox::Question, "Confirm"};
+    case EMessageKind::Plain:
+        break;
+    }
+    return {QMessageBox::NoIcon, nullptr};
+}
+
+// Line breaks of any kind as Qt shows them.
+QString Lines(const std::string& text) {
+    return ToQt(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
+}
+
+void AddButtons(QMessageBox& box, EButtons buttons) {
+    switch (buttons) {
+    case EButtons::Ok:
+        box.setStandardButtons(QMessageBox::Ok);
+        box.setEscapeButton(QMessageBox::Ok);
+        break;
+    case EButtons::OkCancel:
+        box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+        box.setEscapeButton(QMessageBox::Cancel);
+        break;
+    case EButtons::YesNo:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.setEscapeButton(QMessageBox::No);
+        break;
+    }
+}
+
+QString FilterText(const TFileFilter& filter) {
+    const QString masks = ToQt(filter.Mask).replace(u';', u' ');
+    const QString caption = ToQt(filter.Caption);
+    // A caption that already ends in its masks would show them twice.
+    const qsizetype bracket = caption.lastIndexOf(u'(');
+    const bool told = bracket >= 0 && caption.endsWith(u')');
+    return (told ? caption.left(bracket).trimmed() : caption) + QStringLiteral(" (%1)").arg(masks);
+}
+
+} // namespace
+
+TQtDialogs::~TQtDialogs() {
+    DestroyViews();
+}
+
+void TQtDialogs::DestroyViews() {
+    while (!Made.empty()) {
+        Views[Made.back()].View.reset();
+        Made.pop_back();
+    }
+}
+
+void TQtDialogs::RegisterView(const TForm& form, TMakeView make) {
+    Views[&form].Make = std::move(make);
+}
+
+QWidget* TQtDialogs::FindView(const TForm& form) const {
+    const auto found = Views.find(&form);
+    return found == Views.end() ? nullptr : found->second.View.get();
+}
+
+QWidget& TQtDialogs::ViewOf(const TForm& form) {
+    const auto found = Views.find(&form);
+    if (found == Views.end())
+        throw TError("The form " + form.Name() + " has no window");
+    TEntry& entry = found->second;
+    if (!entry.View) {
+        entry.View = entry.Make();
+        Made.push_back(&form);
+    }
+    return *entry.View;
+}
+
+QWidget* TQtDialogs::TopWindow() const {
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    if (QWidget* active = QApplication::activeWindow())
+        return active;
+    for (auto form = Made.rbegin(); form != Made.rend(); ++form)
+        if (QWidget* view = FindView(**form); view != nullptr && view->isVisible())
+            return view;
+    return nullptr;
+}
+
+void TQtDialogs::CancelAll() {
+    Cancelling = true;
+    if (QWidget* popup = QApplication::activePopupWidget())
+        popup->close();
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (auto* dialog = qobject_cast<QDialog*>(window); dialog != nullptr && dialog->isVisible())
+            dialog->reject();
+}
+
+EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) {
+    if (Cancelling) {
+        std::cerr << text << '\n';
+        return Escaped(buttons);
+    }
+    const TQtApplication::TEndingHold hold(Application);
+    const TKindLook look = LookOf(kind);
+    QMessageBox box(TopWindow());
+    box.setObjectName(QStringLiteral("MessageBox"));
+    box.setIcon(look.Icon);
+    box.setWindowTitle(look.Title != nullptr ? QString::fromLatin1(look.Title)
+                                             : QApplication::applicationDisplayName());
+    box.setTextFormat(Qt::PlainText);
+    box.setText(Lines(text));
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    AddButtons(box, buttons);
+    box.exec();
+    QAbstractButton* const clicked = box.clickedButton();
+    if (clicked == nullptr)
+        return Escaped(buttons);
+    switch (box.standardButton(clicked)) {
+    case QMessageBox::Ok:
+        return EModalResult::Ok;
+    case QMessageBox::Yes:
+        return EModalResult::Yes;
+    default:
+        return Escaped(buttons);
+    }
+}
+
+std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const std::string& prompt) {
+    if (Cancelling)
+        return std::nullopt;
+    QInputDialog box(TopWindow());
+    box.setObjectName(QStringLiteral("InputBox"));
+    box.setWindowTitle(ToQt(title));
+    box.setLabelText(Lines(prompt));
+    if (box.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return FromQt(box.textValue());
+}
+
+std::optional<std::filesystem::path> TQtDialogs::OpenFile(const TFileDialog& dialog) {
+    return RunFileDialog(dialog, false);
+}
+
+std::optional<std::filesystem::path> TQtDialogs::SaveFile(const TFileDialog& dialog) {
+    return RunFileDialog(dialog, true);
+}
+
+std::optional<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& dialog, bool save) {
+    if (Cancelling)
+        return std::nullopt;
+    QFileDialog box(TopWindow(), ToQt(dialog.Title), PathToQt(dialog.InitialDirectory));
+    box.setObjectName(save ? QStringLiteral("SaveDialog") : QStringLiteral("OpenDialog"));
+    box.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    box.setFileMode(!save && dialog.FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    QStringList filters;
+    for (const auto& filter : dialog.Filters)
+        filters.append(FilterText(filter));
+    if (!filters.isEmpty())
+        box.setNameFilters(filters);
+    if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty())
+        return std::nullopt;
+    return PathFromQt(box.selectedFiles().constFirst());
+}
+
+EModalResult TQtDialogs::ShowModal(TForm& form) {
+    if (Cancelling)
+        return EModalResult::Cancel;
+    if (form.Visible())
+        form.Hide(); // a window becomes modal only while it is hidden
+    QWidget* const below = TopWindow();
+    QWidget& view = ViewOf(form);
+    view.setWindowModality(Qt::ApplicationModal);
+    view.winId(); // makes the window, which can then belong to the one below
+    view.windowHandle()->setTransientParent(below != nullptr ? below->windowHandle() : nullptr);
+    RunGuarded(*this, [&form] { form.Open(); });
+    RunModal(form);
+    return form.ModalResult() == EModalResult::None ? EModalResult::Cancel : form.ModalResult();
+}
+
+void TQtDialogs::RunModal(TForm& form) {
+    const auto ended = [this, &form] {
+        return !form.Visible() || form.ModalResult() != EModalResult::None || Cancelling ||
+               Application.Ending();
+    };
+    while (form.Visible()) {
+        QEventLoop loop;
+        const TConnection watch = form.Changed.Connect([&] {
+            if (ended())
+                loop.quit();
+        });
+        if (!ended())
+            loop.exec();
+        if (!form.Visible())
+            return;
+        RunGuarded(*this, [&form] { form.Close(); });
+        if (!form.Visible())
+            return;
+        // It refused to close, or failed to.
+        if (Cancelling || Application.Ending())
+            form.Hide();
+        else
+            form.SetModalResult(EModalResult::None);
+    }
+}
+
+void TQtDialogs::Show(TForm& form) {
+    QWidget& view = ViewOf(form);
+    if (!form.Visible()) {
+        view.setWindowModality(Qt::NonModal);
+        form.Open();
+    }
+    view.raise();
+    view.activateWindow();
+}
+
+void TQtDialogs::Popup(TPopupMenu& menu) {
+    if (Cancelling)
+        return;
+    QMenu view;
+    BindPopupMenu(view, menu, *this);
+    view.exec(QCursor::pos());
+}
+
+void TQtDialogs::SetWaitCursor(bool wait) {
+    if (wait == std::exchange(Waiting, wait))
+        return;
+    if (wait)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+int TQtDialogs::WorkAreaHeight() const {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? screen->availableGeometry().height() : 0;
+}
+
+} // namespace tidewell

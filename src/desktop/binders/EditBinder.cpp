@@ -1,0 +1,56 @@
+#include "desktop/binders/EditBinder.h"
+
+#include "desktop/QtText.h"
+#include "widgets/Child.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int unlimited = 32767; // characters, the toolkit's own limit
+
+class TReturnFilter : public QObject {
+  public:
+    TReturnFilter(TEdit& edit, IDialogs& dialogs, QObject* parent)
+        : QObject(parent), Edit(edit), Dialogs(dialogs) {}
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress || !Edit.OnReturn)
+            return QObject::eventFilter(watched, event);
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Return && key != Qt::Key_Enter)
+            return QObject::eventFilter(watched, event);
+        RunGuarded(Dialogs, [this] { Edit.OnReturn(); });
+        return true;
+    }
+
+  private:
+    TEdit& Edit;
+    IDialogs& Dialogs;
+};
+
+} // namespace
+
+void BindEdit(QLineEdit& view, TEdit& edit, IDialogs& dialogs) {
+    BindControl(view, edit);
+    KeepInStep(view, edit, [&view, &edit] {
+        view.setMaxLength(edit.MaxLength() > 0 ? edit.MaxLength() : unlimited);
+        view.setEchoMode(edit.Masked() ? QLineEdit::Password : QLineEdit::Normal);
+        view.setReadOnly(edit.ReadOnly());
+        const QString text = ToQt(edit.Text());
+        if (view.text() != text)
+            view.setText(text);
+    });
+    Keep(view, edit.SelectAllRequested.Connect([&view] { view.selectAll(); }));
+    Keep(view, edit.CaretAtEndRequested.Connect([&view] { view.end(false); }));
+    view.installEventFilter(&NewChild<TReturnFilter>(view, edit, dialogs));
+    QObject::connect(&view, &QLineEdit::textEdited, &view, [&edit, &dialogs](const QString& text) {
+        RunGuarded(dialogs, [&] { edit.Enter(FromQt(text)); });
+    });
+}
+
+} // namespace tidewell

@@ -1,0 +1,118 @@
+#include "desktop/binders/FormBinder.h"
+
+#include "desktop/QtText.h"
+#include "widgets/Child.h"
+
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStyle>
+
+namespace tidewell {
+
+namespace {
+
+std::optional<EKey> KeyOf(const QKeyEvent& event) {
+    if (event.isAutoRepeat() || (event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
+        return std::nullopt;
+    const int key = event.key();
+    if (key == Qt::Key_Escape)
+        return EKey::Escape;
+    if (key == Qt::Key_Return || key == Qt::Key_Enter)
+        return EKey::Return;
+    if (key >= Qt::Key_F1 && key <= Qt::Key_F12)
+        return static_cast<EKey>(static_cast<int>(EKey::F1) + key - Qt::Key_F1);
+    return std::nullopt;
+}
+
+class TFormBinding : public QObject {
+  public:
+    TFormBinding(QWidget& view, TForm& form, const TViewContext& context, QObject* parent)
+        : QObject(parent), View(view), Form(form), Context(context) {
+        View.setObjectName(ToQt(Form.Name()));
+        View.installEventFilter(this);
+        Connections.push_back(Context.Application.KeyPreview.Connect(
+            [this](QWidget& widget, QKeyEvent& event, bool& handled) { Preview(widget, event, handled); }));
+        Connections.push_back(Context.Hold.Released.Connect([this] {
+            if (SizeDue)
+                QMetaObject::invokeMethod(
+                    this, [this] { TellSize(); }, Qt::QueuedConnection);
+        }));
+        Connections.push_back(Form.Changed.Connect([this] { Sync(); }));
+        Connections.push_back(Form.FocusRequested.Connect([this] { View.activateWindow(); }));
+        Sync();
+    }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Close) {
+            RunGuarded(Context.Dialogs, [this] { Form.Close(); });
+            event->ignore();
+            return true;
+        }
+        if (event->type() == QEvent::Resize)
+            TellSize();
+        return QObject::eventFilter(watched, event);
+    }
+
+  private:
+    void Sync() {
+        const QString title = ToQt(Form.Caption());
+        if (View.windowTitle() != title)
+            View.setWindowTitle(title);
+        View.setEnabled(Form.Enabled());
+        const QSize wish(Form.ClientWidth(), Form.ClientHeight());
+        if (wish != Known) {
+            Known = wish;
+            Resize(wish);
+        }
+        if (View.isVisible() != Form.Visible())
+            View.setVisible(Form.Visible());
+    }
+
+    // Within the screen, frame included; a side of 0 stays as it is.
+    void Resize(QSize wish) {
+        if (const QScreen* screen = View.screen()) {
+            const QSize room = screen->availableSize();
+            const QSize frame = View.frameSize() - View.size();
+            const int title = frame.height() > 0 || View.windowFlags().testFlag(Qt::FramelessWindowHint)
+                                  ? frame.height()
+                                  : View.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+            wish = wish.boundedTo({room.width() - frame.width(), room.height() - title});
+        }
+        View.resize(wish.width() > 0 ? wish.width() : View.width(),
+                    wish.height() > 0 ? wish.height() : View.height());
+    }
+
+    void TellSize() {
+        SizeDue = Context.Hold.Held();
+        if (SizeDue)
+            return;
+        Known = View.size();
+        RunGuarded(Context.Dialogs, [this] { Form.SetClientSize(Known.width(), Known.height()); });
+    }
+
+    void Preview(const QWidget& widget, const QKeyEvent& event, bool& handled) {
+        // A menu bar that has the keyboard leaves it by Esc.
+        if (handled || widget.window() != &View || qobject_cast<const QMenuBar*>(&widget) != nullptr)
+            return;
+        const auto key = KeyOf(event);
+        if (key && !RunGuarded(Context.Dialogs, [&] { Form.OnKeyDown(*key, handled); }))
+            handled = true;
+    }
+
+    QWidget& View;
+    TForm& Form;
+    const TViewContext Context;
+    std::vector<TConnection> Connections;
+    QSize Known{0, 0}; // as the form and the view last agreed
+    bool SizeDue = false;
+};
+
+} // namespace
+
+void BindForm(QWidget& view, TForm& form, const TViewContext& context) {
+    NewChild<TFormBinding>(view, view, form, context);
+}
+
+} // namespace tidewell

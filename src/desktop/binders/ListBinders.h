@@ -1,0 +1,19 @@
+#pragma once
+
+#include "core/controls/Lists.h"
+#include "desktop/binders/Binding.h"
+
+class QComboBox;
+class QGroupBox;
+class QListWidget;
+class QPlainTextEdit;
+
+namespace tidewell {
+
+void BindListBox(QListWidget& view, TListBox& list, IDialogs& dialogs);
+void BindComboBox(QComboBox& view, TComboBox& box, IDialogs& dialogs);
+// Fills the group with one radio button per item, one below the other.
+void BindRadioGroup(QGroupBox& view, TRadioGroup& group, IDialogs& dialogs);
+void BindMemo(QPlainTextEdit& view, TMemo& memo);
+
+} // namespace tidewell

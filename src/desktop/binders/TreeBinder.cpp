@@ -1,0 +1,125 @@
+#include "desktop/binders/TreeBinder.h"
+
+#include "desktop/QtText.h"
+#include "widgets/Child.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QTreeWidget>
+
+namespace tidewell {
+
+namespace {
+
+class TTreeBinding : public QObject {
+  public:
+    TTreeBinding(QTreeWidget& view, TTreeView& tree, IDialogs& dialogs, QObject* parent)
+        : QObject(parent), View(view), Tree(tree), Dialogs(dialogs) {
+        View.installEventFilter(this);
+        View.viewport()->installEventFilter(this);
+        connect(&View, &QTreeWidget::currentItemChanged, this, [this] { TakeSelection(); });
+    }
+
+    void Sync() {
+        Syncing = true;
+        if (!SameNodes())
+            Fill();
+        View.setCurrentItem(ItemOf(Tree.Selected()));
+        Syncing = false;
+    }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        switch (event->type()) {
+        case QEvent::MouseButtonPress:
+            if (watched != View.viewport())
+                break;
+            if (static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+                RunGuarded(Dialogs, [this] { Tree.OnRightMouseButton(); });
+                return true;
+            }
+            RunGuarded(Dialogs, [this] { Tree.OnOtherMouseButton(); });
+            break;
+        case QEvent::MouseButtonRelease:
+            if (watched == View.viewport() && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton)
+                RunGuarded(Dialogs, [this] { Tree.OnClick(); });
+            break;
+        case QEvent::ContextMenu:
+            if (static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard)
+                RunGuarded(Dialogs, [this] { Tree.OnRightMouseButton(); });
+            return true;
+        case QEvent::KeyPress: {
+            const int key = static_cast<QKeyEvent*>(event)->key();
+            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+                RunGuarded(Dialogs, [this] { Tree.OnClick(); });
+                return true;
+            }
+            break;
+        }
+        default:
+            break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+  private:
+    bool SameNodes() const {
+        const auto& nodes = Tree.Nodes();
+        if (nodes.size() != Shown.size())
+            return false;
+        for (std::size_t i = 0; i < nodes.size(); ++i)
+            if (nodes[i].Text != Shown[i].Text || nodes[i].Children != Shown[i].Children)
+                return false;
+        return true;
+    }
+
+    void Fill() {
+        Shown = Tree.Nodes();
+        View.clear();
+        for (const auto& node : Shown) {
+            auto& root = NewChild<QTreeWidgetItem>(View);
+            root.setText(0, ToQt(node.Text));
+            for (const auto& text : node.Children)
+                NewChild<QTreeWidgetItem>(root).setText(0, ToQt(text));
+        }
+        View.expandAll();
+    }
+
+    QTreeWidgetItem* ItemOf(const std::optional<TTreeView::TSelection>& selection) const {
+        QTreeWidgetItem* root = selection ? View.topLevelItem(selection->Root) : nullptr;
+        return root != nullptr && selection->Child >= 0 ? root->child(selection->Child) : root;
+    }
+
+    void TakeSelection() {
+        if (Syncing)
+            return;
+        const QModelIndex current = View.currentIndex();
+        std::optional<TTreeView::TSelection> selection;
+        if (current.parent().isValid())
+            selection = {current.parent().row(), current.row()};
+        else if (current.isValid())
+            selection = {current.row(), -1};
+        RunGuarded(Dialogs, [&] { Tree.SetSelected(selection); });
+    }
+
+    QTreeWidget& View;
+    TTreeView& Tree;
+    IDialogs& Dialogs;
+    std::vector<TTreeView::TNode> Shown;
+    bool Syncing = false;
+};
+
+} // namespace
+
+void BindTree(QTreeWidget& view, TTreeView& tree, IDialogs& dialogs) {
+    BindControl(view, tree);
+    view.setHeaderHidden(true);
+    view.setColumnCount(1);
+    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    auto& binding = NewChild<TTreeBinding>(view, view, tree, dialogs);
+    KeepInStep(view, tree, [&binding] { binding.Sync(); });
+    Keep(view, tree.ExpandAllRequested.Connect([&view] { view.expandAll(); }));
+}
+
+} // namespace tidewell

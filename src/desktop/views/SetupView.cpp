@@ -1,0 +1,60 @@
+#include "desktop/views/SetupView.h"
+
+#include "desktop/binders/EditBinder.h"
+#include "desktop/binders/ListBinders.h"
+#include "desktop/binders/PageBinder.h"
+#include "desktop/binders/SimpleBinders.h"
+#include "link/SetupForm.h"
+#include "widgets/Child.h"
+
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace tidewell {
+
+TSetupView::TSetupView(TSetupForm& form, const TViewContext& context) {
+    resize(460, 340);
+    auto& outer = NewChild<QVBoxLayout>(*this);
+    auto& tabs = NewChild<QTabWidget>(*this);
+    outer.addWidget(&tabs);
+    auto& page = NewChild<QWidget>(tabs);
+    auto& pageColumn = NewChild<QVBoxLayout>(page);
+    auto& panel = NewChild<QWidget>(page);
+    pageColumn.addWidget(&panel);
+    auto& column = NewChild<QVBoxLayout>(panel);
+    column.setContentsMargins(4, 4, 4, 4);
+    const auto addButton = [&](QHBoxLayout& row, TButton& button, int stretch) {
+        auto& view = NewChild<QPushButton>(panel);
+        row.addWidget(&view, stretch);
+        BindButton(view, button, context.Dialogs);
+    };
+
+    auto& search = NewLayout<QHBoxLayout>(column);
+    auto& edit = NewChild<QLineEdit>(panel);
+    search.addWidget(&edit, 1);
+    BindEdit(edit, form.txtRemote, context.Dialogs);
+    addButton(search, form.ButDeviceSearch, 0);
+    auto& list = NewChild<QListWidget>(panel);
+    // The dialog keeps its shape while the list is hidden.
+    QSizePolicy policy = list.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    list.setSizePolicy(policy);
+    column.addWidget(&list, 1);
+    BindListBox(list, form.ListBoxLocalDevices, context.Dialogs);
+    auto& buttons = NewLayout<QHBoxLayout>(column);
+    addButton(buttons, form.butping, 1);
+    addButton(buttons, form.ButCommOk, 2);
+    addButton(buttons, form.ButCommCancel, 1);
+
+    BindPanel(panel, form.PanelComm);
+    tabs.addTab(&page, QString());
+    BindPages(tabs, form.PageControl1, context.Dialogs);
+    edit.setFocus();
+    BindForm(*this, form, context);
+}
+
+} // namespace tidewell
