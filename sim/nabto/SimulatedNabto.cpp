@@ -1,0 +1,491 @@
+#include "sim/nabto/SimulatedNabto.h"
+
+#include "core/Errors.h"
+#include "core/Numbers.h"
+#include "sim/nabto/NabtoUrl.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+using TJson = nlohmann::ordered_json;
+
+constexpr std::int64_t LookIntervalMs = 1000;
+constexpr std::size_t IdLength = 12;
+
+std::string JsonText(const TJson& json) {
+    return json.dump(-1, ' ', false, TJson::error_handler_t::replace);
+}
+
+std::string ErrorReply(const std::string& body) {
+    return JsonText({{"error", {{"body", body}}}});
+}
+
+// A library encrypts; here it is enough that the profile tells one password from another.
+std::string ProfileText(std::string_view email, std::string_view password) {
+    std::uint64_t hash = 0xCBF29CE484222325ULL;
+    for (const std::string_view part : {email, std::string_view("\n"), password}) {
+        for (const char character : part) {
+            hash = (hash ^ static_cast<unsigned char>(character)) * 0x100000001B3ULL;
+        }
+    }
+    return "simulated profile " + std::to_string(hash) + "\n";
+}
+
+// The reply without the members that the definition does not declare. What is no reply stays as it is.
+std::string Declared(const TInterfaceDefinition::TQuery& query, std::string reply) {
+    TJson json = TJson::parse(reply, nullptr, false);
+    if (!json.is_object() || !json.contains("response") || !json["response"].is_object()) {
+        return reply;
+    }
+    TJson kept = TJson::object();
+    for (const auto& [name, value] : json["response"].items()) {
+        if (query.Response.contains(name)) {
+            kept[name] = value;
+        }
+    }
+    if (kept.size() == json["response"].size()) {
+        return reply;
+    }
+    json["response"] = std::move(kept);
+    return JsonText(json);
+}
+
+template <typename T>
+const std::unique_ptr<T>* Find(const std::vector<std::unique_ptr<T>>& list, const void* handle) {
+    const auto found = std::find_if(list.begin(), list.end(), [handle](const std::unique_ptr<T>& entry) {
+        return entry.get() == handle;
+    });
+    return found == list.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+struct TSimulatedNabto::TController {
+    TControllerSetup Setup;
+    TSimulatedController Device;
+
+    bool Accepts(const std::string& email) const {
+        return Setup.Users.empty() ||
+               std::find(Setup.Users.begin(), Setup.Users.end(), email) != Setup.Users.end();
+    }
+};
+
+struct TSimulatedNabto::TSession {
+    std::string Email;
+    std::optional<TInterfaceDefinition> Interface;
+};
+
+struct TSimulatedNabto::TStream {
+    const TSession* Session;
+    TController* Controller;
+};
+
+struct TSimulatedNabto::TArmedLibraryFault {
+    TLibraryFault Fault;
+    TConditionCounter Counter;
+};
+
+TSimulatedNabto::TSimulatedNabto(IFiles& files, ISimulationTime& time) : Files(files), Time(time) {}
+
+TSimulatedNabto::~TSimulatedNabto() = default;
+
+void TSimulatedNabto::Configure(const TSimulation& simulation) {
+    Streams.clear();
+    Controllers.clear();
+    for (const TControllerSetup& setup : simulation.Controllers) {
+        auto controller =
+            std::make_unique<TController>(TController{setup, TSimulatedController(setup.Identity)});
+        controller->Device.WriteStatus = setup.WriteStatus;
+        controller->Device.StreamPiece = setup.StreamPiece;
+        for (const TValueRun& run : setup.Values) {
+            controller->Device.Values.Add(run);
+        }
+        controller->Device.Faults.Replace(setup.Faults);
+        Controllers.push_back(std::move(controller));
+    }
+    Setup = simulation;
+    Setup.Controllers.clear();
+    SetLibraryFaults(simulation.LibraryFaults);
+    Configured = true;
+}
+
+TSimulatedController* TSimulatedNabto::FindController(std::string_view nameOrId) {
+    for (const auto& controller : Controllers) {
+        if (controller->Setup.Name == nameOrId || controller->Setup.Id == nameOrId) {
+            return &controller->Device;
+        }
+    }
+    return nullptr;
+}
+
+void TSimulatedNabto::AddLibraryFault(const TLibraryFault& fault) {
+    LibraryFaults.push_back({fault, TConditionCounter(fault.When)});
+}
+
+void TSimulatedNabto::SetLibraryFaults(const std::vector<TLibraryFault>& faults) {
+    LibraryFaults.clear();
+    for (const TLibraryFault& fault : faults) {
+        AddLibraryFault(fault);
+    }
+}
+
+std::int64_t TSimulatedNabto::NowMs() const {
+    return Epoch ? Time.NowMs() - *Epoch : 0;
+}
+
+void TSimulatedNabto::Report(const std::string& line) const {
+    if (OnReport) {
+        OnReport(line);
+    }
+}
+
+void TSimulatedNabto::WaitAnswerTimeout() {
+    Time.Sleep(Setup.AnswerTimeoutMs);
+}
+
+std::optional<TNabtoStatus> TSimulatedNabto::Prevented(std::string_view function, bool needsStartup) {
+    RefreshFaults();
+    TOccasion occasion;
+    occasion.NowMs = NowMs();
+    for (TArmedLibraryFault& armed : LibraryFaults) {
+        if (armed.Fault.Function == function && armed.Counter.Strikes(occasion)) {
+            return static_cast<TNabtoStatus>(armed.Fault.Status);
+        }
+    }
+    if (needsStartup && !Started) {
+        return NABTO_API_NOT_INITIALIZED;
+    }
+    return std::nullopt;
+}
+
+TNabtoStatus TSimulatedNabto::ReadFile() {
+    FileInUse = SimulationFile.empty() ? Home / "simulation.ini" : SimulationFile;
+    try {
+        FileBytes = Files.Read(FileInUse);
+        Configure(ParseSimulation(FileBytes, FileInUse.string()));
+        return NABTO_OK;
+    } catch (const TError& error) {
+        Report(error.what());
+        FileInUse.clear();
+        return NABTO_ERROR_READING_CONFIG;
+    }
+}
+
+void TSimulatedNabto::RefreshFaults() {
+    if (FileInUse.empty() || NowMs() - LastLookMs < LookIntervalMs) {
+        return;
+    }
+    LastLookMs = NowMs();
+    try {
+        std::string bytes = Files.Read(FileInUse);
+        if (bytes == FileBytes) {
+            return;
+        }
+        FileBytes = std::move(bytes);
+    } catch (const EInOutError&) {
+        return; // an editor may be replacing it
+    }
+    try {
+        const TSimulation simulation = ParseSimulation(FileBytes, FileInUse.string());
+        for (const TControllerSetup& setup : simulation.Controllers) {
+            if (TSimulatedController* controller = FindController(setup.Name)) {
+                controller->Faults.Replace(setup.Faults);
+            }
+        }
+        SetLibraryFaults(simulation.LibraryFaults);
+    } catch (const TError& error) {
+        Report(error.what());
+    }
+}
+
+TNabtoStatus TSimulatedNabto::Startup(const std::filesystem::path& home) {
+    if (!Epoch) {
+        Epoch = Time.NowMs();
+    }
+    if (!Configured) {
+        Home = home;
+        if (const TNabtoStatus status = ReadFile(); status != NABTO_OK) {
+            return status;
+        }
+    }
+    if (const auto prevented = Prevented("nabtoStartup", false)) {
+        return *prevented;
+    }
+    Home = home;
+    Started = true;
+    return NABTO_OK;
+}
+
+TNabtoStatus TSimulatedNabto::Shutdown() {
+    if (const auto prevented = Prevented("nabtoShutdown")) {
+        return *prevented;
+    }
+    Streams.clear();
+    Sessions.clear();
+    Started = false;
+    return NABTO_OK;
+}
+
+std::filesystem::path TSimulatedNabto::ProfilePath(const std::string& email) const {
+    return Home / "users" / email;
+}
+
+TNabtoStatus TSimulatedNabto::OpenSession(const std::string& email, const std::string& password,
+                                          void*& session) {
+    if (const auto prevented = Prevented("nabtoOpenSession")) {
+        return *prevented;
+    }
+    if (!IsFileName(email)) {
+        return NABTO_ILLEGAL_PARAMETER;
+    }
+    if (!Files.FileExists(ProfilePath(email))) {
+        return NABTO_NO_PROFILE;
+    }
+    try {
+        if (Files.Read(ProfilePath(email)) != ProfileText(email, password)) {
+            return NABTO_UNLOCK_PK_FAILED;
+        }
+    } catch (const EInOutError&) {
+        return NABTO_OPEN_CERT_OR_PK_FAILED;
+    }
+    Sessions.push_back(std::make_unique<TSession>(TSession{email, std::nullopt}));
+    session = Sessions.back().get();
+    return NABTO_OK;
+}
+
+TNabtoStatus TSimulatedNabto::CloseSession(const void* session) {
+    if (const auto prevented = Prevented("nabtoCloseSession")) {
+        return *prevented;
+    }
+    if (FindSession(session) == nullptr) {
+        return NABTO_INVALID_SESSION;
+    }
+    std::erase_if(Streams, [session](const auto& stream) { return stream->Session == session; });
+    std::erase_if(Sessions, [session](const auto& entry) { return entry.get() == session; });
+    return NABTO_OK;
+}
+
+TNabtoStatus TSimulatedNabto::CreateProfile(const std::string& email, const std::string& password) {
+    if (const auto prevented = Prevented("nabtoCreateProfile")) {
+        return *prevented;
+    }
+    if (!IsFileName(email)) {
+        return NABTO_ILLEGAL_PARAMETER;
+    }
+    const auto user = Setup.Users.find(email);
+    if (!Setup.AnyUser && (user == Setup.Users.end() || user->second != password)) {
+        return NABTO_PORTAL_LOGIN_FAILURE;
+    }
+    try {
+        Files.CreateDirectories(Home / "users");
+        const std::unique_ptr<IFileWriter> writer = Files.Replace(ProfilePath(email));
+        writer->Write(ProfileText(email, password));
+        writer->Commit();
+    } catch (const EInOutError& error) {
+        Report(error.what());
+        return NABTO_CERT_SAVING_FAILURE;
+    }
+    return NABTO_OK;
+}
+
+TSimulatedNabto::TSession* TSimulatedNabto::FindSession(const void* session) const {
+    const auto* found = Find(Sessions, session);
+    return found != nullptr ? found->get() : nullptr;
+}
+
+TSimulatedNabto::TStream* TSimulatedNabto::FindStream(const void* stream) const {
+    const auto* found = Find(Streams, stream);
+    return found != nullptr ? found->get() : nullptr;
+}
+
+TSimulatedNabto::TController* TSimulatedNabto::Reach(std::string_view device) const {
+    const std::string_view id = device.substr(0, IdLength);
+    const std::string_view rest = device.substr(id.size());
+    for (const auto& controller : Controllers) {
+        const TControllerSetup& setup = controller->Setup;
+        if (setup.Id == id) {
+            const bool domain = rest.starts_with(".") && SameText(rest.substr(1), Setup.Domain);
+            const bool reached = rest.empty() ? setup.Local : domain && (setup.Local || setup.Remote);
+            return reached ? controller.get() : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+TNabtoStatus TSimulatedNabto::RpcSetDefaultInterface(const void* session, std::string_view definition,
+                                                     std::string& error) {
+    if (const auto prevented = Prevented("nabtoRpcSetDefaultInterface")) {
+        error = "Interface definition refused";
+        return *prevented;
+    }
+    TSession* const found = FindSession(session);
+    if (found == nullptr) {
+        return NABTO_INVALID_SESSION;
+    }
+    try {
+        found->Interface = TInterfaceDefinition(definition); // a refused one leaves the old one
+        return NABTO_OK;
+    } catch (const TError& refused) {
+        error = refused.what();
+        return NABTO_FAILED;
+    }
+}
+
+std::optional<std::string> TSimulatedNabto::Refusal(const TSession& session, const std::string& queryName,
+                                                    std::string_view requestJson) {
+    const TInterfaceDefinition::TQuery* const query =
+        session.Interface ? session.Interface->Find(queryName) : nullptr;
+    if (query == nullptr) {
+        return "the interface definition in force has no query " + queryName;
+    }
+    const TJson request = TJson::parse(requestJson, nullptr, false);
+    if (request.is_object() && request.contains("request") && request["request"].is_object()) {
+        for (const auto& [name, value] : request["request"].items()) {
+            if (!query->Request.contains(name)) {
+                return "query " + queryName + " has no request member " + name;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+TNabtoStatus TSimulatedNabto::RpcInvoke(const void* session, std::string_view url,
+                                        std::optional<std::string>& response) {
+    if (const auto prevented = Prevented("nabtoRpcInvoke")) {
+        return *prevented;
+    }
+    const TSession* const found = FindSession(session);
+    if (found == nullptr) {
+        return NABTO_INVALID_SESSION;
+    }
+    const std::optional<TNabtoUrl> parts = SplitUrl(url);
+    if (!parts) {
+        return NABTO_INVALID_RESOURCE;
+    }
+    const std::string queryName(parts->Query);
+    if (const std::optional<std::string> refusal = Refusal(*found, queryName, parts->Json)) {
+        response = ErrorReply(*refusal);
+        return NABTO_FAILED_WITH_JSON_MESSAGE;
+    }
+    TController* const controller = Reach(parts->Device);
+    if (controller == nullptr) {
+        WaitAnswerTimeout();
+        return NABTO_CONNECT_TO_HOST_FAILED;
+    }
+    return Ask(*found, *controller, queryName, parts->Json, response);
+}
+
+TNabtoStatus TSimulatedNabto::Ask(const TSession& session, TController& controller,
+                                  const std::string& queryName, std::string_view requestJson,
+                                  std::optional<std::string>& response) {
+    if (!controller.Accepts(session.Email)) {
+        response = ErrorReply("access denied for " + session.Email);
+        return NABTO_FAILED_WITH_JSON_MESSAGE;
+    }
+    TControllerReply reply = controller.Device.Query(queryName, requestJson, NowMs());
+    if (!reply.Answered) {
+        WaitAnswerTimeout();
+        return NABTO_CONNECT_TO_HOST_FAILED;
+    }
+    if (reply.DelayMs > 0) {
+        Time.Sleep(reply.DelayMs);
+    }
+    const TInterfaceDefinition::TQuery* const query = session.Interface->Find(queryName);
+    response = Declared(*query, std::move(reply.Text));
+    return NABTO_OK;
+}
+
+TNabtoStatus TSimulatedNabto::GetLocalDevices(std::vector<std::string>& ids) {
+    if (const auto prevented = Prevented("nabtoGetLocalDevices")) {
+        return *prevented;
+    }
+    for (const auto& controller : Controllers) {
+        if (controller->Setup.Local) {
+            ids.push_back(controller->Setup.Id);
+        }
+    }
+    return NABTO_OK;
+}
+
+TNabtoStatus TSimulatedNabto::StreamOpen(const void* session, std::string_view device, void*& stream) {
+    if (const auto prevented = Prevented("nabtoStreamOpen")) {
+        return *prevented;
+    }
+    const TSession* const found = FindSession(session);
+    if (found == nullptr) {
+        return NABTO_INVALID_SESSION;
+    }
+    TController* const controller = Reach(device);
+    if (controller == nullptr || !controller->Accepts(found->Email) ||
+        !controller->Device.OpenStream(NowMs())) {
+        WaitAnswerTimeout();
+        return NABTO_CONNECT_TO_HOST_FAILED;
+    }
+    Streams.push_back(std::make_unique<TStream>(TStream{found, controller}));
+    stream = Streams.back().get();
+    return NABTO_OK;
+}
+
+TNabtoStatus TSimulatedNabto::StreamClose(const void* stream) {
+    if (const auto prevented = Prevented("nabtoStreamClose")) {
+        return *prevented;
+    }
+    const std::size_t closed =
+        std::erase_if(Streams, [stream](const auto& entry) { return entry.get() == stream; });
+    return closed == 1 ? NABTO_OK : NABTO_INVALID_STREAM;
+}
+
+TNabtoStatus TSimulatedNabto::StreamRead(const void* stream, std::size_t capacity, std::string& bytes) {
+    if (const auto prevented = Prevented("nabtoStreamReadIntoBuf")) {
+        return *prevented;
+    }
+    const TStream* const found = FindStream(stream);
+    if (found == nullptr) {
+        return NABTO_INVALID_STREAM;
+    }
+    TStreamPiece piece = found->Controller->Device.ReadStream(capacity, NowMs());
+    if (piece.DelayMs > 0) {
+        Time.Sleep(piece.DelayMs);
+    }
+    if (piece.Outcome == EStreamOutcome::Silent) {
+        WaitAnswerTimeout();
+        return NABTO_STREAM_CLOSED;
+    }
+    if (piece.Outcome == EStreamOutcome::Closed) {
+        return NABTO_STREAM_CLOSED;
+    }
+    bytes = std::move(piece.Bytes);
+    return NABTO_OK;
+}
+
+TNabtoStatus TSimulatedNabto::StreamWrite(const void* stream, std::string_view bytes) {
+    if (const auto prevented = Prevented("nabtoStreamWrite")) {
+        return *prevented;
+    }
+    const TStream* const found = FindStream(stream);
+    if (found == nullptr) {
+        return NABTO_INVALID_STREAM;
+    }
+    const TStreamPiece piece = found->Controller->Device.WriteStream(bytes, NowMs());
+    if (piece.DelayMs > 0) {
+        Time.Sleep(piece.DelayMs);
+    }
+    switch (piece.Outcome) {
+    case EStreamOutcome::Done:
+        return NABTO_OK;
+    case EStreamOutcome::Full:
+        return NABTO_BUFFER_FULL;
+    case EStreamOutcome::Closed:
+    case EStreamOutcome::Silent:
+        break;
+    }
+    return NABTO_STREAM_CLOSED;
+}
+
+} // namespace tidewell

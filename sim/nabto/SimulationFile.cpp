@@ -1,0 +1,174 @@
+#include "sim/nabto/SimulationFile.h"
+
+#include "core/Errors.h"
+#include "core/IniFile.h"
+#include "core/Numbers.h"
+#include "core/TextFile.h"
+#include "sim/nabto/RowText.h"
+#include "sim/nabto/SimulationRows.h"
+
+#include <algorithm>
+#include <functional>
+#include <set>
+
+namespace tidewell {
+
+namespace {
+
+class TReader {
+  public:
+    TReader(std::string_view bytes, const std::string& shownPath) : Ini(bytes), ShownPath(shownPath) {}
+
+    TSimulation Read(std::string_view bytes);
+
+  private:
+    using TRow = TIniSection::TRow;
+
+    // Runs the work for each row of the section; what goes wrong is told with path, section and key.
+    void EachRow(const std::string& section, const std::function<void(const TRow&)>& work);
+    [[noreturn]] void Fail(const std::string& section, const std::string& key, const std::string& why) const;
+
+    void CheckLines(std::string_view bytes) const;
+    void CheckSections() const;
+    TControllerSetup ReadController(const std::string& name);
+    bool ReadIdentity(const TRow& row, TSimulatedController::TIdentity& identity) const;
+
+    TIniFile Ini;
+    const std::string& ShownPath;
+    std::set<std::string> Known; // sections read, in lower case
+};
+
+void TReader::Fail(const std::string& section, const std::string& key, const std::string& why) const {
+    throw TError(ShownPath + ": section \"" + section + "\", key \"" + key + "\": " + why);
+}
+
+void TReader::EachRow(const std::string& section, const std::function<void(const TRow&)>& work) {
+    Known.insert(LowerCase(section));
+    for (const TRow& row : Ini.ReadSection(section).Rows()) {
+        try {
+            work(row);
+        } catch (const TError& error) {
+            Fail(section, row.Name, error.what());
+        }
+    }
+}
+
+// An INI reader passes over lines that say nothing; here they are mistakes.
+void TReader::CheckLines(std::string_view bytes) const {
+    const std::vector<std::string> lines = SplitLines(bytes);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::string_view line = Trim(lines[i]);
+        const bool section = line.starts_with("[") && line.ends_with("]");
+        if (!line.empty() && !line.starts_with(";") && !section && line.find('=') == std::string_view::npos) {
+            throw TError(ShownPath + ": line " + std::to_string(i + 1) + ": \"" + std::string(line) +
+                         "\" is neither a section nor key=value");
+        }
+    }
+}
+
+void TReader::CheckSections() const {
+    for (const std::string& name : Ini.SectionNames()) {
+        if (!Known.contains(LowerCase(name))) {
+            throw TError(ShownPath + ": section \"" + name + "\" belongs to nothing");
+        }
+    }
+}
+
+bool TReader::ReadIdentity(const TRow& row, TSimulatedController::TIdentity& identity) const {
+    for (const char* name : {"Model", "Devicenumber", "Version HP", "Version NP", "Version HBDE",
+                             "SlaveModel", "SlaveDevicenumber", "Version"}) {
+        if (SameText(row.Name, name)) {
+            identity.emplace_back(name, ParseInteger(row.Value));
+            return true;
+        }
+    }
+    return false;
+}
+
+TControllerSetup TReader::ReadController(const std::string& name) {
+    TControllerSetup setup;
+    setup.Name = name;
+    std::string values = name;
+    const std::string section = "Controller " + name;
+    EachRow(section, [&](const TRow& row) {
+        if (SameText(row.Name, "Id")) {
+            const bool digits = row.Value.find_first_not_of("0123456789") == std::string::npos;
+            if (!digits || row.Value.size() != 12) {
+                throw TError("\"" + row.Value + "\" is no id of 12 digits");
+            }
+            setup.Id = row.Value;
+        } else if (SameText(row.Name, "Local")) {
+            setup.Local = ParseYesNo(row.Value);
+        } else if (SameText(row.Name, "Remote")) {
+            setup.Remote = ParseYesNo(row.Value);
+        } else if (SameText(row.Name, "Users")) {
+            setup.Users = SplitNames(row.Value);
+        } else if (SameText(row.Name, "Values")) {
+            values = row.Value;
+        } else if (SameText(row.Name, "WriteStatus")) {
+            setup.WriteStatus = ParseInteger(row.Value);
+        } else if (SameText(row.Name, "StreamPiece")) {
+            setup.StreamPiece = static_cast<std::size_t>(ParseIntegerWithin(row.Value, 1, 1 << 20));
+        } else if (!ReadIdentity(row, setup.Identity)) {
+            throw TError("unknown key");
+        }
+    });
+    if (setup.Id.empty()) {
+        Fail(section, "Id", "it is missing");
+    }
+    for (const char* needed : {"Model", "Devicenumber"}) {
+        const bool present = std::any_of(setup.Identity.begin(), setup.Identity.end(),
+                                         [&](const auto& member) { return member.first == needed; });
+        if (!present) {
+            Fail(section, needed, "it is missing");
+        }
+    }
+    EachRow("Values " + values,
+            [&](const TRow& row) { setup.Values.push_back(ParseValueRow(row.Name, row.Value)); });
+    EachRow("Faults " + name, [&](const TRow& row) { ParseFaultRow(row.Name, row.Value, setup.Faults); });
+    return setup;
+}
+
+TSimulation TReader::Read(std::string_view bytes) {
+    CheckLines(bytes);
+    TSimulation simulation;
+    std::vector<std::string> names;
+    EachRow("Simulation", [&](const TRow& row) {
+        if (SameText(row.Name, "Controllers")) {
+            names = SplitNames(row.Value);
+        } else if (SameText(row.Name, "Domain")) {
+            simulation.Domain = row.Value;
+        } else if (SameText(row.Name, "AnswerTimeout")) {
+            simulation.AnswerTimeoutMs = ParseTime(row.Value);
+        } else {
+            throw TError("unknown key");
+        }
+    });
+    if (names.empty()) {
+        Fail("Simulation", "Controllers", "it names no controller");
+    }
+    simulation.AnyUser = !Ini.SectionExists("Users");
+    EachRow("Users", [&](const TRow& row) { simulation.Users[row.Name] = row.Value; });
+    EachRow("Library", [&](const TRow& row) {
+        simulation.LibraryFaults.push_back(ParseLibraryRow(row.Name, row.Value));
+    });
+    for (const std::string& name : names) {
+        TControllerSetup setup = ReadController(name);
+        const bool taken = std::any_of(simulation.Controllers.begin(), simulation.Controllers.end(),
+                                       [&](const TControllerSetup& other) { return other.Id == setup.Id; });
+        if (taken) {
+            Fail("Controller " + name, "Id", "another controller has the id " + setup.Id);
+        }
+        simulation.Controllers.push_back(std::move(setup));
+    }
+    CheckSections();
+    return simulation;
+}
+
+} // namespace
+
+TSimulation ParseSimulation(std::string_view bytes, const std::string& shownPath) {
+    return TReader(bytes, shownPath).Read(bytes);
+}
+
+} // namespace tidewell
