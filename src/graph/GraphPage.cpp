@@ -43,9 +43,10 @@ TGraphPage::TGraphPage(TProfile& profile, ILog& log, TMemo& memoEventLog)
 
 void TGraphPage::GraphInit(bool rebuild) {
     SetAxes();
-    if (rebuild)
-        RebuildChannels();
+    const std::string error = rebuild ? RebuildChannels() : std::string();
     ClearGraphPage();
+    if (!error.empty())
+        throw EConvertError(error);
 }
 
 void TGraphPage::SetAxes() {
@@ -61,7 +62,8 @@ void TGraphPage::SetAxes() {
     set(graph.XAxis, 0, static_cast<double>(GraphSpan()));
 }
 
-void TGraphPage::RebuildChannels() {
+std::string TGraphPage::RebuildChannels() {
+    std::string error;
     graph.Channels.Clear();
     Sources.clear();
     for (std::size_t row = 0; row < Profile.GraphPoints.size(); ++row) {
@@ -77,9 +79,17 @@ void TGraphPage::RebuildChannels() {
         channel.SetName(Sources.back().Name);
         channel.SetColor(Sources.back().Color);
         channel.SetYAxisIndex(ToIntegerOr(DigitsOnly(GetRowField(text, 1)), 0) - 1);
-        if (number < Profile.VisibleGraph.Count())
-            channel.SetVisible(ToBoolean(Profile.VisibleGraph.ValueAt(number)));
+        if (number >= Profile.VisibleGraph.Count())
+            continue;
+        const auto& entry = Profile.VisibleGraph.Rows()[number];
+        try {
+            channel.SetVisible(ToBoolean(entry.Value));
+        } catch (const EConvertError& cause) {
+            error =
+                Profile.currentprofilefile.string() + ": [VisibleGraph] " + entry.Name + ": " + cause.what();
+        }
     }
+    return error;
 }
 
 void TGraphPage::ClearGraphPage() {
@@ -165,7 +175,7 @@ void TGraphPage::UpdateGraphScrollBar() {
     const std::int64_t jump = XAxisJump;
     const std::int64_t zoom = GraphZoomFactor;
     if (jump * zoom == 0)
-        throw TError("Division by zero: XAxisJump is " + std::to_string(jump));
+        throw TError("Division by zero: [UpdateTimer] XAxisJump is 0");
     // In tenths, so that the tenth of a jump is exact. A negative result counts as 0, and so does a rounding
     // of it toward 0.
     const std::int64_t tenths = 10 * (static_cast<std::int64_t>(GraphSampleCount()) - zoom) - jump;

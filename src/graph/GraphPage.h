@@ -34,8 +34,10 @@ class TGraphPage {
     TGraphPage& operator=(const TGraphPage&) = delete;
 
     // Sets the axes and clears the page; with rebuild also makes the channels anew from the open profile,
-    // which has to follow every opening of one. Throws EConvertError for a visibility that is no boolean.
+    // which has to follow every opening of one. Throws EConvertError for a visibility that is no boolean;
+    // that channel is then visible, and all else done.
     void GraphInit(bool rebuild);
+    // Throws TError when XAxisJump is 0.
     void ClearGraphPage();
     // A live sample. The line is <number>;<date>;<time>;<values>. Throws EConvertError for a graph point
     // whose fields 3 to 6 are no integers.
@@ -48,7 +50,7 @@ class TGraphPage {
     std::size_t GraphSampleCount() const; // 0 without channels
     // Samples in view: XAxisJump * 1.1 * GraphZoomFactor, ties to even.
     std::int64_t GraphSpan() const;
-    // What the user made of each channel, in order; Name is without its value.
+    // What the user made of each channel, in order; Name still bears its value.
     std::vector<TGraphChannelSettings> ChannelSettings() const;
 
     TSLScope graph;
@@ -69,7 +71,7 @@ class TGraphPage {
     };
 
     void SetAxes();
-    void RebuildChannels();
+    std::string RebuildChannels(); // what is wrong with the profile, if anything
     void DrawChannel(std::size_t channel, std::int64_t start, std::int64_t end);
     void SetView(std::int64_t min, std::int64_t max);
 

@@ -52,9 +52,4 @@ std::span<const double> TSampleTable::Run(std::size_t channel, std::size_t first
     return {&Blocks[first / BlockSamples][channel * BlockSamples + inside], count};
 }
 
-std::size_t TSampleTable::MemoryUsed() const {
-    return Blocks.capacity() * sizeof(Blocks[0]) +
-           Blocks.size() * ChannelCount * BlockSamples * sizeof(double);
-}
-
 } // namespace tidewell

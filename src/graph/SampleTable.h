@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <span>
@@ -27,9 +26,6 @@ class TSampleTable {
     // The samples of a channel from first to the end of the block that holds it; empty beyond the end. Walks
     // a channel fast: for (n = 0; !(run = Run(c, n)).empty(); n += run.size()).
     std::span<const double> Run(std::size_t channel, std::size_t first) const;
-
-    // Bytes of heap memory held.
-    std::size_t MemoryUsed() const;
 
   private:
     void Check(std::size_t channel, std::size_t sample) const;

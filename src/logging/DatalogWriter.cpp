@@ -31,9 +31,25 @@ class TBlockWriter {
         }
     }
     void Text(std::string_view text) { Used += text.copy(Buffer.data() + Used, text.size()); }
-    template <class T>
-    void Number(T value) {
-        const auto end = std::to_chars(Buffer.data() + Used, Buffer.data() + Buffer.size(), value).ptr;
+    void Number(std::int32_t value) {
+        char* at = Buffer.data() + Used;
+        *at = '-';
+        at += value < 0 ? 1 : 0;
+        auto rest = static_cast<std::uint32_t>(value < 0 ? -std::int64_t{value} : std::int64_t{value});
+        if (rest < 10'000) {
+            // Most values; twice as fast as to_chars.
+            const int digits = 1 + (rest > 9) + (rest > 99) + (rest > 999);
+            at += digits;
+            for (int digit = 1; digit <= digits; ++digit, rest /= 10)
+                at[-digit] = static_cast<char>('0' + rest % 10);
+        } else {
+            at = std::to_chars(at, Buffer.data() + Buffer.size(), rest).ptr;
+        }
+        *at = ';';
+        Used = static_cast<std::size_t>(at - Buffer.data()) + 1;
+    }
+    void RowNumber(std::size_t number) {
+        char* const end = std::to_chars(Buffer.data() + Used, Buffer.data() + Buffer.size(), number).ptr;
         *end = ';';
         Used = static_cast<std::size_t>(end - Buffer.data()) + 1;
     }
@@ -54,7 +70,7 @@ void WriteRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row,
     const std::string_view time = rows.Times.At(row);
     const std::size_t columns = rows.Values.Columns();
     out.Reserve((columns + 1) * LongestField + date.size() + time.size() + 8);
-    out.Number(row + 1);
+    out.RowNumber(row + 1);
     out.Text(date);
     out.Text(";");
     out.Text(time);
