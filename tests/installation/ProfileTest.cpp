@@ -1,0 +1,192 @@
+#include "Installation.h"
+#include "core/KvSupport.h"
+#include "core/Numbers.h"
+#include "model/ColorText.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace tidewell::test {
+
+namespace {
+
+using testing::IsSupersetOf;
+
+std::vector<std::string> BitNames(const std::string& text) {
+    const std::vector<std::string_view> names = SplitStrictly(text, ',');
+    return {names.begin(), names.end()};
+}
+
+void ExpectBitNames(const std::string& text, const std::string& where) {
+    const std::vector<std::string> names = BitNames(text);
+    EXPECT_LE(names.size(), 16U) << where;
+    for (const std::string& name : names)
+        EXPECT_TRUE(!name.empty() && CharacterCount(name) <= 9) << where << ": " << name;
+}
+
+// The fields that a translation changes are blanked.
+std::vector<std::string> Untranslated(std::vector<std::string> fields,
+                                      const std::vector<std::size_t>& texts) {
+    for (const std::size_t field : texts)
+        if (field < fields.size())
+            fields[field] = std::to_string(BitNames(fields[field]).size()); // as many bit names
+    return fields;
+}
+
+class InstalledProfile : public testing::TestWithParam<const char*> {
+  protected:
+    TInstallation Installation;
+    TInstalledProfile Opened{Installation, GetParam()};
+};
+
+} // namespace
+
+TEST_P(InstalledProfile, ListRowsAreWholeAndTheirLimitsShown) {
+    std::set<std::string> identities;
+    for (const TListRow& row : Opened.Rows) {
+        EXPECT_LE(row.Integer(3), row.Integer(4)) << row.Name();
+        EXPECT_TRUE(identities.insert(row.Fields.at(7)).second) << row.Name() << " ModbusAdr is taken";
+        EXPECT_THAT(row.Name(), testing::StartsWith(row.Fields.at(18) + " ")) << "help number";
+        std::vector<std::string> helpNumbers;
+        EXPECT_NO_THROW(FormatRowLimits(row.Joined(), helpNumbers)) << row.Name();
+        EXPECT_EQ(helpNumbers.size(), 1U) << row.Name();
+        if (row.Fields.at(9) == "100")
+            ExpectBitNames(row.Fields.at(10), row.Name());
+        else
+            EXPECT_EQ(row.Fields.at(10), "") << row.Name();
+        const std::string& code = row.Fields.at(9);
+        if (code == "100" || code == "101" || code == "102" || code == "103") {
+            EXPECT_TRUE(row.Integer(5) == 0 && row.Integer(6) == 0 && row.Integer(3) >= 0) << row.Name();
+        }
+    }
+}
+
+// A group that two questions of a device used would stand twice in the tree.
+TEST_P(InstalledProfile, EachGroupBelongsToOneQuestion) {
+    std::map<std::string, std::set<std::string>> questions;
+    for (const TListRow& row : Opened.Rows)
+        if (row.Fields.at(15) != "0")
+            questions[row.Fields.at(15)].insert(row.Device + "/" + row.QuestionFields.at(4));
+    for (const auto& [group, from] : questions)
+        EXPECT_EQ(from.size(), 1U) << group;
+    const bool isFirstModel = std::string_view(GetParam()).starts_with("Aria450");
+    EXPECT_EQ(questions.size(), isFirstModel ? 8U : 4U);
+    EXPECT_EQ(Opened.Rows.size(), isFirstModel ? 126U : 40U);
+}
+
+TEST_P(InstalledProfile, GraphPointsAreChannelsOfTheListedValues) {
+    std::map<std::int32_t, const TListRow*> listed;
+    for (const TListRow& row : Opened.Rows)
+        listed[row.Integer(8)] = &row;
+    std::set<std::string> names;
+    std::set<std::string> kinds;
+    for (std::size_t i = 0; i < Opened.Profile.GraphValues.size(); ++i) {
+        const std::vector<std::string> fields = Fields(Opened.Profile.GraphValues[i]);
+        const TGraphPoint& point = Opened.Profile.GraphPoints[i];
+        ASSERT_EQ(point.Error, "") << fields[0];
+        ASSERT_TRUE(listed.contains(point.Structnumber)) << fields[0];
+        const TListRow& row = *listed[point.Structnumber];
+        EXPECT_EQ(point.Offset, row.Integer(6)) << fields[0];
+        EXPECT_EQ(point.Decimal, row.Integer(5)) << fields[0];
+        EXPECT_TRUE(names.insert(fields[0]).second) << fields[0];
+        EXPECT_EQ(fields[0].find(":["), std::string::npos);
+        EXPECT_THAT(ToInteger(fields[1]), testing::AllOf(testing::Ge(1), testing::Le(3))) << fields[0];
+        EXPECT_TRUE(TryColorFromText(fields[2])) << fields[0];
+        EXPECT_EQ(fields[7], point.Type == 100 ? row.Fields.at(10) : "") << fields[0];
+        // A negative value would be lost without its sign.
+        EXPECT_TRUE(point.Type < 200 || row.Integer(3) >= 0) << fields[0];
+        if (point.IsChannel) {
+            kinds.insert("axis " + fields[1]);
+            kinds.insert(point.Type == 100 ? "binary" : point.Type < 200 ? "signed" : "unsigned");
+            kinds.insert(fields[2].starts_with("$") ? "colour number" : "colour name");
+        }
+    }
+    EXPECT_THAT(kinds, IsSupersetOf({"axis 1", "axis 2", "axis 3", "binary", "signed", "unsigned",
+                                     "colour number", "colour name"}));
+    EXPECT_EQ(Opened.Profile.VisibleGraph.Count(), Opened.Profile.GraphEnableCount);
+    for (const auto& row : Opened.Profile.VisibleGraph.Rows())
+        EXPECT_NO_THROW(ToBoolean(row.Value)) << row.Name;
+}
+
+INSTANTIATE_TEST_SUITE_P(, InstalledProfile,
+                         testing::Values("Aria450_english.pls", "Aria450_deutsch.pls",
+                                         "Aria450_english_Flash.pls", "Aria450_deutsch_Flash.pls",
+                                         "Loft120_english.pls", "Loft120_deutsch.pls"));
+
+// Each polled value has one list row, which is written where it is read.
+TEST(InstalledProfiles, PollQuestionsCoverTheListRows) {
+    TInstallation installation;
+    for (const char* name :
+         {"Aria450_english.pls", "Aria450_deutsch.pls", "Loft120_english.pls", "Loft120_deutsch.pls"}) {
+        const TInstalledProfile opened(installation, name);
+        std::set<std::int32_t> structnumbers;
+        for (const TListRow& row : opened.Rows) {
+            const std::int32_t number = row.Integer(8);
+            EXPECT_TRUE(structnumbers.insert(number).second) << name << " " << row.Name();
+            const auto question = std::find_if(
+                opened.Questions.begin(), opened.Questions.end(), [number](const TPollQuestion& candidate) {
+                    return number >= candidate.FirstStructnumber &&
+                           number < candidate.FirstStructnumber + candidate.Length;
+                });
+            ASSERT_NE(question, opened.Questions.end()) << name << " " << row.Name();
+            EXPECT_EQ(row.Integer(2), question->Address + number - question->FirstStructnumber) << row.Name();
+            EXPECT_EQ(row.Integer(14), question->Obj) << row.Name();
+            EXPECT_EQ(row.QuestionFields.at(2), std::to_string(question->Address)) << row.Name();
+            EXPECT_EQ(row.QuestionFields.at(3), std::to_string(question->Length)) << row.Name();
+            // What a setpoint file holds is written by command with obj 0.
+            if (row.IsSetpoint()) {
+                EXPECT_TRUE(question->Command == 3 && question->Obj == 0) << row.Name();
+            }
+        }
+        EXPECT_EQ(structnumbers.size(), static_cast<std::size_t>(opened.PolledValues)) << name;
+    }
+}
+
+TEST(InstalledProfiles, LanguagesDifferInTextsOnly) {
+    TInstallation installation;
+    for (const std::string model : {"Aria450", "Loft120"}) {
+        const TInstalledProfile english(installation, model + "_english.pls");
+        const TInstalledProfile german(installation, model + "_deutsch.pls");
+        ASSERT_EQ(english.Ini.SectionNames(), german.Ini.SectionNames());
+        for (const std::string& section : english.Ini.SectionNames()) {
+            const TIniSection a = english.Ini.ReadSection(section);
+            const TIniSection b = german.Ini.ReadSection(section);
+            ASSERT_EQ(a.Count(), b.Count()) << section;
+            // In the file a list row has no number in front.
+            const std::vector<std::size_t> texts = section == "GraphPoints" ? std::vector<std::size_t>{0, 7}
+                                                   : section.starts_with("List")
+                                                       ? std::vector<std::size_t>{0, 9, 14}
+                                                       : std::vector<std::size_t>{};
+            for (std::size_t row = 0; row < a.Count(); ++row) {
+                EXPECT_EQ(a.Rows()[row].Name, b.Rows()[row].Name) << section;
+                EXPECT_EQ(Untranslated(Fields(a.Rows()[row].Value), texts),
+                          Untranslated(Fields(b.Rows()[row].Value), texts))
+                    << section;
+            }
+        }
+        ASSERT_EQ(english.Rows.size(), german.Rows.size());
+        std::map<std::string, std::string> groups;
+        for (std::size_t row = 0; row < english.Rows.size(); ++row) {
+            EXPECT_EQ(english.Rows[row].Fields.at(8), german.Rows[row].Fields.at(8)) << "order of the rows";
+            const std::string& group = german.Rows[row].Fields.at(15);
+            EXPECT_EQ(groups.emplace(english.Rows[row].Fields.at(15), group).first->second, group);
+        }
+    }
+}
+
+TEST(InstalledProfiles, OnlyTheFirstModelKeepsAFlashDatalog) {
+    TInstallation installation;
+    const TInstalledProfile aria(installation, "Aria450_deutsch.pls");
+    EXPECT_TRUE(aria.Profile.FlashPage.doFlashPage && aria.Profile.FlashPage.DF_FDCountNum != 0);
+    EXPECT_EQ(aria.Profile.GetFlashLogProfilepath(),
+              installation.Directory / "profile/Aria450_deutsch_Flash.pls");
+    EXPECT_EQ(aria.PolledValues, 126) << "as many as a flash record holds";
+    const TInstalledProfile loft(installation, "Loft120_deutsch.pls");
+    EXPECT_FALSE(loft.Profile.FlashPage.doFlashPage);
+    EXPECT_EQ(loft.Profile.GetFlashLogProfilepath(), "");
+}
+
+} // namespace tidewell::test
