@@ -104,7 +104,13 @@ class TReplyReader : public nlohmann::json_sax<nlohmann::json> {
     bool boolean(bool value) override { return Scalar(value ? "true" : "false", false); }
     bool number_integer(number_integer_t value) override { return Scalar(std::to_string(value), true); }
     bool number_unsigned(number_unsigned_t value) override { return Scalar(std::to_string(value), true); }
-    bool number_float(number_float_t, const string_t& text) override { return Scalar(text, true); }
+    bool number_float(number_float_t, const string_t& text) override {
+        // The parser hands the point over as the C locale's.
+        std::string plain = text;
+        if (const auto point = plain.find_first_not_of("+-0123456789eE"); point != std::string::npos)
+            plain[point] = '.';
+        return Scalar(plain, true);
+    }
     bool string(string_t& text) override { return Scalar(text, false); }
     bool binary(binary_t&) override { return true; }
 

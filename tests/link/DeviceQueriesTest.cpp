@@ -43,7 +43,7 @@ TEST(DeviceQueries, RequestsHaveTheirExactBytes) {
 }
 
 TEST(DeviceQueries, WhatIsNoJsonObjectIsNoReply) {
-    const std::string deep(10'000'000, '[');
+    const std::string deep(8'000'000, '[');
     const std::vector<std::string> texts{"",
                                          " ",
                                          "{",
@@ -59,7 +59,7 @@ TEST(DeviceQueries, WhatIsNoJsonObjectIsNoReply) {
                                          "\xFF{}",
                                          deep,
                                          "{\"response\":{\"data\":" + deep,
-                                         std::string(10'000'000, 'x'),
+                                         std::string(8'000'000, 'x'),
                                          "{\"response\":" + std::string(5'000'000, ' ')};
     for (const auto& text : texts) {
         const TDeviceReply reply = ParseReply(text);

@@ -254,14 +254,6 @@ TEST_F(TNabtoDeviceTest, ShowsProgressInWholePercent) {
     EXPECT_EQ(Device.StatusBar.Panels()[2].Text, "progress 66 %");
 }
 
-TEST_F(TNabtoDeviceTest, ListsLocalDevices) {
-    Library.LocalDevices = {id};
-    TComboBox box("Box");
-    box.Add("old");
-    Device.GetLocalDevices(box);
-    EXPECT_THAT(box.Items(), ElementsAre(id));
-}
-
 TEST_F(TNabtoDeviceTest, TheIdentityPanelLaysOutItsBlock) {
     auto& identity = Device.Identity;
     Device.device = "d";

@@ -19,7 +19,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 class TNabtoTest : public testing::Test {
-  protected:
+  public:
     TNabtoTest() {
         Files.Put("/app/nabto_config/standalone.xml", "<a>\r\n  <b/>\n</a>");
         Files.Put("/app/nabto_config/gateway.xml", "<gateway/>");
@@ -32,6 +32,8 @@ class TNabtoTest : public testing::Test {
             Nabto.reset();
         }
     }
+
+  protected:
     TUNabto& Make() {
         Nabto = std::make_unique<TUNabto>(Library, Dialogs, Time, Time, Files, "/app");
         return *Nabto;
@@ -265,17 +267,6 @@ TEST_F(TNabtoTest, PingInstallsTheInterfaceThatFits) {
     AnswerAll(R"({"response":{"Pong":1,"Model":30012}})");
     EXPECT_FALSE(Nabto->ping("d"));
     EXPECT_THAT(Calls(), ElementsAre(url));
-}
-
-TEST_F(TNabtoTest, V2BlocksReportProgressUnlessTheStateIs15) {
-    int reports = 0;
-    Make().FOnUpdateProgress = [&](TStreamProgress& sender) {
-        reports += &sender == Nabto.get() ? 1 : 100;
-    };
-    Nabto->V2prepareFlashWriteNostream(15, 1, 2, {});
-    EXPECT_EQ(reports, 0);
-    Nabto->V2prepareFlashWriteNostream(3, 1, 2, {});
-    EXPECT_EQ(reports, 1);
 }
 
 class TNabtoStreamTest : public TNabtoTest {

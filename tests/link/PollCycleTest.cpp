@@ -109,7 +109,7 @@ TEST_F(TPollCycleTest, WhatIsNoGoodReplyStartsAgainAtQuestion0) {
         std::string Response;
         TColor Color;
     };
-    const std::string garbage(10'000'000, ';');
+    const std::string garbage(8'000'000, ';');
     const std::vector<TCase> cases{
         {R"({"error":{"body":"busy"}})", "error", TALed::Red},
         {Values({}), "", TALed::Green},
