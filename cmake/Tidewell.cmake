@@ -13,11 +13,15 @@ function(tidewell_library name)
     target_link_libraries(tidewell_${name} PUBLIC ${ARG_LINKS} PRIVATE tidewell_warnings ${ARG_PRIVATE_LINKS})
 endfunction()
 
-# tidewell_test(<folder> SOURCES ... LINKS ...): one test program per folder, run under three locales.
+# tidewell_test(<folder> SOURCES ... LINKS ...): one test program per folder, run under three locales. With OWN_MAIN
+# the sources hold a main of their own.
 function(tidewell_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "OWN_MAIN" "" "SOURCES;LINKS" ${ARGN})
+    if(NOT ARG_OWN_MAIN)
+        list(APPEND ARG_SOURCES ${PROJECT_SOURCE_DIR}/tests/support/Main.cpp)
+    endif()
     add_executable(${name}_tests ${ARG_SOURCES})
-    target_link_libraries(${name}_tests PRIVATE ${ARG_LINKS} tidewell_test_support tidewell_warnings GTest::gmock_main)
+    target_link_libraries(${name}_tests PRIVATE ${ARG_LINKS} tidewell_test_support tidewell_warnings GTest::gmock)
     target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
     foreach(locale C.UTF-8 de_DE.UTF-8 da_DK.UTF-8)
         add_test(NAME ${name}.${locale} COMMAND ${name}_tests)

@@ -223,7 +223,7 @@ TNabtoStatus TSimulatedNabto::Startup(const std::filesystem::path& home) {
 }
 
 TNabtoStatus TSimulatedNabto::Shutdown() {
-    if (const auto prevented = Prevented("nabtoShutdown")) {
+    if (const auto prevented = Prevented("nabtoShutdown", false)) {
         return *prevented;
     }
     Streams.clear();
@@ -260,8 +260,11 @@ TNabtoStatus TSimulatedNabto::OpenSession(const std::string& email, const std::s
 }
 
 TNabtoStatus TSimulatedNabto::CloseSession(const void* session) {
-    if (const auto prevented = Prevented("nabtoCloseSession")) {
+    if (const auto prevented = Prevented("nabtoCloseSession", false)) {
         return *prevented;
+    }
+    if (session == nullptr) {
+        return NABTO_OK; // a program that never opened one closes it all the same
     }
     if (FindSession(session) == nullptr) {
         return NABTO_INVALID_SESSION;

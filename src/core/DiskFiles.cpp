@@ -87,6 +87,11 @@ class TDiskWriter : public IFileWriter {
     bool Committed = false;
 };
 
+// Who made a file read-only wants it kept, even by a user whom its mode does not bind.
+bool HasWriteBit(mode_t mode) {
+    return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0;
+}
+
 char Lower(char c) {
     return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
 }
@@ -153,9 +158,8 @@ std::unique_ptr<IFileWriter> TDiskFiles::Replace(const fs::path& path) {
         Fail("Cannot write", path, error.value());
     struct stat info {};
     const bool existed = ::stat(target.c_str(), &info) == 0;
-    // A rename would replace a read-only file too; whoever made it read-only wants it kept.
-    if (existed &&
-        (::access(target.c_str(), W_OK) != 0 || (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0))
+    // A rename would replace a read-only file too.
+    if (existed && (!HasWriteBit(info.st_mode) || ::access(target.c_str(), W_OK) != 0))
         Fail("Cannot write", path, EACCES);
     std::string temporary = target.string() + ".XXXXXX";
     TDescriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
@@ -205,7 +209,7 @@ TTime TDiskFiles::Modified(const fs::path& path) const {
 
 void TDiskFiles::Remove(const fs::path& path) {
     struct stat info {};
-    if (::stat(path.c_str(), &info) == 0 && (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
+    if (::stat(path.c_str(), &info) == 0 && !HasWriteBit(info.st_mode))
         Fail("Cannot remove", path, EACCES); // a file that someone made read-only is to stay
     if (::unlink(path.c_str()) != 0)
         Fail("Cannot remove", path, errno);
@@ -214,8 +218,10 @@ void TDiskFiles::Remove(const fs::path& path) {
 bool TDiskFiles::IsLocked(const fs::path& path) const {
     if (!FileExists(path))
         return false;
+    struct stat info {};
     const TDescriptor file(::open(path.c_str(), O_RDWR | O_CLOEXEC));
-    return file.Get() < 0 || ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0;
+    return file.Get() < 0 || ::fstat(file.Get(), &info) != 0 || !HasWriteBit(info.st_mode) ||
+           ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0;
 }
 
 } // namespace tidewell

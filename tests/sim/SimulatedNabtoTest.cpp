@@ -319,7 +319,7 @@ TEST_F(TSimulatedNabtoTest, EndsInOrder) {
     EXPECT_EQ(closeSession(Session), NABTO_INVALID_SESSION);
     EXPECT_EQ(Ping("410000000001", NABTO_INVALID_SESSION), "");
     EXPECT_EQ(shutdown(), NABTO_OK);
-    EXPECT_EQ(shutdown(), NABTO_API_NOT_INITIALIZED);
+    EXPECT_EQ(shutdown(), NABTO_OK); // ending what never started is no failure
     // What was written before stays, as the controllers did not go.
     Nabto.FindController("vent")->Values.Write({0, 100}, 5);
     OpenReady();

@@ -7,14 +7,10 @@
 
 namespace tidewell::test {
 
-namespace {
-
-std::filesystem::path Plain(const std::filesystem::path& path) {
-    auto plain = path.lexically_normal();
+std::filesystem::path TMemoryFiles::Plain(const std::filesystem::path& path) const {
+    const auto plain = (CurrentDirectory / path).lexically_normal();
     return plain.has_filename() ? plain : plain.parent_path();
 }
-
-} // namespace
 
 class TMemoryFiles::TWriter : public IFileWriter {
   public:
@@ -94,7 +90,8 @@ std::vector<std::string> TMemoryFiles::List(const std::filesystem::path& directo
 
 TTime TMemoryFiles::Modified(const std::filesystem::path& path) const {
     const auto found = Times.find(Plain(path));
-    return found == Times.end() ? TTime{} : found->second;
+    return found == Times.end() ? TTime(std::chrono::sys_days{std::chrono::year{2026} / 3 / 2})
+                                : found->second;
 }
 
 void TMemoryFiles::Remove(const std::filesystem::path& path) {
@@ -104,7 +101,7 @@ void TMemoryFiles::Remove(const std::filesystem::path& path) {
 }
 
 bool TMemoryFiles::IsLocked(const std::filesystem::path& path) const {
-    return FileExists(path) && Locked.contains(Plain(path));
+    return FileExists(path) && (Locked.contains(Plain(path)) || IsUnwritable(Plain(path)));
 }
 
 } // namespace tidewell::test

@@ -12,12 +12,13 @@ namespace tidewell::test {
 class TMemoryFiles : public IFiles {
   public:
     std::map<std::filesystem::path, std::string> Content;
-    std::map<std::filesystem::path, TTime> Times;
+    std::map<std::filesystem::path, TTime> Times; // of files older than the day that virtual time starts on
     std::set<std::filesystem::path> Directories;
     // Paths at which writing or removing fails, as on a read-only or full disk; a directory stands for all
     // below it.
     std::set<std::filesystem::path> Unwritable;
     std::set<std::filesystem::path> Locked;
+    std::filesystem::path CurrentDirectory; // relative paths are below it
     // Bytes that can still be written before the disk is full.
     std::size_t Room = static_cast<std::size_t>(-1);
 
@@ -36,6 +37,7 @@ class TMemoryFiles : public IFiles {
 
   private:
     class TWriter;
+    std::filesystem::path Plain(const std::filesystem::path& path) const;
     bool IsUnwritable(const std::filesystem::path& path) const;
 };
 

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "mainform/Program.h"
+#include "sim/cloud/CloudService.h"
+#include "sim/cloud/CloudServiceHttp.h"
+#include "sim/nabto/InProcessLibrary.h"
+#include "sim/nabto/SimulatedNabto.h"
+#include "sim/nabto/SimulationTime.h"
+#include "support/FakePorts.h"
+#include "support/MemoryFiles.h"
+#include "support/ScriptedDialogs.h"
+#include "support/VirtualTime.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tidewell::test {
+
+// The whole program on the example installation, laid out in memory below "/t", against the simulated
+// controllers and the cloud stand-in, in virtual time. The general handler shows what leaves a timer.
+class TProgramFixture : public testing::Test {
+  protected:
+    static constexpr const char* Profile = "/t/profile/Aria450_english.pls";
+    static constexpr const char* SystemFile = "/t/cfg/system_hushvane.inn";
+    static constexpr const char* Device = "410000000001";
+    static constexpr const char* Simulation = "/t/nabto_config/simulation.ini";
+
+    TProgramFixture();
+
+    // Builds the program, runs the entry sequence and the second stage. The arguments default to the direct
+    // controller and a right password.
+    TProgram& Start();
+    // Closes the main form and the program, so that nothing is left.
+    void Close();
+    // Replaces the first occurrence in a file of the installation; fails the test if it is not there.
+    void Edit(const std::filesystem::path& path, const std::string& from, const std::string& to);
+    std::string Language(const std::string& section,
+                         const std::string& key) const; // text of the language file
+    // Runs until that many rows are logged; fails the test after an hour.
+    void RunUntilRows(std::size_t rows);
+    std::vector<std::string> FilesBelow(const std::filesystem::path& directory) const;
+    TFormMain& Main() { return Program->FormMain; }
+
+    std::vector<std::string> Arguments{"-devid", Device, "-LoginUserPW", "service;tidewell"};
+    TMemoryFiles Files;
+    TVirtualTime Time;
+    TScriptedDialogs Dialogs;
+    TFakeProcess Process;
+    TFakeApplication Application;
+    TFakePictures Pictures;
+    TPortTime SimulationTime{Time, Time};
+    TSimulatedNabto Nabto{Files, SimulationTime};
+    TInProcessLibrary Libraries{Nabto};
+    std::unique_ptr<sim::TCloudService> Cloud;
+    std::vector<std::string> Requests; // "POST /api/v1.2/login", in order
+    std::filesystem::path CaFile;      // that the program asked to trust
+    bool Online = true;
+    std::unique_ptr<TProgram> Program;
+};
+
+} // namespace tidewell::test
