@@ -2,10 +2,10 @@
 
 #include "sim/controller/ValueSource.h"
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 namespace tidewell {
@@ -16,7 +16,10 @@ enum class ETable { Setpoint, Datapoint };
 struct TRegisterAddress {
     std::int32_t Obj = 0;
     std::int32_t Address = 0;
-    auto operator<=>(const TRegisterAddress&) const = default;
+    bool operator==(const TRegisterAddress&) const = default;
+    bool operator<(const TRegisterAddress& other) const {
+        return std::tie(Obj, Address) < std::tie(other.Obj, other.Address);
+    }
 };
 
 // Values at consecutive addresses that behave alike.
@@ -57,7 +60,9 @@ class TRegisterBank {
     struct TKey {
         ETable Table = ETable::Setpoint;
         TRegisterAddress At;
-        auto operator<=>(const TKey&) const = default;
+        bool operator<(const TKey& other) const {
+            return std::tie(Table, At) < std::tie(other.Table, other.At);
+        }
     };
     // The key of the value that a write there changes.
     TKey Target(TRegisterAddress at) const;
