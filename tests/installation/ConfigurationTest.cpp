@@ -6,14 +6,13 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <map>
 
 namespace tidewell::test {
 
 namespace {
 
-using testing::AnyOf;
+using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
@@ -101,7 +100,7 @@ TEST(InstalledConfiguration, SystemFileIsTheOnlyOneAndWhole) {
     EXPECT_GT(configuration.UpdateTimer.DatalogCount, 0);
     const TNabtoConfiguration nabto = ReadNabtoConfiguration(system);
     EXPECT_TRUE(nabto.Enabled);
-    EXPECT_THAT(nabto.Domain, Not(testing::IsEmpty()));
+    EXPECT_THAT(nabto.Domain, Not(IsEmpty()));
     EXPECT_FALSE(ReadCloudSettings(system, installation.Directory).ApiHost.empty());
     EXPECT_TRUE(installation.Files.FileExists(
         GetLanguageFile(installation.Files, installation.SystemFile(), installation.Directory)));

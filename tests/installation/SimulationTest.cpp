@@ -8,14 +8,11 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <array>
 
 namespace tidewell::test {
 
 namespace {
-
-using testing::IsEmpty;
 
 const std::string directId = "410000000001";
 const std::string gatewayId = "410000000002";
