@@ -89,8 +89,7 @@ TEST_F(TBadInstallation, OpensTheSetupDialogWithoutADeviceId) {
         setup.ButDeviceSearch.Click();
         EXPECT_THAT(setup.ListBoxLocalDevices.Items(), testing::Contains("410000000001"));
         setup.txtRemote.Enter("410000000003"); // somebody else's
-        Dialogs.ExpectMessage(
-            "You do not have permission to access this device \"410000000003.hushvane.example\"");
+        Dialogs.ExpectMessage("You do not have permission to access this device \"410000000003.hv.example\"");
         setup.ButCommOk.Click();
         setup.txtRemote.Enter("410000000001");
         setup.ButCommOk.Click();

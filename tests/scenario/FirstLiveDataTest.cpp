@@ -24,7 +24,7 @@ TEST_F(TFirstLiveData, LogsFiftyCyclesWithNoClickAndLeavesItsFiles) {
     Time.Advance(5000);
     EXPECT_TRUE(Main().LiveLog.DatalogOn);
     RunUntilRows(50);
-    EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hushvane.example -> Pause Data");
+    EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example -> Pause Data");
     const std::size_t columns = Main().LogBuffers.DataLogRawData.Columns();
     Close();
 

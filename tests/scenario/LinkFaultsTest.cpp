@@ -69,8 +69,8 @@ TEST_F(TLinkFaults, SurviveTenMegabytesOfText) {
 TEST_F(TLinkFaults, AskTheFirstQuestionAgainAtTheQuestionInterval) {
     StartLogging();
     SetFault("Error=Device busy; query=datapointReadValue.json");
-    ASSERT_TRUE(Time.AdvanceUntil(
-        [this] { return Label() == "ID : 410000000001.hushvane.example -> Error Com"; }, 10000));
+    ASSERT_TRUE(
+        Time.AdvanceUntil([this] { return Label() == "ID : 410000000001.hv.example -> Error Com"; }, 10000));
     Libraries.Calls.clear();
     Time.Advance(50);
     ASSERT_EQ(Libraries.Calls.size(), 2u);
