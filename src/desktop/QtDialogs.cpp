@@ -251,12 +251,13 @@ void TQtDialogs::RunModal(TForm& form) {
 
 void TQtDialogs::Show(TForm& form) {
     QWidget& view = ViewOf(form);
-    if (!form.Visible()) {
-        view.setWindowModality(Qt::NonModal);
-        form.Open();
+    if (form.Visible()) {
+        view.raise();
+        view.activateWindow();
+        return;
     }
-    view.raise();
-    view.activateWindow();
+    view.setWindowModality(Qt::NonModal);
+    form.Open();
 }
 
 void TQtDialogs::Popup(TPopupMenu& menu) {

@@ -57,12 +57,14 @@ TSignals::~TSignals() {
 
 void TSignals::Read() {
     unsigned char number = 0;
-    while (read(Pipe[0], &number, 1) == 1) {
-        if (number == SIGUSR1)
-            OnReport();
-        else
-            OnEnd();
-    }
+    bool report = false;
+    bool end = false;
+    while (read(Pipe[0], &number, 1) == 1)
+        (number == SIGUSR1 ? report : end) = true;
+    if (report)
+        OnReport();
+    if (end)
+        OnEnd();
 }
 
 } // namespace tidewell

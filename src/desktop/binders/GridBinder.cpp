@@ -84,8 +84,8 @@ class TGridBinding : public QObject {
         View.setItemDelegate(&NewChild<TRowDelegate>(*this));
         View.installEventFilter(this);
         View.viewport()->installEventFilter(this);
-        connect(View.selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-                [this](const QModelIndex& current) { TakeRow(current); });
+        // Not the current index, which moves to the first row when the view just gets the keyboard.
+        connect(View.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { TakeRow(); });
         connect(View.horizontalHeader(), &QHeaderView::sectionDoubleClicked, this,
                 [this] { DoubleClick(0); });
     }
@@ -135,10 +135,11 @@ class TGridBinding : public QObject {
         return true;
     }
 
-    void TakeRow(const QModelIndex& current) {
-        if (Syncing || !current.isValid())
+    void TakeRow() {
+        const QModelIndexList rows = View.selectionModel()->selectedRows();
+        if (Syncing || rows.isEmpty())
             return;
-        RunGuarded(Dialogs, [this, row = current.row() + 1] {
+        RunGuarded(Dialogs, [this, row = rows.constFirst().row() + 1] {
             Grid.SetSelectedRow(row);
             Grid.OnSelectCell(row);
         });

@@ -18,7 +18,8 @@ class TTreeBinding : public QObject {
         : QObject(parent), View(view), Tree(tree), Dialogs(dialogs) {
         View.installEventFilter(this);
         View.viewport()->installEventFilter(this);
-        connect(&View, &QTreeWidget::currentItemChanged, this, [this] { TakeSelection(); });
+        // Not the current item, which moves to the first one when the view just gets the keyboard.
+        connect(&View, &QTreeWidget::itemSelectionChanged, this, [this] { TakeSelection(); });
     }
 
     void Sync() {
@@ -94,7 +95,8 @@ class TTreeBinding : public QObject {
     void TakeSelection() {
         if (Syncing)
             return;
-        const QModelIndex current = View.currentIndex();
+        const QModelIndexList selected = View.selectionModel()->selectedRows();
+        const QModelIndex current = selected.isEmpty() ? QModelIndex() : selected.constFirst();
         std::optional<TTreeView::TSelection> selection;
         if (current.parent().isValid())
             selection = {current.parent().row(), current.row()};

@@ -40,6 +40,14 @@ constexpr int buttonGap = 20;
 constexpr int buttonEdge = 4; // from the window's right edge
 constexpr int buttonTop = 2;
 
+// A button on the tab strip, with some air beside its caption.
+class TTabButton : public QPushButton {
+  public:
+    using QPushButton::QPushButton;
+    QSize sizeHint() const override { return QPushButton::sizeHint() + QSize(fontMetrics().height(), 0); }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+};
+
 // The one line of a page that has nothing to show yet.
 QLabel& AddEmptyLine(QVBoxLayout& column, QWidget& page, TLabel& label) {
     auto& line = NewChild<QLabel>(page);
@@ -136,7 +144,7 @@ void TMainView::AddTabButtons() {
     row.setContentsMargins(buttonGap, buttonTop, buttonEdge, buttonTop);
     row.setSpacing(buttonGap);
     for (TButton* button : {&Form.but_errorlog, &Form.but_swupdate, &Form.DeviceID, &Form.TrafficButton}) {
-        auto& view = NewChild<QPushButton>(corner);
+        auto& view = NewChild<TTabButton>(corner);
         row.addWidget(&view);
         BindButton(view, *button, Context.Dialogs);
         TabButtons.push_back(&view);

@@ -21,7 +21,8 @@ QColor InkFor(const QPixmap& picture, double from) {
     QImage image = picture.toImage();
     if (image.isNull())
         return QGuiApplication::palette().color(QPalette::WindowText);
-    image = image.copy(0, static_cast<int>(image.height() * from), image.width(), image.height());
+    const int top = static_cast<int>(image.height() * from);
+    image = image.copy(0, top, image.width(), image.height() - top);
     image = image.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return image.pixelColor(0, 0).lightness() > 128 ? QColor(20, 40, 60) : QColor(245, 250, 252);
 }
@@ -47,6 +48,9 @@ TSplashView::TSplashView(TSplashscreen& splash, const TViewContext& context)
     ink.setColor(QPalette::WindowText,
                  InkFor(picture.Picture(), 1.0 - static_cast<double>(footHeight) / height()));
     foot.setPalette(ink);
+    QFont font = foot.font();
+    font.setPointSizeF(font.pointSizeF() * 1.15);
+    foot.setFont(font);
     BindLabel(version, splash.ver_lab);
     BindLabel(line, splash.infostring);
 

@@ -1,0 +1,203 @@
+#include "Support.h"
+#include "core/Errors.h"
+#include "core/controls/Simple.h"
+#include "desktop/binders/EditBinder.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/binders/SimpleBinders.h"
+#include "widgets/Child.h"
+#include "widgets/FormResizer.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTest>
+#include <QVBoxLayout>
+
+namespace tidewell::test {
+
+namespace {
+
+// A form with a field and a button that closes it with OK.
+struct TSmallForm : TForm {
+    TSmallForm() : TForm("SmallForm", "Small") {
+        OnKeyDown = [this](EKey key, bool& handled) {
+            Keys.push_back(key);
+            handled = key == EKey::F2;
+        };
+        Ok.OnClick = [this] {
+            SetModalResult(EModalResult::Ok);
+        };
+    }
+    TEdit Edit{"Edit"};
+    TButton Ok{"Ok", "OK"};
+    std::vector<EKey> Keys;
+};
+
+struct TSmallView : TDialogView {
+    TSmallView(TSmallForm& form, const TViewContext& context) {
+        auto& column = NewChild<QVBoxLayout>(*this);
+        column.addWidget(&Field);
+        column.addWidget(&Button);
+        BindEdit(Field, form.Edit, context.Dialogs);
+        BindButton(Button, form.Ok, context.Dialogs);
+        BindForm(*this, form, context);
+    }
+    QLineEdit& Field = NewChild<QLineEdit>(*this);
+    QPushButton& Button = NewChild<QPushButton>(*this);
+};
+
+class FormsTest : public testing::Test {
+  protected:
+    FormsTest() {
+        Desk.Dialogs.RegisterView(Form, [this] { return std::make_unique<TSmallView>(Form, Context); });
+    }
+    ~FormsTest() override { Desk.Dialogs.DestroyViews(); }
+
+    TSmallView& View() { return *static_cast<TSmallView*>(Desk.Dialogs.FindView(Form)); }
+    // Once the form is shown.
+    void Later(const std::function<void()>& action) { QTimer::singleShot(20, &Guard, action); }
+
+    TTestDesk Desk;
+    TViewContext Context{Application(), Desk.Dialogs, Desk.Hold};
+    TSmallForm Form;
+    QObject Guard;
+};
+
+} // namespace
+
+TEST_F(FormsTest, AModalFormEndsByItsResultItsFrameOrEsc) {
+    int shown = 0;
+    int closed = 0;
+    Form.OnShow = [&] {
+        ++shown;
+    };
+    Form.OnClose = [&] {
+        ++closed;
+    };
+    Later([this] {
+        EXPECT_EQ(View().objectName(), "SmallForm");
+        EXPECT_EQ(View().windowTitle(), "Small");
+        View().Button.click();
+    });
+    EXPECT_EQ(Desk.Dialogs.ShowModal(Form), EModalResult::Ok);
+    EXPECT_FALSE(View().isVisible());
+    Later([this] { View().close(); });
+    EXPECT_EQ(Desk.Dialogs.ShowModal(Form), EModalResult::Cancel);
+    Later([this] { QTest::keyClick(&View().Field, Qt::Key_Escape); });
+    EXPECT_EQ(Desk.Dialogs.ShowModal(Form), EModalResult::Cancel);
+    EXPECT_EQ(shown, 3);
+    EXPECT_EQ(closed, 3);
+}
+
+TEST_F(FormsTest, AFormThatRefusesToCloseStaysOpen) {
+    int asked = 0;
+    Form.OnCloseQuery = [&](bool& mayClose) {
+        mayClose = ++asked > 2;
+    };
+    Later([this] {
+        View().close();
+        EXPECT_TRUE(View().isVisible());
+        Form.SetModalResult(EModalResult::Ok); // refused as well
+        Later([this] { Form.SetModalResult(EModalResult::Yes); });
+    });
+    EXPECT_EQ(Desk.Dialogs.ShowModal(Form), EModalResult::Yes);
+    EXPECT_EQ(asked, 3);
+}
+
+TEST_F(FormsTest, TheFormSeesKeysOnceAndFirst) {
+    Desk.Dialogs.Show(Form);
+    QTest::keyClick(&View().Field, Qt::Key_F2);
+    QTest::keyClick(&View(), Qt::Key_F12);
+    QTest::keyClick(&View().Field, Qt::Key_Return);
+    QTest::keyClick(&View().Field, Qt::Key_F4, Qt::AltModifier);
+    QTest::keyClick(&View().Field, Qt::Key_A);
+    EXPECT_EQ(Form.Keys, (std::vector{EKey::F2, EKey::F12, EKey::Return}));
+    EXPECT_EQ(Form.Edit.Text(), "a");
+}
+
+TEST_F(FormsTest, CloseInTheMiddleOfAWaitStands) {
+    Form.Ok.OnClick = [this] {
+        Later([this] { Form.Close(); });
+        QElapsedTimer elapsed;
+        elapsed.start();
+        while (elapsed.elapsed() < 60) {
+            Desk.Wait.ProcessMessages();
+            Desk.Wait.Sleep(10);
+        }
+        Form.Edit.SetText("after");
+    };
+    Desk.Dialogs.Show(Form);
+    View().Button.click();
+    EXPECT_FALSE(Form.Visible());
+    EXPECT_FALSE(View().isVisible());
+    EXPECT_EQ(View().Field.text(), "after");
+}
+
+TEST_F(FormsTest, SizesGoBothWaysButNotDuringASleep) {
+    Form.SetClientSize(300, 200);
+    int resized = 0;
+    Desk.Dialogs.Show(Form);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(View().size(), QSize(300, 200));
+    Form.OnResize = [&] {
+        ++resized;
+    };
+    View().resize(320, 210);
+    EXPECT_EQ(Form.ClientWidth(), 320);
+    EXPECT_EQ(resized, 1);
+    {
+        const TDeliveryHold::TScope held(Desk.Hold);
+        View().resize(330, 220);
+        Form.SetCaption("unmoved"); // does not bring the old size back
+        EXPECT_EQ(View().width(), 330);
+        EXPECT_EQ(resized, 1);
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Form.ClientHeight(), 220);
+    EXPECT_EQ(resized, 2);
+    Form.SetClientSize(100000, 200); // no wider than the screen
+    EXPECT_LE(View().width(), View().screen()->availableSize().width());
+}
+
+TEST_F(FormsTest, AnExceptionOfOnShowIsShownAndTheFormStays) {
+    Form.OnShow = [] {
+        throw TError("no texts");
+    };
+    const TOnMessageBox answer([this](QMessageBox& box) {
+        box.accept();
+        Later([this] { Form.SetModalResult(EModalResult::Ok); });
+    });
+    EXPECT_EQ(Desk.Dialogs.ShowModal(Form), EModalResult::Ok);
+    EXPECT_EQ(answer.Text, "no texts");
+}
+
+TEST_F(FormsTest, WhatLeavesAnEventHandlerMeetsTheLastNet) {
+    struct TThrower : QObject {
+        bool event(QEvent*) override { throw TError("from an event"); }
+    } thrower;
+    std::string text;
+    Application().OnException = [&](const std::exception& error) {
+        text = error.what();
+    };
+    QEvent event(QEvent::User);
+    QCoreApplication::sendEvent(&thrower, &event);
+    Application().OnException = nullptr;
+    EXPECT_EQ(text, "from an event");
+}
+
+TEST(FormResizer, KeepsTheSharesOfASplitter) {
+    QSplitter splitter(Qt::Vertical);
+    splitter.setHandleWidth(0);
+    NewChild<QWidget>(splitter);
+    NewChild<QWidget>(splitter);
+    splitter.resize(100, 300);
+    TFormResizer resizer(nullptr);
+    resizer.Add(splitter, {2, 1});
+    splitter.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(splitter.sizes(), (QList<int>{200, 100}));
+    splitter.resize(100, 600);
+    EXPECT_EQ(splitter.sizes(), (QList<int>{400, 200}));
+}
+
+} // namespace tidewell::test

@@ -1,0 +1,9 @@
+#include "desktop/QtApplication.h"
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const tidewell::TQtApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
