@@ -1,8 +1,23 @@
 #include "cloud/NabtoLogOn.h"
 
+#include "cloud/Scrambling.h"
+#include "core/Errors.h"
+
+#include <utility>
+
 namespace tidewell {
 
-TNabtoLogOn::TNabtoLogOn() : TForm("NabtoLogOn", "Nabto Logon") {
+namespace {
+
+// Typed in place of a password, it stands for the stored one.
+const char* const storedPassword = "Palisades";
+
+} // namespace
+
+TNabtoLogOn::TNabtoLogOn(ILibraryLoader& libraries, IProcess& process, IDialogs& dialogs,
+                         const TCurrentInifilesPath& paths, std::function<std::string()> lastPW)
+    : TForm("NabtoLogOn", "Nabto Logon"), Libraries(libraries), Process(process), Dialogs(dialogs),
+      Paths(paths), LastPW(std::move(lastPW)) {
     EditPW.SetMasked(true);
     ButSave.SetVisible(false);
     offLineSessionCheckBox.SetHint("Check this box if you want to be able to work with local device while "
@@ -15,9 +30,16 @@ TNabtoLogOn::TNabtoLogOn() : TForm("NabtoLogOn", "Nabto Logon") {
         SetModalResult(EModalResult::Cancel);
     };
     EditPW.OnReturn = [this] {
-        ButOk.Click();
+        EditPWKeyDown(EKey::Return);
+    };
+    OnKeyDown = [this](EKey key, bool& handled) {
+        if (key == EKey::Escape) {
+            handled = true;
+            ButCancel.Click();
+        }
     };
     OnShow = [this] {
+        FormActivate();
         EditUser.SetFocus();
     };
     OnClose = [this] {
@@ -30,13 +52,51 @@ void TNabtoLogOn::EnableSaveButton() {
     ButSave.SetVisible(true);
 }
 
-void TNabtoLogOn::ButOkClick() {
-    SetModalResult(EModalResult::Ok);
+void TNabtoLogOn::ForceLoadDll() {
+    auto library = Libraries.Load("KHelper");
+    if (!library) {
+        Dialogs.ShowMessage("Error Dll not loaded");
+        return;
+    }
+    GetCPUIDasString = reinterpret_cast<const char* (*)()>(library->Symbol("GetCPUIDasString"));
+    dllHandle = std::move(library);
+}
+
+void TNabtoLogOn::ForceFreeDll() {
+    GetCPUIDasString = nullptr;
+    dllHandle.reset();
+}
+
+void TNabtoLogOn::FormActivate() {
+    ForceLoadDll();
 }
 
 void TNabtoLogOn::FormClose() {
+    ForceFreeDll();
     ButSave.SetVisible(false);
     EditPW.SetMasked(true);
+}
+
+void TNabtoLogOn::EditPWKeyDown(EKey key) {
+    if (key == EKey::Return)
+        ButOk.Click();
+}
+
+void TNabtoLogOn::ButOkClick() {
+    SetModalResult(EModalResult::Ok);
+    const std::string password = EditPW.Text();
+    const std::string key = CurrentMachineKey();
+    CLoginPassword =
+        password == storedPassword ? LastPW() : Scramble(Process, Paths.directorypath, password, key);
+    LoginPassword = Unscramble(Process, Paths.directorypath, CLoginPassword, key);
+}
+
+std::string TNabtoLogOn::CurrentMachineKey() const {
+    if (GetCPUIDasString == nullptr)
+        throw TError("The password cannot be scrambled: the function GetCPUIDasString of the library KHelper "
+                     "is not loaded");
+    const char* const text = GetCPUIDasString();
+    return MachineKey(text == nullptr ? "" : text);
 }
 
 } // namespace tidewell

@@ -1,16 +1,25 @@
 #pragma once
 
+#include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Simple.h"
+#include "core/ports/IDialogs.h"
+#include "core/ports/ILibraryLoader.h"
+#include "core/ports/IProcess.h"
 
+#include <functional>
+#include <memory>
 #include <string>
 
 namespace tidewell {
 
-// Asks for the person's name and password. What the login uses is the text of EditPW.
+// Asks for the person's name and password. What the login uses is the text of EditPW; beside it OK prepares
+// the password for being stored on this machine.
 class TNabtoLogOn : public TForm {
   public:
-    TNabtoLogOn();
+    // lastPW gives the stored password in scrambled form.
+    TNabtoLogOn(ILibraryLoader& libraries, IProcess& process, IDialogs& dialogs,
+                const TCurrentInifilesPath& paths, std::function<std::string()> lastPW);
 
     TLabel LAbUser{"LAbUser", "User"};
     TEdit EditUser{"EditUser"};
@@ -21,11 +30,31 @@ class TNabtoLogOn : public TForm {
     TButton ButCancel{"ButCancel", "Cancel"};
     TButton ButSave{"ButSave", "Save password"};
 
+    std::unique_ptr<ILibrary> dllHandle;         // KHelper, from FormActivate to FormClose
+    const char* (*GetCPUIDasString)() = nullptr; // of KHelper; none while it is not loaded
+    std::string LoginPassword;                   // in clear, as it came back through the tools
+    std::string CLoginPassword;                  // scrambled
+
     void EnterUserName(const std::string& s) { EditUser.SetText(s); }
     void EnterPassword(const std::string& s) { EditPW.SetText(s); }
     void EnableSaveButton();
-    void ButOkClick();
+    void ForceLoadDll();
+    void ForceFreeDll();
+    void FormActivate();
     void FormClose();
+    void EditPWKeyDown(EKey key);
+    // The dialog ends with OK in any case. Throws TError, with the result already set, when there is no
+    // machine key.
+    void ButOkClick();
+
+  private:
+    std::string CurrentMachineKey() const;
+
+    ILibraryLoader& Libraries;
+    IProcess& Process;
+    IDialogs& Dialogs;
+    const TCurrentInifilesPath& Paths;
+    std::function<std::string()> LastPW;
 };
 
 } // namespace tidewell

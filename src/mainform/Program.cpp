@@ -22,6 +22,8 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
                TFormMain::TForms{NabtoDevice, NabtoLogOn, languagedialog, SetupForm}),
       NabtoDevice(Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Splashscreen.FCurrentInifilesPath,
                   Nabto, FormMain.ModbusPanel, FormMain.Hosts.NabtoDevice),
+      NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Splashscreen.FCurrentInifilesPath,
+                 [this] { return NabtoDevice.LastPW; }),
       languagedialog(Ports, Options, Splashscreen.FCurrentInifilesPath),
       SetupForm(Ports.Dialogs, Ports.Files, Splashscreen.FCurrentInifilesPath, Nabto, NabtoDevice,
                 FormMain.Hosts.SetupForm) {}

@@ -1,5 +1,6 @@
 #include "mainform/LogonLoop.h"
 
+#include "support/FakeKHelper.h"
 #include "support/FakePorts.h"
 #include "support/ScriptedDialogs.h"
 
@@ -39,7 +40,12 @@ struct TLogon : testing::Test {
     TScriptedDialogs Dialogs;
     TScriptedHttp Http;
     TApiClient Client{Http, Dialogs, TCloudAddress{"cloud.example.com", 4161}};
-    TNabtoLogOn LogOn;
+    TFakeKHelper KHelper;
+    TFakeProcess Process;
+    TCurrentInifilesPath Paths;
+    TNabtoLogOn LogOn{KHelper, Process, Dialogs, Paths, [] {
+                          return std::string();
+                      }};
     TLabel User{"lblConnectedUser"};
     int Repaints = 0;
     bool Closing = false;

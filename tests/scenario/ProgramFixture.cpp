@@ -54,7 +54,7 @@ TProgram& TProgramFixture::Start() {
         return std::make_unique<TNotedHttp>(*Cloud, Time, Online, Requests);
     };
     Program =
-        Build(TPorts{Dialogs, Time, Time, Time, Files, Libraries, Process, Application, Pictures, makeHttp},
+        Build(TPorts{Dialogs, Time, Time, Time, Files, KHelper, Process, Application, Pictures, makeHttp},
               TStartOptions{"/t", "/t/tidewell", Arguments, TFileVersion{1, 0, 0, 1}});
     Program->Start();
     Time.Advance(200);

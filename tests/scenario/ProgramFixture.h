@@ -6,6 +6,7 @@
 #include "sim/nabto/InProcessLibrary.h"
 #include "sim/nabto/SimulatedNabto.h"
 #include "sim/nabto/SimulationTime.h"
+#include "support/FakeKHelper.h"
 #include "support/FakePorts.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
@@ -54,6 +55,7 @@ class TProgramFixture : public testing::Test {
     TPortTime SimulationTime{Time, Time};
     TSimulatedNabto Nabto{Files, SimulationTime};
     TInProcessLibrary Libraries{Nabto};
+    TFakeKHelper KHelper{&Libraries};
     std::unique_ptr<sim::TCloudService> Cloud;
     std::vector<std::string> Requests; // "POST /api/v1.2/login", in order
     std::filesystem::path CaFile;      // that the program asked to trust
