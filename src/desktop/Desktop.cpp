@@ -121,8 +121,8 @@ void TDesktop::SaveScreenshot(const TProgram& program, const std::filesystem::pa
 int RunDesktop(int argc, char** argv, const TFileVersion& version) {
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     TQtApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("tidewell"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Tidewell"));
+    // No display name: the toolkit would add it to the titles of the forms.
+    QCoreApplication::setApplicationName(QStringLiteral("Tidewell"));
     QApplication::setWindowIcon(AppIcon());
 
     const TStartOptions options = OptionsOf(argc, argv, version);

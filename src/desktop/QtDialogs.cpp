@@ -152,7 +152,7 @@ EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& te
     box.setObjectName(QStringLiteral("MessageBox"));
     box.setIcon(look.Icon);
     box.setWindowTitle(look.Title != nullptr ? QString::fromLatin1(look.Title)
-                                             : QApplication::applicationDisplayName());
+                                             : QApplication::applicationName());
     box.setTextFormat(Qt::PlainText);
     box.setText(Lines(text));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);

@@ -1,8 +1,8 @@
 #include "widgets/PanelBar.h"
 
 #include "widgets/Child.h"
+#include "widgets/ElidedLabel.h"
 
-#include <QLabel>
 #include <QPainter>
 
 #include <algorithm>
@@ -12,19 +12,22 @@ namespace tidewell {
 namespace {
 
 constexpr int margin = 4; // of a text from its panel's edge
+constexpr double fontShare = 0.93;
 
-}
+} // namespace
 
 TPanelBar::TPanelBar(QWidget* parent) : QStatusBar(parent) {
     setSizeGripEnabled(false);
+    QFont small = font();
+    small.setPointSizeF(small.pointSizeF() * fontShare);
+    setFont(small);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 }
 
 void TPanelBar::SetPanels(const std::vector<TPanelText>& panels) {
     while (Labels.size() < panels.size()) {
-        auto& label = NewChild<QLabel>(*this);
+        auto& label = NewChild<TElidedLabel>(*this);
         label.setObjectName(QStringLiteral("StatusPanel%1").arg(Labels.size()));
-        label.setTextFormat(Qt::PlainText);
         label.show();
         Labels.push_back(&label);
     }

@@ -8,6 +8,7 @@
 #include "widgets/Child.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/PanelBar.h"
+#include "widgets/RoomyButton.h"
 
 #include <QFontDatabase>
 #include <QGridLayout>
@@ -15,7 +16,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace tidewell {
@@ -59,7 +59,7 @@ TDeviceView::TDeviceView(TNabtoDevice& form, const TViewContext& context) : Form
 }
 
 void TDeviceView::AddButton(QBoxLayout& layout, TButton& button) {
-    auto& view = NewChild<QPushButton>(*layout.parentWidget());
+    auto& view = NewChild<TRoomyButton>(*layout.parentWidget());
     layout.addWidget(&view);
     BindButton(view, button, Context.Dialogs);
 }
@@ -112,7 +112,7 @@ void TDeviceView::AddServicePanels(QVBoxLayout& column) {
     addLabel(Form.DT_LabelToday, 0, 1);
     addLabel(Form.DT_LabelTo, 1, 0);
     addLabel(Form.DT_LabelEndDay, 1, 1);
-    auto& get = NewChild<QPushButton>(flash);
+    auto& get = NewChild<TRoomyButton>(flash);
     range.addWidget(&get, 2, 0, 1, 2);
     BindButton(get, Form.DT_GetData, Context.Dialogs);
     BindPanel(flash, Form.PanelFDDatalog);

@@ -4,9 +4,9 @@
 #include "desktop/binders/SimpleBinders.h"
 #include "mainform/Languagedialog.h"
 #include "widgets/Child.h"
+#include "widgets/RoomyButton.h"
 
 #include <QGroupBox>
-#include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
@@ -22,7 +22,7 @@ TLanguageView::TLanguageView(Tlanguagedialog& form, const TViewContext& context)
     auto& group = NewChild<QGroupBox>(scroll);
     scroll.setWidget(&group);
     column.addWidget(&scroll, 1);
-    auto& button = NewChild<QPushButton>(*this);
+    auto& button = NewChild<TRoomyButton>(*this);
     column.addWidget(&button, 0, Qt::AlignRight);
     BindRadioGroup(group, form.langgroup, context.Dialogs);
     BindButton(button, form.Button, context.Dialogs);

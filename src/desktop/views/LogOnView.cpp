@@ -4,13 +4,13 @@
 #include "desktop/binders/EditBinder.h"
 #include "desktop/binders/SimpleBinders.h"
 #include "widgets/Child.h"
+#include "widgets/RoomyButton.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 
 namespace tidewell {
 
@@ -44,7 +44,7 @@ TLogOnView::TLogOnView(TNabtoLogOn& form, const TViewContext& context)
     row.setContentsMargins(0, 0, 0, 0);
     row.addStretch(1);
     for (TButton* button : {&form.ButSave, &form.ButOk, &form.ButCancel}) {
-        auto& view = NewChild<QPushButton>(buttons);
+        auto& view = NewChild<TRoomyButton>(buttons);
         row.addWidget(&view);
         BindButton(view, *button, context.Dialogs);
         if (button == &form.ButOk)

@@ -15,6 +15,7 @@
 #include "widgets/FormResizer.h"
 #include "widgets/LedView.h"
 #include "widgets/PanelBar.h"
+#include "widgets/RoomyButton.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -24,6 +25,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSplitter>
+#include <QStyledItemDelegate>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
@@ -40,12 +42,13 @@ constexpr int buttonGap = 20;
 constexpr int buttonEdge = 4; // from the window's right edge
 constexpr int buttonTop = 2;
 
-// A button on the tab strip, with some air beside its caption.
-class TTabButton : public QPushButton {
+// Rows with some air.
+class TRowDelegate : public QStyledItemDelegate {
   public:
-    using QPushButton::QPushButton;
-    QSize sizeHint() const override { return QPushButton::sizeHint() + QSize(fontMetrics().height(), 0); }
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 4);
+    }
 };
 
 // The one line of a page that has nothing to show yet.
@@ -103,6 +106,7 @@ void TMainView::AddSetpointPage() {
     auto& treePanel = NewChild<TCaptionPanel>(*Group);
     auto& tree = NewChild<QTreeWidget>(treePanel);
     tree.setIndentation(treeIndent);
+    tree.setItemDelegate(&NewChild<TRowDelegate>(tree));
     tree.setFrameShape(QFrame::NoFrame);
     treePanel.SetContent(tree);
     BindPanel(treePanel, setpoints.CategoryPanelSetpoints);
@@ -118,9 +122,16 @@ void TMainView::AddSetpointPage() {
     auto& column = NewChild<QVBoxLayout>(right);
     column.setContentsMargins(0, 0, 0, 0);
     AddEmptyLine(column, right, Form.LblSetpointPageEmpty);
-    Grid = &NewChild<QTableView>(right);
+    // The line stands in place of the grid.
+    auto& area = NewChild<QWidget>(right);
+    auto& areaColumn = NewChild<QVBoxLayout>(area);
+    areaColumn.setContentsMargins(0, 0, 0, 0);
+    column.addWidget(&area, 1);
+    KeepInStep(area, Form.LblSetpointPageEmpty,
+               [this, &area] { area.setVisible(!Form.LblSetpointPageEmpty.Visible()); });
+    Grid = &NewChild<QTableView>(area);
     Grid->setFrameShape(QFrame::NoFrame);
-    column.addWidget(Grid, 1);
+    areaColumn.addWidget(Grid);
     BindGrid(*Grid, setpoints.SetpointGrid, Context.Dialogs);
 
     auto& resizer = NewChild<TFormResizer>(*this);
@@ -144,7 +155,7 @@ void TMainView::AddTabButtons() {
     row.setContentsMargins(buttonGap, buttonTop, buttonEdge, buttonTop);
     row.setSpacing(buttonGap);
     for (TButton* button : {&Form.but_errorlog, &Form.but_swupdate, &Form.DeviceID, &Form.TrafficButton}) {
-        auto& view = NewChild<TTabButton>(corner);
+        auto& view = NewChild<TRoomyButton>(corner);
         row.addWidget(&view);
         BindButton(view, *button, Context.Dialogs);
         TabButtons.push_back(&view);
@@ -168,6 +179,7 @@ void TMainView::AddStatusBar(TNabtoDevice& device) {
     };
     auto& link = NewChild<TElidedLabel>(bar);
     BindLabel(link, device.LblNabto);
+    link.SetElideMode(Qt::ElideMiddle); // the id stands first, what goes on last
     bar.Place(TFormMain::PanelLink, link, behindLed);
     auto& user = NewChild<TElidedLabel>(bar);
     BindLabel(user, device.lblConnectedUser);
@@ -188,7 +200,8 @@ void TMainView::ArrangeTabButtons() {
 void TMainView::TellPageSize() {
     if (Context.Hold.Held() || Grid == nullptr || Group == nullptr)
         return;
-    const int width = Grid->isVisible() ? Grid->viewport()->width() : Grid->parentWidget()->width();
+    const int width =
+        Grid->isVisible() ? Grid->viewport()->width() : Grid->parentWidget()->parentWidget()->width();
     RunGuarded(Context.Dialogs, [this, width] { Form.SetpointPageResized(width, Group->height()); });
 }
 

@@ -6,17 +6,17 @@
 #include "desktop/binders/SimpleBinders.h"
 #include "link/SetupForm.h"
 #include "widgets/Child.h"
+#include "widgets/RoomyButton.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPushButton>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
 namespace tidewell {
 
-TSetupView::TSetupView(TSetupForm& form, const TViewContext& context) {
+TSetupView::TSetupView(TSetupForm& form, const TViewContext& context) : Remote(NewChild<QLineEdit>(*this)) {
     resize(460, 340);
     auto& outer = NewChild<QVBoxLayout>(*this);
     auto& tabs = NewChild<QTabWidget>(*this);
@@ -28,15 +28,14 @@ TSetupView::TSetupView(TSetupForm& form, const TViewContext& context) {
     auto& column = NewChild<QVBoxLayout>(panel);
     column.setContentsMargins(4, 4, 4, 4);
     const auto addButton = [&](QHBoxLayout& row, TButton& button, int stretch) {
-        auto& view = NewChild<QPushButton>(panel);
+        auto& view = NewChild<TRoomyButton>(panel);
         row.addWidget(&view, stretch);
         BindButton(view, button, context.Dialogs);
     };
 
     auto& search = NewLayout<QHBoxLayout>(column);
-    auto& edit = NewChild<QLineEdit>(panel);
-    search.addWidget(&edit, 1);
-    BindEdit(edit, form.txtRemote, context.Dialogs);
+    search.addWidget(&Remote, 1);
+    BindEdit(Remote, form.txtRemote, context.Dialogs);
     addButton(search, form.ButDeviceSearch, 0);
     auto& list = NewChild<QListWidget>(panel);
     // The dialog keeps its shape while the list is hidden.
@@ -53,8 +52,12 @@ TSetupView::TSetupView(TSetupForm& form, const TViewContext& context) {
     BindPanel(panel, form.PanelComm);
     tabs.addTab(&page, QString());
     BindPages(tabs, form.PageControl1, context.Dialogs);
-    edit.setFocus();
     BindForm(*this, form, context);
+}
+
+void TSetupView::showEvent(QShowEvent* event) {
+    TDialogView::showEvent(event);
+    Remote.setFocus();
 }
 
 } // namespace tidewell

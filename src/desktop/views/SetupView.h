@@ -2,6 +2,8 @@
 
 #include "desktop/binders/FormBinder.h"
 
+class QLineEdit;
+
 namespace tidewell {
 
 class TSetupForm;
@@ -9,6 +11,12 @@ class TSetupForm;
 class TSetupView : public TDialogView {
   public:
     TSetupView(TSetupForm& form, const TViewContext& context);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    QLineEdit& Remote;
 };
 
 } // namespace tidewell
