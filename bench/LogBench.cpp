@@ -99,6 +99,7 @@ class TNoHost : public TLiveLog::IHost {
     void ShowSetpointPage() override {}
     void Setup1Click() override {}
     void RepaintStatusBar() override {}
+    bool FormOpen() override { return true; }
     void ApplyDataLine(const std::string&) override {}
 };
 

@@ -10,18 +10,18 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::string_view NabtoSection = "CommInitNabto";
+constexpr std::string_view nabtoSection = "CommInitNabto";
 
 int ReadInterval(const TIniFile& systemFile, std::string_view key, std::string_view otherwise) {
-    const std::string text = systemFile.ReadText(NabtoSection, key, otherwise);
+    const std::string text = systemFile.ReadText(nabtoSection, key, otherwise);
     try {
         const double interval = std::round(ToFloat(text));
         if (interval >= 1 && interval <= std::numeric_limits<int>::max())
             return static_cast<int>(interval);
     } catch (const EConvertError& error) {
-        throw EConvertError(systemFile.Where(NabtoSection, key) + error.what());
+        throw EConvertError(systemFile.Where(nabtoSection, key) + error.what());
     }
-    throw EConvertError(systemFile.Where(NabtoSection, key) + "'" + text +
+    throw EConvertError(systemFile.Where(nabtoSection, key) + "'" + text +
                         "' is not a valid interval in milliseconds");
 }
 
@@ -35,7 +35,7 @@ TConfiguration ReadConfiguration(const TIniFile& systemFile) {
     result.AutoLoadProfile.Model = systemFile.ReadSection("ModelProfile");
     result.ErrorLog.doGetErrorlog = systemFile.ReadNotFalse("ErrorLog", "ErrorLogEnable");
     result.ErrorLog.doIncludeValuesInFile = systemFile.ReadTrue("ErrorLog", "DebugLog");
-    result.ErrorLog.Qestion = systemFile.ReadSection("ErrorlogQuestions");
+    result.ErrorLog.Qestion = systemFile.ReadSection("ErrorlogQestions");
     result.LogAutoStart.doLogAutoStart = systemFile.ReadTrue("LogAutoStart", "Enabled");
     result.DebugEnable = systemFile.ReadStrict("CommInitModbus", "DebugEnable");
     auto& timer = result.UpdateTimer;
@@ -58,18 +58,18 @@ TCloudSettings ReadCloudSettings(const TIniFile& systemFile, const std::filesyst
 
 TNabtoConfiguration ReadNabtoConfiguration(const TIniFile& systemFile) {
     TNabtoConfiguration result;
-    result.Name = systemFile.ReadText(NabtoSection, "Name");
+    result.Name = systemFile.ReadText(nabtoSection, "Name");
     result.DelayBetweenQuestions = ReadInterval(systemFile, "DelayBetweenQuestions", "50");
     result.PauseTime = ReadInterval(systemFile, "PauseTime", "2000");
     result.Enabled = ReadNabtoEnabled(systemFile);
-    result.LastLoginUser = systemFile.ReadText(NabtoSection, "LastLoginUser");
-    result.LastLoginPW = systemFile.ReadText(NabtoSection, "LastLoginPW");
-    result.Domain = systemFile.ReadText(NabtoSection, "Domain", "remote.tidewell.example");
+    result.LastLoginUser = systemFile.ReadText(nabtoSection, "LastLoginUser");
+    result.LastLoginPW = systemFile.ReadText(nabtoSection, "LastLoginPW");
+    result.Domain = systemFile.ReadText(nabtoSection, "Domain", "remote.tidewell.example");
     return result;
 }
 
 bool ReadNabtoEnabled(const TIniFile& systemFile) {
-    return systemFile.ReadStrict(NabtoSection, "Enabled", "FALSE");
+    return systemFile.ReadStrict(nabtoSection, "Enabled", "FALSE");
 }
 
 } // namespace tidewell

@@ -136,7 +136,7 @@ void TGraphPage::AddGraphSample(std::string_view line, std::size_t sampleIndex) 
         if (drawn)
             channel.Data.AddXYPoint(x, value);
         if (point.Type == BinaryType)
-            channel.ShowBits(Sources[number].Name, value);
+            channel.ShowBits(Sources.at(number).Name, value);
         else
             channel.ShowValue(value);
         ++number;
@@ -188,6 +188,13 @@ void TGraphPage::UpdateGraphScrollBar() {
         GraphScroll.SetPosition(maximum);
 }
 
+void TGraphPage::DropSamplesFrom(std::size_t sample) {
+    GraphDataLabelsTimeText.Truncate(sample);
+    GraphDataLabelsDateText.Truncate(sample);
+    if (DataLogDataValues.Samples() > sample)
+        DataLogDataValues.Resize(sample);
+}
+
 std::size_t TGraphPage::GraphSampleCount() const {
     return DataLogDataValues.Channels() == 0 ? 0 : DataLogDataValues.Samples();
 }
@@ -200,7 +207,7 @@ std::vector<TGraphChannelSettings> TGraphPage::ChannelSettings() const {
     std::vector<TGraphChannelSettings> settings;
     settings.reserve(graph.Channels.Count());
     for (const TSLDisplayChannel& channel : graph.Channels) {
-        const TSource& source = Sources[settings.size()];
+        const TSource& source = Sources.at(settings.size());
         // A text that names no colour stands for UnknownColor, and is kept while nobody chose another.
         const bool untouched = !source.HasOwnColor && channel.Color() == source.Color;
         settings.push_back({channel.Name(), channel.Visible(), untouched ? UnknownColor : channel.Color(),

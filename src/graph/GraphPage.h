@@ -44,6 +44,8 @@ class TGraphPage {
     void ExtendGraph(std::string_view line);
     // The same without moving the view. DataLogDataValues gets sampleIndex + 1 samples.
     void AddGraphSample(std::string_view line, std::size_t sampleIndex);
+    // Forgets the samples from that one on, with their times and dates.
+    void DropSamplesFrom(std::size_t sample);
     // Puts the window of that scroll position on the surface.
     void UpdateTestData(int position);
     void UpdateGraphScrollBar();
@@ -78,8 +80,7 @@ class TGraphPage {
     TProfile& Profile;
     ILog& Log;
     TMemo& MemoEventLog;
-    std::vector<TSource> Sources;         // one per channel
-    std::vector<std::string_view> Fields; // of the line at hand; kept for its memory
+    std::vector<TSource> Sources; // one per channel
 };
 
 } // namespace tidewell

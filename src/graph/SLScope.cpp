@@ -59,7 +59,7 @@ const std::string& TSLDisplayChannel::Name() const {
         Composed = Base;
         Composed += SuffixMark;
         if (Suffix == ESuffix::Bits) {
-            Composed += BinaryString(Truncated(Value), 16).insert(8, " ");
+            Composed += BinaryString(Truncated(Value) & 0xFFFF, 16).insert(8, " ");
         } else {
             Composed += Tail;
             Composed += FixedText(Value, 2);
@@ -93,9 +93,6 @@ void TSLDisplayChannel::ShowValue(double value) {
 }
 
 void TSLDisplayChannel::ShowBits(std::string_view base, double value) {
-    const std::int32_t bits = Truncated(value);
-    if (bits < -65536 || bits > 65535)
-        BinaryString(bits, 16); // throws here rather than where the name is read
     Base = base;
     Suffix = ESuffix::Bits;
     Value = value;

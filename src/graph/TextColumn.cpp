@@ -15,6 +15,15 @@ void TTextColumn::Add(std::string_view text) {
     ++Rows;
 }
 
+void TTextColumn::Truncate(std::size_t rows) {
+    if (rows >= Rows)
+        return;
+    Rows = rows;
+    Blocks.resize((rows + BlockRows - 1) / BlockRows);
+    if (!Blocks.empty())
+        Blocks.back().resize(rows - (Blocks.size() - 1) * BlockRows);
+}
+
 void TTextColumn::Clear() {
     *this = TTextColumn();
 }

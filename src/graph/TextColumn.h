@@ -13,6 +13,7 @@ namespace tidewell {
 class TTextColumn {
   public:
     void Add(std::string_view text);
+    void Truncate(std::size_t rows); // drops the rows from there on, if there are any
     void Clear();
     std::size_t Count() const { return Rows; }
     // Valid until the next Add or Clear. Throws EListError beyond the end.

@@ -9,6 +9,7 @@
 #include "core/ports/IDialogs.h"
 #include "core/ports/IWait.h"
 #include "link/Nabto.h"
+#include "model/Profile.h"
 
 namespace tidewell {
 
@@ -158,7 +159,7 @@ void TNabtoDevice::startLog() {
 }
 
 void TNabtoDevice::SetNabtoQuestion(const std::filesystem::path& path) {
-    Cycle.SetQuestions(TIniFile(Files, path).ReadSection("NabtoDevice"));
+    Cycle.SetQuestions(ReadPollQuestions(Files, path));
 }
 
 std::string TNabtoDevice::Showquestions() const {
@@ -236,7 +237,8 @@ void TNabtoDevice::btnPingClick() {
 void TNabtoDevice::butChangeDeviceIDClick() {
     Hide();
     Host.Setup1Click();
-    Dialogs.Show(*this);
+    if (Host.FormOpen())
+        Dialogs.Show(*this);
 }
 
 // A button whose work is not there stays hidden, whatever the settings say.

@@ -39,6 +39,7 @@ class TNabtoDevice : public TForm {
         virtual void AddEventLog(const std::string& line) = 0;
         virtual bool ShowButtonDevid() const = 0;
         virtual bool ErrorLogVisible() const = 0;
+        virtual bool FormOpen() const = 0; // false once the main form is closed
     };
 
     TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,

@@ -66,8 +66,8 @@ class TBlockWriter {
 
 void WriteRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row,
               std::span<const std::int32_t> values) {
-    const std::string_view date = rows.Dates.At(row);
-    const std::string_view time = rows.Times.At(row);
+    const std::string_view date = row < rows.Dates.Count() ? rows.Dates.At(row) : std::string_view();
+    const std::string_view time = row < rows.Times.Count() ? rows.Times.At(row) : std::string_view();
     const std::size_t columns = rows.Values.Columns();
     out.Reserve((columns + 1) * LongestField + date.size() + time.size() + 8);
     out.RowNumber(row + 1);
@@ -97,6 +97,10 @@ void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatal
     const std::unique_ptr<IFileWriter> file = files.Replace(path);
     TBlockWriter out(*file);
     for (std::size_t row = 0; row < rows.Count;) {
+        if (row >= rows.Values.Rows()) { // counted, but its cycle brought nothing
+            WriteRow(out, rows, row++, {});
+            continue;
+        }
         const TRawLog::TRun run = rows.Values.Run(row);
         const std::size_t count = std::min(run.Rows, rows.Count - row);
         for (std::size_t i = 0; i < count; ++i)
@@ -108,6 +112,14 @@ void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatal
     out.Text(LineEnd);
     out.Flush();
     file->Commit();
+}
+
+std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::path& wanted) {
+    auto path = wanted;
+    for (int number = 2; files.FileExists(path); ++number)
+        path = wanted.parent_path() /
+               (wanted.stem().string() + "-" + std::to_string(number) + wanted.extension().string());
+    return path;
 }
 
 } // namespace tidewell

@@ -37,6 +37,7 @@ TLiveLog::TLiveLog(const TParts& parts)
     : UpdateTimer(parts.Timers.CreateTimer()), TimerLogAutostart(parts.Timers.CreateTimer()), Parts(parts) {
     UpdateTimer->SetInterval(1000);
     UpdateTimer->SetHandler([this] { UpdateTimerTimer(); });
+    Parts.TrafficButton.SetColor(StoppedColor);
     TimerLogAutostart->SetInterval(5000);
     TimerLogAutostart->SetHandler([this] { TimerLogAutostartTimer(); });
 }
@@ -58,6 +59,7 @@ void TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
     const TTime now = Parts.Clock.Now();
     const std::string time = Parts.Clock.LongTime(now);
     const std::string date = Parts.Clock.ShortDate(now);
+    page.DropSamplesFrom(row); // what a step that failed has left
     page.GraphDataLabelsTimeText.Add(time);
     page.GraphDataLabelsDateText.Add(date);
 
@@ -75,12 +77,14 @@ void TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
 
     const std::int64_t every = UpdateTimerCallBackEvents.DatalogCount;
     if (every == 0)
-        throw TError("Division by zero");
+        throw TError("Division by zero: " + Parts.Paths.Systemfile.string() +
+                     ": [UpdateTimer] DatalogCount is 0");
     if (row != 0 && static_cast<std::int64_t>(row) % every == 0)
         SavePartialFile();
 }
 
 void TLiveLog::StartLog(bool questionEnable, bool clearData) {
+    TimerLogAutostart->SetEnabled(false); // this start is the one
     if (Parts.Host.NabtoEnabled() && Parts.Host.InitLink() != 0)
         return;
     if (!Parts.Profile.ProfileLoaded) {
@@ -98,6 +102,8 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
         else
             keep = true;
     }
+    if (!Parts.Host.FormOpen())
+        return; // closed while it was asked
     if (questionEnable ? !keep : clearData) {
         Parts.GraphPage.ClearGraphPage();
         Parts.GraphPage.GraphInit(false);
@@ -164,12 +170,23 @@ void TLiveLog::SaveUserDatalog1Click() {
     fs::path path = *chosen;
     if (path.filename().string().find(".csv") == std::string::npos)
         path += ".csv";
+    // The dialog has asked for the name as it was typed.
+    if (path != *chosen && Parts.Files.FileExists(path) &&
+        Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
+                                     path.string() + " already exists. Replace it?",
+                                     EButtons::YesNo) != EModalResult::Yes)
+        return;
     WriteDatalog(Parts.Files, path, Rows(), CreateDatalogHeader());
     Parts.MemoEventLog.Add("StringDatalog saved and cleared");
 }
 
 void TLiveLog::SavePartialFile() {
-    SaveDataLogFile(UserLogDirectory() / ("datalog" + NowStamp(Parts.Clock) + "partial.csv"));
+    const fs::path wanted = UserLogDirectory() / ("datalog" + NowStamp(Parts.Clock) + "partial.csv");
+    const std::size_t generation = Parts.Buffers.Generation;
+    const bool same = wanted == LastPartial.Wanted && generation == LastPartial.Generation;
+    const fs::path path = same ? LastPartial.Written : UnusedPath(Parts.Files, wanted);
+    SaveDataLogFile(path);
+    LastPartial = {wanted, path, generation};
 }
 
 fs::path TLiveLog::UserLogDirectory() const {

@@ -65,6 +65,7 @@ class TLiveLog {
         virtual void ShowSetpointPage() = 0; // makes TabSetpoint visible and enables WindowSetpoint1
         virtual void Setup1Click() = 0;
         virtual void RepaintStatusBar() = 0;
+        virtual bool FormOpen() = 0; // false once the main form is closed
         // Shows the line's values in the grid, if SetpointListReady.
         virtual void ApplyDataLine(const std::string& line) = 0;
     };
@@ -92,8 +93,8 @@ class TLiveLog {
 
     // FOnCycleDone: copies the answers of the cycle.
     void SetCycleResult(const std::string& nabtoResultstring);
-    // One log step. Throws TError "Division by zero" when UpdateTimerCallBackEvents.DatalogCount is 0, and
-    // EInOutError when a partial file cannot be written; the row is then not counted.
+    // One log step. Throws TError "Division by zero: ..." when UpdateTimerCallBackEvents.DatalogCount is 0,
+    // and EInOutError when a partial file cannot be written; the row is then not counted.
     void UpdateTimerTimer();
     // With QuestionEnable asks whether to clear the old log, which is saved to a partial file first (throws
     // EInOutError). ClearData also says whether the start is reported.
@@ -110,7 +111,7 @@ class TLiveLog {
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
     bool DatalogOn = false;
     std::string CurrentLogStartDate;
-    const std::unique_ptr<ITimer> UpdateTimer;       // 1000 ms; nothing enables it
+    const std::unique_ptr<ITimer> UpdateTimer;       // key Time; nothing enables it
     const std::unique_ptr<ITimer> TimerLogAutostart; // 5000 ms, once; enabled by the start of the program
 
   private:
@@ -120,7 +121,15 @@ class TLiveLog {
     TDatalogRows Rows() const;
     void ReportTraffic(const std::string& message);
 
+    // The partial file that a later one of the same log and minute may replace, since it holds all of it.
+    struct TPartial {
+        std::filesystem::path Wanted;
+        std::filesystem::path Written;
+        std::size_t Generation = 0;
+    };
+
     TParts Parts;
+    TPartial LastPartial;
     std::string Line;                 // the data line at hand; kept for its memory
     std::vector<std::int32_t> Values; // of that line, likewise
 };

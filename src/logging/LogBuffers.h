@@ -60,10 +60,12 @@ class TLogBuffers : public TGraphPage::ILog {
   public:
     TRawLog DataLogRawData;
     std::size_t DatalogCount = 0; // rows so far, and the number of the next one
+    std::size_t Generation = 0;   // how often the log has begun anew
 
     void ClearLog() override {
         DataLogRawData.Clear();
         DatalogCount = 0;
+        ++Generation;
     }
 };
 

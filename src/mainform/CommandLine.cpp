@@ -3,7 +3,6 @@
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 
-#include <functional>
 #include <optional>
 #include <unordered_map>
 

@@ -6,6 +6,7 @@
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
 #include "core/TextFile.h"
+#include "logging/DatalogWriter.h"
 #include "mainform/NabtoUserFolder.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ constexpr int initialWidth = 1280;
 constexpr int initInterval = 200;
 constexpr int keepAliveInterval = 300000;
 constexpr int deleteUsersInterval = 30000;
+constexpr int closeAgainInterval = 60000;
 constexpr int portScanPoll = 100;
 constexpr int graphTabIndex = 1;
 
@@ -35,17 +37,24 @@ TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrent
                                                     GraphPage, nabto, forms.NabtoDevice}),
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
       InitTimer(ports.Timers.CreateTimer()), KeepAliveTimer(ports.Timers.CreateTimer()),
-      NabtoDeleteUsers(ports.Timers.CreateTimer()) {
+      NabtoDeleteUsers(ports.Timers.CreateTimer()), CloseAgain(ports.Timers.CreateTimer()) {
     InitTimer->SetInterval(initInterval);
     InitTimer->SetHandler([this] { InitTimerTimer(); });
     KeepAliveTimer->SetInterval(keepAliveInterval);
     KeepAliveTimer->SetHandler([this] { KeepAliveTimerTimer(); });
     NabtoDeleteUsers->SetInterval(deleteUsersInterval);
     NabtoDeleteUsers->SetHandler([this] { NabtoDeleteUsersTimer(); });
+    CloseAgain->SetInterval(closeAgainInterval);
+    CloseAgain->SetHandler([this] { CloseAgain->SetEnabled(false); });
     ConnectControls();
 }
 
 void TFormMain::ConnectControls() {
+    // The message loop begins with the first showing.
+    OnShow = [this] {
+        InitTimer->SetEnabled(false);
+        InitTimer->SetEnabled(true);
+    };
     OnClose = [this] {
         FormClose();
     };
@@ -124,15 +133,13 @@ void TFormMain::ReadConfigurationFiles() {
     LoggingTexts = {Texts.MessageLoggingStart, Texts.MessageLoggingStop, Texts.MessageClearGraphData,
                     Texts.TrafficButtonON,     Texts.TrafficButtonOFF,   Texts.DialogSaveDatalogFile};
     ProfileOpening.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
-    ProfileOpening.TestfileComport = language.ReadSection("TestfileComport");
+    ProfileOpening.TestfileComport = ReadUnitTexts(language).TestfileComport;
     const TNabtodriverTexts driver = ReadNabtodriverTexts(language);
     DeviceID.SetCaption(driver.ButChangeID);
     but_swupdate.SetCaption(driver.ButFWupdate);
     but_errorlog.SetCaption(driver.ButErrorlog);
-    LblSetpointPageEmpty.SetCaption(
-        language.ReadText("EmptyPages", "Setpoint", "Choose a group in the tree to see its setpoints here."));
-    LblGraphPageEmpty.SetCaption(
-        language.ReadText("EmptyPages", "Graph", "The curves of the logged values will appear here."));
+    LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
+    LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
 
     Configuration = ReadConfiguration(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile));
     TrafficButton.SetCaption(Texts.TrafficButtonOFF);
@@ -147,19 +154,27 @@ void TFormMain::CreateDirectories() {
         try {
             Ports.Files.CreateDirectories(FCurrentInifilesPath.directorypath / name);
         } catch (const EInOutError&) {
-            // A save that needs the folder tells its own failure.
+            // A save by the user tells its own failure; without a system log the close saves nothing.
         }
     }
 }
 
 void TFormMain::InitTimerTimer() {
     InitTimer->SetEnabled(false);
+    if (!Visible())
+        return; // not shown yet, or closing
     LiveLog.UpdateTimerCallBackEvents.ClearStrings();
-    DoPortScanMode();
+    // A bad profile is told, and must not cost the sign-in.
+    RunGuarded(Ports.Dialogs, [this] { DoPortScanMode(); });
     FileProgressBar.SetVisible(false);
-    if (!Visible() || (Forms.NabtoDevice.isEnabled() && !StartLink()))
+    const bool nabto = Forms.NabtoDevice.isEnabled();
+    for (TControl* control : {static_cast<TControl*>(&Forms.NabtoDevice.LblNabto),
+                              static_cast<TControl*>(&Forms.NabtoDevice.LedNabto),
+                              static_cast<TControl*>(&Forms.NabtoDevice.lblConnectedUser)})
+        control->SetVisible(nabto);
+    if (!Visible() || (nabto && !StartLink()))
         return;
-    GraphPage.GraphInit(true);
+    RunGuarded(Ports.Dialogs, [this] { GraphPage.GraphInit(true); });
     SetpointPage.ArrangeSetpointPage(GridClientWidth, GroupClientHeight);
     DeviceID.SetVisible(ShowButtonDevid);
     if (Configuration.PortScan.doPortScan && Configuration.AutoLoadProfile.doAutoloadProfile &&
@@ -200,13 +215,17 @@ bool TFormMain::StartLink() {
             return false;
         }
     }
+    if (!Visible())
+        return false;
     StatusBar.Repaint();
     ShowButtonDevid = _commandLineParameters.devid.empty();
-    if (ShowButtonDevid)
-        Setup1Click();
-    else
-        ProfileOpening.TestProfileNabto(_commandLineParameters.devid, *ApiClient,
-                                        Configuration.AutoLoadProfile);
+    RunGuarded(Ports.Dialogs, [this] {
+        if (ShowButtonDevid)
+            Setup1Click();
+        else
+            ProfileOpening.TestProfileNabto(_commandLineParameters.devid, *ApiClient,
+                                            Configuration.AutoLoadProfile);
+    });
     return Visible();
 }
 
@@ -222,6 +241,7 @@ void TFormMain::OpenProfile2Click() {
 
 void TFormMain::Setup1Click() {
     StopLog();
+    LiveLog.TimerLogAutostart->SetEnabled(false); // no start of its own below the dialog
     Forms.SetupForm.FormInit();
     if (ApiClient->_isLocalSession)
         Forms.SetupForm.GetLocalDevices();
@@ -316,42 +336,49 @@ void TFormMain::FormKeyDown(EKey key, bool& handled) {
     }
 }
 
+// The first failure to save keeps the form open, so that the log can be saved elsewhere; a second close
+// within a minute saves what it can and ends.
 void TFormMain::FormClose() {
-    try {
-        SaveOnClose();
-    } catch (const TError&) {
-        if (!CloseFailed) {
-            CloseFailed = true;
-            throw;
-        }
-        RunGuarded(Ports.Dialogs, [] { throw; });
+    if (!CloseAgain->Enabled()) {
+        CloseAgain->SetEnabled(true);
+        for (const auto& save : ClosingSaves())
+            save();
+    } else {
+        for (const auto& save : ClosingSaves())
+            RunGuarded(Ports.Dialogs, save);
     }
-    for (const auto& timer : {InitTimer.get(), KeepAliveTimer.get(), NabtoDeleteUsers.get(),
-                              LiveLog.UpdateTimer.get(), LiveLog.TimerLogAutostart.get()})
+    for (ITimer* timer : {InitTimer.get(), KeepAliveTimer.get(), NabtoDeleteUsers.get(), CloseAgain.get(),
+                          LiveLog.UpdateTimer.get(), LiveLog.TimerLogAutostart.get()})
         timer->SetEnabled(false);
     Forms.NabtoDevice.stopLog();
     DeleteNabtoUserFolder();
     Ports.Application.Terminate();
 }
 
-void TFormMain::SaveOnClose() {
-    WriteGraphSettings();
+std::vector<std::function<void()>> TFormMain::ClosingSaves() {
     const auto systemlog = FCurrentInifilesPath.directorypath / "log" / "systemlog";
     const std::string stamp = DateTimeStamp(Ports.Clock);
+    std::vector<std::function<void()>> saves;
+    if (Profile.ProfileLoaded)
+        // What cannot be kept of the graph must not cost the logs.
+        saves.emplace_back([this] {
+            RunGuarded(Ports.Dialogs, [this] { Profile.WriteGraphSettings(GraphPage.ChannelSettings()); });
+        });
     if (Ports.Files.DirectoryExists(systemlog)) {
-        WriteLines(Ports.Files, systemlog / (stamp + "eventlog.log"), MemoEventLog.Lines());
-        SaveDataLogFile(systemlog / ("datalog" + NowStamp(Ports.Clock) + ".csv"));
+        saves.emplace_back([=, this] {
+            WriteLines(Ports.Files, systemlog / (stamp + "eventlog.log"), MemoEventLog.Lines());
+        });
+        saves.emplace_back([=, this] {
+            SaveDataLogFile(
+                UnusedPath(Ports.Files, systemlog / ("datalog" + NowStamp(Ports.Clock) + ".csv")));
+        });
     }
-    ModbusPanel.WannaClose = true;
+    saves.emplace_back([this] { ModbusPanel.WannaClose = true; });
     if (Configuration.DebugEnable && Ports.Files.DirectoryExists(systemlog))
-        WriteLines(Ports.Files, systemlog / (stamp + "debug.log"), ModbusPanel.MemoDebug.Lines());
-}
-
-void TFormMain::WriteGraphSettings() {
-    if (!Profile.ProfileLoaded)
-        return;
-    // What cannot be kept of the graph must not cost the logs.
-    RunGuarded(Ports.Dialogs, [this] { Profile.WriteGraphSettings(GraphPage.ChannelSettings()); });
+        saves.emplace_back([=, this] {
+            WriteLines(Ports.Files, systemlog / (stamp + "debug.log"), ModbusPanel.MemoDebug.Lines());
+        });
+    return saves;
 }
 
 } // namespace tidewell

@@ -21,8 +21,10 @@
 #include "model/Profile.h"
 #include "setpoints/SetpointPage.h"
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tidewell {
 
@@ -97,6 +99,7 @@ class TFormMain : public TFormMainControls {
     std::unique_ptr<ITimer> InitTimer;        // 200 ms, once
     std::unique_ptr<ITimer> KeepAliveTimer;   // 300000 ms
     std::unique_ptr<ITimer> NabtoDeleteUsers; // 30000 ms, once, after the setup dialog
+    std::unique_ptr<ITimer> CloseAgain;       // 60000 ms, once, after a close that could not save
 
   private:
     void ReadConfigurationFiles();
@@ -104,15 +107,13 @@ class TFormMain : public TFormMainControls {
     void CreateDirectories();
     // Sign-in and profile, with the link enabled. False when the program is about to end.
     bool StartLink();
-    void SaveOnClose();
-    void WriteGraphSettings();
+    // What is kept at the close, in order. Each may throw.
+    std::vector<std::function<void()>> ClosingSaves();
 
     std::unique_ptr<IHttp> Http;
     std::unique_ptr<TApiClient> ApiClient;
     int GridClientWidth = 0;
     int GroupClientHeight = 0;
-    bool CloseFailed =
-        false; // a first failure to save keeps the form open, so that the log can be saved elsewhere
 };
 
 } // namespace tidewell

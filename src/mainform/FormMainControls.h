@@ -52,7 +52,7 @@ struct TFormMainControls : TForm {
     // On TabSetpoint, left: the tree above, the event log below; right: the grid.
     TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
     TMemo MemoEventLog{"MemoEventLog"};
-    TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear on the page; hidden once it does
+    TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear on the page
     TLabel LblGraphPageEmpty{"LblGraphPageEmpty"};
     TPanel GraphControlsPanel{"GraphControlsPanel"};
 

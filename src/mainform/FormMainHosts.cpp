@@ -33,6 +33,10 @@ void TFormMainHosts::TLiveLogHost::RepaintStatusBar() {
     Main.StatusBar.Repaint();
 }
 
+bool TFormMainHosts::TLiveLogHost::FormOpen() {
+    return Main.Visible();
+}
+
 void TFormMainHosts::TLiveLogHost::ApplyDataLine(const std::string& line) {
     Main.SetpointPage.ApplyDataLine(line);
 }
@@ -61,12 +65,17 @@ bool TFormMainHosts::TNabtoDeviceHost::ErrorLogVisible() const {
     return Main.Configuration.ErrorLog.doGetErrorlog;
 }
 
+bool TFormMainHosts::TNabtoDeviceHost::FormOpen() const {
+    return Main.Visible();
+}
+
 TApiClient& TFormMainHosts::TSetupFormHost::ApiClient() {
     return Main.Client();
 }
 
 void TFormMainHosts::TSetupFormHost::SetDeviceId(const std::string& device) {
-    Main._commandLineParameters.devid = device;
+    if (!device.empty()) // an empty one leaves the device in force
+        Main._commandLineParameters.devid = device;
 }
 
 void TFormMainHosts::TSetupFormHost::TestProfileNabto() {
@@ -79,7 +88,7 @@ void TFormMainHosts::TSetupFormHost::RepaintStatusBar() {
 }
 
 void TFormMainHosts::TCommandLineActions::InitDevice(const std::string& devid) {
-    Main.Device().init(devid, Main.Client()); // a failure shows in the status bar and at the first ping
+    Main.Device().init(devid, Main.Client()); // a failure shows at the first ping
 }
 
 void TFormMainHosts::TCommandLineActions::SetAccessToken(const std::string& jwt) {

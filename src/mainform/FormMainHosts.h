@@ -27,6 +27,7 @@ class TFormMainHosts {
         void ShowSetpointPage() override;
         void Setup1Click() override;
         void RepaintStatusBar() override;
+        bool FormOpen() override;
         void ApplyDataLine(const std::string& line) override;
 
       private:
@@ -42,6 +43,7 @@ class TFormMainHosts {
         void AddEventLog(const std::string& line) override;
         bool ShowButtonDevid() const override;
         bool ErrorLogVisible() const override;
+        bool FormOpen() const override;
 
       private:
         TFormMain& Main;

@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/IniFile.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 
 #include <cstddef>
@@ -28,11 +29,11 @@ Tlanguagedialog::Tlanguagedialog(const TPorts& ports, const TStartOptions& optio
 
 void Tlanguagedialog::FormShow() {
     const TIniFile language(Ports.Files, Paths.Languagefile);
-    const TIniSection texts = language.ReadSection("Language");
-    Button.SetCaption(texts.Value("butsave"));
-    SetCaption(texts.Value("header"));
-    langgroup.SetCaption(texts.Value("bulletheader"));
-    Restart = texts.Value("restart");
+    const TLanguageTexts texts = ReadLanguageTexts(language);
+    Button.SetCaption(texts.butsave);
+    SetCaption(texts.header);
+    langgroup.SetCaption(texts.bulletheader);
+    Restart = texts.restart;
 
     langgroup.SetItems(Ports.Files.List(Paths.configpath, "*.lng"));
     const std::string current =

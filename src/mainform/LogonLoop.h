@@ -17,7 +17,8 @@ class TLogonLoop {
     TLogonLoop(IDialogs& dialogs, TNabtoLogOn& logOn, TLabel& lblConnectedUser,
                std::function<void()> repaint);
 
-    // 0 when the user is signed in. closing tells that the program is about to end, which ends the loop too.
+    // 0 when the login, or with the offline tick the offline session, worked. closing tells that the program
+    // is about to end, which ends the loop too.
     int Run(TApiClient& client, const std::string& userNamePassword, const std::function<bool()>& closing);
 
   private:

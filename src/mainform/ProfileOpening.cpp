@@ -1,7 +1,9 @@
 #include "mainform/ProfileOpening.h"
 
+#include "core/Errors.h"
 #include "core/KvSupport.h"
 
+#include <exception>
 #include <optional>
 
 namespace tidewell {
@@ -42,15 +44,23 @@ void TProfileOpening::OpenFileProfile() {
 }
 
 void TProfileOpening::ReloadDeviceData() {
-    Parts.Panel.InitQuestionStringlistStructures();
+    // A fault in the devices must not leave the questions and channels of the profile before.
+    std::exception_ptr fault;
+    try {
+        Parts.Panel.InitQuestionStringlistStructures();
+    } catch (const TError&) {
+        fault = std::current_exception();
+    }
     Parts.SetpointPage.BuildSetpointTree();
     Parts.Controls.TheTab.SetActivePage(Parts.Controls.TabGraph);
     Parts.Device.SetNabtoQuestion(Parts.Paths.plsfile);
     Parts.Profile.ReadNabtoSection(Parts.Paths.plsfile);
     Parts.GraphPage.GraphInit(true);
+    if (fault)
+        std::rethrow_exception(fault);
 }
 
-bool TProfileOpening::PingTwice() {
+bool TProfileOpening::DeviceAnswers() {
     if (!Parts.Nabto.ping(Parts.Device.device))
         Parts.Nabto.ping(Parts.Device.device);
     return Parts.Nabto.ping(Parts.Device.device);
@@ -73,6 +83,8 @@ std::filesystem::path TProfileOpening::ProfileOfDevice(const TAutoLoadProfile& a
 
 void TProfileOpening::AskForProfile(const std::string& message) {
     Ports.Dialogs.ShowMessage(message);
+    if (!Parts.Controls.Visible())
+        return;
     Parts.Paths.plsfile.clear();
     Parts.Controls.FileProgressBar.SetVisible(false);
     OpenFileProfile();
@@ -84,7 +96,10 @@ void TProfileOpening::TestProfileNabto(const std::string& devid, TApiClient& cli
     Parts.Controls.FileProgressBar.SetVisible(false);
     if (!Parts.Device.initialized && Parts.Device.init(devid, client) != 0)
         return;
-    if (!PingTwice()) {
+    const bool answers = DeviceAnswers();
+    if (!Parts.Controls.Visible())
+        return; // closed while the pings ran the event loop
+    if (!answers) {
         Ports.Dialogs.ShowMessage(TestfileComport.Value("Erroritemnumberdoesnotmatch"));
         return;
     }

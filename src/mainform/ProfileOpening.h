@@ -14,7 +14,6 @@
 #include "setpoints/SetpointPage.h"
 
 #include <filesystem>
-#include <functional>
 #include <string>
 
 namespace tidewell {
@@ -48,7 +47,8 @@ class TProfileOpening {
     void TestProfileNabto(const std::string& devid, TApiClient& client, const TAutoLoadProfile& autoload);
 
   private:
-    bool PingTwice();
+    // Two pings when the first is answered, else three; the last one decides.
+    bool DeviceAnswers();
     // The profile that belongs to what the device reports, with autoload; empty if it is not known.
     std::filesystem::path ProfileOfDevice(const TAutoLoadProfile& autoload) const;
     void AskForProfile(const std::string& message);

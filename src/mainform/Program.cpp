@@ -67,9 +67,11 @@ void TProgram::CreateForms() {
 }
 
 void TProgram::Finish() {
-    // A second try ends the form even if something cannot be saved.
-    for (int attempt = 0; attempt < 2 && FormMain.Visible(); ++attempt)
-        RunGuarded(Ports.Dialogs, [this] { FormMain.Close(); });
+    if (!FormMain.Visible() || RunGuarded(Ports.Dialogs, [this] { FormMain.Close(); }))
+        return;
+    if (FormMain.LogBuffers.DatalogCount > 0)
+        RunGuarded(Ports.Dialogs, [this] { FormMain.LiveLog.SaveUserDatalog1Click(); });
+    FormMain.Close(); // saves what it can
 }
 
 std::unique_ptr<TProgram> Build(const TPorts& ports, const TStartOptions& options) {

@@ -21,7 +21,8 @@ class TProgram {
 
     // The entry sequence up to the message loop. False when the program ends before it starts one.
     bool Start();
-    // After the message loop: closes the main form in the ordinary way if it is still open.
+    // After the message loop: closes the main form in the ordinary way if it is still open. When something
+    // cannot be saved, the user may save the log elsewhere.
     void Finish();
 
     const TPorts Ports;

@@ -41,6 +41,7 @@ struct TFakeHost : TNabtoDevice::IHost {
     void AddEventLog(const std::string& line) override { Events.push_back(line); }
     bool ShowButtonDevid() const override { return Devid; }
     bool ErrorLogVisible() const override { return ErrorLog; }
+    bool FormOpen() const override { return true; }
     std::vector<std::string> Events;
     bool Devid = true;
     bool ErrorLog = true;
@@ -238,6 +239,7 @@ TEST_F(TNabtoDeviceTest, TheFormShowsOnlyWhatWorks) {
     EXPECT_TRUE(Device.ButErorlog.Visible() && Device.ButContUpdate.Visible());
     EXPECT_FALSE(Device.butChangeDeviceID.Visible());
     Host.ErrorLog = false;
+    Device.Hide();
     Dialogs.Show(Device);
     EXPECT_FALSE(Device.ButErorlog.Visible());
 }

@@ -1,3 +1,4 @@
+#include "core/Errors.h"
 #include "mainform/Program.h"
 #include "support/FakePorts.h"
 #include "support/MemoryFiles.h"
@@ -73,9 +74,10 @@ TEST_F(TEntry, ShowsEachSplashLineForItsTime) {
 }
 
 TEST_F(TEntry, LeavesAnEventLogAnEmptyDatalogAndADebugLog) {
+    Arguments = {"-devid"}; // not looked at: without the key, the link is not enabled
     auto program = Build();
     program->Start();
-    Time.Advance(200); // without the key, the link is not enabled: no command line, no logon
+    Time.Advance(200);
     EXPECT_TRUE(Dialogs.Shown.empty());
     program->FormMain.Close1Click();
     EXPECT_TRUE(Application.IsTerminated);
@@ -121,24 +123,51 @@ TEST_F(TEntry, NamesFileKeyAndValueOfABadBoolean) {
     auto& system = Files.Content["/t/cfg/system_x.inn"];
     system.replace(system.find("DebugEnable=1"), 13, "DebugEnable=maybe");
     const auto program = Build();
-    Dialogs.AllowMessage("No NabtoCloseSession Function Loaded");
-    Dialogs.AllowMessage("No NabtoShutdown Function Loaded");
-    Dialogs.AllowMessage(
+    Dialogs.ExpectMessage(
         "/t/cfg/system_x.inn: [CommInitModbus] DebugEnable: 'maybe' is not a valid boolean value");
     EXPECT_FALSE(program->Start());
     EXPECT_TRUE(Application.IsTerminated);
+    ExpectNoLibraryAtTheEnd();
 }
 
 TEST_F(TEntry, KeepsTheFormOpenOnceWhenTheLogCannotBeSaved) {
     auto program = Build();
     program->Start();
     Time.Advance(200);
-    Files.Unwritable.insert("/t/log/systemlog");
-    EXPECT_THROW(program->FormMain.Close1Click(), std::exception);
+    const std::string eventlog = "/t/log/systemlog/02-03-2026080002eventlog.log";
+    Files.Unwritable.insert(eventlog);
+    EXPECT_THROW(program->FormMain.Close1Click(), EInOutError);
     EXPECT_TRUE(program->FormMain.Visible());
-    EXPECT_FALSE(Application.IsTerminated);
-    Dialogs.ExpectMessage("Cannot write /t/log/systemlog/02-03-2026080002eventlog.log: Permission denied");
+    EXPECT_THAT(FilesIn("/t/log/systemlog"), ElementsAre()); // the rest has not run
+    Dialogs.ExpectMessage("Cannot write " + eventlog + ": Permission denied");
     program->FormMain.Close1Click();
+    EXPECT_TRUE(Application.IsTerminated);
+    EXPECT_THAT(FilesIn("/t/log/systemlog"),
+                ElementsAre("02-03-2026080002debug.log", "datalog02-03-20260800.csv"));
+    ExpectNoLibraryAtTheEnd();
+}
+
+TEST_F(TEntry, KeepsTheDatalogOfAnEarlierRunInTheSameMinute) {
+    Files.Put("/t/log/systemlog/datalog02-03-20260800.csv", "earlier");
+    auto program = Build();
+    program->Start();
+    Time.Advance(200);
+    program->FormMain.Close1Click();
+    EXPECT_EQ(Files.Content["/t/log/systemlog/datalog02-03-20260800.csv"], "earlier");
+    EXPECT_TRUE(Files.FileExists("/t/log/systemlog/datalog02-03-20260800-2.csv"));
+    ExpectNoLibraryAtTheEnd();
+}
+
+TEST_F(TEntry, StartsTheSecondStageOnlyWithTheMainForm) {
+    Files.Content["/t/cfg/system_x.inn"] += "[CommInitNabto]\nPauseTime=soon\n";
+    auto& system = Files.Content["/t/cfg/system_x.inn"];
+    system.replace(system.find("PortScan=true"), 13,
+                   "PortScan=no"); // the second stage would ask for a profile
+    auto program = Build();
+    Dialogs.ExpectMessage(
+        "/t/cfg/system_x.inn: [CommInitNabto] PauseTime: 'soon' is not a valid floating point value");
+    program->Start();
+    Time.Advance(1000);
     EXPECT_TRUE(Application.IsTerminated);
     ExpectNoLibraryAtTheEnd();
 }

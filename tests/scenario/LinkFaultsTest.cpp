@@ -133,6 +133,11 @@ TEST_F(TLinkFaults, StopPollingWhenAPartialFileCannotBeWritten) {
     Main().TrafficButton.Click(); // goes on with the log as it is
     RunUntilRows(6);
     EXPECT_EQ(FilesBelow("/t/log/userlog").size(), 1u);
+    // Each row bears its own time, and none is left of the step that failed.
+    const auto& times = Main().GraphPage.GraphDataLabelsTimeText;
+    EXPECT_EQ(times.Count(), Rows());
+    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), Rows());
+    EXPECT_EQ(times.At(Rows() - 1), Time.LongTime(Time.Now()));
     Close();
 }
 
@@ -141,7 +146,10 @@ TEST_F(TLinkFaults, CloseInOrderInTheMiddleOfAQuestion) {
     SetFault("Latency=700ms");
     Time.Advance(3000);
     ASSERT_TRUE(Time.AdvanceUntil([this] { return Label().ends_with("-> Get Data"); }, 10000));
-    Time.After(0, [this] { Main().Close1Click(); }); // delivered by the event loop that the question runs
+    Time.After(100, [this] { // delivered by the event loop that the question runs
+        EXPECT_FALSE(Program->NabtoDevice.Cycle.timerQuery->Enabled());
+        Main().Close1Click();
+    });
     Time.Advance(5000);
     EXPECT_TRUE(Application.IsTerminated);
     const std::size_t calls = Libraries.Calls.size();
