@@ -12,6 +12,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tidewell {
 
 namespace {
@@ -71,6 +73,10 @@ class TRadioButtons : public QObject {
         for (QAbstractButton* button : Buttons.buttons())
             button->setChecked(Buttons.id(button) == Group.ItemIndex());
         Buttons.setExclusive(true);
+        // The keyboard enters the group at the selected item.
+        const int entry = std::max(0, Group.ItemIndex());
+        for (QAbstractButton* button : Buttons.buttons())
+            button->setFocusPolicy(Buttons.id(button) == entry ? Qt::StrongFocus : Qt::ClickFocus);
     }
 
   private:

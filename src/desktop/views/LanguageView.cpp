@@ -19,6 +19,7 @@ TLanguageView::TLanguageView(Tlanguagedialog& form, const TViewContext& context)
     auto& scroll = NewChild<QScrollArea>(*this);
     scroll.setFrameShape(QFrame::NoFrame);
     scroll.setWidgetResizable(true);
+    scroll.setFocusPolicy(Qt::NoFocus);
     auto& group = NewChild<QGroupBox>(scroll);
     scroll.setWidget(&group);
     column.addWidget(&scroll, 1);
