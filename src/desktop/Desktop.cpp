@@ -145,7 +145,8 @@ int RunDesktop(int argc, char** argv, const TFileVersion& version) {
                                          desktop.SaveScreenshot(*program,
                                                                 std::filesystem::absolute(screenshot));
                                  });
-    program->Start();
+    if (!RunGuarded(desktop.Dialogs, [&program] { program->Start(); }))
+        application.Terminate(); // a start that broke off leaves nothing to work with
     application.Run();
     program->Finish();
     desktop.Dialogs.DestroyViews();
