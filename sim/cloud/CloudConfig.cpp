@@ -4,9 +4,11 @@
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
+#include "sim/common/IniLines.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <string_view>
 
@@ -14,12 +16,22 @@ namespace tidewell::sim {
 
 namespace {
 
-constexpr std::string_view UserPrefix = "User ";
+constexpr std::string_view UserPrefix = "User";
 
 [[noreturn]] void Fail(const TIniFile& ini, std::string_view section, std::string_view key,
                        std::string_view value, std::string_view what) {
     throw TError(ini.Path().string() + ": [" + std::string(section) + "] " + std::string(key) + "=" +
                  std::string(value) + ": " + std::string(what));
+}
+
+void CheckKeys(const TIniFile& ini, const std::string& section,
+               std::initializer_list<std::string_view> known) {
+    for (const TIniSection::TRow& row : ini.ReadSection(section).Rows()) {
+        if (std::none_of(known.begin(), known.end(),
+                         [&](std::string_view name) { return SameText(row.Name, name); })) {
+            Fail(ini, section, row.Name, row.Value, "unknown key");
+        }
+    }
 }
 
 int ReadNumber(const TIniFile& ini, std::string_view section, std::string_view key, int otherwise,
@@ -60,6 +72,7 @@ std::vector<std::string> ReadDevices(const TIniFile& ini) {
 
 TCloudUser ReadUser(const TIniFile& ini, const std::string& section, const std::string& name,
                     const std::vector<std::string>& devices) {
+    CheckKeys(ini, section, {"Password", "Flags", "Devices", "NabtoUser", "NabtoID"});
     TCloudUser user;
     const auto password = ini.Find(section, "Password");
     if (!password) {
@@ -85,6 +98,7 @@ TCloudUser ReadUser(const TIniFile& ini, const std::string& section, const std::
 }
 
 TCloudFaults ReadFaults(const TIniFile& ini) {
+    CheckKeys(ini, "Faults", {"Path", "RefuseCode", "NoJson", "EmptyBody", "FlagCount", "DelayMs"});
     TCloudFaults faults;
     faults.Path = ini.ReadText("Faults", "Path");
     faults.RefuseCode = ReadNumber(ini, "Faults", "RefuseCode", 0, 599);
@@ -98,20 +112,39 @@ TCloudFaults ReadFaults(const TIniFile& ini) {
     return faults;
 }
 
+// The name in "User <name>"; empty for any other section.
+std::string UserOf(const TIniFile& ini, const std::string& section) {
+    if (SameText(section, "Service") || SameText(section, "Devices") || SameText(section, "Faults")) {
+        return {};
+    }
+    const std::string_view text = section;
+    const bool more = text.size() > UserPrefix.size();
+    if (!SameText(text.substr(0, UserPrefix.size()), UserPrefix) ||
+        (more && text[UserPrefix.size()] != ' ')) {
+        throw TError(ini.Path().string() + ": section [" + section + "] belongs to nothing");
+    }
+    const std::string_view name = Trim(text.substr(UserPrefix.size()));
+    if (name.empty()) {
+        throw TError(ini.Path().string() + ": section [" + section + "] names no user");
+    }
+    return std::string(name);
+}
+
 } // namespace
 
 TCloudConfig ReadCloudConfig(const TIniFile& ini) {
+    CheckIniLines(ini.Bytes(), ini.Path().string());
     TCloudConfig config;
     config.Devices = ReadDevices(ini);
     for (const std::string& section : ini.SectionNames()) {
-        if (SameText(std::string_view(section).substr(0, UserPrefix.size()), UserPrefix)) {
-            const std::string name(Trim(std::string_view(section).substr(UserPrefix.size())));
+        if (const std::string name = UserOf(ini, section); !name.empty()) {
             config.Users[name] = ReadUser(ini, section, name, config.Devices);
         }
     }
     if (config.Users.empty()) {
         throw TError(ini.Path().string() + ": there is no section [User <name>], so nobody could log in");
     }
+    CheckKeys(ini, "Service", {"TokenLifetime", "TokenRequests"});
     config.TokenLifetimeSeconds = ReadNumber(ini, "Service", "TokenLifetime", config.TokenLifetimeSeconds);
     config.TokenRequests = ReadNumber(ini, "Service", "TokenRequests", config.TokenRequests);
     config.Faults = ReadFaults(ini);

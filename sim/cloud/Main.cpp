@@ -24,9 +24,11 @@ constexpr std::string_view Usage =
     "  --ca-file     where to write the certificate authority that clients have to trust\n"
     "  --port        port on 127.0.0.1; 0: any free one\n"
     "  --ready-file  gets the port as soon as the service can be reached\n"
+    "  --help        prints this\n"
     "SIGHUP reads the faults anew, SIGTERM and SIGINT end the service.\n";
 
 struct TOptions {
+    bool Help = false;
     std::filesystem::path Config;
     std::filesystem::path CaFile;
     std::filesystem::path ReadyFile;
@@ -45,6 +47,10 @@ TOptions ParseOptions(int count, char** arguments) {
     TOptions options;
     for (int index = 1; index < count; index += 2) {
         const std::string name = arguments[index];
+        if (name == "--help") {
+            options.Help = true;
+            return options;
+        }
         if (index + 1 >= count) {
             throw TError(name + ": a value is missing");
         }
@@ -109,8 +115,9 @@ int Run(const TOptions& options) {
     TDiskFiles files;
     sim::TCloudService service(ReadConfig(files, options.Config));
     const sim::TThrowAwayCertificates certificates;
-    WriteFile(files, options.CaFile, certificates.AuthorityPem());
+    // The server first: where another one runs, that one's authority must stay.
     const sim::THttpsServer server(service, certificates, options.Port);
+    WriteFile(files, options.CaFile, certificates.AuthorityPem());
     if (!options.ReadyFile.empty()) {
         WriteFile(files, options.ReadyFile, std::to_string(server.Port()) + "\n");
     }
@@ -128,6 +135,10 @@ int main(int count, char** arguments) {
     } catch (const std::exception& error) {
         std::cerr << "tidewell-cloud: " << error.what() << "\n" << Usage;
         return 2;
+    }
+    if (options.Help) {
+        std::cout << Usage;
+        return EXIT_SUCCESS;
     }
     try {
         return Run(options);

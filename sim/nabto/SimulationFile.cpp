@@ -3,7 +3,7 @@
 #include "core/Errors.h"
 #include "core/IniFile.h"
 #include "core/Numbers.h"
-#include "core/TextFile.h"
+#include "sim/common/IniLines.h"
 #include "sim/nabto/RowText.h"
 #include "sim/nabto/SimulationRows.h"
 
@@ -28,7 +28,6 @@ class TReader {
     void EachRow(const std::string& section, const std::function<void(const TRow&)>& work);
     [[noreturn]] void Fail(const std::string& section, const std::string& key, const std::string& why) const;
 
-    void CheckLines(std::string_view bytes) const;
     void CheckSections() const;
     TControllerSetup ReadController(const std::string& name);
     bool ReadIdentity(const TRow& row, TSimulatedController::TIdentity& identity) const;
@@ -49,19 +48,6 @@ void TReader::EachRow(const std::string& section, const std::function<void(const
             work(row);
         } catch (const TError& error) {
             Fail(section, row.Name, error.what());
-        }
-    }
-}
-
-// An INI reader passes over lines that say nothing; here they are mistakes.
-void TReader::CheckLines(std::string_view bytes) const {
-    const std::vector<std::string> lines = SplitLines(bytes);
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        const std::string_view line = Trim(lines[i]);
-        const bool section = line.starts_with("[") && line.ends_with("]");
-        if (!line.empty() && !line.starts_with(";") && !section && line.find('=') == std::string_view::npos) {
-            throw TError(ShownPath + ": line " + std::to_string(i + 1) + ": \"" + std::string(line) +
-                         "\" is neither a section nor key=value");
         }
     }
 }
@@ -130,7 +116,7 @@ TControllerSetup TReader::ReadController(const std::string& name) {
 }
 
 TSimulation TReader::Read(std::string_view bytes) {
-    CheckLines(bytes);
+    CheckIniLines(bytes, ShownPath);
     TSimulation simulation;
     std::vector<std::string> names;
     EachRow("Simulation", [&](const TRow& row) {

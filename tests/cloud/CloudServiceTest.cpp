@@ -58,6 +58,12 @@ TEST(CloudConfig, NamesWhatItCannotUnderstand) {
         {user + "[Faults]\nFlagCount=65\n", "[Faults] FlagCount=65: not a number from 0 to 64"},
         {user + "[Faults]\nRefuseCode=99\n", "[Faults] RefuseCode=99"},
         {user + "[Faults]\nNoJson=perhaps\n", "perhaps"},
+        {user + "[Faults]\nNoJsn=true\n", "[Faults] NoJsn=true: unknown key"},
+        {user + "[Faults]\nNoJson true\n", "line 4: \"NoJson true\" is neither a section nor key=value"},
+        {user + "Flag=10\n", "[User anna] Flag=10: unknown key"},
+        {user + "[Service]\nTokenLifeTme=5\n", "[Service] TokenLifeTme=5: unknown key"},
+        {user + "[User ]\nPassword=x\n", "section [User] names no user"},
+        {user + "[Users]\nbert=x\n", "section [Users] belongs to nothing"},
     };
     for (const auto& [text, message] : cases) {
         SCOPED_TRACE(text);

@@ -91,6 +91,9 @@ TEST(SimulationFile, ReadsEverything) {
     EXPECT_FALSE(gate.Local);
     EXPECT_FALSE(gate.Remote);
     EXPECT_EQ(gate.Values.size(), 3U);
+
+    EXPECT_NO_THROW(
+        ParseSimulation("\xEF\xBB\xBF; by an editor that marks UTF-8\r\n" + std::string(Complete), ""));
 }
 
 TEST(SimulationFile, ReadsTimes) {
