@@ -231,7 +231,8 @@ bool TFormMain::StartLink() {
 
 void TFormMain::OpenProfile2Click() {
     if (Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Texts.MessageStopLog, EButtons::OkCancel) !=
-        EModalResult::Ok)
+            EModalResult::Ok ||
+        !Visible()) // closed while it was asked
         return;
     StopLog();
     ProfileOpening.OpenFileProfile();
@@ -240,6 +241,8 @@ void TFormMain::OpenProfile2Click() {
 }
 
 void TFormMain::Setup1Click() {
+    if (!Visible())
+        return; // closed below a message that leads here
     StopLog();
     LiveLog.TimerLogAutostart->SetEnabled(false); // no start of its own below the dialog
     Forms.SetupForm.FormInit();

@@ -69,5 +69,19 @@ TEST_F(TLanguage, GoesOnWhenTheChoiceCannotBeWritten) {
     EXPECT_THAT(Process.Calls, testing::IsEmpty());
 }
 
+TEST_F(TLanguage, KeepsTheChoiceAndSaysSoWhenTheProgramCannotStartAnew) {
+    Process.CanStart = false;
+    Dialog.FormShow();
+    Dialog.langgroup.ClickItem(0);
+    Dialogs.ExpectMessage("Restarting");
+    try {
+        Dialog.Button.Click();
+        ADD_FAILURE() << "a start that failed went unseen";
+    } catch (const TError& error) {
+        EXPECT_STREQ(error.what(), "Cannot start /t/tidewell");
+    }
+    EXPECT_THAT(Files.Content["/t/cfg/system_x.inn"], testing::HasSubstr("LanguageFile_Current=deutsch.lng"));
+}
+
 } // namespace
 } // namespace tidewell::test

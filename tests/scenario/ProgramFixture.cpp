@@ -2,6 +2,7 @@
 
 #include "core/DiskFiles.h"
 
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -89,6 +90,12 @@ std::vector<std::string> TProgramFixture::FilesBelow(const std::filesystem::path
         if (path.string().starts_with(directory.string() + "/"))
             names.push_back(path.string());
     return names;
+}
+
+std::ptrdiff_t TProgramFixture::QueryCount(const std::string& query) const {
+    return std::ranges::count_if(Libraries.Calls, [&query](const std::string& call) {
+        return call.find("/" + query) != std::string::npos;
+    });
 }
 
 } // namespace tidewell::test

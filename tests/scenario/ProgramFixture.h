@@ -14,11 +14,37 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tidewell::test {
+
+// Dialogs below which something else can happen.
+class TBusyDialogs : public TScriptedDialogs {
+  public:
+    std::function<void()> Meanwhile; // runs once, while the next message box or file dialog is shown
+
+    EModalResult ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) override {
+        const EModalResult answer = TScriptedDialogs::ShowMessageBox(kind, text, buttons);
+        RunMeanwhile();
+        return answer;
+    }
+    std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) override {
+        auto answer = TScriptedDialogs::OpenFile(dialog);
+        RunMeanwhile();
+        return answer;
+    }
+
+  private:
+    void RunMeanwhile() {
+        if (const auto action = std::exchange(Meanwhile, nullptr))
+            action();
+    }
+};
 
 // The whole program on the example installation, laid out in memory below "/t", against the simulated
 // controllers and the cloud stand-in, in virtual time. The general handler shows what leaves a timer.
@@ -43,12 +69,14 @@ class TProgramFixture : public testing::Test {
     // Runs until that many rows are logged; fails the test after an hour.
     void RunUntilRows(std::size_t rows);
     std::vector<std::string> FilesBelow(const std::filesystem::path& directory) const;
+    // Queries of that name that went to the library.
+    std::ptrdiff_t QueryCount(const std::string& query) const;
     TFormMain& Main() { return Program->FormMain; }
 
     std::vector<std::string> Arguments{"-devid", Device, "-LoginUserPW", "service;tidewell"};
     TMemoryFiles Files;
     TVirtualTime Time;
-    TScriptedDialogs Dialogs;
+    TBusyDialogs Dialogs;
     TFakeProcess Process;
     TFakeApplication Application;
     TFakePictures Pictures;

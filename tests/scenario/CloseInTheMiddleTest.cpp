@@ -1,0 +1,140 @@
+#include "scenario/ProgramFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace tidewell::test {
+namespace {
+
+// The main form closed below something that then goes on: a wait or a dialog.
+class TCloseInTheMiddle : public TProgramFixture {
+  protected:
+    void CloseMain() {
+        Main().Close1Click();
+        EXPECT_TRUE(Application.IsTerminated);
+        ShownAtClose = Dialogs.Shown.size();
+    }
+    // In the next message box or file dialog.
+    void CloseInNextDialog() {
+        Dialogs.Meanwhile = [this] {
+            CloseMain();
+        };
+    }
+    // Asks nothing more, polls nothing more, and has left its files once.
+    void ExpectEnded() {
+        ASSERT_TRUE(Application.IsTerminated);
+        const std::size_t calls = Libraries.Calls.size();
+        const std::size_t requests = Requests.size();
+        Files.Put("/t/nabto_config/users/x", "");
+        Time.Advance(600000);
+        EXPECT_TRUE(Files.FileExists("/t/nabto_config/users/x")); // no timer empties the folder
+        Program->Finish();
+        EXPECT_EQ(Dialogs.Shown.size(), ShownAtClose) << testing::PrintToString(Dialogs.Texts());
+        EXPECT_EQ(Libraries.Calls.size(), calls);
+        EXPECT_EQ(Requests.size(), requests);
+        EXPECT_EQ(FilesBelow("/t/log/systemlog").size(), 2u); // a second close would make a second datalog
+    }
+    std::size_t ShownAtClose = 0;
+};
+
+TEST_F(TCloseInTheMiddle, OfTheFirstPings) {
+    Files.Content[Simulation] += "\n[Faults aria1]\nLatency=700ms\n";
+    for (const int later : {0, 700}) { // within each of the pings
+        SCOPED_TRACE(later);
+        Time.After(2500 + later, [this, later] { // the splash lines and the second stage's timer take 2400 ms
+            EXPECT_EQ(QueryCount("ping.json"), 1 + later / 700);
+            CloseMain();
+        });
+        Start();
+        ExpectEnded();
+        EXPECT_FALSE(Main().Profile.ProfileLoaded);
+        Program.reset();
+        Libraries.Calls.clear();
+        for (const auto& path : FilesBelow("/t/log"))
+            Files.Content.erase(path);
+    }
+}
+
+TEST_F(TCloseInTheMiddle, OfTheQuestionBeforeALog) {
+    for (const EModalResult answer : {EModalResult::Yes, EModalResult::No}) {
+        Start();
+        Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, answer);
+        CloseInNextDialog();
+        Main().TrafficButton.Click();
+        EXPECT_FALSE(Main().LiveLog.DatalogOn);
+        ExpectEnded();
+        Program.reset();
+        for (const auto& path : FilesBelow("/t/log"))
+            Files.Content.erase(path);
+    }
+}
+
+TEST_F(TCloseInTheMiddle, OfTheSetupDialog) {
+    Arguments = {"-LoginUserPW", "service;tidewell"};
+    Dialogs.ExpectForm("SetupForm", [this](TForm&) { CloseMain(); });
+    Start();
+    ExpectEnded();
+}
+
+TEST_F(TCloseInTheMiddle, OfThePingsBehindTheSetupDialog) {
+    Arguments = {"-LoginUserPW", "service;tidewell"};
+    Files.Content[Simulation] += "\n[Faults aria1]\nLatency=700ms\n";
+    Dialogs.ExpectForm("SetupForm", [this](TForm&) {
+        Program->SetupForm.txtRemote.Enter(Device);
+        Time.After(100, [this] { CloseMain(); });
+        Program->SetupForm.ButCommOk.Click();
+    });
+    Start();
+    ExpectEnded();
+}
+
+TEST_F(TCloseInTheMiddle, OfTheProfileDialog) {
+    struct TCase {
+        const char* Changed; // in the system file
+        const char* To;
+        std::optional<std::filesystem::path> Answer;
+    };
+    const std::string fresh = Files.Content[SystemFile];
+    for (const auto& test : {TCase{"PortScan=TRUE", "PortScan=FALSE", Profile},
+                             TCase{"AutoloadProfile=TRUE", "AutoloadProfile=FALSE", std::nullopt}}) {
+        Files.Content[SystemFile] = fresh;
+        Edit(SystemFile, test.Changed, test.To);
+        Dialogs.ExpectOpenFile(Language("HeadAppl", "DialogOpenProfileCaption"), test.Answer);
+        CloseInNextDialog();
+        Start();
+        ExpectEnded();
+        EXPECT_TRUE(Requests.empty());
+        Program.reset();
+        for (const auto& path : FilesBelow("/t/log"))
+            Files.Content.erase(path);
+    }
+}
+
+TEST_F(TCloseInTheMiddle, OfTheQuestionBeforeAProfile) {
+    Start();
+    Dialogs.ExpectMessage(Main().Texts.MessageStopLog, EModalResult::Ok);
+    CloseInNextDialog();
+    Main().OpenProfile2.Click();
+    ExpectEnded();
+}
+
+TEST_F(TCloseInTheMiddle, OfAMessageBeforeADialog) {
+    // There is no profile for the model: the box would be followed by the file dialog.
+    Files.Content.erase(Profile);
+    Dialogs.ExpectMessage(Language("TestfileComport", "ProfileMissing") + " \\t\\profile\\Aria450");
+    CloseInNextDialog();
+    Start();
+    ExpectEnded();
+}
+
+TEST_F(TCloseInTheMiddle, OfTheRefusalToLogWithoutAProfile) {
+    Files.Content[Simulation] += "\n[Faults aria1]\nNoAnswer=on\n";
+    Dialogs.ExpectMessage(Language("TestfileComport", "Erroritemnumberdoesnotmatch"));
+    Start();
+    Dialogs.ExpectMessage("Profile NOT loaded...");
+    CloseInNextDialog();
+    Main().TrafficButton.Click();
+    ExpectEnded();
+}
+
+} // namespace
+} // namespace tidewell::test

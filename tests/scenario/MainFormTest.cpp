@@ -1,0 +1,121 @@
+#include "scenario/ProgramFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace tidewell::test {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+// The main form's keys, sizes and timers.
+class TMainForm : public TProgramFixture {
+  protected:
+    bool Press(EKey key) {
+        bool handled = false;
+        Main().OnKeyDown(key, handled);
+        return handled;
+    }
+};
+
+TEST_F(TMainForm, ActsOnItsKeys) {
+    Start();
+    Dialogs.ExpectMessage(Main().Texts.MessageStopLog, EModalResult::Cancel);
+    EXPECT_TRUE(Press(EKey::F2));
+    Dialogs.ExpectSaveFile(Main().Texts.DialogSaveDatalogFile, std::nullopt);
+    Press(EKey::F4);
+    Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::Yes);
+    Press(EKey::F5);
+    EXPECT_TRUE(Main().LiveLog.DatalogOn);
+    Press(EKey::F5);
+    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+
+    Press(EKey::F6);
+    EXPECT_TRUE(Main().TheTab.IsActive(Main().TabSetpoint));
+    EXPECT_FALSE(Main().GraphControlsPanel.Visible());
+    Press(EKey::F1); // there is no help file
+    Press(EKey::F7);
+    EXPECT_TRUE(Main().TheTab.IsActive(Main().TabGraph));
+    EXPECT_TRUE(Main().GraphControlsPanel.Visible());
+
+    Dialogs.ExpectForm("SetupForm", {});
+    Press(EKey::F8);
+    Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::No);
+    Press(EKey::F5);
+    Press(EKey::F11);
+    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_TRUE(Program->NabtoDevice.Visible());
+    Dialogs.ExpectForm("languagedialog", {});
+    Press(EKey::F12);
+
+    EXPECT_FALSE(Press(EKey::Other));
+    const std::size_t shown = Dialogs.Shown.size();
+    for (TMenuItem* entry : {&Main().OpenProfile2, &Main().SaveUserDatalog1, &Main().StartLog1,
+                             &Main().Setup1, &Main().Changelanguage1, &Main().OpenDatalogfile1})
+        entry->SetVisible(false);
+    for (const EKey key : {EKey::F2, EKey::F3, EKey::F4, EKey::F5, EKey::F8, EKey::F12})
+        Press(key);
+    EXPECT_EQ(Dialogs.Shown.size(), shown);
+    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+
+    Press(EKey::Escape);
+    EXPECT_TRUE(Application.IsTerminated);
+    Program->Finish();
+}
+
+TEST_F(TMainForm, GivesTheUserPanelTheWidthThatIsLeft) {
+    Dialogs.WorkArea = 700;
+    Start();
+    EXPECT_EQ(Main().ClientHeight(), 700);
+    const auto widths = [this](int clientWidth) {
+        Main().SetClientSize(clientWidth, 500);
+        std::vector<int> result;
+        for (const auto& panel : Main().StatusBar.Panels())
+            result.push_back(panel.Width);
+        return result;
+    };
+    EXPECT_EQ(widths(1000), (std::vector<int>{300, 280, 250, 170}));
+    EXPECT_EQ(widths(500), (std::vector<int>{300, 0, 250, 170}));
+    Close();
+}
+
+TEST_F(TMainForm, KeepsTheTokenAliveWhateverTheServiceSays) {
+    const std::string keepAlive = "POST /api/v1.2/keepAlive";
+    Start();
+    const std::string first = Main().Client().token;
+    Time.Advance(298000); // the timer runs since the main form was made, during the splash lines
+    EXPECT_THAT(Requests, Not(Contains(keepAlive)));
+    Time.Advance(2000);
+    EXPECT_THAT(Requests, Contains(keepAlive).Times(1));
+    const std::string second = Main().Client().token;
+    EXPECT_NE(second, first);
+    Online = false;
+    Time.Advance(300000);
+    EXPECT_EQ(Main().Client().token, second);
+    Online = true;
+    Time.Advance(300000);
+    EXPECT_THAT(Requests, Contains(keepAlive).Times(3));
+    EXPECT_NE(Main().Client().token, second);
+    Close();
+}
+
+TEST_F(TMainForm, SignsInWithATokenInPlaceOfALogon) {
+    Start();
+    const std::string token = Main().Client().token;
+    ASSERT_TRUE(token.starts_with("Bearer "));
+    Close();
+    const std::string jwt = token.substr(7);
+    for (const auto& arguments : {std::vector<std::string>{"-jwt", jwt, "-devid", Device},
+                                  std::vector<std::string>{"-devid", Device, "-jwt", jwt}}) {
+        Arguments = arguments;
+        Requests.clear();
+        Start();
+        EXPECT_EQ(Main().Caption(), Profile);
+        RunUntilRows(2);
+        EXPECT_THAT(Requests, Not(Contains("POST /api/v1.2/login")));
+        Close();
+    }
+}
+
+} // namespace
+} // namespace tidewell::test

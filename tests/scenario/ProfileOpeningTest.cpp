@@ -1,0 +1,168 @@
+#include "scenario/ProgramFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace tidewell::test {
+namespace {
+
+using testing::Contains;
+
+// How the program comes to its profile, by the user and by the device.
+class TProfileChoice : public TProgramFixture {
+  protected:
+    static constexpr const char* OtherProfile = "/t/profile/Loft120_english.pls";
+    static constexpr const char* BadProfile = "/t/profile/Bad_english.pls";
+    static constexpr const char* BadProfileMessage =
+        "/t/profile/Bad_english.pls: [SecondDevice] Enable: 'perhaps' is not a valid boolean value";
+
+    void PutBadProfile() {
+        Files.Put(BadProfile, "[NabtoDevice]\nPoll1=0;3;100;2;\n"
+                              "[FirstDevice]\nEnable=1\nR1=30;3;100;2;List a;\n"
+                              "[SecondDevice]\nEnable=perhaps\nR1=31;3;100;2;List a;\n"
+                              "[List a]\nP1=Mode;100;0;7;0;0;1;3;7;;;;;0;Group;;;1;\n"
+                              "[GraphPoints]\nG1=Mode;1;clRed;3;0;0;0;;;;;;1;\n");
+    }
+    // As a click in the running program: the general handler shows what leaves it.
+    void OpenProfileByMenu(std::optional<std::filesystem::path> path) {
+        Dialogs.ExpectMessage(Main().Texts.MessageStopLog, EModalResult::Ok);
+        Dialogs.ExpectOpenFile(Main().Texts.DialogOpenProfileCaption, std::move(path));
+        Time.After(0, [this] { Main().OpenProfile2.Click(); });
+    }
+    std::vector<std::string> Devices() {
+        std::vector<std::string> names;
+        for (const TMDevice& device : Main().ModbusPanel.DeviceList)
+            names.push_back(device.Name);
+        return names;
+    }
+};
+
+TEST_F(TProfileChoice, GoesOnLoggingWhenTheQuestionIsCancelled) {
+    Start();
+    RunUntilRows(3);
+    Dialogs.ExpectMessage(Main().Texts.MessageStopLog, EModalResult::Cancel);
+    Main().OpenProfile2.Click();
+    EXPECT_TRUE(Main().LiveLog.DatalogOn);
+    EXPECT_EQ(Main().FCurrentInifilesPath.plsfile, Profile);
+    RunUntilRows(6);
+    Close();
+}
+
+TEST_F(TProfileChoice, HasNoProfileAfterACancelledFileDialog) {
+    Start();
+    RunUntilRows(3);
+    OpenProfileByMenu(std::nullopt);
+    Time.Advance(1000);
+    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Main().Profile.ProfileLoaded);
+    EXPECT_TRUE(Main().FCurrentInifilesPath.plsfile.empty());
+    EXPECT_EQ(Main().Profile.currentprofilefile, Profile);
+    EXPECT_EQ(Main().LogBuffers.DatalogCount, 0u);
+    const std::string before = Files.Content[Profile];
+    Close();
+    EXPECT_EQ(Files.Content[Profile], before); // no profile, no settings written back
+}
+
+TEST_F(TProfileChoice, ShowsAnotherProfileInEveryPart) {
+    Start();
+    RunUntilRows(3);
+    OpenProfileByMenu(OtherProfile);
+    Time.Advance(1000);
+    EXPECT_EQ(Main().Caption(), OtherProfile);
+    EXPECT_THAT(Main().MemoEventLog.Lines(), Contains(std::string(OtherProfile) + " opened"));
+    EXPECT_THAT(Devices(), testing::ElementsAre("Device Loft 120"));
+    ASSERT_FALSE(Main().SetpointPage.SetpointTreeView.Nodes().empty());
+    EXPECT_EQ(Main().SetpointPage.SetpointTreeView.Nodes().front().Text, "Device Loft 120");
+    const TIniSection questions = TIniFile(Files, OtherProfile).ReadSection("NabtoDevice");
+    EXPECT_EQ(Program->NabtoDevice.Cycle.Questions.Count(), questions.Count());
+    EXPECT_EQ(Program->NabtoDevice.Cycle.Questions.ValueAt(0), questions.ValueAt(0));
+    EXPECT_EQ(Main().GraphPage.graph.Channels.Count(),
+              static_cast<std::size_t>(Main().Profile.GraphEnableCount));
+    const std::string before = Files.Content[Profile];
+    Close();
+    EXPECT_EQ(Files.Content[Profile], before);
+}
+
+TEST_F(TProfileChoice, AsksTwiceOrThriceAndTheLastAnswerDecides) {
+    struct TCase {
+        std::string Fault;
+        std::ptrdiff_t Pings;
+        bool Answers;
+    };
+    const TCase cases[] = {
+        {"", 2, true},
+        {"NoAnswer=on; times=1", 3, true},
+        {"NoAnswer=on; times=2", 3, true},
+        {"NoAnswer=on; skip=1; times=1", 2, false},
+        {"NoAnswer=on", 3, false},
+    };
+    const std::string fresh = Files.Content[Simulation];
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.Fault);
+        Files.Content[Simulation] = fresh + "\n[Faults aria1]\n" + test.Fault + "\n";
+        Time.Advance(2000); // the library looks at the file
+        Libraries.Calls.clear();
+        if (!test.Answers)
+            Dialogs.ExpectMessage(Language("TestfileComport", "Erroritemnumberdoesnotmatch"));
+        Start();
+        EXPECT_EQ(QueryCount("ping.json"), test.Pings);
+        EXPECT_EQ(Main().Profile.ProfileLoaded, test.Answers);
+        Close();
+    }
+}
+
+TEST_F(TProfileChoice, IsTheUsersWithoutAutoload) {
+    Edit(SystemFile, "AutoloadProfile=TRUE", "AutoloadProfile=FALSE");
+    const std::string title = Language("HeadAppl", "DialogOpenProfileCaption");
+    Dialogs.ExpectOpenFile(title, OtherProfile);
+    Start();
+    EXPECT_EQ(QueryCount("ping.json"), 2);
+    EXPECT_EQ(Main().Caption(), OtherProfile); // though the device is of another model
+    Close();
+
+    Dialogs.ExpectOpenFile(title, std::nullopt);
+    Dialogs.ExpectMessage(Language("TestfileComport", "ProfileNotChosen") + " 30021");
+    Dialogs.ExpectOpenFile(title, Profile);
+    Start();
+    EXPECT_EQ(Main().Caption(), Profile);
+    EXPECT_FALSE(Main().LiveLog.TimerLogAutostart->Enabled());
+    Close();
+}
+
+TEST_F(TProfileChoice, LeavesNothingOfTheFormerProfileInABadOne) {
+    PutBadProfile();
+    Start();
+    RunUntilRows(3);
+    OpenProfileByMenu(BadProfile);
+    Dialogs.ExpectMessage(BadProfileMessage);
+    Time.Advance(1000);
+    EXPECT_EQ(Main().FCurrentInifilesPath.plsfile, BadProfile);
+    EXPECT_EQ(Program->NabtoDevice.Showquestions(), "Poll1=0;3;100;2;\r\n");
+    Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::Yes);
+    Main().TrafficButton.Click();
+    RunUntilRows(2);
+    EXPECT_EQ(Main().LogBuffers.DataLogRawData.Columns(), 3u); // two values and the blank behind them
+    const std::string former = Files.Content[Profile];
+    Close();
+    EXPECT_EQ(Files.Content[Profile], former);
+    const TIniFile bad(Files, BadProfile);
+    EXPECT_EQ(bad.ReadSection("GraphPoints").Count(), 1u);
+    EXPECT_THAT(bad.ReadText("GraphPoints", "G1"), testing::StartsWith("Mode;1;clRed;3;"));
+    EXPECT_EQ(bad.ReadSection("VisibleGraph").Count(), 1u);
+}
+
+TEST_F(TProfileChoice, SignsInAfterABadProfile) {
+    PutBadProfile();
+    Edit(SystemFile, "PortScan=TRUE", "PortScan=FALSE"); // asks for a profile first
+    Dialogs.ExpectOpenFile(Language("HeadAppl", "DialogOpenProfileCaption"), BadProfile);
+    Dialogs.ExpectMessage(BadProfileMessage);
+    Start();
+    EXPECT_THAT(Requests, Contains("POST /api/v1.2/login"));
+    EXPECT_EQ(Main().Caption(), Profile); // of the device's model, after all
+    Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::Yes);
+    Main().TrafficButton.Click();
+    RunUntilRows(2);
+    Close();
+}
+
+} // namespace
+} // namespace tidewell::test
