@@ -1,6 +1,8 @@
 #include "sim/controller/Faults.h"
 
 #include <algorithm>
+#include <array>
+#include <initializer_list>
 #include <utility>
 
 namespace tidewell {
@@ -33,6 +35,40 @@ bool Concerns(EFault fault, EOccasion occasion) {
 }
 
 } // namespace
+
+std::optional<EOccasion> QueryOccasion(std::string_view queryName) {
+    struct TQuery {
+        std::string_view Name;
+        EOccasion Kind;
+    };
+    static constexpr std::array<TQuery, 12> queries{{
+        {"ping.json", EOccasion::OtherQuery},
+        {"setpointReadValue.json", EOccasion::Read},
+        {"datapointReadValue.json", EOccasion::Read},
+        {"setpointWriteValue.json", EOccasion::Write},
+        {"admincmd.json", EOccasion::OtherQuery},
+        {"flashRead.json", EOccasion::OtherQuery},
+        {"flashWrite.json", EOccasion::OtherQuery},
+        {"eepReadRaw.json", EOccasion::OtherQuery},
+        {"prepareUpdate.json", EOccasion::OtherQuery},
+        {"FlashWriteNostream.json", EOccasion::OtherQuery},
+        {"FlashWriteNostreamV2.json", EOccasion::OtherQuery},
+        {"SystemIdentify.json", EOccasion::OtherQuery},
+    }};
+    const auto* const found = std::find_if(
+        queries.begin(), queries.end(), [queryName](const TQuery& query) { return query.Name == queryName; });
+    return found == queries.end() ? std::nullopt : std::optional(found->Kind);
+}
+
+bool CanBeDue(EFault fault, std::string_view query) {
+    if (query == StreamQuery) {
+        const auto streams = {EOccasion::StreamOpen, EOccasion::StreamRead, EOccasion::StreamWrite};
+        return std::any_of(streams.begin(), streams.end(),
+                           [fault](EOccasion kind) { return Concerns(fault, kind); });
+    }
+    const std::optional<EOccasion> kind = QueryOccasion(query);
+    return kind && Concerns(fault, *kind);
+}
 
 TConditionCounter::TConditionCounter(TFaultCondition condition) : Condition(std::move(condition)) {}
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tidewell {
@@ -27,10 +28,19 @@ enum class EFault {
 
 enum class EOccasion { Read, Write, OtherQuery, StreamOpen, StreamRead, StreamWrite };
 
+// Stands in the place of a query's name for all occasions of streams.
+inline constexpr std::string_view StreamQuery = "stream";
+
+// What kind of occasion a query is; nothing for a name that is none of the twelve.
+std::optional<EOccasion> QueryOccasion(std::string_view queryName);
+
+// Whether a fault that is bound to that query, or to StreamQuery, can ever be due.
+bool CanBeDue(EFault fault, std::string_view query);
+
 // Something that happens to a controller, for which faults can be due.
 struct TOccasion {
     EOccasion Kind = EOccasion::OtherQuery;
-    std::string Query;                     // empty for streams
+    std::string Query;                     // its name, or StreamQuery
     std::vector<TRegisterAddress> Touched; // by a read or write
     std::int64_t NowMs = 0;
 };
@@ -39,7 +49,7 @@ struct TOccasion {
 struct TFaultCondition {
     std::int64_t FromMs = 0;
     std::optional<std::int64_t> ToMs; // not at or after this time
-    std::string Query;                // empty: any
+    std::string Query;                // its name or StreamQuery; empty: any
     std::optional<std::int32_t> Obj;
     std::optional<std::int32_t> Address;
     std::size_t Skip = 0;

@@ -105,14 +105,13 @@ TJson StatusAnswer(const TStatusQuery& query, const TJson& request) {
 // What the request touches, for faults that are bound to an address. A malformed request touches nothing.
 TOccasion OccasionOf(const std::string& queryName, const TJson& request, std::int64_t nowMs) {
     TOccasion occasion;
+    occasion.Kind = QueryOccasion(queryName).value_or(EOccasion::OtherQuery);
     occasion.Query = queryName;
     occasion.NowMs = nowMs;
     try {
-        if (queryName == "setpointReadValue.json" || queryName == "datapointReadValue.json") {
-            occasion.Kind = EOccasion::Read;
+        if (occasion.Kind == EOccasion::Read) {
             occasion.Touched = ReadAddresses(request);
-        } else if (queryName == "setpointWriteValue.json") {
-            occasion.Kind = EOccasion::Write;
+        } else if (occasion.Kind == EOccasion::Write) {
             for (const TWriteEntry& entry : WriteEntries(request)) {
                 occasion.Touched.push_back(entry.At);
             }
@@ -121,6 +120,10 @@ TOccasion OccasionOf(const std::string& queryName, const TJson& request, std::in
         occasion.Touched.clear(); // told when the query is carried out
     }
     return occasion;
+}
+
+TOccasion StreamOccasion(EOccasion kind, std::int64_t nowMs) {
+    return {kind, std::string(StreamQuery), {}, nowMs};
 }
 
 std::string Shown(TRegisterAddress at) {
@@ -240,10 +243,7 @@ TJson TSimulatedController::Write(const TJson& request, const std::vector<TFault
 }
 
 bool TSimulatedController::OpenStream(std::int64_t nowMs) {
-    TOccasion occasion;
-    occasion.Kind = EOccasion::StreamOpen;
-    occasion.NowMs = nowMs;
-    if (!Faults.Due(occasion).empty()) {
+    if (!Faults.Due(StreamOccasion(EOccasion::StreamOpen, nowMs)).empty()) {
         return false;
     }
     Received.clear();
@@ -266,11 +266,9 @@ std::size_t TSimulatedController::Limit(std::size_t length, const std::vector<TF
 }
 
 TStreamPiece TSimulatedController::ReadStream(std::size_t capacity, std::int64_t nowMs) {
-    TOccasion occasion;
-    occasion.Kind = EOccasion::StreamRead;
-    occasion.NowMs = nowMs;
     TStreamPiece piece;
-    const std::size_t most = Limit(std::min(capacity, StreamPiece), Faults.Due(occasion), piece);
+    const std::vector<TFault> due = Faults.Due(StreamOccasion(EOccasion::StreamRead, nowMs));
+    const std::size_t most = Limit(std::min(capacity, StreamPiece), due, piece);
     if (piece.Outcome != EStreamOutcome::Done) {
         return piece;
     }
@@ -287,10 +285,7 @@ TStreamPiece TSimulatedController::ReadStream(std::size_t capacity, std::int64_t
 }
 
 TStreamPiece TSimulatedController::WriteStream(std::string_view bytes, std::int64_t nowMs) {
-    TOccasion occasion;
-    occasion.Kind = EOccasion::StreamWrite;
-    occasion.NowMs = nowMs;
-    const std::vector<TFault> due = Faults.Due(occasion);
+    const std::vector<TFault> due = Faults.Due(StreamOccasion(EOccasion::StreamWrite, nowMs));
     TStreamPiece piece;
     const std::size_t most = Limit(bytes.size(), due, piece);
     if (piece.Outcome == EStreamOutcome::Done && Find(due, EFault::BufferFull) != nullptr) {

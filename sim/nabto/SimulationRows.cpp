@@ -114,6 +114,9 @@ bool ParseCondition(const TRowText::TOption& option, TFaultCondition& when) {
 
 bool ParseRequestCondition(const TRowText::TOption& option, TFaultCondition& when) {
     if (option.Name == "query") {
+        if (option.Value != StreamQuery && !QueryOccasion(option.Value)) {
+            Unknown("query", option.Value);
+        }
         when.Query = option.Value;
     } else if (option.Name == "obj") {
         when.Obj = ParseInteger(option.Value);
@@ -224,6 +227,9 @@ void ParseFaultRow(const std::string& key, const std::string& text, std::vector<
             if (!ParseRequestCondition(option, fault.When)) {
                 Unknown("option", option.Name);
             }
+        }
+        if (!fault.When.Query.empty() && !CanBeDue(fault.Kind, fault.When.Query)) {
+            throw TError("this fault never comes with query=" + fault.When.Query);
         }
         faults.push_back(std::move(fault));
         return;

@@ -280,6 +280,20 @@ TEST_F(TSimulatedControllerTest, StreamsMoveInPieces) {
     EXPECT_EQ(Controller.ReadStream(100, 0).Outcome, EStreamOutcome::Silent);
 }
 
+TEST_F(TSimulatedControllerTest, FaultsCanBeBoundToStreams) {
+    TFault silent{EFault::NoAnswer, 0, {}, {}};
+    silent.When.Query = StreamQuery;
+    TFault broken{EFault::BrokenStream, 0, {}, {}};
+    broken.When = silent.When;
+    broken.When.Times = 2;
+    Controller.Faults.Replace({silent, broken});
+    EXPECT_NE(Read("100", "1"), "");
+    EXPECT_FALSE(Controller.OpenStream(0));
+    EXPECT_EQ(Controller.ReadStream(10, 0).Outcome, EStreamOutcome::Closed);
+    EXPECT_EQ(Controller.WriteStream("ab", 0).Outcome, EStreamOutcome::Closed);
+    EXPECT_EQ(Controller.WriteStream("ab", 0).Outcome, EStreamOutcome::Done);
+}
+
 TEST_F(TSimulatedControllerTest, StreamsTakePieces) {
     ASSERT_TRUE(Controller.OpenStream(0));
     TFault full{EFault::BufferFull, 0, {}, {}};

@@ -30,7 +30,7 @@ datapoint 1 7..8 = sine 10.5 2 1.5s; shift=250ms; stagger=1s
 setpoint 0 120 = 215; refused
 [Faults vent]
 Error=Device busy; query=datapointReadValue.json; obj=1; address=7; skip=2; times=1
-NoAnswer=on; from=1s; to=2m30s
+NoAnswer=on; from=1s; to=2m30s; query=stream
 WrongCount=off
 [Controller gate]
 Id=410000000002
@@ -84,6 +84,7 @@ TEST(SimulationFile, ReadsEverything) {
     EXPECT_EQ(vent.Faults[0].When.Obj, 1);
     EXPECT_EQ(vent.Faults[0].When.Address, 7);
     EXPECT_EQ(vent.Faults[0].When.Skip, 2U);
+    EXPECT_EQ(vent.Faults[1].When.Query, "stream");
     EXPECT_EQ(vent.Faults[1].When.FromMs, 1000);
     EXPECT_EQ(vent.Faults[1].When.ToMs, 150000);
 
@@ -140,6 +141,12 @@ TEST(SimulationFile, TellsMistakesByFileSectionAndKey) {
         {"Faults vent", "NoAnswer=1", R"(section "Faults vent", key "NoAnswer": "1" is neither on nor off)"},
         {"Faults vent", "NoAnswer=on; till=3s",
          R"(section "Faults vent", key "NoAnswer": unknown option "till")"},
+        {"Faults vent", "Error=x; query=pong.json",
+         R"(section "Faults vent", key "Error": unknown query "pong.json")"},
+        {"Faults vent", "Latency=1s; query=stream",
+         R"(section "Faults vent", key "Latency": this fault never comes with query=stream)"},
+        {"Faults vent", "WrongCount=1; query=ping.json",
+         R"(section "Faults vent", key "WrongCount": this fault never comes with query=ping.json)"},
         {"Library", "nabtoFree=NABTO_FAILED",
          R"(section "Library", key "nabtoFree": unknown function "nabtoFree")"},
         {"Library", "nabtoStartup=18", R"(section "Library", key "nabtoStartup": unknown status "18")"},
