@@ -1,6 +1,7 @@
 #include "core/DiskFiles.h"
 
 #include "core/Errors.h"
+#include "core/Numbers.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -8,7 +9,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -92,10 +92,6 @@ bool HasWriteBit(mode_t mode) {
     return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0;
 }
 
-char Lower(char c) {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-}
-
 } // namespace
 
 bool MatchesMask(const std::string& name, const std::string& mask) {
@@ -109,7 +105,7 @@ bool MatchesMask(const std::string& name, const std::string& mask) {
         if (m < mask.size() && mask[m] == '*') {
             star = m++;
             resume = n;
-        } else if (m < mask.size() && (mask[m] == '?' || Lower(mask[m]) == Lower(name[n]))) {
+        } else if (m < mask.size() && (mask[m] == '?' || LowerCase(mask[m]) == LowerCase(name[n]))) {
             ++m;
             ++n;
         } else if (star != std::string::npos) {

@@ -13,7 +13,7 @@ namespace tidewell {
 
 namespace {
 
-constexpr int PurgeDays = 30;
+constexpr int purgeDays = 30;
 
 std::vector<std::filesystem::path> OldFiles(const IFiles& files, const IClock& clock,
                                             const std::filesystem::path& mask, int days) {
@@ -64,13 +64,13 @@ std::size_t PurgeFiles(IFiles& files, const IClock& clock, const std::filesystem
 void CleanUpLogFiles(IFiles& files, const IClock& clock, IDialogs& dialogs,
                      const std::filesystem::path& directory) {
     const auto mask = directory / "log" / "systemlog" / "*.*";
-    const std::size_t count = SearchPurgeFiles(files, clock, mask, PurgeDays);
+    const std::size_t count = SearchPurgeFiles(files, clock, mask, purgeDays);
     if (count == 0)
         return;
     const std::string question = "Systemlog contain " + std::to_string(count) + " old files > " +
-                                 std::to_string(PurgeDays) + " days. Delete files?";
+                                 std::to_string(purgeDays) + " days. Delete files?";
     if (dialogs.ShowMessageBox(EMessageKind::Confirmation, question, EButtons::YesNo) == EModalResult::Yes)
-        PurgeFiles(files, clock, mask, PurgeDays, false);
+        PurgeFiles(files, clock, mask, purgeDays, false);
 }
 
 } // namespace tidewell

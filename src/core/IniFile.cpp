@@ -10,13 +10,9 @@ namespace tidewell {
 
 namespace {
 
-char Folded(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool Before(std::string_view a, std::string_view b) {
     return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-        return static_cast<unsigned char>(Folded(x)) < static_cast<unsigned char>(Folded(y));
+        return static_cast<unsigned char>(LowerCase(x)) < static_cast<unsigned char>(LowerCase(y));
     });
 }
 
@@ -73,7 +69,7 @@ std::string TIniSection::ValueAt(std::size_t position) const {
 std::size_t TIniFile::THash::operator()(std::string_view name) const {
     std::uint64_t hash = 0xCBF29CE484222325U;
     for (const char c : name)
-        hash = (hash ^ static_cast<unsigned char>(Folded(c))) * 0x100000001B3U;
+        hash = (hash ^ static_cast<unsigned char>(LowerCase(c))) * 0x100000001B3U;
     return static_cast<std::size_t>(hash);
 }
 
@@ -97,7 +93,6 @@ TIniFile::TIniFile(std::string_view bytes) {
 }
 
 void TIniFile::Parse(std::string_view bytes) {
-    ByteOrderMark = bytes.starts_with("\xEF\xBB\xBF") && IsValidUtf8(bytes);
     const std::string decoded = DecodeText(bytes, Encoding);
     std::string_view text = decoded;
     std::size_t section = None;
@@ -229,6 +224,8 @@ std::string TIniFile::Where(std::string_view section, std::string_view key) cons
 void TIniFile::WriteText(std::string_view section, std::string_view key, std::string_view value) {
     if (value.find_first_of("\r\n") != std::string_view::npos)
         throw EConvertError(Where(section, key) + "'" + std::string(value) + "' holds a line break");
+    if (!IsValidUtf8(value))
+        throw EConvertError(Where(section, key) + "'" + std::string(value) + "' is no UTF-8 text");
     const auto found = SectionByName.find(section);
     const auto row =
         found == SectionByName.end() ? TIndex::iterator() : Sections[found->second].ByName.find(key);
@@ -276,7 +273,7 @@ std::size_t TIniFile::InsertLine(std::size_t behind, std::string text) {
 }
 
 std::string TIniFile::Bytes() const {
-    std::string text = ByteOrderMark ? "\xEF\xBB\xBF" : "";
+    std::string text;
     for (std::size_t line = FirstLine; line != None; line = Lines[line].Next)
         text.append(Lines[line].Text).append(Lines[line].End);
     return EncodeText(text, Encoding);
@@ -288,8 +285,11 @@ void TIniFile::Save(IFiles& files) {
     if (!ReadFailure.empty())
         throw EInOutError("Cannot write " + FilePath.string() + ", which could not be read: " + ReadFailure);
     const auto writer = files.Replace(FilePath);
-    writer->Write(Bytes());
+    const std::string bytes = Bytes();
+    writer->Write(bytes);
     writer->Commit();
+    if (Encoding == EEncoding::Windows1252 && IsValidUtf8(bytes))
+        Encoding = EEncoding::Utf8;
     Modified = false;
 }
 

@@ -45,7 +45,8 @@ class TIniSection {
 // An INI file in memory. Section and key names compare without case; the first match counts. Blanks around
 // names and values are dropped, and so is one pair of quotes around a value. A line that starts with ";" is a
 // comment, and a line without "=" is no row. Writing changes only the lines of the keys written: order,
-// comments, blank lines, unknown keys, duplicates, encoding and line ends stay as they were.
+// comments, blank lines, unknown keys, duplicates, encoding and line ends stay as they were. Only a
+// Windows-1252 file that is to hold a character which that encoding lacks turns into UTF-8 as a whole.
 class TIniFile {
   public:
     // A file that is missing or unreadable reads as empty.
@@ -74,7 +75,8 @@ class TIniFile {
     std::string Where(std::string_view section, std::string_view key) const;
 
     // Replaces the value of the first such key, or adds the key behind the last row of the section, or the
-    // section at the end of the file. Throws EConvertError for a value of more than one line.
+    // section at the end of the file. Throws EConvertError for a value of more than one line or one that is
+    // no UTF-8.
     void WriteText(std::string_view section, std::string_view key, std::string_view value);
     // Only if something was written that differs. Throws EInOutError, also when the file is there but could
     // not be read; it is then as it was.
@@ -123,7 +125,6 @@ class TIniFile {
     std::filesystem::path FilePath;
     std::string ReadFailure; // why a file that is there could not be read
     EEncoding Encoding = EEncoding::Utf8;
-    bool ByteOrderMark = false;
     std::string LineEnd = "\r\n"; // of the first line that has one
     std::vector<TLine> Lines;
     std::size_t FirstLine = None;

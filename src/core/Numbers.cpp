@@ -13,16 +13,12 @@ namespace tidewell {
 
 namespace {
 
-constexpr int SignificantDigits = 8;
+constexpr int significantDigits = 8;
 // Digits behind the point that an extended number can fill with sense.
-constexpr int MostDecimals = 18;
+constexpr int mostDecimals = 18;
 
 bool IsBlank(char c) {
     return static_cast<unsigned char>(c) <= ' ';
-}
-
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 bool IsDigit(char c) {
@@ -123,12 +119,12 @@ std::string PlainText(const TDigits& number, int decimals) {
 // The common case: a number that has all its digits within the eight, and is not near a half where the last
 // bit would decide. Empty if it is not so.
 std::string ShortText(long double value, int decimals) {
-    static constexpr std::array<long double, SignificantDigits + 1> Powers = {1.0L, 1e1L, 1e2L, 1e3L, 1e4L,
+    static constexpr std::array<long double, significantDigits + 1> powers = {1.0L, 1e1L, 1e2L, 1e3L, 1e4L,
                                                                               1e5L, 1e6L, 1e7L, 1e8L};
-    if (decimals > SignificantDigits)
+    if (decimals > significantDigits)
         return {};
-    const long double moved = value * Powers[static_cast<std::size_t>(decimals)];
-    if (!(moved < Powers[SignificantDigits] - 1))
+    const long double moved = value * powers[static_cast<std::size_t>(decimals)];
+    if (!(moved < powers[significantDigits] - 1))
         return {};
     auto whole = static_cast<std::uint32_t>(moved);
     const long double rest = moved - static_cast<long double>(whole);
@@ -160,13 +156,13 @@ std::string_view Trim(std::string_view text) {
 
 std::string LowerCase(std::string_view text) {
     std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), Lower);
+    std::transform(result.begin(), result.end(), result.begin(), [](char c) { return LowerCase(c); });
     return result;
 }
 
 bool SameText(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return Lower(x) == Lower(y); });
+                      [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
 std::optional<std::int32_t> TryToInteger(std::string_view text) {
@@ -182,7 +178,7 @@ std::optional<std::int32_t> TryToInteger(std::string_view text) {
         return std::nullopt;
     if (text.front() == '$')
         return Hexadecimal(text.substr(1), negative);
-    if (text.size() > 2 && text[0] == '0' && Lower(text[1]) == 'x')
+    if (text.size() > 2 && text[0] == '0' && LowerCase(text[1]) == 'x')
         return Hexadecimal(text.substr(2), negative);
     // What is left to accept is a number behind "+".
     if (!negative && IsDigit(text.front()) && ParseWhole(text, value, 10))
@@ -246,12 +242,12 @@ std::string FixedText(long double value, int decimals) {
     const long double size = std::fabs(value);
     if (std::isinf(size))
         return negative ? "-INF" : "INF";
-    decimals = std::clamp(decimals, 0, MostDecimals);
+    decimals = std::clamp(decimals, 0, mostDecimals);
     std::string text = ShortText(size, decimals);
     if (text.empty()) {
         TDigits number = ShortestDigits(size);
-        RoundTo(number, std::min(SignificantDigits, number.Exponent + decimals));
-        text = number.Exponent > SignificantDigits ? ScientificText(number) : PlainText(number, decimals);
+        RoundTo(number, std::min(significantDigits, number.Exponent + decimals));
+        text = number.Exponent > significantDigits ? ScientificText(number) : PlainText(number, decimals);
     }
     if (negative && text.find_first_of("123456789") != std::string::npos)
         text.insert(text.begin(), '-');

@@ -10,7 +10,11 @@ namespace tidewell {
 
 // Copy without the blanks and control characters at both ends.
 std::string_view Trim(std::string_view text);
-std::string LowerCase(std::string_view text);          // ASCII letters only
+// ASCII letters only.
+constexpr char LowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+std::string LowerCase(std::string_view text);
 bool SameText(std::string_view a, std::string_view b); // ASCII letters compare without case
 
 // A whole decimal number with optional sign and leading blanks, nothing behind it; also "$" or "0x" and

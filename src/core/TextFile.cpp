@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <utility>
 
 namespace tidewell {
 
 namespace {
 
-constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 // Code points of the bytes 0x80 to 0x9F. The five that have no character stand for themselves, so that any
 // byte string survives reading and writing.
-constexpr std::array<char16_t, 32> Windows1252 = {
+constexpr std::array<char16_t, 32> windows1252 = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
@@ -60,11 +62,25 @@ void AppendUtf8(std::string& text, char16_t code) {
     }
 }
 
-char Windows1252Byte(char32_t code) {
-    if (code < 0x80 || (code >= 0xA0 && code <= 0xFF))
-        return static_cast<char>(code);
-    const auto* const found = std::find(Windows1252.begin(), Windows1252.end(), code);
-    return found == Windows1252.end() ? '?' : static_cast<char>(0x80 + (found - Windows1252.begin()));
+// Nothing if the text holds a character that has no byte.
+std::optional<std::string> Windows1252Bytes(std::string_view utf8) {
+    std::string bytes;
+    bytes.reserve(utf8.size());
+    while (!utf8.empty()) {
+        const auto [code, length] = FirstCharacter(utf8);
+        if (length == 0)
+            return std::nullopt;
+        if (code < 0x80 || (code >= 0xA0 && code <= 0xFF)) {
+            bytes += static_cast<char>(code);
+        } else {
+            const auto* const found = std::find(windows1252.begin(), windows1252.end(), code);
+            if (found == windows1252.end())
+                return std::nullopt;
+            bytes += static_cast<char>(0x80 + (found - windows1252.begin()));
+        }
+        utf8.remove_prefix(length);
+    }
+    return bytes;
 }
 
 } // namespace
@@ -81,30 +97,30 @@ bool IsValidUtf8(std::string_view bytes) {
 
 std::string DecodeText(std::string_view bytes, EEncoding& encoding) {
     if (IsValidUtf8(bytes)) {
-        encoding = EEncoding::Utf8;
-        return std::string(bytes.starts_with(ByteOrderMark) ? bytes.substr(ByteOrderMark.size()) : bytes);
+        const bool marked = bytes.starts_with(byteOrderMark);
+        encoding = marked ? EEncoding::Utf8WithMark : EEncoding::Utf8;
+        return std::string(marked ? bytes.substr(byteOrderMark.size()) : bytes);
     }
     encoding = EEncoding::Windows1252;
     std::string text;
     text.reserve(bytes.size() + bytes.size() / 8);
     for (const char c : bytes) {
         const std::uint8_t byte = Byte(c);
-        AppendUtf8(text, byte >= 0x80 && byte < 0xA0 ? Windows1252[byte - 0x80U] : char16_t{byte});
+        AppendUtf8(text, byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80U] : char16_t{byte});
     }
     return text;
 }
 
 std::string EncodeText(std::string_view utf8, EEncoding encoding) {
-    if (encoding == EEncoding::Utf8)
-        return std::string(utf8);
-    std::string bytes;
-    bytes.reserve(utf8.size());
-    while (!utf8.empty()) {
-        const TCharacter character = FirstCharacter(utf8);
-        bytes += character.Length == 0 ? '?' : Windows1252Byte(character.Code);
-        utf8.remove_prefix(std::max<std::size_t>(character.Length, 1));
+    if (encoding == EEncoding::Utf8WithMark)
+        return std::string(byteOrderMark).append(utf8);
+    if (encoding == EEncoding::Windows1252) {
+        // Bytes that happen to be UTF-8 would be read as another text.
+        auto bytes = Windows1252Bytes(utf8);
+        if (bytes && !IsValidUtf8(*bytes))
+            return *std::move(bytes);
     }
-    return bytes;
+    return std::string(utf8);
 }
 
 std::vector<std::string> SplitLines(std::string_view text) {

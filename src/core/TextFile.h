@@ -9,11 +9,12 @@
 
 namespace tidewell {
 
-enum class EEncoding { Utf8, Windows1252 };
+enum class EEncoding { Utf8, Utf8WithMark, Windows1252 }; // the mark is the byte-order mark
 
-// UTF-8 if the bytes are valid UTF-8 (a byte-order mark is dropped), else Windows-1252. The text is UTF-8.
+// The text as UTF-8, without a byte-order mark. Bytes that are no valid UTF-8 are Windows-1252.
 std::string DecodeText(std::string_view bytes, EEncoding& encoding);
-// The text in that encoding; a character that Windows-1252 lacks becomes "?".
+// What DecodeText reads back as the text: in that encoding, but a text that Windows-1252 cannot keep comes
+// out as UTF-8. Text that is no valid UTF-8 stays as it is.
 std::string EncodeText(std::string_view utf8, EEncoding encoding);
 bool IsValidUtf8(std::string_view bytes);
 

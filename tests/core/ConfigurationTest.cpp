@@ -14,18 +14,12 @@ using testing::ThrowsMessage;
 
 // Flags in the order of the sections, then the numbers of the timer.
 std::vector<int> Settings(const TConfiguration& read) {
-    const bool load = read.AutoLoadProfile.doAutoloadProfile;
     const auto& log = read.ErrorLog;
-    const auto& [time, jump, count] = read.UpdateTimer;
-    return {read.PortScan.doPortScan,
-            load,
-            log.doGetErrorlog,
-            log.doIncludeValuesInFile,
-            read.LogAutoStart.doLogAutoStart,
-            read.DebugEnable,
-            time,
-            jump,
-            count};
+    std::vector<int> result{read.PortScan.doPortScan, read.AutoLoadProfile.doAutoloadProfile};
+    result.insert(result.end(), {log.doGetErrorlog, log.doIncludeValuesInFile});
+    result.insert(result.end(), {read.LogAutoStart.doLogAutoStart, read.DebugEnable, read.UpdateTimer.Time});
+    result.insert(result.end(), {read.UpdateTimer.XAxisJump, read.UpdateTimer.DatalogCount});
+    return result;
 }
 
 TEST(Configuration, DefaultsAndManners) {

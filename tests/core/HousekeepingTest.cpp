@@ -5,14 +5,19 @@
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <chrono>
+#include <vector>
 
 namespace tidewell {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::Each;
+using testing::ElementsAre;
+using testing::StartsWith;
+using testing::ThrowsMessage;
 using days = std::chrono::days;
 
 class Housekeeping : public testing::Test {
@@ -30,20 +35,14 @@ class Housekeeping : public testing::Test {
 };
 
 TEST_F(Housekeeping, AgeCountsWholeDays) {
-    const std::pair<std::chrono::seconds, long> table[] = {{-7h, 1},
-                                                           {0s, 1},
-                                                           {1s, 1},
-                                                           {24h - 1s, 1},
-                                                           {24h, 2},
-                                                           {24h + 1s, 2},
-                                                           {days(29), 30},
-                                                           {days(30) - 1s, 30},
-                                                           {days(29) - 1s, 29},
-                                                           {-24h, 0},
-                                                           {-25h, 0},
-                                                           {-23h, 1}};
-    for (const auto& [beforeMidnight, age] : table)
-        EXPECT_EQ(FileAge(Time, Time.Midnight(Time.Now()) - beforeMidnight), age) << beforeMidnight.count();
+    const auto age = [this](std::chrono::seconds beforeMidnight) {
+        return FileAge(Time, Time.Midnight(Time.Now()) - beforeMidnight);
+    };
+    EXPECT_THAT((std::vector{age(-7h), age(0s), age(1s), age(24h - 1s)}), Each(1));
+    EXPECT_THAT((std::vector{age(24h), age(24h + 1s)}), Each(2));
+    EXPECT_THAT((std::vector{age(days(29) - 1s), age(days(29)), age(days(30) - 1s)}),
+                ElementsAre(29, 30, 30));
+    EXPECT_THAT((std::vector{age(-23h), age(-24h), age(-25h)}), ElementsAre(1, 0, 0));
 }
 
 // A clock whose machine turned to summer time on the day of the file: that day has 23 hours.
@@ -94,14 +93,9 @@ TEST_F(Housekeeping, WhatCannotBeRemovedStays) {
     Put("gone.log", days(40));
     EXPECT_EQ(PurgeFiles(Files, Time, "/app/log/systemlog/*.log", 30, false), 2U);
     EXPECT_FALSE(Files.FileExists("/app/log/systemlog/gone.log"));
-    try {
-        PurgeFiles(Files, Time, "/app/log/systemlog/*.log", 30, true);
-        FAIL();
-    } catch (const EInOutError& error) {
-        EXPECT_EQ(std::string(error.what())
-                      .rfind("PurgFiles() Failed on file\n/app/log/systemlog/readonly.log\n\n", 0),
-                  0U);
-    }
+    EXPECT_THAT([&] { PurgeFiles(Files, Time, "/app/log/systemlog/*.log", 30, true); },
+                ThrowsMessage<EInOutError>(
+                    StartsWith("PurgFiles() Failed on file\n/app/log/systemlog/readonly.log\n\n")));
 }
 
 } // namespace
