@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <stdexcept>
 #include <string>
 
@@ -22,6 +23,8 @@ class EConvertError : public TError {
 class EListError : public TError {
   public:
     using TError::TError;
+    template <std::integral TIndex>
+    explicit EListError(TIndex index) : TError("List index out of bounds (" + std::to_string(index) + ")") {}
 };
 
 // A value that does not fit the range it was asked to be shown in.

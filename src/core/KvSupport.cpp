@@ -4,6 +4,7 @@
 #include "core/IniFile.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
+#include "core/WaitCursor.h"
 #include "core/ports/IDialogs.h"
 
 #include <algorithm>
@@ -136,17 +137,6 @@ std::size_t NumberEnd(std::string_view text, bool& isNumber) {
     return i;
 }
 
-class TWaitCursor {
-  public:
-    explicit TWaitCursor(IDialogs& dialogs) : Dialogs(dialogs) { Dialogs.SetWaitCursor(true); }
-    TWaitCursor(const TWaitCursor&) = delete;
-    TWaitCursor& operator=(const TWaitCursor&) = delete;
-    ~TWaitCursor() { Dialogs.SetWaitCursor(false); }
-
-  private:
-    IDialogs& Dialogs;
-};
-
 } // namespace
 
 void SplitRow(std::string_view text, std::vector<std::string>& target, bool digitsOnly) {
@@ -263,13 +253,16 @@ void FormatWithRow(std::string_view row, std::string_view text, std::string& res
     result = ScaledText(value + static_cast<long double>(offset), decimals);
 }
 
-std::string ScaledText(long double s, std::int32_t decimals) {
-    // Far beyond what an extended number holds; keeps the loop short.
-    const std::int32_t steps = std::clamp(decimals, -5000, 5000);
+long double Scaled(long double s, std::int32_t decimals) {
+    const std::int32_t steps = std::abs(std::clamp(decimals, -290, 290));
     long double power = 1;
-    for (std::int32_t i = 0; i < std::abs(steps); ++i)
+    for (std::int32_t i = 0; i < steps; ++i)
         power *= 10;
-    return decimals > 0 ? FixedText(s / power, decimals) : FixedText(s * power, 0);
+    return decimals > 0 ? s / power : s * power;
+}
+
+std::string ScaledText(long double s, std::int32_t decimals) {
+    return FixedText(Scaled(s, decimals), decimals);
 }
 
 void UnitText(std::string_view value, std::string_view code, const TIniSection& dataUnits,
@@ -301,7 +294,12 @@ std::filesystem::path FindSystemFile(const IFiles& files, const std::filesystem:
 std::filesystem::path GetLanguageFile(const IFiles& files, const std::filesystem::path& systemFile,
                                       const std::filesystem::path& directory) {
     const std::filesystem::path name = TIniFile(files, systemFile).ReadText("System", "LanguageFile_Current");
-    return directory / "cfg" / name.relative_path();
+    const std::filesystem::path path = directory / "cfg" / name.relative_path();
+    if (!files.FileExists(path))
+        for (const std::string& real : files.List(path.parent_path(), "*.*"))
+            if (SameText(real, path.filename().string()))
+                return path.parent_path() / real;
+    return path;
 }
 
 std::string VersionText(const TFileVersion& version) {

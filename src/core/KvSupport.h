@@ -16,6 +16,7 @@
 namespace tidewell {
 
 class IDialogs;
+class TIniSection;
 
 // Every piece that ends in ';', in order; text behind the last ';' is dropped. With digitsOnly the splitting
 // runs on a copy with all but digits and '-' removed, which leaves no ';' and so gives nothing.
@@ -53,21 +54,22 @@ void ParseNumber(std::string_view text, std::size_t& errorPosition, long double&
 // EConvertError for a row whose fields are no integers.
 void FormatWithRow(std::string_view row, std::string_view text, std::string& result, IDialogs& dialogs);
 
-// The text scaled by decimals (see FixedText): with decimals above 0 the point moves left by that many
-// digits, which are all shown; else the value is multiplied by 10^|decimals| and shown whole. s is raw +
-// offset.
+// s, which is raw + offset, with its point moved left by that many digits, or to the right for decimals below
+// 0. More than 290 digits count as 290, so that a register's value fits a double.
+long double Scaled(long double s, std::int32_t decimals);
+// The same as text (see FixedText): with all the digits moved behind the point, or whole.
 std::string ScaledText(long double s, std::int32_t decimals);
 
 // A value with its unit, for setpoint files. userUnits are the rows of that section, by position; dataUnits
 // by name.
-class TIniSection;
 void UnitText(std::string_view value, std::string_view code, const TIniSection& dataUnits,
               std::string& result, const TIniSection& userUnits);
 
 bool FileIsLocked(const IFiles& files, const std::filesystem::path& path);
 // "cfg/system_*.inn" below the directory if exactly one such file is there; otherwise empty.
 std::filesystem::path FindSystemFile(const IFiles& files, const std::filesystem::path& directory);
-// The language file that the system file names, in "cfg" below the directory; it may not exist.
+// The language file that the system file names, in "cfg" below the directory: the one of just that spelling,
+// or else one that differs in case only. It may not exist.
 std::filesystem::path GetLanguageFile(const IFiles& files, const std::filesystem::path& systemFile,
                                       const std::filesystem::path& directory);
 std::string VersionText(const TFileVersion& version); // "Version : ..."

@@ -14,10 +14,6 @@ namespace {
 
 constexpr std::string_view setpointFunction = "3";
 
-[[noreturn]] void ThrowIndexError(std::size_t index) {
-    throw EListError("List index out of bounds (" + std::to_string(index) + ")");
-}
-
 bool HoldsKey(const TIniSection& section, std::string_view key) {
     return std::ranges::any_of(section.Rows(), [&](const auto& row) { return SameText(row.Name, key); });
 }
@@ -35,13 +31,13 @@ std::vector<std::string> ListRows(const TIniSection& section) {
 
 TMDevice& TMDeviceList::GetDevice(std::size_t index) {
     if (index >= Devices.size())
-        ThrowIndexError(index);
+        throw EListError(index);
     return Devices[index];
 }
 
 const TMDevice& TMDeviceList::GetDevice(std::size_t index) const {
     if (index >= Devices.size())
-        ThrowIndexError(index);
+        throw EListError(index);
     return Devices[index];
 }
 
@@ -118,7 +114,7 @@ std::int32_t TModbusPanel::GetModbusIDFromDeviceName(std::string_view name) cons
     if (device == DeviceList.end())
         return -1;
     if (device->ReadList.empty())
-        ThrowIndexError(0);
+        throw EListError(0);
     return ToIntegerOr(Trim(GetRowField(device->ReadList.front(), 0)), -1);
 }
 
@@ -143,7 +139,7 @@ std::int32_t TModbusPanel::ModbusValueFromString(std::string_view name, std::siz
                                                  std::size_t field) const {
     const auto device = std::ranges::find(DeviceList, name, &TMDevice::Name);
     if (device == DeviceList.end())
-        ThrowIndexError(DeviceList.Count());
+        throw EListError(DeviceList.Count());
     if (question < 1 || question > device->ResponsList.size())
         return -1;
     std::vector<std::string> fields;
@@ -179,6 +175,8 @@ int TModbusPanel::GetSelectedDeviceListNumber(std::string_view name) const {
 
 void TModbusPanel::GetSelectedDeviceSetpointReadlist(int deviceIndex, std::vector<std::string>& list) const {
     list.clear();
+    if (deviceIndex < 0)
+        throw EListError(deviceIndex);
     const TMDevice& device = DeviceList.GetDevice(static_cast<std::size_t>(deviceIndex));
     for (std::size_t i = 0; i < device.ReadList.size(); ++i)
         if (GetRowField(device.ReadList[i], 1) == setpointFunction)

@@ -4,8 +4,6 @@
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 
-#include <algorithm>
-
 namespace tidewell {
 
 namespace {
@@ -48,14 +46,6 @@ double FloatOf(std::string_view text, const std::string& what, std::string_view 
     return *value;
 }
 
-// Exponents beyond 300 count as 300, so that every result fits a double.
-long double PowerOfTen(std::int64_t exponent) {
-    long double power = 1;
-    for (std::int64_t i = std::min<std::int64_t>(exponent, 300); i > 0; --i)
-        power *= 10;
-    return power;
-}
-
 // An 8-bit character; 0 is none.
 std::string CharacterText(std::uint32_t code) {
     if (code == 0)
@@ -95,9 +85,7 @@ TDatapointValue CalculateDatapointValue(const TGraphPoint& point, const TSplitLi
     const std::int32_t value = ToIntegerOr(line.Field(point.Structnumber), 0);
     const std::int32_t raw = point.Type < firstUnsignedType ? value : Low16(value);
     const long double s = static_cast<long double>(raw) + static_cast<long double>(point.Offset);
-    const std::int64_t decimal = point.Decimal;
-    const long double shown = decimal > 0 ? s / PowerOfTen(decimal) : s * PowerOfTen(-decimal);
-    return {static_cast<double>(shown), raw};
+    return {static_cast<double>(Scaled(s, point.Decimal)), raw};
 }
 
 TDatapointValue CalculateDatapointValue(std::string_view graphRow, std::string_view line) {

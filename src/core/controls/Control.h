@@ -26,7 +26,8 @@ class TEvent {
     std::function<void(TArgs...)> Handler;
 };
 
-// What every control of a screen model has. Setters emit Changed only if the value differs.
+// What every control of a screen model has. Setters of one value emit Changed only if it differs; those that
+// change rows always do.
 class TControl {
   public:
     explicit TControl(std::string name) : ControlName(std::move(name)) {}

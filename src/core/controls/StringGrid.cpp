@@ -28,7 +28,7 @@ void TStringTable::SetCell(std::size_t column, std::size_t row, const std::strin
 
 const std::vector<std::string>& TStringTable::Row(std::size_t row) const {
     if (row >= Rows.size())
-        throw EListError("List index out of bounds (" + std::to_string(row) + ")");
+        throw EListError(row);
     return Rows[row];
 }
 
