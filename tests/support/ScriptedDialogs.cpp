@@ -71,7 +71,9 @@ EModalResult TScriptedDialogs::ShowMessageBox(EMessageKind kind, const std::stri
     Shown.push_back({kind, text, buttons});
     if (const auto step = Take("message", text))
         return step->Answer;
-    return buttons == EButtons::Ok ? EModalResult::Ok : EModalResult::Cancel;
+    return buttons == EButtons::Ok      ? EModalResult::Ok
+           : buttons == EButtons::YesNo ? EModalResult::No
+                                        : EModalResult::Cancel;
 }
 
 std::optional<std::string> TScriptedDialogs::InputBox(const std::string& title, const std::string&) {
@@ -110,7 +112,8 @@ EModalResult TScriptedDialogs::ShowModal(TForm& form) {
 }
 
 void TScriptedDialogs::Show(TForm& form) {
-    form.Open();
+    if (!form.Visible())
+        form.Open();
 }
 
 void TScriptedDialogs::Popup(TPopupMenu& menu) {

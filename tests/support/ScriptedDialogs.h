@@ -17,7 +17,7 @@ class TScriptedDialogs : public IDialogs {
 
     // The next message box must bear this text; it gets this answer.
     void ExpectMessage(const std::string& text, EModalResult answer = EModalResult::Ok);
-    // The same box any number of times from now on, after the script has run out.
+    // The same box any number of times from now on, wherever the script does not expect it next.
     void AllowMessage(const std::string& text, EModalResult answer = EModalResult::Ok);
     void ExpectInput(const std::string& title, std::optional<std::string> answer);
     void ExpectOpenFile(const std::string& title, std::optional<std::filesystem::path> answer);
