@@ -11,7 +11,7 @@
 #include <array>
 #include <cstdint>
 
-namespace tidewell::sim {
+namespace tidewell {
 
 namespace {
 
@@ -33,8 +33,8 @@ void Check(bool done, const char* what) {
     }
 }
 
-TKey NewKey() {
-    TKey key(EVP_EC_gen("P-256"));
+TPrivateKey NewKey() {
+    TPrivateKey key(EVP_EC_gen("P-256"));
     Check(key != nullptr, "make a key");
     return key;
 }
@@ -100,7 +100,7 @@ std::string Pem(X509& certificate) {
 } // namespace
 
 TThrowAwayCertificates::TThrowAwayCertificates(const std::vector<std::string>& serverNames) : Key(NewKey()) {
-    const TKey authorityKey = NewKey();
+    const TPrivateKey authorityKey = NewKey();
     const TCertificate authority = NewCertificate("Tidewell throw-away authority", *authorityKey);
     AddExtension(*authority, *authority, NID_basic_constraints, "critical,CA:TRUE,pathlen:0");
     AddExtension(*authority, *authority, NID_key_usage, "critical,keyCertSign");
@@ -115,4 +115,4 @@ TThrowAwayCertificates::TThrowAwayCertificates(const std::vector<std::string>& s
     Sign(*Server, *authority, *authorityKey);
 }
 
-} // namespace tidewell::sim
+} // namespace tidewell

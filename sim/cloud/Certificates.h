@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-namespace tidewell::sim {
+namespace tidewell {
 
 struct TOpenSslFree {
     void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
     void operator()(X509* certificate) const { X509_free(certificate); }
 };
-using TKey = std::unique_ptr<EVP_PKEY, TOpenSslFree>;
+using TPrivateKey = std::unique_ptr<EVP_PKEY, TOpenSslFree>;
 using TCertificate = std::unique_ptr<X509, TOpenSslFree>;
 
 // A certificate authority that lives as long as this object, and one server certificate that it signed. The
@@ -29,8 +29,8 @@ class TThrowAwayCertificates {
 
   private:
     std::string Authority;
-    TKey Key;
+    TPrivateKey Key;
     TCertificate Server;
 };
 
-} // namespace tidewell::sim
+} // namespace tidewell

@@ -12,7 +12,7 @@
 #include <limits>
 #include <string_view>
 
-namespace tidewell::sim {
+namespace tidewell {
 
 namespace {
 
@@ -151,4 +151,4 @@ TCloudConfig ReadCloudConfig(const TIniFile& ini) {
     return config;
 }
 
-} // namespace tidewell::sim
+} // namespace tidewell

@@ -7,10 +7,8 @@
 #include <vector>
 
 namespace tidewell {
-class TIniFile;
-}
 
-namespace tidewell::sim {
+class TIniFile;
 
 struct TCloudUser {
     std::string Password;
@@ -41,4 +39,4 @@ struct TCloudConfig {
 // Throws TError naming file, section, key and value of what cannot be understood.
 TCloudConfig ReadCloudConfig(const TIniFile& ini);
 
-} // namespace tidewell::sim
+} // namespace tidewell

@@ -8,7 +8,7 @@
 #include <random>
 #include <utility>
 
-namespace tidewell::sim {
+namespace tidewell {
 
 namespace {
 
@@ -56,7 +56,7 @@ bool IsDevicePath(std::string_view path) {
 
 } // namespace
 
-std::string_view StatusText(int code) {
+std::string_view ReasonPhrase(int code) {
     static constexpr std::array<std::pair<int, std::string_view>, 12> texts{{{200, "OK"},
                                                                              {201, "Created"},
                                                                              {204, "No Content"},
@@ -212,4 +212,4 @@ std::string TCloudService::OpenSession(const std::string& user) {
     return header;
 }
 
-} // namespace tidewell::sim
+} // namespace tidewell

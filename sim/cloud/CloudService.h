@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace tidewell::sim {
+namespace tidewell {
 
 struct TCloudRequest {
     std::string Method;
@@ -65,6 +65,6 @@ class TCloudService {
 };
 
 // The words of a status line, "Not Found".
-std::string_view StatusText(int code);
+std::string_view ReasonPhrase(int code);
 
-} // namespace tidewell::sim
+} // namespace tidewell

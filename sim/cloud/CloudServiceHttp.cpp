@@ -3,7 +3,7 @@
 #include <string_view>
 #include <utility>
 
-namespace tidewell::sim {
+namespace tidewell {
 
 namespace {
 
@@ -41,7 +41,7 @@ THttpReply TCloudServiceHttp::Exchange(const THttpRequest& request) {
     }
     THttpReply reply;
     reply.Code = answer.Code;
-    reply.Reason = "HTTP/1.1 " + std::to_string(answer.Code) + " " + std::string(StatusText(answer.Code));
+    reply.Reason = "HTTP/1.1 " + std::to_string(answer.Code) + " " + std::string(ReasonPhrase(answer.Code));
     reply.Body = answer.Body;
     if (!answer.Authorization.empty()) {
         reply.Headers.emplace_back("Authorization", answer.Authorization);
@@ -49,4 +49,4 @@ THttpReply TCloudServiceHttp::Exchange(const THttpRequest& request) {
     return reply;
 }
 
-} // namespace tidewell::sim
+} // namespace tidewell

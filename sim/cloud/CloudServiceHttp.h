@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace tidewell::sim {
+namespace tidewell {
 
 // The service as the program's own port, with no network between. A slow reply is waited for with Sleep; one
 // slower than the time-out counts as none.
@@ -24,4 +24,4 @@ class TCloudServiceHttp : public IHttp {
     int TimeoutMs;
 };
 
-} // namespace tidewell::sim
+} // namespace tidewell

@@ -11,7 +11,7 @@
 #include <string>
 #include <thread>
 
-namespace tidewell::sim {
+namespace tidewell {
 
 namespace {
 
@@ -105,4 +105,4 @@ int THttpsServer::Port() const {
     return Impl->Port();
 }
 
-} // namespace tidewell::sim
+} // namespace tidewell

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace tidewell::sim {
+namespace tidewell {
 
 // The service behind HTTPS on 127.0.0.1, answering on threads of its own. Service and certificates must
 // outlive it.
@@ -23,4 +23,4 @@ class THttpsServer {
     std::unique_ptr<TImpl> Impl;
 };
 
-} // namespace tidewell::sim
+} // namespace tidewell

@@ -73,11 +73,11 @@ TOptions ParseOptions(int count, char** arguments) {
     return options;
 }
 
-sim::TCloudConfig ReadConfig(const TDiskFiles& files, const std::filesystem::path& path) {
+TCloudConfig ReadConfig(const TDiskFiles& files, const std::filesystem::path& path) {
     if (!files.FileExists(path)) {
         throw TError(path.string() + ": no such file");
     }
-    return sim::ReadCloudConfig(TIniFile(files, path));
+    return ReadCloudConfig(TIniFile(files, path));
 }
 
 void WriteFile(TDiskFiles& files, const std::filesystem::path& path, const std::string& text) {
@@ -97,7 +97,7 @@ sigset_t BlockSignals() {
     return signals;
 }
 
-void RunUntilEnded(const sigset_t& signals, sim::TCloudService& service, const TDiskFiles& files,
+void RunUntilEnded(const sigset_t& signals, TCloudService& service, const TDiskFiles& files,
                    const std::filesystem::path& config) {
     int signal = 0;
     while (sigwait(&signals, &signal) == 0 && signal == SIGHUP) {
@@ -113,10 +113,10 @@ void RunUntilEnded(const sigset_t& signals, sim::TCloudService& service, const T
 int Run(const TOptions& options) {
     const sigset_t signals = BlockSignals();
     TDiskFiles files;
-    sim::TCloudService service(ReadConfig(files, options.Config));
-    const sim::TThrowAwayCertificates certificates;
+    TCloudService service(ReadConfig(files, options.Config));
+    const TThrowAwayCertificates certificates;
     // The server first: where another one runs, that one's authority must stay.
-    const sim::THttpsServer server(service, certificates, options.Port);
+    const THttpsServer server(service, certificates, options.Port);
     WriteFile(files, options.CaFile, certificates.AuthorityPem());
     if (!options.ReadyFile.empty()) {
         WriteFile(files, options.ReadyFile, std::to_string(server.Port()) + "\n");

@@ -15,12 +15,10 @@
 namespace tidewell::test {
 namespace {
 
-using sim::TCloudConfig;
-using sim::TCloudFaults;
 using testing::HasSubstr;
 
 TCloudConfig ExampleConfig() {
-    return sim::ReadCloudConfig(TIniFile(TDiskFiles(), EXAMPLE_CLOUD_INI));
+    return ReadCloudConfig(TIniFile(TDiskFiles(), EXAMPLE_CLOUD_INI));
 }
 
 // The example service in virtual time, with the program's own client in front of it.
@@ -28,16 +26,16 @@ struct CloudService : testing::Test {
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
     TCloudConfig Config = ExampleConfig();
-    std::unique_ptr<sim::TCloudService> Service;
-    std::unique_ptr<sim::TCloudServiceHttp> Http;
+    std::unique_ptr<TCloudService> Service;
+    std::unique_ptr<TCloudServiceHttp> Http;
     std::unique_ptr<TApiClient> Client;
     TCredentials Credentials;
 
     void SetUp() override { Start(); }
 
     void Start() {
-        Service = std::make_unique<sim::TCloudService>(Config, [this] { return Time.Now(); });
-        Http = std::make_unique<sim::TCloudServiceHttp>(*Service, Time);
+        Service = std::make_unique<TCloudService>(Config, [this] { return Time.Now(); });
+        Http = std::make_unique<TCloudServiceHttp>(*Service, Time);
         Client = std::make_unique<TApiClient>(*Http, Dialogs, TCloudAddress{"localhost", 4161});
     }
 
@@ -70,7 +68,7 @@ TEST(CloudConfig, NamesWhatItCannotUnderstand) {
         TMemoryFiles files;
         files.Put("/home/cloud.ini", text);
         try {
-            sim::ReadCloudConfig(TIniFile(files, "/home/cloud.ini"));
+            ReadCloudConfig(TIniFile(files, "/home/cloud.ini"));
             ADD_FAILURE() << "was accepted";
         } catch (const std::exception& error) {
             EXPECT_THAT(error.what(), testing::AllOf(HasSubstr("cloud.ini"), HasSubstr(message)));

@@ -23,9 +23,9 @@ using testing::HasSubstr;
 struct CurlHttp : testing::Test {
     std::filesystem::path Folder =
         std::filesystem::temp_directory_path() / ("tidewell_cloud_tests_" + std::to_string(getpid()));
-    sim::TThrowAwayCertificates Certificates;
-    sim::TCloudService Service{sim::ReadCloudConfig(TIniFile(TDiskFiles(), EXAMPLE_CLOUD_INI))};
-    std::unique_ptr<sim::THttpsServer> Server = std::make_unique<sim::THttpsServer>(Service, Certificates, 0);
+    TThrowAwayCertificates Certificates;
+    TCloudService Service{ReadCloudConfig(TIniFile(TDiskFiles(), EXAMPLE_CLOUD_INI))};
+    std::unique_ptr<THttpsServer> Server = std::make_unique<THttpsServer>(Service, Certificates, 0);
 
     CurlHttp() { std::filesystem::create_directories(Folder); }
     ~CurlHttp() override { std::filesystem::remove_all(Folder); }
@@ -58,7 +58,7 @@ TEST_F(CurlHttp, TrustsOnlyTheGivenAuthority) {
 
     TCurlSettings settings; // the system's store, if there is one
     EXPECT_THAT(Failure(settings, request), HasSubstr("certificate"));
-    settings.CaFile = Write("other.pem", sim::TThrowAwayCertificates().AuthorityPem());
+    settings.CaFile = Write("other.pem", TThrowAwayCertificates().AuthorityPem());
     EXPECT_THAT(Failure(settings, request), HasSubstr("SSL certificate problem"));
     for (const auto& bad :
          {Folder / "missing.pem", Write("empty.pem", ""), Write("text.pem", "no PEM\n"), Folder}) {
@@ -71,8 +71,8 @@ TEST_F(CurlHttp, TrustsOnlyTheGivenAuthority) {
 }
 
 TEST_F(CurlHttp, RefusesAnotherHostName) {
-    const sim::TThrowAwayCertificates elsewhere({"api.example"});
-    const sim::THttpsServer server(Service, elsewhere, 0);
+    const TThrowAwayCertificates elsewhere({"api.example"});
+    const THttpsServer server(Service, elsewhere, 0);
     TCurlSettings settings;
     settings.CaFile = Write("elsewhere.pem", elsewhere.AuthorityPem());
     for (const std::string host : {"localhost", "127.0.0.1"}) {
@@ -100,7 +100,7 @@ TEST_F(CurlHttp, TellsWhyThereIsNoReply) {
 }
 
 TEST_F(CurlHttp, CutsAReplyThatHangs) {
-    sim::TCloudFaults faults;
+    TCloudFaults faults;
     faults.DelayMs = 600000;
     Service.SetFaults(faults);
     TCurlSettings settings = Trusting();
@@ -109,7 +109,7 @@ TEST_F(CurlHttp, CutsAReplyThatHangs) {
 }
 
 TEST_F(CurlHttp, DoesNotFollowARedirect) {
-    sim::TCloudFaults faults;
+    TCloudFaults faults;
     faults.RefuseCode = 302;
     Service.SetFaults(faults);
     const THttpReply reply = TCurlHttp(Trusting()).Exchange({"GET", Url(), {}, {}});
@@ -148,7 +148,7 @@ TEST_F(CurlHttp, CarriesTheClientThroughItsWholeLife) {
 }
 
 TEST_F(CurlHttp, SecondServerOnTheSamePortFails) {
-    EXPECT_THROW(sim::THttpsServer(Service, Certificates, Server->Port()), std::exception);
+    EXPECT_THROW(THttpsServer(Service, Certificates, Server->Port()), std::exception);
 }
 
 } // namespace

@@ -49,7 +49,7 @@ TEST_F(TBadInstallation, ShowsWhatIsWrongWithTheCloudAndEndsOnCancel) {
     Arguments = {};
     struct TCase {
         bool Online;
-        sim::TCloudFaults Faults;
+        TCloudFaults Faults;
         std::vector<std::string> Messages;
     };
     const TCase cases[] = {

@@ -13,8 +13,7 @@ namespace {
 // Notes each request on its way to the stand-in.
 class TNotedHttp : public IHttp {
   public:
-    TNotedHttp(sim::TCloudService& service, IWait& wait, const bool& online,
-               std::vector<std::string>& requests)
+    TNotedHttp(TCloudService& service, IWait& wait, const bool& online, std::vector<std::string>& requests)
         : Http(service, wait), Online(online), Requests(requests) {}
     THttpReply Exchange(const THttpRequest& request) override {
         const auto path = request.Url.find("/api/");
@@ -24,7 +23,7 @@ class TNotedHttp : public IHttp {
     }
 
   private:
-    sim::TCloudServiceHttp Http;
+    TCloudServiceHttp Http;
     const bool& Online;
     std::vector<std::string>& Requests;
 };
@@ -38,9 +37,8 @@ TProgramFixture::TProgramFixture() {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(installation))
         if (entry.is_regular_file())
             Files.Put("/t" / entry.path().lexically_relative(installation), disk.Read(entry.path()));
-    Cloud = std::make_unique<sim::TCloudService>(
-        sim::ReadCloudConfig(
-            TIniFile(disk, std::filesystem::path(TIDEWELL_SOURCE_DIR) / "sim/cloud/cloud.ini")),
+    Cloud = std::make_unique<TCloudService>(
+        ReadCloudConfig(TIniFile(disk, std::filesystem::path(TIDEWELL_SOURCE_DIR) / "sim/cloud/cloud.ini")),
         [this] { return Time.Now(); });
     Nabto.SimulationFile = Simulation;
     Time.OnException = [this](const std::exception& error) {

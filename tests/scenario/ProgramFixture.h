@@ -84,7 +84,7 @@ class TProgramFixture : public testing::Test {
     TSimulatedNabto Nabto{Files, SimulationTime};
     TInProcessLibrary Libraries{Nabto};
     TFakeKHelper KHelper{&Libraries};
-    std::unique_ptr<sim::TCloudService> Cloud;
+    std::unique_ptr<TCloudService> Cloud;
     std::vector<std::string> Requests; // "POST /api/v1.2/login", in order
     std::filesystem::path CaFile;      // that the program asked to trust
     bool Online = true;
