@@ -1,5 +1,6 @@
 #include "sim/cloud/CloudServiceHttp.h"
 
+#include <cstddef>
 #include <string_view>
 #include <utility>
 

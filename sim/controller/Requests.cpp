@@ -3,7 +3,9 @@
 #include <nlohmann/json.hpp>
 
 #include <charconv>
+#include <cstddef>
 #include <limits>
+#include <utility>
 
 namespace tidewell {
 

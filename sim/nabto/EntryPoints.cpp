@@ -4,9 +4,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <exception>
-#include <limits>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <vector>
 
 using namespace tidewell;
 
@@ -160,7 +164,7 @@ const char* NABTO_CALL nabtoStatusStr(uint8_t status) {
 void NABTO_CALL nabtoFree(void* text) {
     Guarded([&](TSimulatedNabto& nabto) {
         Log(nabto, "nabtoFree", {});
-        nabto.Memory.Free(text);
+        nabto.Free(text);
         return NABTO_OK;
     });
 }

@@ -1,6 +1,7 @@
 #include "sim/nabto/HandedOut.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tidewell {
 
@@ -22,9 +23,8 @@ char** THandedOut::Texts(const std::vector<std::string>& texts) {
     return given;
 }
 
-void THandedOut::Free(const void* memory) {
-    TextsOut.erase(memory);
-    ArraysOut.erase(memory);
+bool THandedOut::Free(const void* memory) {
+    return memory == nullptr || TextsOut.erase(memory) + ArraysOut.erase(memory) == 1;
 }
 
 } // namespace tidewell

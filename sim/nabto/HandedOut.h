@@ -15,8 +15,8 @@ class THandedOut {
     char* Text(std::string_view text); // ended by a zero byte
     // Texts in an array; each is freed on its own, and so is the array.
     char** Texts(const std::vector<std::string>& texts);
-    // Unknown pointers, nullptr among them, are ignored.
-    void Free(const void* memory);
+    // nullptr is ignored. False for what was not given out, or was freed before.
+    bool Free(const void* memory);
     std::size_t Count() const { return TextsOut.size() + ArraysOut.size(); }
 
   private:

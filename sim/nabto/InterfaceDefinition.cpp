@@ -1,9 +1,9 @@
 #include "sim/nabto/InterfaceDefinition.h"
 
 #include "core/Errors.h"
-#include "core/Numbers.h"
 
-#include <functional>
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <vector>
 

@@ -1,6 +1,7 @@
 #include "sim/nabto/NabtoUrl.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace tidewell {
 

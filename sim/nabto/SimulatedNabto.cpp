@@ -416,6 +416,12 @@ TNabtoStatus TSimulatedNabto::GetLocalDevices(std::vector<std::string>& ids) {
     return NABTO_OK;
 }
 
+void TSimulatedNabto::Free(const void* memory) {
+    if (!Memory.Free(memory)) {
+        Report("nabtoFree: memory that the library did not give out, or that was freed before");
+    }
+}
+
 TNabtoStatus TSimulatedNabto::StreamOpen(const void* session, std::string_view device, void*& stream) {
     if (const auto prevented = Prevented("nabtoStreamOpen")) {
         return *prevented;

@@ -32,7 +32,7 @@ class TSimulatedNabto {
 
     // Read instead of simulation.ini in the home directory, unless empty.
     std::filesystem::path SimulationFile;
-    // Takes one line for each mistake in the file.
+    // Takes one line for each mistake in the file, and for each wrong Free.
     std::function<void(const std::string&)> OnReport;
     // Takes each call with its arguments, handles left out, before it is carried out:
     // "nabtoOpenSession a@example.com secret".
@@ -62,6 +62,7 @@ class TSimulatedNabto {
     TNabtoStatus StreamRead(const void* stream, std::size_t capacity, std::string& bytes);
     TNabtoStatus StreamWrite(const void* stream, std::string_view bytes);
     TNabtoStatus GetLocalDevices(std::vector<std::string>& ids);
+    void Free(const void* memory);
 
   private:
     struct TController;

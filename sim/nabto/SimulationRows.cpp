@@ -6,8 +6,11 @@
 #include "sim/nabto/Status.h"
 
 #include <array>
-#include <limits>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <string_view>
+#include <utility>
 
 namespace tidewell {
 

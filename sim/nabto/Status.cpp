@@ -1,6 +1,7 @@
 #include "sim/nabto/Status.h"
 
 #include <array>
+#include <cstddef>
 
 namespace tidewell {
 

@@ -2,6 +2,7 @@
 
 #include "link/NabtoClientApi.h"
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 

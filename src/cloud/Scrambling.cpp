@@ -1,6 +1,7 @@
 #include "cloud/Scrambling.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <optional>
 

@@ -14,8 +14,10 @@ namespace tidewell {
 
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 constexpr const char* IniText = R"([Simulation]
 Controllers=vent,gate,far,off
@@ -65,6 +67,8 @@ class TSimulatedNabtoTest : public ::testing::Test {
             Reports.push_back(line);
         };
     }
+
+    void TearDown() override { EXPECT_THAT(Reports, Not(Contains(HasSubstr("nabtoFree")))); }
 
     template <typename TFunction>
     TFunction* Function(const char* name) const {
@@ -348,6 +352,21 @@ TEST_F(TSimulatedNabtoTest, SymbolsAndLibraryCanBeMissing) {
     EXPECT_EQ(Library->Symbol("nabtoVersionString"), nullptr);
     Loader.Present = false;
     EXPECT_EQ(Loader.Load("nabto_client_api"), nullptr);
+}
+
+TEST_F(TSimulatedNabtoTest, WrongFreesAreTold) {
+    const auto free = Function<decltype(nabtoFree)>("nabtoFree");
+    char own = 'x';
+    char* const given = Nabto.Memory.Text("text");
+    for (void* memory : {static_cast<void*>(nullptr), static_cast<void*>(given)}) {
+        free(memory);
+        EXPECT_THAT(Reports, ElementsAre());
+    }
+    for (void* memory : {static_cast<void*>(given), static_cast<void*>(&own)}) {
+        free(memory);
+        EXPECT_THAT(Reports, ElementsAre(HasSubstr("nabtoFree")));
+        Reports.clear();
+    }
 }
 
 TEST_F(TSimulatedNabtoTest, NullArgumentsAreRefused) {
