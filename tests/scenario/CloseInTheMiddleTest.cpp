@@ -68,6 +68,19 @@ TEST_F(TCloseInTheMiddle, OfTheQuestionBeforeALog) {
     }
 }
 
+TEST_F(TCloseInTheMiddle, OfTheLogonDialog) {
+    Arguments = {"-devid", Device};
+    Dialogs.ExpectForm("NabtoLogOn", [this](TForm&) {
+        Program->NabtoLogOn.EditUser.Enter("service");
+        Program->NabtoLogOn.EditPW.Enter("tidewell");
+        CloseMain();
+        Program->NabtoLogOn.ButOk.Click();
+    });
+    Start();
+    EXPECT_EQ(QueryCount("ping.json"), 0);
+    ExpectEnded();
+}
+
 TEST_F(TCloseInTheMiddle, OfTheSetupDialog) {
     Arguments = {"-LoginUserPW", "service;tidewell"};
     Dialogs.ExpectForm("SetupForm", [this](TForm&) { CloseMain(); });
