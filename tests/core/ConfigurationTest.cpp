@@ -82,15 +82,11 @@ TEST(Configuration, ReadsTheCloud) {
 
 TEST(LanguageTexts, MissingTextsAreEmpty) {
     const TIniFile file("[headappl]\nPopupMenu_Exportdatatocsv=Export = csv; all\n"
-                        "[SetpointHeadlines]\nCol0=No\nCol5=Unit\n"
-                        "[TestfileComport]\na=1\nb=2\nc=3\nd=4\ne=5\n[UserUnits]\n0=Off\n");
-    const auto head = ReadHeadApplTexts(file);
-    EXPECT_EQ(head.PopupMenu_Exportdatatocsv, "Export = csv; all");
-    EXPECT_EQ(head.TrafficButtonON, "");
+                        "[SetpointHeadlines]\nCol0=No\nCol5=Unit\n[TestfileComport]\na=1\nb=2\n");
+    EXPECT_EQ(ReadHeadApplTexts(file).PopupMenu_Exportdatatocsv, "Export = csv; all");
+    EXPECT_EQ(ReadHeadApplTexts(file).TrafficButtonON + ReadLanguageTexts(file).restart, "");
     EXPECT_THAT(ReadSetpointHeadlines(file), ElementsAre("No", "", "", "", "", "Unit"));
-    EXPECT_EQ(ReadUnitTexts(file).TestfileComport.ValueAt(4), "5");
-    EXPECT_EQ(ReadUnitTexts(file).UserUnits.ValueAt(0), "Off");
-    EXPECT_EQ(ReadLanguageTexts(file).restart, "");
+    EXPECT_EQ(ReadUnitTexts(file).TestfileComport.ValueAt(1), "2");
 }
 
 } // namespace

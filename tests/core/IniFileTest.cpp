@@ -10,9 +10,7 @@
 namespace tidewell {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::ThrowsMessage;
 
 std::vector<std::string> Rows(const TIniSection& section) {
@@ -23,23 +21,10 @@ std::vector<std::string> Rows(const TIniSection& section) {
 }
 
 TEST(IniFile, ReadsWhatPeopleWrite) {
-    const TIniFile file("early=1\r\n"
-                        "; comment=1\r\n"
-                        "[ One ]\r\n"
-                        " name = a;b=c \n"
-                        "no equals sign\r"
-                        "NAME=second\n"
-                        "q=\"  kept  \"\n"
-                        "s='x'\n"
-                        "half=\"\n"
-                        "empty=\n"
-                        "=nameless\n"
-                        "[Two] tail\n"
-                        "[unclosed\n"
-                        "k=v\n"
-                        "[ONE]\n"
-                        "later=1\n"
-                        "[]\n[");
+    const TIniFile file("early=1\r\n; comment=1\r\n"
+                        "[ One ]\r\n name = a;b=c \nno equals sign\rNAME=second\nq=\"  kept  \"\n"
+                        "s='x'\nhalf=\"\nempty=\n=nameless\n"
+                        "[Two] tail\n[unclosed\nk=v\n[ONE]\nlater=1\n[]\n[");
     EXPECT_THAT(file.SectionNames(), ElementsAre("", "One", "Two", "unclosed"));
     EXPECT_THAT(Rows(file.ReadSection("one")), ElementsAre("name|a;b=c", "NAME|second", "q|  kept  ", "s|x",
                                                            "half|\"", "empty|", "|nameless", "later|1"));
@@ -68,10 +53,8 @@ TEST(IniFile, NumbersAndTheThreeMannersOfBooleans) {
         EXPECT_EQ(file.ReadTrue("s", key), key == "t") << key;
         EXPECT_EQ(file.ReadNotFalse("s", key), key != "f") << key;
     }
-    EXPECT_TRUE(file.ReadStrict("S", "t"));
-    EXPECT_TRUE(file.ReadStrict("S", "one"));
-    EXPECT_FALSE(file.ReadStrict("S", "zero"));
-    EXPECT_FALSE(file.ReadStrict("S", "missing", "FALSE"));
+    EXPECT_TRUE(file.ReadStrict("S", "t") && file.ReadStrict("S", "one"));
+    EXPECT_FALSE(file.ReadStrict("S", "zero") || file.ReadStrict("S", "missing", "FALSE"));
     EXPECT_THROW(file.ReadStrict("S", "missing"), EConvertError);
     EXPECT_THROW(file.ReadStrict("S", "empty", "FALSE"), EConvertError);
     EXPECT_THAT([&] { file.ReadStrict("S", "no"); },
@@ -153,7 +136,7 @@ TEST(IniFile, DoesNotReplaceWhatItCouldNotRead) {
     class TUnreadable : public test::TMemoryFiles {
       public:
         std::string Read(const std::filesystem::path& path) const override {
-            throw EInOutError("Cannot read " + path.string(), "Permission denied");
+            throw EInOutError("Cannot read " + path.string());
         }
     };
     TUnreadable files;
@@ -161,8 +144,9 @@ TEST(IniFile, DoesNotReplaceWhatItCouldNotRead) {
     TIniFile file(files, "/f.ini");
     EXPECT_FALSE(file.SectionExists("S"));
     file.WriteText("S", "k", "2");
-    EXPECT_THAT([&] { file.Save(files); },
-                ThrowsMessage<EInOutError>(AllOf(HasSubstr("/f.ini"), HasSubstr("Permission denied"))));
+    EXPECT_THAT(
+        [&] { file.Save(files); },
+        ThrowsMessage<EInOutError>("Cannot write /f.ini, which could not be read: Cannot read /f.ini"));
     EXPECT_EQ(files.Content.at("/f.ini"), "[S]\nk=1\n");
 }
 

@@ -14,6 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::ThrowsMessage;
 
 // A list row of 17 fields and its key, with the fields that the codec reads.
 std::string ListRow(const std::string& min, const std::string& decimal, const std::string& offset,
@@ -27,16 +28,6 @@ std::string Formatted(const std::string& line, const std::string& row) {
     std::vector<std::string> target{"stale"};
     FormatListValues(line, target, {row});
     return target.size() == 1 ? target.front() : "no single text";
-}
-
-template <class TAction>
-std::string ConversionError(TAction action) {
-    try {
-        action();
-    } catch (const EConvertError& error) {
-        return error.what();
-    }
-    return "none";
 }
 
 } // namespace
@@ -58,49 +49,41 @@ TEST(SplitLine, ReadsEveryFieldAsGetRowFieldDoes) {
     EXPECT_EQ(TSplitLine("").Count(), 0U);
 }
 
+// A minimum of 0 takes the low 16 bits of an integer; below 0 nothing extends a sign, and fractions count.
 TEST(ValueCodec, FormatsListValues) {
     struct {
         std::string Min, Decimal, Offset, Value, Shown;
     } const cases[] = {
-        {"0", "0", "5", "10", "15"},
-        {"0", "-2", "0", "3", "300"},
-        {"0", "-1", "0", "12", "120"},
-        {" 0 ", " 1 ", " -5 ", " 10", "0.5"},
-        {"0", "0", "0", "-1", "65535"},
-        {"0", "1", "0", "-5", "6553.1"},
-        {"0", "0", "0", "70000", "4464"},
-        {"0", "0", "0", "", "0"},
-        {"0", "0", "7", "garbage", "7"},
-        {"0", "0", "0", "1.5", "0"},
-        {"0", "-4", "0", "65535", "6.5535E8"},
-        {"1.2345679E8", "0", "0", "4", "4"},
-        // Below 0 nothing extends a sign, and fractions count.
-        {"-10.0", "1", "0", "65436", "6543.6"},
-        {"-1", "1", "0", "-5", "-0.5"},
-        {"-0.5", "0", "0", "70000", "70000"},
-        {"-1", "0", "1", "12.25", "13"},
+        {"0", "0", "0", "", "0"},        {"0", "0", "7", "garbage", "7"},
+        {"0", "0", "5", "10", "15"},     {"-1", "0", "1", "12.25", "13"},
+        {"0", "0", "0", "1.5", "0"},     {"0", "0", "0", "70000", "4464"},
+        {"0", "-2", "0", "3", "300"},    {"1.2345679E8", "0", "0", "4", "4"},
+        {"0", "-1", "0", "12", "120"},   {" 0 ", " 1 ", " -5 ", " 10", "0.5"},
+        {"0", "0", "0", "-1", "65535"},  {"-0.5", "0", "0", "70000", "70000"},
+        {"-1", "1", "0", "-5", "-0.5"},  {"0", "-4", "0", "65535", "6.5535E8"},
+        {"0", "1", "0", "-5", "6553.1"}, {"-10.0", "1", "0", "65436", "6543.6"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(Formatted("1;d;t;" + c.Value + ";", ListRow(c.Min, c.Decimal, c.Offset)), c.Shown)
             << c.Min << " " << c.Decimal << " " << c.Offset << " " << c.Value;
 
-    EXPECT_EQ(Formatted("1;d;t;9;", ListRow("0", "0", "0", "1", "", "8")), "0");
-    std::vector<std::string> target;
-    FormatListValues("1;d;t;10;20;", target,
-                     {ListRow("0", "1", "0", "1", "", "4"), ListRow("0", "0", "0", "1", "", "3")});
-    EXPECT_THAT(target, ElementsAre("2.0", "10"));
+    std::vector<std::string> target, rows;
+    for (const char* structnumber : {"4", "3", "8"})
+        rows.push_back(ListRow("0", "1", "0", "1", "", structnumber));
+    FormatListValues("1;d;t;10;20;", target, rows);
+    EXPECT_THAT(target, ElementsAre("2.0", "1.0", "0.0"));
 }
 
 TEST(ValueCodec, NamesTheRowOfABadField) {
     const std::string line = "1;d;t;;";
-    EXPECT_EQ(ConversionError([&] { Formatted(line, ListRow("0", "x", "0")); }),
-              "'x' is not a valid integer value (field 5 of row \"Pump\")");
+    EXPECT_THAT([&] { Formatted(line, ListRow("0", "x", "0")); },
+                ThrowsMessage<EConvertError>("'x' is not a valid integer value (field 5 of row \"Pump\")"));
     for (const auto& row : {ListRow("0", "0", "1.5"), ListRow("", "0", "0"), ListRow("a", "0", "0"),
                             ListRow("0", "0", "0", "1", "", "three"), std::string("0;short;")})
-        EXPECT_NE(ConversionError([&] { Formatted(line, row); }), "none") << row;
+        EXPECT_THROW(Formatted(line, row), EConvertError) << row;
     // No value counts as 0 only for unsigned rows.
-    EXPECT_THAT(ConversionError([&] { Formatted(line, ListRow("-1", "0", "0")); }),
-                HasSubstr("'' is not a valid floating point value"));
+    EXPECT_THAT([&] { Formatted(line, ListRow("-1", "0", "0")); },
+                ThrowsMessage<EConvertError>(HasSubstr("'' is not a valid floating point value")));
 }
 
 TEST(ValueCodec, CalculatesGraphValues) {
@@ -122,15 +105,15 @@ TEST(ValueCodec, CalculatesGraphValues) {
         EXPECT_DOUBLE_EQ(value.Value, c.Shown) << row << c.Value;
         EXPECT_EQ(value.Raw, c.Raw) << row << c.Value;
     }
-    EXPECT_EQ(CalculateDatapointValue("N;1;clRed;9;2;0;1;", "1;d;t;5;").Value, 2);
-    EXPECT_EQ(CalculateDatapointValue("N;1;clRed;-1;2;0;1;", "1;d;t;5;").Value, 2);
+    for (const char* row : {"N;1;clRed;9;2;0;1;", "N;1;clRed;-1;2;0;1;"}) // beyond the line
+        EXPECT_EQ(CalculateDatapointValue(row, "1;d;t;5;").Value, 2);
 }
 
 TEST(ValueCodec, KeepsABadGraphRowUntilItIsUsed) {
     const TGraphPoint bad = ParseGraphPoint(" Fan ;1;clRed;3;0;two;1;;;;;;1;");
     EXPECT_TRUE(bad.IsChannel);
-    EXPECT_EQ(ConversionError([&] { CalculateDatapointValue(bad, TSplitLine("1;d;t;5;")); }),
-              "'two' is not a valid integer value (field 5 of row \"Fan\")");
+    EXPECT_THAT([&] { CalculateDatapointValue(bad, TSplitLine("1;d;t;5;")); },
+                ThrowsMessage<EConvertError>("'two' is not a valid integer value (field 5 of row \"Fan\")"));
     EXPECT_FALSE(ParseGraphPoint("Fan;1;clRed;3;0;0;1;;;;;;01;").IsChannel);
     EXPECT_TRUE(ParseGraphPoint("Fan;1;clRed;3;0;0;1;;;;;; 1 ").IsChannel);
     EXPECT_FALSE(ParseGraphPoint("").IsChannel);
@@ -140,42 +123,28 @@ TEST(ValueCodec, FormatsLimits) {
     std::vector<std::string> paraIds;
     EXPECT_EQ(FormatRowLimits("0;Pump;40;-100;250;1;0;7;3;1;", paraIds), "0;Pump;40;-10.0;25.0;1;0;7;3;1;");
     EXPECT_EQ(FormatRowLimits("0;Pump;40; 0 ;3;-2;5;7;3;1", paraIds), "0;Pump;40;500;800;-2;5;7;3;1");
-    EXPECT_THAT(paraIds, ElementsAre());
-    const std::string seventeen = "0;P;40;0;3;0;0;7;3;1;;;;;;G;;x";
-    FormatRowLimits(seventeen, paraIds);
-    EXPECT_THAT(paraIds, ElementsAre());
-    FormatRowLimits(seventeen + ";4711;key", paraIds);
+    for (const char* end : {"", ";4711;key"})
+        FormatRowLimits(std::string("0;P;40;0;3;0;0;7;3;1;;;;;;G;;x") + end, paraIds);
     EXPECT_THAT(paraIds, ElementsAre("4711"));
-
     for (const std::string row :
          {"0;P;40;;3;0;0;", "0;P;40;0;3.5;0;0;", "0;P;40;0;3;a;0;", "0;P;40;0;3;0;", ""})
-        EXPECT_NE(ConversionError([&] { FormatRowLimits(row, paraIds); }), "none") << row;
+        EXPECT_THROW(FormatRowLimits(row, paraIds), EConvertError) << row;
 }
 
+// A point makes a formatted value no integer; what does not fit 16 digits stays as it is.
 TEST(ValueCodec, ShowsTypeCodes) {
     struct {
         std::string Code, Bits, Formatted, Shown;
     } const cases[] = {
-        {"100", "a,b", "5", "00000000  00000101"},
-        {"100", "a", "-1", "11111111  11111111"},
-        {" 100 ", "a", "65535", "11111111  11111111"},
-        {"100", "a", "1.5", "00000000  00000000"}, // a point makes it no integer
-        {"100", " ", "5", "5"},
-        {"100", "a", "70000", "70000"}, // more than 16 digits
-        {"100", "a", "-70000", "-70000"},
-        {"101", "", "40000", "80000"},
-        {"101", "", "70000", "8928"},
-        {"101", "", "-1", "131070"},
-        {"102", "", "16961", "AB"},
-        {"103", "", "16706", "AB"},
-        {"102", "", "16869",
-         "\xC3\xA5"
-         "A"}, // low byte 0xE5
-        {"103", "", "65", "A"},
-        {"102", "", "0", "0"},
-        {"7", "", "3", "3"},
-        {"0100", "a", "3", "3"},
-        {"", "", "x", "x"},
+        {"", "", "x", "x"},          {"101", "", "70000", "8928"},
+        {"7", "", "3", "3"},         {"101", "", "40000", "80000"},
+        {"102", "", "0", "0"},       {"100", "a", "70000", "70000"},
+        {"100", " ", "5", "5"},      {"102", "", "16869", "\u00E5A"},
+        {"103", "", "65", "A"},      {"100", "a", "-70000", "-70000"},
+        {"0100", "a", "3", "3"},     {"100", "a", "-1", "11111111  11111111"},
+        {"102", "", "16961", "AB"},  {"100", "a,b", "5", "00000000  00000101"},
+        {"103", "", "16706", "AB"},  {"100", "a", "1.5", "00000000  00000000"},
+        {"101", "", "-1", "131070"}, {" 100 ", "a", "65535", "11111111  11111111"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(CellText(ListRow("0", "0", "0", c.Code, c.Bits), c.Formatted), c.Shown)
