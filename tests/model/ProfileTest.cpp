@@ -101,20 +101,17 @@ TEST_F(Profile, WritesBackOnlyWhatChanged) {
     }
 }
 
-// A row without a channel stays, and rows go to keys by position, a repeated key to its first line.
+// Rows go to keys by position, a repeated key to its first line; a row without a channel and a colour that
+// was not understood stay.
 TEST_F(Profile, MatchesRowsToChannelsAndKeys) {
-    Open("[GraphPoints]\nA=" + GraphRow("One;1;rosso") + "\nB=" + GraphRow("Two;1;clRed") + "\n");
-    Model.WriteGraphSettings({{"One", true, ColorFromText("rosso"), -1}});
-    EXPECT_EQ(Bytes(), "[GraphPoints]\nA=" + GraphRow("One;0;rosso") + "\nB=" + GraphRow("Two;1;clRed") +
-                           "\n[VisibleGraph]\ngraph 0=True\n");
-
     Open("[GraphPoints]\nA=" + GraphRow("One;1;clRed") + "\nA=" + GraphRow("Two;1;clRed") +
-         "\nB=" + GraphRow("Three;1;clRed") + "\n");
+         "\nB=" + GraphRow("Three;1;rosso") + "\nC=" + GraphRow("Four;1;clRed") + "\n");
     const TColor blue{0xFF0000};
-    Model.WriteGraphSettings({{"One", true, blue, 0}, {"Two", true, blue, 1}, {"Three", true, blue, 2}});
+    Model.WriteGraphSettings(
+        {{"One", true, blue, 0}, {"Two", true, blue, 1}, {"Three", false, ColorFromText("rosso"), -1}});
     EXPECT_EQ(Bytes(), "[GraphPoints]\nA=" + GraphRow("Two;2;clBlue") + "\nA=" + GraphRow("Two;1;clRed") +
-                           "\nB=" + GraphRow("Three;3;clBlue") +
-                           "\n[VisibleGraph]\ngraph 0=True\ngraph 1=True\ngraph 2=True\n");
+                           "\nB=" + GraphRow("Three;0;rosso") + "\nC=" + GraphRow("Four;1;clRed") +
+                           "\n[VisibleGraph]\ngraph 0=True\ngraph 1=True\ngraph 2=False\n");
 }
 
 TEST_F(Profile, CutsTheValueFromANameOnly) {
