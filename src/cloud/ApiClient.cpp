@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include <exception>
+#include <string_view>
 
 namespace tidewell {
 
@@ -86,10 +87,31 @@ std::string TextMember(const nlohmann::json& json, const char* name) {
     return member->get<std::string>();
 }
 
+// A device id as one piece of a path.
+std::string PathPiece(const std::string& text) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string piece;
+    for (const char character : text) {
+        if ((character >= '0' && character <= '9') || character == '-') {
+            piece += character;
+        } else {
+            const auto code = static_cast<unsigned char>(character);
+            piece += {'%', digits[code / 16], digits[code % 16]};
+        }
+    }
+    return piece;
+}
+
+THttpReply NoHost() {
+    THttpReply reply;
+    reply.Error = "key ApiHost in section [Cloud] of the system file is missing or empty";
+    return reply;
+}
+
 } // namespace
 
 TApiClient::TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& address)
-    : Http(http), Dialogs(dialogs),
+    : Http(http), Dialogs(dialogs), HostKnown(!address.Host.empty()),
       BaseUrl("https://" + address.Host + ":" + std::to_string(address.Port) + "/api/v1.2") {}
 
 THttpReply TApiClient::Call(const std::string& method, const std::string& url, const std::string& body,
@@ -99,7 +121,14 @@ THttpReply TApiClient::Call(const std::string& method, const std::string& url, c
     if (authorize) {
         request.Headers.emplace_back("Authorization", token);
     }
-    return Http.Exchange(request);
+    THttpReply reply = HostKnown ? Http.Exchange(request) : NoHost();
+    if (reply.Code < 0) {
+        debugLines.push_back("No connection: " + reply.Error);
+        if (OnNoConnection) {
+            OnNoConnection(reply.Error);
+        }
+    }
+    return reply;
 }
 
 int TApiClient::Login(const std::string& username, const std::string& password) {
@@ -174,7 +203,7 @@ int TApiClient::GetNabtoUserInfo(const std::string& deviceID, TCredentials& cred
         credentials = {};
         return -1;
     }
-    return FetchIdentity("/devices/" + deviceID + "/0/Nabtouser", credentials);
+    return FetchIdentity("/devices/" + PathPiece(deviceID) + "/0/Nabtouser", credentials);
 }
 
 int TApiClient::BeginOfflineSession() {

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,12 +37,15 @@ class TApiClient {
     bool _isLocalSession = false; // an offline session stands, until the program ends
     TCredentials _creds;          // of the offline session
     std::vector<std::string> debugLines;
+    // Takes the reason whenever the server gave no reply at all. May be empty.
+    std::function<void(const std::string&)> OnNoConnection;
 
     // Shows a box when there is no connection or the server refuses with another code than 401.
     int Login(const std::string& username, const std::string& password);
     int Logout();
-    // deviceID: the 12 digits. Refused, with empty credentials and no exchange, in an offline session; in
-    // every other failure credentials stay as they were.
+    // deviceID: the 12 digits; other characters than digits and "-" are percent-encoded. Refused, with empty
+    // credentials and no exchange, in an offline session; in every other failure credentials stay as they
+    // were.
     int GetNabtoUserInfo(const std::string& deviceID, TCredentials& credentials);
     int BeginOfflineSession();
     int GetOfflineSessionCredentials(TCredentials& credentials) const;
@@ -58,6 +62,7 @@ class TApiClient {
 
     IHttp& Http;
     IDialogs& Dialogs;
+    bool HostKnown;
     std::string BaseUrl;
 };
 

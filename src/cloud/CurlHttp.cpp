@@ -4,6 +4,7 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
 #include <array>
 #include <exception>
 #include <memory>
@@ -18,6 +19,8 @@ namespace {
 struct TCurlFree {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
     void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+    void operator()(CURLU* url) const { curl_url_cleanup(url); }
+    void operator()(char* text) const { curl_free(text); }
 };
 
 // Collects the reply of one exchange; the C callbacks end here, and nothing is thrown through them.
@@ -131,14 +134,30 @@ bool LibraryReady() {
     return ready;
 }
 
-bool IsLoopback(std::string_view url) {
-    return url.starts_with("https://localhost") || url.starts_with("https://127.") ||
-           url.starts_with("https://[::1]");
+// The host that the library will connect to; empty if the address is none.
+std::string HostOf(const std::string& url) {
+    const std::unique_ptr<CURLU, TCurlFree> parts(curl_url());
+    char* text = nullptr;
+    if (!parts || curl_url_set(parts.get(), CURLUPART_URL, url.c_str(), 0) != CURLUE_OK ||
+        curl_url_get(parts.get(), CURLUPART_HOST, &text, 0) != CURLUE_OK) {
+        return {};
+    }
+    const std::unique_ptr<char, TCurlFree> host(text);
+    return host.get();
+}
+
+bool IsLoopback(const std::string& url) {
+    const std::string host = HostOf(url);
+    const bool address = host.find_first_not_of("0123456789.") == std::string::npos;
+    return SameText(host, "localhost") || (address && host.starts_with("127.")) || host == "[::1]";
 }
 
 // A line break in a header's value would let the value add headers of its own.
 bool HasControlCharacter(std::string_view text) {
-    return text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos;
+    return std::any_of(text.begin(), text.end(), [](char character) {
+        const auto code = static_cast<unsigned char>(character);
+        return code < 32 || code == 127;
+    });
 }
 
 void SetSecurity(TCurl& curl, const TCurlSettings& settings, const std::string& url) {
@@ -157,17 +176,22 @@ void SetSecurity(TCurl& curl, const TCurlSettings& settings, const std::string& 
 }
 
 std::string Explain(CURLcode code, const TCurl& curl, const TReplyCollector& collector,
-                    const TCurlSettings& settings) {
+                    const TCurlSettings& settings, const std::string& url) {
     if (collector.TooLarge()) {
         return "The reply is larger than " + std::to_string(settings.MaxReplySize) + " bytes";
     }
-    if (code == CURLE_SSL_CACERT_BADFILE) {
-        const std::string store = settings.CaFile.empty()
-                                      ? "The system's trust store"
-                                      : "The CA file \"" + settings.CaFile.string() + "\"";
+    const std::string store = settings.CaFile.empty() ? "the system's trust store"
+                                                      : "the CA file \"" + settings.CaFile.string() + "\"";
+    switch (code) {
+    case CURLE_SSL_CACERT_BADFILE:
         return store + " cannot be read or holds no certificate: " + curl.Reason(code);
+    case CURLE_PEER_FAILED_VERIFICATION:
+        return url + ", checked against " + store + ": " + curl.Reason(code);
+    case CURLE_URL_MALFORMAT:
+        return url + ": " + curl.Reason(code);
+    default:
+        return curl.Reason(code);
     }
-    return curl.Reason(code);
 }
 
 THttpReply NoReply(std::string why) {
@@ -177,9 +201,12 @@ THttpReply NoReply(std::string why) {
 }
 
 THttpReply Run(const THttpRequest& request, const TCurlSettings& settings) {
-    TCurl curl;
-    if (!LibraryReady() || !curl) {
+    if (!LibraryReady()) {
         return NoReply("The HTTPS library could not be started");
+    }
+    TCurl curl;
+    if (!curl) {
+        return NoReply("The HTTPS library gives no handle");
     }
     THttpReply reply;
     TReplyCollector collector(reply, settings.MaxReplySize);
@@ -200,13 +227,13 @@ THttpReply Run(const THttpRequest& request, const TCurlSettings& settings) {
     }
     for (const auto& [name, value] : request.Headers) {
         if (HasControlCharacter(name) || HasControlCharacter(value)) {
-            return NoReply("The value of the header " + name + " has a line break in it");
+            return NoReply("The header " + name + " has a control character in it");
         }
         curl.AddHeader(name, value);
     }
     const CURLcode code = curl.Perform();
     if (code != CURLE_OK) {
-        return NoReply(Explain(code, curl, collector, settings));
+        return NoReply(Explain(code, curl, collector, settings, request.Url));
     }
     reply.Code = curl.ResponseCode();
     return reply;

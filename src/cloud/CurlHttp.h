@@ -10,7 +10,7 @@ namespace tidewell {
 
 struct TCurlSettings {
     std::filesystem::path CaFile; // PEM, trusted alone; empty: the system's trust store
-    std::chrono::milliseconds ConnectTimeout = std::chrono::seconds(15);
+    std::chrono::milliseconds ConnectTimeout = std::chrono::seconds(5);
     std::chrono::milliseconds WholeTimeout = std::chrono::seconds(60); // connecting included
     std::size_t MaxReplySize = std::size_t{16} << 20;                  // bytes of headers and body
 };

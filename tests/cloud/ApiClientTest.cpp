@@ -51,6 +51,8 @@ THttpReply NoReply() {
     return reply;
 }
 
+const std::string NoConnection = "No connection: Could not resolve host: api.example";
+
 // 64 flags, all false but one, told as a JSON text.
 std::string Flags(std::size_t index, const std::string& set, std::size_t count = 64) {
     std::string list;
@@ -90,7 +92,7 @@ TEST_F(ApiClient, LoginTellsEachFailureInItsOwnWay) {
          -1,
          {outer + "PermissionFlags has 63 members instead of 64"}},
         {Reply(200, "OK", Flags(63, "null")), -1, {outer + "member 63 of PermissionFlags is no boolean"}},
-        {NoReply(), -1, {}, EMessageKind::Warning, "No connection to server"},
+        {NoReply(), -1, {NoConnection}, EMessageKind::Warning, "No connection to server"},
         {Reply(500, "Oops"), -1, {refused}, EMessageKind::Information, refused},
         {Reply(401, "Unauthorized"), -2, {"NOT AUTHENTICATED: Wrong username or password."}},
         {Reply(202, "Accepted", Flags(10, "true")),
@@ -184,7 +186,8 @@ TEST_F(ApiClient, IdentityIsAskedForAloneAndForOfflineSessions) {
           "403 Forbidden"}},
         {NoReply(),
          -1,
-         {"ERROR: Could not authenticate. ResponseCode: -1     EXCEPTION: Could not resolve host: "
+         {NoConnection,
+          "ERROR: Could not authenticate. ResponseCode: -1     EXCEPTION: Could not resolve host: "
           "api.example"}},
         {Reply(200, "OK", R"({"User":"u@x","ID":"i"})"), 0, {}},
     };
@@ -242,7 +245,8 @@ TEST_F(ApiClient, KeepAliveRollsTheTokenOrNotesWhyNot) {
     const std::vector<TCase> cases{
         {NoReply(),
          -1,
-         {"ERROR: Request failed with Errorcode: -1     EXCEPTION: Could not resolve host: api.example"}},
+         {NoConnection,
+          "ERROR: Request failed with Errorcode: -1     EXCEPTION: Could not resolve host: api.example"}},
         {Reply(401, "Unauthorized"),
          -3,
          {"UNAUTHORIZED: Not logged in.", "ERROR: Request failed with Errorcode: 401 HTTP/1.1 401 "
@@ -285,7 +289,8 @@ TEST_F(ApiClient, LogoutForgetsBeforeItAsks) {
     }
     EXPECT_THAT(
         Client.debugLines,
-        ElementsAre("ERROR: Could not authenticate. ResponseCode: -1     EXCEPTION: Could not resolve "
+        ElementsAre(NoConnection,
+                    "ERROR: Could not authenticate. ResponseCode: -1     EXCEPTION: Could not resolve "
                     "host: api.example",
                     "UNORTHORIZED: Not logged in.",
                     "ERROR: Could not authenticate. ResponseCode: 401 HTTP/1.1 401 Unauthorized    "
@@ -302,6 +307,32 @@ TEST_F(ApiClient, WhatElseIsRaisedEndsInTheDiary) {
     EXPECT_THAT(Client.debugLines, ElementsAre("ERROR in login: " + reason, "ERROR in logout: " + reason,
                                                HasSubstr("/keepAlive"), "ERROR in login: " + reason,
                                                HasSubstr("410000000001"), "s: ", "ERROR: " + reason));
+}
+
+TEST_F(ApiClient, TellsWhyThereIsNoConnection) {
+    std::vector<std::string> reasons;
+    Client.OnNoConnection = [&](const std::string& reason) {
+        reasons.push_back(reason);
+    };
+    Http.Replies = {NoReply(), Reply(200, "OK"), Reply(500, "Oops")};
+    for (int call = 0; call < 3; ++call) {
+        Client.KeepAlive();
+    }
+    EXPECT_THAT(reasons, ElementsAre("Could not resolve host: api.example"));
+
+    TApiClient nowhere(Http, Dialogs, {"", 4161});
+    Dialogs.ExpectMessage("No connection to server");
+    EXPECT_EQ(nowhere.Login("anna", "secret"), -1);
+    EXPECT_THAT(nowhere.debugLines, ElementsAre("No connection: key ApiHost in section [Cloud] of the "
+                                                "system file is missing or empty"));
+    EXPECT_EQ(Http.Requests.size(), 3U);
+}
+
+TEST_F(ApiClient, DeviceIdStaysOnePieceOfThePath) {
+    TCredentials credentials;
+    Http.Replies = {Reply(404, "Not Found")};
+    EXPECT_EQ(Client.GetNabtoUserInfo("41-0/../x?\xC3\xB8", credentials), -1);
+    EXPECT_EQ(Http.Requests.at(0).Url, Base + "/devices/41-0%2F%2E%2E%2F%78%3F%C3%B8/0/Nabtouser");
 }
 
 TEST_F(ApiClient, TokenOfTheCommandLineLogsIn) {

@@ -12,11 +12,14 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <fstream>
+#include <utility>
 
 namespace tidewell::test {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 
 // The stand-in behind a real socket on a free port, and a folder for the authority's file.
@@ -59,12 +62,14 @@ TEST_F(CurlHttp, TrustsOnlyTheGivenAuthority) {
     TCurlSettings settings; // the system's store, if there is one
     EXPECT_THAT(Failure(settings, request), HasSubstr("certificate"));
     settings.CaFile = Write("other.pem", TThrowAwayCertificates().AuthorityPem());
-    EXPECT_THAT(Failure(settings, request), HasSubstr("SSL certificate problem"));
+    EXPECT_THAT(Failure(settings, request),
+                AllOf(HasSubstr("SSL certificate problem"), HasSubstr(settings.CaFile.string()),
+                      HasSubstr(request.Url)));
     for (const auto& bad :
          {Folder / "missing.pem", Write("empty.pem", ""), Write("text.pem", "no PEM\n"), Folder}) {
         settings.CaFile = bad;
         EXPECT_THAT(Failure(settings, request),
-                    HasSubstr("The CA file \"" + bad.string() + "\" cannot be read or holds no certificate"));
+                    HasSubstr("the CA file \"" + bad.string() + "\" cannot be read or holds no certificate"));
     }
     EXPECT_EQ(Service.RequestCount(), before);
     EXPECT_EQ(TCurlHttp(Trusting()).Exchange(request).Code, 401);
@@ -89,14 +94,32 @@ TEST_F(CurlHttp, TellsWhyThereIsNoReply) {
     EXPECT_THAT(Failure(settings, {"GET", "http" + url.substr(5), {}, {}}), HasSubstr("http"));
     EXPECT_THAT(Failure(settings, {"GET", "https://:4161/", {}, {}}), HasSubstr("URL"));
     EXPECT_THAT(Failure(settings, {"PUT", url, {}, {}}), HasSubstr("PUT"));
-    EXPECT_THAT(Failure(settings, {"GET", url, {{"Authorization", "a\r\nX-Admin: 1"}}, {}}),
-                HasSubstr("header Authorization has a line break"));
+    for (const std::string end : {"\r\nX-Admin: 1", "\n", "\x1B", "\x7F"}) {
+        for (const auto& [name, value] :
+             {std::pair<std::string, std::string>{"Authorization", "a" + end}, {"X" + end, "a"}}) {
+            EXPECT_THAT(Failure(settings, {"GET", url, {{name, value}}, {}}),
+                        HasSubstr("header " + name + " has a control character"));
+        }
+    }
     EXPECT_EQ(Service.RequestCount(), 0U);
 
     settings.MaxReplySize = 100;
     EXPECT_THAT(Failure(settings, {"GET", url, {}, {}}), HasSubstr("larger than 100 bytes"));
     Server.reset();
     EXPECT_THAT(Failure(settings, {"GET", url, {}, {}}), HasSubstr("connect"));
+}
+
+TEST_F(CurlHttp, PassesTheProxyByForThisMachineAlone) {
+    for (const char* name : {"NO_PROXY", "no_proxy"}) {
+        ::unsetenv(name);
+    }
+    ::setenv("https_proxy", "http://127.0.0.1:1", 1);
+    const std::string far = "https://localhost.example.com:" + std::to_string(Server->Port()) + "/";
+    EXPECT_THAT(Failure(Trusting(), {"GET", far, {}, {}}), HasSubstr("127.0.0.1 port 1 "));
+    for (const std::string host : {"localhost", "127.0.0.1"}) {
+        EXPECT_EQ(TCurlHttp(Trusting()).Exchange({"GET", Url(host), {}, {}}).Code, 401);
+    }
+    ::unsetenv("https_proxy");
 }
 
 TEST_F(CurlHttp, CutsAReplyThatHangs) {
