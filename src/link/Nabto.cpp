@@ -69,6 +69,7 @@ void TUNabto::Close() {
         Dialogs.ShowMessage("No NabtoCloseSession Function Loaded");
     else if (const auto status = Status(Library.NabtoCloseSession(Session)); status != NABTO_OK)
         ShowError(status);
+    Session = nullptr;
     if (!Library.NabtoShutdown)
         Dialogs.ShowMessage("No NabtoShutdown Function Loaded");
     else if (const auto status = Status(Library.NabtoShutdown()); status != NABTO_OK)

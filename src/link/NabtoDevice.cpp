@@ -122,7 +122,9 @@ int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
         return NoLink(-3);
     }
     if (!initialized) {
-        initialized = Nabto.Init(credentials.Username, credentials.Password) == 0;
+        // A message of Init runs the event loop, in which another init may succeed.
+        if (Nabto.Init(credentials.Username, credentials.Password) == 0)
+            initialized = true;
         LblNabto.SetCaption(initialized ? "Connected to Basestation" : "NOT CONNECTED TO BASESTATION!");
     }
     return 0;

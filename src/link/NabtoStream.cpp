@@ -157,8 +157,10 @@ TNabtoStatus TNabtoStream::Write(std::span<const std::uint8_t> data, int streamD
         if (status != NABTO_OK && status != NABTO_BUFFER_FULL)
             return status;
         timeoutTimer->SetEnabled(false);
-        if (status == NABTO_BUFFER_FULL)
+        if (status == NABTO_BUFFER_FULL) {
+            Wait.ProcessMessages(); // a device that never drains must not lock the windows
             continue;
+        }
         data = data.subspan(chunk.size());
         Progress.currentstreamprogress += static_cast<std::uint32_t>(chunk.size());
         Progress.DoUpdateProgress();

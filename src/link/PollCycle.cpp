@@ -33,7 +33,7 @@ void TPollCycle::SetIntervals(int pauseTime, int delayBetweenQuestions) {
 
 void TPollCycle::SetQuestions(TIniSection questions) {
     Questions = std::move(questions);
-    ++Run;
+    ResetLogVariables(); // what was gathered belongs to other questions
 }
 
 void TPollCycle::startLog() {
@@ -84,6 +84,7 @@ void TPollCycle::timerQueryTimer() {
     if (reply == "error") {
         ShowStatus(" -> Error Com");
         LedNabto.SetTrueColor(TALed::Red);
+        LedNabto.SetValue(true); // a blink that has just gone dark must not hide it
         if (current)
             Restart();
     } else {

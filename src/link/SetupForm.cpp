@@ -2,6 +2,7 @@
 
 #include "core/IniFile.h"
 #include "core/Numbers.h"
+#include "core/WaitCursor.h"
 
 #include <cstddef>
 #include <utility>
@@ -121,9 +122,8 @@ void TSetupForm::ButCommCancelClick() {
 }
 
 void TSetupForm::ButDeviceSearchClick() {
-    Dialogs.SetWaitCursor(true);
+    const TWaitCursor busy(Dialogs);
     GetLocalDevices();
-    Dialogs.SetWaitCursor(false);
 }
 
 void TSetupForm::butpingClick() {

@@ -62,7 +62,7 @@ bool TFormMainHosts::TNabtoDeviceHost::ShowButtonDevid() const {
 }
 
 bool TFormMainHosts::TNabtoDeviceHost::ErrorLogVisible() const {
-    return Main.Configuration.ErrorLog.doGetErrorlog;
+    return Main.Profile.NabtoErrorlogEnable;
 }
 
 bool TFormMainHosts::TNabtoDeviceHost::FormOpen() const {

@@ -40,7 +40,7 @@ void Tlanguagedialog::FormShow() {
         TIniFile(Ports.Files, Paths.Systemfile).ReadText("System", "LanguageFile_Current");
     const auto& names = langgroup.Items();
     for (std::size_t i = 0; i < names.size(); ++i)
-        if (SameText(names[i], current))
+        if (names[i] == current || (langgroup.ItemIndex() < 0 && SameText(names[i], current)))
             langgroup.SetItemIndex(static_cast<int>(i));
 }
 

@@ -69,7 +69,8 @@ bool TProfileOpening::DeviceAnswers() {
 std::filesystem::path TProfileOpening::ProfileOfDevice(const TAutoLoadProfile& autoload) const {
     const TUNabto& nabto = Parts.Nabto;
     const auto profile = [this](const std::string& name) {
-        return TProfile::PadCurrentProfileExtension(Parts.Paths.directorypath / "profile" / name,
+        return TProfile::PadCurrentProfileExtension(Parts.Paths.directorypath / "profile" /
+                                                        std::filesystem::path(name).relative_path(),
                                                     Parts.Paths.Languagefile);
     };
     if (nabto.SlaveDeviceNum.empty() || nabto.SlaveModel.empty()) {

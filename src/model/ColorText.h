@@ -8,8 +8,8 @@
 
 namespace tidewell {
 
-// What a text that names no colour stands for.
-inline constexpr TColor UnknownColor{0x000000FF};
+// What a text that names no colour stands for; no colour that can be chosen.
+inline constexpr TColor UnknownColor{0x01000000};
 
 // A name such as "clRed" or "clBtnFace", in any case, or a number: "$00BBGGRR", "0x00BBGGRR" or decimal.
 // Colours of the system have fixed values. Nothing for any other text.

@@ -50,9 +50,10 @@ void TMDeviceList::Add(TMDevice device) {
 }
 
 void TModbusPanel::InitQuestionStringlistStructures() {
-    ReadDeviceListFromFile();
     CycleReadList.clear();
     WriteList.clear();
+    CycleReadListCount = 0;
+    ReadDeviceListFromFile();
     for (const TMDevice& device : DeviceList) {
         if (!device.Enabled)
             continue;
@@ -60,21 +61,22 @@ void TModbusPanel::InitQuestionStringlistStructures() {
         WriteList.insert(WriteList.end(), device.WriteList.begin(), device.WriteList.end());
     }
     CreateInputGrids();
-    CycleReadListCount = 0;
 }
 
 void TModbusPanel::ReadDeviceListFromFile() {
     if (GlobalFilePath.empty())
         return;
     DeviceList.Clear();
+    TMDeviceList devices; // all of them or, after a fault, none
     const TIniFile profile(Files, GlobalPlsFilePath);
     for (const std::string& name : profile.SectionNames()) {
         if (name.find("Device") == std::string::npos)
             continue;
         const TIniSection section = profile.ReadSection(name);
         if (HoldsKey(section, "Enable"))
-            DeviceList.Add(ReadDevice(profile, name, section));
+            devices.Add(ReadDevice(profile, name, section));
     }
+    DeviceList = std::move(devices);
 }
 
 TMDevice TModbusPanel::ReadDevice(const TIniFile& profile, const std::string& name,

@@ -44,11 +44,11 @@ class TProfile {
     static std::filesystem::path PadCurrentProfileExtension(const std::filesystem::path& base,
                                                             const std::filesystem::path& languageFile);
 
-    // Writes what the user changed on the graph back into currentprofilefile, and takes it over into
-    // GraphValues; channels stand in the order of the plot surface. Only the lines of the changed keys
-    // change. Rows are matched to keys by position, and a duplicate key writes to its first line. Does
-    // nothing without a loaded profile, or if the file is gone, read-only or locked. Throws EInOutError if
-    // reading or writing fails otherwise; the file is then as it was.
+    // Writes what the user changed on the graph back into currentprofilefile; channels stand in the order of
+    // the plot surface. Only the lines of the changed keys change. Rows are matched to keys by position, and
+    // a duplicate key writes to its first line. Does nothing without a loaded profile, or if the file is
+    // gone, read-only or locked. Throws EInOutError if reading or writing fails otherwise; the file is then
+    // as it was.
     void WriteGraphSettings(const std::vector<TGraphChannelSettings>& channels);
 
     bool ProfileLoaded = false;

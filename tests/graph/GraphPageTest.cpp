@@ -84,7 +84,7 @@ TEST(GraphPage, MakesChannelsFromTheProfile) {
     std::vector<std::string> all;
     for (const auto& channel : rig.Page.ChannelSettings())
         all.push_back(told(channel));
-    EXPECT_THAT(all, ElementsAre("Supply|65280|0|hidden", "Flags|255|2|shown", "Last|255|-1|shown"));
+    EXPECT_THAT(all, ElementsAre("Supply|65280|0|hidden", "Flags|16777216|2|shown", "Last|255|-1|shown"));
 
     // A colour of the user's own replaces even a text that named none.
     channels[1].SetColor(TColor{0x123456});

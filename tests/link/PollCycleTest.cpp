@@ -187,7 +187,6 @@ TEST_F(TPollCycleTest, ACycleBegunAnewDuringAQuestionTakesNothingFromTheOldOne) 
     Start();
     During[2] = [&] {
         SetQuestions("a=0;3;200;1;\n");
-        Cycle.ResetLogVariables();
         Panel.DeviceList.Clear();
     };
     Time.Advance(2200);

@@ -30,7 +30,7 @@ TEST(ColorText, KeepsTheTextOfAnUnchangedColour) {
         std::string AsRead, Written;
     } const cases[] = {
         {0x0000FF, "$000000FF", "$000000FF"}, {0x0000FF, "CLRED", "CLRED"},
-        {0x0000FF, "clBlue", "clRed"},        {0x0000FF, "", ""},
+        {0x0000FF, "clBlue", "clRed"},        {0x0000FF, "", "clRed"},
         {0xFFFFFF, "clWindow", "clWindow"},   {0xFFFFFF, "clRed", "clWhite"},
         {0xC0C0C0, "clRed", "clSilver"},      {0xA1B2C3, "clRed", "$00A1B2C3"},
         {0x00000A, "rosso", "$0000000A"},     {UnknownColor.Value, "rosso", "rosso"},

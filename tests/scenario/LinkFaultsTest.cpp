@@ -41,6 +41,7 @@ TEST_F(TLinkFaults, StopTheRowsAndLoseNone) {
         EXPECT_EQ(Rows(), before);
         if (fault == "Error=Device busy") {
             EXPECT_EQ(Program->NabtoDevice.LedNabto.TrueColor(), TALed::Red);
+            EXPECT_TRUE(Program->NabtoDevice.LedNabto.Value());
         }
         SetFault("");
         Time.Advance(10000);
