@@ -109,6 +109,9 @@ void TFormMain::FormCreate() {
     Http = Ports.MakeHttp(cloud.CaFile);
     ApiClient =
         std::make_unique<TApiClient>(*Http, Ports.Dialogs, TCloudAddress{cloud.ApiHost, cloud.ApiPort});
+    ApiClient->OnNoConnection = [this](const std::string& reason) {
+        MemoEventLog.Add("No connection: " + reason);
+    };
     StatusBar.SetText(PanelVersion, VersionText(Options.Version));
     SetClientSize(initialWidth, Ports.Dialogs.WorkAreaHeight());
     ReadConfigurationFiles();
