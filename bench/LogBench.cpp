@@ -1,9 +1,10 @@
-// One log step, and the memory that a log takes.
+// One log step, the texts of a shown setpoint grid included, and the memory that a log takes.
 
 #include "core/DiskFiles.h"
 #include "logging/LiveLog.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
+#include "model/ValueCodec.h"
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -21,6 +22,7 @@ namespace {
 
 constexpr int ValueCount = 126;
 constexpr int ChannelCount = 36;
+constexpr int GridRowCount = 60;
 
 // A clock that goes on by 2 seconds at each look.
 class TBenchClock : public IClock {
@@ -90,8 +92,20 @@ class TNoDialogs : public IDialogs {
     int WorkAreaHeight() const override { return 0; }
 };
 
-class TNoHost : public TLiveLog::IHost {
+// Formats the values of a setpoint grid, as the setpoint page does at each step.
+class TGridHost : public TLiveLog::IHost {
   public:
+    TGridHost() {
+        constexpr std::array<const char*, 4> limits{"0;1000;1;0", "-400;900;1;0", "0;600;0;-50", "1;60;2;0"};
+        std::vector<std::string> helpNumbers;
+        for (int row = 0; row < GridRowCount; ++row) {
+            const std::string number = std::to_string(row);
+            const auto limit = limits[static_cast<std::size_t>(row) % limits.size()];
+            Rows.push_back(FormatRowLimits("Setpoint " + number + ";0;" + limit + ";40001;" +
+                                               std::to_string(3 + row * 2) + ";1;;;;;0;Group;;;1;",
+                                           helpNumbers));
+        }
+    }
     bool NabtoEnabled() override { return false; }
     int InitLink() override { return 0; }
     void StartPolling() override {}
@@ -100,7 +114,11 @@ class TNoHost : public TLiveLog::IHost {
     void Setup1Click() override {}
     void RepaintStatusBar() override {}
     bool FormOpen() override { return true; }
-    void ApplyDataLine(const std::string&) override {}
+    void ApplyDataLine(const std::string& line) override { FormatListValues(line, Texts, Rows); }
+
+  private:
+    std::vector<std::string> Rows;
+    std::vector<std::string> Texts;
 };
 
 // The graph rows of every type code that a profile may use.
@@ -142,7 +160,7 @@ class TLogRig {
     TDiskFiles Files;
     TNoWait Wait;
     TNoDialogs Dialogs;
-    TNoHost Host;
+    TGridHost Host;
     TBenchClock Clock;
     TIdleTimers Timers;
     TModbusPanel Panel{Files, Wait};
@@ -163,8 +181,8 @@ std::size_t HeapInUse() {
     return heap.uordblks + heap.hblkhd;
 }
 
-// 126 values and 36 channels, from that row on. memory_ratio is what the rows took of the heap, all of it, to
-// the bytes of their integers, doubles and time texts.
+// 126 values, 36 channels and a grid of 60 rows, from that row on. memory_ratio is what the rows took of the
+// heap, all of it, to the bytes of their integers, doubles and time texts.
 void LogStep(benchmark::State& state) {
     TLogRig rig;
     const std::size_t before = HeapInUse();
