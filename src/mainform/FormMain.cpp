@@ -110,7 +110,10 @@ void TFormMain::FormCreate() {
     ApiClient =
         std::make_unique<TApiClient>(*Http, Ports.Dialogs, TCloudAddress{cloud.ApiHost, cloud.ApiPort});
     ApiClient->OnNoConnection = [this](const std::string& reason) {
-        MemoEventLog.Add("No connection: " + reason);
+        const std::string line = "No connection: " + reason;
+        if (MemoEventLog.Lines().empty() ||
+            MemoEventLog.Lines().back() != line) // keep-alive fails again and again
+            MemoEventLog.Add(line);
     };
     StatusBar.SetText(PanelVersion, VersionText(Options.Version));
     SetClientSize(initialWidth, Ports.Dialogs.WorkAreaHeight());

@@ -41,6 +41,9 @@ TProgramFixture::TProgramFixture() {
         ReadCloudConfig(TIniFile(disk, std::filesystem::path(TIDEWELL_SOURCE_DIR) / "sim/cloud/cloud.ini")),
         [this] { return Time.Now(); });
     Nabto.SimulationFile = Simulation;
+    Nabto.OnReport = [](const std::string& line) {
+        ADD_FAILURE() << line;
+    };
     Time.OnException = [this](const std::exception& error) {
         Dialogs.ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
     };
