@@ -108,6 +108,7 @@ TEST_F(TNabtoDeviceTest, TheDomainIsAddedOnceAndTheDeviceKept) {
     }
     EXPECT_THAT(Files.Read(Paths.Systemfile), HasSubstr("; the link\r\nName=Vent\r\n"));
     EXPECT_THAT(Files.Read(Paths.Systemfile), HasSubstr("Device=" + id + "\r\n"));
+    EXPECT_FALSE(Http.Urls.empty());
     EXPECT_THAT(Http.Urls, testing::Each("https://api.example:4161/api/v1.2/devices/" + id + "/0/Nabtouser"));
     const std::string before = Files.Read(Paths.Systemfile);
     Files.Unwritable.insert(Paths.Systemfile);
@@ -140,7 +141,9 @@ TEST_F(TNabtoDeviceTest, InitTellsWhyThereIsNoLink) {
     Client._isLocalSession = true;
     Client._creds = {"offline", "secret"};
     Device.initialized = true;
+    const auto requests = Http.Urls.size();
     EXPECT_EQ(Device.init(id, Client), 1030);
+    EXPECT_EQ(Http.Urls.size(), requests); // refused without the network
     EXPECT_FALSE(Device.initialized);
     EXPECT_THAT(Library.Calls, IsEmpty());
 

@@ -92,13 +92,20 @@ TEST_F(Profile, WritesBackOnlyWhatChanged) {
     Open(head + GraphRow("Fan;;clLime") + tail + "1");
     EXPECT_THAT(Model.FindGraphNameList, ElementsAre("Z\u00FCge", "Off", "Fan"));
     const std::string written = head + GraphRow("Fan;3;$00112233") + tail + "True\r\ngraph 1=False";
-    for (const bool writable : {true, false}) { // with nothing to write, nothing fails
-        Model.WriteGraphSettings({{"Z\u00FCge:[12.50]", true, TColor{0x0000FF}, 0},
-                                  {"Fan:[-3.00]", false, TColor{0x00112233}, 2}});
-        EXPECT_EQ(Bytes(), written) << writable;
-        Model.Open(profilePath);
-        Files.Unwritable.insert(profilePath);
-    }
+    std::vector<TGraphChannelSettings> channels{{"Z\u00FCge:[12.50]", true, TColor{0x0000FF}, 0},
+                                                {"Fan:[-3.00]", false, TColor{0x00112233}, 2}};
+    Model.WriteGraphSettings(channels);
+    EXPECT_EQ(Bytes(), written);
+    Model.Open(profilePath);
+    Files.Room = 0;
+    Model.WriteGraphSettings(channels); // with nothing to write, nothing fails
+    channels[1].Visible = true;
+    EXPECT_THROW(Model.WriteGraphSettings(channels), EInOutError);
+    EXPECT_EQ(Bytes(), written);
+    Files.Room = 1000000;
+    Files.Unwritable.insert(profilePath);
+    Model.WriteGraphSettings(channels); // read-only: lost in silence
+    EXPECT_EQ(Bytes(), written);
 }
 
 // Rows go to keys by position, a repeated key to its first line; a row without a channel and a colour that
