@@ -1,5 +1,6 @@
 #include "link/IdentityPanel.h"
 
+#include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
 #include "link/Nabto.h"
 
@@ -69,8 +70,8 @@ void TIdentityPanel::btnUserAccountClick() {
 void TIdentityPanel::btnSaveInfoClick() {
     LblJson.SetCaption(" ");
     Identity = {};
-    const std::size_t idLength = std::min(factorydeviceid.size(), Identity.size());
-    std::copy_n(factorydeviceid.begin(), idLength, Identity.begin());
+    const std::string id = EncodeText(factorydeviceid, EEncoding::Windows1252);
+    std::copy_n(id.begin(), std::min(id.size(), Identity.size()), Identity.begin());
     const auto key = std::span(Identity).subspan(keyOffset, keySize);
     std::ranges::fill(key, std::uint8_t{0});
     if (DecodeHex(factorycryptokey, key) < keySize || factorycryptokey.size() != 2 * keySize)

@@ -6,9 +6,11 @@
 #include "core/IniFile.h"
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
+#include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IWait.h"
 #include "link/Nabto.h"
+#include "model/ModbusPanel.h"
 #include "model/Profile.h"
 
 namespace tidewell {
@@ -29,14 +31,8 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
                            IHost& host)
     : TForm("NabtoDevice", "Nabto"), Identity(dialogs, nabto, device),
       Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }), Dialogs(dialogs),
-      Wait(wait), Files(files), Paths(paths), Nabto(nabto), Host(host) {
-    TControl* const hidden[] = {&BtnUpdate,      &ButErorlog,      &ButFlashDatalog,       &ButAccount,
-                                &Button1,        &ButContUpdate,   &ExtendedSystemVersion, &BtnWriteFlash,
-                                &PanelReadFlash, &PanelReadEEprom, &PanelFDDatalog};
-    for (TControl* control : hidden)
-        control->SetVisible(false);
-    BtnWriteFlash.SetEnabled(false);
-    streamDelayEdit.SetText("10");
+      Wait(wait), Files(files), Paths(paths), Nabto(nabto), Panel(panel), Host(host) {
+    InitControls();
     btnPing.OnClick = [this] {
         btnPingClick();
     };
@@ -49,6 +45,9 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
     btnClearLog.OnClick = [this] {
         memoDebug.Clear();
     };
+    btnShowReadList.OnClick = [this] {
+        btnShowReadListClick();
+    };
     OnShow = [this] {
         FormShow();
     };
@@ -59,6 +58,22 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
 
 TNabtoDevice::~TNabtoDevice() {
     Nabto.FOnUpdateProgress = nullptr;
+}
+
+void TNabtoDevice::InitControls() {
+    TControl* const hidden[] = {&BtnUpdate,      &ButErorlog,      &ButFlashDatalog,       &ButAccount,
+                                &Button1,        &ButContUpdate,   &ExtendedSystemVersion, &BtnWriteFlash,
+                                &PanelReadFlash, &PanelReadEEprom, &PanelFDDatalog};
+    for (TControl* control : hidden)
+        control->SetVisible(false);
+    BtnWriteFlash.SetEnabled(false);
+    streamDelayEdit.SetText("10");
+    const std::string delay = "Pause after each block written to the device; raise it when writing fails";
+    LabStreamDelay.SetHint(delay);
+    streamDelayEdit.SetHint(delay);
+    btnShowReadList.SetHint("Lists the read questions of the open profile's devices");
+    Button1.SetHint("Resets the secondary processor of the device");
+    ExtendedSystemVersion.SetHint("Asks the device for its extended version data");
 }
 
 void TNabtoDevice::FormCreate() {
@@ -218,22 +233,33 @@ void TNabtoDevice::ShowProgress() {
 }
 
 void TNabtoDevice::btnPingClick() {
+    const bool shown = Visible(); // the setup dialog pings too, while this form is hidden
+    const std::string asked = device;
     memoDebug.Clear();
-    if (!Nabto.ping(device)) {
+    const bool answered = Nabto.ping(asked);
+    // The event loop ran: who has closed the form, or the program, waits for no answer.
+    if (!Host.FormOpen() || (shown && !Visible()))
+        return;
+    if (!answered) {
         Dialogs.ShowMessage("Device is not available");
         return;
     }
-    memoDebug.Add("DeviceID: " + device);
+    memoDebug.Add("DeviceID: " + asked);
     memoDebug.Add("Ping Response: OK");
     if (!Nabto.SlaveDeviceNum.empty() && !Nabto.SlaveModel.empty())
-        Dialogs.ShowMessage("Gateway DeviceID: " + device + "\rGateway Model: " + Nabto.model +
+        Dialogs.ShowMessage("Gateway DeviceID: " + asked + "\rGateway Model: " + Nabto.model +
                             "\rGateway Number: " + Nabto.varenummer +
                             "\rGateway Version: " + Nabto.GatewayVersion +
                             "\rSlave Number: " + Nabto.SlaveDeviceNum + "\rSlaveModel: " + Nabto.SlaveModel);
     else
-        Dialogs.ShowMessage("DeviceID: " + device + "\rModel: " + Nabto.model +
+        Dialogs.ShowMessage("DeviceID: " + asked + "\rModel: " + Nabto.model +
                             "\rVarenummer: " + Nabto.varenummer + "\rHP SW version: " + Nabto.versionHP +
                             "\rNP SW version: " + Nabto.versionNP + "\rBT SW version: " + Nabto.versionBT);
+}
+
+void TNabtoDevice::btnShowReadListClick() {
+    for (const std::string& row : SplitLines(Panel.CycleReadListGetListText()))
+        memoDebug.Add(row);
 }
 
 void TNabtoDevice::butChangeDeviceIDClick() {

@@ -106,6 +106,7 @@ class TNabtoDevice : public TForm {
     TPanel Paneldebug{"Paneldebug"};
     TMemo memoDebug{"memoDebug"};
     TButton btnClearLog{"btnClearLog", "Clear Log"};
+    TButton btnShowReadList{"btnShowReadList", "Show Read List"};
     TButton ButContUpdate{"ButContUpdate", "Cont. Update"};
     TEdit streamDelayEdit{"streamDelayEdit"};
     TLabel LabStreamDelay{"LabStreamDelay", "Stream Write Delay"};
@@ -123,9 +124,11 @@ class TNabtoDevice : public TForm {
     TPollCycle Cycle;
 
   private:
+    void InitControls();
     void FormShow();
     void FormClose();
     void btnPingClick();
+    void btnShowReadListClick();
     void butChangeDeviceIDClick();
     void ReadLanguage();
     void ReadConfiguration();
@@ -140,6 +143,7 @@ class TNabtoDevice : public TForm {
     IFiles& Files;
     const TCurrentInifilesPath& Paths;
     TUNabto& Nabto;
+    const TModbusPanel& Panel;
     IHost& Host;
     TApiClient* ApiClient = nullptr; // given to init
 };

@@ -43,6 +43,7 @@ void TPollCycle::startLog() {
     LedNabto.SetValue(true);
     ShowStatus("");
     Dologging = true;
+    ++Starts;
 }
 
 void TPollCycle::stopLog() {
@@ -76,6 +77,7 @@ void TPollCycle::timerQueryTimer() {
         return;
     }
     const unsigned run = Run;
+    const unsigned starts = Starts;
     const std::string reply = Ask(question);
     // From here on a handler that ran during the question may have stopped, restarted or replaced the cycle.
     const bool current = run == Run;
@@ -98,9 +100,10 @@ void TPollCycle::timerQueryTimer() {
             Restart();
         }
     }
-    // A cycle that was restarted meanwhile is in its pause, and goes on from there.
-    if (!timerLogger->Enabled())
-        timerQuery->SetEnabled(true);
+    // A cycle that was started meanwhile goes on by its own timers, unless a failure has ended it.
+    if (starts != Starts)
+        return;
+    timerQuery->SetEnabled(true);
     StopTimersUnlessLogging();
 }
 
@@ -136,12 +139,12 @@ std::string TPollCycle::Ask(const TQuestion& question) {
 }
 
 void TPollCycle::FinishCycle() {
-    const unsigned run = Run;
+    const unsigned starts = Starts;
     queryCounter = 0;
     if (!NabtoResultstring.empty())
         CycleDone();
-    // A cycle that was restarted meanwhile has its own values, and goes on by itself.
-    if (run != Run && (timerLogger->Enabled() || timerQuery->Enabled()))
+    // A cycle that was started meanwhile has its own values and timers.
+    if (starts != Starts)
         return;
     NabtoResultstring.clear();
     timerLogger->SetEnabled(true);

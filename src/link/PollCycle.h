@@ -62,7 +62,8 @@ class TPollCycle {
     TLabel& LblNabto;
     TALed& LedNabto;
     std::function<void()> CycleDone;
-    unsigned Run = 0; // changes whenever the cycle is begun anew from outside
+    unsigned Run = 0;    // changes whenever the cycle is begun anew from outside
+    unsigned Starts = 0; // changes whenever startLog gives the timers to a new cycle
 };
 
 } // namespace tidewell

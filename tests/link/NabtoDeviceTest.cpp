@@ -41,10 +41,11 @@ struct TFakeHost : TNabtoDevice::IHost {
     void AddEventLog(const std::string& line) override { Events.push_back(line); }
     bool ShowButtonDevid() const override { return Devid; }
     bool ErrorLogVisible() const override { return ErrorLog; }
-    bool FormOpen() const override { return true; }
+    bool FormOpen() const override { return Open; }
     std::vector<std::string> Events;
     bool Devid = true;
     bool ErrorLog = true;
+    bool Open = true;
 };
 
 class TNabtoDeviceTest : public testing::Test {
@@ -215,6 +216,32 @@ TEST_F(TNabtoDeviceTest, PingShowsWhoAnswered) {
     Dialogs.ExpectMessage("Gateway DeviceID: d\rGateway Model: 30011\rGateway Number: 1\rGateway Version: 6\r"
                           "Slave Number: 7\rSlaveModel: 8");
     Device.btnPing.Click();
+}
+
+TEST_F(TNabtoDeviceTest, AFormClosedDuringItsPingTellsNothing) {
+    Device.device = "d";
+    Dialogs.Show(Device);
+    Library.Reply = [this](const std::string&) -> std::optional<std::string> {
+        Device.Close();
+        return std::nullopt;
+    };
+    Device.btnPing.Click();
+    Library.Reply = [this](const std::string&) {
+        Host.Open = false;
+        return R"({"response":{"Pong":1886350951}})";
+    };
+    Device.btnPing.Click();
+    EXPECT_THAT(Device.memoDebug.Lines(), IsEmpty());
+}
+
+TEST_F(TNabtoDeviceTest, ListsTheReadQuestions) {
+    Panel.CycleReadList = {"1;3;100;2;List;Dev;0;", "1;4;200;1;Data;Dev;1;"};
+    Device.memoDebug.Add("before");
+    Device.btnShowReadList.Click();
+    EXPECT_THAT(Device.memoDebug.Lines(),
+                ElementsAre("before", "1;3;100;2;List;Dev;0;", "1;4;200;1;Data;Dev;1;"));
+    Device.btnClearLog.Click();
+    EXPECT_THAT(Device.memoDebug.Lines(), IsEmpty());
 }
 
 TEST_F(TNabtoDeviceTest, TheFormShowsOnlyWhatWorks) {

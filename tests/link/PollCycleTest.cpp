@@ -194,6 +194,19 @@ TEST_F(TPollCycleTest, ACycleBegunAnewDuringAQuestionTakesNothingFromTheOldOne) 
     EXPECT_THAT(Cycles, ElementsAre("1; -2; 3; ", "3; "));
 }
 
+TEST_F(TPollCycleTest, ACycleThatFailedDuringAQuestionOfTheOldOneStaysEnded) {
+    During[1] = [&] {
+        OnCycle = [] {
+            throw TError("disk full");
+        };
+        Cycle.startLog();
+        EXPECT_THROW(Time.Advance(2150), TError);
+    };
+    Start();
+    Time.Advance(20000);
+    EXPECT_THAT(Asked, ElementsAre("100", "100", "200"));
+}
+
 TEST_F(TPollCycleTest, WhatTakesTheCycleMayStopRestartOrFail) {
     OnCycle = [&] {
         Cycle.stopLog();
