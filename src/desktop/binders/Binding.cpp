@@ -17,6 +17,13 @@ class TKeeper : public QObject {
     TConnection Connection;
 };
 
+// A long hint breaks its lines, which a tool tip does for rich text only.
+QString ToolTip(const std::string& hint) {
+    constexpr qsizetype longest = 60;
+    const QString text = ToQt(hint);
+    return text.size() > longest ? QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()) : text;
+}
+
 } // namespace
 
 void Keep(QObject& view, TConnection connection) {
@@ -29,7 +36,7 @@ void BindControl(QWidget& view, TControl& control) {
         if (view.isHidden() == control.Visible())
             view.setVisible(control.Visible());
         view.setEnabled(control.Enabled());
-        view.setToolTip(ToQt(control.Hint()));
+        view.setToolTip(ToolTip(control.Hint()));
     });
     Keep(view, control.FocusRequested.Connect([&view] { view.setFocus(Qt::OtherFocusReason); }));
 }

@@ -37,6 +37,8 @@ class TReturnFilter : public QObject {
 
 void BindEdit(QLineEdit& view, TEdit& edit, IDialogs& dialogs) {
     BindControl(view, edit);
+    if (edit.Masked())
+        view.setStyleSheet(QStringLiteral("lineedit-password-character: 42")); // '*'
     KeepInStep(view, edit, [&view, &edit] {
         view.setMaxLength(edit.MaxLength() > 0 ? edit.MaxLength() : unlimited);
         view.setEchoMode(edit.Masked() ? QLineEdit::Password : QLineEdit::Normal);

@@ -47,6 +47,7 @@ TLogOnView::TLogOnView(TNabtoLogOn& form, const TViewContext& context)
         auto& view = NewChild<TRoomyButton>(buttons);
         row.addWidget(&view);
         BindButton(view, *button, context.Dialogs);
+        view.setAutoDefault(true); // Enter clicks the button that has the focus
         if (button == &form.ButOk)
             view.setDefault(true);
     }
