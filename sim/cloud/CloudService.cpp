@@ -87,6 +87,11 @@ void TCloudService::SetFaults(const TCloudFaults& faults) {
     Config.Faults = faults;
 }
 
+void TCloudService::SetConfig(const TCloudConfig& config) {
+    const std::lock_guard lock(Guard);
+    Config = config;
+}
+
 std::size_t TCloudService::RequestCount() const {
     const std::lock_guard lock(Guard);
     return Requests;
@@ -137,6 +142,10 @@ TCloudReply TCloudService::Route(const TCloudRequest& request) {
         return NotLoggedIn();
     }
     const std::string name = session->second.User;
+    const auto user = Config.Users.find(name);
+    if (user == Config.Users.end()) {
+        return NotLoggedIn();
+    }
     if (path == "/logout") {
         Sessions.erase(session);
         return {};
@@ -145,8 +154,7 @@ TCloudReply TCloudService::Route(const TCloudRequest& request) {
         Sessions.erase(session);
         return {200, {}, OpenSession(name), 0};
     }
-    const TCloudUser& user = Config.Users[name];
-    return path == "/Nabtouser" ? Identity(user) : Device(user, path);
+    return path == "/Nabtouser" ? Identity(user->second) : Device(user->second, path);
 }
 
 TCloudReply TCloudService::Login(const TCloudRequest& request) {
@@ -190,7 +198,8 @@ TCloudReply TCloudService::Device(const TCloudUser& user, std::string_view path)
 }
 
 TCloudService::TSessions::iterator TCloudService::FindSession(const TCloudRequest& request) {
-    std::erase_if(Sessions, [now = Now()](const auto& entry) { return entry.second.Expires <= now; });
+    const auto oldest = Now() - std::chrono::seconds(Config.TokenLifetimeSeconds);
+    std::erase_if(Sessions, [oldest](const auto& entry) { return entry.second.Opened <= oldest; });
     const auto session = Sessions.find(request.Authorization);
     if (session == Sessions.end()) {
         return session;
@@ -203,12 +212,13 @@ TCloudService::TSessions::iterator TCloudService::FindSession(const TCloudReques
 }
 
 std::string TCloudService::OpenSession(const std::string& user) {
-    const auto expires = Now() + std::chrono::seconds(Config.TokenLifetimeSeconds);
+    const auto now = Now();
+    const auto expires = now + std::chrono::seconds(Config.TokenLifetimeSeconds);
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(expires.time_since_epoch()).count();
     const std::string payload = nlohmann::json{{"sub", user}, {"exp", seconds}}.dump();
     std::string header = "Bearer " + Base64Url(R"({"alg":"HS256","typ":"JWT"})") + "." + Base64Url(payload) +
                          "." + Base64Url(RandomBytes(32));
-    Sessions[header] = {user, expires, 0};
+    Sessions[header] = {user, now, 0};
     return header;
 }
 

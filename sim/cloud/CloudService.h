@@ -39,12 +39,14 @@ class TCloudService {
 
     TCloudFaults Faults() const;
     void SetFaults(const TCloudFaults& faults);
+    // Users, devices, faults and what tokens are good for; the tokens that were given out stay.
+    void SetConfig(const TCloudConfig& config);
     std::size_t RequestCount() const;
 
   private:
     struct TSession {
         std::string User;
-        std::chrono::system_clock::time_point Expires;
+        std::chrono::system_clock::time_point Opened;
         int Requests = 0;
     };
     using TSessions = std::map<std::string, TSession, std::less<>>; // by header value

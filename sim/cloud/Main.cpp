@@ -25,7 +25,7 @@ constexpr std::string_view Usage =
     "  --port        port on 127.0.0.1; 0: any free one\n"
     "  --ready-file  gets the port as soon as the service can be reached\n"
     "  --help        prints this\n"
-    "SIGHUP reads the faults anew, SIGTERM and SIGINT end the service.\n";
+    "SIGHUP reads the configuration anew, SIGTERM and SIGINT end the service.\n";
 
 struct TOptions {
     bool Help = false;
@@ -102,10 +102,10 @@ void RunUntilEnded(const sigset_t& signals, TCloudService& service, const TDiskF
     int signal = 0;
     while (sigwait(&signals, &signal) == 0 && signal == SIGHUP) {
         try {
-            service.SetFaults(ReadConfig(files, config).Faults);
-            std::cout << "Faults read anew" << std::endl;
+            service.SetConfig(ReadConfig(files, config));
+            std::cout << config.string() << " read anew" << std::endl;
         } catch (const std::exception& error) {
-            std::cerr << "tidewell-cloud: " << error.what() << "; the faults stay as they were" << std::endl;
+            std::cerr << "tidewell-cloud: " << error.what() << "; all stays as it was" << std::endl;
         }
     }
 }

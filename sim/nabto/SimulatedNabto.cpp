@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace tidewell {
@@ -98,21 +99,35 @@ TSimulatedNabto::~TSimulatedNabto() = default;
 void TSimulatedNabto::Configure(const TSimulation& simulation) {
     Streams.clear();
     Controllers.clear();
+    Take(simulation);
+    Configured = true;
+}
+
+void TSimulatedNabto::Take(const TSimulation& simulation) {
+    for (const auto& controller : Controllers) {
+        controller->Setup.Local = false;
+        controller->Setup.Remote = false;
+    }
     for (const TControllerSetup& setup : simulation.Controllers) {
-        auto controller =
-            std::make_unique<TController>(TController{setup, TSimulatedController(setup.Identity)});
-        controller->Device.WriteStatus = setup.WriteStatus;
-        controller->Device.StreamPiece = setup.StreamPiece;
-        for (const TValueRun& run : setup.Values) {
-            controller->Device.Values.Add(run);
+        auto found = std::find_if(Controllers.begin(), Controllers.end(),
+                                  [&](const auto& controller) { return controller->Setup.Id == setup.Id; });
+        if (found == Controllers.end()) {
+            Controllers.push_back(
+                std::make_unique<TController>(TController{{}, TSimulatedController(setup.Identity)}));
+            found = std::prev(Controllers.end());
+            for (const TValueRun& run : setup.Values) {
+                (*found)->Device.Values.Add(run);
+            }
         }
-        controller->Device.Faults.Replace(setup.Faults);
-        Controllers.push_back(std::move(controller));
+        TController& controller = **found;
+        controller.Setup = setup;
+        controller.Device.WriteStatus = setup.WriteStatus;
+        controller.Device.StreamPiece = setup.StreamPiece;
+        controller.Device.Faults.Replace(setup.Faults);
     }
     Setup = simulation;
     Setup.Controllers.clear();
     SetLibraryFaults(simulation.LibraryFaults);
-    Configured = true;
 }
 
 TSimulatedController* TSimulatedNabto::FindController(std::string_view nameOrId) {
@@ -150,7 +165,7 @@ void TSimulatedNabto::WaitAnswerTimeout() {
 }
 
 std::optional<TNabtoStatus> TSimulatedNabto::Prevented(std::string_view function, bool needsStartup) {
-    RefreshFaults();
+    Refresh();
     TOccasion occasion;
     occasion.NowMs = NowMs();
     for (TArmedLibraryFault& armed : LibraryFaults) {
@@ -177,7 +192,7 @@ TNabtoStatus TSimulatedNabto::ReadFile() {
     }
 }
 
-void TSimulatedNabto::RefreshFaults() {
+void TSimulatedNabto::Refresh() {
     if (FileInUse.empty() || NowMs() - LastLookMs < LookIntervalMs) {
         return;
     }
@@ -192,13 +207,7 @@ void TSimulatedNabto::RefreshFaults() {
         return; // an editor may be replacing it
     }
     try {
-        const TSimulation simulation = ParseSimulation(FileBytes, FileInUse.string());
-        for (const TControllerSetup& setup : simulation.Controllers) {
-            if (TSimulatedController* controller = FindController(setup.Name)) {
-                controller->Faults.Replace(setup.Faults);
-            }
-        }
-        SetLibraryFaults(simulation.LibraryFaults);
+        Take(ParseSimulation(FileBytes, FileInUse.string()));
     } catch (const TError& error) {
         Report(error.what());
     }

@@ -22,7 +22,8 @@ namespace tidewell {
 
 // The native library over simulated controllers. Its operations are those of the C functions of the same
 // names; handles are opaque and may be anything. A simulation told by a file is read at the first Startup and
-// its faults again whenever the file changes; Configure takes the place of the file.
+// again whenever the file changes, where controllers that were there keep identity and values and those that
+// are gone cannot be reached any more; Configure takes the place of the file.
 class TSimulatedNabto {
   public:
     TSimulatedNabto(IFiles& files, ISimulationTime& time);
@@ -73,7 +74,8 @@ class TSimulatedNabto {
     // What a call ends with before it has begun: a fault of the library, or no start-up. Looks at the file.
     std::optional<TNabtoStatus> Prevented(std::string_view function, bool needsStartup = true);
     TNabtoStatus ReadFile();
-    void RefreshFaults();
+    void Refresh();
+    void Take(const TSimulation& simulation);
     void SetLibraryFaults(const std::vector<TLibraryFault>& faults);
     void Report(const std::string& line) const;
     void WaitAnswerTimeout();

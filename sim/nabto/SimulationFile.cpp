@@ -16,6 +16,33 @@ namespace tidewell {
 
 namespace {
 
+constexpr std::int32_t MostCopies = 1000;
+
+// Appends the controller; throws TError with the reason alone when its id is taken.
+void Append(std::vector<TControllerSetup>& controllers, TControllerSetup setup) {
+    const bool taken = std::any_of(controllers.begin(), controllers.end(),
+                                   [&](const TControllerSetup& other) { return other.Id == setup.Id; });
+    if (taken) {
+        throw TError("another controller has the id " + setup.Id);
+    }
+    controllers.push_back(std::move(setup));
+}
+
+// The id that many further on, of 12 digits again.
+std::string IdBehind(const std::string& id, std::int32_t steps) {
+    std::string next = id;
+    for (std::int64_t rest = steps, place = static_cast<std::int64_t>(id.size()) - 1; rest > 0; --place) {
+        if (place < 0) {
+            throw TError("there are no " + std::to_string(steps) + " ids behind " + id);
+        }
+        char& digit = next[static_cast<std::size_t>(place)];
+        rest += digit - '0';
+        digit = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    }
+    return next;
+}
+
 class TReader {
   public:
     TReader(std::string_view bytes, const std::string& shownPath) : Ini(bytes), ShownPath(shownPath) {}
@@ -94,6 +121,8 @@ TControllerSetup TReader::ReadController(const std::string& name) {
             values = row.Value;
         } else if (SameText(row.Name, "WriteStatus")) {
             setup.WriteStatus = ParseInteger(row.Value);
+        } else if (SameText(row.Name, "Copies")) {
+            setup.Copies = ParseIntegerWithin(row.Value, 0, MostCopies);
         } else if (SameText(row.Name, "StreamPiece")) {
             setup.StreamPiece = static_cast<std::size_t>(ParseIntegerWithin(row.Value, 1, 1 << 20));
         } else if (!ReadIdentity(row, setup.Identity)) {
@@ -140,13 +169,16 @@ TSimulation TReader::Read(std::string_view bytes) {
         simulation.LibraryFaults.push_back(ParseLibraryRow(row.Name, row.Value));
     });
     for (const std::string& name : names) {
-        TControllerSetup setup = ReadController(name);
-        const bool taken = std::any_of(simulation.Controllers.begin(), simulation.Controllers.end(),
-                                       [&](const TControllerSetup& other) { return other.Id == setup.Id; });
-        if (taken) {
-            Fail("Controller " + name, "Id", "another controller has the id " + setup.Id);
+        const TControllerSetup setup = ReadController(name);
+        try {
+            for (std::int32_t copy = 0; copy <= setup.Copies; ++copy) {
+                TControllerSetup next = setup;
+                next.Id = IdBehind(setup.Id, copy);
+                Append(simulation.Controllers, std::move(next));
+            }
+        } catch (const TError& error) {
+            Fail("Controller " + name, "Id", error.what());
         }
-        simulation.Controllers.push_back(std::move(setup));
     }
     CheckSections();
     return simulation;

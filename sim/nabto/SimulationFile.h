@@ -24,6 +24,7 @@ struct TControllerSetup {
     std::size_t StreamPiece = 1024;
     std::vector<TValueRun> Values;
     std::vector<TFault> Faults;
+    std::int32_t Copies = 0; // further ones of its kind, which follow it with ids that count up
 };
 
 // A function of the library that fails with that status.

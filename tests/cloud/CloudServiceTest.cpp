@@ -133,15 +133,34 @@ TEST_F(CloudService, TokensRollAndExpire) {
     EXPECT_EQ(Client->KeepAlive(), -3);
 }
 
-TEST_F(CloudService, TokenExpiresAfterItsRequests) {
-    Config.TokenRequests = 2;
-    Start();
+TEST_F(CloudService, AChangedConfigurationConcernsTokensGivenOut) {
     ASSERT_EQ(Client->Login("service", "tidewell"), 0);
+    Config.TokenRequests = 2;
+    Service->SetConfig(Config);
     EXPECT_EQ(Client->GetNabtoUserInfo("410000000001", Credentials), 0);
     EXPECT_EQ(Client->KeepAlive(), 0); // a new token counts anew
     EXPECT_EQ(Client->GetNabtoUserInfo("410000000001", Credentials), 0);
     EXPECT_EQ(Client->GetNabtoUserInfo("410000000001", Credentials), 0);
     EXPECT_EQ(Client->GetNabtoUserInfo("410000000001", Credentials), -3);
+
+    Config.TokenRequests = 0;
+    const auto change = [this](auto make) {
+        ASSERT_EQ(Client->Login("service", "tidewell"), 0);
+        Time.Advance(5000);
+        ASSERT_EQ(Client->KeepAlive(), 0);
+        Time.Advance(5000);
+        make();
+        Service->SetConfig(Config);
+    };
+    change([this] { Config.Users.at("service").NabtoUser.clear(); });
+    EXPECT_EQ(Client->GetNabtoUserInfo("410000000001", Credentials), 0);
+    EXPECT_EQ(Credentials.Username, "");
+    change([this] { Config.TokenLifetimeSeconds = 5; });
+    EXPECT_EQ(Client->GetNabtoUserInfo("410000000001", Credentials), -3);
+    Config.TokenLifetimeSeconds = 3600;
+    Service->SetConfig(Config);
+    change([this] { Config.Users.erase("service"); });
+    EXPECT_EQ(Client->KeepAlive(), -3);
 }
 
 TEST_F(CloudService, FaultsReachTheClientAsToldOnTheirPathAlone) {

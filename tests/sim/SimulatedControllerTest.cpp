@@ -1,177 +1,153 @@
 #include "sim/controller/SimulatedController.h"
 
+#include "link/DeviceQueries.h"
+#include "sim/nabto/RowText.h"
+#include "sim/nabto/SimulatedNabto.h"
+#include "support/MemoryFiles.h"
+#include "support/VirtualTime.h"
+
 #include <gtest/gtest.h>
 
+#include <array>
 #include <set>
 
 namespace tidewell {
 
 namespace {
 
-TValueRun MakeRun(ETable table, std::int32_t obj, std::int32_t address, std::vector<TValueSource> sources) {
-    TValueRun run;
-    run.Table = table;
-    run.First = {obj, address};
-    run.Count = static_cast<std::int32_t>(sources.size());
-    run.Sources = std::move(sources);
-    return run;
-}
-
-TValueSource Constant(double value) {
-    return {ESource::Constant, value};
-}
-
-// Setpoints 0/100..102 are 1, 2, 3; 0/110 is -5, signed, and written at 2/512 too; 0/120 refuses writes.
-// Datapoint 3/7 counts.
+// A controller as the rows of a simulation file tell it.
 class TSimulatedControllerTest : public ::testing::Test {
   protected:
-    TSimulatedControllerTest() {
-        Controller.Values.Add(MakeRun(ETable::Setpoint, 0, 100, {Constant(1), Constant(2), Constant(3)}));
-        TValueRun negative = MakeRun(ETable::Setpoint, 0, 110, {Constant(-5)});
-        negative.Signed = true;
-        negative.WrittenAt = {{2, 512}};
-        Controller.Values.Add(negative);
-        TValueRun refusing = MakeRun(ETable::Setpoint, 0, 120, {Constant(9)});
-        refusing.RefusedStatus = 4;
-        Controller.Values.Add(refusing);
-        Controller.Values.Add(MakeRun(ETable::Datapoint, 3, 7, {{ESource::Counter, 65534, 1, 1000}}));
+    static constexpr const char* Values = R"([Values a]
+; runs, and values written elsewhere
+setpoint 0 100..102 = list 1 2 3
+setpoint 0 110 = -5; signed; write=512; write=2/600
+setpoint 0 120 = 9; refused
+setpoint 0 121 = 9; refused=4
+datapoint 3 7 = counter 65534 1 1s
+datapoint 0 0..2 = ramp 0 100 1s; stagger=100ms
+datapoint 0 10 = sine 200 50 4s
+datapoint 0 11 = sine 200 50 4s; shift=2s
+datapoint 0 12 = bits 15 17 1s
+datapoint 0 13 = counter 5 -2 1s; signed
+datapoint 0 14 = ramp 100 0 1s
+)";
+
+    TSimulatedControllerTest() { Load(Values); }
+    void Load(const std::string& rows) {
+        Nabto.Configure(ParseSimulation("[Simulation]\nControllers=a\n[Controller a]\nId=410000000001\n"
+                                        "Model=30021\nDevicenumber=7\nVersion HP=0x70\n" +
+                                            rows,
+                                        "simulation.ini"));
+    }
+    TSimulatedController& Controller() { return *Nabto.FindController("a"); }
+
+    // The answer to "ping", "read <obj> <address> <length>", "data ..." for datapoints, "write <obj>
+    // <address> <value>", or to a query's name and its request: the values, "status <number>", "error:
+    // <text>", what else came as it is, or "silent". A late answer begins with its delay.
+    std::string Do(const std::string& line, std::int64_t now = 0) {
+        const std::vector<std::string> words = SplitWords(line);
+        std::string query = words[0];
+        std::string request = words.size() > 1 ? words[1] : PingRequest();
+        if (query == "ping") {
+            query = "ping.json";
+        } else if (query == "read" || query == "data") {
+            query = query == "read" ? "setpointReadValue.json" : "datapointReadValue.json";
+            request = ValueToJson(words[2], words[3], words[1]);
+        } else if (query == "write") {
+            query = "setpointWriteValue.json";
+            request = FormatSaveSetpoint(std::stoi(words[1]), std::stoi(words[2]), std::stoi(words[3]));
+        }
+        const TControllerReply reply = Controller().Query(query, request, now);
+        const TDeviceReply parsed = ParseReply(reply.Text);
+        std::string text = reply.Text;
+        if (parsed.Error) {
+            text = "error: " + *parsed.Error;
+        } else if (parsed.Values) {
+            text = *parsed.Values;
+        } else if (parsed.Status) {
+            text = "status " + parsed.Status->Text;
+        }
+        const std::string late = reply.DelayMs > 0 ? std::to_string(reply.DelayMs) + " ms: " : "";
+        return late + (reply.Answered ? text : "silent");
     }
 
-    std::string Ask(const std::string& query, const std::string& request, std::int64_t now = 0) {
-        return Controller.Query(query, R"({"request":)" + request + "}", now).Text;
-    }
-    std::string Read(const std::string& address, const std::string& length, const std::string& obj = "0",
-                     const std::string& query = "setpointReadValue.json", std::int64_t now = 0) {
-        return Ask(query,
-                   R"({"address":")" + address + R"(","length":")" + length + R"(","obj":")" + obj + "\"}",
-                   now);
-    }
-    std::string Write(const std::string& obj, const std::string& address, const std::string& value) {
-        return Ask("setpointWriteValue.json", R"({"list":[{"obj":")" + obj + R"(","address":")" + address +
-                                                  R"(","value":")" + value + "\"}]}");
-    }
-    void Break(EFault kind, std::int64_t number = 0, const std::string& text = {}) {
-        Controller.Faults.Replace({{kind, number, text, {}}});
-    }
-
-    TSimulatedController Controller{{{"Devicenumber", 120034}, {"Model", 30021}, {"Version HP", 112}}};
+    test::TMemoryFiles Files;
+    test::TVirtualTime Clock;
+    TPortTime Time{Clock, Clock};
+    TSimulatedNabto Nabto{Files, Time};
 };
 
-constexpr const char* Written = R"({"response":{"status":1}})";
-
-TEST_F(TSimulatedControllerTest, PingTellsTheIdentity) {
-    EXPECT_EQ(Ask("ping.json", R"({"ping":"1885957735"})"),
-              R"({"response":{"Pong":1886350951,"Devicenumber":120034,"Model":30021,"Version HP":112}})");
-    EXPECT_EQ(Ask("ping.json", R"({"ping":"1"})"), R"({"error":{"body":"wrong ping"}})");
-    EXPECT_EQ(Ask("ping.json", R"({"usernumber":"1","user":"a@example.com"})"),
-              R"({"response":{"status":0}})");
-    EXPECT_EQ(Controller.StoredUser(), "a@example.com");
-}
-
-TEST_F(TSimulatedControllerTest, ReadsRunsOfValues) {
-    EXPECT_EQ(Read("100", "3"), R"({"response":{"data":[{"value":1},{"value":2},{"value":3}]}})");
-    EXPECT_EQ(Read("100", "0"), R"({"response":{"data":[]}})");
-    EXPECT_EQ(Read("110", "1"), R"({"response":{"data":[{"value":-5}]}})");
-    EXPECT_EQ(Read("102", "2"), R"({"error":{"body":"unknown address 103 of object 0"}})");
-    EXPECT_EQ(Read("100", "1", "1"), R"({"error":{"body":"unknown address 100 of object 1"}})");
-    EXPECT_EQ(Read("100", "1", "0", "datapointReadValue.json"),
-              R"({"error":{"body":"unknown address 100 of object 0"}})");
-    // Wraps at 16 bits.
-    EXPECT_EQ(Read("7", "1", "3", "datapointReadValue.json", 3500), R"({"response":{"data":[{"value":1}]}})");
-}
-
-TEST_F(TSimulatedControllerTest, WritesStick) {
-    EXPECT_EQ(Write("0", "101", "65535"), Written);
-    EXPECT_EQ(Read("101", "1"), R"({"response":{"data":[{"value":65535}]}})");
-    EXPECT_EQ(Write("2", "512", "65534"), Written); // the other address of 0/110
-    EXPECT_EQ(Read("110", "1"), R"({"response":{"data":[{"value":-2}]}})");
-    EXPECT_EQ(Write("0", "110", "7"), Written);
-    EXPECT_EQ(Read("110", "1"), R"({"response":{"data":[{"value":7}]}})");
-
-    EXPECT_EQ(Write("0", "120", "1"), R"({"response":{"status":4}})");
-    EXPECT_EQ(Read("120", "1"), R"({"response":{"data":[{"value":9}]}})");
-    EXPECT_EQ(Write("3", "7", "1"), R"({"error":{"body":"unknown address 7 of object 3"}})");
-    // All of a list or nothing.
-    EXPECT_EQ(Ask("setpointWriteValue.json", R"({"list":[{"obj":"0","address":"100","value":"8"},)"
-                                             R"({"obj":"0","address":"120","value":"8"}]})"),
-              R"({"response":{"status":4}})");
-    EXPECT_EQ(Read("100", "1"), R"({"response":{"data":[{"value":1}]}})");
-}
-
-TEST_F(TSimulatedControllerTest, RefusesMalformedRequests) {
-    struct TCase {
-        const char* Query;
-        const char* Json;
-        const char* Body;
+TEST_F(TSimulatedControllerTest, ReadsAndWritesAsItsRowsTell) {
+    struct TStep {
+        const char *Request, *Answer;
+        std::int64_t Now = 0;
     };
-    const TCase cases[] = {
-        {"ping.json", "", "malformed request"},
-        {"ping.json", "{\"request\":{", "malformed request"},
-        {"ping.json", "[]", "malformed request"},
-        {"ping.json", R"({"request":[]})", "malformed request"},
-        {"ping.json", R"({"request":{}})", R"(member \"ping\" is missing)"},
-        {"ping.json", R"({"request":{"ping":1885957735}})",
-         R"(member \"ping\" is no string of decimal digits)"},
-        {"setpointReadValue.json", R"({"request":{"address":"1x","length":"1","obj":"0"}})",
-         R"(member \"address\" is no string of decimal digits)"},
-        {"setpointReadValue.json", R"({"request":{"address":"1","length":"99999999","obj":"0"}})",
-         R"(member \"length\" is out of range)"},
-        {"setpointReadValue.json", R"({"request":{"address":"2147483647","length":"2","obj":"0"}})",
-         R"(member \"length\" is out of range)"},
-        {"setpointReadValue.json", R"({"request":{"address":"-1","length":"2","obj":"0"}})",
-         R"(member \"address\" is out of range)"},
-        {"setpointWriteValue.json", R"({"request":{"list":[]}})", R"(member \"list\" is empty)"},
-        {"setpointWriteValue.json", R"({"request":{"list":[3]}})", R"(member \"address\" is missing)"},
-        {"setpointWriteValue.json", R"({"request":{"list":[{"obj":"0","address":"100","value":"65536"}]}})",
-         R"(member \"value\" is out of range)"},
-        {"FlashWriteNostream.json", R"({"request":{"nostreamstate":"15","blocknumber":0,"list":[]}})",
-         R"(member \"nostreamstate\" is no whole number)"},
-        {"FlashWriteNostream.json", R"({"request":{"nostreamstate":15,"blocknumber":0,"list":[9]}})",
-         R"(member \"payload\" is missing)"},
-        {"noQuery.json", R"({"request":{}})", "unknown query noQuery.json"},
+    const TStep steps[] = {
+        {"ping", R"({"response":{"Pong":1886350951,"Model":30021,"Devicenumber":7,"Version HP":112}})"},
+        {"read 0 100 3", "1; 2; 3; "},
+        {"read 0 100 0", ""},
+        {"read 0 110 1", "-5; "},
+        {"read 0 102 2", "error: unknown address 103 of object 0"},
+        {"read 1 100 1", "error: unknown address 100 of object 1"},
+        {"data 0 100 1", "error: unknown address 100 of object 0"},
+        {"data 3 7 1", "1; ", 3500}, // wraps at 16 bits
+        {"data 0 0 3", "50; 60; 70; ", 500},
+        {"data 0 10 5", "250; 150; 30; 3; 100; ", 1000},
+        {"data 0 12 3", "15; 5; 0; ", 999},
+        {"data 0 13 2", "-1; 75; ", 3250},
+        {"write 0 101 65535", "status 1"},
+        {"read 0 101 1", "65535; "},
+        {"write 2 600 65534", "status 1"},
+        {"read 0 110 1", "-2; "},
+        {"write 0 512 6", "status 1"},
+        {"read 0 110 1", "6; "},
+        {"write 0 110 7", "status 1"},
+        {"read 0 110 1", "7; "},
+        {"write 0 120 1", "status 2"},
+        {"write 0 121 1", "status 4"},
+        {"read 0 120 2", "9; 9; "},
+        {"write 3 7 1", "error: unknown address 7 of object 3"},
+        // All of a list or nothing.
+        {R"(setpointWriteValue.json {"request":{"list":[{"obj":"0","address":"100","value":"8"},{"obj":"0","address":"120","value":"8"}]}})",
+         "status 2"},
+        {"read 0 100 1", "1; "},
+        // Queries without equipment behind them. The packet number comes back in the high half.
+        {R"(ping.json {"request":{"usernumber":"1","user":"a@example.com"}})", "status 0"},
+        {R"(admincmd.json {"request":{"cmd":"42"}})", "status 1"},
+        {R"(flashRead.json {"request":{"address":"0","length":"10"}})", "status 1"},
+        {R"(prepareUpdate.json {"request":{"fileid":"1","filesize":"8192","crc32":"4294967295"}})",
+         "status 1"},
+        {R"(FlashWriteNostream.json {"request":{"nostreamstate":1,"blocknumber":0,"list":[{"payload":9}]}})",
+         "status 6"},
+        {R"(FlashWriteNostreamV2.json {"request":{"nostreamstate":2,"blocknumber":3,"blockCRC":41259,"list":[{"payload":9}]}})",
+         "status 196609"},
+        {R"(SystemIdentify.json {"request":{"SystemIdentify":24}})", "status 0"},
+        // Malformed requests.
+        {"ping.json {\"request\":{", "error: malformed request"},
+        {R"(ping.json {"request":[]})", "error: malformed request"},
+        {R"(ping.json {"request":{}})", "error: member \"ping\" is missing"},
+        {R"(ping.json {"request":{"ping":"1"}})", "error: wrong ping"},
+        {R"(ping.json {"request":{"ping":1885957735}})",
+         "error: member \"ping\" is no string of decimal digits"},
+        {"read 0 1x 1", "error: member \"address\" is no string of decimal digits"},
+        {"read 0 1 99999999", "error: member \"length\" is out of range"},
+        {"read 0 2147483647 2", "error: member \"length\" is out of range"},
+        {"read 0 -1 2", "error: member \"address\" is out of range"},
+        {R"(setpointWriteValue.json {"request":{"list":[]}})", "error: member \"list\" is empty"},
+        {R"(setpointWriteValue.json {"request":{"list":[3]}})", "error: member \"address\" is missing"},
+        {R"(setpointWriteValue.json {"request":{"list":[{"obj":"0","address":"100","value":"65536"}]}})",
+         "error: member \"value\" is out of range"},
+        {R"(FlashWriteNostream.json {"request":{"nostreamstate":"15","blocknumber":0,"list":[]}})",
+         "error: member \"nostreamstate\" is no whole number"},
+        {R"(noQuery.json {"request":{}})", "error: unknown query noQuery.json"},
     };
-    for (const TCase& test : cases) {
-        EXPECT_EQ(Controller.Query(test.Query, test.Json, 0).Text,
-                  std::string(R"({"error":{"body":")") + test.Body + "\"}}")
-            << test.Json;
+    for (const TStep& step : steps) {
+        EXPECT_EQ(Do(step.Request, step.Now), step.Answer) << step.Request;
     }
 }
 
-TEST_F(TSimulatedControllerTest, AnswersOtherQueriesWithAStatus) {
-    const auto status = [](const std::string& number) {
-        return R"({"response":{"status":)" + number + "}}";
-    };
-    EXPECT_EQ(Ask("admincmd.json", R"({"cmd":"42"})"), status("1"));
-    for (const char* query : {"flashRead.json", "flashWrite.json", "eepReadRaw.json"}) {
-        EXPECT_EQ(Ask(query, R"({"address":"0","length":"10"})"), status("1")) << query;
-    }
-    EXPECT_EQ(Ask("prepareUpdate.json", R"({"fileid":"1","filesize":"8192","crc32":"4294967295"})"),
-              status("1"));
-    EXPECT_EQ(Ask("FlashWriteNostream.json", R"({"nostreamstate":1,"blocknumber":0,"list":[{"payload":9}]})"),
-              status("6"));
-    // The packet number comes back in the high half.
-    EXPECT_EQ(Ask("FlashWriteNostreamV2.json",
-                  R"({"nostreamstate":2,"blocknumber":3,"blockCRC":41259,"list":[{"payload":9}]})"),
-              status("196609"));
-    EXPECT_EQ(Ask("SystemIdentify.json", R"({"SystemIdentify":24})"), status("0"));
-}
-
-TEST_F(TSimulatedControllerTest, ValuesMoveWithTheTime) {
-    struct TCase {
-        TValueSource Source;
-        std::int64_t Now;
-        std::int64_t Value;
-    };
-    const TCase cases[] = {
-        {{ESource::Ramp, 0, 100, 1000}, 250, 25},       {{ESource::Ramp, 100, 0, 1000}, 1250, 75},
-        {{ESource::Sine, 200, 50, 4000}, 1000, 250},    {{ESource::Sine, 200, 50, 4000, 2000}, 1000, 150},
-        {{ESource::Bits, 0x0F, 0x11, 1000}, 999, 0x0F}, {{ESource::Bits, 0x0F, 0x11, 1000}, 1000, 0x1E},
-        {{ESource::Counter, 5, -2, 1000}, 3999, -1},
-    };
-    for (const TCase& test : cases) {
-        EXPECT_EQ(SourceValue(test.Source, 0, test.Now), test.Value) << static_cast<int>(test.Source.Kind);
-    }
-
+TEST_F(TSimulatedControllerTest, NoiseTakesEachValueWithinItsDeviation) {
     const TValueSource noise{ESource::Noise, 100, 10, 1000};
     std::set<std::int64_t> values;
     for (std::int64_t second = 0; second < 200; ++second) {
@@ -179,131 +155,68 @@ TEST_F(TSimulatedControllerTest, ValuesMoveWithTheTime) {
         EXPECT_EQ(value, SourceValue(noise, 7, second * 1000 + 999));
         values.insert(value);
     }
-    EXPECT_EQ(values.size(), 21U); // each from 90 to 110
+    EXPECT_EQ(values.size(), 21U);
     EXPECT_EQ(*values.begin(), 90);
     EXPECT_EQ(*values.rbegin(), 110);
 }
 
-TEST_F(TSimulatedControllerTest, StaggeredRunsAreTheSameCurveShifted) {
-    TValueRun run = MakeRun(ETable::Datapoint, 0, 0, {{ESource::Ramp, 0, 100, 1000}});
-    run.Count = 3;
-    run.StaggerMs = 100;
-    Controller.Values.Add(run);
-    EXPECT_EQ(Read("0", "3", "0", "datapointReadValue.json", 500),
-              R"({"response":{"data":[{"value":50},{"value":60},{"value":70}]}})");
+TEST_F(TSimulatedControllerTest, FaultsSpoilTheAnswersThatTheyConcern) {
+    struct TCase {
+        const char* Faults;
+        std::vector<std::string> Requests, Answers;
+        std::int64_t Now = 0;
+    };
+    const std::string read = "read 0 100 1";
+    const TCase cases[] = {
+        {"Error=Device \"busy\"", {read}, {"error: Device \"busy\""}},
+        {"Garbage=<html> no JSON; times=1", {read, read}, {"<html> no JSON", "1; "}},
+        {"Huge=11", {read}, {"xxxxxxxxxxx"}},
+        {"WrongCount=-1", {"read 0 100 3", "write 0 100 1"}, {"1; 2; ", "status 1"}},
+        {"WrongCount=1", {read}, {"1; 0; "}},
+        {"WrongCount=off", {read}, {"1; "}},
+        {"RefuseWrite=3", {"write 0 100 5", read}, {"status 3", "1; "}},
+        {"ChangeAfterWrite=-6", {"write 0 100 5", read}, {"status 1", "65535; "}},
+        {"NoAnswer=on; query=ping.json; times=2", {"ping", read, "ping"}, {"silent", "1; ", "silent"}},
+        {"Latency=20ms\nLatency=5", {read}, {"25 ms: 1; "}},
+        {"Error=x; skip=1; times=2", {read, "ping", read, read}, {"1; ", "error: x", "error: x", "1; "}},
+        {"Error=x; from=1s", {read}, {"1; "}, 999},
+        {"Error=x; from=1s; to=2m30s", {read}, {"error: x"}, 1000},
+        {"Error=x; to=2m30s", {read}, {"1; "}, 150000},
+        // Only what touches the address is counted.
+        {"Error=x; obj=0; address=102; skip=1",
+         {"read 0 110 1", "read 0 100 3", "ping", "read 0 100 3"},
+         {"-5; ", "1; 2; 3; ",
+          R"({"response":{"Pong":1886350951,"Model":30021,"Devicenumber":7,"Version HP":112}})", "error: x"}},
+        {"Error=x; obj=3", {read, "data 3 7 1"}, {"1; ", "error: x"}},
+    };
+    for (const TCase& test : cases) {
+        Load(std::string(Values) + "[Faults a]\n" + test.Faults + "\n");
+        std::vector<std::string> answers;
+        for (const std::string& request : test.Requests) {
+            answers.push_back(Do(request, test.Now));
+        }
+        EXPECT_EQ(answers, test.Answers) << test.Faults;
+    }
 }
 
-TEST_F(TSimulatedControllerTest, FaultsSpoilTheAnswer) {
-    Break(EFault::Error, 0, "Device \"busy\"");
-    EXPECT_EQ(Read("100", "1"), R"({"error":{"body":"Device \"busy\""}})");
-    Break(EFault::Garbage, 0, "<html>; no JSON");
-    EXPECT_EQ(Read("100", "1"), "<html>; no JSON");
-    Break(EFault::Huge, 10000000);
-    EXPECT_EQ(Read("100", "1").size(), 10000000U);
-    Break(EFault::WrongCount, -1);
-    EXPECT_EQ(Read("100", "3"), R"({"response":{"data":[{"value":1},{"value":2}]}})");
-    EXPECT_EQ(Write("0", "100", "1"), Written);
-    Break(EFault::WrongCount, 1);
-    EXPECT_EQ(Read("100", "1"), R"({"response":{"data":[{"value":1},{"value":0}]}})");
-    Break(EFault::RefuseWrite, 3);
-    EXPECT_EQ(Write("0", "100", "5"), R"({"response":{"status":3}})");
-    EXPECT_EQ(Read("100", "1"), R"({"response":{"data":[{"value":1}]}})");
-    Break(EFault::ChangeAfterWrite, -6);
-    EXPECT_EQ(Write("0", "100", "5"), Written);
-    EXPECT_EQ(Read("100", "1"), R"({"response":{"data":[{"value":65535}]}})");
-    Break(EFault::NoAnswer);
-    EXPECT_FALSE(Controller.Query("ping.json", R"({"request":{"ping":"1885957735"}})", 0).Answered);
-    EXPECT_FALSE(Controller.OpenStream(0));
-    Controller.Faults.Replace({{EFault::Latency, 20, {}, {}}, {EFault::Latency, 5, {}, {}}});
-    EXPECT_EQ(Controller.Query("ping.json", R"({"request":{"ping":"1885957735"}})", 0).DelayMs, 25);
-}
-
-TEST_F(TSimulatedControllerTest, FaultsComeWhenTheyAreDue) {
-    TFault fault{EFault::Garbage, 0, "?", {}};
-    const auto hits = [&](const TFaultCondition& when, auto... answers) {
-        fault.When = when;
-        Controller.Faults.Replace({fault});
-        std::string result;
-        ((result += answers() == "?" ? 'x' : '.'), ...);
-        return result;
-    };
-    const auto read = [&] {
-        return Read("100", "3");
-    };
-    const auto late = [&] {
-        return Read("100", "3", "0", "setpointReadValue.json", 30000);
-    };
-    const auto elsewhere = [&] {
-        return Read("110", "1");
-    };
-    const auto ping = [&] {
-        return Ask("ping.json", R"({"ping":"1885957735"})");
-    };
-
-    TFaultCondition when;
-    when.Skip = 1;
-    when.Times = 2;
-    EXPECT_EQ(hits(when, read, ping, read, read), ".xx.");
-    when = {};
-    when.FromMs = 1;
-    EXPECT_EQ(hits(when, read, late), ".x");
-    when = {};
-    when.ToMs = 30000;
-    EXPECT_EQ(hits(when, read, late), "x.");
-    when = {};
-    when.Query = "ping.json";
-    EXPECT_EQ(hits(when, read, ping), ".x");
-    when = {};
-    when.Address = 102;
-    when.Skip = 1; // only what touches the address is counted
-    EXPECT_EQ(hits(when, elsewhere, read, ping, read), "...x");
-    when = {};
-    when.Obj = 3;
-    EXPECT_EQ(hits(when, read), ".");
-}
-
-TEST_F(TSimulatedControllerTest, StreamsMoveInPieces) {
-    Controller.StreamPiece = 4;
-    Controller.PrepareStream("0123456789");
-    ASSERT_TRUE(Controller.OpenStream(0));
-    EXPECT_EQ(Controller.ReadStream(100, 0).Bytes, "0123");
-    EXPECT_EQ(Controller.ReadStream(3, 0).Bytes, "456");
-
-    Controller.Faults.Replace({{EFault::BrokenStream, 9, {}, {}}, {EFault::SlowStream, 50, {}, {}}});
-    const TStreamPiece last = Controller.ReadStream(100, 0);
+TEST_F(TSimulatedControllerTest, StreamsBreakWhereTheFaultTells) {
+    Load("StreamPiece=4\n[Faults a]\nNoAnswer=on; query=stream; times=1\nBrokenStream=9\nSlowStream=50ms\n");
+    Controller().PrepareStream("0123456789");
+    EXPECT_FALSE(Controller().OpenStream(0));
+    ASSERT_TRUE(Controller().OpenStream(0));
+    EXPECT_EQ(Controller().ReadStream(100, 0).Bytes, "0123");
+    EXPECT_EQ(Controller().ReadStream(3, 0).Bytes, "456");
+    const TStreamPiece last = Controller().ReadStream(100, 0);
     EXPECT_EQ(last.Bytes, "78");
     EXPECT_EQ(last.DelayMs, 50);
-    EXPECT_EQ(Controller.ReadStream(100, 0).Outcome, EStreamOutcome::Closed);
+    EXPECT_EQ(Controller().ReadStream(100, 0).Outcome, EStreamOutcome::Closed);
 
-    Controller.Faults.Replace({});
-    EXPECT_EQ(Controller.ReadStream(100, 0).Bytes, "9");
-    EXPECT_EQ(Controller.ReadStream(100, 0).Outcome, EStreamOutcome::Silent);
-}
-
-TEST_F(TSimulatedControllerTest, FaultsCanBeBoundToStreams) {
-    TFault silent{EFault::NoAnswer, 0, {}, {}};
-    silent.When.Query = StreamQuery;
-    TFault broken{EFault::BrokenStream, 0, {}, {}};
-    broken.When = silent.When;
-    broken.When.Times = 2;
-    Controller.Faults.Replace({silent, broken});
-    EXPECT_NE(Read("100", "1"), "");
-    EXPECT_FALSE(Controller.OpenStream(0));
-    EXPECT_EQ(Controller.ReadStream(10, 0).Outcome, EStreamOutcome::Closed);
-    EXPECT_EQ(Controller.WriteStream("ab", 0).Outcome, EStreamOutcome::Closed);
-    EXPECT_EQ(Controller.WriteStream("ab", 0).Outcome, EStreamOutcome::Done);
-}
-
-TEST_F(TSimulatedControllerTest, StreamsTakePieces) {
-    ASSERT_TRUE(Controller.OpenStream(0));
-    TFault full{EFault::BufferFull, 0, {}, {}};
-    full.When.Times = 1;
-    Controller.Faults.Replace({full});
-    EXPECT_EQ(Controller.WriteStream("ab", 0).Outcome, EStreamOutcome::Full);
-    EXPECT_EQ(Controller.WriteStream("ab", 0).Outcome, EStreamOutcome::Done);
-    Break(EFault::BrokenStream, 3);
-    EXPECT_EQ(Controller.WriteStream("cd", 0).Outcome, EStreamOutcome::Closed);
-    EXPECT_EQ(Controller.StreamReceived(), "abc");
+    Controller().Faults.Replace({});
+    EXPECT_EQ(Controller().ReadStream(100, 0).Bytes, "9");
+    EXPECT_EQ(Controller().ReadStream(100, 0).Outcome, EStreamOutcome::Silent);
+    Controller().Faults.Replace({{EFault::BrokenStream, 12, {}, {}}});
+    EXPECT_EQ(Controller().WriteStream("cde", 0).Outcome, EStreamOutcome::Closed);
+    EXPECT_EQ(Controller().StreamReceived(), "cd"); // of 12 bytes, 10 were read
 }
 
 } // namespace
