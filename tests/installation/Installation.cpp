@@ -5,7 +5,7 @@
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 
-#include <algorithm>
+#include <gtest/gtest.h>
 
 namespace tidewell::test {
 
@@ -36,14 +36,25 @@ const std::string& TListRow::ValueIn(const std::vector<std::string>& cycle) cons
     return cycle.at(static_cast<std::size_t>(Integer(8) - 3));
 }
 
+void ExpectSameKeys(
+    const TIniFile& first, const TIniFile& second,
+    const std::function<void(const std::string&, const std::string&, const std::string&)>& check) {
+    ASSERT_EQ(first.SectionNames(), second.SectionNames());
+    for (const std::string& section : first.SectionNames()) {
+        const TIniSection a = first.ReadSection(section);
+        const TIniSection b = second.ReadSection(section);
+        ASSERT_EQ(a.Count(), b.Count()) << section;
+        for (std::size_t row = 0; row < a.Count(); ++row) {
+            EXPECT_EQ(a.Rows()[row].Name, b.Rows()[row].Name) << section;
+            if (check)
+                check(section, a.Rows()[row].Value, b.Rows()[row].Value);
+        }
+    }
+}
+
 std::vector<std::string> Fields(const std::string& row) {
     const std::vector<std::string_view> pieces = SplitStrictly(row);
     return {pieces.begin(), pieces.end()};
-}
-
-std::size_t CharacterCount(const std::string& utf8) {
-    return static_cast<std::size_t>(std::count_if(
-        utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
 
 TInstalledProfile::TInstalledProfile(TInstallation& installation, const std::string& name)

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -66,8 +67,12 @@ class TInstalledProfile {
     TVirtualTime Time;
 };
 
+// Both have the same sections with the same keys in the same order; check sees each pair of rows.
+void ExpectSameKeys(const TIniFile& first, const TIniFile& second,
+                    const std::function<void(const std::string& section, const std::string& a,
+                                             const std::string& b)>& check = {});
+
 // Fields as the program splits them, behind the last ";" too.
 std::vector<std::string> Fields(const std::string& row);
-std::size_t CharacterCount(const std::string& utf8);
 
 } // namespace tidewell::test
