@@ -15,8 +15,13 @@ constexpr std::size_t idLength = 12;
 constexpr int noPermission = -3;
 constexpr int remoteInOfflineSession = 1030;
 
+// The first characters, none of them cut in two: whatever announces itself on the network is listed.
 std::string Id(const std::string& device) {
-    return device.substr(0, idLength);
+    std::size_t characters = 0;
+    for (std::size_t i = 0; i < device.size(); ++i)
+        if ((static_cast<unsigned char>(device[i]) & 0xC0U) != 0x80 && ++characters > idLength)
+            return device.substr(0, i);
+    return device;
 }
 
 } // namespace
@@ -113,7 +118,7 @@ void TSetupForm::ButCommOkClick() {
     SetModalResult(EModalResult::Ok);
     Close();
     Host.TestProfileNabto();
-    Device.LblNabto.SetCaption("ID : " + txtRemote.Text());
+    Device.LblNabto.SetCaption("ID : " + device); // the text may be another by now
     Host.RepaintStatusBar();
 }
 
