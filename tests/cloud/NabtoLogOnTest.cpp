@@ -25,7 +25,7 @@ struct TLogOn : testing::Test {
     EModalResult Enter(const std::string& password) {
         return Show([this, password] {
             LogOn.EditPW.Enter(password);
-            LogOn.ButOk.Click();
+            LogOn.EditPW.OnReturn();
         });
     }
     TScriptedDialogs Dialogs;
@@ -63,38 +63,6 @@ TEST_F(TLogOn, TakesThePlaceholderForTheStoredPassword) {
 
     EXPECT_EQ(Enter("palisades"), EModalResult::Ok);
     EXPECT_EQ(LogOn.LoginPassword, "palisades");
-}
-
-TEST_F(TLogOn, GoesOnWithoutTheTools) {
-    Paths.directorypath = "/nowhere";
-    EXPECT_EQ(Enter("secret"), EModalResult::Ok);
-    EXPECT_EQ(LogOn.CLoginPassword + LogOn.LoginPassword, "");
-    EXPECT_EQ(LogOn.EditPW.Text(), "secret");
-}
-
-TEST_F(TLogOn, EndsWithOkAndAFaultWithoutTheHelperLibrary) {
-    const char* const fault =
-        "The password cannot be scrambled: the function GetCPUIDasString of the library "
-        "KHelper is not loaded";
-    KHelper.Present = false;
-    Dialogs.ExpectMessage("Error Dll not loaded");
-    Dialogs.ExpectForm("NabtoLogOn", [this](TForm&) {
-        LogOn.EditPW.Enter("secret");
-        EXPECT_THROW(LogOn.EditPW.OnReturn(), TError);
-    });
-    EXPECT_EQ(Dialogs.ShowModal(LogOn), EModalResult::Ok);
-    EXPECT_EQ(LogOn.CLoginPassword, "");
-
-    KHelper.Present = true;
-    KHelper.HasFunction = false;
-    Dialogs.ExpectForm("NabtoLogOn",
-                       [this](TForm&) { RunGuarded(Dialogs, [this] { LogOn.ButOk.Click(); }); });
-    Dialogs.ExpectMessage(fault);
-    EXPECT_EQ(Dialogs.ShowModal(LogOn), EModalResult::Ok);
-
-    KHelper.HasFunction = true; // the next try finds it
-    EXPECT_EQ(Enter("secret"), EModalResult::Ok);
-    EXPECT_EQ(LogOn.LoginPassword, "secret");
 }
 
 TEST_F(TLogOn, HoldsTheLibraryAndTheSaveButtonOnlyWhileItIsOpen) {

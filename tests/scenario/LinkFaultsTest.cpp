@@ -92,33 +92,6 @@ TEST_F(TLinkFaults, EndTheStartWithoutAProfileWhenTheDeviceIsSilent) {
     Close();
 }
 
-TEST_F(TLinkFaults, AreToldWhenTheLibraryIsMissingOrIncomplete) {
-    struct TCase {
-        bool Present;
-        std::set<std::string> Missing;
-        std::vector<std::string> AtStart;
-        std::vector<std::string> AtEnd;
-    };
-    const std::string noStart = "No NabtoStartUp/NabtoOpenSession Function Loaded";
-    const TCase cases[] = {
-        {false, {}, {noStart}, {"No NabtoCloseSession Function Loaded", "No NabtoShutdown Function Loaded"}},
-        {true, {"nabtoOpenSession"}, {noStart}, {}},
-    };
-    for (const auto& test : cases) {
-        Libraries.Present = test.Present;
-        Libraries.Missing = test.Missing;
-        for (const auto& text : test.AtStart)
-            Dialogs.ExpectMessage(text);
-        Dialogs.ExpectMessage(Language("TestfileComport", "Erroritemnumberdoesnotmatch"));
-        Start();
-        EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(), "NOT CONNECTED TO BASESTATION!");
-        for (const auto& text : test.AtEnd)
-            Dialogs.ExpectMessage(text);
-        Close();
-        EXPECT_TRUE(Dialogs.AllAnswered());
-    }
-}
-
 TEST_F(TLinkFaults, StopPollingWhenAPartialFileCannotBeWritten) {
     Edit(SystemFile, "DatalogCount=50000", "DatalogCount=4");
     Start();

@@ -79,43 +79,5 @@ TEST_F(TMainForm, GivesTheUserPanelTheWidthThatIsLeft) {
     Close();
 }
 
-TEST_F(TMainForm, KeepsTheTokenAliveWhateverTheServiceSays) {
-    const std::string keepAlive = "POST /api/v1.2/keepAlive";
-    Start();
-    const std::string first = Main().Client().token;
-    Time.Advance(298000); // the timer runs since the main form was made, during the splash lines
-    EXPECT_THAT(Requests, Not(Contains(keepAlive)));
-    Time.Advance(2000);
-    EXPECT_THAT(Requests, Contains(keepAlive).Times(1));
-    const std::string second = Main().Client().token;
-    EXPECT_NE(second, first);
-    Online = false;
-    Time.Advance(300000);
-    EXPECT_EQ(Main().Client().token, second);
-    Online = true;
-    Time.Advance(300000);
-    EXPECT_THAT(Requests, Contains(keepAlive).Times(3));
-    EXPECT_NE(Main().Client().token, second);
-    Close();
-}
-
-TEST_F(TMainForm, SignsInWithATokenInPlaceOfALogon) {
-    Start();
-    const std::string token = Main().Client().token;
-    ASSERT_TRUE(token.starts_with("Bearer "));
-    Close();
-    const std::string jwt = token.substr(7);
-    for (const auto& arguments : {std::vector<std::string>{"-jwt", jwt, "-devid", Device},
-                                  std::vector<std::string>{"-devid", Device, "-jwt", jwt}}) {
-        Arguments = arguments;
-        Requests.clear();
-        Start();
-        EXPECT_EQ(Main().Caption(), Profile);
-        RunUntilRows(2);
-        EXPECT_THAT(Requests, Not(Contains("POST /api/v1.2/login")));
-        Close();
-    }
-}
-
 } // namespace
 } // namespace tidewell::test

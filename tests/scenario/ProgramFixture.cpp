@@ -1,6 +1,8 @@
 #include "scenario/ProgramFixture.h"
 
 #include "core/DiskFiles.h"
+#include "core/Guard.h"
+#include "core/TextFile.h"
 
 #include <algorithm>
 #include <functional>
@@ -10,23 +12,26 @@ namespace tidewell::test {
 
 namespace {
 
-// Notes each request on its way to the stand-in.
+// Tells of each exchange with the stand-in.
 class TNotedHttp : public IHttp {
   public:
-    TNotedHttp(TCloudService& service, IWait& wait, const bool& online, std::vector<std::string>& requests)
-        : Http(service, wait), Online(online), Requests(requests) {}
+    using TNote = std::function<void(const THttpRequest&, const THttpReply&)>;
+    TNotedHttp(TCloudService& service, IWait& wait, const bool& online, TNote note)
+        : Http(service, wait), Online(online), Note(std::move(note)) {}
     THttpReply Exchange(const THttpRequest& request) override {
-        const auto path = request.Url.find("/api/");
-        Requests.push_back(request.Method + " " + request.Url.substr(path));
         Http.Connected = Online;
-        return Http.Exchange(request);
+        THttpReply reply = Http.Exchange(request);
+        Note(request, reply);
+        return reply;
     }
 
   private:
     TCloudServiceHttp Http;
     const bool& Online;
-    std::vector<std::string>& Requests;
+    TNote Note;
 };
+
+constexpr std::string_view ApiPath = "/api/v1.2";
 
 } // namespace
 
@@ -41,6 +46,13 @@ TProgramFixture::TProgramFixture() {
         ReadCloudConfig(TIniFile(disk, std::filesystem::path(TIDEWELL_SOURCE_DIR) / "sim/cloud/cloud.ini")),
         [this] { return Time.Now(); });
     Nabto.SimulationFile = Simulation;
+    Nabto.OnCall = [this](const std::string& call) {
+        Libraries.Calls.push_back(call);
+        Log.push_back(ShortCall(call));
+    };
+    Dialogs.OnMessage = [this](const std::string& text) {
+        Log.push_back("box " + text);
+    };
     Nabto.OnReport = [](const std::string& line) {
         ADD_FAILURE() << line;
     };
@@ -51,9 +63,14 @@ TProgramFixture::TProgramFixture() {
 
 TProgram& TProgramFixture::Start() {
     Application.IsTerminated = false;
+    Tokens.clear();
     const auto makeHttp = [this](const std::filesystem::path& caFile) {
         CaFile = caFile;
-        return std::make_unique<TNotedHttp>(*Cloud, Time, Online, Requests);
+        return std::make_unique<TNotedHttp>(
+            *Cloud, Time, Online, [this](const THttpRequest& request, const THttpReply& reply) {
+                Requests.push_back(request.Method + " " + request.Url.substr(request.Url.find(ApiPath)));
+                Log.push_back(RequestLine(request, reply));
+            });
     };
     Program =
         Build(TPorts{Dialogs, Time, Time, Time, Files, KHelper, Process, Application, Pictures, makeHttp},
@@ -97,6 +114,121 @@ std::ptrdiff_t TProgramFixture::QueryCount(const std::string& query) const {
     return std::ranges::count_if(Libraries.Calls, [&query](const std::string& call) {
         return call.find("/" + query) != std::string::npos;
     });
+}
+
+// The interface definition is long: its file's name stands for it.
+std::string TProgramFixture::ShortCall(const std::string& call) const {
+    const std::string function = "nabtoRpcSetDefaultInterface ";
+    if (!call.starts_with(function))
+        return call;
+    for (const std::string name : {"standalone.xml", "gateway.xml"}) {
+        std::string definition;
+        for (const std::string& line : ReadLines(Files, "/t/nabto_config/" + name))
+            definition += line;
+        if (call == function + definition)
+            return function + name;
+    }
+    return call;
+}
+
+std::string TProgramFixture::RequestLine(const THttpRequest& request, const THttpReply& reply) {
+    std::string line = request.Method + " " + request.Url.substr(request.Url.find(ApiPath) + ApiPath.size());
+    if (!request.Body.empty())
+        line += " " + request.Body;
+    for (const auto& [name, value] : request.Headers) {
+        if (name != "Authorization")
+            continue;
+        const auto token = std::ranges::find(Tokens, value);
+        line += token == Tokens.end() ? " [" + value + "]"
+                                      : " [token" + std::to_string(token - Tokens.begin() + 1) + "]";
+    }
+    if (const std::string token = reply.Header("Authorization"); !token.empty())
+        Tokens.push_back(token);
+    return line + " -> " + std::to_string(reply.Code);
+}
+
+void TProgramFixture::Expect(const TSteps& steps) {
+    for (const TStep& step : steps) {
+        if (step.Line.starts_with("box "))
+            Dialogs.ExpectMessage(step.Line.substr(4), step.Answer);
+        else if (step.Action)
+            Dialogs.ExpectForm(step.Line.substr(5), [this, step](TForm&) {
+                Log.push_back(step.Line);
+                RunGuarded(Dialogs, step.Action);
+            });
+        Expected.push_back(step.Line);
+    }
+}
+
+void TProgramFixture::CheckLog() {
+    const auto text = [](std::vector<std::string>& lines) {
+        std::string joined;
+        for (const std::string& line : std::exchange(lines, {}))
+            joined += line + "\n";
+        return joined;
+    };
+    EXPECT_EQ(text(Log), text(Expected));
+    EXPECT_TRUE(Dialogs.AllAnswered());
+}
+
+TStep TProgramFixture::Setup(const std::function<void(TSetupForm&)>& action) {
+    return {"form SetupForm", [this, action] {
+                action(Program->SetupForm);
+            }};
+}
+
+TStep TProgramFixture::LogOn(const std::string& user, const std::string& password, bool offline) {
+    return {"form NabtoLogOn", [this, user, password, offline] {
+                TNabtoLogOn& form = Program->NabtoLogOn;
+                EXPECT_EQ(form.EditUser.Text() + form.EditPW.Text(), "");
+                EXPECT_TRUE(form.EditPW.Masked());
+                form.EditUser.Enter(user);
+                form.EditPW.Enter(password);
+                form.offLineSessionCheckBox.SetChecked(offline);
+                form.ButOk.Click();
+            }};
+}
+
+TStep TProgramFixture::CancelLogOn() {
+    return {"form NabtoLogOn", [this] {
+                Program->NabtoLogOn.ButCancel.Click();
+            }};
+}
+
+TStep TProgramFixture::LoginRequest(const std::string& user, const std::string& password, int code) {
+    return Request(R"(POST /login {  "Username": ")" + user + R"(", "Password": ")" + password +
+                       R"(", "MajorVersion": "0", "MinorVersion": "0", "PatchVersion": "0", )" +
+                       R"("RevisionNumber": "0"})",
+                   code);
+}
+
+TSteps TProgramFixture::OpenedSession() {
+    const std::string identity = "service@users.tidewell.example 7d0f3c52a91e";
+    return {"nabtoStartup nabto_config", "nabtoOpenSession " + identity, "nabtoCreateProfile " + identity,
+            "nabtoOpenSession " + identity, "nabtoRpcSetDefaultInterface standalone.xml"};
+}
+
+TStep TProgramFixture::PingOf(const std::string& id) {
+    return "nabtoRpcInvoke nabto://" + id + R"(.hv.example/ping.json?json={"request":{"ping":"1885957735"}})";
+}
+
+void TProgramFixture::ExpectPings(const std::string& id, int count) {
+    for (int i = 0; i < count; ++i)
+        Expect({PingOf(id), "nabtoFree"});
+}
+
+void TProgramFixture::DropPollsFromLog() {
+    std::vector<std::string> rest;
+    for (std::size_t i = 0; i < Log.size(); ++i) {
+        const bool poll = Log[i].find("ReadValue.json?") != std::string::npos;
+        if (!poll)
+            rest.push_back(Log[i]);
+        else if (i + 1 < Log.size() && Log[i + 1] == "nabtoFree")
+            ++i;
+        else
+            ADD_FAILURE() << "the answer is not freed: " << Log[i];
+    }
+    Log = std::move(rest);
 }
 
 } // namespace tidewell::test

@@ -27,8 +27,11 @@ namespace tidewell::test {
 class TBusyDialogs : public TScriptedDialogs {
   public:
     std::function<void()> Meanwhile; // runs once, while the next message box or file dialog is shown
+    std::function<void(const std::string&)> OnMessage; // takes the text of each message box first
 
     EModalResult ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) override {
+        if (OnMessage)
+            OnMessage(text);
         const EModalResult answer = TScriptedDialogs::ShowMessageBox(kind, text, buttons);
         RunMeanwhile();
         return answer;
@@ -45,6 +48,19 @@ class TBusyDialogs : public TScriptedDialogs {
             action();
     }
 };
+
+// One line of the fixture's log that is to come: "box " and its text, "form " and its name, a request or a
+// call.
+struct TStep {
+    TStep(std::string line, std::function<void()> action = {}, EModalResult answer = EModalResult::Ok)
+        : Line(std::move(line)), Action(std::move(action)), Answer(answer) {}
+    TStep(const char* line) : Line(line) {}
+
+    std::string Line;
+    std::function<void()> Action; // drives the form
+    EModalResult Answer = EModalResult::Ok;
+};
+using TSteps = std::vector<TStep>;
 
 // The whole program on the example installation, laid out in memory below "/t", against the simulated
 // controllers and the cloud stand-in, in virtual time. The general handler shows what leaves a timer.
@@ -73,6 +89,25 @@ class TProgramFixture : public testing::Test {
     std::ptrdiff_t QueryCount(const std::string& query) const;
     TFormMain& Main() { return Program->FormMain; }
 
+    // What the log holds from here on, in order; CheckLog compares it and begins anew.
+    void Expect(const TSteps& steps);
+    void CheckLog();
+    static TStep Box(const std::string& text, EModalResult answer = EModalResult::Ok) {
+        return TStep("box " + text, {}, answer);
+    }
+    TStep Setup(const std::function<void(TSetupForm&)>& action);
+    TStep LogOn(const std::string& user, const std::string& password, bool offline = false);
+    TStep CancelLogOn();
+    static TStep LoginRequest(const std::string& user, const std::string& password, int code);
+    static TStep Request(const std::string& text, int code) { return text + " -> " + std::to_string(code); }
+    // The library's session, when the user of the session has no profile yet.
+    static TSteps OpenedSession();
+    static TStep PingOf(const std::string& id);
+    // Answered ones.
+    void ExpectPings(const std::string& id, int count);
+    // Takes the questions of poll cycles from the log, each with the free of its answer.
+    void DropPollsFromLog();
+
     std::vector<std::string> Arguments{"-devid", Device, "-LoginUserPW", "service;tidewell"};
     TMemoryFiles Files;
     TVirtualTime Time;
@@ -86,9 +121,19 @@ class TProgramFixture : public testing::Test {
     TFakeKHelper KHelper{&Libraries};
     std::unique_ptr<TCloudService> Cloud;
     std::vector<std::string> Requests; // "POST /api/v1.2/login", in order
-    std::filesystem::path CaFile;      // that the program asked to trust
+    // Library calls, requests, message boxes and expected forms in their common order. A request has its
+    // token in brackets, as "token1" for the first one since the start: "GET /Nabtouser [token1] -> 200".
+    std::vector<std::string> Log;
+    std::filesystem::path CaFile; // that the program asked to trust
     bool Online = true;
     std::unique_ptr<TProgram> Program;
+
+  private:
+    std::string ShortCall(const std::string& call) const;
+    std::string RequestLine(const THttpRequest& request, const THttpReply& reply);
+
+    std::vector<std::string> Expected;
+    std::vector<std::string> Tokens; // in the order handed out since the start
 };
 
 } // namespace tidewell::test
