@@ -44,24 +44,11 @@ TEST(DeviceQueries, RequestsHaveTheirExactBytes) {
 
 TEST(DeviceQueries, WhatIsNoJsonObjectIsNoReply) {
     const std::string deep(8'000'000, '[');
-    const std::vector<std::string> texts{"",
-                                         " ",
-                                         "{",
-                                         "[]",
-                                         "[{\"response\":{}}]",
-                                         "5",
-                                         "\"x\"",
-                                         "null",
-                                         "{\"response\":{}} x",
-                                         "{'response':{}}",
-                                         "{\"response\":{\"status\":1e999}}",
-                                         "{\"error\":{\"body\":\"x\"}",
-                                         "\xFF{}",
-                                         deep,
-                                         "{\"response\":{\"data\":" + deep,
-                                         std::string(8'000'000, 'x'),
-                                         "{\"response\":" + std::string(5'000'000, ' ')};
-    for (const auto& text : texts) {
+    for (const std::string& text :
+         {std::string(), std::string("{"), std::string("[{\"response\":{}}]"), std::string("\"x\""),
+          std::string("{\"response\":{}} x"), std::string("{\"response\":{\"status\":1e999}}"),
+          std::string("{\"error\":{\"body\":\"x\"}"), std::string("\xFF{}"), deep,
+          "{\"response\":{\"data\":" + deep, "{\"response\":" + std::string(5'000'000, ' ')}) {
         const TDeviceReply reply = ParseReply(text);
         EXPECT_FALSE(reply.IsObject || reply.Error || reply.HasResponse) << text.substr(0, 40);
     }
