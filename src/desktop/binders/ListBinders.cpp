@@ -31,7 +31,7 @@ void Click(TItemsControl& items, int index, IDialogs& dialogs) {
         RunGuarded(dialogs, [&items, index] { items.ClickItem(index); });
 }
 
-// The keys that pick the current row of a list.
+// The keys that pick the current row of a list, which is the first one when Tab comes in.
 class TPickFilter : public QObject {
   public:
     TPickFilter(QListWidget& view, TListBox& list, IDialogs& dialogs, QObject* parent)
@@ -39,6 +39,12 @@ class TPickFilter : public QObject {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::FocusIn) {
+            const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+            if ((reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) &&
+                View.selectedItems().isEmpty())
+                View.setCurrentRow(0);
+        }
         if (event->type() == QEvent::KeyPress) {
             const int key = static_cast<QKeyEvent*>(event)->key();
             if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space) {
@@ -77,6 +83,7 @@ class TRadioButtons : public QObject {
         const int entry = std::max(0, Group.ItemIndex());
         for (QAbstractButton* button : Buttons.buttons())
             button->setFocusPolicy(Buttons.id(button) == entry ? Qt::StrongFocus : Qt::ClickFocus);
+        View.setFocusProxy(Buttons.button(entry));
     }
 
   private:
@@ -90,6 +97,7 @@ class TRadioButtons : public QObject {
         for (std::size_t i = 0; i < Shown.size(); ++i) {
             auto& button = NewChild<QRadioButton>(View, ToQt(Shown[i]).replace(u'&', QLatin1String("&&")));
             Column.insertWidget(static_cast<int>(i), &button);
+            button.show(); // can have the keyboard at once
             Buttons.addButton(&button, static_cast<int>(i));
         }
     }

@@ -12,7 +12,8 @@
 
 namespace tidewell {
 
-TLanguageView::TLanguageView(Tlanguagedialog& form, const TViewContext& context) {
+TLanguageView::TLanguageView(Tlanguagedialog& form, const TViewContext& context)
+    : Group(NewChild<QGroupBox>(*this)) {
     resize(Tlanguagedialog::InitialWidth, Tlanguagedialog::InitialHeight);
     auto& column = NewChild<QVBoxLayout>(*this);
     // Many languages scroll.
@@ -20,15 +21,21 @@ TLanguageView::TLanguageView(Tlanguagedialog& form, const TViewContext& context)
     scroll.setFrameShape(QFrame::NoFrame);
     scroll.setWidgetResizable(true);
     scroll.setFocusPolicy(Qt::NoFocus);
-    auto& group = NewChild<QGroupBox>(scroll);
-    scroll.setWidget(&group);
+    scroll.setWidget(&Group);
     column.addWidget(&scroll, 1);
     auto& button = NewChild<TRoomyButton>(*this);
     column.addWidget(&button, 0, Qt::AlignRight);
-    BindRadioGroup(group, form.langgroup, context.Dialogs);
+    BindRadioGroup(Group, form.langgroup, context.Dialogs);
     BindButton(button, form.Button, context.Dialogs);
     button.setDefault(true);
     BindForm(*this, form, context);
+}
+
+void TLanguageView::showEvent(QShowEvent* event) {
+    TDialogView::showEvent(event);
+    // The form fills the group only after it has become visible.
+    QMetaObject::invokeMethod(
+        this, [this] { Group.setFocus(Qt::OtherFocusReason); }, Qt::QueuedConnection);
 }
 
 } // namespace tidewell

@@ -2,6 +2,8 @@
 
 #include "desktop/binders/FormBinder.h"
 
+class QGroupBox;
+
 namespace tidewell {
 
 class Tlanguagedialog;
@@ -9,6 +11,12 @@ class Tlanguagedialog;
 class TLanguageView : public TDialogView {
   public:
     TLanguageView(Tlanguagedialog& form, const TViewContext& context);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    QGroupBox& Group;
 };
 
 } // namespace tidewell

@@ -9,10 +9,14 @@
 #include "widgets/RoomyButton.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace tidewell {
 
@@ -44,6 +48,7 @@ TSetupView::TSetupView(TSetupForm& form, const TViewContext& context) : Remote(N
     list.setSizePolicy(policy);
     column.addWidget(&list, 1);
     BindListBox(list, form.ListBoxLocalDevices, context.Dialogs);
+    BindPicking(list, form.ListBoxLocalDevices, context);
     auto& buttons = NewLayout<QHBoxLayout>(column);
     addButton(buttons, form.butping, 1);
     addButton(buttons, form.ButCommOk, 2);
@@ -51,8 +56,25 @@ TSetupView::TSetupView(TSetupForm& form, const TViewContext& context) : Remote(N
 
     BindPanel(panel, form.PanelComm);
     tabs.addTab(&page, QString());
+    tabs.tabBar()->setFocusPolicy(Qt::NoFocus); // a single page
     BindPages(tabs, form.PageControl1, context.Dialogs);
     BindForm(*this, form, context);
+}
+
+// Enter in the list takes its row before it goes to the form, which connects. Once a row is taken, the id can
+// be typed on.
+void TSetupView::BindPicking(QListWidget& view, TListBox& list, const TViewContext& context) {
+    Keep(view,
+         context.Application.KeyPreview.Connect([&view, &list, &dialogs = context.Dialogs](
+                                                    const QWidget& widget, const QKeyEvent& event, bool&) {
+             const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+             if (enter && &widget == &view && view.currentRow() >= 0)
+                 RunGuarded(dialogs, [&] { list.ClickItem(view.currentRow()); });
+         }));
+    Keep(view, list.Changed.Connect([this, &list, shown = false]() mutable {
+        if (std::exchange(shown, list.Visible()) && !shown)
+            Remote.setFocus();
+    }));
 }
 
 void TSetupView::showEvent(QShowEvent* event) {

@@ -3,9 +3,11 @@
 #include "desktop/binders/FormBinder.h"
 
 class QLineEdit;
+class QListWidget;
 
 namespace tidewell {
 
+class TListBox;
 class TSetupForm;
 
 class TSetupView : public TDialogView {
@@ -16,6 +18,8 @@ class TSetupView : public TDialogView {
     void showEvent(QShowEvent* event) override;
 
   private:
+    void BindPicking(QListWidget& view, TListBox& list, const TViewContext& context);
+
     QLineEdit& Remote;
 };
 
