@@ -8,34 +8,11 @@
 
 namespace tidewell {
 
-namespace {
-
-// The same by brute force: a table that is resized at each row.
-class TResizedTable {
-  public:
-    void SetRow(std::size_t row, const std::vector<std::int32_t>& values) {
-        Rows.resize(row + 1);
-        for (auto& kept : Rows)
-            kept.resize(values.size(), 0);
-        Rows[row] = values;
-    }
-    std::vector<std::vector<std::int32_t>> Rows;
-};
-
-void ExpectSame(const TRawLog& log, const TResizedTable& table) {
-    ASSERT_EQ(log.Rows(), table.Rows.size());
-    for (std::size_t row = 0; row < log.Rows(); ++row)
-        for (std::size_t column = 0; column < log.Columns(); ++column)
-            ASSERT_EQ(log.At(column, row), table.Rows[row][column]) << row << " " << column;
-}
-
-} // namespace
-
 TEST(RawLog, ReadsLikeATableResizedAtEachRow) {
     std::mt19937 random(7);
     for (int round = 0; round < 30; ++round) {
         TRawLog log;
-        TResizedTable table;
+        std::vector<std::vector<std::int32_t>> table; // the same by brute force
         std::size_t row = 0;
         std::size_t width = 5;
         for (int step = 0; step < 400; ++step) {
@@ -45,13 +22,19 @@ TEST(RawLog, ReadsLikeATableResizedAtEachRow) {
             for (auto& value : values)
                 value = static_cast<std::int32_t>(random());
             log.SetRow(row, values);
-            table.SetRow(row, values);
+            table.resize(row + 1);
+            for (auto& kept : table)
+                kept.resize(width, 0);
+            table[row] = values;
             // A row may be written again, rows before it too, or some be left out.
             const auto kind = random() % 50;
             row = kind == 0 ? row - random() % (row + 1) : kind == 1 ? row + 4 : kind == 2 ? row : row + 1;
         }
-        ExpectSame(log, table);
-        EXPECT_EQ(log.Columns(), width);
+        ASSERT_EQ(log.Rows(), table.size());
+        ASSERT_EQ(log.Columns(), width);
+        for (std::size_t at = 0; at < log.Rows(); ++at)
+            for (std::size_t column = 0; column < width; ++column)
+                ASSERT_EQ(log.At(column, at), table[at][column]) << at << " " << column;
     }
 }
 
