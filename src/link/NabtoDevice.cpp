@@ -71,6 +71,9 @@ void TNabtoDevice::InitControls() {
     const std::string delay = "Pause after each block written to the device; raise it when writing fails";
     LabStreamDelay.SetHint(delay);
     streamDelayEdit.SetHint(delay);
+    streamDelayEdit.OnReturn = [this] {
+        streamDelayEdit.SelectAllRequested.Emit(); // taken; not a ping by the default button
+    };
     btnShowReadList.SetHint("Lists the read questions of the open profile's devices");
     Button1.SetHint("Resets the secondary processor of the device");
     ExtendedSystemVersion.SetHint("Asks the device for its extended version data");

@@ -111,7 +111,7 @@ class TNabtoDevice : public TForm {
     TEdit streamDelayEdit{"streamDelayEdit"};
     TLabel LabStreamDelay{"LabStreamDelay", "Stream Write Delay"};
     TLabel LabStreamDelayUnit{"LabStreamDelayUnit", "ms"};
-    TStatusBar StatusBar{"StatusBar", {{200, {}, false}, {300, {}, false}, {200, {}, false}}};
+    TStatusBar StatusBar{"StatusBar", {{200, {}, false}, {340, {}, false}, {200, {}, false}}};
     // On PanelFDDatalog.
     TButton DT_GetData{"DT_GetData"};
     TLabel DT_LabelToday{"DT_LabelToday"};

@@ -5,15 +5,14 @@
 #include <QStyle>
 #include <QToolTip>
 
-#include <algorithm>
-
 namespace tidewell {
 
 namespace {
 
-constexpr double smallest = 0.8; // of the font's size
+constexpr int smallest = 80; // percent of the font's size
+constexpr int step = 2;
 
-}
+} // namespace
 
 TElidedLabel::TElidedLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
@@ -30,10 +29,14 @@ QSize TElidedLabel::minimumSizeHint() const {
 
 void TElidedLabel::paintEvent(QPaintEvent*) {
     QFont shrunk = font();
-    const int needed = fontMetrics().horizontalAdvance(text());
-    if (needed > width())
-        shrunk.setPointSizeF(shrunk.pointSizeF() * std::max(smallest, static_cast<double>(width()) / needed));
-    const QString shown = QFontMetrics(shrunk, this).elidedText(text(), Mode, width());
+    const auto elided = [&] {
+        return QFontMetrics(shrunk, this).elidedText(text(), Mode, width());
+    };
+    QString shown = elided();
+    for (int share = 100 - step; share >= smallest && shown != text(); share -= step) {
+        shrunk.setPointSizeF(font().pointSizeF() * share / 100);
+        shown = elided();
+    }
     QPainter painter(this);
     painter.setFont(shrunk);
     style()->drawItemText(&painter, rect(), static_cast<int>(alignment()), palette(), isEnabled(), shown,
@@ -42,7 +45,7 @@ void TElidedLabel::paintEvent(QPaintEvent*) {
 
 bool TElidedLabel::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip && toolTip().isEmpty() &&
-        fontMetrics().horizontalAdvance(text()) * smallest > width()) {
+        fontMetrics().horizontalAdvance(text()) * smallest / 100 > width()) {
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text().toHtmlEscaped(), this);
         return true;
     }

@@ -25,6 +25,14 @@ std::optional<EKey> KeyOf(const QKeyEvent& event) {
     return std::nullopt;
 }
 
+// As far as it is not known before the window is shown.
+int TitleHeight(const QWidget& view) {
+    const int frame = view.frameSize().height() - view.height();
+    return frame > 0 || view.windowFlags().testFlag(Qt::FramelessWindowHint)
+               ? frame
+               : view.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+}
+
 class TFormBinding : public QObject {
   public:
     TFormBinding(QWidget& view, TForm& form, const TViewContext& context, QObject* parent)
@@ -74,11 +82,8 @@ class TFormBinding : public QObject {
     void Resize(QSize wish) {
         if (const QScreen* screen = View.screen()) {
             const QSize room = screen->availableSize();
-            const QSize frame = View.frameSize() - View.size();
-            const int title = frame.height() > 0 || View.windowFlags().testFlag(Qt::FramelessWindowHint)
-                                  ? frame.height()
-                                  : View.style()->pixelMetric(QStyle::PM_TitleBarHeight);
-            wish = wish.boundedTo({room.width() - frame.width(), room.height() - title});
+            const int sides = View.frameSize().width() - View.width();
+            wish = wish.boundedTo({room.width() - sides, room.height() - TitleHeight(View)});
         }
         View.resize(wish.width() > 0 ? wish.width() : View.width(),
                     wish.height() > 0 ? wish.height() : View.height());
@@ -110,6 +115,18 @@ class TFormBinding : public QObject {
 };
 
 } // namespace
+
+void TDialogView::setVisible(bool visible) {
+    const QWidget* const active = QApplication::activeWindow();
+    const QScreen* const on = active != nullptr ? active->screen() : screen();
+    if (visible && on != nullptr && !testAttribute(Qt::WA_Moved)) {
+        const QRect room = on->availableGeometry();
+        const QSize whole = testAttribute(Qt::WA_Resized) ? size().expandedTo(minimumSizeHint()) : sizeHint();
+        const QSize spare = room.size() - whole - QSize(0, TitleHeight(*this));
+        move(room.topLeft() + QPoint(qMax(spare.width(), 0) / 2, qMax(spare.height(), 0) / 2));
+    }
+    QDialog::setVisible(visible);
+}
 
 void BindForm(QWidget& view, TForm& form, const TViewContext& context) {
     NewChild<TFormBinding>(view, view, form, context);

@@ -6,11 +6,14 @@
 #include "desktop/binders/StatusBarBinder.h"
 #include "link/NabtoDevice.h"
 #include "widgets/Child.h"
+#include "widgets/ColumnScroll.h"
 #include "widgets/ElidedLabel.h"
+#include "widgets/LedView.h"
 #include "widgets/PanelBar.h"
 #include "widgets/RoomyButton.h"
 
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -18,91 +21,181 @@
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tidewell {
 
 namespace {
 
-constexpr int actionsWidth = 240; // pixels
+// In pixels.
+constexpr int initialWidth = 900;
+constexpr int initialHeight = 560;
+constexpr int gap = 10;
+constexpr int actionsWidth = 220;
+constexpr int delayWidth = 60;
+constexpr int idLength = 12; // digits of a device id
 
+QFont FixedFont() {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (!QFontInfo(font).fixedPitch()) // a platform theme may name any font
+        font.setFamily(QStringLiteral("monospace"));
+    return font;
 }
 
-TDeviceView::TDeviceView(TNabtoDevice& form, const TViewContext& context) : Form(form), Context(context) {
-    resize(900, 560);
+QFrame& AddFrame(QVBoxLayout& column) {
+    auto& frame = NewChild<QFrame>(*column.parentWidget());
+    frame.setFrameShape(QFrame::StyledPanel);
+    column.addWidget(&frame);
+    return frame;
+}
+
+} // namespace
+
+TDeviceView::TDeviceView(TNabtoDevice& form, const TViewContext& context)
+    : TDialogView(nullptr, Qt::Window), Form(form), Context(context) {
     auto& outer = NewChild<QVBoxLayout>(*this);
     outer.setContentsMargins(0, 0, 0, 0);
     outer.setSpacing(0);
-    auto& row = NewLayout<QHBoxLayout>(outer, 1);
-    row.setContentsMargins(12, 12, 12, 12);
-    row.setSpacing(12);
-
-    auto& left = NewChild<QWidget>(*this);
-    left.setFixedWidth(actionsWidth);
-    row.addWidget(&left);
-    auto& actions = NewChild<QVBoxLayout>(left);
-    actions.setContentsMargins(0, 0, 0, 0);
-    AddActions(actions);
-    AddIdentity(actions);
-    AddServicePanels(actions);
-    actions.addStretch(1);
-
-    auto& debug = NewChild<QWidget>(*this);
-    row.addWidget(&debug, 1);
-    auto& output = NewChild<QVBoxLayout>(debug);
-    output.setContentsMargins(0, 0, 0, 0);
-    AddDebug(output);
-    BindPanel(debug, Form.Paneldebug);
-
+    auto& content = NewLayout<QVBoxLayout>(outer, 1);
+    content.setContentsMargins(gap, gap, gap, gap);
+    content.setSpacing(gap);
+    AddLink(content);
+    auto& row = NewLayout<QHBoxLayout>(content, 1);
+    row.setSpacing(gap);
+    AddActions(row);
+    AddDebug(row);
     auto& bar = NewChild<TPanelBar>(*this);
     outer.addWidget(&bar);
     BindStatusBar(bar, Form.StatusBar);
+    Form.SetClientSize(initialWidth, initialHeight); // cut to the screen
     BindForm(*this, Form, Context);
+}
+
+// The same state as in the main form's status bar, which this form may cover; it has the controls' names.
+void TDeviceView::AddLink(QVBoxLayout& column) {
+    auto& row = NewLayout<QHBoxLayout>(column);
+    auto& led = NewChild<TLedView>(*this);
+    row.addWidget(&led);
+    BindLed(led, Form.LedNabto);
+    led.setObjectName(QStringLiteral("LinkLed"));
+    auto& state = NewChild<TElidedLabel>(*this);
+    state.SetElideMode(Qt::ElideMiddle); // the id stands first, what goes on last
+    row.addWidget(&state, 1);
+    BindLabel(state, Form.LblNabto);
+    state.setObjectName(QStringLiteral("LinkState"));
+    auto& user = NewChild<TElidedLabel>(*this);
+    row.addWidget(&user);
+    BindLabel(user, Form.lblConnectedUser);
+    user.setObjectName(QStringLiteral("LinkUser"));
+}
+
+void TDeviceView::AddActions(QBoxLayout& row) {
+    auto& scroll = NewChild<TColumnScroll>(*this);
+    row.addWidget(&scroll);
+    auto& left = NewChild<QWidget>(scroll);
+    left.setMinimumWidth(actionsWidth);
+    scroll.setWidget(&left);
+    auto& column = NewChild<QVBoxLayout>(left);
+    column.setContentsMargins(0, 0, 0, 0);
+    column.setSpacing(gap);
+
+    auto& link = AddGroup(column, {&Form.btnPing, &Form.butChangeDeviceID});
+    AddButton(link, Form.btnPing);
+    AddButton(link, Form.butChangeDeviceID);
+    auto& service = AddGroup(column, {&Form.BtnUpdate, &Form.ButErorlog, &Form.ButFlashDatalog,
+                                      &Form.PanelFDDatalog, &Form.streamDelayEdit});
+    AddButton(service, Form.BtnUpdate);
+    AddButton(service, Form.ButErorlog);
+    AddButton(service, Form.ButFlashDatalog);
+    AddFlashRange(service);
+    AddStreamDelay(service);
+    auto& development = AddGroup(column, {&Form.ExtendedSystemVersion, &Form.Button1, &Form.BtnWriteFlash});
+    AddButton(development, Form.ExtendedSystemVersion);
+    AddButton(development, Form.Button1);
+    AddButton(development, Form.BtnWriteFlash);
+    AddServicePanels(column);
+    auto& account = AddGroup(column, {&Form.ButAccount, &Form.Identity.PanelDevice});
+    AddButton(account, Form.ButAccount);
+    AddIdentity(account);
+    column.addStretch(1);
+
+    auto& ping = *left.findChild<QPushButton*>(QString::fromStdString(Form.btnPing.Name()));
+    ping.setDefault(true);
+}
+
+// A frame that shows while any of its controls does.
+QVBoxLayout& TDeviceView::AddGroup(QVBoxLayout& column, const std::vector<TControl*>& controls) {
+    QFrame& frame = AddFrame(column);
+    auto& inner = NewChild<QVBoxLayout>(frame);
+    inner.setContentsMargins(gap, gap, gap, gap);
+    for (TControl* control : controls)
+        KeepInStep(frame, *control, [&frame, controls] {
+            frame.setVisible(std::ranges::any_of(controls, [](const TControl* c) { return c->Visible(); }));
+        });
+    return inner;
 }
 
 void TDeviceView::AddButton(QBoxLayout& layout, TButton& button) {
     auto& view = NewChild<TRoomyButton>(*layout.parentWidget());
     layout.addWidget(&view);
     BindButton(view, button, Context.Dialogs);
+    view.setAutoDefault(true);
 }
 
-void TDeviceView::AddActions(QVBoxLayout& column) {
-    for (TButton* button :
-         {&Form.btnPing, &Form.ExtendedSystemVersion, &Form.butChangeDeviceID, &Form.BtnUpdate,
-          &Form.ButErorlog, &Form.ButFlashDatalog, &Form.BtnWriteFlash, &Form.Button1, &Form.ButAccount})
-        AddButton(column, *button);
+void TDeviceView::AddStreamDelay(QVBoxLayout& column) {
+    auto& row = NewLayout<QHBoxLayout>(column);
+    QWidget& parent = *column.parentWidget();
+    auto& label = NewChild<QLabel>(parent);
+    auto& edit = NewChild<QLineEdit>(parent);
+    auto& unit = NewChild<QLabel>(parent);
+    edit.setFixedWidth(delayWidth);
+    edit.setAlignment(Qt::AlignRight);
+    row.addWidget(&label, 1);
+    row.addWidget(&edit);
+    row.addWidget(&unit);
+    BindLabel(label, Form.LabStreamDelay);
+    BindEdit(edit, Form.streamDelayEdit, Context.Dialogs);
+    BindLabel(unit, Form.LabStreamDelayUnit);
+    edit.setAccessibleName(label.text());
 }
 
 void TDeviceView::AddIdentity(QVBoxLayout& column) {
     TIdentityPanel& identity = Form.Identity;
-    auto& panel = NewChild<QFrame>(*column.parentWidget());
-    panel.setFrameShape(QFrame::StyledPanel);
+    auto& panel = NewChild<QWidget>(*column.parentWidget());
     column.addWidget(&panel);
-    auto& inner = NewChild<QVBoxLayout>(panel);
-    const auto addLabel = [&](TLabel& label) {
-        auto& view = NewChild<TElidedLabel>(panel);
-        inner.addWidget(&view);
-        BindLabel(view, label);
+    auto& grid = NewChild<QGridLayout>(panel);
+    grid.setContentsMargins(0, 0, 0, 0);
+    grid.setColumnStretch(1, 1);
+    const auto addRow = [&](int row, TButton& button, TLabel* label) {
+        auto& view = NewChild<TRoomyButton>(panel);
+        grid.addWidget(&view, row, 0);
+        BindButton(view, button, Context.Dialogs);
+        view.setAutoDefault(true);
+        if (label == nullptr)
+            return;
+        auto& text = NewChild<TElidedLabel>(panel);
+        text.SetElideMode(Qt::ElideMiddle);
+        text.setMinimumWidth(text.fontMetrics().horizontalAdvance(QString(idLength + 1, u'0')));
+        grid.addWidget(&text, row, 1);
+        BindLabel(text, *label);
     };
-    AddButton(inner, identity.btnDeviceID);
-    addLabel(identity.lblDeviceID);
-    AddButton(inner, identity.btnCryptoKey);
-    addLabel(identity.lblCryptoKey);
-    AddButton(inner, identity.btnUserAccount);
-    AddButton(inner, identity.btnSaveInfo);
-    addLabel(identity.LblJson);
+    addRow(0, identity.btnDeviceID, &identity.lblDeviceID);
+    addRow(1, identity.btnCryptoKey, &identity.lblCryptoKey);
+    addRow(2, identity.btnUserAccount, nullptr);
+    addRow(3, identity.btnSaveInfo, &identity.LblJson);
     BindPanel(panel, identity.PanelDevice);
 }
 
 void TDeviceView::AddServicePanels(QVBoxLayout& column) {
-    for (TPanel* panel : {&Form.PanelReadFlash, &Form.PanelReadEEprom}) {
-        auto& view = NewChild<QFrame>(*column.parentWidget());
-        view.setFrameShape(QFrame::StyledPanel);
-        column.addWidget(&view);
-        BindPanel(view, *panel);
-    }
-    auto& flash = NewChild<QFrame>(*column.parentWidget());
-    flash.setFrameShape(QFrame::StyledPanel);
+    for (TPanel* panel : {&Form.PanelReadFlash, &Form.PanelReadEEprom})
+        BindPanel(AddFrame(column), *panel);
+}
+
+void TDeviceView::AddFlashRange(QVBoxLayout& column) {
+    auto& flash = NewChild<QWidget>(*column.parentWidget());
     column.addWidget(&flash);
     auto& range = NewChild<QGridLayout>(flash);
+    range.setContentsMargins(0, 0, 0, 0);
     const auto addLabel = [&](TLabel& label, int row, int place) {
         auto& view = NewChild<QLabel>(flash);
         range.addWidget(&view, row, place);
@@ -118,27 +211,23 @@ void TDeviceView::AddServicePanels(QVBoxLayout& column) {
     BindPanel(flash, Form.PanelFDDatalog);
 }
 
-void TDeviceView::AddDebug(QVBoxLayout& column) {
-    QWidget& panel = *column.parentWidget();
+void TDeviceView::AddDebug(QBoxLayout& row) {
+    auto& panel = NewChild<QWidget>(*this);
+    row.addWidget(&panel, 1);
+    auto& column = NewChild<QVBoxLayout>(panel);
+    column.setContentsMargins(0, 0, 0, 0);
     auto& memo = NewChild<QPlainTextEdit>(panel);
-    memo.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    memo.setFont(FixedFont());
     column.addWidget(&memo, 1);
     BindMemo(memo, Form.memoDebug);
-
-    auto& row = NewLayout<QHBoxLayout>(column);
-    AddButton(row, Form.btnClearLog);
-    AddButton(row, Form.ButContUpdate);
-    row.addStretch(1);
-    auto& label = NewChild<QLabel>(panel);
-    auto& edit = NewChild<QLineEdit>(panel);
-    auto& unit = NewChild<QLabel>(panel);
-    edit.setFixedWidth(60);
-    row.addWidget(&label);
-    row.addWidget(&edit);
-    row.addWidget(&unit);
-    BindLabel(label, Form.LabStreamDelay);
-    BindEdit(edit, Form.streamDelayEdit, Context.Dialogs);
-    BindLabel(unit, Form.LabStreamDelayUnit);
+    memo.setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    memo.setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    auto& buttons = NewLayout<QHBoxLayout>(column);
+    AddButton(buttons, Form.btnClearLog);
+    AddButton(buttons, Form.btnShowReadList);
+    AddButton(buttons, Form.ButContUpdate);
+    buttons.addStretch(1);
+    BindPanel(panel, Form.Paneldebug);
 }
 
 } // namespace tidewell

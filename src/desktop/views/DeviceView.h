@@ -2,24 +2,32 @@
 
 #include "desktop/binders/FormBinder.h"
 
+#include <vector>
+
 class QBoxLayout;
 class QVBoxLayout;
 
 namespace tidewell {
 
 class TButton;
+class TControl;
 class TNabtoDevice;
 
-// The service form of the link: what can be done at the left, what it said at the right.
-class TDeviceView : public QWidget {
+// The service form of the link: its state above, what can be done at the left, what it said at the right. Esc
+// closes it, Enter does what the button with the keyboard does, else a ping.
+class TDeviceView : public TDialogView {
   public:
     TDeviceView(TNabtoDevice& form, const TViewContext& context);
 
   private:
-    void AddActions(QVBoxLayout& column);
+    void AddLink(QVBoxLayout& column);
+    void AddActions(QBoxLayout& row);
+    void AddStreamDelay(QVBoxLayout& column);
     void AddIdentity(QVBoxLayout& column);
     void AddServicePanels(QVBoxLayout& column);
-    void AddDebug(QVBoxLayout& column);
+    void AddFlashRange(QVBoxLayout& column);
+    void AddDebug(QBoxLayout& row);
+    QVBoxLayout& AddGroup(QVBoxLayout& column, const std::vector<TControl*>& controls);
     void AddButton(QBoxLayout& layout, TButton& button);
 
     TNabtoDevice& Form;
