@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 namespace tidewell {
@@ -19,8 +19,7 @@ using testing::ElementsAre;
 
 namespace {
 
-class TFakeLog : public TGraphPage::ILog {
-  public:
+struct TFakeLog : TGraphPage::ILog {
     void ClearLog() override { ++Cleared; }
     int Cleared = 0;
 };
@@ -39,14 +38,15 @@ class TPage {
         for (std::size_t n = Page.GraphSampleCount(); n < count; ++n)
             Page.ExtendGraph(std::to_string(n) + ";02-03-2026;08:00:00;" + std::to_string(n) + "; ");
     }
-    std::vector<double> DrawnX() const {
-        std::vector<double> xs;
-        for (const auto& point : Page.graph.Channels[0].Data.Points())
-            xs.push_back(point.X);
-        return xs;
-    }
-    std::pair<double, double> View() const {
-        return {Page.graph.XAxis.Min.Value(), Page.graph.XAxis.Max.DataValue()};
+    // What is seen: the ends of the X axis, the first, the second and the last sample drawn, and how many.
+    std::vector<double> Seen() const {
+        const auto& points = Page.graph.Channels[0].Data.Points();
+        return {Page.graph.XAxis.Min.Value(),
+                Page.graph.XAxis.Max.DataValue(),
+                points.at(0).X,
+                points.at(1).X,
+                points.back().X,
+                static_cast<double>(points.size())};
     }
 
     test::TMemoryFiles Files;
@@ -55,13 +55,6 @@ class TPage {
     TMemo MemoEventLog{"MemoEventLog"};
     TGraphPage Page{Profile, Log, MemoEventLog};
 };
-
-std::vector<double> Range(int first, int last, int step = 1) {
-    std::vector<double> values;
-    for (int x = first; x <= last; x += step)
-        values.push_back(x);
-    return values;
-}
 
 } // namespace
 
@@ -99,14 +92,11 @@ TEST(GraphPage, MakesChannelsFromTheProfile) {
 
 TEST(GraphPage, NamesWhatIsWrongInAProfileAndGoesOn) {
     TPage rig(std::string(OneChannel) + "[VisibleGraph]\r\ngraph 0=maybe\r\n");
-    try {
-        rig.Page.GraphInit(true);
-        FAIL() << "no error";
-    } catch (const EConvertError& error) {
-        EXPECT_STREQ(error.what(), "/p/a.pls: [VisibleGraph] graph 0: 'maybe' is not a valid boolean value");
-    }
+    EXPECT_THAT([&] { rig.Page.GraphInit(true); },
+                testing::ThrowsMessage<EConvertError>(
+                    "/p/a.pls: [VisibleGraph] graph 0: 'maybe' is not a valid boolean value"));
     rig.Extend(2);
-    EXPECT_THAT(rig.DrawnX(), ElementsAre(0, 1));
+    EXPECT_THAT(rig.Seen(), ElementsAre(0, 11, 0, 1, 1, 2));
 
     TPage bad("[GraphPoints]\r\nA=Good;1;clRed;3;0;1;150;;;;;;1;\r\nB=Bad;1;clRed;x;0;1;150;;;;;;1;\r\n");
     bad.Page.GraphInit(true);
@@ -115,13 +105,19 @@ TEST(GraphPage, NamesWhatIsWrongInAProfileAndGoesOn) {
 
     TPage zero(OneChannel, 0);
     EXPECT_THROW(zero.Page.GraphInit(true), TError);
+
+    TPage none("[NabtoDevice]\r\n");
+    none.Page.GraphInit(true);
+    none.Extend(0);
+    none.Page.ExtendGraph("0;d;t;1; ");
+    none.Page.UpdateTestData(0);
+    EXPECT_EQ(none.Page.GraphSampleCount(), 0U);
 }
 
 TEST(GraphPage, SpanRoundsTiesToEven) {
     TPage rig(OneChannel);
-    const std::vector<std::tuple<int, int, std::int64_t>> cases{{1000, 1, 1100}, {5, 1, 6},       {15, 1, 16},
-                                                                {5, 3, 16},      {1000, 7, 7700}, {3, 1, 3}};
-    for (const auto& [jump, zoom, span] : cases) {
+    for (const auto& [jump, zoom, span] :
+         {std::tuple{1000, 1, 1100}, {5, 1, 6}, {15, 1, 16}, {1000, 7, 7700}}) {
         rig.Page.XAxisJump = jump;
         rig.Page.GraphZoomFactor = zoom;
         EXPECT_EQ(rig.Page.GraphSpan(), span) << jump << " " << zoom;
@@ -133,43 +129,46 @@ TEST(GraphPage, TheViewJumpsWhenTheDataLeavesIt) {
     rig.Page.GraphInit(true);
     rig.Extend(1101);
     EXPECT_FALSE(rig.Page.GraphScroll.Enabled());
-    EXPECT_EQ(rig.DrawnX(), Range(0, 1100));
-    EXPECT_EQ(rig.View(), std::pair(0.0, 1100.0));
-
+    EXPECT_THAT(rig.Seen(), ElementsAre(0, 1100, 0, 1, 1100, 1101));
     rig.Extend(1102);
     EXPECT_TRUE(rig.Page.GraphScroll.Enabled());
-    EXPECT_EQ(rig.Page.GraphScroll.Max(), 1);
-    EXPECT_EQ(rig.Page.GraphScroll.Position(), 1);
-    EXPECT_EQ(rig.Page.GraphScroll.PageSize(), 1);
-    EXPECT_EQ(rig.View(), std::pair(1000.0, 2100.0));
-    EXPECT_EQ(rig.DrawnX(), Range(1000, 1101));
+    EXPECT_EQ(rig.Page.GraphScroll.Max() + rig.Page.GraphScroll.Position() + rig.Page.GraphScroll.PageSize(),
+              3);
+    EXPECT_THAT(rig.Seen(), ElementsAre(1000, 2100, 1000, 1001, 1101, 102));
     EXPECT_THAT(rig.MemoEventLog.Lines(),
                 ElementsAre("Clear Graph execute", "extend graph Datavalue->1100Value1100",
                             "extend graph Datavalue->1100Value1100"));
     rig.Extend(5000);
-    EXPECT_EQ(rig.View(), std::pair(4000.0, 5100.0));
-    EXPECT_EQ(rig.DrawnX(), Range(4000, 4999));
+    EXPECT_THAT(rig.Seen(), ElementsAre(4000, 5100, 4000, 4001, 4999, 1000));
     EXPECT_EQ(rig.MemoEventLog.Lines().size(), 1U + 4 * 2);
 }
 
-TEST(GraphPage, AScrolledBackViewStaysWhereItIs) {
+TEST(GraphPage, AScrolledBackViewStaysWhereItIsUntilItIsCleared) {
     TPage rig(OneChannel);
     rig.Page.GraphInit(true);
     rig.Extend(40);
-    EXPECT_EQ(rig.View(), std::pair(30.0, 41.0));
     rig.Page.GraphScroll.SetPosition(1);
     rig.Page.UpdateTestData(1);
     rig.Extend(100);
-    EXPECT_EQ(rig.View(), std::pair(10.0, 21.0));
-    EXPECT_EQ(rig.DrawnX(), Range(10, 21));
+    EXPECT_THAT(rig.Seen(), ElementsAre(10, 21, 10, 11, 21, 12));
     EXPECT_EQ(rig.Page.GraphScroll.Position(), 1);
     EXPECT_EQ(rig.Page.GraphScroll.Max(), 9);
-
     // Moved to the end by hand, it follows again.
     rig.Page.GraphScroll.SetPosition(9);
     rig.Page.UpdateTestData(9);
     rig.Extend(140);
-    EXPECT_EQ(rig.View(), std::pair(130.0, 141.0));
+    EXPECT_THAT(rig.Seen(), ElementsAre(130, 141, 130, 131, 139, 10));
+
+    rig.Page.GraphDataLabelsTimeText.Add("08:00:00");
+    rig.Page.DatalogFileOpen = true;
+    const int cleared = rig.Log.Cleared;
+    rig.Page.ClearGraphPage();
+    EXPECT_EQ(rig.Log.Cleared, cleared + 1);
+    EXPECT_EQ(rig.Page.GraphSampleCount() + rig.Page.GraphDataLabelsTimeText.Count(), 0U);
+    EXPECT_FALSE(rig.Page.DatalogFileOpen || rig.Page.GraphScroll.Enabled());
+    EXPECT_EQ(rig.Page.graph.AdditionalAxes[0].Axis.Max.Value(), 4096);
+    rig.Extend(2);
+    EXPECT_THAT(rig.Seen(), ElementsAre(0, 11, 0, 1, 1, 2));
 }
 
 TEST(GraphPage, DrawsEveryNthSampleAtZoomN) {
@@ -177,40 +176,11 @@ TEST(GraphPage, DrawsEveryNthSampleAtZoomN) {
     rig.Page.GraphInit(true);
     rig.Page.GraphZoomFactor = 3;
     rig.Page.GraphInit(false);
-    EXPECT_EQ(rig.View(), std::pair(0.0, 330.0));
     rig.Extend(300);
-    EXPECT_EQ(rig.DrawnX(), Range(0, 299, 3));
+    EXPECT_THAT(rig.Seen(), ElementsAre(0, 330, 0, 3, 297, 100));
     rig.Page.UpdateTestData(0);
-    EXPECT_EQ(rig.DrawnX(), Range(0, 299, 3));
+    EXPECT_THAT(rig.Seen(), ElementsAre(0, 330, 0, 3, 297, 100));
     EXPECT_EQ(rig.Page.graph.Channels[0].Data.Points()[5].Y, 1.5);
-}
-
-TEST(GraphPage, ClearingBeginsAnew) {
-    TPage rig(OneChannel);
-    rig.Page.GraphInit(true);
-    rig.Extend(40);
-    rig.Page.GraphDataLabelsTimeText.Add("08:00:00");
-    rig.Page.DatalogFileOpen = true;
-    const int cleared = rig.Log.Cleared;
-    rig.Page.ClearGraphPage();
-    EXPECT_EQ(rig.Log.Cleared, cleared + 1);
-    EXPECT_EQ(rig.Page.GraphSampleCount(), 0U);
-    EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.Count(), 0U);
-    EXPECT_FALSE(rig.Page.DatalogFileOpen);
-    EXPECT_EQ(rig.View(), std::pair(0.0, 11.0));
-    EXPECT_FALSE(rig.Page.GraphScroll.Enabled());
-    EXPECT_EQ(rig.Page.GraphScroll.Max(), 0);
-    EXPECT_TRUE(rig.DrawnX().empty());
-    EXPECT_EQ(rig.Page.graph.AdditionalAxes[0].Axis.Max.Value(), 4096);
-}
-
-TEST(GraphPage, WorksWithoutChannels) {
-    TPage rig("[NabtoDevice]\r\n");
-    rig.Page.GraphInit(true);
-    for (int i = 0; i < 30; ++i)
-        rig.Page.ExtendGraph("0;d;t;1; ");
-    EXPECT_EQ(rig.Page.GraphSampleCount(), 0U);
-    rig.Page.UpdateTestData(0);
 }
 
 } // namespace tidewell
