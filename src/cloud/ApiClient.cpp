@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/Numbers.h"
+#include "core/WaitCursor.h"
 
 #include <nlohmann/json.hpp>
 
@@ -114,6 +115,13 @@ TApiClient::TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& addr
     : Http(http), Dialogs(dialogs), HostKnown(!address.Host.empty()),
       BaseUrl("https://" + address.Host + ":" + std::to_string(address.Port) + "/api/v1.2") {}
 
+THttpReply TApiClient::Exchange(const THttpRequest& request) {
+    if (!HostKnown)
+        return NoHost();
+    const TWaitCursor busy(Dialogs); // a server that is slow to answer holds the screen
+    return Http.Exchange(request);
+}
+
 THttpReply TApiClient::Call(const std::string& method, const std::string& url, const std::string& body,
                             bool authorize) {
     THttpRequest request{
@@ -121,7 +129,7 @@ THttpReply TApiClient::Call(const std::string& method, const std::string& url, c
     if (authorize) {
         request.Headers.emplace_back("Authorization", token);
     }
-    THttpReply reply = HostKnown ? Http.Exchange(request) : NoHost();
+    THttpReply reply = Exchange(request);
     if (reply.Code < 0) {
         debugLines.push_back("No connection: " + reply.Error);
         if (OnNoConnection) {

@@ -55,6 +55,7 @@ class TApiClient {
     bool CanUseDatalogger() const;
 
   private:
+    THttpReply Exchange(const THttpRequest& request);
     THttpReply Call(const std::string& method, const std::string& url, const std::string& body,
                     bool authorize);
     int LoginReply(const THttpReply& reply);

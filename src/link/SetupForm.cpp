@@ -73,6 +73,7 @@ void TSetupForm::FormInit() {
 }
 
 void TSetupForm::GetLocalDevices() {
+    const TWaitCursor busy(Dialogs);
     ListBoxLocalDevices.Clear();
     std::vector<std::string> rows;
     for (const std::string& device : Nabto.GetLocal())
@@ -127,7 +128,6 @@ void TSetupForm::ButCommCancelClick() {
 }
 
 void TSetupForm::ButDeviceSearchClick() {
-    const TWaitCursor busy(Dialogs);
     GetLocalDevices();
 }
 

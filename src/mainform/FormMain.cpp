@@ -214,8 +214,10 @@ bool TFormMain::StartLink() {
         return false;
     }
     if (!ApiClient->_isLoggedIn) {
-        TLogonLoop logon(Ports.Dialogs, Forms.NabtoLogOn, Forms.NabtoDevice.lblConnectedUser,
-                         [this] { StatusBar.Repaint(); });
+        TLogonLoop logon(Ports.Dialogs, Forms.NabtoLogOn, Forms.NabtoDevice.lblConnectedUser, [this] {
+            StatusBar.Repaint();
+            Ports.Wait.Sleep(0); // painted before the server's answer is waited for
+        });
         if (logon.Run(*ApiClient, _commandLineParameters.UserNamePW, [this] { return !Visible(); }) != 0) {
             Close();
             return false;
