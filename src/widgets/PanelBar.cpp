@@ -55,7 +55,8 @@ QRect TPanelBar::PanelRect(std::size_t panel) const {
     int left = 0;
     for (std::size_t i = 0; i < panel && i < Widths.size(); ++i)
         left += Widths[i];
-    return {left, 0, panel < Widths.size() ? Widths[panel] : 0, height()};
+    const int wanted = panel < Widths.size() ? Widths[panel] : 0;
+    return {left, 0, std::min(wanted, std::max(0, width() - left)), height()};
 }
 
 void TPanelBar::SetBarHeight(int pixels) {

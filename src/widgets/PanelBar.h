@@ -28,6 +28,7 @@ class TPanelBar : public QStatusBar {
     void SetPanels(const std::vector<TPanelText>& panels);
     // The widget becomes a child of the bar and follows the panel.
     void Place(std::size_t panel, QWidget& widget, TPlace place);
+    // As far as the bar reaches.
     QRect PanelRect(std::size_t panel) const;
     // At 96 dpi; the font may need more.
     void SetBarHeight(int pixels);
