@@ -116,8 +116,9 @@ TApiClient::TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& addr
       BaseUrl("https://" + address.Host + ":" + std::to_string(address.Port) + "/api/v1.2") {}
 
 THttpReply TApiClient::Exchange(const THttpRequest& request) {
-    if (!HostKnown)
+    if (!HostKnown) {
         return NoHost();
+    }
     const TWaitCursor busy(Dialogs); // a server that is slow to answer holds the screen
     return Http.Exchange(request);
 }
