@@ -119,42 +119,14 @@ TEST_F(TNabtoDeviceTest, TheDomainIsAddedOnceAndTheDeviceKept) {
     EXPECT_THAT(Host.Events[0], testing::StartsWith("Device 999999999999.Remote.example not saved: "));
 }
 
-TEST_F(TNabtoDeviceTest, InitTellsWhyThereIsNoLink) {
-    Client._isLoggedIn = false;
-    Device.initialized = true;
-    EXPECT_EQ(Device.init(id, Client), -2);
-    EXPECT_FALSE(Device.initialized);
-
-    Client._isLoggedIn = true;
-    Http.Code = 403;
-    Device.initialized = true;
-    EXPECT_EQ(Device.init(id, Client), -3);
-    EXPECT_FALSE(Device.initialized);
-    EXPECT_EQ(Device.LblNabto.Caption(),
-              "Not authorized to device \"" + id + ".Remote.example\" (status not ok)");
-
-    Http.Code = 200;
+TEST_F(TNabtoDeviceTest, ALinkNeedsAnIdentityAndAStartedLibrary) {
     Http.Body = R"({"User":"","ID":"p"})";
+    Device.initialized = true;
     EXPECT_EQ(Device.init(id, Client), -3);
+    EXPECT_FALSE(Device.initialized);
     EXPECT_EQ(Device.LblNabto.Caption(),
               "Not authorized to device \"" + id + ".Remote.example\" (creds.Username not ok)");
-
-    Client._isLocalSession = true;
-    Client._creds = {"offline", "secret"};
-    Device.initialized = true;
-    const auto requests = Http.Urls.size();
-    EXPECT_EQ(Device.init(id, Client), 1030);
-    EXPECT_EQ(Http.Urls.size(), requests); // refused without the network
-    EXPECT_FALSE(Device.initialized);
-    EXPECT_THAT(Library.Calls, IsEmpty());
-
-    Device.IsLocalDevice = true;
-    EXPECT_EQ(Device.init(id, Client), 0);
-    EXPECT_TRUE(Device.initialized);
-    EXPECT_THAT(Library.Calls, ElementsAre("nabtoStartup nabto_config", "nabtoOpenSession offline secret"));
-}
-
-TEST_F(TNabtoDeviceTest, TheSessionIsOpenedOnce) {
+    Http.Body = R"({"User":"u","ID":"p"})";
     Library.Results["nabtoStartup"] = {NABTO_FAILED};
     EXPECT_EQ(Device.init(id, Client), 0);
     EXPECT_EQ(Device.LblNabto.Caption(), "NOT CONNECTED TO BASESTATION!");
@@ -162,10 +134,6 @@ TEST_F(TNabtoDeviceTest, TheSessionIsOpenedOnce) {
     EXPECT_FALSE(Device.Cycle.timerLogger->Enabled());
     EXPECT_EQ(Device.init(id, Client), 0);
     EXPECT_EQ(Device.LblNabto.Caption(), "Connected to Basestation");
-    const auto calls = Library.Calls.size();
-    EXPECT_EQ(Device.init("999999999999", Client), 0);
-    EXPECT_EQ(Library.Calls.size(), calls);
-    EXPECT_EQ(Http.Urls.size(), 3U);
 }
 
 TEST_F(TNabtoDeviceTest, HandsWholeCyclesToTheHost) {

@@ -172,18 +172,6 @@ TEST_F(TEntry, StartsTheSecondStageOnlyWithTheMainForm) {
     ExpectNoLibraryAtTheEnd();
 }
 
-TEST_F(TEntry, EmptiesTheFolderOfTheLibrarysProfiles) {
-    Files.Put("/t/nabto_config/users/a@example.com", "x");
-    Files.Put("/t/nabto_config/users/sub/b", "x");
-    Files.Put("/t/nabto_config/standalone.xml", "x");
-    const auto program = Build();
-    program->Start();
-    EXPECT_THAT(FilesIn("/t/nabto_config/users"), ElementsAre());
-    EXPECT_TRUE(Files.FileExists("/t/nabto_config/users/sub/b"));
-    EXPECT_TRUE(Files.FileExists("/t/nabto_config/standalone.xml"));
-    ExpectNoLibraryAtTheEnd();
-}
-
 TEST_F(TEntry, EndsWhenTheParametersAreWrong) {
     Files.Content["/t/cfg/system_x.inn"] += "[CommInitNabto]\nEnabled=TRUE\n";
     Arguments = {"-devid"};

@@ -156,12 +156,31 @@ TEST_F(TProfileChoice, SignsInAfterABadProfile) {
     Dialogs.ExpectOpenFile(Language("HeadAppl", "DialogOpenProfileCaption"), BadProfile);
     Dialogs.ExpectMessage(BadProfileMessage);
     Start();
-    EXPECT_THAT(Requests, Contains("POST /api/v1.2/login"));
+    EXPECT_THAT(Log, Contains(testing::StartsWith("POST /login ")));
     EXPECT_EQ(Main().Caption(), Profile); // of the device's model, after all
     Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::Yes);
     Main().TrafficButton.Click();
     RunUntilRows(2);
     Close();
+}
+
+TEST_F(TProfileChoice, IsTheUsersWhenTheOneOfTheModelIsMissing) {
+    Files.Content.erase(Profile);
+    Dialogs.ExpectMessage(Language("TestfileComport", "ProfileMissing") + " \\t\\profile\\Aria450");
+    Dialogs.ExpectOpenFile(Language("HeadAppl", "DialogOpenProfileCaption"), std::nullopt);
+    Start();
+    EXPECT_FALSE(Main().Profile.ProfileLoaded);
+    EXPECT_TRUE(Main().FCurrentInifilesPath.plsfile.empty());
+    Close();
+}
+
+TEST_F(TProfileChoice, LeavesAReadOnlyProfileAsItIs) {
+    Files.Unwritable.insert(Profile);
+    const std::string before = Files.Content[Profile];
+    Start();
+    Close();
+    EXPECT_EQ(Files.Content[Profile], before);
+    EXPECT_EQ(FilesBelow("/t/log/systemlog").size(), 2u);
 }
 
 } // namespace

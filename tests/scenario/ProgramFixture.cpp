@@ -66,11 +66,10 @@ TProgram& TProgramFixture::Start() {
     Tokens.clear();
     const auto makeHttp = [this](const std::filesystem::path& caFile) {
         CaFile = caFile;
-        return std::make_unique<TNotedHttp>(
-            *Cloud, Time, Online, [this](const THttpRequest& request, const THttpReply& reply) {
-                Requests.push_back(request.Method + " " + request.Url.substr(request.Url.find(ApiPath)));
-                Log.push_back(RequestLine(request, reply));
-            });
+        return std::make_unique<TNotedHttp>(*Cloud, Time, Online,
+                                            [this](const THttpRequest& request, const THttpReply& reply) {
+                                                Log.push_back(RequestLine(request, reply));
+                                            });
     };
     Program =
         Build(TPorts{Dialogs, Time, Time, Time, Files, KHelper, Process, Application, Pictures, makeHttp},
@@ -171,7 +170,7 @@ void TProgramFixture::CheckLog() {
     EXPECT_TRUE(Dialogs.AllAnswered());
 }
 
-TStep TProgramFixture::Setup(const std::function<void(TSetupForm&)>& action) {
+TStep TProgramFixture::SetupDialog(const std::function<void(TSetupForm&)>& action) {
     return {"form SetupForm", [this, action] {
                 action(Program->SetupForm);
             }};
@@ -208,13 +207,11 @@ TSteps TProgramFixture::OpenedSession() {
             "nabtoOpenSession " + identity, "nabtoRpcSetDefaultInterface standalone.xml"};
 }
 
-TStep TProgramFixture::PingOf(const std::string& id) {
-    return "nabtoRpcInvoke nabto://" + id + R"(.hv.example/ping.json?json={"request":{"ping":"1885957735"}})";
-}
-
 void TProgramFixture::ExpectPings(const std::string& id, int count) {
     for (int i = 0; i < count; ++i)
-        Expect({PingOf(id), "nabtoFree"});
+        Expect({"nabtoRpcInvoke nabto://" + id +
+                    R"(.hv.example/ping.json?json={"request":{"ping":"1885957735"}})",
+                "nabtoFree"});
 }
 
 void TProgramFixture::DropPollsFromLog() {

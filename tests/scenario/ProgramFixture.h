@@ -95,15 +95,14 @@ class TProgramFixture : public testing::Test {
     static TStep Box(const std::string& text, EModalResult answer = EModalResult::Ok) {
         return TStep("box " + text, {}, answer);
     }
-    TStep Setup(const std::function<void(TSetupForm&)>& action);
+    TStep SetupDialog(const std::function<void(TSetupForm&)>& action);
     TStep LogOn(const std::string& user, const std::string& password, bool offline = false);
     TStep CancelLogOn();
     static TStep LoginRequest(const std::string& user, const std::string& password, int code);
     static TStep Request(const std::string& text, int code) { return text + " -> " + std::to_string(code); }
     // The library's session, when the user of the session has no profile yet.
     static TSteps OpenedSession();
-    static TStep PingOf(const std::string& id);
-    // Answered ones.
+    // Pings that are answered.
     void ExpectPings(const std::string& id, int count);
     // Takes the questions of poll cycles from the log, each with the free of its answer.
     void DropPollsFromLog();
@@ -120,7 +119,6 @@ class TProgramFixture : public testing::Test {
     TInProcessLibrary Libraries{Nabto};
     TFakeKHelper KHelper{&Libraries};
     std::unique_ptr<TCloudService> Cloud;
-    std::vector<std::string> Requests; // "POST /api/v1.2/login", in order
     // Library calls, requests, message boxes and expected forms in their common order. A request has its
     // token in brackets, as "token1" for the first one since the start: "GET /Nabtouser [token1] -> 200".
     std::vector<std::string> Log;

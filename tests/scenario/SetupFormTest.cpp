@@ -7,7 +7,6 @@
 namespace tidewell::test {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 
 // The setup dialog through its controls, over a linked program unless told otherwise.
@@ -85,31 +84,6 @@ TEST_F(TSetupDialog, TakesARowOfTheListAndClosesOnEscape) {
     EXPECT_EQ(Driver().LblNabto.Caption(), "ID : 410000000002.hv.example");
     EXPECT_EQ(Main()._commandLineParameters.devid, "410000000002.hv.example");
     EXPECT_EQ(Main().Caption(), "/t/profile/Loft120_english.pls");
-    Close();
-}
-
-TEST_F(TSetupDialog, ShowsWhatThePingFinds) {
-    Start();
-    Drive([this](TSetupForm& setup) {
-        const auto ping = [&setup](const std::string& id) {
-            setup.txtRemote.Enter(id);
-            setup.butping.Click();
-            EXPECT_TRUE(setup.Visible());
-        };
-        Dialogs.ExpectMessage("DeviceID: 410000000001.hv.example\rModel: 30021\rVarenummer: 20450\r"
-                              "HP SW version: 214\rNP SW version: 107\rBT SW version: 31");
-        ping("410000000001");
-        Dialogs.ExpectMessage("Gateway DeviceID: 410000000002.hv.example\rGateway Model: 30011\r"
-                              "Gateway Number: 20110\rGateway Version: 305\rSlave Number: 20120\r"
-                              "SlaveModel: 30022");
-        ping("410000000002");
-        EXPECT_THAT(Driver().memoDebug.Lines(), Contains("DeviceID: 410000000002.hv.example"));
-        Files.Content[Simulation] += "\n[Faults aria1]\nNoAnswer=on\n";
-        Time.Advance(1000);
-        Dialogs.ExpectMessage("Device is not available");
-        ping("410000000001");
-    });
-    EXPECT_EQ(Main()._commandLineParameters.devid, Device); // a ping chooses no device for the log
     Close();
 }
 

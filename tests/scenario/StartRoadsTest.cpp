@@ -20,8 +20,9 @@ class TStartRoads : public TProgramFixture {
     static TStep KeepAlive(const std::string& token, int code = 200) {
         return Request("POST /keepAlive [" + token + "]", code);
     }
-    // Starts the program, which has to come as far as an open profile.
+    // Starts the program, which has to come as far as an open profile. What a former run left goes first.
     void Begin(const std::vector<std::string>& arguments, const std::string& profile) {
+        Files.Put(std::string(users) + "/former@example.com", "x");
         Arguments = arguments;
         Began = Time.Milliseconds();
         Start();
@@ -30,12 +31,14 @@ class TStartRoads : public TProgramFixture {
         EXPECT_EQ(Main().DeviceID.Visible(), !testing::Value(arguments, testing::Contains("-devid")));
         EXPECT_EQ(FilesBelow(users).size(), 1u);
     }
-    // The library's profiles go half a minute after the setup dialog.
+    // The library's profiles go half a minute after the setup dialog, and nothing else.
     void ExpectProfilesRemoved() {
+        Files.Put("/t/nabto_config/users/sub/kept", "x");
         Time.Advance(29999);
-        EXPECT_EQ(FilesBelow(users).size(), 1u);
+        EXPECT_EQ(FilesBelow(users).size(), 2u);
         Time.Advance(1);
-        EXPECT_THAT(FilesBelow(users), IsEmpty());
+        EXPECT_THAT(FilesBelow(users), ElementsAre("/t/nabto_config/users/sub/kept"));
+        Files.Content.erase("/t/nabto_config/users/sub/kept");
     }
     // A log that starts by itself, and the close so long after the start.
     void ExpectToTheEnd(int seconds, const TSteps& steps) {
@@ -57,7 +60,7 @@ TEST_F(TStartRoads, ByTheDialogsAlone) {
     Process.Output = "Result2:4f9a,#ENDResult3:tidewell"; // serves both tools
     Expect({LogOn("service", "wrong"), LoginRequest("service", "wrong", 401),
             Box("Username or password is incorrect."), LogOn("service", "tidewell"),
-            LoginRequest("service", "tidewell", 200), Setup([](TSetupForm& setup) {
+            LoginRequest("service", "tidewell", 200), SetupDialog([](TSetupForm& setup) {
                 EXPECT_FALSE(setup.ListBoxLocalDevices.Visible());
                 setup.txtRemote.Enter(Device);
                 setup.ButCommOk.Click();
@@ -110,7 +113,7 @@ TEST_F(TStartRoads, ByATokenInPlaceOfALogon) {
 TEST_F(TStartRoads, ByAnOfflineSessionThatNeedsNoNetworkAfterwards) {
     Expect({LogOn("service", "tidewell", true), LoginRequest("service", "tidewell", 200),
             Request("GET /Nabtouser [token1]", 200), "nabtoStartup nabto_config", "nabtoGetLocalDevices",
-            Setup([this](TSetupForm& setup) {
+            SetupDialog([this](TSetupForm& setup) {
                 Online = false;                                   // the PC is cut off
                 EXPECT_TRUE(setup.ListBoxLocalDevices.Visible()); // with no search asked for
                 EXPECT_THAT(setup.ListBoxLocalDevices.Items(), ElementsAre(Device, gateway));
