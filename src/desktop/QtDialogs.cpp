@@ -15,6 +15,7 @@
 #include <QScreen>
 #include <QWindow>
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
@@ -77,6 +78,24 @@ void AddButtons(QMessageBox& box, EButtons buttons) {
         break;
     }
 }
+
+// While one lives, whoever waits can see the mouse again: something asks for it.
+class TOrdinaryCursor {
+  public:
+    TOrdinaryCursor() : Waiting(QApplication::overrideCursor() != nullptr) {
+        if (Waiting)
+            QApplication::restoreOverrideCursor();
+    }
+    ~TOrdinaryCursor() {
+        if (Waiting)
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+    }
+    TOrdinaryCursor(const TOrdinaryCursor&) = delete;
+    TOrdinaryCursor& operator=(const TOrdinaryCursor&) = delete;
+
+  private:
+    bool Waiting;
+};
 
 QString FilterText(const TFileFilter& filter) {
     const QString masks = ToQt(filter.Mask).replace(u';', u' ');
@@ -147,6 +166,7 @@ EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& te
         return Escaped(buttons);
     }
     const TQtApplication::TEndingHold hold(Application);
+    const TOrdinaryCursor ordinary;
     const TKindLook look = LookOf(kind);
     QMessageBox box(TopWindow());
     box.setObjectName(QStringLiteral("MessageBox"));
@@ -174,6 +194,7 @@ EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& te
 std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const std::string& prompt) {
     if (Cancelling)
         return std::nullopt;
+    const TOrdinaryCursor ordinary;
     QInputDialog box(TopWindow());
     box.setObjectName(QStringLiteral("InputBox"));
     box.setWindowTitle(ToQt(title));
@@ -194,6 +215,7 @@ std::optional<std::filesystem::path> TQtDialogs::SaveFile(const TFileDialog& dia
 std::optional<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& dialog, bool save) {
     if (Cancelling)
         return std::nullopt;
+    const TOrdinaryCursor ordinary;
     QFileDialog box(TopWindow(), ToQt(dialog.Title), PathToQt(dialog.InitialDirectory));
     box.setObjectName(save ? QStringLiteral("SaveDialog") : QStringLiteral("OpenDialog"));
     box.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -213,6 +235,7 @@ EModalResult TQtDialogs::ShowModal(TForm& form) {
         return EModalResult::Cancel;
     if (form.Visible())
         form.Hide(); // a window becomes modal only while it is hidden
+    const TOrdinaryCursor ordinary;
     QWidget* const below = TopWindow();
     QWidget& view = ViewOf(form);
     view.setWindowModality(Qt::ApplicationModal);
@@ -269,12 +292,16 @@ void TQtDialogs::Popup(TPopupMenu& menu) {
 }
 
 void TQtDialogs::SetWaitCursor(bool wait) {
-    if (wait == std::exchange(Waiting, wait))
-        return;
-    if (wait)
+    Waits = std::max(0, wait ? Waits + 1 : Waits - 1);
+    if (wait && Waits == 1) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
-    else
+        // What was just hidden or set would else be seen only after the wait.
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->isVisible())
+                window->repaint();
+    } else if (!wait && Waits == 0) {
         QApplication::restoreOverrideCursor();
+    }
 }
 
 int TQtDialogs::WorkAreaHeight() const {

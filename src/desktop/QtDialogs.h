@@ -59,7 +59,7 @@ class TQtDialogs : public IDialogs {
     std::map<const TForm*, TEntry> Views;
     std::vector<const TForm*> Made; // in order of making
     bool Cancelling = false;
-    bool Waiting = false;
+    int Waits = 0; // calls of SetWaitCursor that are not taken back
 };
 
 } // namespace tidewell

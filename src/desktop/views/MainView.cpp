@@ -16,6 +16,7 @@
 #include "widgets/LedView.h"
 #include "widgets/PanelBar.h"
 #include "widgets/RoomyButton.h"
+#include "widgets/RoomyRows.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -25,7 +26,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSplitter>
-#include <QStyledItemDelegate>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
@@ -41,15 +41,6 @@ constexpr int controlsPanelHeight = 20;
 constexpr int buttonGap = 20;
 constexpr int buttonEdge = 4; // from the window's right edge
 constexpr int buttonTop = 2;
-
-// Rows with some air.
-class TRowDelegate : public QStyledItemDelegate {
-  public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 4);
-    }
-};
 
 // The one line of a page that has nothing to show yet.
 QLabel& AddEmptyLine(QVBoxLayout& column, QWidget& page, TLabel& label) {
@@ -106,7 +97,7 @@ void TMainView::AddSetpointPage() {
     auto& treePanel = NewChild<TCaptionPanel>(*Group);
     auto& tree = NewChild<QTreeWidget>(treePanel);
     tree.setIndentation(treeIndent);
-    tree.setItemDelegate(&NewChild<TRowDelegate>(tree));
+    tree.setItemDelegate(&NewChild<TRoomyRows>(tree));
     tree.setFrameShape(QFrame::NoFrame);
     treePanel.SetContent(tree);
     BindPanel(treePanel, setpoints.CategoryPanelSetpoints);
