@@ -59,7 +59,7 @@ QLabel& AddEmptyLine(QVBoxLayout& column, QWidget& page, TLabel& label) {
 
 TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& context)
     : Form(form), Context(context), Tabs(NewChild<QTabWidget>(*this)) {
-    setMinimumSize(640, 360);
+    setMinimumSize(480, 280); // fits a screen of 1280 by 720 at 200 %
     BindMainMenu(*menuBar(), Form.MainMenu, Context.Dialogs);
 
     auto& centre = NewChild<QWidget>(*this);
