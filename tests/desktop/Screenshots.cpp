@@ -10,9 +10,6 @@
 #include "Robot.h"
 #include "desktop/views/AppIcon.h"
 
-#include <QCheckBox>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleFactory>
@@ -38,10 +35,20 @@ struct TPicture {
     QString Name;
     QString Window;                      // its object name
     std::vector<std::string> Arguments;  // of the program
-    std::function<void(TProgram&)> Open; // after the start; unset: the start itself brings it up
-    // Unset: as it comes up. What it brings up on top is left to further steps of the robot.
-    std::function<void(QWidget&, TRobot&)> Fill;
+    std::function<void(TRobot&)> Before; // from the start to the window; unset: the start brings it up
+    std::function<void(QWidget&, TRobot&)> Fill; // unset: shown as it comes up
 };
+
+// Presses a key in the main form.
+std::function<void(TRobot&)> Key(Qt::Key key) {
+    return [key](TRobot& robot) {
+        robot.On("FormMain", [key](QWidget&) { Press(key); });
+    };
+}
+
+void ClickOn(QWidget& window, const char* name) {
+    QTest::mouseClick(window.findChild<QWidget*>(QString::fromLatin1(name)), Qt::LeftButton);
+}
 
 std::vector<TPicture> Pictures() {
     return {
@@ -60,21 +67,18 @@ std::vector<TPicture> Pictures() {
              Type("\t \t");
              Press(Qt::Key_Down);
          }},
-        {"driver", "NabtoDevice", linked, [](TProgram& program) { program.FormMain.Nabtodebug1Click(); },
-         [](QWidget& view, TRobot& robot) {
+        {"driver", "NabtoDevice", signedIn,
+         [](TRobot& robot) {
+             robot.On("SetupForm", [](QWidget&) { Type("410000000001\n"); });
+             Key(Qt::Key_F11)(robot);
+         },
+         [](QWidget& window, TRobot& robot) {
              robot.On("MessageBox", [](QWidget&) { Type("\n"); });
-             QTest::mouseClick(view.findChild<QWidget*>("btnPing"), Qt::LeftButton);
+             ClickOn(window, "btnPing");
+             ClickOn(window, "btnShowReadList");
          }},
-        {"language",
-         "languagedialog",
-         linked,
-         [](TProgram& program) { program.FormMain.Changelanguage1Click(); },
-         {}},
-        {"message",
-         "MessageBox",
-         linked,
-         [](TProgram& program) { program.FormMain.OpenProfile2Click(); },
-         {}},
+        {"language", "languagedialog", linked, Key(Qt::Key_F12), {}},
+        {"message", "MessageBox", linked, Key(Qt::Key_F2), {}},
     };
 }
 
@@ -137,6 +141,8 @@ bool Take(const TPicture& picture, const QString& folder, const QString& theme) 
         std::cout << (taken ? "" : "Cannot write ") << file.toStdString() << '\n';
         screen.Desktop.Dialogs.CancelAll();
     };
+    if (picture.Before)
+        picture.Before(robot);
     robot.On(picture.Window, [&](QWidget& window) {
         if (picture.Fill)
             picture.Fill(window, robot);
@@ -144,8 +150,6 @@ bool Take(const TPicture& picture, const QString& folder, const QString& theme) 
     });
     screen.Build();
     screen.Advance(200);
-    if (picture.Open)
-        picture.Open(*screen.Program);
     while (!robot.Done())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     return taken;
