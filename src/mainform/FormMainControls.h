@@ -52,8 +52,7 @@ struct TFormMainControls : TForm {
     // On TabSetpoint, left: the tree above, the event log below; right: the grid.
     TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
     TMemo MemoEventLog{"MemoEventLog"};
-    TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear on the page
-    TLabel LblGraphPageEmpty{"LblGraphPageEmpty"};
+    TLabel LblGraphPageEmpty{"LblGraphPageEmpty"}; // what will appear on the page
     TPanel GraphControlsPanel{"GraphControlsPanel"};
 
     static constexpr std::size_t PanelLink = 0;     // LedNabto and LblNabto

@@ -27,14 +27,14 @@ void AddGroups(const TStringTable& grid, std::vector<std::string>& groups) {
 
 } // namespace
 
-TSetpointPage::TSetpointPage(const TModbusPanel& panel) : Panel(panel) {
+TSetpointPage::TSetpointPage(const TParts& parts) : Parts(parts) {
     SetpointGrid.Cells.SetColCount(shownColumns);
     SetpointGrid.Cells.SetRowCount(1);
 }
 
 void TSetpointPage::BuildSetpointTree() {
     std::vector<TTreeView::TNode> roots;
-    for (const TMDevice& device : Panel.DeviceList) {
+    for (const TMDevice& device : Parts.Panel.DeviceList) {
         TTreeView::TNode root;
         // A device without questions cannot be named by one.
         root.Text = device.ReadList.empty() ? device.Name : GetRowField(device.ReadList.front(), 5);
@@ -64,6 +64,15 @@ void TSetpointPage::ApplyDataLine(std::string_view line) {
         return;
     FormatListValues(line, CurrentSetpointValue, SetpointValues);
     SetpointGrid.Repaint();
+}
+
+void TSetpointPage::SetpointTreeViewClick() {}
+void TSetpointPage::SetpointTreeViewMouseDown(bool) {}
+void TSetpointPage::SetpointGridDblClick(int) {}
+void TSetpointPage::SetpointGridKeyPress(const std::string&) {}
+void TSetpointPage::SetpointGridSelectCell(int) {}
+TCellLook TSetpointPage::SetpointGridDrawCell(int, int) const {
+    return {};
 }
 
 } // namespace tidewell

@@ -1,15 +1,25 @@
 #pragma once
 
+#include "core/HelpfileDoc.h"
+#include "core/controls/Menu.h"
 #include "core/controls/Simple.h"
 #include "core/controls/StringGrid.h"
 #include "core/controls/TreeView.h"
 #include "model/ModbusPanel.h"
+#include "model/ValueCodec.h"
+#include "setpoints/SetpointTexts.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tidewell {
+
+class IClock;
+class IDialogs;
+class TInputDialog;
 
 // One of a group of stacked panels; collapsed, only its caption is left.
 class TCategoryPanel : public TPanel {
@@ -29,7 +39,29 @@ class TCategoryPanel : public TPanel {
 // by their structnumber alone.
 class TSetpointPage {
   public:
-    explicit TSetpointPage(const TModbusPanel& panel);
+    // What the page needs of the main form.
+    class IHost {
+      public:
+        virtual ~IHost() = default;
+        virtual bool DatalogOn() const = 0;
+        virtual bool DatalogFileOpen() const = 0;          // the graph shows a datalog from a file
+        virtual std::string LastDatalogLine() const = 0;   // of that datalog
+        virtual std::string CurrentDataString() const = 0; // values of the last cycle; may be empty
+        virtual std::size_t DatalogCount() const = 0;
+    };
+    struct TParts {
+        IHost& Host;
+        IDialogs& Dialogs;
+        const IClock& Clock;
+        TModbusPanel& Panel;
+        THelpfileDoc& HelpfileDoc;
+        TInputDialog& InputDialog; // may be made after the page
+        const TSetpointTexts& Texts;
+    };
+
+    explicit TSetpointPage(const TParts& parts);
+    TSetpointPage(const TSetpointPage&) = delete;
+    TSetpointPage& operator=(const TSetpointPage&) = delete;
 
     // A root per device of the panel, below it the groups of its list rows.
     void BuildSetpointTree();
@@ -39,17 +71,33 @@ class TSetpointPage {
     // SetpointListReady is false. Throws EConvertError for a row with a bad field.
     void ApplyDataLine(std::string_view line);
 
+    // Throw EConvertError for a list row with a bad field, EListError for a grid row that has no list row.
+    void SetpointTreeViewClick();
+    void SetpointTreeViewMouseDown(bool rightButton);
+    void SetpointGridDblClick(int row);
+    void SetpointGridKeyPress(const std::string& key);
+    void SetpointGridSelectCell(int row);
+    TCellLook SetpointGridDrawCell(int column, int row) const;
+
     TTreeView SetpointTreeView{"SetpointTreeView"};
     TStringGrid SetpointGrid{"SetpointGrid"};
     TCategoryPanel CategoryPanelSetpoints{"CategoryPanelSetpoints"}; // holds the tree
     TCategoryPanel CategoryPanelDebug{"CategoryPanelDebug"};         // holds the event log
+    TPopupMenu Setpointpopup{"Setpointpopup"};
+    TMenuItem Savesetpoints1{"Savesetpoints1", "Save setpoints"};
+    TMenuItem Loadsetpointfromfile1{"Loadsetpointfromfile1", "Load setpoint from file"};
+    TEdit SetpointFilter{"SetpointFilter"}; // narrows the rows by a part of name, unit or address
+    TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear; hidden once a group is chosen
 
     std::vector<std::string> SetpointValues;       // list rows of the chosen group, limits in shown form
     std::vector<std::string> CurrentSetpointValue; // shown value of each of them; empty before the first line
+    std::vector<std::size_t> ShownRows; // entries that the filter lets pass; grid row r shows r - 1
     bool SetpointListReady = false;
+    std::int32_t CurrentModbusID = -1;  // of the chosen group's device
+    std::string SelectedSetpointParent; // device node of the popup menu, empty if none
 
   private:
-    const TModbusPanel& Panel;
+    TParts Parts;
 };
 
 } // namespace tidewell

@@ -121,14 +121,14 @@ void TMainView::AddSetpointPage() {
     auto& right = NewChild<QWidget>(split);
     auto& column = NewChild<QVBoxLayout>(right);
     column.setContentsMargins(0, 0, 0, 0);
-    AddEmptyLine(column, right, Form.LblSetpointPageEmpty);
+    AddEmptyLine(column, right, Form.SetpointPage.LblSetpointPageEmpty);
     // The line stands in place of the grid.
     auto& area = NewChild<QWidget>(right);
     auto& areaColumn = NewChild<QVBoxLayout>(area);
     areaColumn.setContentsMargins(0, 0, 0, 0);
     column.addWidget(&area, 1);
-    KeepInStep(area, Form.LblSetpointPageEmpty,
-               [this, &area] { area.setVisible(!Form.LblSetpointPageEmpty.Visible()); });
+    KeepInStep(area, Form.SetpointPage.LblSetpointPageEmpty,
+               [this, &area] { area.setVisible(!Form.SetpointPage.LblSetpointPageEmpty.Visible()); });
     Grid = &NewChild<QTableView>(area);
     Grid->setFrameShape(QFrame::NoFrame);
     areaColumn.addWidget(Grid);
