@@ -100,6 +100,10 @@ void TFormMain::ConnectControls() {
     SetpointPage.Loadsetpointfromfile1.OnClick = [this] {
         SetpointFiles.Loadsetpointfromfile1Click();
     };
+    ButStopReadBack.OnClick = [this] {
+        ReadBack.Cancel();
+    };
+    ReadBackChanged = ReadBack.Changed.Connect([this] { ShowReadBack(); });
     Setup1.OnClick = [this] {
         Setup1Click();
     };
@@ -302,6 +306,18 @@ void TFormMain::NabtoDeleteUsersTimer() {
 
 void TFormMain::DeleteNabtoUserFolder() {
     tidewell::DeleteNabtoUserFolder(Ports.Files, FCurrentInifilesPath.directorypath);
+}
+
+void TFormMain::ShowReadBack() {
+    const bool running = ReadBack.Running();
+    SetpointPage.Savesetpoints1.SetEnabled(!running);
+    SetpointPage.Loadsetpointfromfile1.SetEnabled(!running);
+    LblReadBack.SetCaption(ReadBack.ProgressText());
+    ReadBackPanel.SetVisible(running);
+    const auto progress = ReadBack.Progress();
+    FileProgressBar.SetMax(progress.Max);
+    FileProgressBar.SetPosition(progress.Position);
+    FileProgressBar.SetVisible(running);
 }
 
 void TFormMain::TheTabChange() {

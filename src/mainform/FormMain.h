@@ -114,12 +114,14 @@ class TFormMain : public TFormMainControls {
   private:
     void ReadConfigurationFiles();
     void ConnectControls();
+    void ShowReadBack();
     void CreateDirectories();
     // Sign-in and profile, with the link enabled. False when the program is about to end.
     bool StartLink();
     // What is kept at the close, in order. Each may throw.
     std::vector<std::function<void()>> ClosingSaves();
 
+    TConnection ReadBackChanged;
     std::unique_ptr<IHttp> Http;
     std::unique_ptr<TApiClient> ApiClient;
     int GridClientWidth = 0;

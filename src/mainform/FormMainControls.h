@@ -62,6 +62,11 @@ struct TFormMainControls : TForm {
     static constexpr int StatusBarHeight = 19;      // pixels
     TStatusBar StatusBar;
     TProgressBar FileProgressBar{"FileProgressBar"};
+
+    // Above the status bar, while setpoints are read back; the bar then shows how far.
+    TPanel ReadBackPanel{"ReadBackPanel"};
+    TLabel LblReadBack{"LblReadBack"};
+    TButton ButStopReadBack{"ButStopReadBack", "Stop waiting"};
 };
 
 } // namespace tidewell

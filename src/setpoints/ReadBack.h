@@ -3,16 +3,16 @@
 #include "core/controls/Signal.h"
 #include "core/ports/IWait.h"
 
+#include <cstddef>
 #include <string>
 
 namespace tidewell {
 
 class TNabtoDevice;
-struct TReadBackSnapshot;
 
 // Orders a read-back snapshot of all values and waits for it: starts the log, serves events until two whole
-// cycles of the same length are there, and stops the log. There is no time-out: with a dead link it waits
-// until Cancel, or until the main form is closed.
+// cycles of the same length are there, and stops the log. There is no time-out: with a dead link, or while
+// the user has stopped the log, it waits until Cancel, or until the main form is closed.
 class TReadBack {
   public:
     // What it needs of the main form.
@@ -24,9 +24,15 @@ class TReadBack {
         virtual bool FormOpen() const = 0; // false once the main form is closed
     };
     enum class EResult {
-        Done,   // row 0 and row 1 of SetDatapointList are the snapshot
-        Failed, // the cycles differed three times or more
-        Ended,  // by Cancel, or by the close of the main form
+        Done,       // rows 0 and 1 are the snapshot
+        Failed,     // the cycles differed three times or more
+        NotStarted, // no link or no profile, of which the start of the log has told what there is to tell
+        Ended,      // by Cancel, by the close of the main form, or because another device was chosen
+    };
+    // Of the three cycles, question by question.
+    struct TProgress {
+        int Position = 0;
+        int Max = 0;
     };
 
     // The device may be made later.
@@ -34,23 +40,28 @@ class TReadBack {
     TReadBack(const TReadBack&) = delete;
     TReadBack& operator=(const TReadBack&) = delete;
 
-    // Must not be called while Running. Throws what the start of the log throws.
+    // Throws TError while Running, and what the start of the log throws.
     EResult Run();
     // Ends a wait; does nothing else.
     void Cancel() { Cancelled = true; }
     bool Running() const { return IsRunning; }
-    // What is going on, for the user: "waiting for a cycle to end, ..."; changes with each cycle.
-    std::string Progress() const;
+    // What is going on, for the user; empty while nothing is.
+    std::string ProgressText() const;
+    TProgress Progress() const;
 
-    const TReadBackSnapshot& Snapshot() const;
+    // Values of a cycle, each followed by "; ". Empty for a row that a failed or ended wait has not got.
+    std::string SnapshotRow(std::size_t row) const;
 
-    TSignal<> Changed; // Running or Progress
+    TSignal<> Changed; // Running, or the progress
 
   private:
+    EResult WaitForSnapshot();
+
     IHost& Host;
     IWait& Wait;
     TNabtoDevice& Device;
     bool IsRunning = false;
+    bool IsWaiting = false; // the log has been started
     bool Cancelled = false;
 };
 

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace tidewell {
 
@@ -37,11 +38,14 @@ class TSetpointFiles {
     void Savesetpoints1Click();
     void Loadsetpointfromfile1Click();
     // The log must be stopped. Ends in silence for an unknown device and for a read-back that failed. Throws
-    // EConvertError for a value that has to be a position in UserUnits and is none, EInOutError when the
-    // file cannot be written; no file is left half-written.
+    // EConvertError for a value that has to be a position in UserUnits and is none, and for a bad number of
+    // the profile. A file is there whole or not at all; what cannot be written may be saved elsewhere.
     void SetpointSaveSetpoints(const std::string& deviceName);
 
   private:
+    bool ReadDevice();
+    std::vector<std::string> HeadLines(const std::string& deviceName) const;
+
     TParts Parts;
 };
 
