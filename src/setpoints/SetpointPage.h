@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,7 +37,8 @@ class TCategoryPanel : public TPanel {
 };
 
 // The page of the device tree and the setpoint grid. Values arrive as data lines and are matched to list rows
-// by their structnumber alone.
+// by their structnumber alone. What the grid shows is read from the page while painting; only its number of
+// rows stands in its cells.
 class TSetpointPage {
   public:
     // What the page needs of the main form.
@@ -71,13 +73,21 @@ class TSetpointPage {
     // SetpointListReady is false. Throws EConvertError for a row with a bad field.
     void ApplyDataLine(std::string_view line);
 
-    // Throw EConvertError for a list row with a bad field, EListError for a grid row that has no list row.
+    // Shows the setpoints of the chosen group, and their values if any are known; nothing for a device node.
+    // Throws EConvertError for a list row with a bad field: the rows before it are then shown without values.
     void SetpointTreeViewClick();
+    // On a device node the right button opens Setpointpopup.
     void SetpointTreeViewMouseDown(bool rightButton);
+    // These two open the input dialog, in silence nothing without rows or while nothing is logged. A double
+    // click on no list row throws EListError.
     void SetpointGridDblClick(int row);
     void SetpointGridKeyPress(const std::string& key);
+    // Takes the row's help number. Throws EListError for the first row behind those that have one.
     void SetpointGridSelectCell(int row);
     TCellLook SetpointGridDrawCell(int column, int row) const;
+
+    // Empties SetpointFilter; false if it was.
+    bool ClearSetpointFilter();
 
     TTreeView SetpointTreeView{"SetpointTreeView"};
     TStringGrid SetpointGrid{"SetpointGrid"};
@@ -86,10 +96,12 @@ class TSetpointPage {
     TPopupMenu Setpointpopup{"Setpointpopup"};
     TMenuItem Savesetpoints1{"Savesetpoints1", "Save setpoints"};
     TMenuItem Loadsetpointfromfile1{"Loadsetpointfromfile1", "Load setpoint from file"};
-    TEdit SetpointFilter{"SetpointFilter"}; // narrows the rows by a part of name, unit or address
+    // Narrows the rows as one types: to those with the text, letters large or small, as a part of their name,
+    // unit or ModbusAdr. A selected setpoint stays selected, and is again when it comes back.
+    TEdit SetpointFilter{"SetpointFilter"};
     TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear; hidden once a group is chosen
 
-    std::vector<std::string> SetpointValues;       // list rows of the chosen group, limits in shown form
+    std::vector<TListRow> SetpointValues;          // list rows of the chosen group
     std::vector<std::string> CurrentSetpointValue; // shown value of each of them; empty before the first line
     std::vector<std::size_t> ShownRows; // entries that the filter lets pass; grid row r shows r - 1
     bool SetpointListReady = false;
@@ -97,7 +109,21 @@ class TSetpointPage {
     std::string SelectedSetpointParent; // device node of the popup menu, empty if none
 
   private:
+    void ConnectControls();
+    std::optional<std::size_t> EntryOf(int row) const; // shown in that grid row
+    std::string CellOf(std::size_t entry, int column) const;
+    std::string UnitOf(const TListRow& row) const;
+    void ReadGroup(std::string_view device, std::string_view group);
+    void ShowGroup();
+    void ShowCurrentValues();
+    void FilterRows();
+    void SetpointFilterChange();
+    void ShowRows(int selectedRow);
+    bool CanEdit() const;
+    void EditSetpoint(std::size_t entry, const std::string& typed);
+
     TParts Parts;
+    std::optional<std::size_t> SelectedEntry; // also while the filter hides it
 };
 
 } // namespace tidewell
