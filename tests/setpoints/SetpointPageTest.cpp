@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -220,9 +221,10 @@ TEST_F(SetpointPage, ShowsValuesAtOnce) {
         EXPECT_EQ(Shown(1), c.Values) << c.LastLine << " " << c.Data;
     }
     Host.Data = "5;";
-    Load({{.Name = "date", .Structnumber = "1", .Min = "0", .Offset = "1"}});
-    Choose(0, 0);
-    EXPECT_THAT(Shown(1), ElementsAre("1")); // "02-03-2026" is no integer
+    Load({{.Name = "a", .Structnumber = "2", .Min = "-1"}}); // a signed value must be one
+    EXPECT_THAT([&] { Choose(0, 0); },
+                ThrowsMessage<EConvertError>(
+                    "'08:00:00' is not a valid floating point value (device value of row \"a\")"));
 }
 
 // A bad limit, scale or offset stops the choice; the rows before it are shown, without values.
@@ -265,10 +267,6 @@ TEST_F(SetpointPage, ABadRowEndsEveryRefresh) {
     Host.Data = "5;";
     EXPECT_THROW(Choose(0, 0), EConvertError);
     EXPECT_TRUE(Page.SetpointListReady);
-
-    // A signed value must be one.
-    Load({{.Name = "a", .Structnumber = "9", .Min = "-1"}});
-    EXPECT_THROW(Choose(0, 0), EConvertError);
 }
 
 TEST_F(SetpointPage, DrawsCells) {
@@ -315,8 +313,6 @@ TEST_F(SetpointPage, OpensTheInputDialog) {
     };
     // Without values the dialog keeps what it was last given.
     Dialog.CurrentDatavalue = "left";
-    Dialog.EId.SetText("1");
-    Dialog.EAdress.SetText("2");
     EXPECT_EQ(Edited(press("5")), "a:left:end");
 
     Page.ApplyDataLine("1;d;t;42;");
@@ -354,7 +350,10 @@ TEST_F(SetpointPage, RefusesAnEditInSilence) {
     tryAll();
     Host.On = true;
     Page.CurrentModbusID = -1;
+    for (TEdit* edit : {&Dialog.EId, &Dialog.EAdress, &Dialog.EValue})
+        edit->SetText("before");
     Page.SetpointGrid.OnDblClick(1);
+    EXPECT_EQ(Dialog.EId.Text() + Dialog.EAdress.Text() + Dialog.EValue.Text(), "");
     EXPECT_THAT(Dialogs.Shown, IsEmpty());
 }
 
