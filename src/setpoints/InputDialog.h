@@ -5,8 +5,10 @@
 #include "core/controls/Simple.h"
 #include "core/controls/StringGrid.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tidewell {
@@ -44,7 +46,8 @@ class TInputDialog : public TForm {
     std::string CurrentDatavalue;        // text to start with
     bool ValueSelectAll = false;         // it is the present value, and not what the user began to type
 
-    // The 16 digits of row 1 of the grid, most significant first.
+    // The 16 digits of row 1 of the grid, most significant first. Throws ERangeError for a value that needs
+    // more.
     void PassValueToBinaryGrid(std::int32_t value);
 
     TLabel LabMin{"LabMin"};
@@ -61,19 +64,37 @@ class TInputDialog : public TForm {
     TButton ButCancel{"ButCancel"};
     TStringGrid binaryvaluegrid{"binaryvaluegrid"}; // row 0: bit names, row 1: "1" or "0"
 
+    // Pixels, of the grid.
+    static constexpr int BitNameHeight = 49;
+    static constexpr int BitHeight = 40;
+    static constexpr int BitGridWidth = 420;
     static constexpr int BitNameAngle = 65; // degrees, counter-clockwise
 
   private:
     void FormShow();
+    void ShowBits();
+    void ShowCharacters();
+    void ShowEntry(const std::string& text);
+    void SetFormWidth(int width) { SetClientSize(width, ClientHeight()); }
+    void FormKeyDown(EKey key, bool& handled);
     void binaryvaluegridClick(const TCellClick& click);
+    void FlipBit(const TCellClick& click);
+    void ButSendClick();
+    // Conversion failures of the row throw EConvertError.
     void SendEnteredValue();
-    bool ValueInRange(std::int32_t s);
+    bool ValueInRange(std::int64_t s);
+    void Refuse(const std::string& message);
+    // Trimmed; empty beyond the last field.
+    std::string_view Field(std::size_t index) const;
+    std::int32_t IntegerField(std::size_t index) const; // 0 if it is none
+    std::int32_t SelectedModbusId() const;              // -1 without a device, or without a number
 
     TParts Parts;
     std::vector<std::string> CurrentList; // fields of the row
     std::vector<std::string> binarystringlist;
     std::string MessageWrongValue;
     bool FInMouseClick = false;
+    bool Sending = false;
 };
 
 } // namespace tidewell
