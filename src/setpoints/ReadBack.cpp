@@ -55,7 +55,8 @@ TReadBack::EResult TReadBack::WaitForSnapshot() {
             return EResult::Ended;
         Wait.ProcessMessages();
         Wait.Sleep(round);
-        if (std::string text = ProgressText(); text != shown) {
+        if (std::string text = ProgressText();
+            text != shown && Device.ReadBack.SetDatapointListCount < snapshotReady) {
             shown = std::move(text);
             Changed.Emit();
         }
