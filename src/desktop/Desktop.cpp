@@ -8,6 +8,7 @@
 #include "desktop/views/DeviceView.h"
 #include "desktop/views/InputView.h"
 #include "desktop/views/LanguageView.h"
+#include "desktop/views/LoadSetpointsView.h"
 #include "desktop/views/LogOnView.h"
 #include "desktop/views/MainView.h"
 #include "desktop/views/SetupView.h"
@@ -98,6 +99,9 @@ void TDesktop::RegisterViews(TProgram& program) {
     });
     Dialogs.RegisterView(program.InputDialog, [&program, context] {
         return std::make_unique<TInputView>(program.InputDialog, context);
+    });
+    Dialogs.RegisterView(program.LoadSetpoints, [&program, context] {
+        return std::make_unique<TLoadSetpointsView>(program.LoadSetpoints, context);
     });
 }
 

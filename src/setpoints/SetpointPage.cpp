@@ -230,6 +230,8 @@ void TSetpointPage::ShowRows(int selectedRow) {
     SetpointGrid.Cells.SetRowCount(ShownRows.size() + 1);
     SetpointGrid.SetSelectedRow(selectedRow);
     SetpointGrid.Repaint();
+    LblSetpointCount.SetCaption(std::to_string(ShownRows.size()) + " of " +
+                                std::to_string(SetpointValues.size()) + " setpoints");
 }
 
 std::optional<std::size_t> TSetpointPage::EntryOf(int row) const {

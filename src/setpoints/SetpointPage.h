@@ -99,6 +99,7 @@ class TSetpointPage {
     // Narrows the rows as one types: to those with the text, letters large or small, as a part of their name,
     // unit or ModbusAdr. A selected setpoint stays selected, and is again when it comes back.
     TEdit SetpointFilter{"SetpointFilter"};
+    TLabel LblSetpointCount{"LblSetpointCount"};         // "n of m setpoints", as the filter lets pass
     TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear; hidden once a group is chosen
 
     std::vector<TListRow> SetpointValues;          // list rows of the chosen group

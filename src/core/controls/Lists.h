@@ -76,6 +76,7 @@ class TColorList : public TControl {
         Entries.at(index) = std::move(row);
         Tell();
     }
+    bool Updating() const { return Held > 0; }
     void BeginUpdate() { ++Held; }
     void EndUpdate() {
         if (--Held == 0)
