@@ -129,7 +129,7 @@ std::int64_t EntryDivisor(std::int32_t decimals) {
 
 std::int64_t EnteredToS(long double value, std::int32_t decimals) {
     if (decimals < 1)
-        return Bounded(std::trunc(std::trunc(value) / static_cast<long double>(EntryDivisor(decimals))));
+        return Bounded(std::trunc(value / static_cast<long double>(EntryDivisor(decimals))));
     const std::string text = FixedText(value, decimals);
     const std::string digits = DigitsOnly(text);
     std::int64_t s = 0;
@@ -144,7 +144,7 @@ long double ShownToRaw(std::string_view shown, std::int32_t decimals, std::int32
     long double value = 0;
     if (ParseEntry(shown, value) != 0)
         throw EConvertError("'" + std::string(shown) + "' is not a valid floating point value");
-    // 0.29 is not quite 29 hundredths; the limit itself has to pass.
+    // 0.15 is not quite 15 hundredths; the limit itself has to pass.
     long double s = Unscaled(value, decimals);
     const long double whole = std::round(s);
     if (std::fabs(s - whole) <= 1e-12L * std::max(1.0L, std::fabs(s)))

@@ -122,6 +122,7 @@ std::string Error(int position) {
 TEST_F(InputDialog, ConvertsChecksAndSends) {
     const TSetpoint tenths{.Min = "0.0", .Max = "10.0", .Decimal = " 1 "};
     const TSetpoint hundredths{.Min = "0.00", .Max = "1.16", .Decimal = "2"};
+    const TSetpoint exact{.Min = "0.15", .Max = "0.15", .Decimal = "2"};
     const TSetpoint tens{.Min = "0", .Max = "1000", .Decimal = "-1"};
     const TSetpoint moved{.Min = "5", .Max = "10", .Offset = "5"};
     const TSetpoint isSigned{.Min = "-100", .Max = "100", .Decimal = "x", .Offset = ""};
@@ -162,8 +163,8 @@ TEST_F(InputDialog, ConvertsChecksAndSends) {
         {tenths, "nan", Error(1)},
         {tenths, "\u00E9", Error(1)},
         {hundredths, "1.005", "101"},
-        {hundredths, "1.16", "116"}, // a limit passes, whatever its binary fraction
         {hundredths, "1.17", wrong},
+        {exact, "0.15", "15"}, // a limit passes, whatever its binary fraction
         {tens, "125", "12"},
         {tens, "1009.9", "100"},
         {tens, "1010", wrong},
