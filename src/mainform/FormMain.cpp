@@ -28,14 +28,20 @@ constexpr int graphTabIndex = 1;
 TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths,
                      TUNabto& nabto, const TForms& forms)
     : Ports(ports), Options(options), Forms(forms), FCurrentInifilesPath(paths),
-      ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files), SetpointPage(ModbusPanel),
+      ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files),
+      ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
+      SetpointPage(TSetpointPage::TParts{Hosts.SetpointPage, ports.Dialogs, ports.Clock, ModbusPanel,
+                                         ContextHelp.HelpfileDoc, forms.InputDialog, SetpointTexts}),
       GraphPage(Profile, LogBuffers, MemoEventLog),
       LiveLog(TLiveLog::TParts{Hosts.LiveLog, ports.Dialogs, ports.Clock, ports.Files, ports.Timers,
                                ModbusPanel, Profile, GraphPage, LogBuffers, TrafficButton, MemoEventLog,
                                LoggingTexts, paths}),
       ProfileOpening(ports, TProfileOpening::TParts{*this, paths, ModbusPanel, Profile, SetpointPage,
                                                     GraphPage, nabto, forms.NabtoDevice}),
-      ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
+      ReadBack(Hosts.ReadBack, ports.Wait, forms.NabtoDevice),
+      SetpointFiles(TSetpointFiles::TParts{
+          ports.Dialogs, ports.Files, ports.Clock, ModbusPanel, Hosts.ReadBack, ReadBack, forms.LoadSetpoints,
+          MemoEventLog, SetpointTexts, SetpointPage.SelectedSetpointParent, paths.directorypath}),
       InitTimer(ports.Timers.CreateTimer()), KeepAliveTimer(ports.Timers.CreateTimer()),
       NabtoDeleteUsers(ports.Timers.CreateTimer()), CloseAgain(ports.Timers.CreateTimer()) {
     InitTimer->SetInterval(initInterval);
@@ -88,6 +94,16 @@ void TFormMain::ConnectControls() {
     WindowGraph1.OnClick = [this] {
         TheTab.SetActivePage(TabGraph);
     };
+    SetpointPage.Savesetpoints1.OnClick = [this] {
+        SetpointFiles.Savesetpoints1Click();
+    };
+    SetpointPage.Loadsetpointfromfile1.OnClick = [this] {
+        SetpointFiles.Loadsetpointfromfile1Click();
+    };
+    ButStopReadBack.OnClick = [this] {
+        ReadBack.Cancel();
+    };
+    ReadBackChanged = ReadBack.Changed.Connect([this] { ShowReadBack(); });
     Setup1.OnClick = [this] {
         Setup1Click();
     };
@@ -139,12 +155,19 @@ void TFormMain::ReadConfigurationFiles() {
     LoggingTexts = {Texts.MessageLoggingStart, Texts.MessageLoggingStop, Texts.MessageClearGraphData,
                     Texts.TrafficButtonON,     Texts.TrafficButtonOFF,   Texts.DialogSaveDatalogFile};
     ProfileOpening.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
-    ProfileOpening.TestfileComport = ReadUnitTexts(language).TestfileComport;
+    const TUnitTexts units = ReadUnitTexts(language);
+    ProfileOpening.TestfileComport = units.TestfileComport;
+    SetpointTexts = {ReadSetpointHeadlines(language),
+                     units.DataUnits,
+                     units.UserUnits,
+                     Texts.DialogOpenProfileCaption,
+                     Texts.DialogSaveDatalogFile,
+                     units.TestfileComport.ValueAt(0)};
     const TNabtodriverTexts driver = ReadNabtodriverTexts(language);
     DeviceID.SetCaption(driver.ButChangeID);
     but_swupdate.SetCaption(driver.ButFWupdate);
     but_errorlog.SetCaption(driver.ButErrorlog);
-    LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
+    SetpointPage.LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
     LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
 
     Configuration = ReadConfiguration(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile));
@@ -285,6 +308,18 @@ void TFormMain::NabtoDeleteUsersTimer() {
 
 void TFormMain::DeleteNabtoUserFolder() {
     tidewell::DeleteNabtoUserFolder(Ports.Files, FCurrentInifilesPath.directorypath);
+}
+
+void TFormMain::ShowReadBack() {
+    const bool running = ReadBack.Running();
+    SetpointPage.Savesetpoints1.SetEnabled(!running);
+    SetpointPage.Loadsetpointfromfile1.SetEnabled(!running);
+    LblReadBack.SetCaption(ReadBack.ProgressText());
+    ReadBackPanel.SetVisible(running);
+    const auto progress = ReadBack.Progress();
+    FileProgressBar.SetMax(progress.Max);
+    FileProgressBar.SetPosition(progress.Position);
+    FileProgressBar.SetVisible(running);
 }
 
 void TFormMain::TheTabChange() {

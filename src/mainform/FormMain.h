@@ -19,7 +19,12 @@
 #include "mainform/ProfileOpening.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
+#include "setpoints/InputDialog.h"
+#include "setpoints/LoadSetpoints.h"
+#include "setpoints/ReadBack.h"
+#include "setpoints/SetpointFiles.h"
 #include "setpoints/SetpointPage.h"
+#include "setpoints/SetpointTexts.h"
 
 #include <functional>
 #include <memory>
@@ -38,6 +43,8 @@ class TFormMain : public TFormMainControls {
         TNabtoLogOn& NabtoLogOn;
         Tlanguagedialog& languagedialog;
         TSetupForm& SetupForm;
+        TInputDialog& InputDialog;
+        TLoadSetpoints& LoadSetpoints;
     };
 
     TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths, TUNabto& nabto,
@@ -75,6 +82,7 @@ class TFormMain : public TFormMainControls {
     TConfiguration Configuration;
     THeadApplTexts Texts;
     TLoggingTexts LoggingTexts;
+    TSetpointTexts SetpointTexts;
     TCommandLineParameters _commandLineParameters;
     bool ShowButtonDevid = false;
 
@@ -89,12 +97,14 @@ class TFormMain : public TFormMainControls {
     TCurrentInifilesPath& FCurrentInifilesPath;
     TModbusPanel ModbusPanel;
     TProfile Profile;
+    TContextHelp ContextHelp;
     TSetpointPage SetpointPage;
     TLogBuffers LogBuffers;
     TGraphPage GraphPage;
     TLiveLog LiveLog;
     TProfileOpening ProfileOpening;
-    TContextHelp ContextHelp;
+    TReadBack ReadBack;
+    TSetpointFiles SetpointFiles;
 
     std::unique_ptr<ITimer> InitTimer;        // 200 ms, once
     std::unique_ptr<ITimer> KeepAliveTimer;   // 300000 ms
@@ -104,12 +114,14 @@ class TFormMain : public TFormMainControls {
   private:
     void ReadConfigurationFiles();
     void ConnectControls();
+    void ShowReadBack();
     void CreateDirectories();
     // Sign-in and profile, with the link enabled. False when the program is about to end.
     bool StartLink();
     // What is kept at the close, in order. Each may throw.
     std::vector<std::function<void()>> ClosingSaves();
 
+    TConnection ReadBackChanged;
     std::unique_ptr<IHttp> Http;
     std::unique_ptr<TApiClient> ApiClient;
     int GridClientWidth = 0;

@@ -33,6 +33,7 @@ TFormMainControls::TFormMainControls()
 
     TheTab.Pages = {TabSetpoint, TabGraph};
     FileProgressBar.SetVisible(false);
+    ReadBackPanel.SetVisible(false);
 }
 
 void TFormMainControls::ApplyTexts(const THeadApplTexts& texts) {

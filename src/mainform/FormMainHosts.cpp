@@ -111,4 +111,52 @@ void TFormMainHosts::TCommandLineActions::EnableExtendedVersionInfo() {
     Main.Device().Enable_debugShowExtendedVersionInfo = true;
 }
 
+bool TFormMainHosts::TSetpointPageHost::DatalogOn() const {
+    return Main.LiveLog.DatalogOn;
+}
+
+bool TFormMainHosts::TSetpointPageHost::DatalogFileOpen() const {
+    return Main.GraphPage.DatalogFileOpen;
+}
+
+std::string TFormMainHosts::TSetpointPageHost::LastDatalogLine() const {
+    const TRawLog& log = Main.LogBuffers.DataLogRawData;
+    if (log.Rows() == 0)
+        return {};
+    const std::size_t row = log.Rows() - 1;
+    std::string line = std::to_string(row) + ';' +
+                       std::string(Main.GraphPage.GraphDataLabelsDateText.At(row)) + ';' +
+                       std::string(Main.GraphPage.GraphDataLabelsTimeText.At(row)) + ';';
+    for (std::size_t column = 0; column < log.Columns(); ++column)
+        line += std::to_string(log.At(column, row)) + ';';
+    return line;
+}
+
+std::string TFormMainHosts::TSetpointPageHost::CurrentDataString() const {
+    std::string data;
+    for (const std::string_view text : Main.LiveLog.UpdateTimerCallBackEvents.Strings())
+        data += text;
+    return data;
+}
+
+std::size_t TFormMainHosts::TSetpointPageHost::DatalogCount() const {
+    return Main.LogBuffers.DatalogCount;
+}
+
+void TFormMainHosts::TReadBackHost::StartLog(bool questionEnable, bool clearData) {
+    Main.StartLog(questionEnable, clearData);
+}
+
+void TFormMainHosts::TReadBackHost::StopLog() {
+    Main.StopLog();
+}
+
+void TFormMainHosts::TInputDialogHost::RepaintStatusBar() {
+    Main.StatusBar.Repaint();
+}
+
+bool TFormMainHosts::TReadBackHost::FormOpen() const {
+    return Main.Visible();
+}
+
 } // namespace tidewell

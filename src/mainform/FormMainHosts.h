@@ -4,7 +4,11 @@
 #include "link/SetupForm.h"
 #include "logging/LiveLog.h"
 #include "mainform/CommandLine.h"
+#include "setpoints/InputDialog.h"
+#include "setpoints/ReadBack.h"
+#include "setpoints/SetpointPage.h"
 
+#include <cstddef>
 #include <string>
 
 namespace tidewell {
@@ -15,7 +19,8 @@ class TFormMain;
 class TFormMainHosts {
   public:
     explicit TFormMainHosts(TFormMain& main)
-        : LiveLog(main), NabtoDevice(main), SetupForm(main), CommandLine(main) {}
+        : LiveLog(main), NabtoDevice(main), SetupForm(main), CommandLine(main), SetpointPage(main),
+          ReadBack(main), InputDialog(main) {}
 
     class TLiveLogHost : public TLiveLog::IHost {
       public:
@@ -75,10 +80,46 @@ class TFormMainHosts {
         TFormMain& Main;
     };
 
+    class TSetpointPageHost : public TSetpointPage::IHost {
+      public:
+        explicit TSetpointPageHost(TFormMain& main) : Main(main) {}
+        bool DatalogOn() const override;
+        bool DatalogFileOpen() const override;
+        std::string LastDatalogLine() const override;
+        std::string CurrentDataString() const override;
+        std::size_t DatalogCount() const override;
+
+      private:
+        TFormMain& Main;
+    };
+
+    class TReadBackHost : public TReadBack::IHost {
+      public:
+        explicit TReadBackHost(TFormMain& main) : Main(main) {}
+        void StartLog(bool questionEnable, bool clearData) override;
+        void StopLog() override;
+        bool FormOpen() const override;
+
+      private:
+        TFormMain& Main;
+    };
+
+    class TInputDialogHost : public TInputDialog::IHost {
+      public:
+        explicit TInputDialogHost(TFormMain& main) : Main(main) {}
+        void RepaintStatusBar() override;
+
+      private:
+        TFormMain& Main;
+    };
+
     TLiveLogHost LiveLog;
     TNabtoDeviceHost NabtoDevice;
     TSetupFormHost SetupForm;
     TCommandLineActions CommandLine;
+    TSetpointPageHost SetpointPage;
+    TReadBackHost ReadBack;
+    TInputDialogHost InputDialog;
 };
 
 } // namespace tidewell

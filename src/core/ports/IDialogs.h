@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -25,8 +26,10 @@ struct TFileFilter {
 struct TFileDialog {
     std::string Title;
     std::filesystem::path InitialDirectory;
-    std::vector<TFileFilter> Filters; // the first is selected
+    std::vector<TFileFilter> Filters;
     bool FileMustExist = false;
+    std::size_t SelectedFilter = 0; // index
+    bool AskOverwrite = true;       // when the file to save to exists
 };
 
 // All that is shown on top of the running form. Every call but Show blocks until the user has answered, and

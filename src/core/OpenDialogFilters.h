@@ -1,0 +1,20 @@
+#pragma once
+
+#include "core/ports/IDialogs.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace tidewell {
+
+// The filter rows of the one dialog that opens profiles, datalogs and setpoint files.
+inline std::vector<TFileFilter> OpenDialogFilters() {
+    return {{"pls", "*.pls"},
+            {"zls;csv", " *.zls;*.csv"},
+            {"txt", "*.txt"},
+            {"DAL (SD Card Datalog)", "*.DAL"},
+            {"SDpls (SC Card Datalog profile)", "*.SDpls"}};
+}
+constexpr std::size_t OpenDialogCsvFilter = 1;
+
+} // namespace tidewell

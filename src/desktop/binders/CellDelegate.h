@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace tidewell {
+
+class TGridModel;
+struct TCellLook;
+
+// Draws the cells of a grid: one line of text on its stripe, with an end ellipsis when too long, or a flat
+// check box. The selected row stands out by its font alone.
+class TCellDelegate : public QStyledItemDelegate {
+  public:
+    TCellDelegate(const TGridModel& model, QObject* parent) : QStyledItemDelegate(parent), Model(model) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    // The whole text of a cell that shows an ellipsis.
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
+
+    static constexpr int Margin = 4; // pixels beside the text
+
+  private:
+    void PaintBox(QPainter& painter, const QStyleOptionViewItem& option, bool checked) const;
+
+    const TGridModel& Model;
+};
+
+// The whole text, of any characters, below the mouse while it stays in the area of the widget.
+void ShowWholeText(const QHelpEvent& event, QWidget& widget, const QRect& area, const QString& text);
+
+} // namespace tidewell
