@@ -169,6 +169,8 @@ void TFormMain::ReadConfigurationFiles() {
     but_errorlog.SetCaption(driver.ButErrorlog);
     SetpointPage.LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
     LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
+    if (const std::string stop = language.ReadText("ReadBack", "Stop"); !stop.empty())
+        ButStopReadBack.SetCaption(stop);
 
     Configuration = ReadConfiguration(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile));
     TrafficButton.SetCaption(Texts.TrafficButtonOFF);
