@@ -50,15 +50,15 @@ void TGraphPage::GraphInit(bool rebuild) {
 }
 
 void TGraphPage::SetAxes() {
-    const auto set = [](TSLAxis& axis, double min, double max) {
+    const auto set = [](TSLScopeAxis& axis, double min, double max) {
         axis.Min.SetBoth(min);
         axis.Max.SetBoth(max);
         axis.Min.SetAutoScale(false);
         axis.Max.SetAutoScale(false);
     };
     set(graph.YAxis, -40, 100);
-    set(graph.AdditionalAxes[0].Axis, 0, 4096);
-    set(graph.AdditionalAxes[1].Axis, 0, 2);
+    set(graph.YAxis.AdditionalAxes[0].Axis, 0, 4096);
+    set(graph.YAxis.AdditionalAxes[1].Axis, 0, 2);
     set(graph.XAxis, 0, static_cast<double>(GraphSpan()));
 }
 

@@ -201,7 +201,7 @@ TEST(GraphPage, ClearingBeginsAnew) {
     EXPECT_FALSE(rig.Page.GraphScroll.Enabled());
     EXPECT_EQ(rig.Page.GraphScroll.Max(), 0);
     EXPECT_TRUE(rig.DrawnX().empty());
-    EXPECT_EQ(rig.Page.graph.AdditionalAxes[0].Axis.Max.Value(), 4096);
+    EXPECT_EQ(rig.Page.graph.YAxis.AdditionalAxes[0].Axis.Max.Value(), 4096);
 }
 
 TEST(GraphPage, WorksWithoutChannels) {
