@@ -25,15 +25,24 @@ std::string_view BehindCharacters(std::string_view text, std::size_t count) {
     return text.substr(at);
 }
 
-// Outside the range the conversion saturates.
+} // namespace
+
+std::string WithoutValue(std::string_view name, std::size_t characters) {
+    const auto mark = name.find(SuffixMark);
+    if (mark == std::string_view::npos)
+        return std::string(name);
+    // The mark counts among the characters that are cut.
+    std::string base(name.substr(0, mark));
+    base += BehindCharacters(name.substr(mark), characters);
+    return base;
+}
+
 std::int32_t Truncated(double value) {
     constexpr auto limits = std::numeric_limits<std::int32_t>();
     if (!(value > limits.min()))
         return limits.min();
     return value < limits.max() ? static_cast<std::int32_t>(value) : limits.max();
 }
-
-} // namespace
 
 void TSLChannelData::Clear() {
     Content.clear();

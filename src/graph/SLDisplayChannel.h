@@ -5,6 +5,7 @@
 #include "graph/SLRedraw.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <string>
 #include <string_view>
@@ -34,6 +35,11 @@ class TSLChannelData {
     TSLRedraw& Redraw;
     std::vector<TSLPoint> Content;
 };
+
+// The name without ":[" and that many characters behind it; what lies further behind stays.
+std::string WithoutValue(std::string_view name, std::size_t characters);
+// Towards 0; outside the range the conversion saturates, and what is no number gives the lowest one.
+std::int32_t Truncated(double value);
 
 // One curve. Its Name is what the legend shows, and carries the live value behind ":[": that part is composed
 // when Name is read, so that a sample costs no text.

@@ -116,7 +116,7 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     if (clearData) {
         ReportTraffic(Parts.Texts.MessageLoggingStart);
         DatalogOn = true;
-        CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
+        Parts.GraphPage.CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
     }
 }
 

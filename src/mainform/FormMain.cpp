@@ -32,7 +32,8 @@ TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrent
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
       SetpointPage(TSetpointPage::TParts{Hosts.SetpointPage, ports.Dialogs, ports.Clock, ModbusPanel,
                                          ContextHelp.HelpfileDoc, forms.InputDialog, SetpointTexts}),
-      GraphPage(Profile, LogBuffers, MemoEventLog),
+      GraphPage(
+          TGraphPage::TParts{Profile, LogBuffers, ports.Dialogs, ports.Wait, MemoEventLog, FileProgressBar}),
       LiveLog(TLiveLog::TParts{Hosts.LiveLog, ports.Dialogs, ports.Clock, ports.Files, ports.Timers,
                                ModbusPanel, Profile, GraphPage, LogBuffers, TrafficButton, MemoEventLog,
                                LoggingTexts, paths}),

@@ -5,6 +5,8 @@
 #include "model/ColorText.h"
 #include "model/Profile.h"
 #include "support/MemoryFiles.h"
+#include "support/ScriptedDialogs.h"
+#include "support/VirtualTime.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,8 +38,11 @@ class TPage {
     }
     // Adds live samples until there are that many; each sample's raw value is its number.
     void Extend(std::size_t count) {
-        for (std::size_t n = Page.GraphSampleCount(); n < count; ++n)
+        for (std::size_t n = Page.GraphSampleCount(); n < count; ++n) {
+            Page.GraphDataLabelsTimeText.Add("t" + std::to_string(n));
+            Page.GraphDataLabelsDateText.Add("d" + std::to_string(n));
             Page.ExtendGraph(std::to_string(n) + ";02-03-2026;08:00:00;" + std::to_string(n) + "; ");
+        }
     }
     std::vector<double> DrawnX() const {
         std::vector<double> xs;
@@ -53,7 +58,10 @@ class TPage {
     TProfile Profile{Files};
     TFakeLog Log;
     TMemo MemoEventLog{"MemoEventLog"};
-    TGraphPage Page{Profile, Log, MemoEventLog};
+    TProgressBar FileProgressBar{"FileProgressBar"};
+    test::TVirtualTime Time;
+    test::TScriptedDialogs Dialogs;
+    TGraphPage Page{TGraphPage::TParts{Profile, Log, Dialogs, Time, MemoEventLog, FileProgressBar}};
 };
 
 std::vector<double> Range(int first, int last, int step = 1) {

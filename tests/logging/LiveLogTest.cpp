@@ -79,7 +79,8 @@ class TRig {
     TProfile Profile{Files};
     TMemo MemoEventLog{"MemoEventLog"};
     TLogBuffers Buffers;
-    TGraphPage Page{Profile, Buffers, MemoEventLog};
+    TProgressBar FileProgressBar{"FileProgressBar"};
+    TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
     TLoggingTexts Texts{"Started", "Stopped", Question, "ON", "OFF", "Save it"};
     TCurrentInifilesPath Paths{{}, {}, {}, {}, "/t"};
@@ -241,7 +242,7 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
     EXPECT_THAT(rig.Host.TakeCalls(), ElementsAre("init", "repaint", "startLog", "repaint"));
     EXPECT_EQ(rig.Saved(Partial), Header);
     EXPECT_TRUE(rig.Log.DatalogOn);
-    EXPECT_EQ(rig.Log.CurrentLogStartDate, "02-03-2026");
+    EXPECT_EQ(rig.Page.CurrentLogStartDate, "02-03-2026");
     EXPECT_EQ(rig.TrafficButton.Color(), TColor{32768});
     EXPECT_EQ(rig.TrafficButton.Caption(), "ON");
     EXPECT_FALSE(rig.Page.graph.Cursors[0].Visible());
