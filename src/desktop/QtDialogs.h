@@ -38,6 +38,7 @@ class TQtDialogs : public IDialogs {
     EModalResult ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) override;
     std::optional<std::string> InputBox(const std::string& title, const std::string& prompt) override;
     std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) override;
+    std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) override;
     std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) override;
     EModalResult ShowModal(TForm& form) override;
     void Show(TForm& form) override;
@@ -53,7 +54,8 @@ class TQtDialogs : public IDialogs {
     QWidget& ViewOf(const TForm& form); // throws TError if none is registered
     QWidget* TopWindow() const;         // what a dialog belongs on; may be nullptr
     void RunModal(TForm& form);
-    std::optional<std::filesystem::path> RunFileDialog(const TFileDialog& dialog, bool save);
+    enum class EFileMode { Open, OpenMany, Save };
+    std::vector<std::filesystem::path> RunFileDialog(const TFileDialog& dialog, EFileMode mode);
 
     TQtApplication& Application;
     std::map<const TForm*, TEntry> Views;

@@ -3,10 +3,12 @@
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
+#include "core/TextFile.h"
 #include "core/controls/Lists.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IWait.h"
 #include "model/ColorText.h"
+#include "model/GraphRowParser.h"
 #include "model/Profile.h"
 #include "model/ValueCodec.h"
 
@@ -37,6 +39,14 @@ std::string PlainText(double value) {
     std::array<char, 400> text{};
     const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     return {text.data(), end.ptr};
+}
+
+// A text of a file: bytes that are no valid UTF-8 are Windows-1252.
+void AddText(TTextColumn& column, std::string_view text) {
+    const bool plain =
+        std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    EEncoding encoding{};
+    column.Add(plain ? text : DecodeText(text, encoding));
 }
 
 } // namespace
@@ -194,24 +204,30 @@ void TGraphPage::ExtendGraph(std::string_view line) {
 void TGraphPage::AddGraphSample(std::string_view line, std::size_t sampleIndex) {
     DataLogDataValues.Resize(sampleIndex + 1);
     const TSplitLine fields(line);
-    const auto x = static_cast<double>(sampleIndex);
-    const bool drawn = x <= graph.XAxis.Max.DataValue() &&
-                       sampleIndex % static_cast<std::size_t>(std::max(GraphZoomFactor, 1)) == 0;
+    const bool drawn = IsDrawn(sampleIndex);
     std::size_t number = 0;
     for (const TGraphPoint& point : Parts.Profile.GraphPoints) {
         if (!point.IsChannel)
             continue;
         const double value = CalculateDatapointValue(point, fields).Value;
         DataLogDataValues.Set(number, sampleIndex, value);
-        TSLDisplayChannel& channel = graph.Channels[number];
         if (drawn)
-            channel.Data.AddXYPoint(x, value);
-        if (point.Type == BinaryType)
-            channel.ShowBits(Sources.at(number).Name, value);
-        else
-            channel.ShowValue(value);
+            graph.Channels[number].Data.AddXYPoint(static_cast<double>(sampleIndex), value);
+        RenewName(number, point.Type, value);
         ++number;
     }
+}
+
+bool TGraphPage::IsDrawn(std::size_t sample) const {
+    return static_cast<double>(sample) <= graph.XAxis.Max.DataValue() &&
+           sample % static_cast<std::size_t>(std::max(GraphZoomFactor, 1)) == 0;
+}
+
+void TGraphPage::RenewName(std::size_t channel, std::int32_t type, double value) {
+    if (type == BinaryType)
+        graph.Channels[channel].ShowBits(Sources.at(channel).Name, value);
+    else
+        graph.Channels[channel].ShowValue(value);
 }
 
 void TGraphPage::UpdateTestData(int position) {
@@ -301,25 +317,48 @@ void TGraphPage::DrawGraphDatafromList(IDataLines& lines) {
     const std::size_t drawn = count - 1;
     const std::size_t stepOfBar = std::max<std::size_t>(count / 100, 1);
     bar.SetVisible(true);
+    TGraphRowParser parser(Parts.Profile.GraphPoints);
+    std::string_view line;
     for (std::size_t i = 0; i < drawn; ++i) {
-        const std::string_view line = lines.Next();
         if (i % stepOfBar == 0) {
             bar.SetPosition(static_cast<int>(i));
             Parts.Wait.Sleep(0);
         }
-        const TSplitLine head(line, 3);
+        line = lines.Next();
+        parser.Parse(line);
         if (i == 0)
-            CurrentLogStartDate = head.Field(1);
-        GraphDataLabelsTimeText.Add(head.Field(2));
-        GraphDataLabelsDateText.Add(head.Field(1));
-        AddGraphSample(line, i);
-        if (i + 1 == drawn)
-            DatalogLastLineSetpoint = line;
+            CurrentLogStartDate = parser.Date();
+        AddText(GraphDataLabelsTimeText, parser.Time());
+        AddText(GraphDataLabelsDateText, parser.Date());
+        AddParsedSample(parser, i);
     }
+    RenewNames(parser);
+    DatalogLastLineSetpoint = line;
     UpdateGraphScrollBar();
     UpdateTestData(GraphScroll.Position());
     UpdateGraphTimeLabels();
     bar.SetVisible(false);
+}
+
+void TGraphPage::AddParsedSample(const TGraphRowParser& parser, std::size_t sampleIndex) {
+    DataLogDataValues.Resize(sampleIndex + 1);
+    const bool drawn = IsDrawn(sampleIndex);
+    for (std::size_t channel = 0; channel < parser.Channels(); ++channel) {
+        const double value = parser.Value(channel);
+        DataLogDataValues.Set(channel, sampleIndex, value);
+        if (drawn)
+            graph.Channels[channel].Data.AddXYPoint(static_cast<double>(sampleIndex), value);
+    }
+}
+
+void TGraphPage::RenewNames(const TGraphRowParser& parser) {
+    std::size_t number = 0;
+    for (const TGraphPoint& point : Parts.Profile.GraphPoints) {
+        if (!point.IsChannel)
+            continue;
+        RenewName(number, point.Type, parser.Value(number));
+        ++number;
+    }
 }
 
 void TGraphPage::ShowBinaryPopup(double value) {

@@ -20,6 +20,7 @@ namespace tidewell {
 class IDialogs;
 class IWait;
 class TMemo;
+class TGraphRowParser;
 class TProfile;
 struct TGraphChannelSettings;
 
@@ -126,6 +127,11 @@ class TGraphPage {
     void DrawChannel(std::size_t channel, std::int64_t start, std::int64_t end);
     void SetView(std::int64_t min, std::int64_t max);
 
+    // As AddGraphSample, with the values of the line that the parser has read; names are renewed at the end.
+    void AddParsedSample(const TGraphRowParser& parser, std::size_t sampleIndex);
+    void RenewNames(const TGraphRowParser& parser);
+    bool IsDrawn(std::size_t sample) const; // in the window, and not thinned out
+    void RenewName(std::size_t channel, std::int32_t type, double value);
     void ConnectSurface();
     void ConnectMenu();
     void Rezoom(int factor);

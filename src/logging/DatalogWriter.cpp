@@ -1,5 +1,6 @@
 #include "logging/DatalogWriter.h"
 
+#include "core/ports/IDialogs.h"
 #include "graph/TextColumn.h"
 #include "logging/LogBuffers.h"
 #include "model/ModbusPanel.h"
@@ -119,6 +120,18 @@ std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::pat
     for (int number = 2; files.FileExists(path); ++number)
         path = wanted.parent_path() /
                (wanted.stem().string() + "-" + std::to_string(number) + wanted.extension().string());
+    return path;
+}
+
+std::filesystem::path WithCsv(const IFiles& files, IDialogs& dialogs, const std::filesystem::path& chosen) {
+    if (chosen.filename().string().find(".csv") != std::string::npos)
+        return chosen;
+    std::filesystem::path path = chosen;
+    path += ".csv";
+    if (files.FileExists(path) &&
+        dialogs.ShowMessageBox(EMessageKind::Confirmation, path.string() + " already exists. Replace it?",
+                               EButtons::YesNo) != EModalResult::Yes)
+        return {};
     return path;
 }
 

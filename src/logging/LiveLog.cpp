@@ -167,14 +167,8 @@ void TLiveLog::SaveUserDatalog1Click() {
     const auto chosen = Parts.Dialogs.SaveFile(dialog);
     if (!chosen)
         return;
-    fs::path path = *chosen;
-    if (path.filename().string().find(".csv") == std::string::npos)
-        path += ".csv";
-    // The dialog has asked for the name as it was typed.
-    if (path != *chosen && Parts.Files.FileExists(path) &&
-        Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
-                                     path.string() + " already exists. Replace it?",
-                                     EButtons::YesNo) != EModalResult::Yes)
+    const fs::path path = WithCsv(Parts.Files, Parts.Dialogs, *chosen);
+    if (path.empty())
         return;
     WriteDatalog(Parts.Files, path, Rows(), CreateDatalogHeader());
     Parts.MemoEventLog.Add("StringDatalog saved and cleared");
