@@ -18,11 +18,11 @@ constexpr std::size_t keptHeader = 1024;
 
 } // namespace
 
-TDatalogLines::TReader::TReader(std::unique_ptr<IFileReader> file)
+TDatalogLineReader::TDatalogLineReader(std::unique_ptr<IFileReader> file)
     : File(std::move(file)), Buffer(longestLine + blockSize) {}
 
 // Moves the rest of the line at hand to the front and reads on behind it.
-bool TDatalogLines::TReader::Refill() {
+bool TDatalogLineReader::Refill() {
     if (AtEnd)
         return false;
     std::memmove(Buffer.data(), Buffer.data() + Begin, End - Begin);
@@ -34,7 +34,7 @@ bool TDatalogLines::TReader::Refill() {
     return got > 0;
 }
 
-bool TDatalogLines::TReader::Next(std::string_view& line) {
+bool TDatalogLineReader::Next(std::string_view& line) {
     for (std::size_t searched = 0;;) {
         const char* const begin = Buffer.data() + Begin;
         const std::size_t size = End - Begin;
@@ -81,7 +81,7 @@ bool TDatalogLines::TReader::Next(std::string_view& line) {
 TDatalogLines::TDatalogLines(const IFiles& files, std::vector<std::filesystem::path> paths)
     : Files(files), Paths(std::move(paths)) {
     for (const auto& path : Paths) {
-        TReader reader(Files.Open(path));
+        TDatalogLineReader reader(Files.Open(path));
         std::string_view line;
         std::size_t rows = 0;
         bool marked = false;
@@ -110,7 +110,7 @@ std::string_view TDatalogLines::Next() {
         if (File == Paths.size())
             return {};
         RowsLeft = RowsOfFile[File];
-        Current = std::make_unique<TReader>(Files.Open(Paths[File++]));
+        Current = std::make_unique<TDatalogLineReader>(Files.Open(Paths[File++]));
     }
     --RowsLeft;
     std::string_view line;

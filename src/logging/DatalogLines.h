@@ -12,6 +12,25 @@
 
 namespace tidewell {
 
+// The lines of a file, read block by block. A line is cut at a mebibyte.
+class TDatalogLineReader {
+  public:
+    explicit TDatalogLineReader(std::unique_ptr<IFileReader> file);
+    // False behind the last line. The line is valid until the next call. Throws EInOutError.
+    bool Next(std::string_view& line);
+
+  private:
+    bool Refill();
+
+    std::unique_ptr<IFileReader> File;
+    std::vector<char> Buffer;
+    std::size_t Begin = 0; // of what is not given out yet
+    std::size_t End = 0;
+    bool AtEnd = false;
+    bool SkipLineFeed = false; // the second half of a CR LF
+    bool InLongLine = false;
+};
+
 // The lines of datalog files, one file behind the other, read block by block. A last line with
 // ";[HeaderStart]" is no row. CR LF, LF and CR all end a line, and a last line needs no end.
 class TDatalogLines : public IDataLines {
@@ -26,33 +45,13 @@ class TDatalogLines : public IDataLines {
     std::string_view Next() override;
 
   private:
-    // The lines of one file. A line is at most as long as LongestLine; the rest of a longer one is passed
-    // over.
-    class TReader {
-      public:
-        explicit TReader(std::unique_ptr<IFileReader> file);
-        // False behind the last line.
-        bool Next(std::string_view& line);
-
-      private:
-        bool Refill();
-
-        std::unique_ptr<IFileReader> File;
-        std::vector<char> Buffer;
-        std::size_t Begin = 0; // of what is not given out yet
-        std::size_t End = 0;
-        bool AtEnd = false;
-        bool SkipLineFeed = false; // the second half of a CR LF
-        bool InLongLine = false;
-    };
-
     const IFiles& Files;
     std::vector<std::filesystem::path> Paths;
     std::vector<std::size_t> RowsOfFile;
     std::vector<std::string> Headers;
     std::size_t Rows = 0;
 
-    std::unique_ptr<TReader> Current;
+    std::unique_ptr<TDatalogLineReader> Current;
     std::size_t File = 0;     // the one being read
     std::size_t RowsLeft = 0; // of it
 };

@@ -1,9 +1,9 @@
 #include "logging/SdDatalogReader.h"
 
 #include "core/Errors.h"
-#include "core/OpenDialogFilters.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
+#include "core/OpenDialogFilters.h"
 #include "core/TextFile.h"
 #include "core/controls/Simple.h"
 #include "graph/GraphPage.h"
