@@ -150,4 +150,16 @@ bool TFormMainHosts::TReadBackHost::FormOpen() const {
     return Main.Visible();
 }
 
+void TFormMainHosts::TDatalogHost::StopLog() {
+    Main.StopLog();
+}
+
+void TFormMainHosts::TDatalogHost::OpenProfile(const std::filesystem::path& path) {
+    Main.ProfileOpening.OpenProfile(path);
+}
+
+bool TFormMainHosts::TDatalogHost::FormOpen() const {
+    return Main.Visible();
+}
+
 } // namespace tidewell
