@@ -37,9 +37,10 @@ void TBinaryView::PrepareBinaryView(std::int32_t value) {
     const std::string bits = BinaryString(value & 0xFFFF, bitCount);
     BinaryGraphList.clear();
     for (const std::string_view name : SplitStrictly(BinaryCommastring, ',')) {
-        if (BinaryGraphList.size() == bitCount)
-            break;
-        BinaryGraphList.push_back(bits[BinaryGraphList.size()] + ("   " + std::string(name)));
+        std::string row(name);
+        if (BinaryGraphList.size() < bitCount)
+            row.insert(0, bits[BinaryGraphList.size()] + std::string("   "));
+        BinaryGraphList.push_back(std::move(row));
     }
     MemoEventLog.Add("Binary value " + bits);
 }

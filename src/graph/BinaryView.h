@@ -23,7 +23,8 @@ class TBinaryView {
     // Whether the channel of that name, with or without its value behind ":[", is a bit field with named
     // bits; BinaryCommastring then gets the names.
     bool ChannelIsBinary(std::string_view name);
-    // BinaryGraphList gets a row per name: its bit, most significant first, three blanks and the name.
+    // BinaryGraphList gets a row per name: its bit, most significant first, three blanks and the name. Names
+    // beyond the 16 bits stay as they are.
     void PrepareBinaryView(std::int32_t value);
     // Size of the popup in pixels.
     int Height() const { return RowHeight * static_cast<int>(BinaryGraphList.size()); }

@@ -16,6 +16,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace tidewell {
 
@@ -24,15 +25,15 @@ namespace {
 constexpr std::int32_t BinaryType = 100;
 constexpr double NoValue = -1; // a value of -1 counts as none too
 
-// Colours for graph rows that name none, by channel.
-constexpr std::array<TColor, 8> Palette{{{0x00B47744},
-                                         {0x000E7FFF},
-                                         {0x002CA02C},
-                                         {0x002827D6},
-                                         {0x00BD6794},
-                                         {0x004B568C},
-                                         {0x00C277E3},
-                                         {0x00CFBE17}}};
+// Colours for graph rows that name none, by channel; they can be told apart without seeing red or green.
+constexpr std::array<TColor, 8> Palette{{{0x00B27200},
+                                         {0x00005ED5},
+                                         {0x00739E00},
+                                         {0x00A779CC},
+                                         {0x00009FE6},
+                                         {0x00E9B456},
+                                         {0x00808080},
+                                         {0x00A03060}}};
 
 // All digits of a whole number, never in scientific notation.
 std::string PlainText(double value) {
@@ -42,11 +43,24 @@ std::string PlainText(double value) {
 }
 
 // A text of a file: bytes that are no valid UTF-8 are Windows-1252.
+std::string Decoded(std::string_view text) {
+    EEncoding encoding{};
+    return DecodeText(text, encoding);
+}
+
 void AddText(TTextColumn& column, std::string_view text) {
     const bool plain =
         std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    EEncoding encoding{};
-    column.Add(plain ? text : DecodeText(text, encoding));
+    if (plain)
+        column.Add(text);
+    else
+        column.Add(Decoded(text));
+}
+
+// Index of the axis that field 1 of a graph row numbers from 1.
+int AxisIndexOf(std::string_view field) {
+    const std::int32_t number = ToIntegerOr(DigitsOnly(field), 0);
+    return std::max(number, std::numeric_limits<std::int32_t>::min() + 1) - 1;
 }
 
 } // namespace
@@ -132,6 +146,7 @@ void TGraphPage::SetAxes() {
         axis.Max.SetBoth(max);
         axis.Min.SetAutoScale(false);
         axis.Max.SetAutoScale(false);
+        axis.AutoScaling = {false, false};
     };
     set(graph.YAxis, -40, 100);
     set(graph.YAxis.AdditionalAxes[0].Axis, 0, 4096);
@@ -155,15 +170,16 @@ std::string TGraphPage::RebuildChannels() {
         TSLDisplayChannel& channel = graph.Channels.Add();
         channel.SetName(Sources.back().Name);
         channel.SetColor(Sources.back().Color);
-        channel.SetYAxisIndex(ToIntegerOr(DigitsOnly(GetRowField(text, 1)), 0) - 1);
+        channel.SetYAxisIndex(AxisIndexOf(GetRowField(text, 1)));
         if (number >= Parts.Profile.VisibleGraph.Count())
             continue;
         const auto& entry = Parts.Profile.VisibleGraph.Rows()[number];
         try {
             channel.SetVisible(ToBoolean(entry.Value));
         } catch (const EConvertError& cause) {
-            error = Parts.Profile.currentprofilefile.string() + ": [VisibleGraph] " + entry.Name + ": " +
-                    cause.what();
+            if (error.empty())
+                error = Parts.Profile.currentprofilefile.string() + ": [VisibleGraph] " + entry.Name + ": " +
+                        cause.what();
         }
     }
     return error;
@@ -176,6 +192,7 @@ void TGraphPage::ClearGraphPage() {
     DataLogDataValues.Reset(Parts.Profile.GraphEnableCount);
     GraphDataLabelsTimeText.Clear();
     GraphDataLabelsDateText.Clear();
+    FileRows = 0;
     Parts.Log.ClearLog();
     graph.ZoomOff();
     SetView(0, GraphSpan());
@@ -327,7 +344,8 @@ void TGraphPage::DrawGraphDatafromList(IDataLines& lines) {
         line = lines.Next();
         parser.Parse(line);
         if (i == 0)
-            CurrentLogStartDate = parser.Date();
+            CurrentLogStartDate = Decoded(parser.Date());
+        FileRows = i + 1;
         AddText(GraphDataLabelsTimeText, parser.Time());
         AddText(GraphDataLabelsDateText, parser.Date());
         AddParsedSample(parser, i);

@@ -111,6 +111,7 @@ class TGraphPage {
     int GraphZoomFactor = 1;
     bool DatalogFileOpen = false;        // the page shows a file and not the live log
     std::string DatalogLastLineSetpoint; // of that file, the last line shown
+    std::size_t FileRows = 0;            // rows that came from it; those of a log that goes on follow them
     std::string CurrentLogStartDate;     // date text at the start of the log
     std::size_t CurrentChannelindex = 0; // last channel under the mouse
 

@@ -52,8 +52,8 @@ class TSLDisplayChannel {
     // Name becomes its part up to and with ":[", which is added if missing, then what lies more than 20
     // characters behind that, then the value with two decimals and "]".
     void ShowValue(double value);
-    // Name becomes base + ":[", the 16 binary digits of the truncated value with a blank in the middle, "]".
-    // Throws ERangeError for a value that 16 digits cannot show.
+    // Name becomes base + ":[", the low 16 binary digits of the truncated value with a blank in the middle,
+    // "]".
     void ShowBits(std::string_view base, double value);
 
     bool Visible() const { return IsVisible; }

@@ -16,6 +16,8 @@
 
 namespace tidewell {
 
+enum class EMouseCursor { crDefault, crHandPoint };
+
 // A vertical line that the user moves over the curves.
 class TSLCursor {
   public:
@@ -27,6 +29,8 @@ class TSLCursor {
     void SetVisible(bool visible);
     const TSLPoint& Position() const { return Point; }
     void SetPosition(const TSLPoint& point);
+
+    EMouseCursor VerticalMouseCursor = EMouseCursor::crHandPoint; // while the mouse is over the line
 
   private:
     TSLRedraw& Redraw;
@@ -130,15 +134,17 @@ class TSLScope {
         } Channels;
     } Highlighting;
     struct {
+        struct TCaption {
+            bool Visible = false;
+        };
         struct {
-            struct {
-                bool Visible = false;
-            } Caption;
+            TCaption Caption;
             // A channel's entry was clicked: its index, whether the handler has dealt with it.
             TEvent<std::size_t, bool&> OnItemClick;
         } Channels;
         struct {
             bool Visible = false;
+            TCaption Caption;
         } Cursors, CursorLinks, Labels;
     } Legend;
 

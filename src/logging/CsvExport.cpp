@@ -55,10 +55,13 @@ void AddValue(std::string& text, double value) {
 class TColumn {
   public:
     TColumn(const TSampleTable& table, std::size_t channel) : Table(table), Channel(channel) {}
+    // Throws EListError for a channel that the table does not hold.
     double At(std::size_t sample) {
         if (sample >= First + Run.size()) {
             First = sample;
             Run = Table.Run(Channel, sample);
+            if (Run.empty())
+                throw EListError(Channel);
         }
         return Run[sample - First];
     }

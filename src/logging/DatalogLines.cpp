@@ -11,32 +11,31 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::size_t blockSize = 1U << 20U;
-constexpr std::size_t longestLine = blockSize; // no row comes near
 constexpr std::string_view headerMark = ";[HeaderStart]";
 constexpr std::size_t keptHeader = 1024;
 
 } // namespace
 
-TDatalogLineReader::TDatalogLineReader(std::unique_ptr<IFileReader> file)
-    : File(std::move(file)), Buffer(longestLine + blockSize) {}
+TDatalogLineReader::TDatalogLineReader(std::unique_ptr<IFileReader> file, std::size_t blockSize)
+    : File(std::move(file)), Block(blockSize), Buffer(std::make_unique_for_overwrite<char[]>(2 * blockSize)) {
+}
 
 // Moves the rest of the line at hand to the front and reads on behind it.
 bool TDatalogLineReader::Refill() {
     if (AtEnd)
         return false;
-    std::memmove(Buffer.data(), Buffer.data() + Begin, End - Begin);
+    std::memmove(Buffer.get(), Buffer.get() + Begin, End - Begin);
     End -= Begin;
     Begin = 0;
-    const std::size_t got = File->Read(std::span(Buffer).subspan(End, blockSize));
-    AtEnd = got < blockSize;
+    const std::size_t got = File->Read({Buffer.get() + End, Block});
+    AtEnd = got < Block;
     End += got;
     return got > 0;
 }
 
 bool TDatalogLineReader::Next(std::string_view& line) {
     for (std::size_t searched = 0;;) {
-        const char* const begin = Buffer.data() + Begin;
+        const char* const begin = Buffer.get() + Begin;
         const std::size_t size = End - Begin;
         if (SkipLineFeed && size > 0) {
             SkipLineFeed = false;
@@ -60,7 +59,7 @@ bool TDatalogLineReader::Next(std::string_view& line) {
             searched = 0; // the end of a line that is given out already
             continue;
         }
-        if (size >= longestLine) {
+        if (size >= Block) {
             Begin = End;
             searched = 0;
             if (!std::exchange(InLongLine, true)) {
@@ -71,7 +70,7 @@ bool TDatalogLineReader::Next(std::string_view& line) {
         }
         searched = size;
         if (!Refill()) {
-            line = {Buffer.data() + Begin, End - Begin};
+            line = {Buffer.get() + Begin, End - Begin};
             Begin = End;
             return !line.empty() && !std::exchange(InLongLine, false);
         }

@@ -12,10 +12,12 @@
 
 namespace tidewell {
 
-// The lines of a file, read block by block. A line is cut at a mebibyte.
+// The lines of a file, read block by block. A line is cut where it is as long as a block.
 class TDatalogLineReader {
   public:
-    explicit TDatalogLineReader(std::unique_ptr<IFileReader> file);
+    static constexpr std::size_t BlockSize = 1U << 20U;
+
+    explicit TDatalogLineReader(std::unique_ptr<IFileReader> file, std::size_t blockSize = BlockSize);
     // False behind the last line. The line is valid until the next call. Throws EInOutError.
     bool Next(std::string_view& line);
 
@@ -23,8 +25,9 @@ class TDatalogLineReader {
     bool Refill();
 
     std::unique_ptr<IFileReader> File;
-    std::vector<char> Buffer;
-    std::size_t Begin = 0; // of what is not given out yet
+    std::size_t Block;
+    std::unique_ptr<char[]> Buffer; // of two blocks
+    std::size_t Begin = 0;          // of what is not given out yet
     std::size_t End = 0;
     bool AtEnd = false;
     bool SkipLineFeed = false; // the second half of a CR LF

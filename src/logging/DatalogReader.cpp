@@ -46,8 +46,12 @@ void TDatalogReader::OpenDatalogfile1Click() {
     dialog.SelectedFilter = OpenDialogCsvFilter;
     dialog.FileMustExist = true;
     const auto paths = Parts.Dialogs.OpenFiles(dialog);
-    if (paths.empty() || !Parts.Host.FormOpen())
+    if (!Parts.Host.FormOpen())
         return;
+    if (paths.empty()) {
+        Parts.FileProgressBar.SetVisible(false);
+        return;
+    }
     Parts.Host.StopLog();
     Parts.GraphPage.ClearGraphPage();
     Parts.GraphPage.DatalogFileOpen = true;

@@ -67,8 +67,9 @@ class TBlockWriter {
 
 void WriteRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row,
               std::span<const std::int32_t> values) {
-    const std::string_view date = row < rows.Dates.Count() ? rows.Dates.At(row) : std::string_view();
-    const std::string_view time = row < rows.Times.Count() ? rows.Times.At(row) : std::string_view();
+    const std::size_t text = rows.FirstText + row;
+    const std::string_view date = text < rows.Dates.Count() ? rows.Dates.At(text) : std::string_view();
+    const std::string_view time = text < rows.Times.Count() ? rows.Times.At(text) : std::string_view();
     const std::size_t columns = rows.Values.Columns();
     out.Reserve((columns + 1) * LongestField + date.size() + time.size() + 8);
     out.RowNumber(row + 1);

@@ -23,6 +23,7 @@ struct TDatalogRows {
     const TTextColumn& Dates;
     const TTextColumn& Times;
     const TRawLog& Values;
+    std::size_t FirstText = 0; // entry of Dates and Times that belongs to the first row
 };
 
 // Writes <number from 1>;<date>;<time>;<values>; per row and then the header line, each ended by CR LF. The

@@ -59,7 +59,7 @@ void TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
     const TTime now = Parts.Clock.Now();
     const std::string time = Parts.Clock.LongTime(now);
     const std::string date = Parts.Clock.ShortDate(now);
-    page.DropSamplesFrom(row); // what a step that failed has left
+    page.DropSamplesFrom(page.FileRows + row); // what a step that failed has left
     page.GraphDataLabelsTimeText.Add(time);
     page.GraphDataLabelsDateText.Add(date);
 
@@ -189,7 +189,7 @@ fs::path TLiveLog::UserLogDirectory() const {
 
 TDatalogRows TLiveLog::Rows() const {
     return {Parts.Buffers.DatalogCount, Parts.GraphPage.GraphDataLabelsDateText,
-            Parts.GraphPage.GraphDataLabelsTimeText, Parts.Buffers.DataLogRawData};
+            Parts.GraphPage.GraphDataLabelsTimeText, Parts.Buffers.DataLogRawData, Parts.GraphPage.FileRows};
 }
 
 void TLiveLog::ReportTraffic(const std::string& message) {

@@ -4,9 +4,9 @@
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 #include "core/OpenDialogFilters.h"
-#include "core/TextFile.h"
 #include "core/controls/Simple.h"
 #include "graph/GraphPage.h"
+#include "logging/DatalogLines.h"
 #include "model/GraphRowParser.h"
 #include "model/Profile.h"
 
@@ -28,10 +28,24 @@ constexpr std::size_t values = 16;
 constexpr std::array<std::string_view, 2> magics{"QX410_SD_datalog_by_Korvanium_A/S",
                                                  "SD_datalog_by_Korvanium_A/S"};
 constexpr std::string_view headerMark = ";[HeaderStart]";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t manyRows = 10000;
 constexpr std::size_t truncation = 10; // every tenth row is kept
+constexpr std::size_t typeField = 6;   // of a graph row
 constexpr int labelAxis = 2;
 constexpr double labelHeight = 0.05;
+
+// The lines that matter, empty ones for those that are missing.
+std::vector<std::string> FirstLines(const IFiles& files, const std::filesystem::path& path) {
+    std::vector<std::string> lines;
+    TDatalogLineReader reader(files.Open(path));
+    for (std::string_view line; lines.size() <= magicLine && reader.Next(line);)
+        lines.emplace_back(line);
+    if (!lines.empty() && lines[0].starts_with(byteOrderMark))
+        lines[0].erase(0, byteOrderMark.size());
+    lines.resize(magicLine + 1);
+    return lines;
+}
 
 TMinute StampOf(const std::string& line) {
     std::array<std::int32_t, 5> part{};
@@ -80,17 +94,21 @@ std::string ValuesText(std::string_view line) {
 } // namespace
 
 void TSdDatalogReader::Convert(const std::filesystem::path& path, std::vector<std::string>& rows) {
-    std::vector<std::string> lines = ReadLines(Parts.Files, path);
-    lines.resize(magicLine + 1);
+    const std::vector<std::string> lines = FirstLines(Parts.Files, path);
     const std::string& magic = lines[magicLine];
     if (magic != magics[0] && magic != magics[1]) {
         Parts.Dialogs.ShowMessage("SD Card file is not a valid datalog file");
         return;
     }
-    TMinute time = StampOf(lines[stampLine]) - std::chrono::minutes(dataLines - 1);
-    for (std::size_t i = 0; i < dataLines; ++i) {
-        rows.push_back(std::to_string(i) + ';' + StampText(time) + ValuesText(lines[i]));
-        time += std::chrono::minutes(1);
+    std::size_t line = stampLine;
+    try {
+        TMinute time = StampOf(lines[stampLine]) - std::chrono::minutes(dataLines - 1);
+        for (line = 0; line < dataLines; ++line) {
+            rows.push_back(std::to_string(line) + ';' + StampText(time) + ValuesText(lines[line]));
+            time += std::chrono::minutes(1);
+        }
+    } catch (const EConvertError& error) {
+        throw EConvertError(path.string() + ", line " + std::to_string(line + 1) + ": " + error.what());
     }
     rows.emplace_back(headerMark);
 }
@@ -184,10 +202,12 @@ std::size_t TSdDatalogReader::FitAxis(std::vector<std::string>& rows) {
 void TSdDatalogReader::Draw(const std::vector<std::string>& rows, std::size_t labelInterval) {
     TGraphPage& page = Parts.GraphPage;
     TSLScope& graph = page.graph;
-    std::vector<TGraphPoint> points = Parts.Profile.GraphPoints;
-    for (TGraphPoint& point : points)
-        point.Type = 0; // the type code plays no part here
+    std::vector<TGraphPoint> points;
+    for (const std::string& row : Parts.Profile.GraphValues)
+        points.push_back(ParseGraphPoint(SetRowField(row, typeField, "0"))); // the type plays no part here
     TGraphRowParser parser(points);
+    if (parser.Channels() == 0)
+        throw TError(Parts.Profile.currentprofilefile.string() + ": no row of [GraphPoints] is a channel");
     for (std::size_t i = 0; i < rows.size(); ++i) {
         Parts.FileProgressBar.SetPosition(static_cast<int>(i));
         parser.Parse(rows[i]);
