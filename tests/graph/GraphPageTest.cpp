@@ -1,77 +1,15 @@
-#include "graph/GraphPage.h"
-
 #include "core/Errors.h"
-#include "core/controls/Lists.h"
+#include "graph/GraphPageRig.h"
 #include "model/ColorText.h"
-#include "model/Profile.h"
-#include "support/MemoryFiles.h"
-#include "support/ScriptedDialogs.h"
-#include "support/VirtualTime.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <string>
-#include <utility>
-#include <vector>
+#include <limits>
+#include <tuple>
 
-namespace tidewell {
+namespace tidewell::test {
 
 using testing::ElementsAre;
-
-namespace {
-
-class TFakeLog : public TGraphPage::ILog {
-  public:
-    void ClearLog() override { ++Cleared; }
-    int Cleared = 0;
-};
-
-constexpr const char* OneChannel = "[GraphPoints]\r\nA=Temp;1;clBlue;3;0;1;150;;;;;;1;\r\n";
-
-class TPage {
-  public:
-    explicit TPage(const std::string& profileText, int xAxisJump = 10) {
-        Files.Put("/p/a.pls", profileText);
-        Profile.Open("/p/a.pls");
-        Page.XAxisJump = xAxisJump;
-    }
-    // Adds live samples until there are that many; each sample's raw value is its number.
-    void Extend(std::size_t count) {
-        for (std::size_t n = Page.GraphSampleCount(); n < count; ++n) {
-            Page.GraphDataLabelsTimeText.Add("t" + std::to_string(n));
-            Page.GraphDataLabelsDateText.Add("d" + std::to_string(n));
-            Page.ExtendGraph(std::to_string(n) + ";02-03-2026;08:00:00;" + std::to_string(n) + "; ");
-        }
-    }
-    std::vector<double> DrawnX() const {
-        std::vector<double> xs;
-        for (const auto& point : Page.graph.Channels[0].Data.Points())
-            xs.push_back(point.X);
-        return xs;
-    }
-    std::pair<double, double> View() const {
-        return {Page.graph.XAxis.Min.Value(), Page.graph.XAxis.Max.DataValue()};
-    }
-
-    test::TMemoryFiles Files;
-    TProfile Profile{Files};
-    TFakeLog Log;
-    TMemo MemoEventLog{"MemoEventLog"};
-    TProgressBar FileProgressBar{"FileProgressBar"};
-    test::TVirtualTime Time;
-    test::TScriptedDialogs Dialogs;
-    TGraphPage Page{TGraphPage::TParts{Profile, Log, Dialogs, Time, MemoEventLog, FileProgressBar}};
-};
-
-std::vector<double> Range(int first, int last, int step = 1) {
-    std::vector<double> values;
-    for (int x = first; x <= last; x += step)
-        values.push_back(x);
-    return values;
-}
-
-} // namespace
 
 TEST(GraphPage, MakesChannelsFromTheProfile) {
     TPage rig("[GraphPoints]\r\n"
@@ -103,6 +41,35 @@ TEST(GraphPage, MakesChannelsFromTheProfile) {
     EXPECT_EQ(channels[1].Name(), "Flags:[00000000 00000011]");
     EXPECT_EQ(channels[2].Name(), "Last:[65540.00]");
     EXPECT_EQ(rig.Page.DataLogDataValues.At(2, 0), 65540);
+}
+
+TEST(GraphPage, KeepsOddAxesAndColoursOfAProfile) {
+    struct TCase {
+        const char* Axis;
+        const char* Color;
+        int AxisIndex;
+        const char* Written; // axis and colour
+    };
+    const std::vector<TCase> cases{
+        {"0", "clBlue", -1, "0;clBlue"},
+        {"9", "$00ff00", 8, "9;$00ff00"},
+        {"", "", -1, "0;"},
+        {"-2", "pink-ish", -3, "-2;pink-ish"},
+        {"-2147483648", "cLRed", std::numeric_limits<int>::min(), "-2147483647;cLRed"},
+        {"99999999999", "$1234567890", -1, "0;$1234567890"},
+        {"no 2!", " clLime ", 1, "2; clLime "},
+    };
+    for (const auto& sample : cases) {
+        const std::string rest = ";50;0;1;150;;;;;;1;\r\n"; // no line has a field 50
+        TPage rig("[GraphPoints]\r\nA=T;" + std::string(sample.Axis) + ";" + sample.Color + rest);
+        rig.Page.GraphInit(true);
+        rig.Extend(3);
+        EXPECT_EQ(rig.Page.graph.Channels[0].YAxisIndex(), sample.AxisIndex);
+        EXPECT_EQ(rig.Page.DataLogDataValues.At(0, 2), 0);
+        rig.Profile.WriteGraphSettings(rig.Page.ChannelSettings());
+        EXPECT_THAT(rig.Files.Read("/p/a.pls"),
+                    testing::HasSubstr("\r\nA=T;" + std::string(sample.Written) + rest));
+    }
 }
 
 TEST(GraphPage, NamesWhatIsWrongInAProfileAndGoesOn) {
@@ -212,6 +179,85 @@ TEST(GraphPage, ClearingBeginsAnew) {
     EXPECT_EQ(rig.Page.graph.YAxis.AdditionalAxes[0].Axis.Max.Value(), 4096);
 }
 
+TEST(GraphPage, LabelsStandAtFixedPartsOfTheView) {
+    struct TCase {
+        std::size_t Samples;
+        int Zoom;
+        std::vector<std::string> Expected;
+    };
+    const std::vector<TCase> cases{
+        {0, 1, {}},
+        {111, 1, {}}, // the first stands at 110, and the last sample does not count
+        {112, 1, {"t110@110", "d110@110"}},
+        {900,
+         1,
+         {"t110@110", "d110@110", "t330@330", "d330@330", "t550@550", "d550@550", "t770@770", "d770@770"}},
+        {1102, 1, {}}, // the view has jumped
+        {1112, 1, {"t1110@1110", "d1110@1110"}},
+        {333, 3, {}},
+        {334, 3, {"t330@330", "d330@330"}},
+    };
+    for (const auto& sample : cases) {
+        TPage rig(OneChannel, 1000);
+        rig.Page.GraphInit(true);
+        for (int zoom = 1; zoom < sample.Zoom; ++zoom)
+            rig.Page.GraphZoomPlusButton.Click();
+        rig.Extend(sample.Samples);
+        EXPECT_EQ(rig.Labels(), sample.Expected) << sample.Samples << " samples at zoom " << sample.Zoom;
+    }
+    TPage untimed(OneChannel, 10);
+    untimed.Page.GraphInit(true);
+    untimed.Page.AddGraphSample("0;d;t;1; ", 8); // samples that no time belongs to
+    EXPECT_THROW(untimed.Page.GraphZoomMinusButtonClick(), EListError);
+}
+
+TEST(GraphPage, DrawsAllLinesOfAListButTheLast) {
+    TPage rig(OneChannel, 1000);
+    rig.Page.GraphInit(true);
+    std::vector<std::string> lines;
+    for (int i = 0; i < 2500; ++i)
+        lines.push_back(std::to_string(i + 1) + ";02-03-2026;t" + std::to_string(i) + ";" +
+                        std::to_string(i) + ";");
+    lines[0] = "1;2. M\xE4rz;\xC3\xA9;x;"; // Windows-1252, UTF-8, no number
+    lines[1] = "";
+    lines[2] = "3;d";
+    TListedLines list(lines);
+    rig.Page.DrawGraphDatafromList(list);
+    EXPECT_EQ(rig.Page.GraphSampleCount(), 2499U);
+    EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.Count(), 2499U);
+    EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.At(0), "\u00e9");
+    EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.At(2), "");
+    EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.At(2498), "t2498");
+    EXPECT_EQ(rig.Page.GraphDataLabelsDateText.At(0), "2. M\u00e4rz");
+    EXPECT_EQ(rig.Page.CurrentLogStartDate, "2. M\u00e4rz");
+    EXPECT_EQ(rig.Page.DatalogLastLineSetpoint, lines[2498]);
+    for (const auto& [sample, value] : {std::pair(0U, 0.0), {1U, 0.0}, {2U, 0.0}, {3U, 0.3}, {2498U, 249.8}})
+        EXPECT_EQ(rig.Page.DataLogDataValues.At(0, sample), value);
+    EXPECT_EQ(rig.Page.graph.Channels[0].Name(), "Temp:[249.80]");
+    // It is shown from its end; the rest is for the scroll bar.
+    EXPECT_EQ(rig.Page.GraphScroll.Max(), 2);
+    EXPECT_EQ(rig.View(), std::pair(2000.0, 3100.0));
+    EXPECT_EQ(rig.DrawnX(), Range(2000, 2498));
+    EXPECT_THAT(rig.Labels(), ElementsAre("t2110@2110", "02-03-2026@2110", "t2330@2330", "02-03-2026@2330"));
+    rig.Page.GraphScroll.Scroll(EScrollCode::End, 0);
+    EXPECT_EQ(rig.DrawnX(), Range(0, 1100));
+    EXPECT_EQ(rig.FileProgressBar.Max(), 2750);
+    EXPECT_FALSE(rig.FileProgressBar.Visible());
+
+    for (const int count : {0, 1}) {
+        rig.Page.ClearGraphPage();
+        TListedLines few(std::vector<std::string>(static_cast<std::size_t>(count), "1;d;t;5;"));
+        try {
+            rig.Page.DrawGraphDatafromList(few);
+            FAIL() << count;
+        } catch (const EListError& error) {
+            EXPECT_EQ(error.what(), "List index out of bounds (" + std::to_string(count - 2) + ")");
+        }
+        EXPECT_EQ(rig.Page.GraphSampleCount(), 0U);
+        EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.Count(), 0U);
+    }
+}
+
 TEST(GraphPage, WorksWithoutChannels) {
     TPage rig("[NabtoDevice]\r\n");
     rig.Page.GraphInit(true);
@@ -219,6 +265,14 @@ TEST(GraphPage, WorksWithoutChannels) {
         rig.Page.ExtendGraph("0;d;t;1; ");
     EXPECT_EQ(rig.Page.GraphSampleCount(), 0U);
     rig.Page.UpdateTestData(0);
+    rig.Page.ClearGraphPage();
+    TListedLines lines(std::vector<std::string>(30, "1;d;t;1;"));
+    rig.Page.DrawGraphDatafromList(lines);
+    EXPECT_EQ(rig.Page.GraphSampleCount(), 0U);
+    EXPECT_FALSE(rig.Page.GraphScroll.Enabled());
+    EXPECT_TRUE(rig.Labels().empty());
+    rig.Page.graph.UserMovesCursor(0, {1, 0});
+    rig.Page.GraphZoomPlusButton.Click();
 }
 
-} // namespace tidewell
+} // namespace tidewell::test
