@@ -279,6 +279,33 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
                             "Clear Graph execute", "Started 08:05 02-03-2026"));
 }
 
+// An opened datalog of two rows, and a log that is not to clear it: its rows go behind, with their own times.
+TEST(LiveLog, GoesOnBehindAnOpenedDatalog) {
+    class TThreeLines : public IDataLines {
+      public:
+        std::size_t Count() const override { return 3; }
+        std::string_view Next() override { return "1;01-01-2020;12:00:00;50;"; }
+    } lines;
+    TRig rig;
+    rig.Page.DrawGraphDatafromList(lines);
+    rig.Dialogs.ExpectMessage(Question, EModalResult::No);
+    rig.Log.StartLog(true, true);
+    rig.Step("1; ");
+    rig.Log.UpdateTimerCallBackEvents.DatalogCount =
+        1; // the step that saves finds a full disk, and is repeated
+    rig.Files.Room = 0;
+    EXPECT_THROW(rig.Step("2; "), EInOutError);
+    rig.Files.Room = 1000;
+    rig.Step("3; ");
+    EXPECT_EQ(rig.Page.GraphSampleCount(), 4U);
+    EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.Count(), 4U);
+    EXPECT_EQ(rig.Page.DataLogDataValues.At(0, 1), 5);
+    EXPECT_EQ(rig.Page.DataLogDataValues.At(0, 3), 0.3);
+    rig.Log.SaveDataLogFile(Partial);
+    EXPECT_EQ(rig.Saved(Partial),
+              "1;02-03-2026;08:00:00;1;0;\r\n2;02-03-2026;08:00:02;3;0;\r\n" + std::string(Header));
+}
+
 TEST(LiveLog, AStartThatIsNotToReportOnlyPolls) {
     TRig rig;
     rig.Step("1; ");
