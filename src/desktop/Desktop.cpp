@@ -6,6 +6,7 @@
 #include "desktop/Signals.h"
 #include "desktop/views/AppIcon.h"
 #include "desktop/views/DeviceView.h"
+#include "desktop/views/GraphPageView.h"
 #include "desktop/views/LanguageView.h"
 #include "desktop/views/LogOnView.h"
 #include "desktop/views/MainView.h"
@@ -83,6 +84,8 @@ void TDesktop::RegisterViews(TProgram& program) {
     Dialogs.RegisterView(program.FormMain, [&program, context] {
         return std::make_unique<TMainView>(program.FormMain, program.NabtoDevice, context);
     });
+    Dialogs.RegisterPopup(program.FormMain.GraphPage.GraphBinaryPopup,
+                          [&program](QMenu& menu) { FillBinaryPopup(menu, program.FormMain.GraphPage); });
     Dialogs.RegisterView(program.NabtoDevice, [&program, context] {
         return std::make_unique<TDeviceView>(program.NabtoDevice, context);
     });

@@ -104,6 +104,10 @@ void TQtDialogs::RegisterView(const TForm& form, TMakeView make) {
     Views[&form].Make = std::move(make);
 }
 
+void TQtDialogs::RegisterPopup(const TPopupMenu& popup, std::function<void(QMenu&)> fill) {
+    Popups[&popup] = std::move(fill);
+}
+
 QWidget* TQtDialogs::FindView(const TForm& form) const {
     const auto found = Views.find(&form);
     return found == Views.end() ? nullptr : found->second.View.get();
@@ -280,7 +284,10 @@ void TQtDialogs::Popup(TPopupMenu& menu) {
     if (Cancelling)
         return;
     QMenu view;
-    BindPopupMenu(view, menu, *this);
+    if (const auto own = Popups.find(&menu); own != Popups.end())
+        own->second(view);
+    else
+        BindPopupMenu(view, menu, *this);
     view.exec(QCursor::pos());
 }
 

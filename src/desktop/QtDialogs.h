@@ -9,6 +9,8 @@
 #include <map>
 #include <memory>
 
+class QMenu;
+
 namespace tidewell {
 
 // Message boxes, file dialogs and the views of the forms. A view is made when its form is first shown, and
@@ -23,6 +25,8 @@ class TQtDialogs : public IDialogs {
     TQtDialogs& operator=(const TQtDialogs&) = delete;
 
     void RegisterView(const TForm& form, TMakeView make);
+    // For a popup that draws its entries itself; it gets an empty menu each time that it opens.
+    void RegisterPopup(const TPopupMenu& popup, std::function<void(QMenu&)> fill);
     // nullptr if the form was not shown yet.
     QWidget* FindView(const TForm& form) const;
 
@@ -59,6 +63,7 @@ class TQtDialogs : public IDialogs {
 
     TQtApplication& Application;
     std::map<const TForm*, TEntry> Views;
+    std::map<const TPopupMenu*, std::function<void(QMenu&)>> Popups;
     std::vector<const TForm*> Made; // in order of making
     bool Cancelling = false;
     bool Waiting = false;

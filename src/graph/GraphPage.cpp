@@ -7,6 +7,7 @@
 #include "core/controls/Lists.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IWait.h"
+#include "graph/ChannelPalette.h"
 #include "model/ColorText.h"
 #include "model/GraphRowParser.h"
 #include "model/Profile.h"
@@ -24,16 +25,6 @@ namespace {
 
 constexpr std::int32_t BinaryType = 100;
 constexpr double NoValue = -1; // a value of -1 counts as none too
-
-// Colours for graph rows that name none, by channel; they can be told apart without seeing red or green.
-constexpr std::array<TColor, 8> Palette{{{0x00B27200},
-                                         {0x00005ED5},
-                                         {0x00739E00},
-                                         {0x00A779CC},
-                                         {0x00009FE6},
-                                         {0x00E9B456},
-                                         {0x00808080},
-                                         {0x00A03060}}};
 
 // All digits of a whole number, never in scientific notation.
 std::string PlainText(double value) {
@@ -165,7 +156,7 @@ std::string TGraphPage::RebuildChannels() {
         const auto color = TryColorFromText(Trim(GetRowField(text, 2)));
         const std::size_t number = Sources.size();
         Sources.push_back({std::string(Trim(GetRowField(text, 0))), color.has_value(),
-                           color.value_or(Palette[number % Palette.size()])});
+                           color.value_or(ChannelPalette[number % ChannelPalette.size()])});
 
         TSLDisplayChannel& channel = graph.Channels.Add();
         channel.SetName(Sources.back().Name);
@@ -182,6 +173,7 @@ std::string TGraphPage::RebuildChannels() {
                         cause.what();
         }
     }
+    LblGraphPageEmpty.SetVisible(graph.Channels.Count() == 0);
     return error;
 }
 

@@ -91,6 +91,7 @@ class TGraphPage {
     double GetChannelYValue(std::size_t index, const TSLDisplayChannel& channel);
 
     TSLScope graph;
+    TLabel LblGraphPageEmpty{"LblGraphPageEmpty"}; // what will appear; hidden while there are curves
     TScrollBar GraphScroll{"GraphScroll"};
     TButton GraphZoomPlusButton{"GraphZoomPlusButton", "+"};
     TButton GraphZoomMinusButton{"GraphZoomMinusButton", "-"};

@@ -118,6 +118,21 @@ void TSLScope::UserZooms(TSLScopeAxis& axis, const TSLRange& range) {
     TellZoom(before);
 }
 
+void TSLScope::UserZooms(const TSLZoomRect& rect) {
+    const TSLZoomRect before = ShownRect();
+    const auto zoom = [](TSLScopeAxis& axis, const TSLRange& range) {
+        if (range == TSLRange{axis.Min.Value(), axis.Max.Value()})
+            axis.ZoomOff();
+        else
+            axis.SetZoom(range);
+    };
+    zoom(XAxis, rect.X);
+    zoom(YAxis, rect.Y[0]);
+    for (std::size_t i = 0; i < YAxis.AdditionalAxes.size(); ++i)
+        zoom(YAxis.AdditionalAxes[i].Axis, rect.Y.at(i + 1));
+    TellZoom(before);
+}
+
 void TSLScope::UserClicks(const TSLAxisToolBarButton& button) {
     const TSLZoomRect before = ShownRect();
     button.PerformClick();

@@ -98,6 +98,8 @@ class TSLScope {
 
     // What the user does, as the view reports it. A zoom raises OnZoomChanged when it has changed a range.
     void UserZooms(TSLScopeAxis& axis, const TSLRange& range);
+    // All axes at once; one that is to show Min to Max is no longer zoomed.
+    void UserZooms(const TSLZoomRect& rect);
     void UserClicks(const TSLAxisToolBarButton& button);
     void UserZoomsOff();
     void UserMovesCursor(std::size_t cursor, const TSLPoint& position);

@@ -195,7 +195,7 @@ void TFormMain::ReadConfigurationFiles() {
     but_swupdate.SetCaption(driver.ButFWupdate);
     but_errorlog.SetCaption(driver.ButErrorlog);
     SetpointPage.LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
-    LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
+    GraphPage.LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
 
     Configuration = ReadConfiguration(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile));
     TrafficButton.SetCaption(Texts.TrafficButtonOFF);

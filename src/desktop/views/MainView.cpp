@@ -7,6 +7,7 @@
 #include "desktop/binders/SimpleBinders.h"
 #include "desktop/binders/StatusBarBinder.h"
 #include "desktop/binders/TreeBinder.h"
+#include "desktop/views/GraphPageView.h"
 #include "link/NabtoDevice.h"
 #include "mainform/FormMain.h"
 #include "widgets/CaptionPanel.h"
@@ -37,7 +38,6 @@ namespace tidewell {
 namespace {
 
 constexpr int treeIndent = 19; // pixels, here and below
-constexpr int controlsPanelHeight = 20;
 constexpr int buttonGap = 20;
 constexpr int buttonEdge = 4; // from the window's right edge
 constexpr int buttonTop = 2;
@@ -78,7 +78,7 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
     Tabs.setDocumentMode(true);
     column.addWidget(&Tabs, 1);
     auto& controls = NewChild<QWidget>(centre);
-    controls.setFixedHeight(controlsPanelHeight);
+    AddGraphControls(controls, Form.GraphPage, Context.Dialogs);
     column.addWidget(&controls);
     setCentralWidget(&centre);
     BindPanel(controls, Form.GraphControlsPanel);
@@ -143,10 +143,7 @@ void TMainView::AddSetpointPage() {
 }
 
 void TMainView::AddGraphPage() {
-    auto& page = NewChild<QWidget>(Tabs);
-    auto& column = NewChild<QVBoxLayout>(page);
-    AddEmptyLine(column, page, Form.LblGraphPageEmpty);
-    Tabs.addTab(&page, QString());
+    Tabs.addTab(&NewChild<TGraphPageView>(Tabs, Form.GraphPage, Context.Dialogs), QString());
 }
 
 void TMainView::AddTabButtons() {
