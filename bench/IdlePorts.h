@@ -78,6 +78,7 @@ class TNoDialogs : public IDialogs {
     }
     std::optional<std::string> InputBox(const std::string&, const std::string&) override { return {}; }
     std::optional<std::filesystem::path> OpenFile(const TFileDialog&) override { return {}; }
+    std::vector<std::filesystem::path> OpenFiles(const TFileDialog&) override { return {}; }
     std::optional<std::filesystem::path> SaveFile(const TFileDialog&) override { return {}; }
     EModalResult ShowModal(TForm&) override { return EModalResult::Cancel; }
     void Show(TForm&) override {}

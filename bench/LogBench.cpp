@@ -100,7 +100,8 @@ class TLogRig {
     TProfile Profile{Files};
     TMemo MemoEventLog{"MemoEventLog"};
     TLogBuffers Buffers;
-    TGraphPage Page{Profile, Buffers, MemoEventLog};
+    TProgressBar FileProgressBar{"FileProgressBar"};
+    TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
     TLoggingTexts Texts;
     TCurrentInifilesPath Paths;

@@ -15,6 +15,8 @@ inline std::vector<TFileFilter> OpenDialogFilters() {
             {"DAL (SD Card Datalog)", "*.DAL"},
             {"SDpls (SC Card Datalog profile)", "*.SDpls"}};
 }
-constexpr std::size_t OpenDialogCsvFilter = 1;
+inline constexpr std::size_t OpenDialogCsvFilter = 1;
+inline constexpr std::size_t OpenDialogSdDatalogFilter = 3;
+inline constexpr std::size_t OpenDialogSdProfileFilter = 4;
 
 } // namespace tidewell

@@ -6,6 +6,7 @@
 #include "desktop/Signals.h"
 #include "desktop/views/AppIcon.h"
 #include "desktop/views/DeviceView.h"
+#include "desktop/views/GraphPageView.h"
 #include "desktop/views/InputView.h"
 #include "desktop/views/LanguageView.h"
 #include "desktop/views/LoadSetpointsView.h"
@@ -85,6 +86,8 @@ void TDesktop::RegisterViews(TProgram& program) {
     Dialogs.RegisterView(program.FormMain, [&program, context] {
         return std::make_unique<TMainView>(program.FormMain, program.NabtoDevice, context);
     });
+    Dialogs.RegisterPopup(program.FormMain.GraphPage.GraphBinaryPopup,
+                          [&program](QMenu& menu) { FillBinaryPopup(menu, program.FormMain.GraphPage); });
     Dialogs.RegisterView(program.NabtoDevice, [&program, context] {
         return std::make_unique<TDeviceView>(program.NabtoDevice, context);
     });

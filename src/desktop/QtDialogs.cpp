@@ -123,6 +123,10 @@ void TQtDialogs::RegisterView(const TForm& form, TMakeView make) {
     Views[&form].Make = std::move(make);
 }
 
+void TQtDialogs::RegisterPopup(const TPopupMenu& popup, std::function<void(QMenu&)> fill) {
+    Popups[&popup] = std::move(fill);
+}
+
 QWidget* TQtDialogs::FindView(const TForm& form) const {
     const auto found = Views.find(&form);
     return found == Views.end() ? nullptr : found->second.View.get();
@@ -205,29 +209,45 @@ std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const 
 }
 
 std::optional<std::filesystem::path> TQtDialogs::OpenFile(const TFileDialog& dialog) {
-    return RunFileDialog(dialog, false);
+    const auto chosen = RunFileDialog(dialog, EFileMode::Open);
+    return chosen.empty() ? std::nullopt : std::optional(chosen.front());
+}
+
+std::vector<std::filesystem::path> TQtDialogs::OpenFiles(const TFileDialog& dialog) {
+    return RunFileDialog(dialog, EFileMode::OpenMany);
 }
 
 std::optional<std::filesystem::path> TQtDialogs::SaveFile(const TFileDialog& dialog) {
-    return RunFileDialog(dialog, true);
+    const auto chosen = RunFileDialog(dialog, EFileMode::Save);
+    return chosen.empty() ? std::nullopt : std::optional(chosen.front());
 }
 
-std::optional<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& dialog, bool save) {
+std::vector<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& dialog, EFileMode mode) {
     if (Cancelling)
-        return std::nullopt;
+        return {};
     const TOrdinaryCursor ordinary;
+    const bool save = mode == EFileMode::Save;
     QFileDialog box(TopWindow(), ToQt(dialog.Title), PathToQt(dialog.InitialDirectory));
     box.setObjectName(save ? QStringLiteral("SaveDialog") : QStringLiteral("OpenDialog"));
+    box.setOption(QFileDialog::DontConfirmOverwrite, !dialog.AskOverwrite);
     box.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    box.setFileMode(!save && dialog.FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    if (mode == EFileMode::OpenMany)
+        box.setFileMode(QFileDialog::ExistingFiles);
+    else
+        box.setFileMode(!save && dialog.FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     QStringList filters;
     for (const auto& filter : dialog.Filters)
         filters.append(FilterText(filter));
-    if (!filters.isEmpty())
+    if (!filters.isEmpty()) {
         box.setNameFilters(filters);
-    if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty())
-        return std::nullopt;
-    return PathFromQt(box.selectedFiles().constFirst());
+        box.selectNameFilter(
+            filters.value(static_cast<qsizetype>(dialog.SelectedFilter), filters.constFirst()));
+    }
+    std::vector<std::filesystem::path> chosen;
+    if (box.exec() == QDialog::Accepted)
+        for (const QString& file : box.selectedFiles())
+            chosen.push_back(PathFromQt(file));
+    return chosen;
 }
 
 EModalResult TQtDialogs::ShowModal(TForm& form) {
@@ -287,7 +307,10 @@ void TQtDialogs::Popup(TPopupMenu& menu) {
     if (Cancelling)
         return;
     QMenu view;
-    BindPopupMenu(view, menu, *this);
+    if (const auto own = Popups.find(&menu); own != Popups.end())
+        own->second(view);
+    else
+        BindPopupMenu(view, menu, *this);
     view.exec(QCursor::pos());
 }
 

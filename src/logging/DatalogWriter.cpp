@@ -1,5 +1,6 @@
 #include "logging/DatalogWriter.h"
 
+#include "core/ports/IDialogs.h"
 #include "graph/TextColumn.h"
 #include "logging/LogBuffers.h"
 #include "model/ModbusPanel.h"
@@ -66,8 +67,9 @@ class TBlockWriter {
 
 void WriteRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row,
               std::span<const std::int32_t> values) {
-    const std::string_view date = row < rows.Dates.Count() ? rows.Dates.At(row) : std::string_view();
-    const std::string_view time = row < rows.Times.Count() ? rows.Times.At(row) : std::string_view();
+    const std::size_t text = rows.FirstText + row;
+    const std::string_view date = text < rows.Dates.Count() ? rows.Dates.At(text) : std::string_view();
+    const std::string_view time = text < rows.Times.Count() ? rows.Times.At(text) : std::string_view();
     const std::size_t columns = rows.Values.Columns();
     out.Reserve((columns + 1) * LongestField + date.size() + time.size() + 8);
     out.RowNumber(row + 1);
@@ -119,6 +121,18 @@ std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::pat
     for (int number = 2; files.FileExists(path); ++number)
         path = wanted.parent_path() /
                (wanted.stem().string() + "-" + std::to_string(number) + wanted.extension().string());
+    return path;
+}
+
+std::filesystem::path WithCsv(const IFiles& files, IDialogs& dialogs, const std::filesystem::path& chosen) {
+    if (chosen.filename().string().find(".csv") != std::string::npos)
+        return chosen;
+    std::filesystem::path path = chosen;
+    path += ".csv";
+    if (files.FileExists(path) &&
+        dialogs.ShowMessageBox(EMessageKind::Confirmation, path.string() + " already exists. Replace it?",
+                               EButtons::YesNo) != EModalResult::Yes)
+        return {};
     return path;
 }
 

@@ -32,10 +32,12 @@ TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrent
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
       SetpointPage(TSetpointPage::TParts{Hosts.SetpointPage, ports.Dialogs, ports.Clock, ModbusPanel,
                                          ContextHelp.HelpfileDoc, forms.InputDialog, SetpointTexts}),
-      GraphPage(Profile, LogBuffers, MemoEventLog),
+      GraphPage(
+          TGraphPage::TParts{Profile, LogBuffers, ports.Dialogs, ports.Wait, MemoEventLog, FileProgressBar}),
       LiveLog(TLiveLog::TParts{Hosts.LiveLog, ports.Dialogs, ports.Clock, ports.Files, ports.Timers,
                                ModbusPanel, Profile, GraphPage, LogBuffers, TrafficButton, MemoEventLog,
                                LoggingTexts, paths}),
+      DatalogReader(DatalogParts()), SdDatalogReader(DatalogParts()), CsvExport(DatalogParts()),
       ProfileOpening(ports, TProfileOpening::TParts{*this, paths, ModbusPanel, Profile, SetpointPage,
                                                     GraphPage, nabto, forms.NabtoDevice}),
       ReadBack(Hosts.ReadBack, ports.Wait, forms.NabtoDevice),
@@ -53,6 +55,12 @@ TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrent
     CloseAgain->SetInterval(closeAgainInterval);
     CloseAgain->SetHandler([this] { CloseAgain->SetEnabled(false); });
     ConnectControls();
+}
+
+TDatalogParts TFormMain::DatalogParts() {
+    return {Hosts.Datalog, Ports.Dialogs,   Ports.Files,
+            Ports.Wait,    Profile,         GraphPage,
+            MemoEventLog,  FileProgressBar, FCurrentInifilesPath.directorypath};
 }
 
 void TFormMain::ConnectControls() {
@@ -81,6 +89,15 @@ void TFormMain::ConnectControls() {
     };
     OpenProfile2.OnClick = [this] {
         OpenProfile2Click();
+    };
+    OpenDatalogfile1.OnClick = [this] {
+        DatalogReader.OpenDatalogfile1Click();
+    };
+    Open_sd_datalog.OnClick = [this] {
+        SdDatalogReader.Open_sd_datalogClick();
+    };
+    GraphPage.Exportdatatocsv1.OnClick = [this] {
+        CsvExport.Exportdatatocsv1Click();
     };
     SaveUserDatalog1.OnClick = [this] {
         LiveLog.SaveUserDatalog1Click();
@@ -155,6 +172,16 @@ void TFormMain::ReadConfigurationFiles() {
     LoggingTexts = {Texts.MessageLoggingStart, Texts.MessageLoggingStop, Texts.MessageClearGraphData,
                     Texts.TrafficButtonON,     Texts.TrafficButtonOFF,   Texts.DialogSaveDatalogFile};
     ProfileOpening.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
+    GraphPage.Graphitems1.SetCaption(Texts.PopupMenu_GraphToolbar);
+    GraphPage.Hold1.SetCaption(Texts.PopupMenu_Hold);
+    GraphPage.zoomall1.SetCaption(Texts.PopupMenu_ZoomAll);
+    GraphPage.Cleargraph1.SetCaption(Texts.PopupMenu_ClearGraph);
+    GraphPage.Exportdatatocsv1.SetCaption(Texts.PopupMenu_Exportdatatocsv);
+    DatalogReader.DialogOpenDatalogFileCaption = Texts.DialogOpenDatalogFileCaption;
+    SdDatalogReader.MessageStopLog = Texts.MessageStopLog;
+    SdDatalogReader.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
+    SdDatalogReader.DialogOpenDatalogFileCaption = Texts.DialogOpenDatalogFileCaption;
+    CsvExport.DialogSaveDatalogFile = Texts.DialogSaveDatalogFile;
     const TUnitTexts units = ReadUnitTexts(language);
     ProfileOpening.TestfileComport = units.TestfileComport;
     SetpointTexts = {ReadSetpointHeadlines(language),
@@ -168,7 +195,7 @@ void TFormMain::ReadConfigurationFiles() {
     but_swupdate.SetCaption(driver.ButFWupdate);
     but_errorlog.SetCaption(driver.ButErrorlog);
     SetpointPage.LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
-    LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
+    GraphPage.LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
     if (const std::string stop = language.ReadText("ReadBack", "Stop"); !stop.empty())
         ButStopReadBack.SetCaption(stop);
 

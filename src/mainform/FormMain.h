@@ -7,8 +7,11 @@
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
 #include "link/SetupForm.h"
+#include "logging/CsvExport.h"
+#include "logging/DatalogReader.h"
 #include "logging/LiveLog.h"
 #include "logging/LogBuffers.h"
+#include "logging/SdDatalogReader.h"
 #include "mainform/CommandLine.h"
 #include "mainform/ContextHelp.h"
 #include "mainform/FormMainControls.h"
@@ -102,6 +105,9 @@ class TFormMain : public TFormMainControls {
     TLogBuffers LogBuffers;
     TGraphPage GraphPage;
     TLiveLog LiveLog;
+    TDatalogReader DatalogReader;
+    TSdDatalogReader SdDatalogReader;
+    TCsvExport CsvExport;
     TProfileOpening ProfileOpening;
     TReadBack ReadBack;
     TSetpointFiles SetpointFiles;
@@ -114,6 +120,7 @@ class TFormMain : public TFormMainControls {
   private:
     void ReadConfigurationFiles();
     void ConnectControls();
+    TDatalogParts DatalogParts();
     void ShowReadBack();
     void CreateDirectories();
     // Sign-in and profile, with the link enabled. False when the program is about to end.

@@ -23,9 +23,8 @@ TFormMainControls::TFormMainControls()
     Changelanguage1.SetShortCut("F12");
     Close1.SetShortCut("Esc");
 
+    Open_sd_datalog.SetVisible(false); // nothing shows it
     // Work that does not exist yet has no entry.
-    OpenDatalogfile1.SetVisible(false);
-    Open_sd_datalog.SetVisible(false);
     Errorlog1.SetVisible(false);
     FlasDatalog1.SetVisible(false);
     but_swupdate.SetVisible(false);

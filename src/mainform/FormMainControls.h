@@ -52,7 +52,6 @@ struct TFormMainControls : TForm {
     // On TabSetpoint, left: the tree above, the event log below; right: the grid.
     TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
     TMemo MemoEventLog{"MemoEventLog"};
-    TLabel LblGraphPageEmpty{"LblGraphPageEmpty"}; // what will appear on the page
     TPanel GraphControlsPanel{"GraphControlsPanel"};
 
     static constexpr std::size_t PanelLink = 0;     // LedNabto and LblNabto

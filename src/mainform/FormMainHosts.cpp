@@ -120,16 +120,7 @@ bool TFormMainHosts::TSetpointPageHost::DatalogFileOpen() const {
 }
 
 std::string TFormMainHosts::TSetpointPageHost::LastDatalogLine() const {
-    const TRawLog& log = Main.LogBuffers.DataLogRawData;
-    if (log.Rows() == 0)
-        return {};
-    const std::size_t row = log.Rows() - 1;
-    std::string line = std::to_string(row) + ';' +
-                       std::string(Main.GraphPage.GraphDataLabelsDateText.At(row)) + ';' +
-                       std::string(Main.GraphPage.GraphDataLabelsTimeText.At(row)) + ';';
-    for (std::size_t column = 0; column < log.Columns(); ++column)
-        line += std::to_string(log.At(column, row)) + ';';
-    return line;
+    return Main.GraphPage.DatalogLastLineSetpoint;
 }
 
 std::string TFormMainHosts::TSetpointPageHost::CurrentDataString() const {
@@ -156,6 +147,18 @@ void TFormMainHosts::TInputDialogHost::RepaintStatusBar() {
 }
 
 bool TFormMainHosts::TReadBackHost::FormOpen() const {
+    return Main.Visible();
+}
+
+void TFormMainHosts::TDatalogHost::StopLog() {
+    Main.StopLog();
+}
+
+void TFormMainHosts::TDatalogHost::OpenProfile(const std::filesystem::path& path) {
+    Main.ProfileOpening.OpenProfile(path);
+}
+
+bool TFormMainHosts::TDatalogHost::FormOpen() const {
     return Main.Visible();
 }
 

@@ -2,6 +2,7 @@
 
 #include "link/NabtoDevice.h"
 #include "link/SetupForm.h"
+#include "logging/DatalogReader.h"
 #include "logging/LiveLog.h"
 #include "mainform/CommandLine.h"
 #include "setpoints/InputDialog.h"
@@ -9,6 +10,7 @@
 #include "setpoints/SetpointPage.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 
 namespace tidewell {
@@ -20,7 +22,7 @@ class TFormMainHosts {
   public:
     explicit TFormMainHosts(TFormMain& main)
         : LiveLog(main), NabtoDevice(main), SetupForm(main), CommandLine(main), SetpointPage(main),
-          ReadBack(main), InputDialog(main) {}
+          ReadBack(main), InputDialog(main), Datalog(main) {}
 
     class TLiveLogHost : public TLiveLog::IHost {
       public:
@@ -113,6 +115,17 @@ class TFormMainHosts {
         TFormMain& Main;
     };
 
+    class TDatalogHost : public IDatalogHost {
+      public:
+        explicit TDatalogHost(TFormMain& main) : Main(main) {}
+        void StopLog() override;
+        void OpenProfile(const std::filesystem::path& path) override;
+        bool FormOpen() const override;
+
+      private:
+        TFormMain& Main;
+    };
+
     TLiveLogHost LiveLog;
     TNabtoDeviceHost NabtoDevice;
     TSetupFormHost SetupForm;
@@ -120,6 +133,7 @@ class TFormMainHosts {
     TSetpointPageHost SetpointPage;
     TReadBackHost ReadBack;
     TInputDialogHost InputDialog;
+    TDatalogHost Datalog;
 };
 
 } // namespace tidewell

@@ -42,6 +42,8 @@ class IDialogs {
     // Nothing when the user cancels.
     virtual std::optional<std::string> InputBox(const std::string& title, const std::string& prompt) = 0;
     virtual std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) = 0;
+    // One or more files, in the dialog's order; none when the user cancels.
+    virtual std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) = 0;
     virtual std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) = 0;
 
     // Runs the form's OnShow, then blocks until its ModalResult is set or it is closed (Cancel).

@@ -4,7 +4,7 @@
 #include "desktop/binders/PageBinder.h"
 #include "desktop/binders/SimpleBinders.h"
 #include "desktop/binders/StatusBarBinder.h"
-#include "desktop/views/EmptyLine.h"
+#include "desktop/views/GraphPageView.h"
 #include "desktop/views/SetpointPageView.h"
 #include "link/NabtoDevice.h"
 #include "mainform/FormMain.h"
@@ -29,8 +29,7 @@ namespace tidewell {
 
 namespace {
 
-constexpr int controlsPanelHeight = 20; // pixels, here and below
-constexpr int buttonGap = 20;
+constexpr int buttonGap = 20; // pixels, here and below
 constexpr int buttonEdge = 4; // from the window's right edge
 constexpr int buttonTop = 2;
 constexpr int readBackMargin = 6;
@@ -49,7 +48,7 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
     Tabs.setDocumentMode(true);
     column.addWidget(&Tabs, 1);
     auto& controls = NewChild<QWidget>(centre);
-    controls.setFixedHeight(controlsPanelHeight);
+    AddGraphControls(controls, Form.GraphPage, Context.Dialogs);
     column.addWidget(&controls);
     setCentralWidget(&centre);
     BindPanel(controls, Form.GraphControlsPanel);
@@ -89,10 +88,7 @@ void TMainView::AddReadBackPanel(QVBoxLayout& column) {
 }
 
 void TMainView::AddGraphPage() {
-    auto& page = NewChild<QWidget>(Tabs);
-    auto& column = NewChild<QVBoxLayout>(page);
-    AddEmptyLine(column, Form.LblGraphPageEmpty);
-    Tabs.addTab(&page, QString());
+    Tabs.addTab(&NewChild<TGraphPageView>(Tabs, Form.GraphPage, Context.Dialogs), QString());
 }
 
 void TMainView::AddTabButtons() {
