@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
+#include <QStyle>
 #include <QWindow>
 
 #include <iostream>
@@ -203,6 +204,10 @@ std::optional<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog
         filters.append(FilterText(filter));
     if (!filters.isEmpty())
         box.setNameFilters(filters);
+    box.selectNameFilter(filters.value(static_cast<qsizetype>(dialog.SelectedFilter)));
+    box.setOption(QFileDialog::DontConfirmOverwrite, !dialog.AskOverwrite);
+    box.setMaximumSize(box.screen()->availableSize() -
+                       QSize(0, box.style()->pixelMetric(QStyle::PM_TitleBarHeight)));
     if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty())
         return std::nullopt;
     return PathFromQt(box.selectedFiles().constFirst());

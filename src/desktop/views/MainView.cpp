@@ -39,7 +39,7 @@ constexpr int readBackMargin = 6;
 
 TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& context)
     : Form(form), Context(context), Tabs(NewChild<QTabWidget>(*this)) {
-    setMinimumSize(640, 360);
+    setMinimumSize(560, 300);
     BindMainMenu(*menuBar(), Form.MainMenu, Context.Dialogs);
 
     auto& centre = NewChild<QWidget>(*this);

@@ -1,5 +1,6 @@
 #include "desktop/views/SetpointPageView.h"
 
+#include "desktop/binders/CellDelegate.h"
 #include "desktop/binders/EditBinder.h"
 #include "desktop/binders/GridBinder.h"
 #include "desktop/binders/ListBinders.h"
@@ -13,6 +14,7 @@
 #include "widgets/FormResizer.h"
 
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -34,12 +36,17 @@ constexpr int treeIndent = 19; // pixels, here and below
 constexpr int filterMargin = 4;
 constexpr int filterWidth = 360;
 
-// Rows with some air.
+// Rows with some air. The whole of a long text shows in a tool tip.
 class TRowDelegate : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 4);
+    }
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        return event != nullptr && view != nullptr && event->type() == QEvent::ToolTip &&
+               ShowWholeText(*event, *view, option.rect, option.fontMetrics, index.data().toString());
     }
 };
 
@@ -106,6 +113,7 @@ void TSetpointPageView::AddGrid(QSplitter& split) {
 void TSetpointPageView::AddFilter(QWidget& area, QVBoxLayout& column) {
     auto& row = NewLayout<QHBoxLayout>(column);
     row.setContentsMargins(filterMargin, filterMargin, filterMargin, filterMargin);
+    row.setSpacing(2 * filterMargin);
     Filter = &NewChild<QLineEdit>(area);
     Filter->setPlaceholderText(QStringLiteral("Filter by name, unit or address (Ctrl+F)"));
     Filter->setAccessibleName(QStringLiteral("Filter"));
