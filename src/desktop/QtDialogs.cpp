@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
+#include <QStyle>
 #include <QWindow>
 
 #include <algorithm>
@@ -243,6 +244,8 @@ std::vector<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& 
         box.selectNameFilter(
             filters.value(static_cast<qsizetype>(dialog.SelectedFilter), filters.constFirst()));
     }
+    box.setMaximumSize(box.screen()->availableSize() -
+                       QSize(0, box.style()->pixelMetric(QStyle::PM_TitleBarHeight)));
     std::vector<std::filesystem::path> chosen;
     if (box.exec() == QDialog::Accepted)
         for (const QString& file : box.selectedFiles())

@@ -69,13 +69,14 @@ std::string TReadBack::ProgressText() const {
         return {};
     if (!IsWaiting)
         return "Reading the device: the log starts";
-    if (!Device.Cycle.Dologging)
-        return "Reading the device: the log is stopped";
-    const std::size_t questions = Device.Cycle.Questions.Count();
+    const TPollCycle& cycle = Device.Cycle;
+    if (!cycle.Dologging || !(cycle.timerLogger->Enabled() || cycle.timerQuery->Enabled()))
+        return "Reading the device: the log is stopped"; // by the user, or by a row that cannot be shown
+    const std::size_t questions = cycle.Questions.Count();
     std::string text = "Reading the device: cycle " +
                        std::to_string(std::min(Device.ReadBack.SetDatapointListCount + 1, cycles)) + " of " +
                        std::to_string(cycles) + ", question " +
-                       std::to_string(std::min(Device.Cycle.queryCounter + 1, questions)) + " of " +
+                       std::to_string(std::min(cycle.queryCounter + 1, questions)) + " of " +
                        std::to_string(questions);
     if (const int retries = Device.ReadBack.Error_SetDatapointListCount; retries > 0)
         text += ", retry " + std::to_string(retries);

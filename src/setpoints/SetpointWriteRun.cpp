@@ -59,8 +59,7 @@ TSetpointWriteRun::TSetpointWriteRun(const TParts& parts, std::string deviceName
     : Parts(parts), DeviceName(std::move(deviceName)), Selected(selected) {
     for (const std::string& entry : profileList) {
         const auto [name, value] = NameAndValue(entry);
-        if (const auto address = TryToInteger(name))
-            EEadrByModbusAdr.emplace(*address, value); // the first of an address counts
+        EEadrByModbusAdr.emplace(name, value); // the first of an address counts
     }
 }
 
@@ -103,7 +102,7 @@ void TSetpointWriteRun::WriteOne() {
     const std::int32_t address = ToIntegerOr(Trim(fileAddress), noAddress);
     std::int32_t eeAddress = address;
     std::int32_t status = 0;
-    const auto found = EEadrByModbusAdr.find(address);
+    const auto found = EEadrByModbusAdr.find(std::to_string(address));
     if (address != noAddress && found != EEadrByModbusAdr.end() && !found->second.empty()) {
         eeAddress = ToIntegerOr(found->second, -1);
         if (eeAddress >= 0)

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -68,7 +67,7 @@ class TSetpointWriteRun {
 
     TParts Parts;
     std::string DeviceName;
-    std::unordered_map<std::int32_t, std::string> EEadrByModbusAdr;
+    std::unordered_map<std::string, std::string> EEadrByModbusAdr;
     const TSelectedSetpoints& Selected;
     std::size_t CurrentSetpointNumber = 0; // position in ValueAdrList
     std::array<std::string, 2> Snapshot;   // values of two cycles

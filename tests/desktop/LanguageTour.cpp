@@ -53,10 +53,14 @@ class TCaptions {
             return; // the rest is the toolkit's own
         for (const auto* button : window.findChildren<QAbstractButton*>())
             Note(button->objectName(), button->text());
-        for (const auto* label : window.findChildren<QLabel*>())
+        for (const auto* label : window.findChildren<QLabel*>()) {
+            if (label->objectName() == QStringLiteral("LblSetpointCount") ||
+                (label->objectName().isEmpty() && label->parent()->objectName().isEmpty()))
+                continue; // a number of rows, and the letters of axes
             Note(label->objectName().isEmpty() ? label->parent()->objectName() + QStringLiteral("/caption")
                                                : label->objectName(),
                  label->text());
+        }
         for (const auto* group : window.findChildren<QGroupBox*>())
             Note(group->objectName(), group->title());
         for (const auto* action : window.findChildren<QAction*>())

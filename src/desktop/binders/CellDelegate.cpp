@@ -12,10 +12,11 @@ namespace tidewell {
 
 namespace {
 
+constexpr qsizetype longestLine = 100; // characters of a tool tip; a longer one is broken
 const QColor stripeTint(98, 149, 204); // of an inactive window's caption
 constexpr float stripeShare = 0.26F;
 const QColor selectedOnLight(0, 0, 255);
-const QColor selectedOnDark(120, 170, 255);
+const QColor selectedOnDark(150, 190, 255);
 
 bool IsDark(const QPalette& palette) {
     return palette.color(QPalette::Base).lightness() < 128;
@@ -37,12 +38,7 @@ QFont Bold(QFont font) {
 }
 
 QRect TextRect(const QRect& cell) {
-    return cell.adjusted(TCellDelegate::Margin, 0, -TCellDelegate::Margin, 0);
-}
-
-void PaintText(QPainter& painter, const QRect& room, const QFontMetrics& metrics, const QString& text) {
-    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     metrics.elidedText(text, Qt::ElideRight, room.width()));
+    return cell.adjusted(TCellTexts::Margin, 0, -TCellTexts::Margin, 0);
 }
 
 } // namespace
@@ -50,23 +46,23 @@ void PaintText(QPainter& painter, const QRect& room, const QFontMetrics& metrics
 void TCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const {
     const TCellLook look = Model.Look(index);
+    // Over what marks the selected row elsewhere.
     painter->fillRect(option.rect,
                       look.Stripe ? StripeColor(option.palette) : option.palette.color(QPalette::Base));
     if (look.Box)
         PaintBox(*painter, option, *look.Box);
     if (look.Text.empty())
         return;
-    const QRect room = TextRect(option.rect);
     const QString text = ToQt(look.Text);
     if (!look.Selected) {
         painter->setPen(option.palette.color(QPalette::Text));
-        PaintText(*painter, room, option.fontMetrics, text);
+        Texts.Paint(*painter, option.rect, text);
         return;
     }
     const QFont before = painter->font();
     painter->setFont(Bold(before));
     painter->setPen(IsDark(option.palette) ? selectedOnDark : selectedOnLight);
-    PaintText(*painter, room, painter->fontMetrics(), text);
+    SelectedTexts.Paint(*painter, option.rect, text);
     painter->setFont(before);
 }
 
@@ -97,7 +93,8 @@ void TCellDelegate::PaintBox(QPainter& painter, const QStyleOptionViewItem& opti
 
 QSize TCellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const QFontMetrics metrics(Bold(option.font));
-    return {metrics.horizontalAdvance(ToQt(Model.Look(index).Text)) + 2 * Margin + 1, metrics.height()};
+    return {metrics.horizontalAdvance(ToQt(Model.Look(index).Text)) + 2 * TCellTexts::Margin + 1,
+            metrics.height()};
 }
 
 bool TCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
@@ -105,17 +102,18 @@ bool TCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const 
     if (event == nullptr || view == nullptr || event->type() != QEvent::ToolTip)
         return false;
     const TCellLook look = Model.Look(index);
-    const QString text = ToQt(look.Text);
     const QFontMetrics metrics(look.Selected ? Bold(option.font) : option.font);
-    if (metrics.horizontalAdvance(text) <= TextRect(option.rect).width())
-        return false;
-    ShowWholeText(*event, *view, option.rect, text);
-    return true;
+    return ShowWholeText(*event, *view, option.rect, metrics, ToQt(look.Text));
 }
 
-void ShowWholeText(const QHelpEvent& event, QWidget& widget, const QRect& area, const QString& text) {
-    QToolTip::showText(event.globalPos(), QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()), &widget,
-                       area);
+bool ShowWholeText(const QHelpEvent& event, QWidget& widget, const QRect& cell, const QFontMetrics& metrics,
+                   const QString& text) {
+    if (metrics.horizontalAdvance(text) <= TextRect(cell).width())
+        return false;
+    const QString form = text.size() > longestLine ? QStringLiteral("<qt>%1</qt>")
+                                                   : QStringLiteral("<p style='white-space:pre'>%1</p>");
+    QToolTip::showText(event.globalPos(), form.arg(text.toHtmlEscaped()), &widget, cell);
+    return true;
 }
 
 } // namespace tidewell

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/binders/CellTexts.h"
+
 #include <QStyledItemDelegate>
 
 namespace tidewell {
@@ -20,15 +22,17 @@ class TCellDelegate : public QStyledItemDelegate {
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
 
-    static constexpr int Margin = 4; // pixels beside the text
-
   private:
     void PaintBox(QPainter& painter, const QStyleOptionViewItem& option, bool checked) const;
 
     const TGridModel& Model;
+    mutable TCellTexts Texts;
+    mutable TCellTexts SelectedTexts;
 };
 
-// The whole text, of any characters, below the mouse while it stays in the area of the widget.
-void ShowWholeText(const QHelpEvent& event, QWidget& widget, const QRect& area, const QString& text);
+// Shows the whole of a text that does not fit its cell of the widget while the mouse stays there; false for
+// one that fits.
+bool ShowWholeText(const QHelpEvent& event, QWidget& widget, const QRect& cell, const QFontMetrics& metrics,
+                   const QString& text);
 
 } // namespace tidewell

@@ -16,6 +16,8 @@ namespace tidewell {
 
 namespace {
 
+constexpr int margin = 8; // pixels beside a row's text; on the safe side
+constexpr int rowAir = 4; // above and below it together
 constexpr double enoughContrast = 4.5;
 constexpr int lighter = 4; // percent of lightness, one step
 
@@ -54,6 +56,8 @@ class TColorListModel : public QAbstractListModel {
         case Qt::DisplayRole:
         case Qt::ToolTipRole:
             return ToQt(row.Caption);
+        case Qt::SizeHintRole:
+            return Size;
         case Qt::ForegroundRole:
             return Readable(row.Color, View.palette().color(QPalette::Base));
         default:
@@ -63,12 +67,19 @@ class TColorListModel : public QAbstractListModel {
     void SetRows(std::vector<TColorList::TRow> rows) {
         beginResetModel();
         Rows = std::move(rows);
+        const auto longest = std::max_element(Rows.begin(), Rows.end(), [](const auto& a, const auto& b) {
+            return a.Caption.size() < b.Caption.size();
+        });
+        const QFontMetrics metrics = View.fontMetrics();
+        const int width = longest == Rows.end() ? 0 : metrics.horizontalAdvance(ToQt(longest->Caption));
+        Size = {width + 2 * margin, metrics.height() + rowAir};
         endResetModel();
     }
 
   private:
     const QListView& View;
     std::vector<TColorList::TRow> Rows;
+    QSize Size; // of each row, wide enough for the longest
 };
 
 class TColorListBinding : public QObject {

@@ -2,15 +2,14 @@
 
 #include "desktop/QtText.h"
 #include "desktop/binders/CellDelegate.h"
+#include "desktop/binders/GridHeading.h"
 #include "desktop/binders/GridModel.h"
 #include "widgets/Child.h"
 
 #include <QHeaderView>
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTableView>
-#include <QToolTip>
 
 #include <algorithm>
 
@@ -29,10 +28,10 @@ class TGridBinding : public QObject {
         View.setItemDelegate(&NewChild<TCellDelegate>(*this, Model));
         View.installEventFilter(this);
         View.viewport()->installEventFilter(this);
-        Heading().viewport()->installEventFilter(this);
         // Not the current index, which moves to the first row when the view just gets the keyboard.
         connect(View.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { TakeRow(); });
-        connect(&Heading(), &QHeaderView::sectionDoubleClicked, this, [this] { DoubleClick(0); });
+        connect(View.horizontalHeader(), &QHeaderView::sectionDoubleClicked, this,
+                [this] { DoubleClick(0); });
         FitRows();
     }
 
@@ -54,16 +53,10 @@ class TGridBinding : public QObject {
             return ViewEvent(*event) || QObject::eventFilter(watched, event);
         if (watched == View.viewport())
             return MouseEvent(*event) || QObject::eventFilter(watched, event);
-        if (event->type() == QEvent::ToolTip) {
-            ShowHeading(*static_cast<QHelpEvent*>(event));
-            return true;
-        }
         return QObject::eventFilter(watched, event);
     }
 
   private:
-    QHeaderView& Heading() const { return *View.horizontalHeader(); }
-
     void FitRows() {
         QHeaderView& rows = *View.verticalHeader();
         const int height = std::max(minimumRowHeight, View.fontMetrics().height() + rowAir);
@@ -157,19 +150,6 @@ class TGridBinding : public QObject {
         });
     }
 
-    void ShowHeading(const QHelpEvent& event) {
-        const int section = Heading().logicalIndexAt(event.pos());
-        const QString text = Model.headerData(section, Qt::Horizontal, Qt::DisplayRole).toString();
-        const int room = section < 0 ? 0 : Heading().sectionSize(section) - 2 * TCellDelegate::Margin;
-        if (section < 0 || Heading().fontMetrics().horizontalAdvance(text) <= room) {
-            QToolTip::hideText();
-            return;
-        }
-        const QRect area(Heading().sectionViewportPosition(section), 0, Heading().sectionSize(section),
-                         Heading().height());
-        ShowWholeText(event, *Heading().viewport(), area, text);
-    }
-
     QTableView& View;
     TStringGrid& Grid;
     IDialogs& Dialogs;
@@ -191,10 +171,9 @@ void BindGrid(QTableView& view, TStringGrid& grid, IDialogs& dialogs) {
     view.setCornerButtonEnabled(false);
     view.verticalHeader()->hide();
     view.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    QHeaderView& heading = *view.horizontalHeader();
-    heading.setHighlightSections(false);
-    heading.setSectionResizeMode(QHeaderView::Interactive);
-    heading.setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    auto& heading = NewChild<TGridHeading>(view);
+    heading.setSectionsClickable(true);
+    view.setHorizontalHeader(&heading);
     auto& binding = NewChild<TGridBinding>(view, view, grid, dialogs);
     KeepInStep(view, grid, [&binding] { binding.Sync(); });
 }

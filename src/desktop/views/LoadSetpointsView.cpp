@@ -67,8 +67,7 @@ void TLoadSetpointsView::AddButtons() {
 }
 
 void TLoadSetpointsView::AddLists() {
-    auto& place = NewChild<QGridLayout>(*this);
-    Column.addLayout(&place, 1);
+    auto& place = NewLayout<QGridLayout>(Column, 1);
     auto& results = NewChild<QListView>(*this);
     place.addWidget(&Grid, 0, 0);
     place.addWidget(&results, 0, 0);
@@ -94,9 +93,8 @@ void TLoadSetpointsView::AddProgress() {
     rows.addWidget(&bar, 0, 1);
     rows.addWidget(&readBack, 1, 0);
     rows.addWidget(&stop, 1, 1, Qt::AlignRight);
-    for (QWidget* widget : {static_cast<QWidget*>(&label), static_cast<QWidget*>(&bar),
-                            static_cast<QWidget*>(&readBack), static_cast<QWidget*>(&stop)})
-        KeepRoom(*widget);
+    KeepRoom(label);
+    KeepRoom(bar);
     BindLabel(label, Form.progresslabel);
     BindProgressBar(bar, Form.ProgressBar);
     BindLabel(readBack, Form.LabReadBack);

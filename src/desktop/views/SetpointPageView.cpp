@@ -1,5 +1,6 @@
 #include "desktop/views/SetpointPageView.h"
 
+#include "desktop/binders/CellDelegate.h"
 #include "desktop/binders/EditBinder.h"
 #include "desktop/binders/GridBinder.h"
 #include "desktop/binders/ListBinders.h"
@@ -14,6 +15,7 @@
 #include "widgets/RoomyRows.h"
 
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -33,6 +35,17 @@ namespace {
 constexpr int treeIndent = 19; // pixels, here and below
 constexpr int filterMargin = 4;
 constexpr int filterWidth = 360;
+
+// Rows with some air. The whole of a long text shows in a tool tip.
+class TTreeRows : public TRoomyRows {
+  public:
+    using TRoomyRows::TRoomyRows;
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        return event != nullptr && view != nullptr && event->type() == QEvent::ToolTip &&
+               ShowWholeText(*event, *view, option.rect, option.fontMetrics, index.data().toString());
+    }
+};
 
 } // namespace
 
@@ -59,7 +72,7 @@ void TSetpointPageView::AddGroup(QSplitter& split) {
     auto& treePanel = NewChild<TCaptionPanel>(*Group);
     auto& tree = NewChild<QTreeWidget>(treePanel);
     tree.setIndentation(treeIndent);
-    tree.setItemDelegate(&NewChild<TRoomyRows>(tree));
+    tree.setItemDelegate(&NewChild<TTreeRows>(tree));
     tree.setFrameShape(QFrame::NoFrame);
     treePanel.SetContent(tree);
     BindPanel(treePanel, Parts.Page.CategoryPanelSetpoints);
@@ -97,6 +110,7 @@ void TSetpointPageView::AddGrid(QSplitter& split) {
 void TSetpointPageView::AddFilter(QWidget& area, QVBoxLayout& column) {
     auto& row = NewLayout<QHBoxLayout>(column);
     row.setContentsMargins(filterMargin, filterMargin, filterMargin, filterMargin);
+    row.setSpacing(2 * filterMargin);
     Filter = &NewChild<QLineEdit>(area);
     Filter->setPlaceholderText(QStringLiteral("Filter by name, unit or address (Ctrl+F)"));
     Filter->setAccessibleName(QStringLiteral("Filter"));
