@@ -16,16 +16,24 @@ constexpr std::size_t keptHeader = 1024;
 
 } // namespace
 
-TDatalogLineReader::TDatalogLineReader(std::unique_ptr<IFileReader> file, std::size_t blockSize)
-    : File(std::move(file)), Block(blockSize), Buffer(std::make_unique_for_overwrite<char[]>(2 * blockSize)) {
-}
+TDatalogLineReader::TDatalogLineReader(std::unique_ptr<IFileReader> file, std::size_t blockSize,
+                                       std::size_t longestLine)
+    : File(std::move(file)), Block(blockSize), LongestLine(longestLine), Capacity(2 * blockSize),
+      Buffer(std::make_unique_for_overwrite<char[]>(Capacity)) {}
 
 // Moves the rest of the line at hand to the front and reads on behind it.
 bool TDatalogLineReader::Refill() {
     if (AtEnd)
         return false;
-    std::memmove(Buffer.get(), Buffer.get() + Begin, End - Begin);
     End -= Begin;
+    if (Capacity - End < Block) {
+        Capacity *= 2;
+        auto grown = std::make_unique_for_overwrite<char[]>(Capacity);
+        std::memcpy(grown.get(), Buffer.get() + Begin, End);
+        Buffer = std::move(grown);
+    } else {
+        std::memmove(Buffer.get(), Buffer.get() + Begin, End);
+    }
     Begin = 0;
     const std::size_t got = File->Read({Buffer.get() + End, Block});
     AtEnd = got < Block;
@@ -59,7 +67,7 @@ bool TDatalogLineReader::Next(std::string_view& line) {
             searched = 0; // the end of a line that is given out already
             continue;
         }
-        if (size >= Block) {
+        if (size >= LongestLine) {
             Begin = End;
             searched = 0;
             if (!std::exchange(InLongLine, true)) {

@@ -12,12 +12,11 @@
 
 namespace tidewell {
 
-// The lines of a file, read block by block. A line is cut where it is as long as a block.
+// The lines of a file, read block by block. A line is cut somewhere behind its first longestLine bytes.
 class TDatalogLineReader {
   public:
-    static constexpr std::size_t BlockSize = 1U << 20U;
-
-    explicit TDatalogLineReader(std::unique_ptr<IFileReader> file, std::size_t blockSize = BlockSize);
+    explicit TDatalogLineReader(std::unique_ptr<IFileReader> file, std::size_t blockSize = 1U << 17U,
+                                std::size_t longestLine = 1U << 20U);
     // False behind the last line. The line is valid until the next call. Throws EInOutError.
     bool Next(std::string_view& line);
 
@@ -26,7 +25,9 @@ class TDatalogLineReader {
 
     std::unique_ptr<IFileReader> File;
     std::size_t Block;
-    std::unique_ptr<char[]> Buffer; // of two blocks
+    std::size_t LongestLine;
+    std::size_t Capacity = 0;
+    std::unique_ptr<char[]> Buffer; // of Capacity; grows with the longest line so far
     std::size_t Begin = 0;          // of what is not given out yet
     std::size_t End = 0;
     bool AtEnd = false;
