@@ -1,6 +1,7 @@
 #include "logging/SdDatalogReader.h"
 
 #include "core/Errors.h"
+#include "core/Numbers.h"
 #include "logging/DatalogRig.h"
 
 #include <gmock/gmock.h>
@@ -174,7 +175,7 @@ TEST(SdDatalogReader, StandsFilesOfManyKinds) {
         try {
             rig.OpenFiles({sample.File()});
             ASSERT_EQ(rig.Drawn(0).size(), 360U);
-            outcome = std::to_string(rig.Drawn(0)[0]).substr(0, sample.Outcome.size());
+            outcome = FixedText(rig.Drawn(0)[0], 1);
             EXPECT_EQ(rig.Drawn(0)[1], 25.7);
         } catch (const TError& error) {
             outcome = error.what();
