@@ -166,6 +166,7 @@ TEST(GraphPage, AScrolledBackViewStaysWhereItIsUntilItIsCleared) {
     EXPECT_EQ(rig.Log.Cleared, cleared + 1);
     EXPECT_EQ(rig.Page.GraphSampleCount() + rig.Page.GraphDataLabelsTimeText.Count(), 0U);
     EXPECT_FALSE(rig.Page.DatalogFileOpen || rig.Page.GraphScroll.Enabled());
+    EXPECT_EQ(rig.Page.graph.YAxis.Min.Value(), -40);
     EXPECT_EQ(rig.Page.graph.AdditionalAxes[0].Axis.Max.Value(), 4096);
     rig.Extend(2);
     EXPECT_THAT(rig.Seen(), ElementsAre(0, 11, 0, 1, 1, 2));
