@@ -176,6 +176,7 @@ TEST(GraphPage, ClearingBeginsAnew) {
     EXPECT_FALSE(rig.Page.GraphScroll.Enabled());
     EXPECT_EQ(rig.Page.GraphScroll.Max(), 0);
     EXPECT_TRUE(rig.DrawnX().empty());
+    EXPECT_EQ(rig.Page.graph.YAxis.Min.Value(), -40);
     EXPECT_EQ(rig.Page.graph.YAxis.AdditionalAxes[0].Axis.Max.Value(), 4096);
 }
 

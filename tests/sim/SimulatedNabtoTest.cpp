@@ -195,7 +195,7 @@ TEST_F(TSimulatedNabtoTest, TheFileIsReadAgainWhenItChanges) {
     Put("[Controller vent]\nLocal=false\nRemote=false\n[Controller far]\nLocal=true\nCopies=200\n");
     EXPECT_THAT(LocalDevices(), SizeIs(202));
     EXPECT_EQ(LocalDevices().back(), "410000000203");
-    EXPECT_EQ(Ask(Vent), "status 13");
+    EXPECT_EQ(Ask(Vent + ".remote.example.com"), "status 13");
     Put("");
     EXPECT_THAT(LocalDevices(), ElementsAre(Vent, Gate));
     EXPECT_EQ(Ask("410000000203"), "status 13");
