@@ -322,6 +322,9 @@ TEST_F(LoadSetpoints, TheCloseOfTheMainFormEndsARun) {
                     HasSubstr("Number of Read error " + std::to_string(duringWrites ? 1 : 2)));
     }
     EXPECT_EQ(Files.List("/t/log/systemlog", "Write*").size(), 2U);
+    // What closes the form must not outlive it.
+    Library.OnCall = {};
+    Time.Advance(1000);
 }
 
 } // namespace tidewell::test
