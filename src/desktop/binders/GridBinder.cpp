@@ -23,7 +23,8 @@ constexpr int rowAir = 4;            // above and below the text together
 class TGridBinding : public QObject {
   public:
     TGridBinding(QTableView& view, TStringGrid& grid, IDialogs& dialogs, QObject* parent)
-        : QObject(parent), View(view), Grid(grid), Dialogs(dialogs), Model(grid, this) {
+        : QObject(parent), View(view), ViewObject(&view), Viewport(view.viewport()), Grid(grid),
+          Dialogs(dialogs), Model(grid, this) {
         View.setModel(&Model);
         View.setItemDelegate(&NewChild<TCellDelegate>(*this, Model));
         View.installEventFilter(this);
@@ -49,9 +50,9 @@ class TGridBinding : public QObject {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (watched == &View)
+        if (watched == ViewObject)
             return ViewEvent(*event) || QObject::eventFilter(watched, event);
-        if (watched == View.viewport())
+        if (watched == Viewport)
             return MouseEvent(*event) || QObject::eventFilter(watched, event);
         return QObject::eventFilter(watched, event);
     }
@@ -151,6 +152,9 @@ class TGridBinding : public QObject {
     }
 
     QTableView& View;
+    // Events still come while the view is taken apart, and it cannot be asked then.
+    const QObject* const ViewObject;
+    const QObject* const Viewport;
     TStringGrid& Grid;
     IDialogs& Dialogs;
     TGridModel Model;
