@@ -182,9 +182,10 @@ std::int32_t TUNabto::getResponseStatus(const std::string& json) {
     const TDeviceReply reply = ParseReply(json);
     if (reply.Error)
         errormessage = *reply.Error;
-    if (!reply.IsObject || reply.Error || !reply.Status)
+    if (!reply.IsObject || reply.Error)
         return 1;
-    return static_cast<std::int32_t>(reply.Status->Bits().value_or(1));
+    const auto bits = reply.Status ? reply.Status->Bits() : std::nullopt;
+    return bits ? static_cast<std::int32_t>(*bits) : -1;
 }
 
 std::uint32_t TUNabto::getpingResponse(const std::string& json) {

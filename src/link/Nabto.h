@@ -88,7 +88,7 @@ class TUNabto : public TStreamProgress {
     // Value list text "v1; v2; " of a read reply; "error" for a refusal; "No JS", CR LF and the text for what
     // is no JSON object; the reply itself if it holds no values.
     std::string JsonToValue(const std::string& json);
-    // response.status, or 1 for anything but a well-formed reply.
+    // response.status; 1 for no JSON object or a refusal, -1 for a reply without a status.
     std::int32_t getResponseStatus(const std::string& json);
     // response.Pong, 0 if it is no number, or 1 for no JSON object or a refusal. Fills the identity fields.
     std::uint32_t getpingResponse(const std::string& json);

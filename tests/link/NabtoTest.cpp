@@ -192,13 +192,13 @@ TEST_F(TNabtoTest, ReadsReplies) {
     const TCase cases[] = {
         {"", "No JS\r\n", 1, 1, "-"},
         {"[1]", "No JS\r\n[1]", 1, 1, "-"},
-        {"{}", "", 1, 0, "-"},
+        {"{}", "", -1, 0, "-"},
         {R"({"error":{"body":"busy"},"response":{"Pong":1886350951,"status":0}})", "error", 1, 1, "busy"},
         {R"({"response":{"status":0}})", R"({"response":{"status":0}})", 0, 0, "-"},
-        {R"({"response":{"status":"0"}})", R"({"response":{"status":"0"}})", 1, 0, "-"},
+        {R"({"response":{"status":"0"}})", R"({"response":{"status":"0"}})", -1, 0, "-"},
         {R"({"response":{"status":4294901762,"data":[{"value":12},{"value":-3}]}})", "12; -3; ", -65534, 0,
          "-"},
-        {R"({"response":{"Pong":"1886350951","data":[]}})", "", 1, 0, "-"},
+        {R"({"response":{"Pong":"1886350951","data":[]}})", "", -1, 0, "-"},
     };
     Make();
     for (const auto& test : cases) {

@@ -217,7 +217,7 @@ TEST_F(TSetpointFaults, TheCountsTellWhatTheControllerHolds) {
         {EFault::ChangeAfterWrite, 1},
         {EFault::ChangeAfterWrite, -2}, // the last write then holds what the first one wrote
         {EFault::Garbage, 0, R"({"response":{"status":3}})", true},
-        {EFault::Garbage, 0, R"({"response":{}})"},
+        {EFault::Garbage, 0, R"({"response":{}})", true}, // tells nothing
     };
     const TCase ofReads[] = {{EFault::WrongCount, 1}, {EFault::WrongCount, -1}};
     const TCase ofBoth[] = {{EFault::Error, 0, "Device busy"},
