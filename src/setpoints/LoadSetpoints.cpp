@@ -60,6 +60,7 @@ class TLoadSetpoints::TRunning {
         Form.ButPanel.SetVisible(!running);
         Form.ProgressBar.SetVisible(running);
         Form.progresslabel.SetVisible(running);
+        Form.LabHint.SetVisible(!running);
     }
     TLoadSetpoints& Form;
     TFlagged InRun;
@@ -237,6 +238,8 @@ void TLoadSetpoints::ShowSelected() {
 void TLoadSetpoints::ShowGrid(bool show) {
     ResultList.SetVisible(!show);
     setpointgrid.SetVisible(show);
+    LabHint.SetCaption(show ? "A click on its box, or Space, checks a setpoint or unchecks it."
+                            : "A click on the results shows the setpoints again.");
 }
 
 void TLoadSetpoints::ShowReadBack() {

@@ -57,6 +57,7 @@ class TLoadSetpoints : public TForm {
     TPanel showpanel{"showpanel"};
     TProgressBar ProgressBar{"ProgressBar"};
     TLabel progresslabel{"progresslabel"};
+    TLabel LabHint{"LabHint"}; // what the list shown is good for; hidden during a run
     // Only while the read-back is waited for.
     TLabel LabReadBack{"LabReadBack"};
     TButton ButEndReadBack{"ButEndReadBack", "Stop waiting"};
@@ -65,7 +66,7 @@ class TLoadSetpoints : public TForm {
     std::filesystem::path FileName;
     std::vector<std::string> LastWriteResultList; // lines of the last result file
 
-    static constexpr int DesignedWidth = 720; // client area, pixels
+    static constexpr int DesignedWidth = 960; // client area, pixels
     static constexpr int DesignedHeight = 560;
 
   private:

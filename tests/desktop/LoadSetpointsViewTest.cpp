@@ -7,6 +7,7 @@
 #include <QListView>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableView>
 #include <QTest>
 
@@ -81,7 +82,9 @@ class LoadSetpointsView : public TSetpointProgram {
 
 TEST_F(LoadSetpointsView, ChecksAreSetByMouseAndKeyboard) {
     ExpectAllFits();
-    EXPECT_EQ(View->size(), QSize(TLoadSetpoints::DesignedWidth, TLoadSetpoints::DesignedHeight));
+    const QSize designed(TLoadSetpoints::DesignedWidth, TLoadSetpoints::DesignedHeight);
+    EXPECT_EQ(View->size(), designed.boundedTo(View->screen()->availableSize()));
+    EXPECT_TRUE(Find<QLabel>("LabHint").text().contains("Space"));
     EXPECT_EQ(Grid().model()->headerData(2, Qt::Horizontal).toString(), "Enabled");
     EXPECT_EQ(Grid().columnWidth(2), (Grid().viewport()->width() - 5) / 7);
     EXPECT_EQ(Selected(), "3 of 3 selected");
@@ -117,7 +120,7 @@ TEST_F(LoadSetpointsView, ARunIsSeenFromWriteToResult) {
         QCoreApplication::processEvents();
         EXPECT_TRUE(Results().isVisible() && !Grid().isVisible());
         EXPECT_EQ(Results().geometry(), place);
-        EXPECT_FALSE(Find<QWidget>("ButPanel").isVisible());
+        EXPECT_FALSE(Find<QWidget>("ButPanel").isVisible() || Find<QLabel>("LabHint").isVisible());
         EXPECT_EQ(Find<QProgressBar>("ProgressBar").value(), 1);
         EXPECT_EQ(Find<QLabel>("progresslabel").text(), "Address : 49999 Value : 5");
         EXPECT_EQ(ResultColor(1), grey); // though it is written
@@ -142,6 +145,8 @@ TEST_F(LoadSetpointsView, ARunIsSeenFromWriteToResult) {
     EXPECT_EQ(Results().model()->index(0, 0).data().toString().trimmed(),
               QString::fromStdString(Form().ResultList.Rows().at(0).Caption));
     EXPECT_FALSE(Find<QPushButton>("ButEndReadBack").isVisible());
+
+    EXPECT_TRUE(Find<QLabel>("LabHint").text().contains("results"));
 
     QPalette dark = Results().palette();
     dark.setColor(QPalette::Base, QColor(40, 40, 40));

@@ -84,17 +84,20 @@ void TLoadSetpointsView::AddProgress() {
     rows.setHorizontalSpacing(spacing);
     rows.setColumnStretch(0, 1);
     auto& label = NewChild<TElidedLabel>(Progress);
+    auto& hint = NewChild<TElidedLabel>(Progress);
     auto& bar = NewChild<QProgressBar>(Progress);
     auto& readBack = NewChild<TElidedLabel>(Progress);
     auto& stop = NewChild<TRoomyButton>(Progress);
     bar.setFixedWidth(barWidth);
     rows.addWidget(&label, 0, 0);
+    rows.addWidget(&hint, 0, 0); // the two take turns
     rows.addWidget(&bar, 0, 1);
     rows.addWidget(&readBack, 1, 0);
     rows.addWidget(&stop, 1, 1, Qt::AlignRight);
     KeepRoom(label);
     KeepRoom(bar);
     BindLabel(label, Form.progresslabel);
+    BindLabel(hint, Form.LabHint);
     BindProgressBar(bar, Form.ProgressBar);
     BindLabel(readBack, Form.LabReadBack);
     BindButton(stop, Form.ButEndReadBack, Context.Dialogs);
