@@ -8,16 +8,20 @@
 
 #include "ProgramOnScreen.h"
 #include "Robot.h"
+#include "core/DiskFiles.h"
 #include "desktop/views/AppIcon.h"
 
 #include <QPainter>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QTableView>
 #include <QTemporaryFile>
 #include <QTest>
+#include <QTreeWidget>
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <string>
@@ -30,24 +34,70 @@ namespace {
 const std::vector<std::string> signedIn = {"-LoginUserPW", "service;tidewell"};
 const std::vector<std::string> linked = {"-devid", "410000000001", "-LoginUserPW", "service;tidewell"};
 
+struct TStage {
+    TProgramOnScreen& Screen;
+    TRobot& Robot;
+};
+
 // How a window comes up, and what it shows. A picture of another window is a row more.
 struct TPicture {
     QString Name;
-    QString Window;                      // its object name
-    std::vector<std::string> Arguments;  // of the program
-    std::function<void(TRobot&)> Before; // from the start to the window; unset: the start brings it up
-    std::function<void(QWidget&, TRobot&)> Fill; // unset: shown as it comes up
+    QString Window;                             // its object name
+    std::vector<std::string> Arguments;         // of the program
+    std::function<void(TStage)> Before;         // from the start to the window; unset: the start brings it up
+    std::function<void(QWidget&, TStage)> Fill; // unset: shown as it comes up
 };
 
 // Presses a key in the main form.
-std::function<void(TRobot&)> Key(Qt::Key key) {
-    return [key](TRobot& robot) {
-        robot.On("FormMain", [key](QWidget&) { Press(key); });
+std::function<void(TStage)> Key(Qt::Key key) {
+    return [key](TStage stage) {
+        stage.Robot.On("FormMain", [key](QWidget&) { Press(key); });
     };
 }
 
 void ClickOn(QWidget& window, const char* name) {
     QTest::mouseClick(window.findChild<QWidget*>(QString::fromLatin1(name)), Qt::LeftButton);
+}
+
+// In the main form: starts the log, and shows a group of the device's setpoints with that row selected.
+void ShowSetpoints(QWidget& window, TStage stage, int group, int row) {
+    Press(Qt::Key_F6);
+    stage.Screen.Advance(20000);
+    auto& tree = *window.findChild<QTreeWidget*>("SetpointTreeView");
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                      tree.visualItemRect(tree.topLevelItem(0)->child(group)).center());
+    auto& grid = *window.findChild<QTableView*>("SetpointGrid");
+    grid.selectRow(row - 1);
+    grid.setFocus();
+}
+
+std::function<void(TStage)> EditSetpoint(int group, int row) {
+    return [group, row](TStage stage) {
+        stage.Robot.On("FormMain", [group, row, stage](QWidget& window) {
+            ShowSetpoints(window, stage, group, row);
+            Press(Qt::Key_Return);
+        });
+    };
+}
+
+// A list of which one address is unknown, and one value is refused.
+void LoadSetpoints(TStage stage) {
+    stage.Robot.On("FormMain", [stage](QWidget&) {
+        TProgramOnScreen& screen = stage.Screen;
+        const std::filesystem::path golden = "tests/scenario/golden/setpoints/aria450.csv";
+        std::string list = TDiskFiles().Read(TIDEWELL_SOURCE_DIR / golden);
+        list.replace(list.find(";40104;"), 7, ";49104;");
+        screen.Files.Put("/opt/tidewell/setpoint/aria450.csv", list);
+        screen.Nabto.FindController(screen.Arguments.at(1))
+            ->Faults.Replace({{EFault::RefuseWrite,
+                               3,
+                               "",
+                               {.ToMs = {}, .Query = {}, .Obj = {}, .Address = 107, .Times = {}}}});
+        TProgram& program = *screen.Program;
+        program.FormMain.SetpointPage.SelectedSetpointParent = "Device Aria 450";
+        program.LoadSetpoints.LoadForm("/opt/tidewell/setpoint/aria450.csv");
+        screen.Desktop.Dialogs.ShowModal(program.LoadSetpoints);
+    });
 }
 
 std::vector<TPicture> Pictures() {
@@ -56,29 +106,62 @@ std::vector<TPicture> Pictures() {
          "NabtoLogOn",
          {},
          {},
-         [](QWidget&, TRobot&) {
+         [](QWidget&, TStage) {
              Type("service\ttidewell\t ");
          }},
         {"setup",
          "SetupForm",
          signedIn,
          {},
-         [](QWidget&, TRobot&) {
+         [](QWidget&, TStage) {
              Type("\t \t");
              Press(Qt::Key_Down);
          }},
         {"driver", "NabtoDevice", signedIn,
-         [](TRobot& robot) {
-             robot.On("SetupForm", [](QWidget&) { Type("410000000001\n"); });
-             Key(Qt::Key_F11)(robot);
+         [](TStage stage) {
+             stage.Robot.On("SetupForm", [](QWidget&) { Type("410000000001\n"); });
+             Key(Qt::Key_F11)(stage);
          },
-         [](QWidget& window, TRobot& robot) {
-             robot.On("MessageBox", [](QWidget&) { Type("\n"); });
+         [](QWidget& window, TStage stage) {
+             stage.Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
              ClickOn(window, "btnPing");
              ClickOn(window, "btnShowReadList");
          }},
         {"language", "languagedialog", linked, Key(Qt::Key_F12), {}},
         {"message", "MessageBox", linked, Key(Qt::Key_F2), {}},
+        {"setpoints",
+         "FormMain",
+         linked,
+         {},
+         [](QWidget& window, TStage stage) {
+             ShowSetpoints(window, stage, 0, 6);
+         }},
+        {"setpoints-filter",
+         "FormMain",
+         linked,
+         {},
+         [](QWidget& window, TStage stage) {
+             ShowSetpoints(window, stage, 0, 3);
+             Press(Qt::Key_F, Qt::ControlModifier);
+             Type("mode");
+         }},
+        {"input-number", "InputDialog", linked, EditSetpoint(0, 6),
+         [](QWidget&, TStage) {
+             Type("21,5");
+         }},
+        {"input-bits", "InputDialog", linked, EditSetpoint(0, 9), {}},
+        {"input-characters", "InputDialog", linked, EditSetpoint(0, 11), {}},
+        {"load", "LoadSetpoints", linked, LoadSetpoints,
+         [](QWidget&, TStage) {
+             Press(Qt::Key_Down);
+             Press(Qt::Key_Down);
+             Press(Qt::Key_Space);
+         }},
+        {"load-result", "LoadSetpoints", linked, LoadSetpoints,
+         [](QWidget& window, TStage stage) {
+             stage.Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
+             ClickOn(window, "ButWriteSetpoints");
+         }},
     };
 }
 
@@ -141,11 +224,12 @@ bool Take(const TPicture& picture, const QString& folder, const QString& theme) 
         std::cout << (taken ? "" : "Cannot write ") << file.toStdString() << '\n';
         screen.Desktop.Dialogs.CancelAll();
     };
+    const TStage stage{screen, robot};
     if (picture.Before)
-        picture.Before(robot);
+        picture.Before(stage);
     robot.On(picture.Window, [&](QWidget& window) {
         if (picture.Fill)
-            picture.Fill(window, robot);
+            picture.Fill(window, stage);
         robot.On(picture.Window, shoot);
     });
     screen.Build();
