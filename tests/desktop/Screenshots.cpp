@@ -144,6 +144,7 @@ std::vector<TPicture> Pictures() {
              ShowSetpoints(window, stage, 0, 3);
              Press(Qt::Key_F, Qt::ControlModifier);
              Type("mode");
+             QTest::qWait(300); // the button that empties the field fades in
          }},
         {"input-number", "InputDialog", linked, EditSetpoint(0, 6),
          [](QWidget&, TStage) {
