@@ -236,8 +236,8 @@ void TLoadSetpoints::ShowSelected() {
 }
 
 void TLoadSetpoints::ShowGrid(bool show) {
-    ResultList.SetVisible(!show);
     setpointgrid.SetVisible(show);
+    ResultList.SetVisible(!show);
     LabHint.SetCaption(show ? "A click on its box, or Space, checks a setpoint or unchecks it."
                             : "A click on the results shows the setpoints again.");
 }

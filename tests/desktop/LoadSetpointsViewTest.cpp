@@ -104,7 +104,8 @@ TEST_F(LoadSetpointsView, ChecksAreSetByMouseAndKeyboard) {
     QTest::keyClick(&Grid(), Qt::Key_Home);
     QTest::keyClick(&Grid(), Qt::Key_Space);
     EXPECT_NE(painted(1), checked);
-    QTest::mouseClick(&Find<QPushButton>("ButClearAll"), Qt::LeftButton);
+    Find<QPushButton>("ButClearAll").setFocus();
+    QTest::keyClick(&Find<QPushButton>("ButClearAll"), Qt::Key_Return);
     EXPECT_EQ(Selected(), "0 of 3 selected");
     QTest::keyClick(&Grid(), Qt::Key_Escape);
     EXPECT_FALSE(Form().Visible());
@@ -155,8 +156,10 @@ TEST_F(LoadSetpointsView, ARunIsSeenFromWriteToResult) {
         EXPECT_EQ(ResultColor(row).hslHue(), (row == 1 ? green : red).hslHue());
         EXPECT_GT(ResultColor(row).lightness(), (row == 1 ? green : red).lightness());
     }
+    EXPECT_EQ(View->focusWidget(), &Results());
     QTest::mouseClick(Results().viewport(), Qt::LeftButton);
     EXPECT_TRUE(Grid().isVisible() && !Results().isVisible());
+    EXPECT_EQ(View->focusWidget(), &Grid());
 }
 
 } // namespace tidewell::test

@@ -11,9 +11,11 @@
 
 #include <QCoreApplication>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListView>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -45,7 +47,11 @@ TLoadSetpointsView::TLoadSetpointsView(TLoadSetpoints& form, const TViewContext&
     AddLists();
     AddProgress();
     BindForm(*this, Form, Context);
-    Keep(*this, Form.ResultList.Changed.Connect([this] { PaintNow(*this); }));
+    Keep(*this, Form.ResultList.Changed.Connect([this] {
+        PaintNow(*this);
+        if (!Form.ResultList.Visible())
+            Grid.setFocus();
+    }));
     Keep(*this, Form.progresslabel.Changed.Connect([this] { PaintNow(Progress); }));
 }
 
@@ -115,6 +121,15 @@ void TLoadSetpointsView::PaintNow(QWidget& part) {
         return;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     part.repaint();
+}
+
+// Enter presses the button that has the keyboard, and no other one.
+void TLoadSetpointsView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+        return TDialogView::keyPressEvent(event);
+    auto* const button = qobject_cast<QPushButton*>(focusWidget());
+    if (button != nullptr && !event->isAutoRepeat())
+        button->click();
 }
 
 void TLoadSetpointsView::showEvent(QShowEvent* event) {

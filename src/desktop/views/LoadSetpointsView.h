@@ -18,6 +18,7 @@ class TLoadSetpointsView : public TDialogView {
     TLoadSetpointsView(TLoadSetpoints& form, const TViewContext& context);
 
   protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
   private:
