@@ -3,24 +3,13 @@
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
+#include "model/ListField.h"
 
 #include <utility>
 
 namespace tidewell {
 
 namespace {
-
-// Positions in a list row.
-constexpr std::size_t nameField = 1;
-constexpr std::size_t minField = 3;
-constexpr std::size_t maxField = 4;
-constexpr std::size_t decimalField = 5;
-constexpr std::size_t offsetField = 6;
-constexpr std::size_t modbusAdrField = 7;
-constexpr std::size_t structnumberField = 8;
-constexpr std::size_t codeField = 9;
-constexpr std::size_t bitNamesField = 10;
-constexpr std::size_t helpField = 18;
 
 constexpr std::size_t graphChannelField = 12;
 constexpr std::int32_t firstUnsignedType = 200;
@@ -98,17 +87,18 @@ TDatapointValue CalculateDatapointValue(std::string_view graphRow, std::string_v
 TListRow ParseListRow(std::string text) {
     TListRow row;
     row.Text = std::move(text);
-    const TSplitLine fields(row.Text, bitNamesField + 1);
-    row.Name = Trim(fields.Field(nameField));
-    row.Min = Trim(fields.Field(minField));
-    row.Max = Trim(fields.Field(maxField));
-    row.ModbusAdr = Trim(fields.Field(modbusAdrField));
-    row.Code = Trim(fields.Field(codeField));
-    row.BitNames = Trim(fields.Field(bitNamesField));
+    const TSplitLine fields(row.Text, ListField::User1 + 1);
+    row.Name = Trim(fields.Field(ListField::SetpointName));
+    row.Min = Trim(fields.Field(ListField::Min));
+    row.Max = Trim(fields.Field(ListField::Max));
+    row.ModbusAdr = Trim(fields.Field(ListField::ModbusAdr));
+    row.Code = Trim(fields.Field(ListField::Enhed));
+    row.BitNames = Trim(fields.Field(ListField::User1));
     try {
-        row.Structnumber = FieldInteger(fields.Field(structnumberField), row.Name, structnumberField);
-        row.Offset = FieldInteger(fields.Field(offsetField), row.Name, offsetField);
-        row.Decimal = FieldInteger(fields.Field(decimalField), row.Name, decimalField);
+        row.Structnumber =
+            FieldInteger(fields.Field(ListField::Structnumber), row.Name, ListField::Structnumber);
+        row.Offset = FieldInteger(fields.Field(ListField::Offset), row.Name, ListField::Offset);
+        row.Decimal = FieldInteger(fields.Field(ListField::Decimal), row.Name, ListField::Decimal);
         row.Signed = FloatOf(row.Min, "shown minimum", row.Name) < 0;
     } catch (const EConvertError& error) {
         row.Error = error.what();
@@ -139,24 +129,24 @@ std::string FormatRowLimits(std::string_view row, std::vector<std::string>& para
     const auto field = [&](std::size_t index) {
         return index < fields.size() ? fields[index] : std::string_view();
     };
-    const std::string_view name = field(nameField);
-    const auto minimum = FieldInteger(field(minField), name, minField);
-    const auto maximum = FieldInteger(field(maxField), name, maxField);
-    const auto offset = FieldInteger(field(offsetField), name, offsetField);
-    const auto decimals = FieldInteger(field(decimalField), name, decimalField);
+    const std::string_view name = field(ListField::SetpointName);
+    const auto minimum = FieldInteger(field(ListField::Min), name, ListField::Min);
+    const auto maximum = FieldInteger(field(ListField::Max), name, ListField::Max);
+    const auto offset = FieldInteger(field(ListField::Offset), name, ListField::Offset);
+    const auto decimals = FieldInteger(field(ListField::Decimal), name, ListField::Decimal);
     const auto shown = [&](std::int32_t raw) {
         return ScaledText(static_cast<long double>(raw) + static_cast<long double>(offset), decimals);
     };
-    if (fields.size() > helpField)
-        paraIds.emplace_back(fields[helpField]);
+    if (fields.size() > ListField::HelpNumber)
+        paraIds.emplace_back(fields[ListField::HelpNumber]);
 
     std::string result;
     for (std::size_t i = 0; i < fields.size(); ++i) {
         if (i > 0)
             result += ';';
-        if (i == minField)
+        if (i == ListField::Min)
             result += shown(minimum);
-        else if (i == maxField)
+        else if (i == ListField::Max)
             result += shown(maximum);
         else
             result += fields[i];

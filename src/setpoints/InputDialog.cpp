@@ -1,29 +1,19 @@
 #include "setpoints/InputDialog.h"
 
+#include "core/Flagged.h"
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 #include "core/WaitCursor.h"
 #include "core/ports/IDialogs.h"
 #include "link/NabtoDevice.h"
+#include "model/ListField.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/EnteredValue.h"
 
 namespace tidewell {
 
 namespace {
-
-// Positions in the list row.
-constexpr std::size_t nameField = 1;
-constexpr std::size_t eeAddressField = 2;
-constexpr std::size_t minField = 3;
-constexpr std::size_t maxField = 4;
-constexpr std::size_t decimalField = 5;
-constexpr std::size_t offsetField = 6;
-constexpr std::size_t modbusField = 7;
-constexpr std::size_t codeField = 9;
-constexpr std::size_t bitNamesField = 10;
-constexpr std::size_t writeTypeField = 14;
 
 constexpr std::string_view bitsCode = "100";
 constexpr std::string_view lowFirstCode = "102";
@@ -48,18 +38,6 @@ TCellRect BoxOf(const TCellRect& cell) {
     const int top = cell.Top + (cell.Bottom - cell.Top - boxSize) / 2;
     return {left, top, left + boxSize, top + boxSize};
 }
-
-// Clears a flag at the end of a block.
-class TLeave {
-  public:
-    explicit TLeave(bool& flag) : Flag(flag) { Flag = true; }
-    ~TLeave() { Flag = false; }
-    TLeave(const TLeave&) = delete;
-    TLeave& operator=(const TLeave&) = delete;
-
-  private:
-    bool& Flag;
-};
 
 } // namespace
 
@@ -115,10 +93,10 @@ void TInputDialog::FormShow() {
     Sending = false; // a send below which the dialog was closed may still be under way
     binaryvaluegrid.SetVisible(false);
     SplitRow(CurrentSetpointSpecific, CurrentList, false);
-    SetCaption(std::string(Field(nameField)));
-    EAdress.SetText(std::string(Field(modbusField)));
-    EMin.SetText(std::string(Field(minField)));
-    EMax.SetText(std::string(Field(maxField)));
+    SetCaption(std::string(Field(ListField::SetpointName)));
+    EAdress.SetText(std::string(Field(ListField::ModbusAdr)));
+    EMin.SetText(std::string(Field(ListField::Min)));
+    EMax.SetText(std::string(Field(ListField::Max)));
     EId.SetText(std::to_string(SelectedModbusId()));
     EValue.SetFocus();
     ShowEntry(CurrentDatavalue);
@@ -128,8 +106,8 @@ void TInputDialog::FormShow() {
             EId.Text());
     log.Add("End input value");
     SetFormWidth(narrowForm);
-    const std::string_view code = Field(codeField);
-    if (code == bitsCode && !Field(bitNamesField).empty())
+    const std::string_view code = Field(ListField::Enhed);
+    if (code == bitsCode && !Field(ListField::User1).empty())
         ShowBits();
     else if (IsCharacterCode(code))
         ShowCharacters();
@@ -145,7 +123,7 @@ void TInputDialog::ShowEntry(const std::string& text) {
 
 void TInputDialog::ShowBits() {
     binaryvaluegrid.SetVisible(true);
-    binarystringlist = BitCaptions(CurrentList[bitNamesField]);
+    binarystringlist = BitCaptions(CurrentList[ListField::User1]);
     binaryvaluegrid.Cells.SetRow(0, binarystringlist);
     binaryvaluegrid.Cells.ClearRow(1); // in case the value has no 16 digits
     PassValueToBinaryGrid(ToIntegerOr(Trim(CurrentDatavalue), 0));
@@ -155,7 +133,7 @@ void TInputDialog::ShowBits() {
 void TInputDialog::ShowCharacters() {
     const auto word = static_cast<std::uint16_t>(ToIntegerOr(Trim(CurrentDatavalue), 0));
     EValue.SetMaxLength(2); // and so it stays
-    ShowEntry(CharactersOfWord(word, Field(codeField) == lowFirstCode));
+    ShowEntry(CharactersOfWord(word, Field(ListField::Enhed) == lowFirstCode));
 }
 
 void TInputDialog::PassValueToBinaryGrid(std::int32_t value) {
@@ -175,7 +153,7 @@ void TInputDialog::FormKeyDown(EKey key, bool& handled) {
 
 void TInputDialog::binaryvaluegridClick(const TCellClick& click) {
     if (!FInMouseClick) {
-        const TLeave leave(FInMouseClick);
+        const TFlagged flagged(FInMouseClick);
         FlipBit(click);
     }
     std::string digits;
@@ -197,12 +175,12 @@ void TInputDialog::FlipBit(const TCellClick& click) {
 void TInputDialog::ButSendClick() {
     if (Sending)
         return;
-    const TLeave leave(Sending);
+    const TFlagged flagged(Sending);
     SendEnteredValue();
 }
 
 void TInputDialog::SendEnteredValue() {
-    const std::string_view code = Field(codeField);
+    const std::string_view code = Field(ListField::Enhed);
     const std::string entry = IsCharacterCode(code)
                                   ? std::to_string(WordOfCharacters(EValue.Text(), code == lowFirstCode))
                                   : EValue.Text();
@@ -211,8 +189,8 @@ void TInputDialog::SendEnteredValue() {
         Refuse(MessageWrongValue + " ErrorNumber: " + std::to_string(errorPosition));
         return;
     }
-    const std::int32_t decimals = IntegerField(decimalField);
-    const std::int32_t offset = IntegerField(offsetField);
+    const std::int32_t decimals = IntegerField(ListField::Decimal);
+    const std::int32_t offset = IntegerField(ListField::Offset);
     const std::int64_t s = EnteredToS(value, decimals);
     TMemo& log = Parts.MemoEventLog;
     log.Add("start Input write value");
@@ -228,17 +206,17 @@ void TInputDialog::SendEnteredValue() {
         return;
     {
         const TWaitCursor wait(Parts.Dialogs);
-        Parts.Device.SendValue(static_cast<std::int32_t>(s - offset), IntegerField(eeAddressField),
-                               IntegerField(writeTypeField));
+        Parts.Device.SendValue(static_cast<std::int32_t>(s - offset), IntegerField(ListField::EEadr),
+                               IntegerField(ListField::User5));
     }
     Close();
 }
 
 bool TInputDialog::ValueInRange(std::int64_t s) {
-    const std::int32_t decimals = IntegerField(decimalField);
-    const std::int32_t offset = IntegerField(offsetField);
-    const long double minimum = ShownToRaw(Field(minField), decimals, offset);
-    const long double maximum = ShownToRaw(Field(maxField), decimals, offset);
+    const std::int32_t decimals = IntegerField(ListField::Decimal);
+    const std::int32_t offset = IntegerField(ListField::Offset);
+    const long double minimum = ShownToRaw(Field(ListField::Min), decimals, offset);
+    const long double maximum = ShownToRaw(Field(ListField::Max), decimals, offset);
     const std::int64_t raw = s - offset;
     const auto compared = static_cast<long double>(raw);
     const bool result = minimum <= compared && compared <= maximum;

@@ -1,10 +1,12 @@
 #include "setpoints/LoadSetpoints.h"
 
 #include "core/Errors.h"
+#include "core/Flagged.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
+#include "model/ListField.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/SetpointRecords.h"
 
@@ -18,10 +20,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t checkColumn = 2;
-constexpr int boxSize = 12;           // pixels
-constexpr int boxReach = 2;           // around the box, where a click still counts
-constexpr std::size_t eeAdrField = 2; // of a list row
-constexpr std::size_t modbusAdrField = 7;
+constexpr int boxSize = 12; // pixels
+constexpr int boxReach = 2; // around the box, where a click still counts
 
 // At the right side of the cell.
 TCellRect CheckBoxRect(const TCellRect& cell) {
@@ -29,18 +29,6 @@ TCellRect CheckBoxRect(const TCellRect& cell) {
     const int top = cell.Top + (cell.Bottom - cell.Top - boxSize) / 2;
     return {left, top, left + boxSize, top + boxSize};
 }
-
-// Sets a flag for as long as it lives.
-class TFlagged {
-  public:
-    explicit TFlagged(bool& flag) : Flag(flag) { Flag = true; }
-    TFlagged(const TFlagged&) = delete;
-    TFlagged& operator=(const TFlagged&) = delete;
-    ~TFlagged() { Flag = false; }
-
-  private:
-    bool& Flag;
-};
 
 } // namespace
 
@@ -257,7 +245,7 @@ void TLoadSetpoints::ButWriteSetpointsClick() {
         return;
     }
     Parts.Panel.GetProfileListCellsNameValue(Parts.SelectedSetpointParent, DeviceSetpointProfilelist,
-                                             eeAdrField, modbusAdrField);
+                                             ListField::EEadr, ListField::ModbusAdr);
     ResultList.Clear();
     Selected = CollectSelectedSetpoints();
     ShowGrid(false);

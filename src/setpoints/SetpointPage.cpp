@@ -5,6 +5,7 @@
 #include "core/Numbers.h"
 #include "core/ports/IClock.h"
 #include "core/ports/IDialogs.h"
+#include "model/ListField.h"
 #include "setpoints/InputDialog.h"
 
 #include <algorithm>
@@ -16,7 +17,6 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::size_t groupColumn = 15;
 constexpr std::size_t shownColumns = 5;
 constexpr int defaultColumnWidth = 120;
 
@@ -24,7 +24,7 @@ constexpr int defaultColumnWidth = 120;
 void AddGroups(const TStringTable& grid, std::vector<std::string>& groups) {
     std::set<std::string, std::less<>> seen;
     for (std::size_t row = 0; row < grid.RowCount(); ++row) {
-        const std::string_view group = Trim(grid.Cell(groupColumn, row));
+        const std::string_view group = Trim(grid.Cell(ListField::Group, row));
         if (!group.empty() && group != "0" && seen.emplace(group).second)
             groups.emplace_back(group);
     }
@@ -149,7 +149,7 @@ void TSetpointPage::ReadGroup(std::string_view device, std::string_view group) {
             paraIds.clear();
             for (const TStringTable& grid : candidate.ReadListText)
                 for (std::size_t row = 0; row < grid.RowCount(); ++row)
-                    if (Trim(grid.Cell(groupColumn, row)) == group)
+                    if (Trim(grid.Cell(ListField::Group, row)) == group)
                         SetpointValues.push_back(
                             ParseListRow(FormatRowLimits(JoinedCells(grid.Row(row)), paraIds)));
         }

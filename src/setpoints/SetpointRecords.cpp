@@ -6,6 +6,7 @@
 #include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IFiles.h"
+#include "model/ListField.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/SetpointTexts.h"
 
@@ -18,23 +19,23 @@ namespace {
 
 namespace Column = SetpointColumn;
 
-constexpr std::size_t structnumberField = 8; // of a list row
 constexpr std::int32_t firstStructnumber = 3;
 constexpr std::string_view tenBlanks = "          ";
 
 // Column of a record, field of a list row.
-constexpr std::array<std::pair<std::size_t, std::size_t>, 12> columnFields{{{Column::SetpointName, 1},
-                                                                            {3, 3},
-                                                                            {4, 4},
-                                                                            {Column::Decimal, 5},
-                                                                            {Column::Offset, 6},
-                                                                            {Column::ModbusAdr, 7},
-                                                                            {Column::Enhed, 9},
-                                                                            {9, 10},
-                                                                            {10, 11},
-                                                                            {11, 12},
-                                                                            {12, 13},
-                                                                            {13, 14}}};
+constexpr std::array<std::pair<std::size_t, std::size_t>, 12> columnFields{
+    {{Column::SetpointName, ListField::SetpointName},
+     {3, ListField::Min},
+     {4, ListField::Max},
+     {Column::Decimal, ListField::Decimal},
+     {Column::Offset, ListField::Offset},
+     {Column::ModbusAdr, ListField::ModbusAdr},
+     {Column::Enhed, ListField::Enhed},
+     {9, ListField::User1},
+     {10, ListField::User2},
+     {11, ListField::User3},
+     {12, ListField::User4},
+     {13, ListField::User5}}};
 
 std::string RawValue(const TSetpointRecord& record, const std::vector<std::string>& values) {
     const std::string digits = DigitsOnly(record.Structnumber);
@@ -68,7 +69,7 @@ std::vector<TSetpointRecord> DeviceSetpointRecords(const TModbusPanel& panel, in
             TSetpointRecord& record = records.emplace_back();
             for (const auto& [column, field] : columnFields)
                 record.Columns[column] = grid.Cell(field, row);
-            record.Structnumber = grid.Cell(structnumberField, row);
+            record.Structnumber = grid.Cell(ListField::Structnumber, row);
         }
     }
     return records;

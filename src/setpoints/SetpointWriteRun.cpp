@@ -6,6 +6,7 @@
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "link/NabtoDevice.h"
+#include "model/ListField.h"
 #include "model/ModbusPanel.h"
 
 #include <utility>
@@ -21,8 +22,6 @@ constexpr TColor failedColor{0x0000FF};
 constexpr std::int32_t noAddress = 9999;
 constexpr std::int32_t statusWritten = 1;
 constexpr std::int32_t firstStructnumber = 3;
-constexpr std::size_t structnumberField = 8; // of a list row
-constexpr std::size_t modbusAdrField = 7;
 
 std::pair<std::string_view, std::string_view> NameAndValue(std::string_view entry) {
     const std::size_t mark = entry.find('=');
@@ -133,7 +132,7 @@ bool TSetpointWriteRun::ReadBackAll() {
 
 void TSetpointWriteRun::CompareAll() {
     std::vector<std::string> list;
-    Parts.Panel.GetProfileListCellsNameValue(DeviceName, list, structnumberField, modbusAdrField);
+    Parts.Panel.GetProfileListCellsNameValue(DeviceName, list, ListField::Structnumber, ListField::ModbusAdr);
     TTexts structnumbers;
     for (const std::string& entry : list)
         structnumbers.insert(NameAndValue(entry)); // the first of an address counts

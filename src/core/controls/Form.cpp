@@ -1,5 +1,7 @@
 #include "core/controls/Form.h"
 
+#include "core/Flagged.h"
+
 namespace tidewell {
 
 void TForm::Open() {
@@ -15,11 +17,7 @@ void TForm::Close() {
     OnCloseQuery(mayClose);
     if (!mayClose)
         return;
-    Closing = true;
-    struct TLeave {
-        bool& Flag;
-        ~TLeave() { Flag = false; }
-    } leave{Closing};
+    const TFlagged flagged(Closing);
     OnClose();
     if (Result == EModalResult::None)
         Result = EModalResult::Cancel;
