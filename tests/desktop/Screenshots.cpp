@@ -6,24 +6,20 @@
 //
 //     cmake --build --preset dev --target pictures
 
-#include "ProgramOnScreen.h"
-#include "Robot.h"
-#include "core/DiskFiles.h"
+#include "Picture.h"
 #include "desktop/views/AppIcon.h"
 
 #include <QPainter>
 #include <QStyle>
 #include <QStyleFactory>
-#include <QTableView>
 #include <QTemporaryFile>
 #include <QTest>
-#include <QTreeWidget>
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -34,20 +30,6 @@ namespace {
 const std::vector<std::string> signedIn = {"-LoginUserPW", "service;tidewell"};
 const std::vector<std::string> linked = {"-devid", "410000000001", "-LoginUserPW", "service;tidewell"};
 
-struct TStage {
-    TProgramOnScreen& Screen;
-    TRobot& Robot;
-};
-
-// How a window comes up, and what it shows. A picture of another window is a row more.
-struct TPicture {
-    QString Name;
-    QString Window;                             // its object name
-    std::vector<std::string> Arguments;         // of the program
-    std::function<void(TStage)> Before;         // from the start to the window; unset: the start brings it up
-    std::function<void(QWidget&, TStage)> Fill; // unset: shown as it comes up
-};
-
 // Presses a key in the main form.
 std::function<void(TStage)> Key(Qt::Key key) {
     return [key](TStage stage) {
@@ -57,47 +39,6 @@ std::function<void(TStage)> Key(Qt::Key key) {
 
 void ClickOn(QWidget& window, const char* name) {
     QTest::mouseClick(window.findChild<QWidget*>(QString::fromLatin1(name)), Qt::LeftButton);
-}
-
-// In the main form: starts the log, and shows a group of the device's setpoints with that row selected.
-void ShowSetpoints(QWidget& window, TStage stage, int group, int row) {
-    Press(Qt::Key_F6);
-    stage.Screen.Advance(20000);
-    auto& tree = *window.findChild<QTreeWidget*>("SetpointTreeView");
-    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
-                      tree.visualItemRect(tree.topLevelItem(0)->child(group)).center());
-    auto& grid = *window.findChild<QTableView*>("SetpointGrid");
-    grid.selectRow(row - 1);
-    grid.setFocus();
-}
-
-std::function<void(TStage)> EditSetpoint(int group, int row) {
-    return [group, row](TStage stage) {
-        stage.Robot.On("FormMain", [group, row, stage](QWidget& window) {
-            ShowSetpoints(window, stage, group, row);
-            Press(Qt::Key_Return);
-        });
-    };
-}
-
-// A list of which one address is unknown, and one value is refused.
-void LoadSetpoints(TStage stage) {
-    stage.Robot.On("FormMain", [stage](QWidget&) {
-        TProgramOnScreen& screen = stage.Screen;
-        const std::filesystem::path golden = "tests/scenario/golden/setpoints/aria450.csv";
-        std::string list = TDiskFiles().Read(TIDEWELL_SOURCE_DIR / golden);
-        list.replace(list.find(";40104;"), 7, ";49104;");
-        screen.Files.Put("/opt/tidewell/setpoint/aria450.csv", list);
-        screen.Nabto.FindController(screen.Arguments.at(1))
-            ->Faults.Replace({{EFault::RefuseWrite,
-                               3,
-                               "",
-                               {.ToMs = {}, .Query = {}, .Obj = {}, .Address = 107, .Times = {}}}});
-        TProgram& program = *screen.Program;
-        program.FormMain.SetpointPage.SelectedSetpointParent = "Device Aria 450";
-        program.LoadSetpoints.LoadForm("/opt/tidewell/setpoint/aria450.csv");
-        screen.Desktop.Dialogs.ShowModal(program.LoadSetpoints);
-    });
 }
 
 std::vector<TPicture> Pictures() {
@@ -129,40 +70,6 @@ std::vector<TPicture> Pictures() {
          }},
         {"language", "languagedialog", linked, Key(Qt::Key_F12), {}},
         {"message", "MessageBox", linked, Key(Qt::Key_F2), {}},
-        {"setpoints",
-         "FormMain",
-         linked,
-         {},
-         [](QWidget& window, TStage stage) {
-             ShowSetpoints(window, stage, 0, 6);
-         }},
-        {"setpoints-filter",
-         "FormMain",
-         linked,
-         {},
-         [](QWidget& window, TStage stage) {
-             ShowSetpoints(window, stage, 0, 3);
-             Press(Qt::Key_F, Qt::ControlModifier);
-             Type("mode");
-             QTest::qWait(300); // the button that empties the field fades in
-         }},
-        {"input-number", "InputDialog", linked, EditSetpoint(0, 6),
-         [](QWidget&, TStage) {
-             Type("21,5");
-         }},
-        {"input-bits", "InputDialog", linked, EditSetpoint(0, 9), {}},
-        {"input-characters", "InputDialog", linked, EditSetpoint(0, 11), {}},
-        {"load", "LoadSetpoints", linked, LoadSetpoints,
-         [](QWidget&, TStage) {
-             Press(Qt::Key_Down);
-             Press(Qt::Key_Down);
-             Press(Qt::Key_Space);
-         }},
-        {"load-result", "LoadSetpoints", linked, LoadSetpoints,
-         [](QWidget& window, TStage stage) {
-             stage.Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
-             ClickOn(window, "ButWriteSetpoints");
-         }},
     };
 }
 
@@ -189,7 +96,7 @@ QPalette Dark() {
     return palette;
 }
 
-// The window with a plain frame around it, which bears its title.
+// The window with a plain frame around it, which bears its title, and what lies over it.
 QPixmap Framed(QWidget& window) {
     constexpr int bar = 26; // pixels at 100 %, here and below
     constexpr int icon = 16;
@@ -205,6 +112,9 @@ QPixmap Framed(QWidget& window) {
     painter.drawText(QRect(0, 0, whole.width(), bar), Qt::AlignCenter, window.windowTitle());
     QApplication::windowIcon().paint(&painter, (bar - icon) / 2, (bar - icon) / 2, icon, icon);
     painter.drawPixmap(1, bar, content);
+    for (QWidget* const over : QApplication::topLevelWidgets())
+        if (over->isVisible() && (over->windowType() == Qt::Popup || over->windowType() == Qt::ToolTip))
+            painter.drawPixmap(over->pos() - window.pos() + QPoint(1, bar), over->grab());
     return picture;
 }
 
@@ -275,7 +185,9 @@ int Run(int argc, char** argv) {
     const QStringList arguments = QCoreApplication::arguments();
     const QStringList wanted = arguments.mid(3);
     bool good = true;
-    for (const TPicture& picture : Pictures())
+    std::vector<TPicture> pictures = Pictures();
+    std::ranges::move(SetpointPictures(), std::back_inserter(pictures));
+    for (const TPicture& picture : pictures)
         if (wanted.isEmpty() || wanted.contains(picture.Name))
             good = Take(picture, arguments.at(1), theme) && good;
     return good ? EXIT_SUCCESS : EXIT_FAILURE;
