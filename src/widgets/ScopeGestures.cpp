@@ -133,8 +133,7 @@ void TScopeGestures::Move(const QMouseEvent& event) {
         StartDrag();
     switch (Drag) {
     case EDrag::None:
-        if (event.buttons() == Qt::NoButton)
-            Hover(place);
+        Hover(place);
         break;
     case EDrag::Click:
         break;

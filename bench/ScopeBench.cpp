@@ -1,0 +1,225 @@
+// A frame of the graph beside a bare painter that draws the same points, on a widget of 1600 x 800. The data
+// is filled in anew before each frame, which is measured with it. Without a display it needs
+// QT_QPA_PLATFORM=offscreen in the environment; with "--scale 2" all is drawn at 200 %.
+
+#include "desktop/QtApplication.h"
+#include "graph/SLScope.h"
+#include "widgets/ScopeView.h"
+
+#include <QPainter>
+#include <QPixmap>
+#include <QPolygonF>
+#include <QProcess>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <iomanip>
+#include <iostream>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int channels = 36;
+constexpr int samples = 1100;
+constexpr int width = 1600;
+constexpr int height = 800;
+constexpr int rounds = 25;
+constexpr double top = 100; // of the Y axis, which begins at 0
+
+using TValues = std::vector<std::vector<double>>;
+
+// Slow waves; with noise every fourth channel jumps over the whole height instead.
+TValues Values(bool noise) {
+    std::mt19937 random(1);
+    std::uniform_real_distribution<double> anywhere(0, top);
+    std::uniform_real_distribution<double> step(-0.1, 0.1);
+    TValues values(channels, std::vector<double>(samples));
+    for (int channel = 0; channel < channels; ++channel) {
+        double walk = 0;
+        for (int i = 0; i < samples; ++i) {
+            walk += step(random);
+            values[static_cast<std::size_t>(channel)][static_cast<std::size_t>(i)] =
+                noise && channel % 4 == 0
+                    ? anywhere(random)
+                    : top * (channel + 1) / (channels + 1) + walk + 3 * std::sin(0.02 * i + channel);
+        }
+    }
+    return values;
+}
+
+QColor ColorOf(int channel) {
+    return QColor::fromHsv(channel * 10, 255, 180);
+}
+
+double Milliseconds(const std::function<void()>& action) {
+    const auto begin = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
+}
+
+double Median(std::vector<double> times) {
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+// Milliseconds of each action, which take turns: the median of some rounds, the first left out.
+std::vector<double> Medians(const std::vector<std::function<void()>>& actions) {
+    std::vector<std::vector<double>> times(actions.size());
+    for (int round = 0; round <= rounds; ++round)
+        for (std::size_t i = 0; i < actions.size(); ++i)
+            if (const double passed = Milliseconds(actions[i]); round > 0)
+                times[i].push_back(passed);
+    std::vector<double> medians;
+    for (const auto& each : times)
+        medians.push_back(Median(each));
+    return medians;
+}
+
+// Draws the same points with pens one pixel wide at 100 %, no antialiasing, and nothing else.
+class TBare {
+  public:
+    explicit TBare(const TValues& values) {
+        for (std::size_t channel = 0; channel < channels; ++channel)
+            for (std::size_t i = 0; i < samples; ++i)
+                Lines[channel].append(
+                    {static_cast<double>(i) * width / samples, height * (1 - values[channel][i] / top)});
+    }
+    void Draw() {
+        Pixmap.fill(Qt::white);
+        QPainter painter(&Pixmap);
+        for (int channel = 0; channel < channels; ++channel) {
+            painter.setPen(QPen(ColorOf(channel), 1));
+            painter.drawPolyline(Lines[static_cast<std::size_t>(channel)]);
+        }
+    }
+
+  private:
+    QPixmap Pixmap{width, height};
+    std::vector<QPolygonF> Lines{channels};
+};
+
+// Counts what a widget has painted.
+class TPainted : public QObject {
+  public:
+    bool eventFilter(QObject* widget, QEvent* event) override {
+        if (event->type() != QEvent::Paint)
+            return false;
+        widget->removeEventFilter(this);
+        QCoreApplication::sendEvent(widget, event);
+        widget->installEventFilter(this);
+        ++Count;
+        return true;
+    }
+    int Count = 0;
+};
+
+class TBench {
+  public:
+    TBench()
+        : View(Scope, {[] { return std::nullopt; },
+                       [](const std::string&) {
+                       }}) {
+        Scope.RefreshInterval = 0;
+        Scope.XAxis.Max.SetBoth(samples);
+        Scope.YAxis.Max.SetBoth(top);
+        for (int channel = 0; channel < channels; ++channel) {
+            TSLDisplayChannel& added = Scope.Channels.Add();
+            const QColor color = ColorOf(channel);
+            added.SetColor(
+                {static_cast<std::uint32_t>(qRgb(color.blue(), color.green(), color.red())) & 0xFFFFFFU});
+            added.SetName("Supply duct pressure " + std::to_string(channel));
+            added.ShowValue(channel * 100);
+        }
+        View.resize(width, height);
+        View.show();
+        View.findChild<QWidget*>()->installEventFilter(&Painted);
+        Paint();
+    }
+
+    void Fill(const TValues& values) {
+        for (std::size_t channel = 0; channel < channels; ++channel) {
+            TSLChannelData& data = Scope.Channels[channel].Data;
+            data.Clear();
+            for (std::size_t i = 0; i < samples; ++i)
+                data.AddXYPoint(static_cast<double>(i), values[channel][i]);
+        }
+    }
+    // Until the picture is in the window.
+    void Paint() {
+        const int before = Painted.Count;
+        while (Painted.Count == before)
+            QCoreApplication::processEvents();
+    }
+    void ShowOtherValues() {
+        for (TSLDisplayChannel& channel : Scope.Channels)
+            channel.ShowValue(Value += 0.37);
+        Paint();
+    }
+
+  private:
+    TSLScope Scope;
+    TScopeView View;
+    TPainted Painted;
+    double Value = 0;
+};
+
+void Tell(const std::string& what, double ms, double reference = 0, const std::string& of = {}) {
+    std::cout << std::left << std::setw(38) << what << std::right << std::fixed << std::setprecision(2)
+              << std::setw(8) << ms << " ms";
+    if (reference > 0)
+        std::cout << std::setw(8) << ms / reference << " of " << of;
+    std::cout << std::endl;
+}
+
+// Arguments of a run at 200 %: the frames at 100 %, calm and with noise.
+int Run(int argc, char** argv) {
+    const bool large = argc == 3;
+    if (large)
+        qputenv("QT_SCALE_FACTOR", "2");
+    const TQtApplication application(argc, argv);
+    TBench bench;
+    QStringList frames;
+    for (const bool noise : {false, true}) {
+        const TValues values = Values(noise);
+        const std::string kind = noise ? ", a quarter noise" : ", calm";
+        TBare bare(values);
+        const auto frame = [&] {
+            bench.Fill(values);
+            bench.Paint();
+        };
+        if (large) {
+            Tell("Frame at 200 %" + kind, Medians({frame})[0], QByteArray(argv[noise ? 2 : 1]).toDouble(),
+                 "that at 100 %");
+            continue;
+        }
+        const std::vector<double> times = Medians({[&] { bare.Draw(); }, frame});
+        Tell("Bare painter" + kind, times[0]);
+        Tell("Frame" + kind, times[1], times[0], "bare");
+        frames.append(QString::number(times[1]));
+    }
+    Tell("Legend of 36 other values", Medians({[&] {
+             bench.ShowOtherValues();
+         }})[0]);
+    if (large)
+        return EXIT_SUCCESS;
+    const TValues values = Values(true);
+    Tell("Filling in the data", Medians({[&] {
+             bench.Fill(values);
+         }})[0]);
+    return QProcess::execute(QCoreApplication::applicationFilePath(), frames);
+}
+
+} // namespace
+
+} // namespace tidewell
+
+int main(int argc, char** argv) {
+    return tidewell::Run(argc, argv);
+}
