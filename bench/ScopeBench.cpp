@@ -1,9 +1,13 @@
-// A frame of the graph beside a bare painter that draws the same points, on a widget of 1600 x 800. The data
-// is filled in anew before each frame, which is measured with it. Without a display it needs
-// QT_QPA_PLATFORM=offscreen in the environment; with "--scale 2" all is drawn at 200 %.
+// A frame of the graph beside a bare painter that draws the same points, on a widget of 1600 x 800, at 100 %
+// and at 200 %. The data is filled in anew before each frame, which is measured with it. Then a graph page
+// with a million samples. Without a display it needs QT_QPA_PLATFORM=offscreen in the environment.
 
+#include "IdlePorts.h"
+#include "core/DiskFiles.h"
+#include "core/controls/Lists.h"
 #include "desktop/QtApplication.h"
-#include "graph/SLScope.h"
+#include "graph/GraphPage.h"
+#include "model/Profile.h"
 #include "widgets/ScopeView.h"
 
 #include <QPainter>
@@ -120,13 +124,42 @@ class TPainted : public QObject {
     int Count = 0;
 };
 
-class TBench {
+// A surface in a window, drawn as soon as something has changed.
+class TWindow {
   public:
-    TBench()
-        : View(Scope, {[] { return std::nullopt; },
+    explicit TWindow(TSLScope& scope)
+        : View(scope, {[] { return std::nullopt; },
                        [](const std::string&) {
                        }}) {
-        Scope.RefreshInterval = 0;
+        scope.RefreshInterval = 0;
+        View.resize(width, height);
+        View.show();
+        View.findChild<QWidget*>()->installEventFilter(&Painted);
+        Paint();
+    }
+    // Until the picture is in the window.
+    void Paint() {
+        const int before = Painted.Count;
+        while (Painted.Count == before)
+            QCoreApplication::processEvents();
+    }
+    // Until nothing is left to paint.
+    void Settle() {
+        for (int before = -1; before != Painted.Count;) {
+            before = Painted.Count;
+            for (int turn = 0; turn < 10; ++turn)
+                QCoreApplication::processEvents();
+        }
+    }
+
+  private:
+    TScopeView View;
+    TPainted Painted;
+};
+
+class TBench {
+  public:
+    TBench() {
         Scope.XAxis.Max.SetBoth(samples);
         Scope.YAxis.Max.SetBoth(top);
         for (int channel = 0; channel < channels; ++channel) {
@@ -137,10 +170,7 @@ class TBench {
             added.SetName("Supply duct pressure " + std::to_string(channel));
             added.ShowValue(channel * 100);
         }
-        View.resize(width, height);
-        View.show();
-        View.findChild<QWidget*>()->installEventFilter(&Painted);
-        Paint();
+        Window.Settle();
     }
 
     void Fill(const TValues& values) {
@@ -151,12 +181,7 @@ class TBench {
                 data.AddXYPoint(static_cast<double>(i), values[channel][i]);
         }
     }
-    // Until the picture is in the window.
-    void Paint() {
-        const int before = Painted.Count;
-        while (Painted.Count == before)
-            QCoreApplication::processEvents();
-    }
+    void Paint() { Window.Paint(); }
     void ShowOtherValues() {
         for (TSLDisplayChannel& channel : Scope.Channels)
             channel.ShowValue(Value += 0.37);
@@ -165,9 +190,56 @@ class TBench {
 
   private:
     TSLScope Scope;
-    TScopeView View;
-    TPainted Painted;
+    TWindow Window{Scope};
     double Value = 0;
+};
+
+class TNoLog : public TGraphPage::ILog {
+  public:
+    void ClearLog() override {}
+};
+
+// A page of as many channels with a long log behind it, in its window.
+class TPageBench {
+  public:
+    TPageBench() {
+        for (int channel = 0; channel < channels; ++channel) {
+            Profile.GraphValues.push_back("Supply duct pressure " + std::to_string(channel) + ";1;clRed;" +
+                                          std::to_string(3 + channel) + ";0;1;150;;;;;;1;");
+            Profile.GraphPoints.push_back(ParseGraphPoint(Profile.GraphValues.back()));
+        }
+        Profile.GraphEnableCount = channels;
+        Profile.ProfileLoaded = true;
+        Page.GraphInit(true);
+    }
+    void Extend(int count) {
+        std::string line;
+        for (int n = 0; n < count; ++n) {
+            line = "0;1-3-2026;12:00:00;";
+            for (int channel = 0; channel < channels; ++channel)
+                line += std::to_string(channel * 100 + (n * 37 + channel * 11) % 90) + "; ";
+            Page.GraphDataLabelsTimeText.Add("12:00:00");
+            Page.GraphDataLabelsDateText.Add("1-3-2026");
+            Page.ExtendGraph(line);
+        }
+    }
+    void Scroll(int position) {
+        Page.GraphScroll.SetPosition(position);
+        Page.GraphScrollScroll(EScrollCode::End, position);
+    }
+
+  private:
+    TDiskFiles Files;
+    TNoWait Wait;
+    TNoDialogs Dialogs;
+    TNoLog Log;
+    TProfile Profile{Files};
+    TMemo MemoEventLog{"MemoEventLog"};
+    TProgressBar FileProgressBar{"FileProgressBar"};
+
+  public:
+    TGraphPage Page{TGraphPage::TParts{Profile, Log, Dialogs, Wait, MemoEventLog, FileProgressBar}};
+    TWindow Window{Page.graph};
 };
 
 void Tell(const std::string& what, double ms, double reference = 0, const std::string& of = {}) {
@@ -176,6 +248,32 @@ void Tell(const std::string& what, double ms, double reference = 0, const std::s
     if (reference > 0)
         std::cout << std::setw(8) << ms / reference << " of " << of;
     std::cout << std::endl;
+}
+
+void TellPage() {
+    constexpr int inView = 1000;
+    TPageBench bench;
+    const double live = Milliseconds([&] { bench.Extend(inView); }) / inView;
+    std::cout << "A live sample, not painted " << 1000 * live << " us\n";
+    bench.Extend(1'000'000 - inView);
+    bench.Window.Settle();
+    int position = 0;
+    Tell("Scroll step in 1,000,000 samples", Medians({[&] {
+             bench.Scroll(position++);
+             bench.Window.Paint();
+         }})[0]);
+    Tell("Zoom step in 1,000,000 samples", Medians({[&] {
+             bench.Page.GraphZoomPlusButtonClick();
+             bench.Window.Paint();
+         }})[0]);
+    std::cout << "  at level " << bench.Page.GraphZoomFactor << std::endl;
+    while (bench.Page.GraphZoomFactor < 1000)
+        bench.Page.GraphZoomPlusButtonClick();
+    bench.Window.Settle();
+    Tell("  all in view", Medians({[&] {
+             bench.Page.GraphZoomMinusButtonClick();
+             bench.Window.Paint();
+         }})[0]);
 }
 
 // Arguments of a run at 200 %: the frames at 100 %, calm and with noise.
@@ -213,7 +311,9 @@ int Run(int argc, char** argv) {
     Tell("Filling in the data", Medians({[&] {
              bench.Fill(values);
          }})[0]);
-    return QProcess::execute(QCoreApplication::applicationFilePath(), frames);
+    const int result = QProcess::execute(QCoreApplication::applicationFilePath(), frames);
+    TellPage();
+    return result;
 }
 
 } // namespace
