@@ -47,6 +47,8 @@ void TBitRows::paintEvent(QPaintEvent*) {
                          QString::fromStdString(text));
         row.translate(0, RowHeight);
     }
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void TBitRows::mouseReleaseEvent(QMouseEvent*) {
