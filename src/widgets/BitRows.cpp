@@ -1,5 +1,7 @@
 #include "widgets/BitRows.h"
 
+#include "widgets/ScopeColors.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -47,7 +49,7 @@ void TBitRows::paintEvent(QPaintEvent*) {
                          QString::fromStdString(text));
         row.translate(0, RowHeight);
     }
-    painter.setPen(palette().color(QPalette::Mid));
+    painter.setPen(TScopeColors::Of(palette()).Axis);
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
