@@ -361,6 +361,13 @@ TEST_F(ScopeViewTest, TheCursorGoesFromSampleToSample) {
     QTest::mouseClick(&Button("Cursor"), Qt::LeftButton);
     EXPECT_FALSE(Scope.Cursors[0].Visible());
     EXPECT_NE(View.grab(place).toImage(), with);
+
+    // Out of view, it comes back among the samples.
+    Scope.XAxis.Min.SetBoth(40);
+    Scope.XAxis.Max.SetBoth(240);
+    Draw();
+    QTest::mouseClick(&Button("Cursor"), Qt::LeftButton);
+    EXPECT_EQ(positions.back(), 70);
 }
 
 TEST_F(ScopeViewTest, TheToolBarWorksOnEachAxis) {
