@@ -62,8 +62,11 @@ TGraphPage::TGraphPage(const TParts& parts) : BinaryView(parts.Profile, parts.Me
 }
 
 void TGraphPage::ConnectSurface() {
+    // The axis of the labels never zooms.
+    auto& labelAxis = graph.YAxis.AdditionalAxes[1].Axis.ToolBar.Buttons;
+    for (TSLAxisToolBarButton* button : {&labelAxis.ZoomIn, &labelAxis.ZoomOut, &labelAxis.ZoomOff})
+        button->Visible = false;
     graph.OnZoomChanged = [this](const TSLZoomRect&, const TSLZoomRect&) {
-        // The axis of the labels never zooms.
         graph.YAxis.AdditionalAxes[1].Axis.ToolBar.Buttons.ZoomOff.PerformClick();
         TimeLabels.AdjustNumberOfLabelsToScreen();
     };

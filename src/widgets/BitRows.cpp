@@ -1,5 +1,7 @@
 #include "widgets/BitRows.h"
 
+#include "widgets/ScopeColors.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -47,6 +49,8 @@ void TBitRows::paintEvent(QPaintEvent*) {
                          QString::fromStdString(text));
         row.translate(0, RowHeight);
     }
+    painter.setPen(TScopeColors::Of(palette()).Axis);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void TBitRows::mouseReleaseEvent(QMouseEvent*) {

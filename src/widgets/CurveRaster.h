@@ -14,7 +14,8 @@ class QPainter;
 
 namespace tidewell {
 
-// A line through finite points, which may lie anywhere; one point gives a dot. Coordinates are pixels of the
+// A line through finite points, which may lie anywhere; one point gives a
+// dot twice as wide. Coordinates are pixels of the
 // area drawn to, whose centres lie at one half.
 struct TRasterLine {
     std::span<const QPointF> Points;
@@ -33,23 +34,31 @@ class TCurveRaster {
     void Draw(QPainter& painter, const QRect& area, std::span<const TRasterLine> lines);
 
   private:
-    using TWeight = std::uint32_t; // 0 to 256, how much of a pixel is covered
+    using TFixed = std::int64_t; // pixels with a binary fraction
+
+    // Along which the line runs, more than across.
+    enum class EHeading { Nowhere, Right, Left, Down, Up };
+    struct TSegment {
+        QPointF From; // of the strip, here and below
+        QPointF To;
+        EHeading Heading = EHeading::Nowhere;
+    };
 
     void DrawInStrip(const TRasterLine& line, std::size_t& next, double left);
-    void DrawSegment(QPointF from, QPointF to);
+    static TSegment SegmentOf(QPointF from, QPointF to);
+    // Further than its ends by so much.
+    void DrawSegment(const TSegment& segment, double reachBack, double reachOn);
     template <bool steep>
-    void DrawAlong(double from, double to, double across, double slope);
+    void DrawAlong(double origin, double from, double to, double across, double slope);
     template <bool steep>
-    void DrawRow(std::int64_t row, std::int64_t begin, std::int64_t end);
+    void DrawRow(int row, TFixed begin, TFixed end);
     void SetPen(QRgb color, double width);
-    void Blend(std::uint32_t& pixel, TWeight weight) const;
 
     std::vector<std::uint32_t> Pixels; // of the strip
-    std::int64_t Width = 0;            // of the strip
-    std::int64_t Height = 0;
+    int Width = 0;                     // of the strip
+    int Height = 0;
     double PenWidth = 1;
-    std::uint32_t Solid = 0;
-    std::array<std::uint32_t, 257> Shares{}; // of the colour, by weight
+    std::array<std::uint32_t, 257> Shares{}; // of the colour, by covered part of a pixel
 };
 
 } // namespace tidewell

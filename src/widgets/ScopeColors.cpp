@@ -9,7 +9,8 @@ namespace tidewell {
 
 namespace {
 
-constexpr double leastContrast = 2.2;
+constexpr double contrastOnLight = 2.2;
+constexpr double contrastOnDark = 3;
 constexpr int mixSteps = 20;
 
 QColor Mix(const QColor& a, const QColor& b, double shareOfB) {
@@ -49,7 +50,9 @@ TScopeColors TScopeColors::Of(const QPalette& palette) {
 
 QColor Readable(TColor color, const QColor& background) {
     const QColor own(color.Red(), color.Green(), color.Blue());
-    const QColor end = Luminance(background) > 0.18 ? Qt::black : Qt::white;
+    const bool light = Luminance(background) > 0.18;
+    const QColor end = light ? Qt::black : Qt::white;
+    const double leastContrast = light ? contrastOnLight : contrastOnDark;
     for (int step = 0; step < mixSteps; ++step) {
         const QColor mixed = Mix(own, end, static_cast<double>(step) / mixSteps);
         if (Contrast(mixed, background) >= leastContrast)

@@ -22,6 +22,7 @@ QByteArray SvgOf(TScopePlot& plot, QSize size) {
     device.setSize(size);
     device.setViewBox(QRect(QPoint(), size));
     device.setResolution(dotsPerInch);
+    device.setTitle(QStringLiteral("Graph"));
     plot.Print(device, size, true);
     return buffer.data();
 }

@@ -27,6 +27,15 @@ constexpr double mostLengths = 100; // of Min to Max that a Y axis can show
 constexpr double leastLength = 1e-6;
 constexpr std::size_t valueCharacters = 30; // of a live value behind a name, at most
 
+// Where the curves end, if they do in that range; else its end.
+double LastX(const TScopePicture& picture, const TSLRange& shown) {
+    double last = shown.Lower;
+    for (const TScopeCurve& curve : picture.Curves)
+        if (IsDrawn(curve) && !curve.Points.empty())
+            last = std::max(last, curve.Points.back().X);
+    return last > shown.Lower ? std::min(last, shown.Upper) : shown.Upper;
+}
+
 bool Has(const QMouseEvent& event, Qt::MouseButton button) {
     return event.button() == button;
 }
@@ -133,8 +142,7 @@ void TScopeGestures::Move(const QMouseEvent& event) {
         StartDrag();
     switch (Drag) {
     case EDrag::None:
-        if (event.buttons() == Qt::NoButton)
-            Hover(place);
+        Hover(place);
         break;
     case EDrag::Click:
         break;
@@ -307,7 +315,7 @@ void TScopeGestures::ShowCursor(bool show) {
     Picture.TakeCursor(Scope);
     const TSLRange shown = Picture.Shown.X;
     if (show && !(cursor.Position().X > shown.Lower && cursor.Position().X < shown.Upper))
-        MoveCursorTo((shown.Lower + shown.Upper) / 2, cursor.Position().Y);
+        MoveCursorTo((shown.Lower + LastX(Picture, shown)) / 2, cursor.Position().Y);
     Plot.DrawOverlay();
 }
 

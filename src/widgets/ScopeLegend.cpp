@@ -6,6 +6,7 @@
 #include <QPainterPath>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tidewell {
 
@@ -47,15 +48,33 @@ void PaintSwatch(QPainter& painter, const QRect& place, const TScopeCurve& curve
 
 } // namespace
 
-int TScopeLegend::NameWidth(const TScopePicture& picture, const QFontMetrics& metrics) {
+const TScopeLegend::TText& TScopeLegend::TextOf(const TScopePicture& picture, std::size_t channel,
+                                                const QFont& font) {
+    if (font != TextFont)
+        Texts.clear();
+    TextFont = font;
+    Texts.resize(picture.Curves.size());
+    TText& text = Texts[channel];
+    if (const std::string& name = picture.Curves[channel].Name; name != text.Name) {
+        text.Name = name;
+        text.Text.setTextFormat(Qt::PlainText);
+        text.Text.setText(QString::fromStdString(name));
+        text.Text.prepare({}, font);
+        text.Width = static_cast<int>(std::ceil(text.Text.size().width()));
+    }
+    return text;
+}
+
+int TScopeLegend::NameWidth(const TScopePicture& picture, const QFont& font) {
     int width = 0;
-    for (const TScopeCurve& curve : picture.Curves)
-        if (curve.Visible)
-            width = std::max(width, metrics.horizontalAdvance(QString::fromStdString(curve.Name)));
+    for (std::size_t i = 0; i < picture.Curves.size(); ++i)
+        if (picture.Curves[i].Visible)
+            width = std::max(width, TextOf(picture, i, font).Width);
     return width;
 }
 
-int TScopeLegend::Arrange(const TScopePicture& picture, const QFontMetrics& metrics, QSize room) {
+int TScopeLegend::Arrange(const TScopePicture& picture, const QFont& font, QSize room) {
+    const QFontMetrics metrics(font);
     std::vector<std::size_t> listed;
     for (std::size_t i = 0; i < picture.Curves.size(); ++i)
         if (picture.Curves[i].Visible)
@@ -67,7 +86,7 @@ int TScopeLegend::Arrange(const TScopePicture& picture, const QFontMetrics& metr
     if (Listed.empty())
         return 0;
 
-    const int wish = swatchWidth + gap + NameWidth(picture, metrics) + widthStep;
+    const int wish = swatchWidth + gap + NameWidth(picture, font) + widthStep;
     EntryWidth = std::max(EntryWidth, wish - wish % widthStep);
     const int height = std::max(room.height() - 2 * margin, 1);
     const int count = static_cast<int>(Listed.size());
@@ -84,12 +103,12 @@ int TScopeLegend::Arrange(const TScopePicture& picture, const QFontMetrics& metr
     return columns * (width + 2 * margin);
 }
 
-bool TScopeLegend::Fits(const TScopePicture& picture, const QFontMetrics& metrics) const {
-    return IsNarrow || swatchWidth + gap + NameWidth(picture, metrics) <= EntryWidth;
+bool TScopeLegend::Fits(const TScopePicture& picture, const QFont& font) {
+    return IsNarrow || swatchWidth + gap + NameWidth(picture, font) <= EntryWidth;
 }
 
 void TScopeLegend::Paint(QPainter& painter, QPoint origin, const TScopePicture& picture,
-                         const TScopeColors& colors, std::optional<std::size_t> highlighted) const {
+                         const TScopeColors& colors, std::optional<std::size_t> highlighted) {
     const QFontMetrics metrics = painter.fontMetrics();
     for (const TEntry& entry : Entries) {
         if (entry.Channel >= picture.Curves.size())
@@ -105,13 +124,14 @@ void TScopeLegend::Paint(QPainter& painter, QPoint origin, const TScopePicture& 
         }
         PaintSwatch(painter, QRect(place.left(), place.top(), swatchWidth, place.height()), curve, colors);
         const QRect text = place.adjusted(swatchWidth + gap, 0, 0, 0);
-        QString name = QString::fromStdString(curve.Name);
-        if (IsNarrow)
-            name = metrics.elidedText(name, Qt::ElideMiddle, text.width());
+        const QPoint corner(text.left(), text.top() + (text.height() - metrics.height()) / 2);
         painter.setPen(colors.Text);
-        painter.drawText(
-            QPoint(text.left(), text.top() + (text.height() - metrics.height()) / 2 + metrics.ascent()),
-            name);
+        if (IsNarrow)
+            painter.drawText(
+                corner + QPoint(0, metrics.ascent()),
+                metrics.elidedText(QString::fromStdString(curve.Name), Qt::ElideMiddle, text.width()));
+        else
+            painter.drawStaticText(corner, TextOf(picture, entry.Channel, painter.font()).Text);
     }
 }
 

@@ -3,11 +3,13 @@
 #include "widgets/ScopeColors.h"
 #include "widgets/ScopePicture.h"
 
-#include <QFontMetrics>
+#include <QFont>
 #include <QRect>
+#include <QStaticText>
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 class QPainter;
@@ -19,12 +21,13 @@ namespace tidewell {
 class TScopeLegend {
   public:
     // Places the entries in at most that room and returns the width that they take, 0 without any.
-    int Arrange(const TScopePicture& picture, const QFontMetrics& metrics, QSize room);
+    int Arrange(const TScopePicture& picture, const QFont& font, QSize room);
     // Whether the names still fit the width.
-    bool Fits(const TScopePicture& picture, const QFontMetrics& metrics) const;
-    // The entries lie below and right of the origin.
+    bool Fits(const TScopePicture& picture, const QFont& font);
+    // The entries lie below and right of the origin. The painter's font is the one that they were arranged
+    // for.
     void Paint(QPainter& painter, QPoint origin, const TScopePicture& picture, const TScopeColors& colors,
-               std::optional<std::size_t> highlighted) const;
+               std::optional<std::size_t> highlighted);
     // The channel whose entry lies there.
     std::optional<std::size_t> EntryAt(QPoint place, QPoint origin) const;
     // Empty for a channel that is not listed.
@@ -35,8 +38,17 @@ class TScopeLegend {
         std::size_t Channel = 0;
         QRect Rect;
     };
-    static int NameWidth(const TScopePicture& picture, const QFontMetrics& metrics);
+    // A name, laid out.
+    struct TText {
+        std::string Name;
+        QStaticText Text;
+        int Width = 0;
+    };
+    const TText& TextOf(const TScopePicture& picture, std::size_t channel, const QFont& font);
+    int NameWidth(const TScopePicture& picture, const QFont& font);
 
+    QFont TextFont;
+    std::vector<TText> Texts; // by channel
     std::vector<TEntry> Entries;
     std::vector<std::size_t> Listed; // channels, in order
     int EntryWidth = 0;

@@ -77,26 +77,54 @@ class TDrawn : public QCPLayerable {
 class TCanvas : public QCustomPlot {
   public:
     using QCustomPlot::QCustomPlot;
+    // After that of the picture, which is opaque.
+    static constexpr int LegendBuffer = 1;
+    static constexpr int OverlayBuffer = 2;
     QRect LegendRect;
     QRect OverlayRect;
 
+    // That part of a buffer alone; everything, when a new picture is due anyhow.
+    void Repaint(int buffer, const QRect& part, const std::function<void(QCPPainter&)>& paint) {
+        if (part.isEmpty())
+            return;
+        if (!HasBuffers() || hasInvalidatedPaintBuffers()) {
+            replot(rpQueuedReplot);
+            return;
+        }
+        {
+            const std::unique_ptr<QCPPainter> painter(mPaintBuffers[buffer]->startPainting());
+            painter->setClipRect(part);
+            painter->setCompositionMode(QPainter::CompositionMode_Clear);
+            painter->fillRect(part, Qt::transparent);
+            painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
+            paint(*painter);
+        }
+        mPaintBuffers[buffer]->donePainting();
+        update(part);
+    }
+
   protected:
     void paintEvent(QPaintEvent* event) override {
-        constexpr int buffers = 3; // the picture, which is opaque, the legend, the overlay
-        if (mPaintBuffers.size() != buffers || !qFuzzyCompare(mBufferDevicePixelRatio, devicePixelRatioF())) {
+        if (!HasBuffers()) {
             QCustomPlot::paintEvent(event);
             return;
         }
         QCPPainter painter(this);
         mPaintBuffers[0]->draw(&painter);
         const QRegion due = event->region();
-        for (const int buffer : {1, 2}) {
-            const QRegion part = due & (buffer == 1 ? LegendRect : OverlayRect);
+        for (const int buffer : {LegendBuffer, OverlayBuffer}) {
+            const QRegion part = due & (buffer == LegendBuffer ? LegendRect : OverlayRect);
             if (part.isEmpty())
                 continue;
             painter.setClipRegion(part);
             mPaintBuffers[buffer]->draw(&painter);
         }
+    }
+
+  private:
+    bool HasBuffers() const {
+        return mPaintBuffers.size() == OverlayBuffer + 1 &&
+               qFuzzyCompare(mBufferDevicePixelRatio, devicePixelRatioF());
     }
 };
 
@@ -142,15 +170,22 @@ class TScopePlot::TImpl {
         Tickers[0]->MostTicks = Canvas.width() / pixelsPerTickX;
         for (const std::size_t axis : {1U, 2U, 3U})
             Tickers[axis]->MostTicks = Canvas.height() / pixelsPerTickY;
-        Area.setMinimumMargins({outerMargin, outerMargin + 2, outerMargin + 4, outerMargin});
+        // As wide as most numbers, so that the plot stays where it is while the user zooms.
+        const int scale = Canvas.fontMetrics().horizontalAdvance(QStringLiteral("-000.0")) + 2 * outerMargin;
+        Area.setMinimumMargins({scale, outerMargin + 2, outerMargin + 4, outerMargin});
         const QSize room(static_cast<int>(Canvas.width() * legendShare), Canvas.height());
-        const int width = Legend.Arrange(Picture, Canvas.fontMetrics(), room);
+        const int width = Legend.Arrange(Picture, Canvas.font(), room);
         LegendPlace.setMinimumSize(width, 1);
         LegendPlace.setMaximumSize(width, QWIDGETSIZE_MAX);
     }
 
     QRect Plot() const { return Area.rect(); }
     QPoint LegendOrigin() const { return LegendPlace.rect().topLeft(); }
+    void PaintLegend(QPainter& painter) {
+        painter.setFont(Canvas.font());
+        painter.setRenderHint(QPainter::Antialiasing);
+        Legend.Paint(painter, LegendOrigin(), Picture, Drawing.Colors, Overlay.Highlighted);
+    }
     QRect OverlayRect() const {
         const bool any = Overlay.Pointed || Overlay.Highlighted || !Overlay.Band.isEmpty() || Overlay.Held ||
                          Picture.Cursor.Visible;
@@ -178,7 +213,8 @@ class TScopePlot::TImpl {
     void AddDrawn() {
         Add("background", [this](QCPPainter& painter) {
             painter.fillRect(Canvas.viewport(), Drawing.Colors.Surface);
-            painter.fillRect(Plot(), Drawing.Colors.Plot);
+            if (Drawing.Colors.Plot != Drawing.Colors.Surface)
+                painter.fillRect(Plot(), Drawing.Colors.Plot);
         });
         Add("main", [this](QCPPainter& painter) {
             painter.setClipRect(Plot());
@@ -188,11 +224,7 @@ class TScopePlot::TImpl {
             painter.setFont(Canvas.font());
             Drawing.DrawTexts(painter, Plot());
         });
-        Add("legend", [this](QCPPainter& painter) {
-            painter.setFont(Canvas.font());
-            painter.setRenderHint(QPainter::Antialiasing);
-            Legend.Paint(painter, LegendOrigin(), Picture, Drawing.Colors, Overlay.Highlighted);
-        });
+        Add("legend", [this](QCPPainter& painter) { PaintLegend(painter); });
         Add("overlay", [this](QCPPainter& painter) { Drawing.DrawOverlay(painter, Plot()); });
     }
 };
@@ -249,15 +281,18 @@ void TScopePlot::DrawSoon() {
 }
 
 void TScopePlot::DrawLegend() {
-    if (Impl->Legend.Fits(Impl->Picture, Impl->Canvas.fontMetrics()))
-        Impl->Canvas.layer(QStringLiteral("legend"))->replot();
+    if (Impl->Legend.Fits(Impl->Picture, Impl->Canvas.font()))
+        Impl->Canvas.Repaint(TCanvas::LegendBuffer, Impl->LegendPlace.rect(),
+                             [this](QCPPainter& painter) { Impl->PaintLegend(painter); });
     else
         Draw();
 }
 
 void TScopePlot::DrawOverlay() {
-    Impl->Canvas.layer(QStringLiteral("overlay"))->replot();
+    const QRect due = Impl->Canvas.OverlayRect | Impl->OverlayRect();
     Impl->TellRects();
+    Impl->Canvas.Repaint(TCanvas::OverlayBuffer, due,
+                         [this](QCPPainter& painter) { Impl->Drawing.DrawOverlay(painter, Impl->Plot()); });
 }
 
 void TScopePlot::Print(QPaintDevice& device, QSize size, bool vector) {

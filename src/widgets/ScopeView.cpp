@@ -80,8 +80,12 @@ void TScopeView::Refresh() {
     ToolBar.Follow(Picture);
 }
 
+QImage TScopeView::Snapshot(double scale) {
+    return PictureOf(ThePlot, size(), scale);
+}
+
 void TScopeView::CopyPicture() {
-    QApplication::clipboard()->setImage(PictureOf(ThePlot, size(), devicePixelRatioF()));
+    QApplication::clipboard()->setImage(Snapshot(devicePixelRatioF()));
 }
 
 void TScopeView::SavePicture() {

@@ -6,6 +6,7 @@
 #include "widgets/ScopeToolBar.h"
 
 #include <QElapsedTimer>
+#include <QImage>
 #include <QTimer>
 #include <QWidget>
 
@@ -35,6 +36,7 @@ class TScopeView : public QWidget {
 
     int Frames() const { return FrameCount; } // drawn of new data so far
     const TScopePlot& Plot() const { return ThePlot; }
+    QImage Snapshot(double scale); // the picture at that many pixels per pixel at 100 %
     void CopyPicture();
     void SavePicture();
     void ShowChannelSettings();

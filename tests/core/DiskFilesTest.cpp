@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <iterator>
+#include <memory>
 #include <system_error>
 
 namespace tidewell {
@@ -41,6 +42,23 @@ class DiskFiles : public testing::Test {
     fs::path Directory;
     TDiskFiles Files;
 };
+
+TEST_F(DiskFiles, ReadsAFilePieceByPiece) {
+    Put("a", "abcdefg");
+    std::string buffer(3, ' ');
+    std::string read;
+    {
+        auto files = std::make_unique<TDiskFiles>();
+        const auto reader = files->Open(Directory / "a");
+        files.reset();
+        for (std::size_t got = 0; (got = reader->Read(buffer)) > 0;)
+            read += buffer.substr(0, got) + '|';
+        EXPECT_EQ(reader->Read(buffer), 0U);
+    }
+    EXPECT_EQ(read, "abc|def|g|");
+    EXPECT_THROW(Files.Open(Directory / "none"), EInOutError);
+    EXPECT_THROW(Files.Open(Directory), EInOutError);
+}
 
 TEST_F(DiskFiles, WhatIsNotCommittedLeavesTheOldFile) {
     Put("a", "old");

@@ -27,5 +27,6 @@ struct TPicture {
 };
 
 std::vector<TPicture> SetpointPictures();
+std::vector<TPicture> GraphPictures();
 
 } // namespace tidewell::test

@@ -187,6 +187,7 @@ int Run(int argc, char** argv) {
     bool good = true;
     std::vector<TPicture> pictures = Pictures();
     std::ranges::move(SetpointPictures(), std::back_inserter(pictures));
+    std::ranges::move(GraphPictures(), std::back_inserter(pictures));
     for (const TPicture& picture : pictures)
         if (wanted.isEmpty() || wanted.contains(picture.Name))
             good = Take(picture, arguments.at(1), theme) && good;

@@ -47,17 +47,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const TIniFile file(bytes);
     Require(file.Bytes() == bytes, "reading changes the file");
     Write(bytes, "New section", "Key", value);
-    std::size_t writes = 8;
-    for (const std::string& section : file.SectionNames()) {
-        const TIniSection rows = file.ReadSection(section);
+    // One section and one row of the file are written to; which ones, the value tells.
+    const std::vector<std::string> sections = file.SectionNames();
+    for (std::size_t i = 0; i < sections.size(); ++i) {
+        const TIniSection rows = file.ReadSection(sections[i]);
         for (const auto& row : rows.Rows()) {
-            Require(file.Find(section, row.Name) == rows.Find(row.Name), "two first rows");
-            file.ReadInteger(section, row.Name, 0);
-            if (writes > 0 && --writes > 0)
-                Write(bytes, section, row.Name, value);
+            Require(file.Find(sections[i], row.Name) == rows.Find(row.Name), "two first rows");
+            file.ReadInteger(sections[i], row.Name, 0);
         }
-        if (!section.empty())
-            Write(bytes, section, "Key of ours", value);
+        if (i != value.size() % sections.size())
+            continue;
+        if (!sections[i].empty())
+            Write(bytes, sections[i], "Key of ours", value);
+        if (!rows.Empty())
+            Write(bytes, sections[i], rows.Rows()[value.size() % rows.Count()].Name, value);
     }
     return 0;
 }

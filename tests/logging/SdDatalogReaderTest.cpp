@@ -6,7 +6,6 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <optional>
 
 namespace tidewell::test {
@@ -115,70 +114,58 @@ TEST(SdDatalogReader, DrawsTheMinutesBeforeTheStamp) {
 
 TEST(SdDatalogReader, StandsFilesOfManyKinds) {
     struct TCase {
-        const char* What;
-        std::function<std::string()> File;
-        std::string Outcome; // start of the error, the message box, or first value drawn in row 0 and 1
+        std::string File;
+        std::string Outcome; // the first value drawn, or the start of the error
     };
     const auto with = [](std::size_t line, const std::string& text) {
-        return [line, text] {
-            auto lines = Lines();
-            lines.at(line) = text;
-            return Text(lines);
-        };
+        auto lines = Lines();
+        lines.at(line - 1) = text;
+        return Text(lines);
     };
-    const std::string zeros = "0;0;0;0;0;0;0;0;0;0;0;0;0;0;0;0";
+    const auto error = [](int line, const std::string& text, const char* kind) {
+        return "/t/0.DAL, line " + std::to_string(line) + ": '" + text + "' is not a valid " + kind;
+    };
+    const std::string good = Text(Lines());
+    const std::string row = Lines()[0];
     const std::string refused = "List index out of bounds (-1)";
-    const std::vector<TCase> cases{
-        {"LF", [] { return Text(Lines(), "\n"); }, "25.6"},
-        {"no end", [] { return Text(Lines()).substr(0, Text(Lines()).size() - 2); }, "25.6"},
-        {"the other magic", with(361, "SD_datalog_by_Korvanium_A/S"), "25.6"},
-        {"more lines", [] { return Text(Lines()) + "1;2;3\r\n" + std::string(5000, 'x'); }, "25.6"},
-        {"byte-order mark", [] { return "\xEF\xBB\xBF" + Text(Lines()); }, "25.6"},
-        {"one field for all", with(0, "002000"), "51.2"},
-        {"leading blanks", with(0, "  1  1;" + Lines()[0]), "25.7"},
-        {"unmasked", with(0, "999999;" + Lines()[0]), "25674.3"},
-        {"empty", [] { return std::string(); }, refused},
-        {"binary", [] { return std::string("\0\xFF\x80\0", 4); }, refused},
-        {"another magic", with(361, "sd_datalog_by_Korvanium_A/S"), refused},
-        {"a blank behind the magic", with(361, "SD_datalog_by_Korvanium_A/S "), refused},
-        {"magic on line 361",
-         [] {
-             auto lines = Lines();
-             lines.erase(lines.begin());
-             return Text(lines);
-         },
-         refused},
-        {"cut", [] { return Text(Lines()).substr(0, 9000); }, refused},
-        {"a word in the stamp", with(360, "2024;March;1;0;10"),
-         "/t/0.DAL, line 361: 'March' is not a valid integer"},
-        {"a short stamp", with(360, "2024;3;1;0"), "/t/0.DAL, line 361: '' is not a valid integer"},
-        {"no leap year", with(360, "2023;2;29;0;10"),
-         "/t/0.DAL, line 361: '2023;2;29;0;10' is not a valid date"},
-        {"month 13", with(360, "2023;13;1;0;10"), "/t/0.DAL, line 361: '2023;13;1;0;10' is not a valid date"},
-        {"day 257", with(360, "2023;1;257;0;10"),
-         "/t/0.DAL, line 361: '2023;1;257;0;10' is not a valid date"},
-        {"hour 24", with(360, "2023;1;1;24;0"), "/t/0.DAL, line 361: '2023;1;1;24;0' is not a valid date"},
-        {"minute -1", with(360, "2023;1;1;0;-1"), "/t/0.DAL, line 361: '2023;1;1;0;-1' is not a valid date"},
-        {"year 99999", with(360, "99999;1;1;0;0"), "/t/0.DAL, line 361: '99999;1;1;0;0' is not a valid date"},
-        {"no number", with(7, "00x000;" + Lines()[7]), "/t/0.DAL, line 8: '00x' is not a valid integer"},
-        {"no low byte", with(7, "001;" + Lines()[7]), "/t/0.DAL, line 8: '' is not a valid integer"},
-        {"an empty field", with(359, ";" + Lines()[7]), "/t/0.DAL, line 360: '' is not a valid integer"},
-        {"an empty line", with(3, ""), "/t/0.DAL, line 4: '' is not a valid integer"},
-        {"a short line", with(3, "001000;001000;"), "/t/0.DAL, line 4: '' is not a valid integer"},
+    std::vector<TCase> cases{
+        {Text(Lines(), "\n"), "25.6"},
+        {good.substr(0, good.size() - 2), "25.6"},
+        {good + "1;2;3\r\n" + std::string(5000, 'x'), "25.6"},
+        {"\xEF\xBB\xBF" + good, "25.6"},
+        {with(362, "SD_datalog_by_Korvanium_A/S"), "25.6"},
+        {with(1, "002000"), "51.2"}, // stands for all that are missing
+        {with(1, "  1  1;" + row), "25.7"},
+        {with(1, "999999;" + row), "25674.3"},
+        {"", refused},
+        {std::string("\0\xFF\x80\0", 4), refused},
+        {good.substr(row.size() + 2), refused}, // magic on line 361
+        {good.substr(0, 9000), refused},
+        {with(362, "sd_datalog_by_Korvanium_A/S"), refused},
+        {with(362, "SD_datalog_by_Korvanium_A/S "), refused},
+        {with(361, "2024;March;1;0;10"), error(361, "March", "integer")},
+        {with(361, "2024;3;1;0"), error(361, "", "integer")},
+        {with(8, "00x000;" + row), error(8, "00x", "integer")},
+        {with(8, "001;" + row), error(8, "", "integer")},
+        {with(360, ";" + row), error(360, "", "integer")},
+        {with(4, ""), error(4, "", "integer")},
+        {with(4, "001000;001000;"), error(4, "", "integer")},
     };
+    for (const char* const stamp : {"2023;2;29;0;10", "2023;13;1;0;10", "2023;1;257;0;10", "2023;1;1;24;0",
+                                    "2023;1;1;0;-1", "99999;1;1;0;0", "0;1;1;0;0"})
+        cases.push_back({with(361, stamp), error(361, stamp, "date and time")});
     for (const auto& sample : cases) {
-        SCOPED_TRACE(sample.What);
         TSdRig rig;
         if (sample.Outcome == refused)
             rig.Messages = {NoSdCard};
         std::string outcome;
         try {
-            rig.OpenFiles({sample.File()});
+            rig.OpenFiles({sample.File});
             ASSERT_EQ(rig.Drawn(0).size(), 360U);
             outcome = FixedText(rig.Drawn(0)[0], 1);
             EXPECT_EQ(rig.Drawn(0)[1], 25.7);
-        } catch (const TError& error) {
-            outcome = error.what();
+        } catch (const TError& failure) {
+            outcome = failure.what();
             EXPECT_TRUE(rig.Drawn(0).empty());
             EXPECT_FALSE(rig.FileProgressBar.Visible());
         }

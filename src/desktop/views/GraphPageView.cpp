@@ -9,6 +9,7 @@
 #include "widgets/ScopeView.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
@@ -22,6 +23,22 @@ namespace {
 
 constexpr int controlsHeight = 20; // pixels, and the width of the buttons
 constexpr int controlsGap = 6;
+
+// Left goes left; the toolkit's own bar takes that key as Up.
+class TKeyedScrollBar : public QScrollBar {
+  public:
+    using QScrollBar::QScrollBar;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Left)
+            triggerAction(SliderSingleStepSub);
+        else if (event->key() == Qt::Key_Right)
+            triggerAction(SliderSingleStepAdd);
+        else
+            QScrollBar::keyPressEvent(event);
+    }
+};
 
 TScopeView::TServices ServicesBy(IDialogs& dialogs) {
     return {[&dialogs] {
@@ -60,7 +77,7 @@ void AddGraphControls(QWidget& panel, TGraphPage& page, IDialogs& dialogs) {
     auto& row = NewChild<QHBoxLayout>(panel);
     row.setContentsMargins(0, 0, 0, 0);
     row.setSpacing(0);
-    auto& scroll = NewChild<QScrollBar>(panel, Qt::Horizontal);
+    auto& scroll = NewChild<TKeyedScrollBar>(panel, Qt::Horizontal);
     scroll.setFixedHeight(controlsHeight);
     scroll.setFocusPolicy(Qt::StrongFocus);
     BindScrollBar(scroll, page.GraphScroll, dialogs);
@@ -82,6 +99,7 @@ void FillBinaryPopup(QMenu& menu, const TGraphPage& page) {
     menu.setObjectName(ToQt(page.GraphBinaryPopup.Name()));
     auto& rows = NewChild<TBitRows>(menu, page.BinaryView.BinaryGraphList, TBinaryView::RowHeight,
                                     page.BinaryView.Width());
+    rows.setObjectName(QStringLiteral("BinaryGraphList"));
     auto& action = NewChild<QWidgetAction>(menu);
     action.setObjectName(ToQt(page.binaryview1.Name()));
     action.setDefaultWidget(&rows);

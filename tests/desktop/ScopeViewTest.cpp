@@ -1,0 +1,452 @@
+#include "widgets/ScopeView.h"
+
+#include "Support.h"
+#include "widgets/ChannelSettings.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <QToolTip>
+#include <QWheelEvent>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace tidewell::test {
+
+namespace {
+
+constexpr TColor red{0x000000FF};
+constexpr TColor green{0x0000A000};
+constexpr TColor blue{0x00FF0000};
+
+// Half of a pixel covered suffices.
+bool IsNear(const QColor& color, TColor wanted) {
+    return std::abs(color.red() - wanted.Red()) + std::abs(color.green() - wanted.Green()) +
+               std::abs(color.blue() - wanted.Blue()) <
+           250;
+}
+
+// A surface of 0 to 100 by 0 to 10, to 100 and to 1, and its view.
+class ScopeViewTest : public testing::Test {
+  protected:
+    ScopeViewTest() {
+        Scope.RefreshInterval = 1;
+        Scope.XAxis.Max.SetBoth(100);
+        for (int axis = 0; axis < 3; ++axis) {
+            Scope.Axis(axis)->Min.SetBoth(0);
+            Scope.Axis(axis)->Max.SetBoth(std::vector{10, 100, 1}[static_cast<std::size_t>(axis)]);
+        }
+    }
+
+    TSLDisplayChannel& Add(const std::string& name, TColor color, int axis,
+                           const std::vector<double>& values) {
+        TSLDisplayChannel& channel = Scope.Channels.Add();
+        channel.SetName(name);
+        channel.SetColor(color);
+        channel.SetYAxisIndex(axis);
+        const double step = values.size() > 1 ? 100.0 / static_cast<double>(values.size() - 1) : 0;
+        for (std::size_t i = 0; i < values.size(); ++i)
+            channel.Data.AddXYPoint(static_cast<double>(i) * step, values[i]);
+        return channel;
+    }
+
+    void Show() {
+        View.resize(800, 500);
+        View.show();
+        Draw();
+    }
+    void Draw() {
+        ASSERT_TRUE(WaitFor([this] { return !Scope.Redraw.IsPending() && !Scope.Redraw.AreNamesPending(); }));
+        QCoreApplication::processEvents();
+    }
+
+    QPoint At(double x, double y, std::size_t axis = 0) const {
+        const TPlotMap map = View.Plot().Map();
+        return QPointF(map.X.Pixel(x), map.Y.at(axis).Pixel(y)).toPoint();
+    }
+    // Whether that colour is painted within a pixel of the place.
+    bool Painted(double x, double y, TColor color, std::size_t axis = 0) {
+        const QImage image = View.grab(QRect(At(x, y, axis) - QPoint(1, 1), QSize(3, 3))).toImage();
+        for (int i = 0; i < 9; ++i)
+            if (IsNear(image.pixelColor(i % 3, i / 3), color))
+                return true;
+        return false;
+    }
+
+    void Drag(QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::mousePress(&View, Qt::LeftButton, modifiers, from);
+        QTest::mouseMove(&View, (from + to) / 2);
+        QTest::mouseMove(&View, to);
+        QTest::mouseRelease(&View, Qt::LeftButton, modifiers, to);
+    }
+    void Wheel(QPoint place, int notches, Qt::KeyboardModifiers modifiers = {}) {
+        QWheelEvent event(place, View.mapToGlobal(place), {}, {0, 120 * notches}, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&View, &event);
+    }
+    QToolButton& Button(const char* name) { return *View.findChild<QToolButton*>(QString::fromLatin1(name)); }
+
+    TSLScope Scope;
+    std::optional<std::filesystem::path> PictureFile;
+    std::string Told;
+    TScopeView View{Scope,
+                    {[this] { return PictureFile; },
+                     [this](const std::string& text) {
+                         Told = text;
+                     }}};
+};
+
+} // namespace
+
+TEST_F(ScopeViewTest, PaintsCurvesWhereTheirPointsLie) {
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    Add("left", red, 0, {2, 2, none, 8, 8});        // a gap from 25 to 75
+    Add("right", green, 1, {90, 90});               // as high as 9 on the left
+    Add("third", blue, 2, {0.5, 0.5});              // as high as 5
+    Add("noise", red, 0, {6, 1e300, 6, -1e300, 6}); // upright at 50 and the edges
+    Add("alone", green, 0, {none, 1, none, none, none});
+    Add("hidden", red, 0, {4, 4}).SetVisible(false);
+    Add("axis 9", red, 8, {4, 4});
+    Show();
+    struct TPlace {
+        double X, Y;
+        std::size_t Axis;
+        TColor Color;
+    };
+    const std::vector<TPlace> painted{{10, 2, 0, red},   {90, 8, 0, red},    {60, 90, 1, green},
+                                      {60, 9, 0, green}, {30, 0.5, 2, blue}, {30, 5, 0, blue},
+                                      {50, 9.8, 0, red}, {50, 0.3, 0, red},  {25, 1, 0, green}};
+    for (const auto& [x, y, axis, color] : painted)
+        EXPECT_TRUE(Painted(x, y, color, axis)) << x << ' ' << y;
+    for (const auto& [x, y] :
+         std::vector<std::pair<double, double>>{{40, 2}, {45, 8}, {60, 4}, {10, 8}, {25, 9.8}})
+        EXPECT_FALSE(Painted(x, y, red)) << x << ' ' << y;
+
+    // At 200 % a line covers three rows instead of one and a half.
+    const QImage large = View.Snapshot(2);
+    int rows = 0;
+    for (int row = -8; row <= 8; ++row)
+        rows += IsNear(large.pixelColor(2 * At(10, 2) + QPoint(0, row)), red) ? 1 : 0;
+    EXPECT_GE(rows, 2);
+    EXPECT_LE(rows, 3);
+}
+
+TEST_F(ScopeViewTest, ThinsOutWhatPixelsCannotShowAndKeepsPeaks) {
+    std::vector<double> values(100001, 3);
+    values[40000] = 9;
+    values[60001] = 0.5;
+    Add("long", red, 0, values);
+    Show();
+    EXPECT_TRUE(Painted(40, 7, red));
+    EXPECT_TRUE(Painted(60.001, 1.5, red));
+    EXPECT_TRUE(Painted(80, 3, red));
+    EXPECT_FALSE(Painted(50, 7, red));
+}
+
+TEST_F(ScopeViewTest, DrawsAtMostOncePerIntervalAndOnlyWhatHasChanged) {
+    TSLDisplayChannel& channel = Add("a", red, 0, {2, 2});
+    Show();
+    Scope.RefreshInterval = 100;
+    QTest::qWait(120);
+    const int before = View.Frames();
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (elapsed.elapsed() < 350) {
+        channel.Data.Clear();
+        channel.Data.AddXYPoint(0, 7);
+        channel.Data.AddXYPoint(100, 7);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_GE(View.Frames() - before, 3);
+    EXPECT_LE(View.Frames() - before, 5);
+    EXPECT_TRUE(Painted(50, 7, red));
+    QTest::qWait(120);
+    const int drawn = View.Frames();
+    QTest::qWait(250);
+    EXPECT_EQ(View.Frames(), drawn);
+
+    // A live value is drawn without the curves.
+    const QRect entry = View.Plot().LegendEntryRect(0);
+    const QImage legend = View.grab(entry).toImage();
+    channel.ShowValue(88);
+    Draw();
+    EXPECT_EQ(View.Frames(), drawn);
+    EXPECT_NE(View.grab(entry).toImage(), legend);
+
+    View.hide();
+    channel.Data.Clear();
+    QTest::qWait(120);
+    EXPECT_EQ(View.Frames(), drawn);
+    View.show();
+    EXPECT_TRUE(WaitFor([&] { return View.Frames() > drawn; }));
+}
+
+TEST_F(ScopeViewTest, HoldFreezesThePictureButTakesData) {
+    TSLDisplayChannel& channel = Add("a", red, 0, {2, 2});
+    Show();
+    Scope.SetHold(true);
+    channel.Data.Clear();
+    channel.Data.AddXYPoint(0, 7);
+    channel.Data.AddXYPoint(100, 7);
+    Scope.XAxis.Max.SetBoth(1000);
+    Draw();
+    View.resize(820, 520);
+    EXPECT_TRUE(Painted(50, 2, red));
+    EXPECT_FALSE(Painted(50, 7, red));
+    // The user still moves about in it.
+    Wheel(At(50, 2), 1);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(Painted(50, 2, red));
+    EXPECT_LT(Scope.YAxis.Shown().Upper, 10);
+    Scope.ZoomOff();
+    Scope.SetHold(false);
+    Draw();
+    EXPECT_TRUE(Painted(50, 7, red));
+}
+
+TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
+    int zooms = 0;
+    Scope.OnZoomChanged = [&](const TSLZoomRect&, const TSLZoomRect&) {
+        ++zooms;
+        Scope.Axis(2)->ToolBar.Buttons.ZoomOff.PerformClick(); // as the graph page does
+    };
+    Add("a", red, 0, {2, 2});
+    Add("b", green, 1, {2, 2});
+    Show();
+    bool held = false;
+    Scope.OnContextPopup = [&](int, int) {
+        held = Scope.Hold();
+    };
+    const QPoint centre = At(50, 5);
+    const QRect plot = View.Plot().PlotRect();
+    struct TStep {
+        const char* Name;
+        std::function<void()> Do;
+        TSLZoomRect Shown; // the third Y axis never zooms
+    };
+    const TSLZoomRect whole{{0, 100}, {{{0, 10}, {0, 100}, {0, 1}}}};
+    const std::vector<TStep> steps{
+        {"wheel", [&] { Wheel(centre, 1); }, {{0, 100}, {{{1, 9}, {10, 90}, {0, 1}}}}},
+        {"double click", [&] { QTest::mouseDClick(&View, Qt::LeftButton, {}, centre); }, whole},
+        {"wheel along X", [&] { Wheel(centre, 1, Qt::ControlModifier); }, {{10, 90}, whole.Y}},
+        {"and out again, no further than all", [&] { Wheel(centre, -9, Qt::ControlModifier); }, whole},
+        {"band", [&] { Drag(At(20, 2), At(40, 6)); }, {{0, 100}, {{{2, 6}, {20, 60}, {0, 1}}}}},
+        {"home", [&] { QTest::keyClick(&View, Qt::Key_Home); }, whole},
+        {"a band too flat", [&] { Drag(At(20, 5), At(70, 5) + QPoint(0, 1)); }, whole},
+        {"pan, but not beyond the samples",
+         [&] { Drag(At(20, 2), At(40, 4), Qt::ShiftModifier); },
+         {{0, 100}, {{{-2, 8}, {-20, 80}, {0, 1}}}}},
+        {"up", [&] { QTest::keyClick(&View, Qt::Key_Up); }, {{0, 100}, {{{-1, 9}, {-10, 90}, {0, 1}}}}},
+        {"off", [&] { QTest::keyClick(&View, Qt::Key_Home); }, whole},
+        {"minus",
+         [&] { QTest::keyClick(&View, Qt::Key_Minus); },
+         {{0, 100}, {{{-1.25, 11.25}, {-12.5, 112.5}, {0, 1}}}}},
+        {"the left scale's double click",
+         [&] {
+             QTest::mouseDClick(&View, Qt::LeftButton, {}, {plot.left() - 10, centre.y()});
+         },
+         {{0, 100}, {{{0, 10}, {-12.5, 112.5}, {0, 1}}}}},
+        {"the right scale's wheel",
+         [&] {
+             Wheel({plot.right() + 10, centre.y()}, 1);
+         },
+         {{0, 100}, {{{0, 10}, {0, 100}, {0, 1}}}}},
+    };
+    for (const TStep& step : steps) {
+        step.Do();
+        QCoreApplication::processEvents();
+        const TSLZoomRect shown = Scope.ShownRect();
+        // Within a pixel.
+        EXPECT_NEAR(shown.X.Lower, step.Shown.X.Lower, 0.3) << step.Name;
+        EXPECT_NEAR(shown.X.Upper, step.Shown.X.Upper, 0.3) << step.Name;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            const double pixel = (whole.Y[axis].Upper - whole.Y[axis].Lower) / plot.height() * 1.5;
+            EXPECT_NEAR(shown.Y[axis].Lower, step.Shown.Y[axis].Lower, pixel) << step.Name << ' ' << axis;
+            EXPECT_NEAR(shown.Y[axis].Upper, step.Shown.Y[axis].Upper, pixel) << step.Name << ' ' << axis;
+        }
+    }
+    EXPECT_GE(zooms, 10);
+
+    // Panning holds the display for as long as it lasts.
+    QTest::mousePress(&View, Qt::MiddleButton, {}, centre);
+    QTest::mouseMove(&View, centre + QPoint(30, 30));
+    QTest::mouseRelease(&View, Qt::RightButton, {}, centre);
+    QTest::mouseRelease(&View, Qt::MiddleButton, {}, centre);
+    EXPECT_TRUE(held);
+    EXPECT_FALSE(Scope.Hold());
+}
+
+TEST_F(ScopeViewTest, TellsWhatLiesUnderTheMouse) {
+    Add("a", red, 0, {2, 2, 2});
+    Add("flags:[0000]", green, 0, {7, 8, 7});
+    Add("hidden", red, 0, {5, 5}).SetVisible(false);
+    Show();
+    std::vector<std::string> told;
+    const auto tell = [&told](const std::string& event, std::size_t index, const TSLPoint& point) {
+        told.push_back(event + std::to_string(index) + " " + std::to_string(std::lround(point.X)) + " " +
+                       std::to_string(std::lround(point.Y)));
+    };
+    Scope.OnOverChannel = [&](std::size_t index, const TSLPoint& point) {
+        tell("over ", index, point);
+    };
+    Scope.Channels.OnClick = [&](std::size_t index, bool& handled, const TSLPoint& point) {
+        handled = true;
+        tell("click ", index, point);
+    };
+    Scope.Legend.Channels.OnItemClick = [&](std::size_t index, bool& handled) {
+        handled = true;
+        tell("legend ", index, {});
+    };
+    Scope.OnContextPopup = [&](int x, int y) {
+        tell("popup ", 0, {static_cast<double>(x), static_cast<double>(y)});
+    };
+    Scope.OnCustomMouseHitLabel = [&](std::string& text, double value) {
+        EXPECT_EQ(value, 8);
+        EXPECT_EQ(text, "8.00");
+        text = "bits";
+    };
+    QTest::mouseMove(&View, At(48, 7.97));
+    EXPECT_EQ(QToolTip::text(), "flags: bits");
+    EXPECT_EQ(View.Plot().Overlay.Highlighted, 1U);
+    QTest::mouseClick(&View, Qt::LeftButton, {}, At(52, 7.97));
+    QTest::mouseMove(&View, At(50, 5));
+    EXPECT_FALSE(View.Plot().Overlay.Highlighted.has_value());
+    const std::vector<std::string> curve{"over 1 50 8", "over 1 50 8", "over 1 50 8", "click 1 50 8"};
+    EXPECT_EQ(std::vector(told.end() - std::min<std::ptrdiff_t>(2, std::ssize(told)), told.end()),
+              std::vector(curve.end() - 2, curve.end()));
+    told.clear();
+
+    EXPECT_TRUE(View.Plot().LegendEntryRect(2).isEmpty());
+    QTest::mouseClick(&View, Qt::LeftButton, {}, View.Plot().LegendEntryRect(1).center());
+    QTest::mouseClick(&View, Qt::LeftButton, {}, At(50, 5)); // nothing there
+    QTest::mouseClick(&View, Qt::RightButton, {}, {31, 41});
+    EXPECT_EQ(told, (std::vector<std::string>{"legend 1 0 0", "popup 0 31 41"}));
+
+    // The curves have gone, but not yet from the screen.
+    Scope.RefreshInterval = 10000;
+    Scope.Channels.Clear();
+    QTest::mouseClick(&View, Qt::LeftButton, {}, At(52, 7.97));
+    QTest::mouseClick(&View, Qt::LeftButton, {}, View.Plot().LegendEntryRect(1).center());
+    EXPECT_EQ(told.size(), 2U);
+}
+
+TEST_F(ScopeViewTest, TheCursorGoesFromSampleToSample) {
+    Add("a", red, 0, {2, 2});
+    Show();
+    std::vector<double> positions;
+    Scope.Cursors.OnPositionChange = [&](std::size_t, const TSLPoint& position) {
+        positions.push_back(position.X);
+    };
+    Scope.ToolBar.SetVisible(true);
+    Draw();
+    QTest::mouseClick(&Button("Cursor"), Qt::LeftButton);
+    Drag(At(50, 5), At(30.3, 5));
+    QTest::keyClick(&View, Qt::Key_Right);
+    QTest::keyClick(&View, Qt::Key_Left, Qt::ShiftModifier);
+    ASSERT_GE(positions.size(), 4U);
+    EXPECT_EQ(positions.front(), 50);
+    EXPECT_EQ(std::vector(positions.end() - 3, positions.end()), (std::vector<double>{30, 31, 21}));
+    EXPECT_FALSE(Scope.YAxis.Zoomed());
+    const QRect place(At(21, 7) - QPoint(3, 3), QSize(7, 7));
+    const QImage with = View.grab(place).toImage();
+    QTest::mouseClick(&Button("Cursor"), Qt::LeftButton);
+    EXPECT_FALSE(Scope.Cursors[0].Visible());
+    EXPECT_NE(View.grab(place).toImage(), with);
+
+    // Out of view, it comes back among the samples.
+    Scope.XAxis.Min.SetBoth(40);
+    Scope.XAxis.Max.SetBoth(240);
+    Draw();
+    QTest::mouseClick(&Button("Cursor"), Qt::LeftButton);
+    EXPECT_EQ(positions.back(), 70);
+}
+
+TEST_F(ScopeViewTest, TheToolBarWorksOnEachAxis) {
+    Add("a", red, 0, {2, 2});
+    Show();
+    EXPECT_FALSE(Button("XZoomIn").isVisible());
+    Scope.ToolBar.SetVisible(true);
+    Draw();
+    EXPECT_FALSE(Button("Y2ZoomIn").isVisible()); // nothing is drawn on that axis
+    QTest::mouseClick(&Button("XZoomIn"), Qt::LeftButton);
+    EXPECT_EQ(Scope.XAxis.Shown(), (TSLRange{25, 75}));
+    QTest::mouseClick(&Button("XZoomOut"), Qt::LeftButton);
+    EXPECT_FALSE(Scope.XAxis.Zoomed());
+    QTest::mouseClick(&Button("XZoomOneDir"), Qt::LeftButton);
+    Drag(At(20, 5), At(60, 6));
+    EXPECT_NEAR(Scope.XAxis.Shown().Lower, 20, 0.3); // within a pixel
+    EXPECT_NEAR(Scope.XAxis.Shown().Upper, 60, 0.3);
+    EXPECT_FALSE(Scope.YAxis.Zoomed());
+    QTest::mouseClick(&Button("Pan"), Qt::LeftButton);
+    QCoreApplication::processEvents();
+    Drag(At(40, 5), At(50, 5));
+    EXPECT_NEAR(Scope.XAxis.Shown().Lower, 10, 0.3);
+    QTest::mouseClick(&Button("ZoomOff"), Qt::LeftButton);
+    EXPECT_EQ(Scope.ShownRect().X, (TSLRange{0, 100}));
+}
+
+TEST_F(ScopeViewTest, ChannelSettingsSetColourAxisAndVisibility) {
+    TSLDisplayChannel& channel = Add("a:[1.00]", red, 0, {2, 2});
+    Add("b", green, 8, {4, 4});
+    Show();
+    for (const bool ok : {false, true}) {
+        const TOnNext<TChannelSettings> next([ok](TChannelSettings& dialog) {
+            EXPECT_EQ(dialog.findChild<QComboBox*>("Axis1")->currentText(), "-");
+            dialog.findChild<QComboBox*>("Axis0")->setCurrentIndex(1);
+            dialog.findChild<QCheckBox*>("Visible1")->click();
+            dialog.findChild<QDialogButtonBox*>()
+                ->button(ok ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel)
+                ->click();
+        });
+        View.ShowChannelSettings();
+        EXPECT_EQ(channel.YAxisIndex(), ok ? 1 : 0);
+        EXPECT_EQ(Scope.Channels[1].Visible(), !ok);
+    }
+    EXPECT_EQ(Scope.Channels[1].YAxisIndex(), 8);
+    EXPECT_EQ(channel.Name(), "a:[1.00]");
+    EXPECT_EQ(channel.Color(), red);
+    Draw();
+    EXPECT_TRUE(Painted(50, 2, red, 1));
+}
+
+TEST_F(ScopeViewTest, CopiesAndSavesThePicture) {
+    Add("curve", red, 0, {2, 2});
+    Show();
+    QTest::keyClick(&View, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(IsNear(QApplication::clipboard()->image().pixelColor(At(50, 2)), red));
+
+    QTemporaryDir folder;
+    const auto content = [&](const char* name) {
+        PictureFile = folder.filePath(QString::fromLatin1(name)).toStdString();
+        View.SavePicture();
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    EXPECT_TRUE(IsNear(QImage::fromData(content("a.png")).pixelColor(At(50, 2)), red));
+    const QByteArray svg = content("a.SVG");
+    EXPECT_TRUE(svg.contains("<polyline") || svg.contains("<path")) << svg.left(300).toStdString();
+    EXPECT_TRUE(svg.contains("curve"));
+    EXPECT_TRUE(content("a.pdf").startsWith("%PDF"));
+    content("none");
+    EXPECT_TRUE(QFile::exists(folder.filePath("none.png")));
+    EXPECT_EQ(Told, "");
+    content("a.doc");
+    EXPECT_EQ(Told, "Cannot write " + PictureFile->string() + ": pictures are .png, .svg or .pdf");
+    content("no folder/a.png");
+    EXPECT_TRUE(Told.starts_with("Cannot write " + PictureFile->string() + ": ")) << Told;
+    PictureFile.reset();
+    Told.clear();
+    View.SavePicture();
+    EXPECT_EQ(Told, "");
+}
+
+} // namespace tidewell::test
