@@ -27,11 +27,11 @@ int KnownObject(int obj) {
 } // namespace
 
 TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,
-                           const TCurrentInifilesPath& paths, TUNabto& nabto, TModbusPanel& panel,
-                           IHost& host)
+                           const IClock& clock, const TCurrentInifilesPath& paths, TUNabto& nabto,
+                           TModbusPanel& panel, IHost& host)
     : TForm("NabtoDevice", "Nabto"), Identity(dialogs, nabto, device),
       Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }), Dialogs(dialogs),
-      Wait(wait), Files(files), Paths(paths), Nabto(nabto), Panel(panel), Host(host) {
+      Wait(wait), Files(files), Clock(clock), Paths(paths), Nabto(nabto), Panel(panel), Host(host) {
     InitControls();
     btnPing.OnClick = [this] {
         btnPingClick();

@@ -15,6 +15,7 @@
 
 namespace tidewell {
 
+class IClock;
 class IDialogs;
 class IFiles;
 class ITimers;
@@ -42,7 +43,7 @@ class TNabtoDevice : public TForm {
         virtual bool FormOpen() const = 0; // false once the main form is closed
     };
 
-    TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,
+    TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files, const IClock& clock,
                  const TCurrentInifilesPath& paths, TUNabto& nabto, TModbusPanel& panel, IHost& host);
     ~TNabtoDevice() override;
 
@@ -141,6 +142,7 @@ class TNabtoDevice : public TForm {
     IDialogs& Dialogs;
     IWait& Wait;
     IFiles& Files;
+    const IClock& Clock; // stamps of file names
     const TCurrentInifilesPath& Paths;
     TUNabto& Nabto;
     const TModbusPanel& Panel;

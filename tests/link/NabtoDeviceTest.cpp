@@ -75,7 +75,7 @@ class TNabtoDeviceTest : public testing::Test {
     TApiClient Client{Http, Dialogs, {"api.example", 4161}};
     TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
     TModbusPanel Panel{Files, Time};
-    TNabtoDevice Device{Dialogs, Time, Time, Files, Paths, Nabto, Panel, Host};
+    TNabtoDevice Device{Dialogs, Time, Time, Files, Time, Paths, Nabto, Panel, Host};
 };
 
 TEST_F(TNabtoDeviceTest, CreationReadsConfigurationAndTexts) {
