@@ -171,13 +171,15 @@ EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& te
     }
 }
 
-std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const std::string& prompt) {
+std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const std::string& prompt,
+                                                const std::string& text) {
     if (Cancelling)
         return std::nullopt;
     QInputDialog box(TopWindow());
     box.setObjectName(QStringLiteral("InputBox"));
     box.setWindowTitle(ToQt(title));
     box.setLabelText(Lines(prompt));
+    box.setTextValue(ToQt(text));
     if (box.exec() != QDialog::Accepted)
         return std::nullopt;
     return FromQt(box.textValue());

@@ -36,7 +36,9 @@ class TQtDialogs : public IDialogs {
     void EndCancelAll() { Cancelling = false; }
 
     EModalResult ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) override;
-    std::optional<std::string> InputBox(const std::string& title, const std::string& prompt) override;
+    using IDialogs::InputBox;
+    std::optional<std::string> InputBox(const std::string& title, const std::string& prompt,
+                                        const std::string& text) override;
     std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) override;
     std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) override;
     EModalResult ShowModal(TForm& form) override;

@@ -94,10 +94,11 @@ std::optional<std::vector<std::uint8_t>> TNabtoStream::Read(std::uint32_t readLe
         return std::nullopt;
     }
     // Each chunk is asked for with the full length as capacity, wherever it starts, so the last one may run
-    // on behind the length by as much again.
-    std::vector<std::uint8_t> buffer(std::size_t{readLength} * 2);
+    // on behind the length by as much again. What is never written there takes no memory.
+    const auto buffer = std::make_unique_for_overwrite<std::uint8_t[]>(std::size_t{readLength} * 2);
+    std::size_t got = 0;
     try {
-        if (!ReadChunks(buffer, readLength))
+        if (!ReadChunks(buffer.get(), readLength, got))
             return std::nullopt;
     } catch (const std::exception& error) {
         Dialogs.ShowMessage(std::string(ClassName(error)) + " error raised, with message : " + error.what());
@@ -105,17 +106,23 @@ std::optional<std::vector<std::uint8_t>> TNabtoStream::Read(std::uint32_t readLe
     timeoutTimer->SetEnabled(false);
     if (streamTimeout)
         Dialogs.ShowMessage("Stream Read, Timeout :(");
-    buffer.resize(readLength);
-    return buffer;
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(readLength);
+    bytes.assign(buffer.get(), buffer.get() + std::min<std::size_t>(got, readLength));
+    bytes.resize(readLength);
+    return bytes;
 }
 
-bool TNabtoStream::ReadChunks(std::vector<std::uint8_t>& buffer, std::uint32_t readLength) {
-    std::size_t got = 0;
+bool TNabtoStream::ReadChunks(std::uint8_t* buffer, std::uint32_t readLength, std::size_t& got) {
     while (got < readLength && !streamTimeout) {
+        if (Progress.Ended()) {
+            timeoutTimer->SetEnabled(false);
+            return false;
+        }
         Arm();
         std::size_t count = 0;
         const auto status = static_cast<TNabtoStatus>(
-            Library.NabtoStreamReadIntoBuf(Stream, buffer.data() + got, readLength, &count));
+            Library.NabtoStreamReadIntoBuf(Stream, buffer + got, readLength, &count));
         if (status != NABTO_OK) {
             CloseRepeatedly();
             ShowNabtoStatus(Library, Dialogs, status);
@@ -147,6 +154,10 @@ TNabtoStatus TNabtoStream::Write(std::span<const std::uint8_t> data, int streamD
     Progress.currentstreamprogress = 0;
     Arm();
     while (!data.empty() && !streamTimeout) {
+        if (Progress.Ended()) {
+            timeoutTimer->SetEnabled(false);
+            return NABTO_ABORTED;
+        }
         Arm();
         const auto chunk = data.first(std::min(data.size(), writeChunk));
         status = static_cast<TNabtoStatus>(
