@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/controls/Signal.h"
+#include "core/controls/Simple.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace tidewell {
+
+class IClock;
+
+// How far a firmware update is, for the screen: what it does, which file it sends and how much of that, and
+// how long it has been running. PanelUpdate holds the other controls; it is hidden before the first update.
+class TUpdateStatus {
+  public:
+    explicit TUpdateStatus(const IClock& clock);
+
+    TPanel PanelUpdate{"PanelUpdate"};
+    TLabel LabUpdatePhase{"LabUpdatePhase"};
+    TLabel LabUpdateFile{"LabUpdateFile"};         // shown while a file is sent, and so is
+    TProgressBar UpdateProgress{"UpdateProgress"}; // its percentage
+    TLabel LabUpdateElapsed{"LabUpdateElapsed"};
+
+    bool Running() const { return IsRunning; }
+    TSignal<> Changed; // of Running
+
+    void Begin();
+    void End(bool success);
+    void SetPhase(const std::string& phase);
+    // File number of count, from 1.
+    void SetFile(std::size_t number, std::size_t count, const std::string& name);
+    void SetProgress(std::uint32_t bytes, std::uint32_t length);
+    // Brings the elapsed time up to date. Cheap.
+    void Tick();
+
+  private:
+    const IClock& Clock;
+    bool IsRunning = false;
+    std::chrono::milliseconds Started{};
+    std::chrono::seconds Shown{};
+};
+
+} // namespace tidewell
