@@ -68,6 +68,8 @@ const std::unique_ptr<T>* Find(const std::vector<std::unique_ptr<T>>& list, cons
 } // namespace
 
 struct TSimulatedNabto::TController {
+    explicit TController(const TControllerSetup& setup) : Setup(setup), Device(setup.Identity) {}
+
     TControllerSetup Setup;
     TSimulatedController Device;
 
@@ -112,18 +114,21 @@ void TSimulatedNabto::Take(const TSimulation& simulation) {
         auto found = std::find_if(Controllers.begin(), Controllers.end(),
                                   [&](const auto& controller) { return controller->Setup.Id == setup.Id; });
         if (found == Controllers.end()) {
-            Controllers.push_back(
-                std::make_unique<TController>(TController{{}, TSimulatedController(setup.Identity)}));
+            Controllers.push_back(std::make_unique<TController>(setup));
             found = std::prev(Controllers.end());
             for (const TValueRun& run : setup.Values) {
                 (*found)->Device.Values.Add(run);
             }
+            (*found)->Device.Service.SetClock(Time.LocalMinutes() - NowMs() / 60000);
         }
         TController& controller = **found;
         controller.Setup = setup;
         controller.Device.WriteStatus = setup.WriteStatus;
         controller.Device.StreamPiece = setup.StreamPiece;
         controller.Device.Faults.Replace(setup.Faults);
+        if (setup.Service) {
+            controller.Device.Service.Configure(*setup.Service, controller.Device.Values);
+        }
     }
     Setup = simulation;
     Setup.Controllers.clear();
