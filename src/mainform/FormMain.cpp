@@ -35,6 +35,9 @@ TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrent
                                LoggingTexts, paths}),
       ProfileOpening(ports, TProfileOpening::TParts{*this, paths, ModbusPanel, Profile, SetpointPage,
                                                     GraphPage, nabto, forms.NabtoDevice}),
+      ErrorLog({Hosts.ErrorLog, ports.Files, ports.Clock, paths, Configuration.ErrorLog, Profile, ModbusPanel,
+                TheTab}),
+      FlashView(ports, {*this, Profile, ProfileOpening, GraphPage, forms.NabtoDevice}),
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
       InitTimer(ports.Timers.CreateTimer()), KeepAliveTimer(ports.Timers.CreateTimer()),
       NabtoDeleteUsers(ports.Timers.CreateTimer()), CloseAgain(ports.Timers.CreateTimer()) {
@@ -55,6 +58,9 @@ void TFormMain::ConnectControls() {
         InitTimer->SetEnabled(false);
         InitTimer->SetEnabled(true);
     };
+    OnCloseQuery = [this](bool& mayClose) {
+        FormCloseQuery(mayClose);
+    };
     OnClose = [this] {
         FormClose();
     };
@@ -72,6 +78,9 @@ void TFormMain::ConnectControls() {
     };
     DeviceID.OnClick = [this] {
         Setup1Click();
+    };
+    but_swupdate.OnClick = [this] {
+        but_swupdateClick();
     };
     OpenProfile2.OnClick = [this] {
         OpenProfile2Click();
@@ -102,8 +111,28 @@ void TFormMain::ConnectControls() {
     };
 }
 
+void TFormMain::ConnectService() {
+    but_errorlog.OnClick = [this] {
+        but_errorlogClick();
+    };
+    Errorlog1.OnClick = [this] {
+        ErrorLog.Errorlog1Click();
+    };
+    FlasDatalog1.OnClick = [this] {
+        FlasDatalog1Click();
+    };
+    Forms.NabtoDevice.Use.AddControls({&but_errorlog, &FlasDatalog1});
+}
+
+void TFormMain::ConnectUpdate() {
+    FollowUpdate = Forms.NabtoDevice.UpdateStatus.Changed.Connect(
+        [this] { LockForUpdate(Forms.NabtoDevice.UpdateStatus.Running()); });
+}
+
 void TFormMain::FormCreate() {
     DeleteNabtoUserFolder();
+    ConnectUpdate();
+    ConnectService();
     const TCloudSettings cloud = ReadCloudSettings(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile),
                                                    FCurrentInifilesPath.directorypath);
     Http = Ports.MakeHttp(cloud.CaFile);
@@ -272,6 +301,42 @@ void TFormMain::Nabtodebug1Click() {
     Ports.Dialogs.Show(Forms.NabtoDevice);
 }
 
+void TFormMain::but_swupdateClick() {
+    StopLog();
+    Ports.Dialogs.Show(Forms.NabtoDevice);
+    Forms.NabtoDevice.BtnUpdateClick();
+}
+
+void TFormMain::but_errorlogClick() {
+    StopLog();
+    Forms.NabtoDevice.ButErorlogClick();
+}
+
+void TFormMain::FlasDatalog1Click() {
+    Nabtodebug1Click();
+    if (!Forms.NabtoDevice.FlashDatalog.PanelFDDatalog.Visible())
+        Forms.NabtoDevice.FlashDatalog.ButFlashDatalogClick();
+}
+
+void TFormMain::LockForUpdate(bool running) {
+    if (!running) {
+        UpdateLock.Release();
+        return;
+    }
+    LiveLog.TimerLogAutostart->SetEnabled(false);
+    std::vector<TControl*> controls{&TrafficButton,
+                                    &DeviceID,
+                                    &but_swupdate,
+                                    &but_errorlog,
+                                    &SetpointPage.SetpointTreeView,
+                                    &SetpointPage.SetpointGrid};
+    for (const TMenuItem& menu : MainMenu.Items)
+        for (TMenuItem& item : menu.Items)
+            if (&item != &Nabtodebug1 && &item != &Close1)
+                controls.push_back(&item);
+    UpdateLock.Lock(controls);
+}
+
 void TFormMain::KeepAliveTimerTimer() {
     KeepAliveTimer->SetEnabled(false);
     ApiClient->KeepAlive();
@@ -345,6 +410,15 @@ void TFormMain::FormKeyDown(EKey key, bool& handled) {
     default:
         handled = false;
     }
+}
+
+void TFormMain::FormCloseQuery(bool& mayClose) {
+    if (AskBeforeClose && Forms.NabtoDevice.UpdateStatus.Running())
+        mayClose = Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
+                                                "A firmware update is running. Closing the program ends it "
+                                                "and can leave the controller half updated. Close the "
+                                                "program?",
+                                                EButtons::YesNo) == EModalResult::Yes;
 }
 
 // The first failure to save keeps the form open, so that the log can be saved elsewhere; a second close

@@ -3,6 +3,8 @@
 #include "cloud/ApiClient.h"
 #include "cloud/NabtoLogOn.h"
 #include "core/Configuration.h"
+#include "core/controls/ControlLock.h"
+#include "errorlog/ErrorLog.h"
 #include "graph/GraphPage.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
@@ -11,6 +13,7 @@
 #include "logging/LogBuffers.h"
 #include "mainform/CommandLine.h"
 #include "mainform/ContextHelp.h"
+#include "mainform/FlashView.h"
 #include "mainform/FormMainControls.h"
 #include "mainform/FormMainHosts.h"
 #include "mainform/Languagedialog.h"
@@ -59,12 +62,18 @@ class TFormMain : public TFormMainControls {
     void Close1Click() { Close(); }
     void Changelanguage1Click();
     void Nabtodebug1Click();
+    void but_swupdateClick();
+    void but_errorlogClick();
+    void FlasDatalog1Click();
+    void ShowInFront() { Ports.Dialogs.Show(*this); }
     void KeepAliveTimerTimer();
     void NabtoDeleteUsersTimer();
     void DeleteNabtoUserFolder();
     void TheTabChange();
     void FormResize();
     void FormKeyDown(EKey key, bool& handled);
+    // Asks before a firmware update is cut off by the close.
+    void FormCloseQuery(bool& mayClose);
     void FormClose();
     // The view tells the sizes, in pixels, that the setpoint page has got.
     void SetpointPageResized(int gridClientWidth, int groupClientHeight);
@@ -77,6 +86,9 @@ class TFormMain : public TFormMainControls {
     TLoggingTexts LoggingTexts;
     TCommandLineParameters _commandLineParameters;
     bool ShowButtonDevid = false;
+    bool AskBeforeClose = true; // false when nobody is there to answer
+    // False once the form is closed or the program is asked to end.
+    bool Open() const { return Visible() && !Ports.Application.Terminated(); }
 
     TFormMainHosts Hosts{*this};
 
@@ -94,6 +106,8 @@ class TFormMain : public TFormMainControls {
     TGraphPage GraphPage;
     TLiveLog LiveLog;
     TProfileOpening ProfileOpening;
+    TErrorLog ErrorLog;
+    TFlashView FlashView;
     TContextHelp ContextHelp;
 
     std::unique_ptr<ITimer> InitTimer;        // 200 ms, once
@@ -104,6 +118,10 @@ class TFormMain : public TFormMainControls {
   private:
     void ReadConfigurationFiles();
     void ConnectControls();
+    void ConnectUpdate();
+    void ConnectService();
+    // While a firmware update runs, all but the way to its form and the close.
+    void LockForUpdate(bool running);
     void CreateDirectories();
     // Sign-in and profile, with the link enabled. False when the program is about to end.
     bool StartLink();
@@ -112,6 +130,8 @@ class TFormMain : public TFormMainControls {
 
     std::unique_ptr<IHttp> Http;
     std::unique_ptr<TApiClient> ApiClient;
+    TControlLock UpdateLock;
+    TConnection FollowUpdate;
     int GridClientWidth = 0;
     int GroupClientHeight = 0;
 };

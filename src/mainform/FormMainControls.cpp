@@ -26,10 +26,8 @@ TFormMainControls::TFormMainControls()
     // Work that does not exist yet has no entry.
     OpenDatalogfile1.SetVisible(false);
     Open_sd_datalog.SetVisible(false);
-    Errorlog1.SetVisible(false);
-    FlasDatalog1.SetVisible(false);
-    but_swupdate.SetVisible(false);
-    but_errorlog.SetVisible(false);
+    Errorlog1.SetVisible(false);    // nothing shows it
+    FlasDatalog1.SetVisible(false); // until a profile with a flash datalog is open
 
     TheTab.Pages = {TabSetpoint, TabGraph};
     FileProgressBar.SetVisible(false);

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "errorlog/ErrorLog.h"
 #include "link/NabtoDevice.h"
 #include "link/SetupForm.h"
 #include "logging/LiveLog.h"
 #include "mainform/CommandLine.h"
 
+#include <cstdint>
+#include <filesystem>
 #include <string>
 
 namespace tidewell {
@@ -15,7 +18,7 @@ class TFormMain;
 class TFormMainHosts {
   public:
     explicit TFormMainHosts(TFormMain& main)
-        : LiveLog(main), NabtoDevice(main), SetupForm(main), CommandLine(main) {}
+        : LiveLog(main), NabtoDevice(main), SetupForm(main), CommandLine(main), ErrorLog(main) {}
 
     class TLiveLogHost : public TLiveLog::IHost {
       public:
@@ -44,6 +47,14 @@ class TFormMainHosts {
         bool ShowButtonDevid() const override;
         bool ErrorLogVisible() const override;
         bool FormOpen() const override;
+        void StopRunningLog() override;
+        std::int32_t FlashCounterAddress() const override;
+        std::string CreateDatalogHeader() const override;
+        std::filesystem::path GetFlashLogProfilepath() const override;
+        void ShowFlashDatalog(const std::filesystem::path& profile,
+                              const std::filesystem::path& file) override;
+        std::int32_t ErrorLogOffset() const override;
+        void EvalErrorlog(const std::string& wordList) override;
 
       private:
         TFormMain& Main;
@@ -75,10 +86,21 @@ class TFormMainHosts {
         TFormMain& Main;
     };
 
+    class TErrorLogHost : public TErrorLog::IHost {
+      public:
+        explicit TErrorLogHost(TFormMain& main) : Main(main) {}
+        void StopLog() override;
+        void StartLog(bool questionEnable, bool clearData) override;
+
+      private:
+        TFormMain& Main;
+    };
+
     TLiveLogHost LiveLog;
     TNabtoDeviceHost NabtoDevice;
     TSetupFormHost SetupForm;
     TCommandLineActions CommandLine;
+    TErrorLogHost ErrorLog;
 };
 
 } // namespace tidewell

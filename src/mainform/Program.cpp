@@ -67,6 +67,7 @@ void TProgram::CreateForms() {
 }
 
 void TProgram::Finish() {
+    FormMain.AskBeforeClose = false;
     if (!FormMain.Visible() || RunGuarded(Ports.Dialogs, [this] { FormMain.Close(); }))
         return;
     if (FormMain.LogBuffers.DatalogCount > 0)

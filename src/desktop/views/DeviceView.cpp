@@ -4,6 +4,7 @@
 #include "desktop/binders/ListBinders.h"
 #include "desktop/binders/SimpleBinders.h"
 #include "desktop/binders/StatusBarBinder.h"
+#include "desktop/views/ServicePanels.h"
 #include "link/NabtoDevice.h"
 #include "widgets/Child.h"
 #include "widgets/ColumnScroll.h"
@@ -63,7 +64,10 @@ TDeviceView::TDeviceView(TNabtoDevice& form, const TViewContext& context)
     auto& row = NewLayout<QHBoxLayout>(content, 1);
     row.setSpacing(gap);
     AddActions(row);
-    AddDebug(row);
+    auto& right = NewLayout<QVBoxLayout>(row, 1);
+    right.setSpacing(gap);
+    AddFlashRange(right, Form.FlashDatalog, Context);
+    AddDebug(right);
     auto& bar = NewChild<TPanelBar>(*this);
     outer.addWidget(&bar);
     BindStatusBar(bar, Form.StatusBar);
@@ -102,18 +106,18 @@ void TDeviceView::AddActions(QBoxLayout& row) {
     auto& link = AddGroup(column, {&Form.btnPing, &Form.butChangeDeviceID});
     AddButton(link, Form.btnPing);
     AddButton(link, Form.butChangeDeviceID);
-    auto& service = AddGroup(column, {&Form.BtnUpdate, &Form.ButErorlog, &Form.ButFlashDatalog,
-                                      &Form.PanelFDDatalog, &Form.streamDelayEdit});
+    auto& service = AddGroup(column, {&Form.BtnUpdate, &Form.ButErorlog, &Form.FlashDatalog.ButFlashDatalog,
+                                      &Form.streamDelayEdit});
     AddButton(service, Form.BtnUpdate);
     AddButton(service, Form.ButErorlog);
-    AddButton(service, Form.ButFlashDatalog);
-    AddFlashRange(service);
+    AddButton(service, Form.FlashDatalog.ButFlashDatalog);
     AddStreamDelay(service);
-    auto& development = AddGroup(column, {&Form.ExtendedSystemVersion, &Form.Button1, &Form.BtnWriteFlash});
-    AddButton(development, Form.ExtendedSystemVersion);
-    AddButton(development, Form.Button1);
-    AddButton(development, Form.BtnWriteFlash);
-    AddServicePanels(column);
+    auto& development = AddGroup(column, {&Form.ServiceTools.ExtendedSystemVersion,
+                                          &Form.ServiceTools.Button1, &Form.ServiceTools.BtnWriteFlash});
+    AddButton(development, Form.ServiceTools.ExtendedSystemVersion);
+    AddButton(development, Form.ServiceTools.Button1);
+    AddButton(development, Form.ServiceTools.BtnWriteFlash);
+    AddReadPanels(column, Form.ServiceTools, Context);
     auto& account = AddGroup(column, {&Form.ButAccount, &Form.Identity.PanelDevice});
     AddButton(account, Form.ButAccount);
     AddIdentity(account);
@@ -184,31 +188,6 @@ void TDeviceView::AddIdentity(QVBoxLayout& column) {
     addRow(2, identity.btnUserAccount, nullptr);
     addRow(3, identity.btnSaveInfo, &identity.LblJson);
     BindPanel(panel, identity.PanelDevice);
-}
-
-void TDeviceView::AddServicePanels(QVBoxLayout& column) {
-    for (TPanel* panel : {&Form.PanelReadFlash, &Form.PanelReadEEprom})
-        BindPanel(AddFrame(column), *panel);
-}
-
-void TDeviceView::AddFlashRange(QVBoxLayout& column) {
-    auto& flash = NewChild<QWidget>(*column.parentWidget());
-    column.addWidget(&flash);
-    auto& range = NewChild<QGridLayout>(flash);
-    range.setContentsMargins(0, 0, 0, 0);
-    const auto addLabel = [&](TLabel& label, int row, int place) {
-        auto& view = NewChild<QLabel>(flash);
-        range.addWidget(&view, row, place);
-        BindLabel(view, label);
-    };
-    addLabel(Form.DT_LabelFrom, 0, 0);
-    addLabel(Form.DT_LabelToday, 0, 1);
-    addLabel(Form.DT_LabelTo, 1, 0);
-    addLabel(Form.DT_LabelEndDay, 1, 1);
-    auto& get = NewChild<TRoomyButton>(flash);
-    range.addWidget(&get, 2, 0, 1, 2);
-    BindButton(get, Form.DT_GetData, Context.Dialogs);
-    BindPanel(flash, Form.PanelFDDatalog);
 }
 
 void TDeviceView::AddDebug(QBoxLayout& row) {

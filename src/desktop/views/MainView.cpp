@@ -85,6 +85,7 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
 
     AddSetpointPage();
     AddGraphPage();
+    AddErrorLogPage();
     BindPages(Tabs, Form.TheTab, Context.Dialogs);
     AddTabButtons();
     AddStatusBar(device);
@@ -146,6 +147,17 @@ void TMainView::AddGraphPage() {
     auto& page = NewChild<QWidget>(Tabs);
     auto& column = NewChild<QVBoxLayout>(page);
     AddEmptyLine(column, page, Form.LblGraphPageEmpty);
+    Tabs.addTab(&page, QString());
+}
+
+void TMainView::AddErrorLogPage() {
+    auto& memo = NewChild<QPlainTextEdit>(Tabs);
+    memo.setFrameShape(QFrame::NoFrame);
+    BindMemo(memo, Form.ErrorLog.Memo);
+    auto& page = NewChild<QWidget>(Tabs);
+    auto& column = NewChild<QVBoxLayout>(page);
+    column.setContentsMargins(0, 0, 0, 0);
+    column.addWidget(&memo);
     Tabs.addTab(&page, QString());
 }
 

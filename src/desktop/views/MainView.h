@@ -26,6 +26,7 @@ class TMainView : public QMainWindow {
   private:
     void AddSetpointPage();
     void AddGraphPage();
+    void AddErrorLogPage();
     void AddTabButtons();
     void AddStatusBar(TNabtoDevice& device);
     void ArrangeTabButtons();
