@@ -84,7 +84,7 @@ TEST_F(SimulatedInstallation, EveryQueryIsDeclaredInBothInterfaces) {
         {"setpointReadValue.json", ValueToJson("100", "1", "0")},
         {"datapointReadValue.json", ValueToJson("0", "1", "0")},
         {"setpointWriteValue.json", FormatSaveSetpoint(0, 100, 5)},
-        {"admincmd.json", GetCMD(42)},
+        {"admincmd.json", GetCMD(1)},
         {"flashRead.json", FormatRWData(131072, 4096)},
         {"flashWrite.json", FormatRWData(131072, 4096)},
         {"eepReadRaw.json", FormatRWData(512, 400)},
