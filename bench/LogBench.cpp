@@ -1,5 +1,6 @@
 // One log step, the texts of a shown setpoint grid included, and the memory that a log takes.
 
+#include "IdlePorts.h"
 #include "core/DiskFiles.h"
 #include "logging/LiveLog.h"
 #include "model/ModbusPanel.h"
@@ -11,7 +12,6 @@
 
 #include <array>
 #include <limits>
-#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -24,76 +24,6 @@ constexpr int ValueCount = 126;
 constexpr int ChannelCount = 36;
 constexpr int GridRowCount = 60;
 
-// A clock that goes on by 2 seconds at each look.
-class TBenchClock : public IClock {
-  public:
-    TTime Now() const override {
-        Seconds += 2;
-        return TTime{} + std::chrono::seconds{Seconds};
-    }
-    std::pair<int, int> HourMinute(TTime) const override { return {8, 0}; }
-    TTime Midnight(TTime time) const override { return time; }
-    std::string ShortDate(TTime time) const override {
-        std::string text = "00-03-2026";
-        PutTwoDigits(text, 0, time.time_since_epoch() / std::chrono::hours{24} % 28 + 1);
-        return text;
-    }
-    std::string ShortTime(TTime time) const override { return LongTime(time).substr(0, 5); }
-    std::string LongTime(TTime time) const override {
-        std::string text = "00:00:00";
-        const auto seconds = std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
-        PutTwoDigits(text, 0, seconds / 3600 % 24);
-        PutTwoDigits(text, 3, seconds / 60 % 60);
-        PutTwoDigits(text, 6, seconds % 60);
-        return text;
-    }
-
-  private:
-    static void PutTwoDigits(std::string& text, std::size_t at, std::int64_t number) {
-        text[at] = static_cast<char>('0' + number / 10);
-        text[at + 1] = static_cast<char>('0' + number % 10);
-    }
-    mutable std::int64_t Seconds = 0;
-};
-
-class TIdleTimers : public ITimers {
-  public:
-    std::unique_ptr<ITimer> CreateTimer() override { return std::make_unique<TTimer>(); }
-
-  private:
-    class TTimer : public ITimer {
-      public:
-        void SetInterval(int) override {}
-        int Interval() const override { return 0; }
-        void SetEnabled(bool) override {}
-        bool Enabled() const override { return false; }
-        void SetHandler(std::function<void()>) override {}
-    };
-};
-
-class TNoWait : public IWait {
-  public:
-    void Sleep(int) override {}
-    void ProcessMessages() override {}
-};
-
-class TNoDialogs : public IDialogs {
-  public:
-    EModalResult ShowMessageBox(EMessageKind, const std::string&, EButtons) override {
-        return EModalResult::Ok;
-    }
-    std::optional<std::string> InputBox(const std::string&, const std::string&, const std::string&) override {
-        return {};
-    }
-    std::optional<std::filesystem::path> OpenFile(const TFileDialog&) override { return {}; }
-    std::optional<std::filesystem::path> SaveFile(const TFileDialog&) override { return {}; }
-    EModalResult ShowModal(TForm&) override { return EModalResult::Cancel; }
-    void Show(TForm&) override {}
-    void Popup(TPopupMenu&) override {}
-    void SetWaitCursor(bool) override {}
-    int WorkAreaHeight() const override { return 0; }
-};
-
 // Formats the values of a setpoint grid, as the setpoint page does at each step.
 class TGridHost : public TLiveLog::IHost {
   public:
@@ -103,9 +33,10 @@ class TGridHost : public TLiveLog::IHost {
         for (int row = 0; row < GridRowCount; ++row) {
             const std::string number = std::to_string(row);
             const auto limit = limits[static_cast<std::size_t>(row) % limits.size()];
-            Rows.push_back(FormatRowLimits("Setpoint " + number + ";0;" + limit + ";40001;" +
-                                               std::to_string(3 + row * 2) + ";1;;;;;0;Group;;;1;",
-                                           helpNumbers));
+            Rows.push_back(
+                ParseListRow(FormatRowLimits(number + ";Setpoint " + number + ";0;" + limit + ";40001;" +
+                                                 std::to_string(3 + row * 2) + ";1;;;;;0;Group;;;1;",
+                                             helpNumbers)));
         }
     }
     bool NabtoEnabled() override { return false; }
@@ -119,7 +50,7 @@ class TGridHost : public TLiveLog::IHost {
     void ApplyDataLine(const std::string& line) override { FormatListValues(line, Texts, Rows); }
 
   private:
-    std::vector<std::string> Rows;
+    std::vector<TListRow> Rows;
     std::vector<std::string> Texts;
 };
 
@@ -169,7 +100,8 @@ class TLogRig {
     TProfile Profile{Files};
     TMemo MemoEventLog{"MemoEventLog"};
     TLogBuffers Buffers;
-    TGraphPage Page{Profile, Buffers, MemoEventLog};
+    TProgressBar FileProgressBar{"FileProgressBar"};
+    TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
     TLoggingTexts Texts;
     TCurrentInifilesPath Paths;

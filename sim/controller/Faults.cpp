@@ -17,6 +17,7 @@ bool IsService(EOccasion occasion) {
 bool Concerns(EFault fault, EOccasion occasion) {
     const bool query = occasion == EOccasion::Read || occasion == EOccasion::Write ||
                        occasion == EOccasion::Ping || IsService(occasion);
+    const bool moves = occasion == EOccasion::StreamRead || occasion == EOccasion::StreamWrite;
     switch (fault) {
     case EFault::Latency:
     case EFault::Error:
@@ -25,7 +26,7 @@ bool Concerns(EFault fault, EOccasion occasion) {
     case EFault::LostAnswer:
         return query;
     case EFault::NoAnswer:
-        return query || occasion == EOccasion::StreamOpen;
+        return query || moves || occasion == EOccasion::StreamOpen;
     case EFault::WrongCount:
         return occasion == EOccasion::Read;
     case EFault::RefuseWrite:
@@ -33,7 +34,7 @@ bool Concerns(EFault fault, EOccasion occasion) {
         return occasion == EOccasion::Write;
     case EFault::SlowStream:
     case EFault::BrokenStream:
-        return occasion == EOccasion::StreamRead || occasion == EOccasion::StreamWrite;
+        return moves;
     case EFault::BufferFull:
         return occasion == EOccasion::StreamWrite;
     case EFault::Refuse:

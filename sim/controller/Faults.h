@@ -14,7 +14,7 @@ namespace tidewell {
 // What a controller can be made to do wrong. In brackets what Number or Text of the fault mean.
 enum class EFault {
     Latency,          // answers late [Number: ms]; several add up
-    NoAnswer,         // does not answer
+    NoAnswer,         // does not answer, and streams end
     Error,            // answers with an error reply [Text: its body]
     WrongCount,       // a read gives too many values, or too few [Number: how many more]
     Garbage,          // answers with that text [Text]

@@ -208,6 +208,10 @@ bool TSimulatedController::OpenStream(std::int64_t nowMs) {
 std::size_t TSimulatedController::Limit(std::size_t length, const std::vector<TFault>& due,
                                         TStreamPiece& piece) const {
     piece.DelayMs = DelayOf(due, EFault::SlowStream);
+    if (FindFault(due, EFault::NoAnswer) != nullptr) {
+        piece.Outcome = EStreamOutcome::Silent;
+        return 0;
+    }
     if (const TFault* fault = FindFault(due, EFault::BrokenStream)) {
         const std::size_t most = Amount(fault->Number);
         if (StreamMoved >= most) {

@@ -45,6 +45,37 @@ class TDescriptor {
     int Value;
 };
 
+class TDiskReader : public IFileReader {
+  public:
+    explicit TDiskReader(const fs::path& path)
+        : Path(path), Descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+        if (Descriptor.Get() < 0 || ::fstat(Descriptor.Get(), &Info) != 0)
+            Fail("Cannot read", path, errno);
+        if (S_ISDIR(Info.st_mode))
+            Fail("Cannot read", path, EISDIR);
+        ::posix_fadvise(Descriptor.Get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+    }
+    std::size_t Size() const { return static_cast<std::size_t>(Info.st_size); }
+    std::size_t Read(std::span<char> buffer) override {
+        std::size_t got = 0;
+        while (got < buffer.size()) {
+            const auto count = ::read(Descriptor.Get(), buffer.data() + got, buffer.size() - got);
+            if (count == 0)
+                break;
+            if (count > 0)
+                got += static_cast<std::size_t>(count);
+            else if (errno != EINTR)
+                Fail("Cannot read", Path, errno);
+        }
+        return got;
+    }
+
+  private:
+    fs::path Path;
+    TDescriptor Descriptor;
+    struct stat Info {};
+};
+
 class TDiskWriter : public IFileWriter {
   public:
     TDiskWriter(fs::path target, fs::path temporary, TDescriptor descriptor)
@@ -121,29 +152,23 @@ bool MatchesMask(const std::string& name, const std::string& mask) {
 }
 
 std::string TDiskFiles::Read(const fs::path& path) const {
-    const TDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    struct stat info {};
-    if (file.Get() < 0 || ::fstat(file.Get(), &info) != 0)
-        Fail("Cannot read", path, errno);
-    if (S_ISDIR(info.st_mode))
-        Fail("Cannot read", path, EISDIR);
-    std::string bytes(static_cast<std::size_t>(info.st_size), '\0');
+    TDiskReader file(path);
+    std::string bytes(file.Size(), '\0');
     std::size_t got = 0;
     for (;;) {
         if (got == bytes.size())
             bytes.resize(got + 65536); // a file that grows, or one whose size is not known beforehand
-        const auto count = ::read(file.Get(), bytes.data() + got, bytes.size() - got);
-        if (count < 0) {
-            if (errno == EINTR)
-                continue;
-            Fail("Cannot read", path, errno);
-        }
+        const std::size_t count = file.Read(std::span(bytes).subspan(got));
         if (count == 0)
             break;
-        got += static_cast<std::size_t>(count);
+        got += count;
     }
     bytes.resize(got);
     return bytes;
+}
+
+std::unique_ptr<IFileReader> TDiskFiles::Open(const fs::path& path) const {
+    return std::make_unique<TDiskReader>(path);
 }
 
 std::unique_ptr<IFileWriter> TDiskFiles::Replace(const fs::path& path) {

@@ -14,6 +14,7 @@ bool MatchesMask(const std::string& name, const std::string& mask);
 class TDiskFiles : public IFiles {
   public:
     std::string Read(const std::filesystem::path& path) const override;
+    std::unique_ptr<IFileReader> Open(const std::filesystem::path& path) const override;
     std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) override;
     bool FileExists(const std::filesystem::path& path) const override;
     bool DirectoryExists(const std::filesystem::path& path) const override;

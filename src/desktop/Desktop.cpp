@@ -6,7 +6,10 @@
 #include "desktop/Signals.h"
 #include "desktop/views/AppIcon.h"
 #include "desktop/views/DeviceView.h"
+#include "desktop/views/GraphPageView.h"
+#include "desktop/views/InputView.h"
 #include "desktop/views/LanguageView.h"
+#include "desktop/views/LoadSetpointsView.h"
 #include "desktop/views/LogOnView.h"
 #include "desktop/views/MainView.h"
 #include "desktop/views/SetupView.h"
@@ -83,6 +86,8 @@ void TDesktop::RegisterViews(TProgram& program) {
     Dialogs.RegisterView(program.FormMain, [&program, context] {
         return std::make_unique<TMainView>(program.FormMain, program.NabtoDevice, context);
     });
+    Dialogs.RegisterPopup(program.FormMain.GraphPage.GraphBinaryPopup,
+                          [&program](QMenu& menu) { FillBinaryPopup(menu, program.FormMain.GraphPage); });
     Dialogs.RegisterView(program.NabtoDevice, [&program, context] {
         return std::make_unique<TDeviceView>(program.NabtoDevice, context);
     });
@@ -94,6 +99,12 @@ void TDesktop::RegisterViews(TProgram& program) {
     });
     Dialogs.RegisterView(program.SetupForm, [&program, context] {
         return std::make_unique<TSetupView>(program.SetupForm, context);
+    });
+    Dialogs.RegisterView(program.InputDialog, [&program, context] {
+        return std::make_unique<TInputView>(program.InputDialog, context);
+    });
+    Dialogs.RegisterView(program.LoadSetpoints, [&program, context] {
+        return std::make_unique<TLoadSetpointsView>(program.LoadSetpoints, context);
     });
 }
 

@@ -13,8 +13,10 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
+#include <QStyle>
 #include <QWindow>
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
@@ -78,6 +80,24 @@ void AddButtons(QMessageBox& box, EButtons buttons) {
     }
 }
 
+// While one lives, whoever waits can see the mouse again: something asks for it.
+class TOrdinaryCursor {
+  public:
+    TOrdinaryCursor() : Waiting(QApplication::overrideCursor() != nullptr) {
+        if (Waiting)
+            QApplication::restoreOverrideCursor();
+    }
+    ~TOrdinaryCursor() {
+        if (Waiting)
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+    }
+    TOrdinaryCursor(const TOrdinaryCursor&) = delete;
+    TOrdinaryCursor& operator=(const TOrdinaryCursor&) = delete;
+
+  private:
+    bool Waiting;
+};
+
 QString FilterText(const TFileFilter& filter) {
     const QString masks = ToQt(filter.Mask).replace(u';', u' ');
     const QString caption = ToQt(filter.Caption);
@@ -102,6 +122,10 @@ void TQtDialogs::DestroyViews() {
 
 void TQtDialogs::RegisterView(const TForm& form, TMakeView make) {
     Views[&form].Make = std::move(make);
+}
+
+void TQtDialogs::RegisterPopup(const TPopupMenu& popup, std::function<void(QMenu&)> fill) {
+    Popups[&popup] = std::move(fill);
 }
 
 QWidget* TQtDialogs::FindView(const TForm& form) const {
@@ -147,6 +171,7 @@ EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& te
         return Escaped(buttons);
     }
     const TQtApplication::TEndingHold hold(Application);
+    const TOrdinaryCursor ordinary;
     const TKindLook look = LookOf(kind);
     QMessageBox box(TopWindow());
     box.setObjectName(QStringLiteral("MessageBox"));
@@ -175,6 +200,7 @@ std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const 
                                                 const std::string& text) {
     if (Cancelling)
         return std::nullopt;
+    const TOrdinaryCursor ordinary;
     QInputDialog box(TopWindow());
     box.setObjectName(QStringLiteral("InputBox"));
     box.setWindowTitle(ToQt(title));
@@ -186,28 +212,47 @@ std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const 
 }
 
 std::optional<std::filesystem::path> TQtDialogs::OpenFile(const TFileDialog& dialog) {
-    return RunFileDialog(dialog, false);
+    const auto chosen = RunFileDialog(dialog, EFileMode::Open);
+    return chosen.empty() ? std::nullopt : std::optional(chosen.front());
+}
+
+std::vector<std::filesystem::path> TQtDialogs::OpenFiles(const TFileDialog& dialog) {
+    return RunFileDialog(dialog, EFileMode::OpenMany);
 }
 
 std::optional<std::filesystem::path> TQtDialogs::SaveFile(const TFileDialog& dialog) {
-    return RunFileDialog(dialog, true);
+    const auto chosen = RunFileDialog(dialog, EFileMode::Save);
+    return chosen.empty() ? std::nullopt : std::optional(chosen.front());
 }
 
-std::optional<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& dialog, bool save) {
+std::vector<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& dialog, EFileMode mode) {
     if (Cancelling)
-        return std::nullopt;
+        return {};
+    const TOrdinaryCursor ordinary;
+    const bool save = mode == EFileMode::Save;
     QFileDialog box(TopWindow(), ToQt(dialog.Title), PathToQt(dialog.InitialDirectory));
     box.setObjectName(save ? QStringLiteral("SaveDialog") : QStringLiteral("OpenDialog"));
+    box.setOption(QFileDialog::DontConfirmOverwrite, !dialog.AskOverwrite);
     box.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    box.setFileMode(!save && dialog.FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    if (mode == EFileMode::OpenMany)
+        box.setFileMode(QFileDialog::ExistingFiles);
+    else
+        box.setFileMode(!save && dialog.FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     QStringList filters;
     for (const auto& filter : dialog.Filters)
         filters.append(FilterText(filter));
-    if (!filters.isEmpty())
+    if (!filters.isEmpty()) {
         box.setNameFilters(filters);
-    if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty())
-        return std::nullopt;
-    return PathFromQt(box.selectedFiles().constFirst());
+        box.selectNameFilter(
+            filters.value(static_cast<qsizetype>(dialog.SelectedFilter), filters.constFirst()));
+    }
+    box.setMaximumSize(box.screen()->availableSize() -
+                       QSize(0, box.style()->pixelMetric(QStyle::PM_TitleBarHeight)));
+    std::vector<std::filesystem::path> chosen;
+    if (box.exec() == QDialog::Accepted)
+        for (const QString& file : box.selectedFiles())
+            chosen.push_back(PathFromQt(file));
+    return chosen;
 }
 
 EModalResult TQtDialogs::ShowModal(TForm& form) {
@@ -215,6 +260,7 @@ EModalResult TQtDialogs::ShowModal(TForm& form) {
         return EModalResult::Cancel;
     if (form.Visible())
         form.Hide(); // a window becomes modal only while it is hidden
+    const TOrdinaryCursor ordinary;
     QWidget* const below = TopWindow();
     QWidget& view = ViewOf(form);
     view.setWindowModality(Qt::ApplicationModal);
@@ -266,17 +312,24 @@ void TQtDialogs::Popup(TPopupMenu& menu) {
     if (Cancelling)
         return;
     QMenu view;
-    BindPopupMenu(view, menu, *this);
+    if (const auto own = Popups.find(&menu); own != Popups.end())
+        own->second(view);
+    else
+        BindPopupMenu(view, menu, *this);
     view.exec(QCursor::pos());
 }
 
 void TQtDialogs::SetWaitCursor(bool wait) {
-    if (wait == std::exchange(Waiting, wait))
-        return;
-    if (wait)
+    Waits = std::max(0, wait ? Waits + 1 : Waits - 1);
+    if (wait && Waits == 1) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
-    else
+        // What was just hidden or set would else be seen only after the wait.
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->isVisible())
+                window->repaint();
+    } else if (!wait && Waits == 0) {
         QApplication::restoreOverrideCursor();
+    }
 }
 
 int TQtDialogs::WorkAreaHeight() const {

@@ -9,6 +9,8 @@
 #include <map>
 #include <memory>
 
+class QMenu;
+
 namespace tidewell {
 
 // Message boxes, file dialogs and the views of the forms. A view is made when its form is first shown, and
@@ -23,6 +25,8 @@ class TQtDialogs : public IDialogs {
     TQtDialogs& operator=(const TQtDialogs&) = delete;
 
     void RegisterView(const TForm& form, TMakeView make);
+    // For a popup that draws its entries itself; it gets an empty menu each time that it opens.
+    void RegisterPopup(const TPopupMenu& popup, std::function<void(QMenu&)> fill);
     // nullptr if the form was not shown yet.
     QWidget* FindView(const TForm& form) const;
 
@@ -40,6 +44,7 @@ class TQtDialogs : public IDialogs {
     std::optional<std::string> InputBox(const std::string& title, const std::string& prompt,
                                         const std::string& text) override;
     std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) override;
+    std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) override;
     std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) override;
     EModalResult ShowModal(TForm& form) override;
     void Show(TForm& form) override;
@@ -55,13 +60,15 @@ class TQtDialogs : public IDialogs {
     QWidget& ViewOf(const TForm& form); // throws TError if none is registered
     QWidget* TopWindow() const;         // what a dialog belongs on; may be nullptr
     void RunModal(TForm& form);
-    std::optional<std::filesystem::path> RunFileDialog(const TFileDialog& dialog, bool save);
+    enum class EFileMode { Open, OpenMany, Save };
+    std::vector<std::filesystem::path> RunFileDialog(const TFileDialog& dialog, EFileMode mode);
 
     TQtApplication& Application;
     std::map<const TForm*, TEntry> Views;
+    std::map<const TPopupMenu*, std::function<void(QMenu&)>> Popups;
     std::vector<const TForm*> Made; // in order of making
     bool Cancelling = false;
-    bool Waiting = false;
+    int Waits = 0; // calls of SetWaitCursor that are not taken back
 };
 
 } // namespace tidewell

@@ -3,8 +3,13 @@
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
+#include "core/TextFile.h"
 #include "core/controls/Lists.h"
+#include "core/ports/IDialogs.h"
+#include "core/ports/IWait.h"
+#include "graph/ChannelPalette.h"
 #include "model/ColorText.h"
+#include "model/GraphRowParser.h"
 #include "model/Profile.h"
 #include "model/ValueCodec.h"
 
@@ -12,22 +17,14 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace tidewell {
 
 namespace {
 
 constexpr std::int32_t BinaryType = 100;
-
-// Colours for graph rows that name none, by channel.
-constexpr std::array<TColor, 8> Palette{{{0x00B47744},
-                                         {0x000E7FFF},
-                                         {0x002CA02C},
-                                         {0x002827D6},
-                                         {0x00BD6794},
-                                         {0x004B568C},
-                                         {0x00C277E3},
-                                         {0x00CFBE17}}};
+constexpr double NoValue = -1; // a value of -1 counts as none too
 
 // All digits of a whole number, never in scientific notation.
 std::string PlainText(double value) {
@@ -36,13 +33,98 @@ std::string PlainText(double value) {
     return {text.data(), end.ptr};
 }
 
+// A text of a file: bytes that are no valid UTF-8 are Windows-1252.
+std::string Decoded(std::string_view text) {
+    EEncoding encoding{};
+    return DecodeText(text, encoding);
+}
+
+void AddText(TTextColumn& column, std::string_view text) {
+    const bool plain =
+        std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (plain)
+        column.Add(text);
+    else
+        column.Add(Decoded(text));
+}
+
+// Index of the axis that field 1 of a graph row numbers from 1.
+int AxisIndexOf(std::string_view field) {
+    const std::int32_t number = ToIntegerOr(DigitsOnly(field), 0);
+    return std::max(number, std::numeric_limits<std::int32_t>::min() + 1) - 1;
+}
+
 } // namespace
 
-TGraphPage::TGraphPage(TProfile& profile, ILog& log, TMemo& memoEventLog)
-    : Profile(profile), Log(log), MemoEventLog(memoEventLog) {}
+TGraphPage::TGraphPage(const TParts& parts) : BinaryView(parts.Profile, parts.MemoEventLog), Parts(parts) {
+    ConnectSurface();
+    ConnectMenu();
+}
+
+void TGraphPage::ConnectSurface() {
+    graph.OnZoomChanged = [this](const TSLZoomRect&, const TSLZoomRect&) {
+        // The axis of the labels never zooms.
+        graph.YAxis.AdditionalAxes[1].Axis.ToolBar.Buttons.ZoomOff.PerformClick();
+        TimeLabels.AdjustNumberOfLabelsToScreen();
+    };
+    graph.OnContextPopup = [this](int, int) {
+        Parts.Dialogs.Popup(PopupMenu);
+    };
+    graph.OnOverChannel = [this](std::size_t index, const TSLPoint&) {
+        CurrentChannelindex = index;
+    };
+    graph.Legend.Channels.OnItemClick = [this](std::size_t index, bool& handled) {
+        handled = true;
+        graphLegendChannelsItemClick(index);
+    };
+    graph.Channels.OnClick = [this](std::size_t index, bool& handled, const TSLPoint& point) {
+        handled = true;
+        graphChannelsClick(index, point);
+    };
+    graph.Cursors.OnPositionChange = [this](std::size_t, const TSLPoint& position) {
+        graphCursorsPositionChange(position);
+    };
+    graph.OnCustomMouseHitLabel = [this](std::string& text, double value) {
+        graphCustomMouseHitLabel(text, value);
+    };
+}
+
+void TGraphPage::ConnectMenu() {
+    PopupMenu.Items = {Graphitems1, Hold1, zoomall1, Cleargraph1, Exportdatatocsv1};
+    GraphBinaryPopup.Items = {binaryview1};
+    Graphitems1.SetCheckable(true);
+    Hold1.SetCheckable(true);
+    Graphitems1.OnClick = [this] {
+        graph.ToolBar.SetVisible(!graph.ToolBar.Visible());
+        Graphitems1.SetChecked(!Graphitems1.Checked());
+    };
+    Hold1.OnClick = [this] {
+        Hold1.SetChecked(!Hold1.Checked());
+        graph.SetHold(Hold1.Checked());
+    };
+    zoomall1.OnClick = [this] {
+        graph.ZoomOff();
+        graph.SetHold(false);
+    };
+    Cleargraph1.OnClick = [this] {
+        ClearGraphPage();
+    };
+    GraphScroll.OnScroll = [this](EScrollCode code, int position) {
+        GraphScrollScroll(code, position);
+    };
+    GraphZoomPlusButton.OnClick = [this] {
+        GraphZoomPlusButtonClick();
+    };
+    GraphZoomMinusButton.OnClick = [this] {
+        GraphZoomMinusButtonClick();
+    };
+}
 
 void TGraphPage::GraphInit(bool rebuild) {
+    TimeLabels.ClearTracking();
     SetAxes();
+    if (rebuild)
+        TimeLabels.Rebuild();
     const std::string error = rebuild ? RebuildChannels() : std::string();
     ClearGraphPage();
     if (!error.empty())
@@ -50,15 +132,16 @@ void TGraphPage::GraphInit(bool rebuild) {
 }
 
 void TGraphPage::SetAxes() {
-    const auto set = [](TSLAxis& axis, double min, double max) {
+    const auto set = [](TSLScopeAxis& axis, double min, double max) {
         axis.Min.SetBoth(min);
         axis.Max.SetBoth(max);
         axis.Min.SetAutoScale(false);
         axis.Max.SetAutoScale(false);
+        axis.AutoScaling = {false, false};
     };
     set(graph.YAxis, -40, 100);
-    set(graph.AdditionalAxes[0].Axis, 0, 4096);
-    set(graph.AdditionalAxes[1].Axis, 0, 2);
+    set(graph.YAxis.AdditionalAxes[0].Axis, 0, 4096);
+    set(graph.YAxis.AdditionalAxes[1].Axis, 0, 2);
     set(graph.XAxis, 0, static_cast<double>(GraphSpan()));
 }
 
@@ -66,42 +149,47 @@ std::string TGraphPage::RebuildChannels() {
     std::string error;
     graph.Channels.Clear();
     Sources.clear();
-    for (std::size_t row = 0; row < Profile.GraphPoints.size(); ++row) {
-        if (!Profile.GraphPoints[row].IsChannel)
+    for (std::size_t row = 0; row < Parts.Profile.GraphPoints.size(); ++row) {
+        if (!Parts.Profile.GraphPoints[row].IsChannel)
             continue;
-        const std::string& text = Profile.GraphValues[row];
+        const std::string& text = Parts.Profile.GraphValues[row];
         const auto color = TryColorFromText(Trim(GetRowField(text, 2)));
         const std::size_t number = Sources.size();
         Sources.push_back({std::string(Trim(GetRowField(text, 0))), color.has_value(),
-                           color.value_or(Palette[number % Palette.size()])});
+                           color.value_or(ChannelPalette[number % ChannelPalette.size()])});
 
         TSLDisplayChannel& channel = graph.Channels.Add();
         channel.SetName(Sources.back().Name);
         channel.SetColor(Sources.back().Color);
-        channel.SetYAxisIndex(ToIntegerOr(DigitsOnly(GetRowField(text, 1)), 0) - 1);
-        if (number >= Profile.VisibleGraph.Count())
+        channel.SetYAxisIndex(AxisIndexOf(GetRowField(text, 1)));
+        if (number >= Parts.Profile.VisibleGraph.Count())
             continue;
-        const auto& entry = Profile.VisibleGraph.Rows()[number];
+        const auto& entry = Parts.Profile.VisibleGraph.Rows()[number];
         try {
             channel.SetVisible(ToBoolean(entry.Value));
         } catch (const EConvertError& cause) {
-            error =
-                Profile.currentprofilefile.string() + ": [VisibleGraph] " + entry.Name + ": " + cause.what();
+            if (error.empty())
+                error = Parts.Profile.currentprofilefile.string() + ": [VisibleGraph] " + entry.Name + ": " +
+                        cause.what();
         }
     }
+    LblGraphPageEmpty.SetVisible(graph.Channels.Count() == 0);
     return error;
 }
 
 void TGraphPage::ClearGraphPage() {
     for (TSLDisplayChannel& channel : graph.Channels)
         channel.Data.Clear();
-    DataLogDataValues.Reset(Profile.GraphEnableCount);
+    TimeLabels.Blank();
+    DataLogDataValues.Reset(Parts.Profile.GraphEnableCount);
     GraphDataLabelsTimeText.Clear();
     GraphDataLabelsDateText.Clear();
-    Log.ClearLog();
+    FileRows = 0;
+    Parts.Log.ClearLog();
+    graph.ZoomOff();
     SetView(0, GraphSpan());
     graph.Invalidate();
-    MemoEventLog.Add("Clear Graph execute");
+    Parts.MemoEventLog.Add("Clear Graph execute");
     DatalogFileOpen = false;
     UpdateGraphScrollBar();
 }
@@ -110,37 +198,45 @@ void TGraphPage::ExtendGraph(std::string_view line) {
     const std::size_t sample = GraphSampleCount();
     if (graph.XAxis.Max.Value() > static_cast<double>(sample)) {
         AddGraphSample(line, sample);
+        UpdateGraphTimeLabels();
         return;
     }
-    MemoEventLog.Add("extend graph Datavalue->" + PlainText(graph.XAxis.Max.DataValue()) + "Value" +
-                     PlainText(graph.XAxis.Max.Value()));
+    Parts.MemoEventLog.Add("extend graph Datavalue->" + PlainText(graph.XAxis.Max.DataValue()) + "Value" +
+                           PlainText(graph.XAxis.Max.Value()));
     UpdateGraphScrollBar();
     AddGraphSample(line, sample);
     if (GraphScroll.Position() == GraphScroll.Max())
         UpdateTestData(GraphScroll.Position());
+    UpdateGraphTimeLabels();
 }
 
 void TGraphPage::AddGraphSample(std::string_view line, std::size_t sampleIndex) {
     DataLogDataValues.Resize(sampleIndex + 1);
     const TSplitLine fields(line);
-    const auto x = static_cast<double>(sampleIndex);
-    const bool drawn = x <= graph.XAxis.Max.DataValue() &&
-                       sampleIndex % static_cast<std::size_t>(std::max(GraphZoomFactor, 1)) == 0;
+    const bool drawn = IsDrawn(sampleIndex);
     std::size_t number = 0;
-    for (const TGraphPoint& point : Profile.GraphPoints) {
+    for (const TGraphPoint& point : Parts.Profile.GraphPoints) {
         if (!point.IsChannel)
             continue;
         const double value = CalculateDatapointValue(point, fields).Value;
         DataLogDataValues.Set(number, sampleIndex, value);
-        TSLDisplayChannel& channel = graph.Channels[number];
         if (drawn)
-            channel.Data.AddXYPoint(x, value);
-        if (point.Type == BinaryType)
-            channel.ShowBits(Sources.at(number).Name, value);
-        else
-            channel.ShowValue(value);
+            graph.Channels[number].Data.AddXYPoint(static_cast<double>(sampleIndex), value);
+        RenewName(number, point.Type, value);
         ++number;
     }
+}
+
+bool TGraphPage::IsDrawn(std::size_t sample) const {
+    return static_cast<double>(sample) <= graph.XAxis.Max.DataValue() &&
+           sample % static_cast<std::size_t>(std::max(GraphZoomFactor, 1)) == 0;
+}
+
+void TGraphPage::RenewName(std::size_t channel, std::int32_t type, double value) {
+    if (type == BinaryType)
+        graph.Channels[channel].ShowBits(Sources.at(channel).Name, value);
+    else
+        graph.Channels[channel].ShowValue(value);
 }
 
 void TGraphPage::UpdateTestData(int position) {
@@ -148,6 +244,7 @@ void TGraphPage::UpdateTestData(int position) {
     const std::int64_t start = span * position;
     const std::int64_t end = start + static_cast<std::int64_t>(std::floor(static_cast<double>(span) * 1.1));
     SetView(start, end);
+    graph.XAxis.ToolBar.Buttons.ZoomOff.PerformClick();
     for (std::size_t channel = 0; channel < graph.Channels.Count(); ++channel) {
         graph.Channels[channel].Data.Clear();
         DrawChannel(channel, start, end);
@@ -186,6 +283,142 @@ void TGraphPage::UpdateGraphScrollBar() {
     GraphScroll.SetMax(maximum);
     if (!enabled || atEnd || maximum < GraphScroll.Position())
         GraphScroll.SetPosition(maximum);
+}
+
+void TGraphPage::UpdateGraphTimeLabels() {
+    TimeLabels.UpdateGraphTimeLabels(static_cast<std::int64_t>(GraphSampleCount()), GraphZoomFactor);
+}
+
+void TGraphPage::GraphScrollScroll(EScrollCode code, int position) {
+    if (code == EScrollCode::Track) {
+        const std::int64_t sample = std::int64_t{position} * XAxisJump * GraphZoomFactor;
+        TimeLabels.Track(static_cast<std::size_t>(std::max<std::int64_t>(sample, 0)));
+    } else if (code == EScrollCode::End) {
+        TimeLabels.EndTracking();
+        UpdateTestData(position);
+        TimeLabels.ClearTracking();
+        UpdateGraphTimeLabels();
+    }
+}
+
+void TGraphPage::GraphZoomPlusButtonClick() {
+    Rezoom(GraphZoomFactor + 1);
+}
+
+void TGraphPage::GraphZoomMinusButtonClick() {
+    Rezoom(std::max(GraphZoomFactor - 1, 1));
+}
+
+void TGraphPage::Rezoom(int factor) {
+    GraphZoomFactor = factor;
+    GraphZoomLevelLabel.SetCaption("Zoom: " + std::to_string(factor));
+    UpdateGraphScrollBar();
+    UpdateTestData(GraphScroll.Position());
+    UpdateGraphTimeLabels();
+}
+
+void TGraphPage::DrawGraphDatafromList(IDataLines& lines) {
+    const std::size_t count = lines.Count();
+    TProgressBar& bar = Parts.FileProgressBar;
+    bar.SetMax(static_cast<int>(count + count / 10));
+    if (count < 2)
+        throw EListError("List index out of bounds (" + std::to_string(static_cast<int>(count) - 2) + ")");
+    const std::size_t drawn = count - 1;
+    const std::size_t stepOfBar = std::max<std::size_t>(count / 100, 1);
+    bar.SetVisible(true);
+    TGraphRowParser parser(Parts.Profile.GraphPoints);
+    std::string_view line;
+    for (std::size_t i = 0; i < drawn; ++i) {
+        if (i % stepOfBar == 0) {
+            bar.SetPosition(static_cast<int>(i));
+            Parts.Wait.Sleep(0);
+        }
+        line = lines.Next();
+        parser.Parse(line);
+        if (i == 0)
+            CurrentLogStartDate = Decoded(parser.Date());
+        FileRows = i + 1;
+        AddText(GraphDataLabelsTimeText, parser.Time());
+        AddText(GraphDataLabelsDateText, parser.Date());
+        AddParsedSample(parser, i);
+    }
+    RenewNames(parser);
+    DatalogLastLineSetpoint = line;
+    UpdateGraphScrollBar();
+    UpdateTestData(GraphScroll.Position());
+    UpdateGraphTimeLabels();
+    bar.SetVisible(false);
+}
+
+void TGraphPage::AddParsedSample(const TGraphRowParser& parser, std::size_t sampleIndex) {
+    DataLogDataValues.Resize(sampleIndex + 1);
+    const bool drawn = IsDrawn(sampleIndex);
+    for (std::size_t channel = 0; channel < parser.Channels(); ++channel) {
+        const double value = parser.Value(channel);
+        DataLogDataValues.Set(channel, sampleIndex, value);
+        if (drawn)
+            graph.Channels[channel].Data.AddXYPoint(static_cast<double>(sampleIndex), value);
+    }
+}
+
+void TGraphPage::RenewNames(const TGraphRowParser& parser) {
+    std::size_t number = 0;
+    for (const TGraphPoint& point : Parts.Profile.GraphPoints) {
+        if (!point.IsChannel)
+            continue;
+        RenewName(number, point.Type, parser.Value(number));
+        ++number;
+    }
+}
+
+void TGraphPage::ShowBinaryPopup(double value) {
+    BinaryView.PrepareBinaryView(Truncated(value));
+    Parts.Dialogs.Popup(GraphBinaryPopup);
+}
+
+void TGraphPage::graphLegendChannelsItemClick(std::size_t index) {
+    const TSLDisplayChannel& channel = graph.Channels[index];
+    const std::size_t size = channel.Data.GetSize();
+    if (size <= 1 || !BinaryView.ChannelIsBinary(channel.Name()))
+        return;
+    const double value = GetChannelYValue(size - 1, channel);
+    if (value != NoValue)
+        ShowBinaryPopup(value);
+}
+
+void TGraphPage::graphChannelsClick(std::size_t index, const TSLPoint& point) {
+    if (BinaryView.ChannelIsBinary(graph.Channels[index].Name()))
+        ShowBinaryPopup(point.Y);
+}
+
+void TGraphPage::graphCustomMouseHitLabel(std::string& text, double value) {
+    if (CurrentChannelindex < graph.Channels.Count() &&
+        BinaryView.ChannelIsBinary(graph.Channels[CurrentChannelindex].Name()))
+        text = BinaryString(Truncated(value) & 0xFFFF, 16).insert(8, "  ");
+}
+
+double TGraphPage::GetChannelYValue(std::size_t index, const TSLDisplayChannel& channel) {
+    if (index > channel.Data.GetSize())
+        return NoValue;
+    Parts.MemoEventLog.Add("Get Y-value");
+    if (index == channel.Data.GetSize())
+        return NoValue;
+    const double value = channel.Data.Points()[index].Y;
+    Parts.MemoEventLog.Add("XPoint " + std::to_string(index) + " YPoint " + FixedText(value, 2));
+    return value;
+}
+
+void TGraphPage::graphCursorsPositionChange(const TSLPoint& position) {
+    if (!(position.X > -1))
+        return; // no point lies there
+    const auto x = static_cast<std::size_t>(Truncated(position.X));
+    for (TSLDisplayChannel& channel : graph.Channels) {
+        if (!channel.Visible())
+            continue;
+        const double value = GetChannelYValue(x, channel);
+        if (value != NoValue)
+            channel.ShowValue(value);
+    }
 }
 
 void TGraphPage::DropSamplesFrom(std::size_t sample) {

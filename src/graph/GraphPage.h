@@ -1,6 +1,10 @@
 #pragma once
 
+#include "core/controls/Menu.h"
 #include "core/controls/ScrollBar.h"
+#include "core/controls/Simple.h"
+#include "graph/BinaryView.h"
+#include "graph/GraphTimeLabels.h"
 #include "graph/SLScope.h"
 #include "graph/SampleTable.h"
 #include "graph/TextColumn.h"
@@ -13,9 +17,21 @@
 
 namespace tidewell {
 
+class IDialogs;
+class IWait;
 class TMemo;
+class TGraphRowParser;
 class TProfile;
 struct TGraphChannelSettings;
+
+// Data lines "<number>;<date>;<time>;<values>" one by one.
+class IDataLines {
+  public:
+    virtual ~IDataLines() = default;
+    virtual std::size_t Count() const = 0;
+    // Valid until the next call; empty behind the last line. Throws EInOutError.
+    virtual std::string_view Next() = 0;
+};
 
 // Plots the profile's graph points over the sample index. Every sample is kept in DataLogDataValues; the
 // surface holds only every GraphZoomFactor-th of those in the window in view.
@@ -29,7 +45,16 @@ class TGraphPage {
         virtual void ClearLog() = 0;
     };
 
-    TGraphPage(TProfile& profile, ILog& log, TMemo& memoEventLog);
+    struct TParts {
+        TProfile& Profile;
+        ILog& Log;
+        IDialogs& Dialogs;
+        IWait& Wait;
+        TMemo& MemoEventLog;
+        TProgressBar& FileProgressBar;
+    };
+
+    explicit TGraphPage(const TParts& parts);
     TGraphPage(const TGraphPage&) = delete;
     TGraphPage& operator=(const TGraphPage&) = delete;
 
@@ -46,6 +71,9 @@ class TGraphPage {
     void AddGraphSample(std::string_view line, std::size_t sampleIndex);
     // Forgets the samples from that one on, with their times and dates.
     void DropSamplesFrom(std::size_t sample);
+    // Draws all lines but the last, behind nothing: the page must be clear. Throws EListError for fewer than
+    // two lines, before which nothing is drawn, and EConvertError as above.
+    void DrawGraphDatafromList(IDataLines& lines);
     // Puts the window of that scroll position on the surface.
     void UpdateTestData(int position);
     void UpdateGraphScrollBar();
@@ -55,14 +83,38 @@ class TGraphPage {
     // What the user made of each channel, in order; Name still bears its value.
     std::vector<TGraphChannelSettings> ChannelSettings() const;
 
+    // By the user.
+    void GraphScrollScroll(EScrollCode code, int position);
+    void GraphZoomPlusButtonClick();
+    void GraphZoomMinusButtonClick();
+    // Y value of a channel's point at that position among its drawn points; -1 if there is none.
+    double GetChannelYValue(std::size_t index, const TSLDisplayChannel& channel);
+
     TSLScope graph;
+    TLabel LblGraphPageEmpty{"LblGraphPageEmpty"}; // what will appear; hidden while there are curves
     TScrollBar GraphScroll{"GraphScroll"};
+    TButton GraphZoomPlusButton{"GraphZoomPlusButton", "+"};
+    TButton GraphZoomMinusButton{"GraphZoomMinusButton", "-"};
+    TLabel GraphZoomLevelLabel{"GraphZoomLevelLabel", "Zoom: 1"};
+    TPopupMenu PopupMenu{"PopupMenu"};
+    TMenuItem Graphitems1{"Graphitems1", "Graph toolbar"};
+    TMenuItem Hold1{"Hold1", "Hold"};
+    TMenuItem zoomall1{"zoomall1", "Zoom all"};
+    TMenuItem Cleargraph1{"Cleargraph1", "Clear graph"};
+    TMenuItem Exportdatatocsv1{"Exportdatatocsv1", "Export data to csv"};
+    TPopupMenu GraphBinaryPopup{"GraphBinaryPopup"}; // drawn from BinaryView
+    TMenuItem binaryview1{"binaryview1"};
+    TBinaryView BinaryView;
     TSampleTable DataLogDataValues;      // by channel
     TTextColumn GraphDataLabelsTimeText; // by row of the log
     TTextColumn GraphDataLabelsDateText;
     int XAxisJump = 1000; // samples by which the view jumps at zoom 1
     int GraphZoomFactor = 1;
-    bool DatalogFileOpen = false; // the page shows a file and not the live log
+    bool DatalogFileOpen = false;        // the page shows a file and not the live log
+    std::string DatalogLastLineSetpoint; // of that file, the last line shown
+    std::size_t FileRows = 0;            // rows that came from it; those of a log that goes on follow them
+    std::string CurrentLogStartDate;     // date text at the start of the log
+    std::size_t CurrentChannelindex = 0; // last channel under the mouse
 
   private:
     // Where a channel comes from.
@@ -77,9 +129,23 @@ class TGraphPage {
     void DrawChannel(std::size_t channel, std::int64_t start, std::int64_t end);
     void SetView(std::int64_t min, std::int64_t max);
 
-    TProfile& Profile;
-    ILog& Log;
-    TMemo& MemoEventLog;
+    // As AddGraphSample, with the values of the line that the parser has read; names are renewed at the end.
+    void AddParsedSample(const TGraphRowParser& parser, std::size_t sampleIndex);
+    void RenewNames(const TGraphRowParser& parser);
+    bool IsDrawn(std::size_t sample) const; // in the window, and not thinned out
+    void RenewName(std::size_t channel, std::int32_t type, double value);
+    void ConnectSurface();
+    void ConnectMenu();
+    void Rezoom(int factor);
+    void UpdateGraphTimeLabels();
+    void ShowBinaryPopup(double value);
+    void graphLegendChannelsItemClick(std::size_t index);
+    void graphChannelsClick(std::size_t index, const TSLPoint& point);
+    void graphCursorsPositionChange(const TSLPoint& position);
+    void graphCustomMouseHitLabel(std::string& text, double value);
+
+    TParts Parts;
+    TGraphTimeLabels TimeLabels{graph, GraphDataLabelsTimeText, GraphDataLabelsDateText};
     std::vector<TSource> Sources; // one per channel
 };
 

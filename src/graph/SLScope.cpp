@@ -1,131 +1,159 @@
 #include "graph/SLScope.h"
 
 #include "core/Errors.h"
-#include "core/KvSupport.h"
-#include "core/Numbers.h"
-
-#include <algorithm>
-#include <limits>
 
 namespace tidewell {
 
 namespace {
 
-constexpr std::string_view SuffixMark = ":[";
-constexpr std::size_t SuffixRoom = 20; // characters behind the mark that a new value replaces
 constexpr TColor Yellow{0x0000FFFF};
+constexpr TColor Green{0x00008000};
 
-// What lies behind that many UTF-8 characters.
-std::string_view BehindCharacters(std::string_view text, std::size_t count) {
-    std::size_t at = 0;
-    for (; at < text.size(); ++at) {
-        const bool startsCharacter = (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U;
-        if (startsCharacter && count-- == 0)
-            break;
-    }
-    return text.substr(at);
-}
-
-// Outside the range the conversion saturates.
-std::int32_t Truncated(double value) {
-    constexpr auto limits = std::numeric_limits<std::int32_t>();
-    if (!(value > limits.min()))
-        return limits.min();
-    return value < limits.max() ? static_cast<std::int32_t>(value) : limits.max();
-}
+using TRange = TSLBasicRangedAxisValue::TRange;
 
 } // namespace
 
-void TSLChannelData::Clear() {
-    Content.clear();
-    Redraw.Touch();
-}
-
-void TSLChannelData::AddXYPoint(double x, double y) {
-    Content.push_back({x, y});
-    Redraw.Touch();
-}
-
-void TSLChannelData::AddYPoint(double y) {
-    AddXYPoint(Content.empty() ? 0 : Content.back().X + 1, y);
-}
-
-void TSLChannelData::GetDrawYData(double* buffer) const {
-    std::transform(Content.begin(), Content.end(), buffer, [](const TPoint& point) { return point.Y; });
-}
-
-const std::string& TSLDisplayChannel::Name() const {
-    if (ComposedIsOld) {
-        Composed = Base;
-        Composed += SuffixMark;
-        if (Suffix == ESuffix::Bits) {
-            Composed += BinaryString(Truncated(Value) & 0xFFFF, 16).insert(8, " ");
-        } else {
-            Composed += Tail;
-            Composed += FixedText(Value, 2);
-        }
-        Composed += ']';
-        ComposedIsOld = false;
+void TSLCursor::SetVisible(bool visible) {
+    if (IsVisible != visible) {
+        IsVisible = visible;
+        Redraw.Touch();
     }
-    return Composed;
 }
 
-void TSLDisplayChannel::SetName(std::string_view name) {
-    Suffix = ESuffix::None;
-    Composed = name;
-    ComposedIsOld = false;
-    Redraw.Touch();
+void TSLCursor::SetPosition(const TSLPoint& point) {
+    Point = point;
+    if (IsVisible)
+        Redraw.Touch();
 }
 
-void TSLDisplayChannel::ShowValue(double value) {
-    if (Suffix != ESuffix::Value || !Tail.empty()) {
-        const std::string_view name = Name();
-        const auto mark = name.find(SuffixMark);
-        Base = name.substr(0, mark);
-        Tail = mark == std::string_view::npos
-                   ? std::string_view()
-                   : BehindCharacters(name.substr(mark + SuffixMark.size()), SuffixRoom);
-    }
-    Suffix = ESuffix::Value;
-    Value = value;
-    ComposedIsOld = true;
-    Redraw.Touch();
-}
-
-void TSLDisplayChannel::ShowBits(std::string_view base, double value) {
-    Base = base;
-    Suffix = ESuffix::Bits;
-    Value = value;
-    ComposedIsOld = true;
-    Redraw.Touch();
-}
-
-TSLDisplayChannel& TSLDisplayChannels::Add() {
-    Redraw.Touch();
-    return Content.emplace_back(Redraw);
-}
-
-void TSLDisplayChannels::Clear() {
-    Content.clear();
-    Redraw.Touch();
-}
-
-TSLDisplayChannel& TSLDisplayChannels::operator[](std::size_t index) {
+TSLCursor& TSLCursors::operator[](std::size_t index) {
     if (index >= Content.size())
         throw EListError("List index out of bounds (" + std::to_string(index) + ")");
     return Content[index];
 }
 
-const TSLDisplayChannel& TSLDisplayChannels::operator[](std::size_t index) const {
+const TSLCursor& TSLCursors::operator[](std::size_t index) const {
     if (index >= Content.size())
         throw EListError("List index out of bounds (" + std::to_string(index) + ")");
     return Content[index];
+}
+
+void TSLScope::TToolBar::SetVisible(bool visible) {
+    if (IsVisible != visible) {
+        IsVisible = visible;
+        Redraw.Touch();
+    }
+}
+
+TSLScope::TYAxis::TYAxis(TSLRedraw& redraw) : TSLScopeAxis(redraw, 0, 100) {
+    AdditionalAxes.emplace_back(redraw, 0, 100);
+    AdditionalAxes.emplace_back(redraw, -100, 10);
 }
 
 TSLScope::TSLScope() {
-    AdditionalAxes.emplace_back(Redraw, 0, 100);
-    AdditionalAxes.emplace_back(Redraw, -100, 10);
-    Cursors.emplace_back(Redraw, "CursorValue", Yellow);
+    YAxis.ViewSize.Size = 1000;
+    YAxis.Format.Precision = 1;
+    YAxis.Format.FixedPrecision = true;
+    YAxis.Zooming.Range = TRange{{100}, {0}};
+    YAxis.AxisLabel.Visible = false;
+    YAxis.AutoScaling.EnabledMin = false;
+    YAxis.DataView.ZeroLine.Color = Green;
+    for (auto& additional : YAxis.AdditionalAxes) {
+        additional.Axis.AxisLabel.Visible = false;
+        additional.Axis.AutoScaling.EnabledMin = false;
+        additional.Axis.DataView.Lines.Visible = false;
+        additional.Axis.DataView.ZeroLine.Visible = false;
+    }
+    TSLScopeAxis& third = YAxis.AdditionalAxes[1].Axis;
+    third.ToolBar.Buttons.ZoomOneDir.Visible = false;
+    third.Min.Range = TRange{{100}, {-100}};
+    third.Max.Range = TRange{{2}, {0}};
+    third.Zooming.Range.High.Value = 100;
+    third.CursorSettings.SnapToSample = true;
+    XAxis.ViewSize.Size = 200000;
+    XAxis.MinorTicks.Count = 1;
+    XAxis.MajorTicks.Step = 100;
+    XAxis.AxisLabel.Visible = false;
+    Cursors.Add("CursorValue", Yellow);
+}
+
+TSLScopeAxis* TSLScope::Axis(int yAxisIndex) {
+    if (yAxisIndex == 0)
+        return &YAxis;
+    return yAxisIndex == 1 || yAxisIndex == 2
+               ? &YAxis.AdditionalAxes[static_cast<std::size_t>(yAxisIndex - 1)].Axis
+               : nullptr;
+}
+
+const TSLScopeAxis* TSLScope::Axis(int yAxisIndex) const {
+    if (yAxisIndex == 0)
+        return &YAxis;
+    return yAxisIndex == 1 || yAxisIndex == 2
+               ? &YAxis.AdditionalAxes[static_cast<std::size_t>(yAxisIndex - 1)].Axis
+               : nullptr;
+}
+
+void TSLScope::ZoomOff() {
+    XAxis.ZoomOff();
+    YAxis.ZoomOff();
+    for (auto& additional : YAxis.AdditionalAxes)
+        additional.Axis.ZoomOff();
+}
+
+void TSLScope::SetHold(bool hold) {
+    if (IsHeld == hold)
+        return;
+    IsHeld = hold;
+    Redraw.Touch();
+}
+
+TSLZoomRect TSLScope::ShownRect() const {
+    return {XAxis.Shown(),
+            {YAxis.Shown(), YAxis.AdditionalAxes[0].Axis.Shown(), YAxis.AdditionalAxes[1].Axis.Shown()}};
+}
+
+void TSLScope::UserZooms(TSLScopeAxis& axis, const TSLRange& range) {
+    const TSLZoomRect before = ShownRect();
+    axis.SetZoom(range);
+    TellZoom(before);
+}
+
+void TSLScope::UserZooms(const TSLZoomRect& rect) {
+    const TSLZoomRect before = ShownRect();
+    const auto zoom = [](TSLScopeAxis& axis, const TSLRange& range) {
+        if (range == TSLRange{axis.Min.Value(), axis.Max.Value()})
+            axis.ZoomOff();
+        else
+            axis.SetZoom(range);
+    };
+    zoom(XAxis, rect.X);
+    zoom(YAxis, rect.Y[0]);
+    for (std::size_t i = 0; i < YAxis.AdditionalAxes.size(); ++i)
+        zoom(YAxis.AdditionalAxes[i].Axis, rect.Y.at(i + 1));
+    TellZoom(before);
+}
+
+void TSLScope::UserClicks(const TSLAxisToolBarButton& button) {
+    const TSLZoomRect before = ShownRect();
+    button.PerformClick();
+    TellZoom(before);
+}
+
+void TSLScope::UserZoomsOff() {
+    const TSLZoomRect before = ShownRect();
+    ZoomOff();
+    TellZoom(before);
+}
+
+void TSLScope::UserMovesCursor(std::size_t cursor, const TSLPoint& position) {
+    Cursors[cursor].SetPosition(position);
+    Cursors.OnPositionChange(cursor, position);
+}
+
+void TSLScope::TellZoom(const TSLZoomRect& before) {
+    const TSLZoomRect now = ShownRect();
+    if (!(now == before))
+        OnZoomChanged(before, now);
 }
 
 } // namespace tidewell

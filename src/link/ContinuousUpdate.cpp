@@ -67,6 +67,8 @@ void TContinuousUpdate::LoadList() {
 }
 
 std::filesystem::path TContinuousUpdate::ListedPath() const {
+    if (!UseMultibleFilesList)
+        return {};
     const auto entry = UseMultibleFilesList->find(std::to_string(UseMultibleFilesActiveFileIndex));
     return entry == UseMultibleFilesList->end() ? std::filesystem::path() : PathInPackage(entry->second);
 }

@@ -19,8 +19,8 @@ void SetRuns(TFlashBlocks& blocks) {
         run(1, 0, slut);
     } else if (ringEnds) {
         run(0, start, FlashSecondArea - start);
-        // Controllers in the field are read with this length of the middle run where the end lies in the
-        // second area, past the end of the ring, and their answers are known; it stays.
+        // Where the end lies in the second area, the middle run goes on past the end of the ring. That is
+        // how the range is defined, and what comes from there is for the controller to say.
         run(1, FlashSecondArea, slut > FlashSecondArea ? FlashBlockCount : wholeSecondArea);
         run(2, 0, slut);
     } else if (blocks.AbsolutStartWrapAround && start < FlashSecondArea && slut > FlashSecondArea) {

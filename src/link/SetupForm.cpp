@@ -103,14 +103,19 @@ void TSetupForm::ShowInitFailure(int result, const std::string& otherwise) {
     Dialogs.ShowMessageBox(EMessageKind::Warning, text, EButtons::Ok);
 }
 
+int TSetupForm::OpenLink(const std::string& device) {
+    const TWaitCursor busy(Dialogs);
+    Device.IsLocalDevice = IsLocalDevice(device);
+    return Device.init(device, Host.ApiClient());
+}
+
 void TSetupForm::ButCommOkClick() {
     const std::string typed = txtRemote.Text();
     const std::string domain = Device.Domain;
     if (!typed.empty() && !domain.empty() && LowerCase(typed).find(LowerCase(domain)) == std::string::npos)
         txtRemote.SetText(typed + "." + domain);
     const std::string device = txtRemote.Text();
-    Device.IsLocalDevice = IsLocalDevice(device);
-    const int result = Device.init(device, Host.ApiClient());
+    const int result = OpenLink(device);
     if (result != 0) {
         ShowInitFailure(result, "An error occurred when initializing communication to the device.");
         return;
@@ -133,12 +138,13 @@ void TSetupForm::ButDeviceSearchClick() {
 
 void TSetupForm::butpingClick() {
     const std::string device = txtRemote.Text();
-    Device.IsLocalDevice = IsLocalDevice(device);
-    const int result = Device.init(device, Host.ApiClient());
-    if (result == 0)
+    const int result = OpenLink(device);
+    if (result == 0) {
+        const TWaitCursor busy(Dialogs); // a message box lifts it
         Device.btnPing.OnClick();
-    else
+    } else {
         ShowInitFailure(result, "An error occurred when trying to initialize the nabto connection.");
+    }
 }
 
 void TSetupForm::ListBoxLocalDevicesClick() {

@@ -58,6 +58,7 @@ class TSetupForm : public TForm {
     void FormKeyDown(EKey key, bool& handled);
 
   private:
+    int OpenLink(const std::string& device); // result of the driver's init
     void ShowInitFailure(int result, const std::string& otherwise);
 
     IDialogs& Dialogs;

@@ -1,6 +1,7 @@
 #include "logging/DatalogWriter.h"
 
 #include "core/BlockWriter.h"
+#include "core/ports/IDialogs.h"
 #include "graph/TextColumn.h"
 #include "logging/LogBuffers.h"
 #include "model/ModbusPanel.h"
@@ -18,8 +19,9 @@ constexpr std::string_view LineEnd = "\r\n";
 
 void WriteRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row,
               std::span<const std::int32_t> values) {
-    const std::string_view date = row < rows.Dates.Count() ? rows.Dates.At(row) : std::string_view();
-    const std::string_view time = row < rows.Times.Count() ? rows.Times.At(row) : std::string_view();
+    const std::size_t text = rows.FirstText + row;
+    const std::string_view date = text < rows.Dates.Count() ? rows.Dates.At(text) : std::string_view();
+    const std::string_view time = text < rows.Times.Count() ? rows.Times.At(text) : std::string_view();
     const std::size_t columns = rows.Values.Columns();
     out.Reserve((columns + 1) * TBlockWriter::LongestField + date.size() + time.size() + 8);
     out.RowNumber(row + 1);
@@ -64,6 +66,18 @@ void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatal
     out.Text(LineEnd);
     out.Flush();
     file->Commit();
+}
+
+std::filesystem::path WithCsv(const IFiles& files, IDialogs& dialogs, const std::filesystem::path& chosen) {
+    if (chosen.filename().string().find(".csv") != std::string::npos)
+        return chosen;
+    std::filesystem::path path = chosen;
+    path += ".csv";
+    if (files.FileExists(path) &&
+        dialogs.ShowMessageBox(EMessageKind::Confirmation, path.string() + " already exists. Replace it?",
+                               EButtons::YesNo) != EModalResult::Yes)
+        return {};
+    return path;
 }
 
 } // namespace tidewell

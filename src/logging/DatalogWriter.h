@@ -9,6 +9,7 @@
 
 namespace tidewell {
 
+class IDialogs;
 class TModbusPanel;
 class TRawLog;
 class TTextColumn;
@@ -22,6 +23,7 @@ struct TDatalogRows {
     const TTextColumn& Dates;
     const TTextColumn& Times;
     const TRawLog& Values;
+    std::size_t FirstText = 0; // entry of Dates and Times that belongs to the first row
 };
 
 // Writes <number from 1>;<date>;<time>;<values>; per row and then the header line, each ended by CR LF. The
@@ -29,5 +31,10 @@ struct TDatalogRows {
 // the old file then stays.
 void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatalogRows& rows,
                   std::string_view header);
+
+// The name chosen in a save dialog, with ".csv" behind a name that holds it nowhere. The dialog has asked
+// about the name as it was typed, so one that was completed and is there asks again; empty: not to be
+// replaced.
+std::filesystem::path WithCsv(const IFiles& files, IDialogs& dialogs, const std::filesystem::path& chosen);
 
 } // namespace tidewell

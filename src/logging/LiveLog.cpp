@@ -59,7 +59,7 @@ void TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
     const TTime now = Parts.Clock.Now();
     const std::string time = Parts.Clock.LongTime(now);
     const std::string date = Parts.Clock.ShortDate(now);
-    page.DropSamplesFrom(row); // what a step that failed has left
+    page.DropSamplesFrom(page.FileRows + row); // what a step that failed has left
     page.GraphDataLabelsTimeText.Add(time);
     page.GraphDataLabelsDateText.Add(date);
 
@@ -116,7 +116,7 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     if (clearData) {
         ReportTraffic(Parts.Texts.MessageLoggingStart);
         DatalogOn = true;
-        CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
+        Parts.GraphPage.CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
     }
 }
 
@@ -167,14 +167,8 @@ void TLiveLog::SaveUserDatalog1Click() {
     const auto chosen = Parts.Dialogs.SaveFile(dialog);
     if (!chosen)
         return;
-    fs::path path = *chosen;
-    if (path.filename().string().find(".csv") == std::string::npos)
-        path += ".csv";
-    // The dialog has asked for the name as it was typed.
-    if (path != *chosen && Parts.Files.FileExists(path) &&
-        Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
-                                     path.string() + " already exists. Replace it?",
-                                     EButtons::YesNo) != EModalResult::Yes)
+    const fs::path path = WithCsv(Parts.Files, Parts.Dialogs, *chosen);
+    if (path.empty())
         return;
     WriteDatalog(Parts.Files, path, Rows(), CreateDatalogHeader());
     Parts.MemoEventLog.Add("StringDatalog saved and cleared");
@@ -195,7 +189,7 @@ fs::path TLiveLog::UserLogDirectory() const {
 
 TDatalogRows TLiveLog::Rows() const {
     return {Parts.Buffers.DatalogCount, Parts.GraphPage.GraphDataLabelsDateText,
-            Parts.GraphPage.GraphDataLabelsTimeText, Parts.Buffers.DataLogRawData};
+            Parts.GraphPage.GraphDataLabelsTimeText, Parts.Buffers.DataLogRawData, Parts.GraphPage.FileRows};
 }
 
 void TLiveLog::ReportTraffic(const std::string& message) {

@@ -110,7 +110,6 @@ class TLiveLog {
 
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
     bool DatalogOn = false;
-    std::string CurrentLogStartDate;
     const std::unique_ptr<ITimer> UpdateTimer;       // key Time; nothing enables it
     const std::unique_ptr<ITimer> TimerLogAutostart; // 5000 ms, once; enabled by the start of the program
 

@@ -1,36 +1,44 @@
 #include "mainform/FlashView.h"
 
 #include "core/Guard.h"
-#include "core/KvSupport.h"
-#include "core/TextFile.h"
+#include "logging/DatalogLines.h"
 
-#include <string>
-#include <vector>
+#include <cstddef>
+#include <string_view>
 
 namespace tidewell {
 
 namespace {
 
-// All rows but the last, which is the header row.
-void DrawRows(TGraphPage& page, const std::vector<std::string>& rows) {
-    for (std::size_t row = 0; row + 1 < rows.size(); ++row) {
-        page.GraphDataLabelsTimeText.Add(GetRowField(rows[row], 2));
-        page.GraphDataLabelsDateText.Add(GetRowField(rows[row], 1));
-        page.AddGraphSample(rows[row], row);
+// All lines of one file, the header row among them.
+class TFileLines : public IDataLines {
+  public:
+    // Throws EInOutError.
+    TFileLines(const IFiles& files, const std::filesystem::path& path) : Reader(files.Open(path)) {
+        TDatalogLineReader counted(files.Open(path));
+        for (std::string_view line; counted.Next(line);)
+            ++Lines;
     }
-    page.UpdateGraphScrollBar();
-    page.UpdateTestData(page.GraphScroll.Position());
-}
+    std::size_t Count() const override { return Lines; }
+    std::string_view Next() override {
+        std::string_view line;
+        return Reader.Next(line) ? line : std::string_view();
+    }
+
+  private:
+    TDatalogLineReader Reader;
+    std::size_t Lines = 0;
+};
 
 } // namespace
 
 void TFlashView::Show(const std::filesystem::path& profile, const std::filesystem::path& file) {
-    const std::vector<std::string> rows = ReadLines(Ports.Files, file);
+    TFileLines lines(Ports.Files, file);
     Parts.ProfileOpening.OpenProfile(profile);
     RunGuarded(Ports.Dialogs, [this] { Parts.GraphPage.GraphInit(true); });
     Parts.GraphPage.ClearGraphPage();
     Parts.Device.Close();
-    DrawRows(Parts.GraphPage, rows);
+    Parts.GraphPage.DrawGraphDatafromList(lines);
     Parts.Controls.TheTab.SetActivePage(Parts.Controls.TabGraph);
     Parts.Controls.TabSetpoint.SetVisible(false);
     Parts.Controls.WindowSetpoint1.SetEnabled(false);

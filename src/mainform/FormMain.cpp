@@ -28,17 +28,25 @@ constexpr int graphTabIndex = 1;
 TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths,
                      TUNabto& nabto, const TForms& forms)
     : Ports(ports), Options(options), Forms(forms), FCurrentInifilesPath(paths),
-      ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files), SetpointPage(ModbusPanel),
-      GraphPage(Profile, LogBuffers, MemoEventLog),
+      ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files),
+      ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
+      SetpointPage(TSetpointPage::TParts{Hosts.SetpointPage, ports.Dialogs, ports.Clock, ModbusPanel,
+                                         ContextHelp.HelpfileDoc, forms.InputDialog, SetpointTexts}),
+      GraphPage(
+          TGraphPage::TParts{Profile, LogBuffers, ports.Dialogs, ports.Wait, MemoEventLog, FileProgressBar}),
       LiveLog(TLiveLog::TParts{Hosts.LiveLog, ports.Dialogs, ports.Clock, ports.Files, ports.Timers,
                                ModbusPanel, Profile, GraphPage, LogBuffers, TrafficButton, MemoEventLog,
                                LoggingTexts, paths}),
+      DatalogReader(DatalogParts()), SdDatalogReader(DatalogParts()), CsvExport(DatalogParts()),
       ProfileOpening(ports, TProfileOpening::TParts{*this, paths, ModbusPanel, Profile, SetpointPage,
                                                     GraphPage, nabto, forms.NabtoDevice}),
       ErrorLog({Hosts.ErrorLog, ports.Files, ports.Clock, paths, Configuration.ErrorLog, Profile, ModbusPanel,
                 TheTab}),
       FlashView(ports, {*this, Profile, ProfileOpening, GraphPage, forms.NabtoDevice}),
-      ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
+      ReadBack(Hosts.ReadBack, ports.Wait, forms.NabtoDevice),
+      SetpointFiles(TSetpointFiles::TParts{
+          ports.Dialogs, ports.Files, ports.Clock, ModbusPanel, Hosts.ReadBack, ReadBack, forms.LoadSetpoints,
+          MemoEventLog, SetpointTexts, SetpointPage.SelectedSetpointParent, paths.directorypath}),
       InitTimer(ports.Timers.CreateTimer()), KeepAliveTimer(ports.Timers.CreateTimer()),
       NabtoDeleteUsers(ports.Timers.CreateTimer()), CloseAgain(ports.Timers.CreateTimer()) {
     InitTimer->SetInterval(initInterval);
@@ -50,6 +58,12 @@ TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrent
     CloseAgain->SetInterval(closeAgainInterval);
     CloseAgain->SetHandler([this] { CloseAgain->SetEnabled(false); });
     ConnectControls();
+}
+
+TDatalogParts TFormMain::DatalogParts() {
+    return {Hosts.Datalog, Ports.Dialogs,   Ports.Files,
+            Ports.Wait,    Profile,         GraphPage,
+            MemoEventLog,  FileProgressBar, FCurrentInifilesPath.directorypath};
 }
 
 void TFormMain::ConnectControls() {
@@ -85,6 +99,15 @@ void TFormMain::ConnectControls() {
     OpenProfile2.OnClick = [this] {
         OpenProfile2Click();
     };
+    OpenDatalogfile1.OnClick = [this] {
+        DatalogReader.OpenDatalogfile1Click();
+    };
+    Open_sd_datalog.OnClick = [this] {
+        SdDatalogReader.Open_sd_datalogClick();
+    };
+    GraphPage.Exportdatatocsv1.OnClick = [this] {
+        CsvExport.Exportdatatocsv1Click();
+    };
     SaveUserDatalog1.OnClick = [this] {
         LiveLog.SaveUserDatalog1Click();
     };
@@ -97,6 +120,16 @@ void TFormMain::ConnectControls() {
     WindowGraph1.OnClick = [this] {
         TheTab.SetActivePage(TabGraph);
     };
+    SetpointPage.Savesetpoints1.OnClick = [this] {
+        SetpointFiles.Savesetpoints1Click();
+    };
+    SetpointPage.Loadsetpointfromfile1.OnClick = [this] {
+        SetpointFiles.Loadsetpointfromfile1Click();
+    };
+    ButStopReadBack.OnClick = [this] {
+        ReadBack.Cancel();
+    };
+    ReadBackChanged = ReadBack.Changed.Connect([this] { ShowReadBack(); });
     Setup1.OnClick = [this] {
         Setup1Click();
     };
@@ -121,7 +154,8 @@ void TFormMain::ConnectService() {
     FlasDatalog1.OnClick = [this] {
         FlasDatalog1Click();
     };
-    Forms.NabtoDevice.Use.AddControls({&but_errorlog, &FlasDatalog1});
+    // A read that is under way is one of this device and this profile.
+    Forms.NabtoDevice.Use.AddControls({&but_errorlog, &FlasDatalog1, &DeviceID, &Setup1, &OpenProfile2});
 }
 
 void TFormMain::ConnectUpdate() {
@@ -168,13 +202,32 @@ void TFormMain::ReadConfigurationFiles() {
     LoggingTexts = {Texts.MessageLoggingStart, Texts.MessageLoggingStop, Texts.MessageClearGraphData,
                     Texts.TrafficButtonON,     Texts.TrafficButtonOFF,   Texts.DialogSaveDatalogFile};
     ProfileOpening.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
-    ProfileOpening.TestfileComport = ReadUnitTexts(language).TestfileComport;
+    GraphPage.Graphitems1.SetCaption(Texts.PopupMenu_GraphToolbar);
+    GraphPage.Hold1.SetCaption(Texts.PopupMenu_Hold);
+    GraphPage.zoomall1.SetCaption(Texts.PopupMenu_ZoomAll);
+    GraphPage.Cleargraph1.SetCaption(Texts.PopupMenu_ClearGraph);
+    GraphPage.Exportdatatocsv1.SetCaption(Texts.PopupMenu_Exportdatatocsv);
+    DatalogReader.DialogOpenDatalogFileCaption = Texts.DialogOpenDatalogFileCaption;
+    SdDatalogReader.MessageStopLog = Texts.MessageStopLog;
+    SdDatalogReader.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
+    SdDatalogReader.DialogOpenDatalogFileCaption = Texts.DialogOpenDatalogFileCaption;
+    CsvExport.DialogSaveDatalogFile = Texts.DialogSaveDatalogFile;
+    const TUnitTexts units = ReadUnitTexts(language);
+    ProfileOpening.TestfileComport = units.TestfileComport;
+    SetpointTexts = {ReadSetpointHeadlines(language),
+                     units.DataUnits,
+                     units.UserUnits,
+                     Texts.DialogOpenProfileCaption,
+                     Texts.DialogSaveDatalogFile,
+                     units.TestfileComport.ValueAt(0)};
     const TNabtodriverTexts driver = ReadNabtodriverTexts(language);
     DeviceID.SetCaption(driver.ButChangeID);
     but_swupdate.SetCaption(driver.ButFWupdate);
     but_errorlog.SetCaption(driver.ButErrorlog);
-    LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
-    LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
+    SetpointPage.LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
+    GraphPage.LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
+    if (const std::string stop = language.ReadText("ReadBack", "Stop"); !stop.empty())
+        ButStopReadBack.SetCaption(stop);
 
     Configuration = ReadConfiguration(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile));
     TrafficButton.SetCaption(Texts.TrafficButtonOFF);
@@ -350,6 +403,18 @@ void TFormMain::NabtoDeleteUsersTimer() {
 
 void TFormMain::DeleteNabtoUserFolder() {
     tidewell::DeleteNabtoUserFolder(Ports.Files, FCurrentInifilesPath.directorypath);
+}
+
+void TFormMain::ShowReadBack() {
+    const bool running = ReadBack.Running();
+    SetpointPage.Savesetpoints1.SetEnabled(!running);
+    SetpointPage.Loadsetpointfromfile1.SetEnabled(!running);
+    LblReadBack.SetCaption(ReadBack.ProgressText());
+    ReadBackPanel.SetVisible(running);
+    const auto progress = ReadBack.Progress();
+    FileProgressBar.SetMax(progress.Max);
+    FileProgressBar.SetPosition(progress.Position);
+    FileProgressBar.SetVisible(running);
 }
 
 void TFormMain::TheTabChange() {

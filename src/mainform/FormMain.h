@@ -9,8 +9,11 @@
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
 #include "link/SetupForm.h"
+#include "logging/CsvExport.h"
+#include "logging/DatalogReader.h"
 #include "logging/LiveLog.h"
 #include "logging/LogBuffers.h"
+#include "logging/SdDatalogReader.h"
 #include "mainform/CommandLine.h"
 #include "mainform/ContextHelp.h"
 #include "mainform/FlashView.h"
@@ -22,7 +25,12 @@
 #include "mainform/ProfileOpening.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
+#include "setpoints/InputDialog.h"
+#include "setpoints/LoadSetpoints.h"
+#include "setpoints/ReadBack.h"
+#include "setpoints/SetpointFiles.h"
 #include "setpoints/SetpointPage.h"
+#include "setpoints/SetpointTexts.h"
 
 #include <functional>
 #include <memory>
@@ -41,6 +49,8 @@ class TFormMain : public TFormMainControls {
         TNabtoLogOn& NabtoLogOn;
         Tlanguagedialog& languagedialog;
         TSetupForm& SetupForm;
+        TInputDialog& InputDialog;
+        TLoadSetpoints& LoadSetpoints;
     };
 
     TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths, TUNabto& nabto,
@@ -84,11 +94,12 @@ class TFormMain : public TFormMainControls {
     TConfiguration Configuration;
     THeadApplTexts Texts;
     TLoggingTexts LoggingTexts;
+    TSetpointTexts SetpointTexts;
     TCommandLineParameters _commandLineParameters;
     bool ShowButtonDevid = false;
     bool AskBeforeClose = true; // false when nobody is there to answer
     // False once the form is closed or the program is asked to end.
-    bool Open() const { return Visible() && !Ports.Application.Terminated(); }
+    bool IsOpen() const { return Visible() && !Ports.Application.Terminated(); }
 
     TFormMainHosts Hosts{*this};
 
@@ -101,14 +112,19 @@ class TFormMain : public TFormMainControls {
     TCurrentInifilesPath& FCurrentInifilesPath;
     TModbusPanel ModbusPanel;
     TProfile Profile;
+    TContextHelp ContextHelp;
     TSetpointPage SetpointPage;
     TLogBuffers LogBuffers;
     TGraphPage GraphPage;
     TLiveLog LiveLog;
+    TDatalogReader DatalogReader;
+    TSdDatalogReader SdDatalogReader;
+    TCsvExport CsvExport;
     TProfileOpening ProfileOpening;
     TErrorLog ErrorLog;
     TFlashView FlashView;
-    TContextHelp ContextHelp;
+    TReadBack ReadBack;
+    TSetpointFiles SetpointFiles;
 
     std::unique_ptr<ITimer> InitTimer;        // 200 ms, once
     std::unique_ptr<ITimer> KeepAliveTimer;   // 300000 ms
@@ -122,12 +138,15 @@ class TFormMain : public TFormMainControls {
     void ConnectService();
     // While a firmware update runs, all but the way to its form and the close.
     void LockForUpdate(bool running);
+    TDatalogParts DatalogParts();
+    void ShowReadBack();
     void CreateDirectories();
     // Sign-in and profile, with the link enabled. False when the program is about to end.
     bool StartLink();
     // What is kept at the close, in order. Each may throw.
     std::vector<std::function<void()>> ClosingSaves();
 
+    TConnection ReadBackChanged;
     std::unique_ptr<IHttp> Http;
     std::unique_ptr<TApiClient> ApiClient;
     TControlLock UpdateLock;

@@ -23,14 +23,13 @@ TFormMainControls::TFormMainControls()
     Changelanguage1.SetShortCut("F12");
     Close1.SetShortCut("Esc");
 
-    // Work that does not exist yet has no entry.
-    OpenDatalogfile1.SetVisible(false);
-    Open_sd_datalog.SetVisible(false);
+    Open_sd_datalog.SetVisible(false); // nothing shows it
     Errorlog1.SetVisible(false);    // nothing shows it
     FlasDatalog1.SetVisible(false); // until a profile with a flash datalog is open
 
     TheTab.Pages = {TabSetpoint, TabGraph};
     FileProgressBar.SetVisible(false);
+    ReadBackPanel.SetVisible(false);
 }
 
 void TFormMainControls::ApplyTexts(const THeadApplTexts& texts) {

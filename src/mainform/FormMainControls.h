@@ -52,8 +52,6 @@ struct TFormMainControls : TForm {
     // On TabSetpoint, left: the tree above, the event log below; right: the grid.
     TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
     TMemo MemoEventLog{"MemoEventLog"};
-    TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear on the page
-    TLabel LblGraphPageEmpty{"LblGraphPageEmpty"};
     TPanel GraphControlsPanel{"GraphControlsPanel"};
 
     static constexpr std::size_t PanelLink = 0;     // LedNabto and LblNabto
@@ -63,6 +61,11 @@ struct TFormMainControls : TForm {
     static constexpr int StatusBarHeight = 19;      // pixels
     TStatusBar StatusBar;
     TProgressBar FileProgressBar{"FileProgressBar"};
+
+    // Above the status bar, while setpoints are read back; the bar then shows how far.
+    TPanel ReadBackPanel{"ReadBackPanel"};
+    TLabel LblReadBack{"LblReadBack"};
+    TButton ButStopReadBack{"ButStopReadBack", "Stop waiting"};
 };
 
 } // namespace tidewell

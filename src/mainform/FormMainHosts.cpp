@@ -66,7 +66,7 @@ bool TFormMainHosts::TNabtoDeviceHost::ErrorLogVisible() const {
 }
 
 bool TFormMainHosts::TNabtoDeviceHost::FormOpen() const {
-    return Main.Open();
+    return Main.IsOpen();
 }
 
 void TFormMainHosts::TNabtoDeviceHost::StopRunningLog() {
@@ -149,6 +149,57 @@ void TFormMainHosts::TCommandLineActions::EnableContineousUpdate() {
 
 void TFormMainHosts::TCommandLineActions::EnableExtendedVersionInfo() {
     Main.Device().Enable_debugShowExtendedVersionInfo = true;
+}
+
+bool TFormMainHosts::TSetpointPageHost::DatalogOn() const {
+    return Main.LiveLog.DatalogOn;
+}
+
+bool TFormMainHosts::TSetpointPageHost::DatalogFileOpen() const {
+    return Main.GraphPage.DatalogFileOpen;
+}
+
+std::string TFormMainHosts::TSetpointPageHost::LastDatalogLine() const {
+    return Main.GraphPage.DatalogLastLineSetpoint;
+}
+
+std::string TFormMainHosts::TSetpointPageHost::CurrentDataString() const {
+    std::string data;
+    for (const std::string_view text : Main.LiveLog.UpdateTimerCallBackEvents.Strings())
+        data += text;
+    return data;
+}
+
+std::size_t TFormMainHosts::TSetpointPageHost::DatalogCount() const {
+    return Main.LogBuffers.DatalogCount;
+}
+
+void TFormMainHosts::TReadBackHost::StartLog(bool questionEnable, bool clearData) {
+    Main.StartLog(questionEnable, clearData);
+}
+
+void TFormMainHosts::TReadBackHost::StopLog() {
+    Main.StopLog();
+}
+
+void TFormMainHosts::TInputDialogHost::RepaintStatusBar() {
+    Main.StatusBar.Repaint();
+}
+
+bool TFormMainHosts::TReadBackHost::FormOpen() const {
+    return Main.Visible();
+}
+
+void TFormMainHosts::TDatalogHost::StopLog() {
+    Main.StopLog();
+}
+
+void TFormMainHosts::TDatalogHost::OpenProfile(const std::filesystem::path& path) {
+    Main.ProfileOpening.OpenProfile(path);
+}
+
+bool TFormMainHosts::TDatalogHost::FormOpen() const {
+    return Main.Visible();
 }
 
 } // namespace tidewell

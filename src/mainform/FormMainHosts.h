@@ -3,9 +3,14 @@
 #include "errorlog/ErrorLog.h"
 #include "link/NabtoDevice.h"
 #include "link/SetupForm.h"
+#include "logging/DatalogReader.h"
 #include "logging/LiveLog.h"
 #include "mainform/CommandLine.h"
+#include "setpoints/InputDialog.h"
+#include "setpoints/ReadBack.h"
+#include "setpoints/SetpointPage.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -18,7 +23,8 @@ class TFormMain;
 class TFormMainHosts {
   public:
     explicit TFormMainHosts(TFormMain& main)
-        : LiveLog(main), NabtoDevice(main), SetupForm(main), CommandLine(main), ErrorLog(main) {}
+        : LiveLog(main), NabtoDevice(main), SetupForm(main), CommandLine(main), SetpointPage(main),
+          ReadBack(main), InputDialog(main), Datalog(main), ErrorLog(main) {}
 
     class TLiveLogHost : public TLiveLog::IHost {
       public:
@@ -96,10 +102,58 @@ class TFormMainHosts {
         TFormMain& Main;
     };
 
+    class TSetpointPageHost : public TSetpointPage::IHost {
+      public:
+        explicit TSetpointPageHost(TFormMain& main) : Main(main) {}
+        bool DatalogOn() const override;
+        bool DatalogFileOpen() const override;
+        std::string LastDatalogLine() const override;
+        std::string CurrentDataString() const override;
+        std::size_t DatalogCount() const override;
+
+      private:
+        TFormMain& Main;
+    };
+
+    class TReadBackHost : public TReadBack::IHost {
+      public:
+        explicit TReadBackHost(TFormMain& main) : Main(main) {}
+        void StartLog(bool questionEnable, bool clearData) override;
+        void StopLog() override;
+        bool FormOpen() const override;
+
+      private:
+        TFormMain& Main;
+    };
+
+    class TInputDialogHost : public TInputDialog::IHost {
+      public:
+        explicit TInputDialogHost(TFormMain& main) : Main(main) {}
+        void RepaintStatusBar() override;
+
+      private:
+        TFormMain& Main;
+    };
+
+    class TDatalogHost : public IDatalogHost {
+      public:
+        explicit TDatalogHost(TFormMain& main) : Main(main) {}
+        void StopLog() override;
+        void OpenProfile(const std::filesystem::path& path) override;
+        bool FormOpen() const override;
+
+      private:
+        TFormMain& Main;
+    };
+
     TLiveLogHost LiveLog;
     TNabtoDeviceHost NabtoDevice;
     TSetupFormHost SetupForm;
     TCommandLineActions CommandLine;
+    TSetpointPageHost SetpointPage;
+    TReadBackHost ReadBack;
+    TInputDialogHost InputDialog;
+    TDatalogHost Datalog;
     TErrorLogHost ErrorLog;
 };
 

@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/KvSupport.h"
+#include "core/OpenDialogFilters.h"
 
 #include <exception>
 #include <optional>
@@ -28,11 +29,7 @@ void TProfileOpening::OpenFileProfile() {
     dialog.Title = DialogOpenProfileCaption;
     dialog.InitialDirectory = Parts.Paths.directorypath / "profile";
     dialog.FileMustExist = true;
-    dialog.Filters = {{"pls", "*.pls"},
-                      {"zls;csv", " *.zls;*.csv"},
-                      {"txt", "*.txt"},
-                      {"DAL (SD Card Datalog)", "*.DAL"},
-                      {"SDpls (SC Card Datalog profile)", "*.SDpls"}};
+    dialog.Filters = OpenDialogFilters();
     if (const auto path = Ports.Dialogs.OpenFile(dialog)) {
         Parts.Paths.plsfile = *path;
         OpenProfile(*path);

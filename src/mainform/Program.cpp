@@ -1,6 +1,7 @@
 #include "mainform/Program.h"
 
 #include "core/Guard.h"
+#include "core/IniFile.h"
 
 #include <utility>
 
@@ -18,15 +19,22 @@ constexpr int afterReady = 700;
 TProgram::TProgram(const TPorts& ports, TStartOptions options)
     : Ports(ports), Options(std::move(options)), Splashscreen(Ports, Options),
       Nabto(Ports.Libraries, Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Options.Directory),
-      FormMain(Ports, Options, Splashscreen.FCurrentInifilesPath, Nabto,
-               TFormMain::TForms{NabtoDevice, NabtoLogOn, languagedialog, SetupForm}),
+      FormMain(
+          Ports, Options, Splashscreen.FCurrentInifilesPath, Nabto,
+          TFormMain::TForms{NabtoDevice, NabtoLogOn, languagedialog, SetupForm, InputDialog, LoadSetpoints}),
       NabtoDevice(Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Ports.Clock,
                   Splashscreen.FCurrentInifilesPath, Nabto, FormMain.ModbusPanel, FormMain.Hosts.NabtoDevice),
       NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Splashscreen.FCurrentInifilesPath,
                  [this] { return NabtoDevice.LastPW; }),
       languagedialog(Ports, Options, Splashscreen.FCurrentInifilesPath),
       SetupForm(Ports.Dialogs, Ports.Files, Splashscreen.FCurrentInifilesPath, Nabto, NabtoDevice,
-                FormMain.Hosts.SetupForm) {}
+                FormMain.Hosts.SetupForm),
+      InputDialog(TInputDialog::TParts{Ports.Dialogs, FormMain.ModbusPanel, NabtoDevice,
+                                       FormMain.MemoEventLog, FormMain.Hosts.InputDialog}),
+      LoadSetpoints(TLoadSetpoints::TParts{
+          Ports.Dialogs, Ports.Files, Ports.Clock, FormMain.ModbusPanel, NabtoDevice, FormMain.ReadBack,
+          FormMain.Hosts.ReadBack, FormMain.MemoEventLog, FormMain.SetpointPage.SelectedSetpointParent,
+          Splashscreen.FCurrentInifilesPath.directorypath}) {}
 
 bool TProgram::Start() {
     Splashscreen.FormCreate();
@@ -64,6 +72,7 @@ void TProgram::CreateForms() {
     Splashscreen.infostring.SetCaption(Splashscreen.Texts.MessageMainAppDone);
     Ports.Wait.Sleep(afterMainForm);
     SetupForm.FormCreate();
+    InputDialog.FormCreate(TIniFile(Ports.Files, Splashscreen.FCurrentInifilesPath.Languagefile));
 }
 
 void TProgram::Finish() {

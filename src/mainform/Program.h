@@ -8,6 +8,8 @@
 #include "mainform/Languagedialog.h"
 #include "mainform/Ports.h"
 #include "mainform/Splashscreen.h"
+#include "setpoints/InputDialog.h"
+#include "setpoints/LoadSetpoints.h"
 
 #include <memory>
 
@@ -35,6 +37,8 @@ class TProgram {
     TNabtoLogOn NabtoLogOn;
     Tlanguagedialog languagedialog;
     TSetupForm SetupForm;
+    TInputDialog InputDialog;
+    TLoadSetpoints LoadSetpoints;
 
   private:
     void CreateForms();

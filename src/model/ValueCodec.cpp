@@ -4,6 +4,8 @@
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 
+#include <utility>
+
 namespace tidewell {
 
 namespace {
@@ -14,6 +16,7 @@ constexpr std::size_t minField = 3;
 constexpr std::size_t maxField = 4;
 constexpr std::size_t decimalField = 5;
 constexpr std::size_t offsetField = 6;
+constexpr std::size_t modbusAdrField = 7;
 constexpr std::size_t structnumberField = 8;
 constexpr std::size_t codeField = 9;
 constexpr std::size_t bitNamesField = 10;
@@ -92,25 +95,42 @@ TDatapointValue CalculateDatapointValue(std::string_view graphRow, std::string_v
     return CalculateDatapointValue(ParseGraphPoint(graphRow), TSplitLine(line));
 }
 
+TListRow ParseListRow(std::string text) {
+    TListRow row;
+    row.Text = std::move(text);
+    const TSplitLine fields(row.Text, bitNamesField + 1);
+    row.Name = Trim(fields.Field(nameField));
+    row.Min = Trim(fields.Field(minField));
+    row.Max = Trim(fields.Field(maxField));
+    row.ModbusAdr = Trim(fields.Field(modbusAdrField));
+    row.Code = Trim(fields.Field(codeField));
+    row.BitNames = Trim(fields.Field(bitNamesField));
+    try {
+        row.Structnumber = FieldInteger(fields.Field(structnumberField), row.Name, structnumberField);
+        row.Offset = FieldInteger(fields.Field(offsetField), row.Name, offsetField);
+        row.Decimal = FieldInteger(fields.Field(decimalField), row.Name, decimalField);
+        row.Signed = FloatOf(row.Min, "shown minimum", row.Name) < 0;
+    } catch (const EConvertError& error) {
+        row.Error = error.what();
+    }
+    return row;
+}
+
 void FormatListValues(std::string_view line, std::vector<std::string>& target,
-                      const std::vector<std::string>& rows) {
+                      const std::vector<TListRow>& rows) {
     target.clear();
     target.reserve(rows.size());
     const TSplitLine data(line);
-    for (const std::string& text : rows) {
-        const TSplitLine row(text, structnumberField + 1);
-        const std::string_view name = row.Field(nameField);
-        const auto position = FieldInteger(row.Field(structnumberField), name, structnumberField);
-        const auto offset = FieldInteger(row.Field(offsetField), name, offsetField);
-        const auto decimals = FieldInteger(row.Field(decimalField), name, decimalField);
-        const double minimum = FloatOf(row.Field(minField), "shown minimum", name);
-        const std::string_view value = data.Field(position);
-        long double s = offset;
-        if (minimum >= 0)
-            s += Low16(ToIntegerOr(value, 0));
+    for (const TListRow& row : rows) {
+        if (!row.Error.empty())
+            throw EConvertError(row.Error);
+        const std::string_view value = data.Field(row.Structnumber);
+        long double s = row.Offset;
+        if (row.Signed)
+            s += FloatOf(value, "device value", row.Name);
         else
-            s += FloatOf(value, "device value", name);
-        target.push_back(ScaledText(s, decimals));
+            s += Low16(ToIntegerOr(value, 0));
+        target.push_back(ScaledText(s, row.Decimal));
     }
 }
 
@@ -144,22 +164,20 @@ std::string FormatRowLimits(std::string_view row, std::vector<std::string>& para
     return result;
 }
 
-std::string CellText(std::string_view row, const std::string& formattedValue) {
+std::string CellText(const TListRow& row, const std::string& formattedValue) {
     if (formattedValue.empty())
         return {};
-    const TSplitLine fields(row, bitNamesField + 1);
-    const std::string_view code = Trim(fields.Field(codeField));
     const std::int32_t value = ToIntegerOr(formattedValue, 0);
     const auto low = static_cast<std::uint32_t>(value) & 0xFFU;
     const auto high = (static_cast<std::uint32_t>(value) >> 8U) & 0xFFU;
     std::string text;
-    if (code == "100" && !Trim(fields.Field(bitNamesField)).empty())
+    if (row.Code == "100" && !row.BitNames.empty())
         text = BitFieldText(value);
-    else if (code == "101")
+    else if (row.Code == "101")
         text = std::to_string(Low16(value) * 2);
-    else if (code == "102")
+    else if (row.Code == "102")
         text = CharacterText(low) + CharacterText(high);
-    else if (code == "103")
+    else if (row.Code == "103")
         text = CharacterText(high) + CharacterText(low);
     return text.empty() ? formattedValue : text;
 }

@@ -31,11 +31,29 @@ struct TDatapointValue {
 TDatapointValue CalculateDatapointValue(const TGraphPoint& point, const TSplitLine& line);
 TDatapointValue CalculateDatapointValue(std::string_view graphRow, std::string_view line);
 
-// Refills the target with the shown text of each list row's value in the data line. The rows must bear their
-// shown limits (see FormatRowLimits): a minimum of 0 or more takes the value's low 16 bits, 0 if it is no
-// integer; below 0 it is taken as a floating-point number, and one that is none throws EConvertError.
+// A list row that bears its shown limits (see FormatRowLimits), its fields read once. A row with a bad field
+// is parsed too: Error tells what is wrong, and formatting a value of it throws that.
+struct TListRow {
+    std::string Text; // the whole row
+    std::string Name; // trimmed, as all fields here
+    std::string Min;
+    std::string Max;
+    std::string ModbusAdr;
+    std::string Code; // of unit or type
+    std::string BitNames;
+    std::int32_t Structnumber = 0; // field of the data line
+    std::int32_t Offset = 0;
+    std::int32_t Decimal = 0;
+    bool Signed = false; // the shown minimum is below 0
+    std::string Error;   // empty: the numbers are good
+};
+TListRow ParseListRow(std::string text);
+
+// Refills the target with the shown text of each row's value in the data line. An unsigned row takes the
+// value's low 16 bits, 0 if it is no integer; a signed one takes it as a floating-point number, and one that
+// is none throws EConvertError. After a throw the target holds the texts of the rows before.
 void FormatListValues(std::string_view line, std::vector<std::string>& target,
-                      const std::vector<std::string>& rows);
+                      const std::vector<TListRow>& rows);
 
 // The list row with Min and Max in their shown form. A row of more than 18 fields adds field 18, its help
 // number, to the list.
@@ -43,6 +61,6 @@ std::string FormatRowLimits(std::string_view row, std::vector<std::string>& para
 
 // What the grid shows for the formatted value of a list row: the type codes "100" to "103" have a form of
 // their own, and fall back to the formatted value where that form is empty.
-std::string CellText(std::string_view row, const std::string& formattedValue);
+std::string CellText(const TListRow& row, const std::string& formattedValue);
 
 } // namespace tidewell

@@ -1,15 +1,26 @@
 #pragma once
 
+#include "core/HelpfileDoc.h"
+#include "core/controls/Menu.h"
 #include "core/controls/Simple.h"
 #include "core/controls/StringGrid.h"
 #include "core/controls/TreeView.h"
 #include "model/ModbusPanel.h"
+#include "model/ValueCodec.h"
+#include "setpoints/SetpointTexts.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tidewell {
+
+class IClock;
+class IDialogs;
+class TInputDialog;
 
 // One of a group of stacked panels; collapsed, only its caption is left.
 class TCategoryPanel : public TPanel {
@@ -26,10 +37,33 @@ class TCategoryPanel : public TPanel {
 };
 
 // The page of the device tree and the setpoint grid. Values arrive as data lines and are matched to list rows
-// by their structnumber alone.
+// by their structnumber alone. What the grid shows is read from the page while painting; only its number of
+// rows stands in its cells.
 class TSetpointPage {
   public:
-    explicit TSetpointPage(const TModbusPanel& panel);
+    // What the page needs of the main form.
+    class IHost {
+      public:
+        virtual ~IHost() = default;
+        virtual bool DatalogOn() const = 0;
+        virtual bool DatalogFileOpen() const = 0;          // the graph shows a datalog from a file
+        virtual std::string LastDatalogLine() const = 0;   // of that datalog
+        virtual std::string CurrentDataString() const = 0; // values of the last cycle; may be empty
+        virtual std::size_t DatalogCount() const = 0;
+    };
+    struct TParts {
+        IHost& Host;
+        IDialogs& Dialogs;
+        const IClock& Clock;
+        TModbusPanel& Panel;
+        THelpfileDoc& HelpfileDoc;
+        TInputDialog& InputDialog; // may be made after the page
+        const TSetpointTexts& Texts;
+    };
+
+    explicit TSetpointPage(const TParts& parts);
+    TSetpointPage(const TSetpointPage&) = delete;
+    TSetpointPage& operator=(const TSetpointPage&) = delete;
 
     // A root per device of the panel, below it the groups of its list rows.
     void BuildSetpointTree();
@@ -39,17 +73,58 @@ class TSetpointPage {
     // SetpointListReady is false. Throws EConvertError for a row with a bad field.
     void ApplyDataLine(std::string_view line);
 
+    // Shows the setpoints of the chosen group, and their values if any are known; nothing for a device node.
+    // Throws EConvertError for a list row with a bad field: the rows before it are then shown without values.
+    void SetpointTreeViewClick();
+    // On a device node the right button opens Setpointpopup.
+    void SetpointTreeViewMouseDown(bool rightButton);
+    // These two open the input dialog, in silence nothing without rows or while nothing is logged. A double
+    // click on no list row throws EListError.
+    void SetpointGridDblClick(int row);
+    void SetpointGridKeyPress(const std::string& key);
+    // Takes the row's help number. Throws EListError for the first row behind those that have one.
+    void SetpointGridSelectCell(int row);
+    TCellLook SetpointGridDrawCell(int column, int row) const;
+
+    // Empties SetpointFilter; false if it was.
+    bool ClearSetpointFilter();
+
     TTreeView SetpointTreeView{"SetpointTreeView"};
     TStringGrid SetpointGrid{"SetpointGrid"};
     TCategoryPanel CategoryPanelSetpoints{"CategoryPanelSetpoints"}; // holds the tree
     TCategoryPanel CategoryPanelDebug{"CategoryPanelDebug"};         // holds the event log
+    TPopupMenu Setpointpopup{"Setpointpopup"};
+    TMenuItem Savesetpoints1{"Savesetpoints1", "Save setpoints"};
+    TMenuItem Loadsetpointfromfile1{"Loadsetpointfromfile1", "Load setpoint from file"};
+    // Narrows the rows as one types: to those with the text, letters large or small, as a part of their name,
+    // unit or ModbusAdr. A selected setpoint stays selected, and is again when it comes back.
+    TEdit SetpointFilter{"SetpointFilter"};
+    TLabel LblSetpointCount{"LblSetpointCount"};         // "n of m setpoints", as the filter lets pass
+    TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear; hidden once a group is chosen
 
-    std::vector<std::string> SetpointValues;       // list rows of the chosen group, limits in shown form
+    std::vector<TListRow> SetpointValues;          // list rows of the chosen group
     std::vector<std::string> CurrentSetpointValue; // shown value of each of them; empty before the first line
+    std::vector<std::size_t> ShownRows; // entries that the filter lets pass; grid row r shows r - 1
     bool SetpointListReady = false;
+    std::int32_t CurrentModbusID = -1;  // of the chosen group's device
+    std::string SelectedSetpointParent; // device node of the popup menu, empty if none
 
   private:
-    const TModbusPanel& Panel;
+    void ConnectControls();
+    std::optional<std::size_t> EntryOf(int row) const; // shown in that grid row
+    std::string CellOf(std::size_t entry, int column) const;
+    std::string UnitOf(const TListRow& row) const;
+    void ReadGroup(std::string_view device, std::string_view group);
+    void ShowGroup();
+    void ShowCurrentValues();
+    void FilterRows();
+    void SetpointFilterChange();
+    void ShowRows(int selectedRow);
+    bool CanEdit() const;
+    void EditSetpoint(std::size_t entry, const std::string& typed);
+
+    TParts Parts;
+    std::optional<std::size_t> SelectedEntry; // also while the filter hides it
 };
 
 } // namespace tidewell

@@ -46,6 +46,7 @@ TEST(KvSupport, ReadsFields) {
 TEST(KvSupport, SetsFieldsAndKeepsTheOthersAsTheyAre) {
     EXPECT_EQ(SetRowField("", 2, "x"), ";;x");
     EXPECT_EQ(SetRowField("a;b;", 2, "x"), "a;b;x");
+    EXPECT_EQ(SetRowField("a;b", 4, "x"), "a;b;;;x");
     EXPECT_EQ(SetRowField("\"a;b\";5\" pipe;c", 2, "x"), "\"a;b\";5\" pipe;x");
     EXPECT_EQ(SetRowField("a;b", 0, "\"q\";"), "\"\"\"q\"\";\";b");
     for (const char* value : {"", "plain", "a;b", "\"", "\"\"", "a\"b", ";"})

@@ -105,7 +105,6 @@ TEST_F(DialogsTest, TheKeyboardAloneLeadsFromTheLogonToALinkedController) {
     EXPECT_TRUE(Robot.Done());
     EXPECT_EQ(main.Caption(), "/opt/tidewell/profile/Aria450_english.pls");
     EXPECT_EQ(Screen.Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example");
-    EXPECT_EQ(TopWindow()->objectName(), "FormMain");
 }
 
 TEST_F(DialogsTest, TheLogonTakesItsKeys) {
@@ -135,7 +134,7 @@ TEST_F(DialogsTest, TheLogonTakesItsKeys) {
         Type(QString::fromUtf8("Grüße, \"$\"")); // as it is sent, and never as it is shown
         auto& password = Child<QLineEdit>(view, "EditPW");
         EXPECT_EQ(password.text(), QString::fromUtf8("Grüße, \"$\""));
-        EXPECT_EQ(password.displayText().count(password.displayText().at(0)), 10);
+        EXPECT_EQ(password.displayText(), "**********");
         auto& offline = Child<QCheckBox>(view, "offLineSessionCheckBox");
         QHelpEvent help(QEvent::ToolTip, QPoint(3, 3), offline.mapToGlobal(QPoint(3, 3)));
         QCoreApplication::sendEvent(&offline, &help);

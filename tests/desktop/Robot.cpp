@@ -14,6 +14,16 @@ namespace {
 constexpr int lookInterval = 5;  // ms
 constexpr int patience = 10'000; // ms
 
+// The dialog on top if it has that name; without dialogs, the window of that name.
+QWidget* Find(const QString& name) {
+    QWidget* found = QApplication::activeModalWidget();
+    if (found == nullptr)
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->objectName() == name && window->isVisible())
+                found = window;
+    return found != nullptr && found->objectName() == name ? found : nullptr;
+}
+
 } // namespace
 
 void TRobot::On(const QString& window, TAction action) {
@@ -31,14 +41,11 @@ void TRobot::LookSoon() {
 }
 
 void TRobot::Look() {
-    QWidget* const top = TopWindow();
-    bool comes = !Steps.empty() && top != nullptr && top->objectName() == Steps.front().Window;
-    if (comes && !top->isActiveWindow()) {
+    QWidget* const top = Steps.empty() ? TopWindow() : Find(Steps.front().Window);
+    if (Steps.empty() || top == nullptr || !top->isActiveWindow()) {
         // A platform without a display has nobody who hands the keyboard back when a window closes.
-        QApplication::setActiveWindow(top);
-        comes = false;
-    }
-    if (!comes) {
+        if (!Steps.empty() && top != nullptr)
+            QApplication::setActiveWindow(top);
         if (Steps.empty() && QApplication::activeModalWidget() == nullptr)
             return;
         if (Waiting.elapsed() < patience)
@@ -46,7 +53,7 @@ void TRobot::Look() {
         const QString line =
             QStringLiteral("waits for %1, sees %2")
                 .arg(Steps.empty() ? QStringLiteral("the end of all dialogs") : Steps.front().Window,
-                     top != nullptr ? top->objectName() : QStringLiteral("nothing"));
+                     TopWindow() != nullptr ? TopWindow()->objectName() : QStringLiteral("nothing"));
         Steps.clear();
         return Stuck(line);
     }
@@ -63,10 +70,6 @@ QWidget* TopWindow() {
     QWidget* top = QApplication::activeModalWidget();
     if (top == nullptr)
         top = QApplication::activeWindow();
-    if (top == nullptr)
-        for (QWidget* window : QApplication::topLevelWidgets())
-            if (window->isVisible() && window->windowType() == Qt::Window)
-                top = window;
     return top != nullptr && top->isVisible() ? top : nullptr;
 }
 

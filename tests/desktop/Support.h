@@ -22,11 +22,11 @@ inline TQtApplication& Application() {
     return *static_cast<TQtApplication*>(QCoreApplication::instance());
 }
 
-// Turns the event loop until the condition holds, for a few seconds at most; whether it holds.
-inline bool WaitFor(const std::function<bool()>& condition) {
+// Turns the event loop until the condition holds or the time (ms) has passed; whether it holds.
+inline bool WaitFor(const std::function<bool()>& condition, int patience = 5000) {
     QElapsedTimer elapsed;
     elapsed.start();
-    while (!condition() && elapsed.elapsed() < 5000)
+    while (!condition() && elapsed.elapsed() < patience)
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
     return condition();
 }

@@ -137,25 +137,9 @@ TEST(InstalledProfiles, LanguagesDifferInTextsOnly) {
                                << section;
                        });
         ASSERT_EQ(english.Rows.size(), german.Rows.size());
-        std::map<std::string, std::string> groups;
-        for (std::size_t row = 0; row < english.Rows.size(); ++row) {
+        for (std::size_t row = 0; row < english.Rows.size(); ++row)
             EXPECT_EQ(english.Rows[row].Fields.at(8), german.Rows[row].Fields.at(8)) << "order of the rows";
-            const std::string& group = german.Rows[row].Fields.at(15);
-            EXPECT_EQ(groups.emplace(english.Rows[row].Fields.at(15), group).first->second, group);
-        }
     }
-}
-
-TEST(InstalledProfiles, OnlyTheFirstModelKeepsAFlashDatalog) {
-    TInstallation installation;
-    const TInstalledProfile aria(installation, "Aria450_deutsch.pls");
-    EXPECT_TRUE(aria.Profile.FlashPage.doFlashPage && aria.Profile.FlashPage.DF_FDCountNum != 0);
-    EXPECT_EQ(aria.Profile.GetFlashLogProfilepath(),
-              installation.Directory / "profile/Aria450_deutsch_Flash.pls");
-    EXPECT_EQ(aria.PolledValues, 126) << "as many as a flash record holds";
-    const TInstalledProfile loft(installation, "Loft120_deutsch.pls");
-    EXPECT_FALSE(loft.Profile.FlashPage.doFlashPage);
-    EXPECT_EQ(loft.Profile.GetFlashLogProfilepath(), "");
 }
 
 } // namespace tidewell::test

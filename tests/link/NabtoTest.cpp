@@ -200,14 +200,20 @@ TEST_F(TNabtoTest, ReadsReplies) {
          "-"},
         {R"({"response":{"Pong":"1886350951","data":[]}})", "", 1, 0, "-"},
     };
-    Make().errormessage = "-";
+    Make();
     for (const auto& test : cases) {
-        Nabto->SlaveModel = "old";
+        Nabto->SlaveDeviceNum = Nabto->SlaveModel = Nabto->GatewayVersion = "old";
+        const auto told = [&] {
+            EXPECT_EQ(std::exchange(Nabto->errormessage, "-"), test.Error) << test.Json;
+        };
+        Nabto->errormessage = "-";
         EXPECT_EQ(Nabto->JsonToValue(test.Json), test.Values);
+        told();
         EXPECT_EQ(Nabto->getResponseStatus(test.Json), test.Status) << test.Json;
+        told();
         EXPECT_EQ(Nabto->getpingResponse(test.Json), test.Pong) << test.Json;
-        EXPECT_EQ(std::exchange(Nabto->errormessage, "-"), test.Error) << test.Json;
-        EXPECT_EQ(Nabto->SlaveModel, "");
+        told();
+        EXPECT_EQ(Nabto->SlaveDeviceNum + Nabto->SlaveModel + Nabto->GatewayVersion, "");
     }
     Nabto->versionNP = "kept";
     EXPECT_EQ(Nabto->getpingResponse(R"({"response":{"Pong":1886350951,"Devicenumber":1001,"Model":30015,

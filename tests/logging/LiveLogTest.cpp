@@ -10,7 +10,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -80,7 +79,8 @@ class TRig {
     TProfile Profile{Files};
     TMemo MemoEventLog{"MemoEventLog"};
     TLogBuffers Buffers;
-    TGraphPage Page{Profile, Buffers, MemoEventLog};
+    TProgressBar FileProgressBar{"FileProgressBar"};
+    TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
     TLoggingTexts Texts{"Started", "Stopped", Question, "ON", "OFF", "Save it"};
     TCurrentInifilesPath Paths{{}, {}, {}, {}, "/t"};
@@ -123,7 +123,8 @@ TEST(LiveLog, SavesMoreThanOneBlock) {
     std::string expected;
     for (int value = 0; value < 30'000; ++value)
         wide += std::to_string(value) + "; ";
-    const std::string saved = std::regex_replace(wide, std::regex(" "), "");
+    std::string saved = wide;
+    std::erase(saved, ' ');
     for (int row = 0; row < 5; ++row) {
         rig.Step(wide);
         expected += std::to_string(row + 1) + ";02-03-2026;08:00:0" + std::to_string(row * 2) + ';' + saved +
@@ -194,7 +195,7 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
     EXPECT_THAT(rig.Host.TakeCalls(), ElementsAre("init", "repaint", "startLog", "repaint"));
     EXPECT_EQ(rig.Saved(Partial), Header);
     EXPECT_TRUE(rig.Log.DatalogOn);
-    EXPECT_EQ(rig.Log.CurrentLogStartDate, "02-03-2026");
+    EXPECT_EQ(rig.Page.CurrentLogStartDate, "02-03-2026");
     EXPECT_EQ(rig.TrafficButton.Color(), TColor{32768});
     EXPECT_EQ(rig.TrafficButton.Caption(), "ON");
     EXPECT_FALSE(rig.Page.graph.Cursors[0].Visible());
@@ -252,6 +253,33 @@ TEST(LiveLog, TheUserSavesUnderANameOfHisOwn) {
         EXPECT_EQ(rig.Dialogs.LastFileDialog.InitialDirectory, "/t/log/userlog");
         EXPECT_EQ(rig.Buffers.DatalogCount, 1U);
     }
+}
+
+// An opened datalog of two rows, and a log that is not to clear it: its rows go behind, with their own times.
+TEST(LiveLog, GoesOnBehindAnOpenedDatalog) {
+    class TThreeLines : public IDataLines {
+      public:
+        std::size_t Count() const override { return 3; }
+        std::string_view Next() override { return "1;01-01-2020;12:00:00;50;"; }
+    } lines;
+    TRig rig;
+    rig.Page.DrawGraphDatafromList(lines);
+    rig.Dialogs.ExpectMessage(Question, EModalResult::No);
+    rig.Log.StartLog(true, true);
+    rig.Step("1; ");
+    rig.Log.UpdateTimerCallBackEvents.DatalogCount =
+        1; // the step that saves finds a full disk, and is repeated
+    rig.Files.Room = 0;
+    EXPECT_THROW(rig.Step("2; "), EInOutError);
+    rig.Files.Room = 1000;
+    rig.Step("3; ");
+    EXPECT_EQ(rig.Page.GraphSampleCount(), 4U);
+    EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.Count(), 4U);
+    EXPECT_EQ(rig.Page.DataLogDataValues.At(0, 1), 5);
+    EXPECT_EQ(rig.Page.DataLogDataValues.At(0, 3), 0.3);
+    rig.Log.SaveDataLogFile(Partial);
+    EXPECT_EQ(rig.Saved(Partial),
+              "1;02-03-2026;08:00:00;1;0;\r\n2;02-03-2026;08:00:02;3;0;\r\n" + std::string(Header));
 }
 
 } // namespace tidewell

@@ -26,7 +26,7 @@ std::string ListRow(const std::string& min, const std::string& decimal, const st
 
 std::string Formatted(const std::string& line, const std::string& row) {
     std::vector<std::string> target{"stale"};
-    FormatListValues(line, target, {row});
+    FormatListValues(line, target, {ParseListRow(row)});
     return target.size() == 1 ? target.front() : "no single text";
 }
 
@@ -54,24 +54,48 @@ TEST(ValueCodec, FormatsListValues) {
     struct {
         std::string Min, Decimal, Offset, Value, Shown;
     } const cases[] = {
-        {"0", "0", "0", "", "0"},        {"0", "0", "7", "garbage", "7"},
-        {"0", "0", "5", "10", "15"},     {"-1", "0", "1", "12.25", "13"},
-        {"0", "0", "0", "1.5", "0"},     {"0", "0", "0", "70000", "4464"},
-        {"0", "-2", "0", "3", "300"},    {"1.2345679E8", "0", "0", "4", "4"},
-        {"0", "-1", "0", "12", "120"},   {" 0 ", " 1 ", " -5 ", " 10", "0.5"},
-        {"0", "0", "0", "-1", "65535"},  {"-0.5", "0", "0", "70000", "70000"},
-        {"-1", "1", "0", "-5", "-0.5"},  {"0", "-4", "0", "65535", "6.5535E8"},
-        {"0", "1", "0", "-5", "6553.1"}, {"-10.0", "1", "0", "65436", "6543.6"},
+        {"0", "0", "0", "", "0"},
+        {"0", "0", "7", "garbage", "7"},
+        {"0", "0", "5", "10", "15"},
+        {"-1", "0", "1", "12.25", "13"},
+        {"0", "0", "0", "1.5", "0"},
+        {"0", "0", "0", "70000", "4464"},
+        {"0", "-2", "0", "3", "300"},
+        {"1.2345679E8", "0", "0", "4", "4"},
+        {"0", "-1", "0", "12", "120"},
+        {" 0 ", " 1 ", " -5 ", " 10", "0.5"},
+        {"0", "0", "0", "-1", "65535"},
+        {"-0.5", "0", "0", "70000", "70000"},
+        {"-1", "1", "0", "-5", "-0.5"},
+        {"0", "-4", "0", "65535", "6.5535E8"},
+        {"0", "1", "0", "-5", "6553.1"},
+        {"-10.0", "1", "0", "65436", "6543.6"},
+        {"0", "-9", "0", "3", "3E9"},
+        {"0", "9", "0", "1234", "0.000001234"},
+        {"-1", "9", "0", "-1234567891", "-1.234567900"},
+        {"-1", "0", "2147483647", "2147483647", "4.2949673E9"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(Formatted("1;d;t;" + c.Value + ";", ListRow(c.Min, c.Decimal, c.Offset)), c.Shown)
             << c.Min << " " << c.Decimal << " " << c.Offset << " " << c.Value;
-    EXPECT_EQ(Formatted("1;d;t;10;20;", ListRow("0", "1", "0", "1", "", "4")), "2.0");
-    EXPECT_EQ(Formatted("1;d;t;10;20;", ListRow("0", "1", "0", "1", "", "8")), "0.0");
+
+    std::vector<std::string> target;
+    std::vector<TListRow> rows;
+    for (const char* structnumber : {"4", "3", "8", "-1", "2147483647"})
+        rows.push_back(ParseListRow(ListRow("0", "1", "0", "1", "", structnumber)));
+    FormatListValues("1;d;t;10;20;", target, rows);
+    EXPECT_THAT(target, ElementsAre("2.0", "1.0", "0.0", "0.0", "0.0"));
 }
 
 TEST(ValueCodec, NamesTheRowOfABadField) {
     const std::string line = "1;d;t;;";
+    // The rows before it have their texts.
+    std::vector<std::string> target;
+    EXPECT_THROW(
+        FormatListValues(line, target,
+                         {ParseListRow(ListRow("0", "0", "7")), ParseListRow(ListRow("0", "0", "?"))}),
+        EConvertError);
+    EXPECT_THAT(target, ElementsAre("7"));
     EXPECT_THAT([&] { Formatted(line, ListRow("0", "x", "0")); },
                 ThrowsMessage<EConvertError>("'x' is not a valid integer value (field 5 of row \"Pump\")"));
     for (const auto& row : {ListRow("0", "0", "1.5"), ListRow("", "0", "0"), ListRow("a", "0", "0"),
@@ -119,11 +143,14 @@ TEST(ValueCodec, FormatsLimits) {
     std::vector<std::string> paraIds;
     EXPECT_EQ(FormatRowLimits("0;Pump;40;-100;250;1;0;7;3;1;", paraIds), "0;Pump;40;-10.0;25.0;1;0;7;3;1;");
     EXPECT_EQ(FormatRowLimits("0;Pump;40; 0 ;3;-2;5;7;3;1", paraIds), "0;Pump;40;500;800;-2;5;7;3;1");
+    EXPECT_EQ(FormatRowLimits("0;P;40;-2147483648;2147483647;-9;1;", paraIds),
+              "0;P;40;-2.1474836E18;2.1474836E18;-9;1;");
     for (const char* end : {"", ";4711;key"})
         FormatRowLimits(std::string("0;P;40;0;3;0;0;7;3;1;;;;;;G;;x") + end, paraIds);
     EXPECT_THAT(paraIds, ElementsAre("4711"));
     for (const std::string row :
-         {"0;P;40;;3;0;0;", "0;P;40;0;3.5;0;0;", "0;P;40;0;3;a;0;", "0;P;40;0;3;0;", ""})
+         {"0;P;40;;3;0;0;", "0;P;40;0;3.5;0;0;", "0;P;40;0;3;a;0;", "0;P;40;0;3;0;",
+          "0;P;40;0;4294967296;0;0;", "0;P;40;-2147483649;3;0;0;", "0;P;40;0;3;0;1e1;", ""})
         EXPECT_THROW(FormatRowLimits(row, paraIds), EConvertError) << row;
 }
 
@@ -143,10 +170,10 @@ TEST(ValueCodec, ShowsTypeCodes) {
         {"101", "", "-1", "131070"}, {" 100 ", "a", "65535", "11111111  11111111"},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(CellText(ListRow("0", "0", "0", c.Code, c.Bits), c.Formatted), c.Shown)
+        EXPECT_EQ(CellText(ParseListRow(ListRow("0", "0", "0", c.Code, c.Bits)), c.Formatted), c.Shown)
             << c.Code << " " << c.Formatted;
     for (const std::string code : {"100", "101", "102", "103", "1"})
-        EXPECT_EQ(CellText(ListRow("0", "0", "0", code, "a"), ""), "") << code;
+        EXPECT_EQ(CellText(ParseListRow(ListRow("0", "0", "0", code, "a")), ""), "") << code;
 }
 
 } // namespace tidewell::test

@@ -467,6 +467,10 @@ TEST_F(TServiceTest, FaultsStrikeServiceFunctions) {
     EXPECT_EQ(Read("eepReadRaw.json", 0, 10).size(), 3U);
     EXPECT_EQ(Read("eepReadRaw.json", 0, 2).size(), 0U);
     EXPECT_EQ(Read("flashRead.json", 0, 10).size(), 5U);
+    Load("NoAnswer=on; skip=4; times=1"); // the second piece of the stream
+    Prepare(1, image);
+    Stream(0xA10000, 600, image);
+    EXPECT_EQ(Controller().Service.Firmware().Bytes(1).size(), 512U);
     Load("BrokenStream=300; times=2");
     Prepare(1, image);
     Stream(0xA10000, 600, image);

@@ -1,51 +1,42 @@
-#include "link/NabtoClientApi.h"
+#include "core/DiskFiles.h"
+#include "link/DynamicLibraryLoader.h"
+#include "link/NabtoLibrary.h"
 
-#include <dlfcn.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <memory>
-#include <string>
 
-namespace {
+namespace tidewell {
 
 // The built library, loaded as the program does it, on real files and real time.
 TEST(SharedLibrary, WorksThroughItsCFunctionsAndShowsNothingElse) {
     const auto bin = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     const auto home = std::filesystem::temp_directory_path() / ("tidewell_sim_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(home);
     ::unsetenv("TIDEWELL_SIMULATION");
-    const std::unique_ptr<void, int (*)(void*)> library(
-        ::dlopen((bin / "libnabto_client_api.so").c_str(), RTLD_NOW | RTLD_LOCAL), ::dlclose);
-    ASSERT_NE(library, nullptr) << ::dlerror();
-    const auto symbol = [&library](const char* name) {
-        return ::dlsym(library.get(), name);
-    };
-    EXPECT_EQ(symbol("_ZN8tidewell15BindEntryPointsEPNS_15TSimulatedNabtoE"), nullptr);
-    for (const char* name :
-         {"nabtoCreateProfile", "nabtoOpenSession", "nabtoRpcSetDefaultInterface", "nabtoRpcInvoke",
-          "nabtoFree", "nabtoCloseSession", "nabtoShutdown", "nabtoStreamOpen", "nabtoStreamClose",
-          "nabtoStreamReadIntoBuf", "nabtoStreamWrite", "nabtoGetLocalDevices"}) {
-        EXPECT_NE(symbol(name), nullptr) << name;
-    }
+    TDynamicLibraryLoader loader(bin);
+    EXPECT_EQ(loader.Load("nabto_client_api")->Symbol("_ZN8tidewell15BindEntryPointsEPNS_15TSimulatedNabtoE"),
+              nullptr);
+    const TNabtoLibrary library(loader);
+    EXPECT_TRUE(library.NabtoCloseSession && library.NabtoShutdown && library.NabtoStreamOpen &&
+                library.NabtoStreamClose && library.NabtoStreamReadIntoBuf && library.NabtoStreamWrite &&
+                library.NabtoFree && library.NabtoGetLocalDevices && library.NabtoRpcInvoke &&
+                library.NabtoRpcSetDefaultInterface && library.NabtoOpenSession);
 
-    const auto startup = reinterpret_cast<decltype(&nabtoStartup)>(symbol("nabtoStartup"));
     testing::internal::CaptureStderr();
-    EXPECT_EQ(startup(home.c_str()), NABTO_ERROR_READING_CONFIG);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find((home / "simulation.ini").string()),
-              std::string::npos);
-    std::ofstream(home / "simulation.ini") << "[Simulation]\nControllers=a\n[Controller a]\nId=410000000001\n"
-                                              "Model=1\nDevicenumber=2\n";
-    EXPECT_EQ(startup(home.c_str()), NABTO_OK);
-    EXPECT_EQ(reinterpret_cast<decltype(&nabtoCreateProfile)>(symbol("nabtoCreateProfile"))("a@x", "pw"),
-              NABTO_OK);
-    EXPECT_TRUE(std::filesystem::exists(home / "users" / "a@x"));
-    EXPECT_STREQ(reinterpret_cast<decltype(&nabtoStatusStr)>(symbol("nabtoStatusStr"))(NABTO_BUFFER_FULL),
-                 "The stream takes no more data at present");
+    EXPECT_EQ(library.NabtoStartUp(home.c_str()), NABTO_ERROR_READING_CONFIG);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::HasSubstr((home / "simulation.ini").string()));
+    TDiskFiles files;
+    files.CreateDirectories(home);
+    const auto file = files.Replace(home / "simulation.ini");
+    file->Write("[Simulation]\nControllers=a\n[Controller a]\nId=410000000001\nModel=1\nDevicenumber=2\n");
+    file->Commit();
+    EXPECT_EQ(library.NabtoStartUp(home.c_str()), NABTO_OK);
+    EXPECT_EQ(library.NabtoCreateProfile("a@x", "pw"), NABTO_OK);
+    EXPECT_TRUE(files.FileExists(home / "users" / "a@x"));
+    EXPECT_EQ(library.StatusText(NABTO_BUFFER_FULL), "The stream takes no more data at present");
     std::filesystem::remove_all(home);
 }
 
-} // namespace
+} // namespace tidewell

@@ -185,8 +185,10 @@ TEST_F(TSimulatedControllerTest, FaultsSpoilTheAnswersThatTheyConcern) {
     }
 }
 
-TEST_F(TSimulatedControllerTest, StreamsBreakWhereTheFaultTells) {
-    Load("StreamPiece=4\n[Faults a]\nNoAnswer=on; query=stream; times=1\nBrokenStream=9\nSlowStream=50ms\n");
+TEST_F(TSimulatedControllerTest, KeysOfTheControllerAndFaultsOfItsStreams) {
+    Load("WriteStatus=0\nStreamPiece=4\n[Values a]\nsetpoint 0 1 = 5\n[Faults a]\nNoAnswer=on; query=stream; "
+         "times=1\nBrokenStream=9\nSlowStream=50ms\n");
+    EXPECT_EQ(Do("write 0 1 5"), "status 0");
     Controller().PrepareStream("0123456789");
     EXPECT_FALSE(Controller().OpenStream(0));
     ASSERT_TRUE(Controller().OpenStream(0));

@@ -54,6 +54,28 @@ std::string TMemoryFiles::Read(const std::filesystem::path& path) const {
     return found->second;
 }
 
+namespace {
+
+class TReader : public IFileReader {
+  public:
+    explicit TReader(std::string content) : Content(std::move(content)) {}
+    std::size_t Read(std::span<char> buffer) override {
+        const std::size_t count = Content.copy(buffer.data(), buffer.size(), At);
+        At += count;
+        return count;
+    }
+
+  private:
+    std::string Content;
+    std::size_t At = 0;
+};
+
+} // namespace
+
+std::unique_ptr<IFileReader> TMemoryFiles::Open(const std::filesystem::path& path) const {
+    return std::make_unique<TReader>(Read(path));
+}
+
 std::unique_ptr<IFileWriter> TMemoryFiles::Replace(const std::filesystem::path& path) {
     const auto plain = Plain(path);
     if (IsUnwritable(plain))

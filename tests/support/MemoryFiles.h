@@ -25,6 +25,7 @@ class TMemoryFiles : public IFiles {
     void Put(const std::filesystem::path& path, const std::string& bytes);
 
     std::string Read(const std::filesystem::path& path) const override;
+    std::unique_ptr<IFileReader> Open(const std::filesystem::path& path) const override;
     std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) override;
     bool FileExists(const std::filesystem::path& path) const override;
     bool DirectoryExists(const std::filesystem::path& path) const override;

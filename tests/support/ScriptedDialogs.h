@@ -21,6 +21,7 @@ class TScriptedDialogs : public IDialogs {
     void AllowMessage(const std::string& text, EModalResult answer = EModalResult::Ok);
     void ExpectInput(const std::string& title, std::optional<std::string> answer);
     void ExpectOpenFile(const std::string& title, std::optional<std::filesystem::path> answer);
+    void ExpectOpenFiles(const std::string& title, std::vector<std::filesystem::path> answer);
     void ExpectSaveFile(const std::string& title, std::optional<std::filesystem::path> answer);
     // The next modal form must bear this Name. The action drives it; if it sets no result the form is closed.
     void ExpectForm(const std::string& name, std::function<void(TForm&)> action);
@@ -45,6 +46,7 @@ class TScriptedDialogs : public IDialogs {
     std::optional<std::string> InputBox(const std::string& title, const std::string& prompt,
                                         const std::string& text) override;
     std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) override;
+    std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) override;
     std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) override;
     EModalResult ShowModal(TForm& form) override;
     void Show(TForm& form) override;
@@ -54,13 +56,14 @@ class TScriptedDialogs : public IDialogs {
 
   private:
     struct TStep {
-        std::string Kind; // "message", "input", "open", "save", "form", "popup"
+        std::string Kind; // "message", "input", "open", "open many", "save", "form", "popup"
         std::string Text;
         EModalResult Answer = EModalResult::None;
         std::optional<std::string> Input;
         std::optional<std::filesystem::path> Path;
         std::function<void(TForm&)> Form;
         std::function<void(TPopupMenu&)> Menu;
+        std::vector<std::filesystem::path> Paths;
     };
     std::optional<TStep> Take(const std::string& kind, const std::string& text);
 

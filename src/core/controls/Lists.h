@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/controls/Color.h"
 #include "core/controls/Control.h"
 
 #include <cstddef>
@@ -51,6 +52,45 @@ class TComboBox : public TItemsControl {
 class TRadioGroup : public TItemsControl {
   public:
     using TItemsControl::TItemsControl;
+};
+
+// Rows of text, each in a colour of its own. While an update is held back the view shows the rows as they
+// were.
+class TColorList : public TControl {
+  public:
+    struct TRow {
+        std::string Caption;
+        TColor Color;
+    };
+    using TControl::TControl;
+    const std::vector<TRow>& Rows() const { return Entries; }
+    void Clear() {
+        Entries.clear();
+        Tell();
+    }
+    void Add(TRow row) {
+        Entries.push_back(std::move(row));
+        Tell();
+    }
+    void SetRow(std::size_t index, TRow row) { // throws std::out_of_range
+        Entries.at(index) = std::move(row);
+        Tell();
+    }
+    bool Updating() const { return Held > 0; }
+    void BeginUpdate() { ++Held; }
+    void EndUpdate() {
+        if (--Held == 0)
+            Changed.Emit();
+    }
+    TEvent<> OnClick;
+
+  private:
+    void Tell() {
+        if (Held == 0)
+            Changed.Emit();
+    }
+    std::vector<TRow> Entries;
+    int Held = 0;
 };
 
 // Lines of text, read-only to the user. Appending is cheap: a view follows LineAdded and need not read all

@@ -45,18 +45,18 @@ class TSignal {
         const std::size_t id = Slots->NextId++;
         Slots->Handlers.emplace(id, std::make_shared<THandler>(std::move(handler)));
         return TConnection([weak = std::weak_ptr<TSlots>(Slots), id] {
-            if (auto slots = weak.lock())
-                slots->Handlers.erase(id);
+            if (auto kept = weak.lock())
+                kept->Handlers.erase(id);
         });
     }
 
     void Emit(TArgs... args) const {
-        const auto slots = Slots;
-        for (auto next = slots->Handlers.begin(); next != slots->Handlers.end();) {
+        const auto kept = Slots;
+        for (auto next = kept->Handlers.begin(); next != kept->Handlers.end();) {
             const std::size_t id = next->first;
             const auto handler = next->second;
             (*handler)(args...);
-            next = slots->Handlers.upper_bound(id);
+            next = kept->Handlers.upper_bound(id);
         }
     }
 

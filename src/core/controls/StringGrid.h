@@ -3,6 +3,8 @@
 #include "core/controls/Control.h"
 
 #include <cstddef>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,11 +29,43 @@ class TStringTable {
     std::vector<std::vector<std::string>> Rows;
 };
 
+// Pixels of a grid's client area; right and bottom lie outside.
+struct TCellRect {
+    int Left = 0;
+    int Top = 0;
+    int Right = 0;
+    int Bottom = 0;
+
+    bool Contains(int x, int y) const { return x >= Left && x < Right && y >= Top && y < Bottom; }
+    TCellRect Grown(int by) const { return {Left - by, Top - by, Right + by, Bottom + by}; }
+};
+
+// A click of the left button.
+struct TCellClick {
+    int Column = -1; // -1: beside the cells
+    int Row = -1;    // 0 is the heading
+    int X = 0;
+    int Y = 0;
+    TCellRect Cell;
+};
+
+// How a cell is drawn: one line of text, vertically centred, with an end ellipsis when too long.
+struct TCellLook {
+    std::string Text;
+    bool Selected = false;   // bold and blue
+    bool Stripe = false;     // on the colour of every other row
+    std::optional<bool> Box; // a check box, drawn in BoxRect of the cell
+};
+
 class TStringGrid : public TControl {
   public:
     using TControl::TControl;
 
     TStringTable Cells;
+    // Column and row of a data row; called while painting. Unset: the text of Cells, and the selected row
+    // stands out.
+    std::function<TCellLook(int column, int row)> OnDrawCell;
+    std::function<TCellRect(const TCellRect& cell)> BoxRect;
     std::vector<int> ColWidths; // pixels; empty: the view's own
 
     int SelectedRow() const { return CurrentRow; } // -1: none; row 0 is the heading
@@ -40,6 +74,7 @@ class TStringGrid : public TControl {
     TEvent<int> OnDblClick;                // row under the mouse
     TEvent<const std::string&> OnKeyPress; // typed text; "\r" for Enter
     TEvent<int> OnSelectCell;              // row
+    TEvent<const TCellClick&> OnClick;
 
   private:
     int CurrentRow = -1;

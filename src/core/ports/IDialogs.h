@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -25,8 +26,10 @@ struct TFileFilter {
 struct TFileDialog {
     std::string Title;
     std::filesystem::path InitialDirectory;
-    std::vector<TFileFilter> Filters; // the first is selected
+    std::vector<TFileFilter> Filters;
     bool FileMustExist = false;
+    std::size_t SelectedFilter = 0; // index
+    bool AskOverwrite = true;       // when the file to save to exists
 };
 
 // All that is shown on top of the running form. Every call but Show blocks until the user has answered, and
@@ -43,6 +46,8 @@ class IDialogs {
         return InputBox(title, prompt, {});
     }
     virtual std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) = 0;
+    // One or more files, in the dialog's order; none when the user cancels.
+    virtual std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) = 0;
     virtual std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) = 0;
 
     // Runs the form's OnShow, then blocks until its ModalResult is set or it is closed (Cancel).

@@ -2,8 +2,10 @@
 
 #include "core/ports/IClock.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,11 +22,21 @@ class IFileWriter {
     virtual void Commit() = 0;
 };
 
+// A file read from its start.
+class IFileReader {
+  public:
+    virtual ~IFileReader() = default;
+    // Fills the buffer as far as there are bytes; fewer only at the end. Throws EInOutError.
+    virtual std::size_t Read(std::span<char> buffer) = 0;
+};
+
 // Files as whole byte strings. Operations that fail throw EInOutError, unless they say otherwise.
 class IFiles {
   public:
     virtual ~IFiles() = default;
     virtual std::string Read(const std::filesystem::path& path) const = 0;
+    // For files that may be large. The reader may outlive the port.
+    virtual std::unique_ptr<IFileReader> Open(const std::filesystem::path& path) const = 0;
     // The directory must exist.
     virtual std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) = 0;
     virtual bool FileExists(const std::filesystem::path& path) const = 0;

@@ -6,6 +6,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
+#include <algorithm>
+
 namespace tidewell {
 
 namespace {
@@ -33,6 +35,16 @@ class TReturnFilter : public QObject {
     IDialogs& Dialogs;
 };
 
+// The limit is one for typing: a longer text of the form's own is shown whole.
+void SetLimit(QLineEdit& view, int limit, int length) {
+    const int most = limit > 0 ? std::max(limit, length) : unlimited;
+    if (view.maxLength() == most)
+        return;
+    const int caret = view.cursorPosition(); // a new limit moves it to the end
+    view.setMaxLength(most);
+    view.setCursorPosition(caret);
+}
+
 } // namespace
 
 void BindEdit(QLineEdit& view, TEdit& edit, IDialogs& dialogs) {
@@ -40,10 +52,10 @@ void BindEdit(QLineEdit& view, TEdit& edit, IDialogs& dialogs) {
     if (edit.Masked())
         view.setStyleSheet(QStringLiteral("lineedit-password-character: 42")); // '*'
     KeepInStep(view, edit, [&view, &edit] {
-        view.setMaxLength(edit.MaxLength() > 0 ? edit.MaxLength() : unlimited);
+        const QString text = ToQt(edit.Text());
+        SetLimit(view, edit.MaxLength(), static_cast<int>(text.size()));
         view.setEchoMode(edit.Masked() ? QLineEdit::Password : QLineEdit::Normal);
         view.setReadOnly(edit.ReadOnly());
-        const QString text = ToQt(edit.Text());
         if (view.text() != text)
             view.setText(text);
     });

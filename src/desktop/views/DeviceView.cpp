@@ -20,6 +20,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -190,11 +191,35 @@ void TDeviceView::AddIdentity(QVBoxLayout& column) {
     BindPanel(panel, identity.PanelDevice);
 }
 
+// What a firmware update does, above what it says.
+void TDeviceView::AddUpdateStatus(QVBoxLayout& column) {
+    TUpdateStatus& status = Form.UpdateStatus;
+    QFrame& frame = AddFrame(column);
+    auto& grid = NewChild<QGridLayout>(frame);
+    grid.setContentsMargins(gap, gap, gap, gap);
+    grid.setColumnStretch(0, 1);
+    const auto addLabel = [&](TLabel& label, int row, int place) {
+        auto& view = NewChild<TElidedLabel>(frame);
+        view.SetElideMode(Qt::ElideMiddle);
+        grid.addWidget(&view, row, place);
+        BindLabel(view, label);
+    };
+    addLabel(status.LabUpdatePhase, 0, 0);
+    addLabel(status.LabUpdateElapsed, 0, 1);
+    addLabel(status.LabUpdateFile, 1, 0);
+    auto& progress = NewChild<QProgressBar>(frame);
+    grid.addWidget(&progress, 2, 0, 1, 2);
+    BindProgressBar(progress, status.UpdateProgress);
+    BindPanel(frame, status.PanelUpdate);
+}
+
 void TDeviceView::AddDebug(QBoxLayout& row) {
     auto& panel = NewChild<QWidget>(*this);
     row.addWidget(&panel, 1);
     auto& column = NewChild<QVBoxLayout>(panel);
     column.setContentsMargins(0, 0, 0, 0);
+    column.setSpacing(gap);
+    AddUpdateStatus(column);
     auto& memo = NewChild<QPlainTextEdit>(panel);
     memo.setFont(FixedFont());
     column.addWidget(&memo, 1);

@@ -48,7 +48,6 @@ TLogOnView::TLogOnView(TNabtoLogOn& form, const TViewContext& context)
         row.addWidget(&view);
         BindButton(view, *button, context.Dialogs);
         view.setAutoDefault(true); // Enter clicks the button that has the focus
-        view.setAutoDefault(true); // Enter presses the one that has the keyboard
         if (button == &form.ButOk)
             view.setDefault(true);
     }

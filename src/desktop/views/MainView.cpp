@@ -1,74 +1,46 @@
 #include "desktop/views/MainView.h"
 
-#include "desktop/binders/GridBinder.h"
 #include "desktop/binders/ListBinders.h"
 #include "desktop/binders/MenuBinder.h"
 #include "desktop/binders/PageBinder.h"
 #include "desktop/binders/SimpleBinders.h"
 #include "desktop/binders/StatusBarBinder.h"
-#include "desktop/binders/TreeBinder.h"
+#include "desktop/views/GraphPageView.h"
+#include "desktop/views/SetpointPageView.h"
 #include "link/NabtoDevice.h"
 #include "mainform/FormMain.h"
-#include "widgets/CaptionPanel.h"
 #include "widgets/Child.h"
 #include "widgets/ElidedLabel.h"
-#include "widgets/FormResizer.h"
 #include "widgets/LedView.h"
 #include "widgets/PanelBar.h"
 #include "widgets/RoomyButton.h"
 
 #include <QEvent>
+#include <QFrame>
 #include <QHBoxLayout>
-#include <QHeaderView>
+#include <QLabel>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSplitter>
-#include <QStyledItemDelegate>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTableView>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace tidewell {
 
 namespace {
 
-constexpr int treeIndent = 19; // pixels, here and below
-constexpr int controlsPanelHeight = 20;
-constexpr int buttonGap = 20;
+constexpr int buttonGap = 20; // pixels, here and below
 constexpr int buttonEdge = 4; // from the window's right edge
 constexpr int buttonTop = 2;
-
-// Rows with some air.
-class TRowDelegate : public QStyledItemDelegate {
-  public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 4);
-    }
-};
-
-// The one line of a page that has nothing to show yet.
-QLabel& AddEmptyLine(QVBoxLayout& column, QWidget& page, TLabel& label) {
-    auto& line = NewChild<QLabel>(page);
-    line.setAlignment(Qt::AlignCenter);
-    line.setWordWrap(true);
-    QPalette grey = line.palette();
-    grey.setColor(QPalette::WindowText, grey.color(QPalette::PlaceholderText));
-    line.setPalette(grey);
-    column.addWidget(&line, 1);
-    BindLabel(line, label);
-    return line;
-}
+constexpr int readBackMargin = 6;
 
 } // namespace
 
 TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& context)
     : Form(form), Context(context), Tabs(NewChild<QTabWidget>(*this)) {
-    setMinimumSize(640, 360);
+    setMinimumSize(480, 280); // fits a screen of 1280 by 720 at 200 %
     BindMainMenu(*menuBar(), Form.MainMenu, Context.Dialogs);
 
     auto& centre = NewChild<QWidget>(*this);
@@ -78,10 +50,11 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
     Tabs.setDocumentMode(true);
     column.addWidget(&Tabs, 1);
     auto& controls = NewChild<QWidget>(centre);
-    controls.setFixedHeight(controlsPanelHeight);
+    AddGraphControls(controls, Form.GraphPage, Context.Dialogs);
     column.addWidget(&controls);
     setCentralWidget(&centre);
     BindPanel(controls, Form.GraphControlsPanel);
+    AddReadBackPanel(column);
 
     AddSetpointPage();
     AddGraphPage();
@@ -93,61 +66,32 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
 }
 
 void TMainView::AddSetpointPage() {
-    auto& setpoints = Form.SetpointPage;
-    auto& page = NewChild<QWidget>(Tabs);
-    auto& row = NewChild<QVBoxLayout>(page);
-    row.setContentsMargins(0, 0, 0, 0);
-    auto& split = NewChild<QSplitter>(page, Qt::Horizontal);
-    split.setChildrenCollapsible(false);
-    row.addWidget(&split);
+    const TSetpointPageView::TParts parts{Form.SetpointPage, Form.PanelGroupSetpoints, Form.MemoEventLog,
+                                          [this](int gridClientWidth, int groupClientHeight) {
+                                              Form.SetpointPageResized(gridClientWidth, groupClientHeight);
+                                          }};
+    Tabs.addTab(&NewChild<TSetpointPageView>(Tabs, parts, Context), QString());
+}
 
-    Group = &NewChild<QSplitter>(split, Qt::Vertical);
-    BindPanel(*Group, Form.PanelGroupSetpoints);
-    Group->setChildrenCollapsible(false);
-    auto& treePanel = NewChild<TCaptionPanel>(*Group);
-    auto& tree = NewChild<QTreeWidget>(treePanel);
-    tree.setIndentation(treeIndent);
-    tree.setItemDelegate(&NewChild<TRowDelegate>(tree));
-    tree.setFrameShape(QFrame::NoFrame);
-    treePanel.SetContent(tree);
-    BindPanel(treePanel, setpoints.CategoryPanelSetpoints);
-    BindTree(tree, setpoints.SetpointTreeView, Context.Dialogs);
-    auto& logPanel = NewChild<TCaptionPanel>(*Group);
-    auto& log = NewChild<QPlainTextEdit>(logPanel);
-    log.setFrameShape(QFrame::NoFrame);
-    logPanel.SetContent(log);
-    BindPanel(logPanel, setpoints.CategoryPanelDebug);
-    BindMemo(log, Form.MemoEventLog);
-
-    auto& right = NewChild<QWidget>(split);
-    auto& column = NewChild<QVBoxLayout>(right);
-    column.setContentsMargins(0, 0, 0, 0);
-    AddEmptyLine(column, right, Form.LblSetpointPageEmpty);
-    // The line stands in place of the grid.
-    auto& area = NewChild<QWidget>(right);
-    auto& areaColumn = NewChild<QVBoxLayout>(area);
-    areaColumn.setContentsMargins(0, 0, 0, 0);
-    column.addWidget(&area, 1);
-    KeepInStep(area, Form.LblSetpointPageEmpty,
-               [this, &area] { area.setVisible(!Form.LblSetpointPageEmpty.Visible()); });
-    Grid = &NewChild<QTableView>(area);
-    Grid->setFrameShape(QFrame::NoFrame);
-    areaColumn.addWidget(Grid);
-    BindGrid(*Grid, setpoints.SetpointGrid, Context.Dialogs);
-
-    auto& resizer = NewChild<TFormResizer>(*this);
-    resizer.Add(*Group, {2, 1});
-    resizer.Add(split, {1, 3});
-    Group->installEventFilter(this);
-    Grid->viewport()->installEventFilter(this);
-    Tabs.addTab(&page, QString());
+void TMainView::AddReadBackPanel(QVBoxLayout& column) {
+    auto& panel = NewChild<QFrame>(*column.parentWidget());
+    panel.setAutoFillBackground(true);
+    panel.setBackgroundRole(QPalette::ToolTipBase);
+    panel.setForegroundRole(QPalette::ToolTipText);
+    column.addWidget(&panel);
+    auto& row = NewChild<QHBoxLayout>(panel);
+    row.setContentsMargins(readBackMargin, readBackMargin, readBackMargin, readBackMargin);
+    auto& text = NewChild<QLabel>(panel);
+    row.addWidget(&text, 1);
+    BindLabel(text, Form.LblReadBack);
+    auto& stop = NewChild<TRoomyButton>(panel);
+    row.addWidget(&stop);
+    BindButton(stop, Form.ButStopReadBack, Context.Dialogs);
+    BindPanel(panel, Form.ReadBackPanel);
 }
 
 void TMainView::AddGraphPage() {
-    auto& page = NewChild<QWidget>(Tabs);
-    auto& column = NewChild<QVBoxLayout>(page);
-    AddEmptyLine(column, page, Form.LblGraphPageEmpty);
-    Tabs.addTab(&page, QString());
+    Tabs.addTab(&NewChild<TGraphPageView>(Tabs, Form.GraphPage, Context.Dialogs), QString());
 }
 
 void TMainView::AddErrorLogPage() {
@@ -209,27 +153,10 @@ void TMainView::ArrangeTabButtons() {
         button->setFixedHeight(qMax(height, fontMetrics().height() + 2));
 }
 
-void TMainView::TellPageSize() {
-    if (Context.Hold.Held() || Grid == nullptr || Group == nullptr)
-        return;
-    const int width =
-        Grid->isVisible() ? Grid->viewport()->width() : Grid->parentWidget()->parentWidget()->width();
-    RunGuarded(Context.Dialogs, [this, width] { Form.SetpointPageResized(width, Group->height()); });
-}
-
 bool TMainView::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize) {
-        if (watched == Tabs.tabBar())
-            ArrangeTabButtons();
-        else
-            TellPageSize();
-    }
+    if (event->type() == QEvent::Resize)
+        ArrangeTabButtons();
     return QMainWindow::eventFilter(watched, event);
-}
-
-void TMainView::showEvent(QShowEvent* event) {
-    QMainWindow::showEvent(event);
-    TellPageSize();
 }
 
 } // namespace tidewell

@@ -5,15 +5,13 @@
 #include <QMainWindow>
 
 class QPushButton;
-class QSplitter;
-class QTableView;
 class QTabWidget;
+class QVBoxLayout;
 
 namespace tidewell {
 
 class TFormMain;
 class TNabtoDevice;
-class TPanelBar;
 
 class TMainView : public QMainWindow {
   public:
@@ -21,23 +19,20 @@ class TMainView : public QMainWindow {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void showEvent(QShowEvent* event) override;
 
   private:
     void AddSetpointPage();
     void AddGraphPage();
     void AddErrorLogPage();
+    void AddReadBackPanel(QVBoxLayout& column);
     void AddTabButtons();
     void AddStatusBar(TNabtoDevice& device);
     void ArrangeTabButtons();
-    void TellPageSize();
 
     TFormMain& Form;
     const TViewContext Context;
     QTabWidget& Tabs;
     std::vector<QPushButton*> TabButtons; // children of the tab strip's corner
-    QSplitter* Group = nullptr;           // the two category panels; a child
-    QTableView* Grid = nullptr;           // a child
 };
 
 } // namespace tidewell

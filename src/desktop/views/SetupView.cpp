@@ -7,6 +7,7 @@
 #include "link/SetupForm.h"
 #include "widgets/Child.h"
 #include "widgets/RoomyButton.h"
+#include "widgets/RoomyRows.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -35,6 +36,7 @@ TSetupView::TSetupView(TSetupForm& form, const TViewContext& context) : Remote(N
         auto& view = NewChild<TRoomyButton>(panel);
         row.addWidget(&view, stretch);
         BindButton(view, button, context.Dialogs);
+        view.setDefault(&button == &form.ButCommOk); // as it looks; the form itself takes Enter
     };
 
     auto& search = NewLayout<QHBoxLayout>(column);
@@ -42,6 +44,7 @@ TSetupView::TSetupView(TSetupForm& form, const TViewContext& context) : Remote(N
     BindEdit(Remote, form.txtRemote, context.Dialogs);
     addButton(search, form.ButDeviceSearch, 0);
     auto& list = NewChild<QListWidget>(panel);
+    list.setItemDelegate(&NewChild<TRoomyRows>(list));
     // The dialog keeps its shape while the list is hidden.
     QSizePolicy policy = list.sizePolicy();
     policy.setRetainSizeWhenHidden(true);

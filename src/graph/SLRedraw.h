@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/controls/Signal.h"
+
+namespace tidewell {
+
+// What a view has to draw anew. It is told once of each kind of change, however much changes until it draws.
+class TSLRedraw {
+  public:
+    // Curves, axes, labels, cursor or settings.
+    void Touch() {
+        if (!PicturePending) {
+            PicturePending = true;
+            Changed.Emit();
+        }
+    }
+    // Only what the legend shows.
+    void TouchNames() {
+        if (!NamesPending) {
+            NamesPending = true;
+            Changed.Emit();
+        }
+    }
+    bool IsPending() const { return PicturePending; }
+    bool AreNamesPending() const { return NamesPending; }
+    // The view calls these before it reads what it draws.
+    void Begin() {
+        PicturePending = false;
+        NamesPending = false;
+    }
+    void BeginNames() { NamesPending = false; }
+
+    TSignal<> Changed;
+
+  private:
+    bool PicturePending = false;
+    bool NamesPending = false;
+};
+
+} // namespace tidewell

@@ -1,0 +1,55 @@
+#include "graph/SLScopeAxis.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tidewell {
+
+TSLScopeAxis::TSLScopeAxis(TSLRedraw& redraw, double min, double max)
+    : Min(redraw, min), Max(redraw, max), ToolBar{{
+                                              TSLAxisToolBarButton([this] {
+                                                  const TSLRange shown = Shown();
+                                                  const double quarter = (shown.Upper - shown.Lower) / 4;
+                                                  SetZoom({shown.Lower + quarter, shown.Upper - quarter});
+                                              }),
+                                              TSLAxisToolBarButton([this] { ZoomOutByTwo(); }),
+                                              TSLAxisToolBarButton([this] { ZoomOff(); }),
+                                              TSLAxisToolBarButton([this] {
+                                                  ZoomOneDir = !ZoomOneDir;
+                                                  Redraw.Touch();
+                                              }),
+                                          }},
+      Redraw(redraw) {}
+
+TSLRange TSLScopeAxis::Shown() const {
+    return Zoom.value_or(TSLRange{Min.Value(), Max.Value()});
+}
+
+void TSLScopeAxis::SetZoom(const TSLRange& range) {
+    if (!std::isfinite(range.Lower) || !std::isfinite(range.Upper) || !(range.Lower < range.Upper) ||
+        range == Shown())
+        return;
+    Zoom = range;
+    Redraw.Touch();
+}
+
+void TSLScopeAxis::ZoomOff() {
+    if (!Zoom)
+        return;
+    Zoom.reset();
+    Redraw.Touch();
+}
+
+void TSLScopeAxis::ZoomOutByTwo() {
+    if (!Zoom)
+        return;
+    const double half = (Zoom->Upper - Zoom->Lower) / 2;
+    const TSLRange wider{std::max(Zoom->Lower - half, Min.Value()),
+                         std::min(Zoom->Upper + half, Max.Value())};
+    if (wider.Lower <= Min.Value() && wider.Upper >= Max.Value())
+        ZoomOff();
+    else
+        SetZoom(wider);
+}
+
+} // namespace tidewell

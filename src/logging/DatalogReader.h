@@ -1,0 +1,64 @@
+#pragma once
+
+#include "core/ports/IDialogs.h"
+#include "core/ports/IFiles.h"
+#include "core/ports/IWait.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+class TGraphPage;
+class TMemo;
+class TProfile;
+class TProgressBar;
+
+// What opens datalogs asks of the main form.
+class IDatalogHost {
+  public:
+    virtual ~IDatalogHost() = default;
+    virtual void StopLog() = 0;
+    virtual void OpenProfile(const std::filesystem::path& path) = 0;
+    virtual bool FormOpen() const = 0; // false once the main form is closed
+};
+
+// What the datalog readers and the export work on. All outlive them.
+struct TDatalogParts {
+    IDatalogHost& Host;
+    IDialogs& Dialogs;
+    IFiles& Files;
+    IWait& Wait;
+    TProfile& Profile;
+    TGraphPage& GraphPage;
+    TMemo& MemoEventLog;
+    TProgressBar& FileProgressBar;
+    const std::filesystem::path& directorypath;
+};
+
+// Opens finished datalogs and shows them as if they had just been logged, with the channels of the open
+// profile.
+class TDatalogReader {
+  public:
+    explicit TDatalogReader(const TDatalogParts& parts) : Parts(parts) {}
+
+    // Nothing without an open profile. The last row is left out. Throws EListError for a selection that
+    // begins with an empty file, or holds no rows but one, and EInOutError.
+    void OpenDatalogfile1Click();
+
+    std::string DialogOpenDatalogFileCaption; // title of the dialog
+
+  private:
+    TDatalogParts Parts;
+};
+
+// Shows the bar and tells the names of the chosen files to the event log.
+void TellChosenFiles(const TDatalogParts& parts, const std::vector<std::filesystem::path>& paths);
+// Lets the windows be painted before the rows are read. False when the main form was closed meanwhile.
+bool WaitForPaint(const TDatalogParts& parts, std::size_t rows);
+
+inline constexpr const char* NoDatalogMessage = "File is not a valid datalog file";
+
+} // namespace tidewell

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "core/controls/Form.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Simple.h"
+#include "core/controls/StringGrid.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tidewell {
+
+class IDialogs;
+class TIniFile;
+class TModbusPanel;
+class TNabtoDevice;
+
+// The modal dialog that changes one setpoint: a number, 16 bits, or two characters. It converts the entry to
+// the raw integer of the device, checks the row's limits and sends it. The caller sets the three fields
+// before each showing.
+class TInputDialog : public TForm {
+  public:
+    // What the dialog needs of the main form.
+    class IHost {
+      public:
+        virtual ~IHost() = default;
+        virtual void RepaintStatusBar() = 0;
+    };
+    struct TParts {
+        IDialogs& Dialogs;
+        const TModbusPanel& Panel; // its selected device gives the Modbus ID
+        TNabtoDevice& Device;
+        TMemo& MemoEventLog;
+        IHost& Host;
+    };
+
+    explicit TInputDialog(const TParts& parts);
+
+    // Captions and MessageWrongValue of section InputDialog.
+    void FormCreate(const TIniFile& languageFile);
+
+    std::string CurrentSetpointSpecific; // list row, limits in shown form
+    std::string CurrentDatavalue;        // text to start with
+    bool ValueSelectAll = false;         // it is the present value, and not what the user began to type
+
+    // The 16 digits of row 1 of the grid, most significant first. Throws ERangeError for a value that needs
+    // more.
+    void PassValueToBinaryGrid(std::int32_t value);
+
+    TLabel LabMin{"LabMin"};
+    TLabel LabMax{"LabMax"};
+    TLabel LabValue{"LabValue"};
+    TLabel LabId{"LabId"};
+    TLabel LabAdress{"LabAdress"};
+    TEdit EMin{"EMin"};
+    TEdit EMax{"EMax"};
+    TEdit EValue{"EValue"};
+    TEdit EId{"EId"};
+    TEdit EAdress{"EAdress"};
+    TButton ButSend{"ButSend"};
+    TButton ButCancel{"ButCancel"};
+    TStringGrid binaryvaluegrid{"binaryvaluegrid"}; // row 0: bit names, row 1: "1" or "0"
+
+    // Pixels, of the grid.
+    static constexpr int BitNameHeight = 49;
+    static constexpr int BitHeight = 40;
+    static constexpr int BitGridWidth = 420;
+    static constexpr int BitNameAngle = 65; // degrees, counter-clockwise
+
+  private:
+    void FormShow();
+    void ShowBits();
+    void ShowCharacters();
+    void ShowEntry(const std::string& text);
+    void SetFormWidth(int width) { SetClientSize(width, ClientHeight()); }
+    void FormKeyDown(EKey key, bool& handled);
+    void binaryvaluegridClick(const TCellClick& click);
+    void FlipBit(const TCellClick& click);
+    void ButSendClick();
+    // Conversion failures of the row throw EConvertError.
+    void SendEnteredValue();
+    bool ValueInRange(std::int64_t s);
+    void Refuse(const std::string& message);
+    // Trimmed; empty beyond the last field.
+    std::string_view Field(std::size_t index) const;
+    std::int32_t IntegerField(std::size_t index) const; // 0 if it is none
+    std::int32_t SelectedModbusId() const;              // -1 without a device, or without a number
+
+    TParts Parts;
+    std::vector<std::string> CurrentList; // fields of the row
+    std::vector<std::string> binarystringlist;
+    std::string MessageWrongValue;
+    bool FInMouseClick = false;
+    bool Sending = false;
+};
+
+} // namespace tidewell

@@ -1,0 +1,333 @@
+#include "setpoints/LoadSetpoints.h"
+
+#include "core/Errors.h"
+#include "core/KvSupport.h"
+#include "core/Numbers.h"
+#include "core/TextFile.h"
+#include "core/ports/IDialogs.h"
+#include "model/ModbusPanel.h"
+#include "setpoints/SetpointRecords.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t checkColumn = 2;
+constexpr int boxSize = 12;           // pixels
+constexpr int boxReach = 2;           // around the box, where a click still counts
+constexpr std::size_t eeAdrField = 2; // of a list row
+constexpr std::size_t modbusAdrField = 7;
+
+// At the right side of the cell.
+TCellRect CheckBoxRect(const TCellRect& cell) {
+    const int left = std::max(cell.Left, cell.Right - 20) + 4;
+    const int top = cell.Top + (cell.Bottom - cell.Top - boxSize) / 2;
+    return {left, top, left + boxSize, top + boxSize};
+}
+
+// Sets a flag for as long as it lives.
+class TFlagged {
+  public:
+    explicit TFlagged(bool& flag) : Flag(flag) { Flag = true; }
+    TFlagged(const TFlagged&) = delete;
+    TFlagged& operator=(const TFlagged&) = delete;
+    ~TFlagged() { Flag = false; }
+
+  private:
+    bool& Flag;
+};
+
+} // namespace
+
+// What is shown and hidden for as long as a run takes.
+class TLoadSetpoints::TRunning {
+  public:
+    explicit TRunning(TLoadSetpoints& form) : Form(form), InRun(form.Running) { Show(true); }
+    TRunning(const TRunning&) = delete;
+    TRunning& operator=(const TRunning&) = delete;
+    ~TRunning() {
+        Form.Selected = {};
+        Show(false);
+    }
+
+  private:
+    void Show(bool running) {
+        Form.ButPanel.SetVisible(!running);
+        Form.ProgressBar.SetVisible(running);
+        Form.progresslabel.SetVisible(running);
+    }
+    TLoadSetpoints& Form;
+    TFlagged InRun;
+};
+
+TLoadSetpoints::TLoadSetpoints(const TParts& parts) : TForm("LoadSetpoints"), Parts(parts) {
+    for (TControl* control : {static_cast<TControl*>(&ResultList), static_cast<TControl*>(&ProgressBar),
+                              static_cast<TControl*>(&LabReadBack), static_cast<TControl*>(&ButEndReadBack)})
+        control->SetVisible(false);
+    setpointgrid.BoxRect = CheckBoxRect;
+    setpointgrid.OnDrawCell = [this](int column, int row) {
+        return setpointgridDrawCell(column, row);
+    };
+    setpointgrid.OnClick = [this](const TCellClick& click) {
+        setpointgridClick(click);
+    };
+    setpointgrid.OnKeyPress = [this](const std::string& key) {
+        if (key == " ")
+            ToggleCheck(setpointgrid.SelectedRow());
+    };
+    ButcheckAll.OnClick = [this] {
+        ButcheckAllClick();
+    };
+    ButClearAll.OnClick = [this] {
+        ButClearAllClick();
+    };
+    ButWriteSetpoints.OnClick = [this] {
+        ButWriteSetpointsClick();
+    };
+    ButCancel.OnClick = [this] {
+        Close();
+    };
+    ResultList.OnClick = [this] {
+        ShowGrid(true);
+    };
+    ButEndReadBack.OnClick = [this] {
+        Parts.ReadBack.Cancel();
+    };
+    OnCloseQuery = [this](bool& mayClose) {
+        mayClose = !Running;
+    };
+    OnKeyDown = [this](EKey key, bool& handled) {
+        handled = key == EKey::Escape;
+        if (handled)
+            Close();
+    };
+    ReadBackChanged = Parts.ReadBack.Changed.Connect([this] { ShowReadBack(); });
+}
+
+bool TLoadSetpoints::LoadForm(const fs::path& fileName) {
+    SetClientSize(DesignedWidth, DesignedHeight);
+    Forget();
+    std::vector<std::string> lines = ReadLines(Parts.Files, fileName);
+    Parts.MemoEventLog.Add("Number of setpoints " + std::to_string(lines.size()));
+    if (lines.size() < SetpointHeadLines)
+        return false;
+    const std::string heading = lines[SetpointHeadLines - 1];
+    Parts.MemoEventLog.Add(GetRowField(heading, 0));
+    if (GetRowField(heading, 0) != "SetpointName")
+        return false;
+    SetCaption(lines[0] + " " + lines[1]);
+    lines.erase(lines.begin(), lines.begin() + SetpointHeadLines);
+    LoadSetpointValues = std::move(lines);
+    Parts.MemoEventLog.Add("productionmode = false");
+    try {
+        FillGrid(fileName, heading);
+    } catch (const TError&) {
+        Forget();
+        throw;
+    }
+    SetpointGridResized(GridClientWidth);
+    SetAllChecks(true);
+    FileName = fileName;
+    return true;
+}
+
+void TLoadSetpoints::Forget() {
+    FileName.clear();
+    LoadSetpointValues.clear();
+    CurrentSetpointValues.clear();
+    setpointgrid.Cells.SetRowCount(1);
+    setpointgrid.Cells.ClearRow(0);
+    setpointgrid.SetSelectedRow(-1);
+    setpointgrid.Repaint();
+    SelectedCount = 0;
+    ShowGrid(true);
+    progresslabel.SetCaption({});
+}
+
+void TLoadSetpoints::FillGrid(const fs::path& fileName, const std::string& heading) {
+    TScaledTexts scaled(Parts.Dialogs);
+    CurrentSetpointValues.reserve(LoadSetpointValues.size());
+    for (const std::string& record : LoadSetpointValues) {
+        try {
+            CurrentSetpointValues.push_back(
+                scaled.Next(record, GetRowField(record, SetpointColumn::RawValue)));
+        } catch (const EConvertError& error) {
+            throw EConvertError(fileName.string() + ", line " +
+                                std::to_string(CurrentSetpointValues.size() + SetpointHeadLines + 1) + " (" +
+                                GetRowField(record, SetpointColumn::SetpointName) +
+                                "), Decimal or Offset: " + error.what());
+        }
+    }
+    scaled.TellRest();
+    TStringTable& cells = setpointgrid.Cells;
+    cells.SetColCount(checkColumn + 1);
+    cells.SetRowCount(LoadSetpointValues.size() + 1);
+    cells.SetRow(0, {GetRowField(heading, SetpointColumn::SetpointName),
+                     GetRowField(heading, SetpointColumn::RawValue), "Enabled"});
+    for (std::size_t i = 0; i < LoadSetpointValues.size(); ++i)
+        cells.SetRow(i + 1,
+                     {std::string(Trim(GetRowField(LoadSetpointValues[i], SetpointColumn::SetpointName))),
+                      CurrentSetpointValues[i], "0"});
+}
+
+void TLoadSetpoints::SetpointGridResized(int gridClientWidth) {
+    GridClientWidth = gridClientWidth;
+    const int unit = (gridClientWidth - 5) / 7;
+    std::vector<int> widths{4 * unit, 2 * unit, unit};
+    if (setpointgrid.ColWidths == widths)
+        return;
+    setpointgrid.ColWidths = std::move(widths);
+    setpointgrid.Repaint();
+}
+
+TCellLook TLoadSetpoints::setpointgridDrawCell(int column, int row) const {
+    TCellLook look;
+    look.Selected = row == setpointgrid.SelectedRow();
+    look.Stripe = row % 2 == 0;
+    if (column == static_cast<int>(checkColumn))
+        look.Box = Checked(static_cast<std::size_t>(row));
+    else
+        look.Text = setpointgrid.Cells.Cell(static_cast<std::size_t>(column), static_cast<std::size_t>(row));
+    return look;
+}
+
+bool TLoadSetpoints::Checked(std::size_t row) const {
+    return setpointgrid.Cells.Cell(checkColumn, row) == "1";
+}
+
+void TLoadSetpoints::setpointgridClick(const TCellClick& click) {
+    if (InClick)
+        return;
+    const TFlagged inside(InClick);
+    if (click.Column == static_cast<int>(checkColumn) &&
+        CheckBoxRect(click.Cell).Grown(boxReach).Contains(click.X, click.Y))
+        ToggleCheck(click.Row);
+}
+
+void TLoadSetpoints::ToggleCheck(int row) {
+    if (row < 1 || static_cast<std::size_t>(row) > LoadSetpointValues.size())
+        return;
+    const auto index = static_cast<std::size_t>(row);
+    const bool checked = !Checked(index);
+    setpointgrid.Cells.SetCell(checkColumn, index, checked ? "1" : "0");
+    SelectedCount = checked ? SelectedCount + 1 : SelectedCount - 1;
+    setpointgrid.Repaint();
+    ShowSelected();
+}
+
+// The heading has no check cell of its own: its cell is the caption that is shown.
+void TLoadSetpoints::SetAllChecks(bool checked) {
+    for (std::size_t row = 1; row <= LoadSetpointValues.size(); ++row)
+        setpointgrid.Cells.SetCell(checkColumn, row, checked ? "1" : "0");
+    SelectedCount = checked ? LoadSetpointValues.size() : 0;
+    setpointgrid.Repaint();
+    ShowSelected();
+}
+
+void TLoadSetpoints::ShowSelected() {
+    LabSelected.SetCaption(std::to_string(SelectedCount) + " of " +
+                           std::to_string(LoadSetpointValues.size()) + " selected");
+}
+
+void TLoadSetpoints::ShowGrid(bool show) {
+    ResultList.SetVisible(!show);
+    setpointgrid.SetVisible(show);
+}
+
+void TLoadSetpoints::ShowReadBack() {
+    LabReadBack.SetCaption(Parts.ReadBack.ProgressText());
+    LabReadBack.SetVisible(Parts.ReadBack.Running());
+    ButEndReadBack.SetVisible(Parts.ReadBack.Running());
+}
+
+void TLoadSetpoints::ButWriteSetpointsClick() {
+    if (Running)
+        return;
+    Parts.MemoEventLog.Add("Writing setpoint to device Status Productionmode " + BooleanText(false));
+    if (Parts.SelectedSetpointParent.empty()) {
+        Parts.Dialogs.ShowMessage("Click on a device name");
+        return;
+    }
+    Parts.Panel.GetProfileListCellsNameValue(Parts.SelectedSetpointParent, DeviceSetpointProfilelist,
+                                             eeAdrField, modbusAdrField);
+    ResultList.Clear();
+    Selected = CollectSelectedSetpoints();
+    ShowGrid(false);
+    WriteSetpointsToDevice(true);
+}
+
+TSelectedSetpoints TLoadSetpoints::CollectSelectedSetpoints() const {
+    TSelectedSetpoints selected;
+    for (std::size_t i = 0; i < LoadSetpointValues.size(); ++i) {
+        if (!Checked(i + 1))
+            continue;
+        const auto field = [&](std::size_t column) {
+            return GetRowField(LoadSetpointValues[i], column);
+        };
+        selected.ValueAdrList.push_back({field(SetpointColumn::ModbusAdr), field(SetpointColumn::RawValue)});
+        selected.ValueNamelist.push_back(
+            {field(SetpointColumn::SetpointName), field(SetpointColumn::FormattedValue)});
+    }
+    return selected;
+}
+
+void TLoadSetpoints::WriteSetpointsToDevice(bool report) {
+    TSetpointWriteRun run({Parts.Dialogs, Parts.Panel, Parts.Device, Parts.ReadBack, Parts.Host, ResultList,
+                           ProgressBar, progresslabel},
+                          Parts.SelectedSetpointParent, DeviceSetpointProfilelist, Selected);
+    const std::size_t writes = Selected.ValueAdrList.size();
+    {
+        const TRunning running(*this);
+        Parts.Host.StopLog();
+        ResultList.Clear();
+        LastWriteResultList.clear();
+        ErrorCount = 0;
+        ProgressBar.SetPosition(0);
+        ProgressBar.SetMax(static_cast<int>(writes));
+        if (writes > 0)
+            run.Run();
+    }
+    if (writes == 0) {
+        Parts.Host.StopLog();
+        ShowGrid(true);
+        Parts.Dialogs.ShowMessage("Please select a setpoint...");
+        return;
+    }
+    ErrorCount = static_cast<int>(run.ErrorCount);
+    LastWriteResultList = std::move(run.LastWriteResultList);
+    if (report) {
+        const std::string text = "Setpointwrite is done. Number of write Errors " +
+                                 std::to_string(run.ErrorCount) + " Number of Read error " +
+                                 std::to_string(run.ReadErrorCount) + " Resultfile saved in systemlog folder";
+        if (Parts.Host.FormOpen())
+            Parts.Dialogs.ShowMessage(text);
+        LastWriteResultList.emplace_back("Result of load setpoints");
+        LastWriteResultList.push_back(text);
+    }
+    SaveResult();
+}
+
+void TLoadSetpoints::SaveResult() {
+    const auto name = [this] {
+        return "WriteMultibleSetpointsResult " + DateTimeStamp(Parts.Clock) + ".csv";
+    };
+    const fs::path path = Parts.directorypath / "log" / "systemlog" / name();
+    TFileDialog dialog;
+    dialog.Title = "Save the result of the setpoint write";
+    dialog.InitialDirectory = Parts.directorypath;
+    dialog.Filters = {{"csv", "*.csv"}};
+    const auto saved = SaveLines(Parts.Files, Parts.Dialogs, path, LastWriteResultList, dialog);
+    if (!saved)
+        return;
+    // The name is made anew, so the seconds can differ from those of the file.
+    Parts.MemoEventLog.Add("Saved file " +
+                           (*saved == path ? ShownDirectory(Parts.directorypath) + "log\\systemlog\\" + name()
+                                           : saved->string()));
+}
+
+} // namespace tidewell

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "core/controls/Form.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Simple.h"
+#include "core/controls/StringGrid.h"
+#include "setpoints/ReadBack.h"
+#include "setpoints/SetpointWriteRun.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+class IClock;
+class IDialogs;
+class IFiles;
+class TModbusPanel;
+class TNabtoDevice;
+
+// Writes the raw values of a setpoint file to the device of the chosen tree node as they stand, reads the
+// device back, compares, and leaves a result file in the system log folder. It cannot be closed during a run.
+class TLoadSetpoints : public TForm {
+  public:
+    struct TParts {
+        IDialogs& Dialogs;
+        IFiles& Files;
+        const IClock& Clock;
+        TModbusPanel& Panel;
+        TNabtoDevice& Device;
+        TReadBack& ReadBack;
+        TReadBack::IHost& Host;
+        TMemo& MemoEventLog;
+        const std::string& SelectedSetpointParent; // text of the device node; empty if none
+        const std::filesystem::path& directorypath;
+    };
+
+    explicit TLoadSetpoints(const TParts& parts);
+
+    // Takes the file's records; false, with nothing kept, for a file that is none. Throws EInOutError for one
+    // that cannot be read, EConvertError, naming file and line, for a record with bad decimals or offset;
+    // nothing is kept then either.
+    bool LoadForm(const std::filesystem::path& fileName);
+    // The view tells the width, in pixels, that the grid has got.
+    void SetpointGridResized(int gridClientWidth);
+
+    TPanel ButPanel{"ButPanel"}; // hidden during a run
+    TButton ButcheckAll{"ButcheckAll", "CheckAll"};
+    TButton ButClearAll{"ButClearAll", "UncheckAll"};
+    TButton ButWriteSetpoints{"ButWriteSetpoints", "Write"};
+    TButton ButCancel{"ButCancel", "Close"};
+    TLabel LabSelected{"LabSelected"}; // "n of m selected"
+    TStringGrid setpointgrid{"setpointgrid"};
+    TColorList ResultList{"ResultList"}; // one row per selected setpoint, shown in place of the grid
+    TPanel showpanel{"showpanel"};
+    TProgressBar ProgressBar{"ProgressBar"};
+    TLabel progresslabel{"progresslabel"};
+    // Only while the read-back is waited for.
+    TLabel LabReadBack{"LabReadBack"};
+    TButton ButEndReadBack{"ButEndReadBack", "Stop waiting"};
+
+    int ErrorCount = 0; // of the last run; 9999 after a load dialog that was cancelled
+    std::filesystem::path FileName;
+    std::vector<std::string> LastWriteResultList; // lines of the last result file
+
+    static constexpr int DesignedWidth = 720; // client area, pixels
+    static constexpr int DesignedHeight = 560;
+
+  private:
+    class TRunning;
+
+    void ButWriteSetpointsClick();
+    void ButcheckAllClick() { SetAllChecks(true); }
+    void ButClearAllClick() { SetAllChecks(false); }
+    void setpointgridClick(const TCellClick& click);
+    TCellLook setpointgridDrawCell(int column, int row) const;
+    void ShowReadBack();
+
+    void Forget();
+    void FillGrid(const std::filesystem::path& fileName, const std::string& heading);
+    bool Checked(std::size_t row) const;
+    void ToggleCheck(int row);
+    void SetAllChecks(bool checked);
+    void ShowSelected();
+    void ShowGrid(bool show);
+    TSelectedSetpoints CollectSelectedSetpoints() const;
+    void WriteSetpointsToDevice(bool report);
+    void SaveResult();
+
+    TParts Parts;
+    std::vector<std::string> LoadSetpointValues;        // records of the file
+    std::vector<std::string> CurrentSetpointValues;     // shown value of each
+    std::vector<std::string> DeviceSetpointProfilelist; // ModbusAdr=EEadr of the device's setpoints
+    TSelectedSetpoints Selected;                        // of the run
+    std::size_t SelectedCount = 0;                      // checked records
+    int GridClientWidth = DesignedWidth;
+    bool Running = false;
+    bool InClick = false;
+    TConnection ReadBackChanged;
+};
+
+} // namespace tidewell

@@ -1,0 +1,102 @@
+#include "setpoints/ReadBack.h"
+
+#include "core/Errors.h"
+#include "link/NabtoDevice.h"
+
+#include <algorithm>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int snapshotReady = 3;
+constexpr int snapshotFailed = 3; // mismatches
+constexpr int round = 1;          // ms
+constexpr int cycles = 3;         // the first is only waited for
+
+} // namespace
+
+TReadBack::EResult TReadBack::Run() {
+    if (IsRunning)
+        throw TError("The setpoints are being read already");
+    struct TScope {
+        TReadBack& Owner;
+        explicit TScope(TReadBack& owner) : Owner(owner) {
+            Owner.IsRunning = true;
+            Owner.Changed.Emit();
+        }
+        TScope(const TScope&) = delete;
+        TScope& operator=(const TScope&) = delete;
+        ~TScope() {
+            Owner.IsRunning = false;
+            Owner.IsWaiting = false;
+            Owner.Changed.Emit();
+        }
+    } running(*this);
+    Cancelled = false;
+    Device.ReadBack.SetDatapointList.clear(); // what an earlier order has left
+    Host.StartLog(false, true);
+    Device.ReadBack.SetDatapointListCount = 0;
+    Device.ReadBack.Error_SetDatapointListCount = 0;
+    IsWaiting = true;
+    Changed.Emit();
+    const EResult result = WaitForSnapshot();
+    Host.StopLog();
+    return result;
+}
+
+TReadBack::EResult TReadBack::WaitForSnapshot() {
+    if (Host.FormOpen() && !Device.Cycle.Dologging)
+        return EResult::NotStarted;
+    const std::string device = Device.device;
+    std::string shown = ProgressText();
+    while (Device.ReadBack.SetDatapointListCount < snapshotReady) {
+        if (Cancelled || !Host.FormOpen() || Device.device != device)
+            return EResult::Ended;
+        Wait.ProcessMessages();
+        Wait.Sleep(round);
+        if (std::string text = ProgressText();
+            text != shown && Device.ReadBack.SetDatapointListCount < snapshotReady) {
+            shown = std::move(text);
+            Changed.Emit();
+        }
+    }
+    return Device.ReadBack.Error_SetDatapointListCount >= snapshotFailed ? EResult::Failed : EResult::Done;
+}
+
+std::string TReadBack::ProgressText() const {
+    if (!IsRunning)
+        return {};
+    if (!IsWaiting)
+        return "Reading the device: the log starts";
+    const TPollCycle& cycle = Device.Cycle;
+    if (!cycle.Dologging || !(cycle.timerLogger->Enabled() || cycle.timerQuery->Enabled()))
+        return "Reading the device: the log is stopped"; // by the user, or by a row that cannot be shown
+    const std::size_t questions = cycle.Questions.Count();
+    std::string text = "Reading the device: cycle " +
+                       std::to_string(std::min(Device.ReadBack.SetDatapointListCount + 1, cycles)) + " of " +
+                       std::to_string(cycles) + ", question " +
+                       std::to_string(std::min(cycle.queryCounter + 1, questions)) + " of " +
+                       std::to_string(questions);
+    if (const int retries = Device.ReadBack.Error_SetDatapointListCount; retries > 0)
+        text += ", retry " + std::to_string(retries);
+    return text;
+}
+
+TReadBack::TProgress TReadBack::Progress() const {
+    if (!IsWaiting)
+        return {};
+    const auto questions = static_cast<int>(Device.Cycle.Questions.Count());
+    const int max = cycles * questions;
+    return {std::min(Device.ReadBack.SetDatapointListCount * questions +
+                         static_cast<int>(Device.Cycle.queryCounter),
+                     max),
+            max};
+}
+
+std::string TReadBack::SnapshotRow(std::size_t row) const {
+    const auto& rows = Device.ReadBack.SetDatapointList;
+    return row < rows.size() ? rows[row] : std::string();
+}
+
+} // namespace tidewell

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "core/controls/Signal.h"
+#include "core/ports/IWait.h"
+
+#include <cstddef>
+#include <string>
+
+namespace tidewell {
+
+class TNabtoDevice;
+
+// Orders a read-back snapshot of all values and waits for it: starts the log, serves events until two whole
+// cycles of the same length are there, and stops the log. There is no time-out: with a dead link, or while
+// the user has stopped the log, it waits until Cancel, or until the main form is closed.
+class TReadBack {
+  public:
+    // What it needs of the main form.
+    class IHost {
+      public:
+        virtual ~IHost() = default;
+        virtual void StartLog(bool questionEnable, bool clearData) = 0;
+        virtual void StopLog() = 0;
+        virtual bool FormOpen() const = 0; // false once the main form is closed
+    };
+    enum class EResult {
+        Done,       // rows 0 and 1 are the snapshot
+        Failed,     // the cycles differed three times or more
+        NotStarted, // no link or no profile, of which the start of the log has told what there is to tell
+        Ended,      // by Cancel, by the close of the main form, or because another device was chosen
+    };
+    // Of the three cycles, question by question.
+    struct TProgress {
+        int Position = 0;
+        int Max = 0;
+    };
+
+    // The device may be made later.
+    TReadBack(IHost& host, IWait& wait, TNabtoDevice& device) : Host(host), Wait(wait), Device(device) {}
+    TReadBack(const TReadBack&) = delete;
+    TReadBack& operator=(const TReadBack&) = delete;
+
+    // Throws TError while Running, and what the start of the log throws.
+    EResult Run();
+    // Ends a wait; does nothing else.
+    void Cancel() { Cancelled = true; }
+    bool Running() const { return IsRunning; }
+    // What is going on, for the user; empty while nothing is.
+    std::string ProgressText() const;
+    TProgress Progress() const;
+
+    // Values of a cycle, each followed by "; ". Empty for a row that a failed or ended wait has not got.
+    std::string SnapshotRow(std::size_t row) const;
+
+    TSignal<> Changed; // Running, or the progress
+
+  private:
+    EResult WaitForSnapshot();
+
+    IHost& Host;
+    IWait& Wait;
+    TNabtoDevice& Device;
+    bool IsRunning = false;
+    bool IsWaiting = false; // the log has been started
+    bool Cancelled = false;
+};
+
+} // namespace tidewell

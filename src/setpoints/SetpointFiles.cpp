@@ -1,0 +1,109 @@
+#include "setpoints/SetpointFiles.h"
+
+#include "core/KvSupport.h"
+#include "core/OpenDialogFilters.h"
+#include "core/controls/Lists.h"
+#include "model/ModbusPanel.h"
+#include "setpoints/LoadSetpoints.h"
+#include "setpoints/SetpointRecords.h"
+
+#include <iterator>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int loadCancelled = 9999;
+constexpr std::size_t snapshotRow = 1;
+
+} // namespace
+
+void TSetpointFiles::Savesetpoints1Click() {
+    if (Parts.ReadBack.Running())
+        return;
+    Parts.Host.StopLog();
+    if (!Parts.SelectedSetpointParent.empty())
+        SetpointSaveSetpoints(
+            std::string(Parts.SelectedSetpointParent)); // which a click may change meanwhile
+}
+
+void TSetpointFiles::SetpointSaveSetpoints(const std::string& deviceName) {
+    const int device = Parts.Panel.GetSelectedDeviceListNumber(deviceName);
+    if (device < 0)
+        return;
+    auto records = DeviceSetpointRecords(Parts.Panel, device);
+    if (!ReadDevice())
+        return;
+    FillRawValues(records, Parts.ReadBack.SnapshotRow(snapshotRow));
+    std::vector<std::string> lines = HeadLines(deviceName);
+    auto recordLines = SetpointLines(std::move(records), Parts.Texts, Parts.Dialogs);
+    lines.insert(lines.end(), std::make_move_iterator(recordLines.begin()),
+                 std::make_move_iterator(recordLines.end()));
+    if (!Parts.Host.FormOpen())
+        return;
+    TFileDialog dialog;
+    dialog.Title = Parts.Texts.DialogSaveDatalogFile;
+    dialog.InitialDirectory = Parts.directorypath / "setpoint";
+    dialog.Filters = {{"csv", "*.csv"}};
+    dialog.AskOverwrite = false;
+    auto path = ChooseCsvFile(Parts.Dialogs, dialog);
+    if (path)
+        path = SaveLines(Parts.Files, Parts.Dialogs, *path, lines, dialog);
+    if (path)
+        Parts.MemoEventLog.Add("Saved Setpointfile " + path->string());
+}
+
+// What else the user does meanwhile must not bring values of one profile under the names of another.
+bool TSetpointFiles::ReadDevice() {
+    const std::filesystem::path profile = Parts.Panel.GlobalPlsFilePath;
+    switch (Parts.ReadBack.Run()) {
+    case TReadBack::EResult::Failed:
+        return false;
+    case TReadBack::EResult::NotStarted:
+        Parts.MemoEventLog.Add("Setpoints not saved: the log did not start");
+        return false;
+    case TReadBack::EResult::Ended:
+        Parts.MemoEventLog.Add("Setpoints not saved: the reading was ended");
+        return false;
+    case TReadBack::EResult::Done:
+        break;
+    }
+    if (Parts.Panel.GlobalPlsFilePath == profile)
+        return true;
+    Parts.MemoEventLog.Add("Setpoints not saved: another profile was opened");
+    return false;
+}
+
+std::vector<std::string> TSetpointFiles::HeadLines(const std::string& deviceName) const {
+    return {"Created at : " + DigitsOnly(Parts.Clock.ShortDate(Parts.Clock.Now())) + ";",
+            "Device name : " + deviceName + ";", "Profile : " + Parts.Panel.GlobalPlsFilePath.string() + ";",
+            "SetpointName;Formatted value;RawValue;Min;Max;Decimal;Offset;ModbusAdr;Enhed;User1;User2;User3;"
+            "User4;User5;"};
+}
+
+void TSetpointFiles::Loadsetpointfromfile1Click() {
+    if (Parts.ReadBack.Running())
+        return;
+    Parts.Host.StopLog();
+    TFileDialog dialog;
+    dialog.Title = Parts.Texts.DialogOpenProfileCaption;
+    dialog.InitialDirectory = Parts.directorypath / "setpoint";
+    dialog.Filters = OpenDialogFilters();
+    dialog.SelectedFilter = OpenDialogCsvFilter;
+    dialog.FileMustExist = true;
+    const auto path = Parts.Dialogs.OpenFile(dialog);
+    if (!path) {
+        Parts.LoadSetpoints.ErrorCount = loadCancelled;
+        return;
+    }
+    if (!Parts.LoadSetpoints.LoadForm(*path)) {
+        Parts.Dialogs.ShowMessage(Parts.Texts.SetpointFileRefused);
+        return;
+    }
+    Parts.MemoEventLog.Add("Load Setpointfile " + path->string());
+    Parts.LoadSetpoints.ResultList.Clear();
+    if (Parts.Host.FormOpen())
+        Parts.Dialogs.ShowModal(Parts.LoadSetpoints);
+}
+
+} // namespace tidewell

@@ -1,0 +1,178 @@
+#include "setpoints/SetpointWriteRun.h"
+
+#include "core/Guard.h"
+#include "core/KvSupport.h"
+#include "core/Numbers.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Simple.h"
+#include "link/NabtoDevice.h"
+#include "model/ModbusPanel.h"
+
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr TColor waitingColor{0x808080};
+constexpr TColor writtenColor{0x008000};
+constexpr TColor failedColor{0x0000FF};
+
+constexpr std::int32_t noAddress = 9999;
+constexpr std::int32_t statusWritten = 1;
+constexpr std::int32_t firstStructnumber = 3;
+constexpr std::size_t structnumberField = 8; // of a list row
+constexpr std::size_t modbusAdrField = 7;
+
+std::pair<std::string_view, std::string_view> NameAndValue(std::string_view entry) {
+    const std::size_t mark = entry.find('=');
+    return {entry.substr(0, mark),
+            mark == std::string_view::npos ? std::string_view() : entry.substr(mark + 1)};
+}
+
+// The field of a cycle's values; empty for a structnumber that stands for none.
+std::string ReadValue(std::string_view structnumber, const std::vector<std::string>& values) {
+    const std::int32_t number = ToIntegerOr(structnumber, 0);
+    if (number < firstStructnumber)
+        return {};
+    const auto index = static_cast<std::size_t>(number - firstStructnumber);
+    return index < values.size() ? std::string(Trim(values[index])) : std::string();
+}
+
+// Holds the updates of a list back for as long as it lives.
+class THeldUpdates {
+  public:
+    explicit THeldUpdates(TColorList& list) : List(list) { List.BeginUpdate(); }
+    THeldUpdates(const THeldUpdates&) = delete;
+    THeldUpdates& operator=(const THeldUpdates&) = delete;
+    ~THeldUpdates() { List.EndUpdate(); }
+
+  private:
+    TColorList& List;
+};
+
+} // namespace
+
+TSetpointWriteRun::TSetpointWriteRun(const TParts& parts, std::string deviceName,
+                                     const std::vector<std::string>& profileList,
+                                     const TSelectedSetpoints& selected)
+    : Parts(parts), DeviceName(std::move(deviceName)), Selected(selected) {
+    for (const std::string& entry : profileList) {
+        const auto [name, value] = NameAndValue(entry);
+        EEadrByModbusAdr.emplace(name, value); // the first of an address counts
+    }
+}
+
+void TSetpointWriteRun::Run() {
+    ShowWaiting();
+    bool read = false;
+    {
+        const THeldUpdates held(Parts.ResultList);
+        WriteAll();
+        read = ReadBackAll();
+    }
+    if (read) {
+        CompareAll();
+    } else {
+        ReadErrorCount = CurrentSetpointNumber;
+        LastWriteResultList.emplace_back("Error reading device set/datapoint No compare of setpoints done");
+    }
+    LastWriteResultList.emplace_back("Device set/datapoint dumb of readlists");
+    LastWriteResultList.insert(LastWriteResultList.end(), Snapshot.begin(), Snapshot.end());
+}
+
+void TSetpointWriteRun::ShowWaiting() {
+    const THeldUpdates held(Parts.ResultList);
+    for (const auto& [name, value] : Selected.ValueNamelist)
+        Parts.ResultList.Add({"Name: " + name + "Value: " + value, waitingColor});
+}
+
+void TSetpointWriteRun::WriteAll() {
+    for (CurrentSetpointNumber = 0;
+         CurrentSetpointNumber < Selected.ValueAdrList.size() && Parts.Host.FormOpen();
+         ++CurrentSetpointNumber)
+        WriteOne();
+}
+
+void TSetpointWriteRun::WriteOne() {
+    const auto& [fileAddress, fileValue] = Selected.ValueAdrList[CurrentSetpointNumber];
+    Parts.ProgressBar.SetPosition(static_cast<int>(CurrentSetpointNumber));
+    Parts.progresslabel.SetCaption("Address : " + fileAddress + " Value : " + fileValue);
+    const std::int32_t value = ToIntegerOr(Trim(fileValue), 0);
+    const std::int32_t address = ToIntegerOr(Trim(fileAddress), noAddress);
+    std::int32_t eeAddress = address;
+    std::int32_t status = 0;
+    const auto found = EEadrByModbusAdr.find(std::to_string(address));
+    if (address != noAddress && found != EEadrByModbusAdr.end() && !found->second.empty()) {
+        eeAddress = ToIntegerOr(found->second, -1);
+        if (eeAddress >= 0)
+            status = Parts.Device.GetResponsstatus(Parts.Device.SendValue(value, eeAddress, 0));
+    }
+    const bool written = status == statusWritten;
+    TColorList::TRow row = Parts.ResultList.Rows()[CurrentSetpointNumber];
+    row.Color = written ? writtenColor : failedColor;
+    row.Caption += (written ? " success Madr : " : " _Write_Error Madr : ") + fileAddress + " -> EEadr " +
+                   std::to_string(eeAddress) + " Value  = " + std::to_string(value);
+    if (!written) {
+        row.Caption += " Responsstatus " + std::to_string(status);
+        ++ErrorCount;
+    }
+    LastWriteResultList.push_back(row.Caption);
+    Parts.ResultList.SetRow(CurrentSetpointNumber, std::move(row));
+}
+
+bool TSetpointWriteRun::ReadBackAll() {
+    if (!Parts.Host.FormOpen())
+        return false;
+    Parts.progresslabel.SetCaption("Please wait reading of setpoints is in progress");
+    auto result = TReadBack::EResult::NotStarted;
+    RunGuarded(Parts.Dialogs, [&] { result = Parts.ReadBack.Run(); });
+    Snapshot = {Parts.ReadBack.SnapshotRow(0), Parts.ReadBack.SnapshotRow(1)};
+    return result == TReadBack::EResult::Done;
+}
+
+void TSetpointWriteRun::CompareAll() {
+    std::vector<std::string> list;
+    Parts.Panel.GetProfileListCellsNameValue(DeviceName, list, structnumberField, modbusAdrField);
+    TTexts structnumbers;
+    for (const std::string& entry : list)
+        structnumbers.insert(NameAndValue(entry)); // the first of an address counts
+    std::vector<std::string> values;
+    SplitRow(Snapshot[1], values, false);
+    Parts.progresslabel.SetCaption("compare written values with read values");
+    LastWriteResultList.emplace_back("compare written values with read values");
+    for (CurrentSetpointNumber = 0; CurrentSetpointNumber < Selected.ValueAdrList.size();
+         ++CurrentSetpointNumber)
+        CompareOne(structnumbers, values);
+    if (ReadErrorCount == 0)
+        return;
+    LastWriteResultList.emplace_back("DevStrucnumlist start");
+    std::string& text = LastWriteResultList.emplace_back();
+    for (const std::string& entry : list)
+        text.append(text.empty() ? "" : "\r\n").append(entry);
+    LastWriteResultList.emplace_back("DevStrucnumlist end");
+}
+
+void TSetpointWriteRun::CompareOne(const TTexts& structnumbers, const std::vector<std::string>& values) {
+    const auto& [address, fileValue] = Selected.ValueAdrList[CurrentSetpointNumber];
+    const std::string madr = "Madr : " + address;
+    if (LowerCase(LastWriteResultList[CurrentSetpointNumber]).find("write_error") != std::string::npos) {
+        LastWriteResultList.push_back(madr + " result : Read skipped since write went wrong");
+        return;
+    }
+    const auto found = structnumbers.find(DigitsOnly(address));
+    const std::string structnumber(found == structnumbers.end() ? std::string_view() : found->second);
+    if (structnumber.empty())
+        LastWriteResultList.emplace_back("Didnt find structnumber");
+    const std::string read = ReadValue(structnumber, values);
+    const std::string written = DigitsOnly(fileValue);
+    // A text without digits is no value, and nothing equals it.
+    const bool same = read == written && !written.empty();
+    if (!same)
+        ++ReadErrorCount;
+    LastWriteResultList.push_back(madr + " Structnumber : " + structnumber + " written value: " + written +
+                                  " read value: " + read +
+                                  (same ? " result : Write/Read success" : " result : Write/Read Error"));
+}
+
+} // namespace tidewell

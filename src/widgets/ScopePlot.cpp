@@ -1,0 +1,305 @@
+#include "widgets/ScopePlot.h"
+
+#include "widgets/Child.h"
+
+#include <qcustomplot.h>
+
+#include <array>
+#include <cmath>
+#include <functional>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int pixelsPerTickX = 64; // at least, here and below
+constexpr int pixelsPerTickY = 34;
+constexpr int fewestTicks = 4;
+constexpr double legendShare = 0.45; // of the width, at most
+constexpr int outerMargin = 8;       // pixels
+constexpr int scaleGap = 6;          // between two scales at the same side
+
+// Ticks at round steps, and the numbers at them.
+class TTicker : public QCPAxisTicker {
+  public:
+    double BaseStep = 0; // made coarser or finer as needed; 0: none
+    double LeastStep = 0;
+    int SubTicks = 4;
+    int Precision = 1;
+    bool Fixed = false;
+    int MostTicks = 10;
+
+  protected:
+    double getTickStep(const QCPRange& range) override {
+        const double least = range.size() / std::max(MostTicks, 1);
+        Step = BaseStep > 0 ? BaseStep : Round(least);
+        if (Step < least || range.size() / Step < fewestTicks)
+            Step = Round(Step < least ? least : range.size() / (2.0 * fewestTicks));
+        Step = std::max(Step, LeastStep);
+        return Step;
+    }
+    int getSubTickCount(double) override { return SubTicks; }
+    QString getTickLabel(double tick, const QLocale&, QChar, int) override {
+        const int needed = Step < 1 ? static_cast<int>(std::ceil(-std::log10(Step) - 1e-6)) : 0;
+        const double value = std::abs(tick) < Step * 1e-6 ? 0 : tick;
+        return QString::number(value, 'f', Fixed ? std::max(Precision, needed) : needed);
+    }
+
+  private:
+    // The next of 1, 2, 5, 10, 20, ...
+    static double Round(double step) {
+        const double power = std::pow(10, std::floor(std::log10(step)));
+        const double mantissa = step / power;
+        for (const double round : {1.0, 2.0, 5.0})
+            if (mantissa <= round * (1 + 1e-9))
+                return round * power;
+        return 10 * power;
+    }
+
+    double Step = 1;
+};
+
+// One thing that is drawn on a layer.
+class TDrawn : public QCPLayerable {
+  public:
+    TDrawn(const QString& layerName, std::function<void(QCPPainter&)> paint, QCustomPlot* plot)
+        : QCPLayerable(plot, layerName), Paint(std::move(paint)) {}
+
+  protected:
+    void applyDefaultAntialiasingHint(QCPPainter* painter) const override { painter->setAntialiasing(false); }
+    void draw(QCPPainter* painter) override { Paint(*painter); }
+
+  private:
+    std::function<void(QCPPainter&)> Paint;
+};
+
+// Layers and buffers. Only the part of a buffer that holds something is put on the screen.
+class TCanvas : public QCustomPlot {
+  public:
+    using QCustomPlot::QCustomPlot;
+    QRect LegendRect;
+    QRect OverlayRect;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        constexpr int buffers = 3; // the picture, which is opaque, the legend, the overlay
+        if (mPaintBuffers.size() != buffers || !qFuzzyCompare(mBufferDevicePixelRatio, devicePixelRatioF())) {
+            QCustomPlot::paintEvent(event);
+            return;
+        }
+        QCPPainter painter(this);
+        mPaintBuffers[0]->draw(&painter);
+        const QRegion due = event->region();
+        for (const int buffer : {1, 2}) {
+            const QRegion part = due & (buffer == 1 ? LegendRect : OverlayRect);
+            if (part.isEmpty())
+                continue;
+            painter.setClipRegion(part);
+            mPaintBuffers[buffer]->draw(&painter);
+        }
+    }
+};
+
+} // namespace
+
+class TScopePlot::TImpl {
+  public:
+    TImpl(QWidget& owner, const TScopePicture& picture, const TScopeOverlay& overlay)
+        : Picture(picture), Overlay(overlay), Canvas(NewChild<TCanvas>(owner)),
+          Area(*Canvas.axisRect()), Axes{Canvas.xAxis, Canvas.yAxis, Canvas.yAxis2,
+                                         Area.addAxis(QCPAxis::atRight)} {
+        Canvas.setAttribute(Qt::WA_TransparentForMouseEvents);
+        Canvas.setFocusPolicy(Qt::NoFocus);
+        Canvas.setBackground(QBrush(Qt::NoBrush));
+        Canvas.setNotAntialiasedElements(QCP::aeAll);
+        Canvas.plotLayout()->setColumnSpacing(0);
+        Canvas.plotLayout()->addElement(0, 1, &LegendPlace);
+        for (std::size_t i = 0; i < Axes.size(); ++i) {
+            Tickers[i] = QSharedPointer<TTicker>::create();
+            Axes[i]->setTicker(Tickers[i]);
+            Axes[i]->setVisible(i <= 1);
+            Axes[i]->setTickLabelPadding(i == 0 ? 2 : 4);
+            Axes[i]->setTickLength(0, 5);
+            Axes[i]->setSubTickLength(0, 3);
+            Axes[i]->grid()->setVisible(i <= 1);
+        }
+        Axes[3]->setPadding(scaleGap);
+        Canvas.layer(QStringLiteral("legend"))->setMode(QCPLayer::lmBuffered);
+        Canvas.layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmBuffered);
+        AddDrawn();
+        QObject::connect(&Canvas, &QCustomPlot::beforeReplot, &Canvas, [this] { Arrange(); });
+        QObject::connect(&Canvas, &QCustomPlot::afterReplot, &Canvas, [this] { TellRects(); });
+    }
+
+    void Arrange() {
+        for (std::size_t i = 0; i < Axes.size(); ++i) {
+            TSLZoomRect shown = Picture.Shown;
+            const TSLRange& range = RangeOf(shown, i);
+            Axes[i]->setRange(range.Lower, range.Upper);
+        }
+        for (const std::size_t axis : {2U, 3U})
+            Axes[axis]->setVisible(Picture.UsesAxis(static_cast<int>(axis) - 1));
+        Tickers[0]->MostTicks = Canvas.width() / pixelsPerTickX;
+        for (const std::size_t axis : {1U, 2U, 3U})
+            Tickers[axis]->MostTicks = Canvas.height() / pixelsPerTickY;
+        Area.setMinimumMargins({outerMargin, outerMargin + 2, outerMargin + 4, outerMargin});
+        const QSize room(static_cast<int>(Canvas.width() * legendShare), Canvas.height());
+        const int width = Legend.Arrange(Picture, Canvas.fontMetrics(), room);
+        LegendPlace.setMinimumSize(width, 1);
+        LegendPlace.setMaximumSize(width, QWIDGETSIZE_MAX);
+    }
+
+    QRect Plot() const { return Area.rect(); }
+    QPoint LegendOrigin() const { return LegendPlace.rect().topLeft(); }
+    QRect OverlayRect() const {
+        const bool any = Overlay.Pointed || Overlay.Highlighted || !Overlay.Band.isEmpty() || Overlay.Held ||
+                         Picture.Cursor.Visible;
+        return any ? Plot().adjusted(0, 0, 1, 1) : QRect();
+    }
+    void TellRects() {
+        Canvas.LegendRect = LegendPlace.rect();
+        Canvas.OverlayRect = OverlayRect();
+    }
+
+    const TScopePicture& Picture;
+    const TScopeOverlay& Overlay;
+    TCanvas& Canvas; // a child of the owner, and the rest of Qt's objects of the canvas
+    QCPAxisRect& Area;
+    std::array<QCPAxis*, scopeAxes> Axes;
+    std::array<QSharedPointer<TTicker>, scopeAxes> Tickers;
+    QCPLayoutElement& LegendPlace = NewChild<QCPLayoutElement>(Canvas);
+    TScopeDrawing Drawing{Picture, Overlay};
+    TScopeLegend Legend;
+
+  private:
+    void Add(const char* layer, std::function<void(QCPPainter&)> paint) {
+        NewChild<TDrawn>(Canvas, QString::fromLatin1(layer), std::move(paint));
+    }
+    void AddDrawn() {
+        Add("background", [this](QCPPainter& painter) {
+            painter.fillRect(Canvas.viewport(), Drawing.Colors.Surface);
+            painter.fillRect(Plot(), Drawing.Colors.Plot);
+        });
+        Add("main", [this](QCPPainter& painter) {
+            painter.setClipRect(Plot());
+            Drawing.DrawCurves(painter, Plot(), painter.modes().testFlag(QCPPainter::pmVectorized));
+        });
+        Add("axes", [this](QCPPainter& painter) {
+            painter.setFont(Canvas.font());
+            Drawing.DrawTexts(painter, Plot());
+        });
+        Add("legend", [this](QCPPainter& painter) {
+            painter.setFont(Canvas.font());
+            painter.setRenderHint(QPainter::Antialiasing);
+            Legend.Paint(painter, LegendOrigin(), Picture, Drawing.Colors, Overlay.Highlighted);
+        });
+        Add("overlay", [this](QCPPainter& painter) { Drawing.DrawOverlay(painter, Plot()); });
+    }
+};
+
+TScopePlot::TScopePlot(QWidget& owner, const TScopePicture& picture)
+    : Impl(std::make_unique<TImpl>(owner, picture, Overlay)) {
+    ApplyColors();
+}
+
+TScopePlot::~TScopePlot() = default;
+
+void TScopePlot::Resize(QSize size) {
+    Impl->Canvas.resize(size); // draws
+}
+
+void TScopePlot::ApplyColors() {
+    const TScopeColors colors = TScopeColors::Of(Impl->Canvas.palette());
+    Impl->Drawing.Colors = colors;
+    for (QCPAxis* axis : Impl->Axes) {
+        axis->setBasePen(QPen(colors.Axis, 1));
+        axis->setTickPen(QPen(colors.Axis, 1));
+        axis->setSubTickPen(QPen(colors.Axis, 1));
+        axis->setTickLabelColor(colors.Text);
+        axis->setTickLabelFont(Impl->Canvas.font());
+        axis->grid()->setPen(QPen(colors.Grid, 1));
+    }
+}
+
+void TScopePlot::ApplySettings(const TSLScope& scope) {
+    const TScopeColors& colors = Impl->Drawing.Colors;
+    for (std::size_t i = 0; i < scopeAxes; ++i) {
+        const TSLScopeAxis& axis = i == 0 ? scope.XAxis : *scope.Axis(static_cast<int>(i) - 1);
+        TTicker& ticker = *Impl->Tickers[i];
+        ticker.BaseStep = axis.MajorTicks.Step;
+        ticker.LeastStep = i == 0 ? 1 : 0; // X counts samples
+        ticker.SubTicks = axis.MinorTicks.Count;
+        ticker.Precision = i == 0 ? 0 : axis.Format.Precision;
+        ticker.Fixed = axis.Format.FixedPrecision;
+        QCPGrid& grid = *Impl->Axes[i]->grid();
+        const auto& view = axis.DataView;
+        const bool zeroLine = i > 0 && view.ZeroLine.Visible;
+        grid.setVisible(view.Lines.Visible || zeroLine);
+        grid.setPen(view.Lines.Visible ? QPen(colors.Grid, 1) : QPen(Qt::NoPen));
+        grid.setZeroLinePen(zeroLine ? QPen(Readable(view.ZeroLine.Color, colors.Plot), 1) : QPen(Qt::NoPen));
+    }
+}
+
+void TScopePlot::Draw() {
+    Impl->Canvas.replot(QCustomPlot::rpQueuedRefresh);
+}
+
+void TScopePlot::DrawSoon() {
+    Impl->Canvas.replot(QCustomPlot::rpQueuedReplot);
+}
+
+void TScopePlot::DrawLegend() {
+    if (Impl->Legend.Fits(Impl->Picture, Impl->Canvas.fontMetrics()))
+        Impl->Canvas.layer(QStringLiteral("legend"))->replot();
+    else
+        Draw();
+}
+
+void TScopePlot::DrawOverlay() {
+    Impl->Canvas.layer(QStringLiteral("overlay"))->replot();
+    Impl->TellRects();
+}
+
+void TScopePlot::Print(QPaintDevice& device, QSize size, bool vector) {
+    QCPPainter painter;
+    painter.begin(&device);
+    painter.setMode(QCPPainter::pmNoCaching);
+    painter.setMode(QCPPainter::pmVectorized, vector);
+    Impl->Arrange();
+    Impl->Canvas.toPainter(&painter, size.width(), size.height());
+}
+
+QRect TScopePlot::PlotRect() const {
+    return Impl->Plot();
+}
+
+TPlotMap TScopePlot::Map() const {
+    return MapOf(Impl->Picture.Shown, Impl->Plot());
+}
+
+std::optional<std::size_t> TScopePlot::ScaleAt(QPoint place) const {
+    const QRect plot = Impl->Plot();
+    if (place.y() > plot.bottom())
+        return place.x() >= plot.left() && place.x() <= plot.right() ? std::optional<std::size_t>(0)
+                                                                     : std::nullopt;
+    if (place.y() < plot.top())
+        return std::nullopt;
+    if (place.x() < plot.left())
+        return 1;
+    if (place.x() <= plot.right() || place.x() >= Impl->LegendPlace.rect().left())
+        return std::nullopt;
+    const bool outer = Impl->Axes[3]->visible() && place.x() >= plot.right() + Impl->Axes[3]->offset();
+    if (outer || !Impl->Axes[2]->visible())
+        return Impl->Axes[3]->visible() ? std::optional<std::size_t>(3) : std::nullopt;
+    return 2;
+}
+
+std::optional<std::size_t> TScopePlot::LegendEntryAt(QPoint place) const {
+    return Impl->Legend.EntryAt(place, Impl->LegendOrigin());
+}
+
+QRect TScopePlot::LegendEntryRect(std::size_t channel) const {
+    return Impl->Legend.EntryRect(channel, Impl->LegendOrigin());
+}
+
+} // namespace tidewell

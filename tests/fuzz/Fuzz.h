@@ -1,0 +1,66 @@
+#pragma once
+
+#include "bench/IdlePorts.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Simple.h"
+#include "graph/GraphPage.h"
+#include "logging/DatalogReader.h"
+#include "logging/LogBuffers.h"
+#include "model/Profile.h"
+#include "support/MemoryFiles.h"
+
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tidewell::test {
+
+// Ends the program, unless the condition holds.
+inline void Require(bool condition, const char* what) {
+    if (!condition)
+        throw std::logic_error(what);
+}
+
+// The text up to the mark, which is taken off with it; all of it if there is no mark.
+inline std::string_view TakeUpTo(std::string_view& text, char mark) {
+    const std::string_view taken = text.substr(0, text.find(mark));
+    text.remove_prefix(taken.size() + (taken.size() < text.size() ? 1 : 0));
+    return taken;
+}
+
+// Answers each dialog with what was set.
+class TFixedDialogs : public TNoDialogs {
+  public:
+    std::optional<std::filesystem::path> OpenFile(const TFileDialog&) override { return Profile; }
+    std::vector<std::filesystem::path> OpenFiles(const TFileDialog&) override { return Datalogs; }
+    std::optional<std::filesystem::path> SaveFile(const TFileDialog&) override { return Target; }
+    std::filesystem::path Profile;
+    std::vector<std::filesystem::path> Datalogs;
+    std::filesystem::path Target;
+};
+
+// A graph page and what opens files on it.
+class TFuzzRig : public IDatalogHost {
+  public:
+    void StopLog() override {}
+    void OpenProfile(const std::filesystem::path& path) override { Profile.Open(path); }
+    bool FormOpen() const override { return true; }
+
+    TMemoryFiles Files;
+    TNoWait Wait;
+    TFixedDialogs Dialogs;
+    TProfile Profile{Files};
+    TMemo MemoEventLog{"MemoEventLog"};
+    TLogBuffers Buffers;
+    TProgressBar FileProgressBar{"FileProgressBar"};
+    TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
+    std::filesystem::path directorypath = "/t";
+    TDatalogParts Parts{*this, Dialogs,      Files,           Wait,         Profile,
+                        Page,  MemoEventLog, FileProgressBar, directorypath};
+};
+
+} // namespace tidewell::test

@@ -1,0 +1,93 @@
+#include "core/Errors.h"
+#include "core/Numbers.h"
+#include "fuzz/Fuzz.h"
+#include "model/ModbusPanel.h"
+
+#include <cstdint>
+#include <set>
+
+namespace tidewell::test {
+namespace {
+
+constexpr const char* path = "/t/profile/a.pls";
+constexpr const char* line = "0;02-03-2026;08:00:00;1; -2; 40000; 3; x; 5; ";
+
+// All that shows a row of the setpoint grid.
+void ShowListRows(TFuzzRig& rig) {
+    TModbusPanel panel(rig.Files, rig.Wait);
+    panel.SetMpanelWorkingpath("/t");
+    panel.SetMpanelPLSpath(path);
+    panel.InitQuestionStringlistStructures();
+    for (const TMDevice& device : panel.DeviceList)
+        for (const TStringTable& table : device.ReadListText)
+            for (std::size_t row = 0; row < table.RowCount(); ++row) {
+                std::string text;
+                for (std::size_t column = 0; column < table.ColCount(); ++column)
+                    text += table.Cell(column, row) + ';';
+                try {
+                    std::vector<std::string> help;
+                    std::vector<std::string> shown;
+                    const TListRow listRow = ParseListRow(FormatRowLimits(text, help));
+                    FormatListValues(line, shown, {listRow});
+                    CellText(listRow, shown.at(0));
+                } catch (const EConvertError&) { // told
+                }
+            }
+}
+
+bool NamesAreUnique(const TIniSection& section) {
+    std::set<std::string> names;
+    for (const auto& row : section.Rows())
+        names.insert(LowerCase(row.Name));
+    return names.size() == section.Count();
+}
+
+// Writes the graph settings back; what they do not cover reads as before.
+void WriteBack(TFuzzRig& rig) {
+    const std::vector<TGraphPoint> before = rig.Profile.GraphPoints;
+    const bool unique = NamesAreUnique(TIniFile(rig.Files, path).ReadSection("GraphPoints"));
+    rig.Profile.WriteGraphSettings(rig.Page.ChannelSettings());
+    rig.Profile.Open(path);
+    if (!unique)
+        return; // the first of a name gets the row of the last
+    Require(before.size() == rig.Profile.GraphPoints.size(), "another count of graph rows");
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        const TGraphPoint& after = rig.Profile.GraphPoints[i];
+        Require(before[i].IsChannel == after.IsChannel && before[i].Structnumber == after.Structnumber &&
+                    before[i].Offset == after.Offset && before[i].Decimal == after.Decimal &&
+                    before[i].Type == after.Type,
+                "another graph row");
+    }
+}
+
+void Guarded(const auto& action) {
+    try {
+        action();
+    } catch (const TError&) { // told
+    }
+}
+
+} // namespace
+} // namespace tidewell::test
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace tidewell;
+    using namespace tidewell::test;
+    TFuzzRig rig;
+    rig.Files.Put(path, std::string(reinterpret_cast<const char*>(data), size));
+    rig.Profile.Open(path);
+    rig.Profile.ReadNabtoSection(path);
+    ReadPollQuestions(rig.Files, path);
+    rig.Page.XAxisJump = 2;
+    Guarded([&] { ShowListRows(rig); });
+    Guarded([&] { rig.Page.GraphInit(true); });
+    for (int i = 0; i < 4; ++i) {
+        rig.Page.GraphDataLabelsTimeText.Add("t");
+        rig.Page.GraphDataLabelsDateText.Add("d");
+        Guarded([&] { rig.Page.ExtendGraph(line); });
+    }
+    for (const TSLDisplayChannel& channel : rig.Page.graph.Channels)
+        rig.Page.BinaryView.ChannelIsBinary(channel.Name());
+    Guarded([&] { WriteBack(rig); });
+    return 0;
+}

@@ -1,0 +1,60 @@
+#include "core/Errors.h"
+#include "fuzz/Fuzz.h"
+#include "logging/SdDatalogReader.h"
+
+#include <cstdint>
+
+namespace tidewell::test {
+namespace {
+
+constexpr char nextFile = '\x1C';
+constexpr const char* profileText = "[GraphPoints]\r\n"
+                                    "A=First;1;clRed;3;0;1;150;;;;;;1;\r\n"
+                                    "B=Last;3;clBlue;18;-7;-2;x;;;;;;1;\r\n"
+                                    "C=Beyond;0;;19;-7;300;;;;;;;1;\r\n";
+
+// A file of 360 rows needs more bytes than are good for finding faults, so the lines of a text that starts
+// with "@" stand for stamp, magic and rows, which are repeated; any other text is a file as it stands.
+std::string FileOf(std::string_view text) {
+    if (!text.starts_with('@'))
+        return std::string(text);
+    text.remove_prefix(1);
+    const std::string stamp(TakeUpTo(text, '\n'));
+    const std::string magic(TakeUpTo(text, '\n'));
+    std::string file;
+    std::string_view rest = text;
+    for (int row = 0; row < 360; ++row) {
+        if (rest.empty())
+            rest = text;
+        file.append(TakeUpTo(rest, '\n')).append("\n");
+    }
+    return file + stamp + "\n" + magic;
+}
+
+} // namespace
+} // namespace tidewell::test
+
+// Files, separated by 0x1C.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace tidewell;
+    using namespace tidewell::test;
+    std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    TFuzzRig rig;
+    rig.Files.Put("/t/a.SDpls", profileText);
+    rig.Dialogs.Profile = "/t/a.SDpls";
+    for (int file = 0; file == 0 || (!bytes.empty() && file < 3); ++file) {
+        rig.Dialogs.Datalogs.push_back("/t/" + std::to_string(file) + ".DAL");
+        rig.Files.Put(rig.Dialogs.Datalogs.back(), FileOf(TakeUpTo(bytes, nextFile)));
+    }
+    try {
+        TSdDatalogReader(rig.Parts).Open_sd_datalogClick();
+        const std::size_t rows = rig.Page.graph.Channels[0].Data.GetSize();
+        Require(rows > 0 && rows % 360 == 0, "rows are missing");
+        Require(rig.Page.graph.Labels.Count() > 12, "labels are missing");
+        Require(!rig.Profile.ProfileLoaded && rig.Page.GraphSampleCount() == 0, "not only on the surface");
+    } catch (const TError&) { // told
+        for (const TSLDisplayChannel& channel : rig.Page.graph.Channels)
+            Require(channel.Data.GetSize() == 0, "half a page");
+    }
+    return 0;
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "core/controls/Lists.h"
+#include "core/controls/Simple.h"
+#include "graph/GraphPage.h"
+#include "logging/DatalogReader.h"
+#include "logging/LogBuffers.h"
+#include "model/Profile.h"
+#include "support/MemoryFiles.h"
+#include "support/ScriptedDialogs.h"
+#include "support/VirtualTime.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tidewell::test {
+
+// What opens and exports datalogs works on, with the profile "/t/profile/a.pls" opened.
+class TDatalogRig : public IDatalogHost {
+  public:
+    explicit TDatalogRig(const std::string& profileText, int xAxisJump = 1000) {
+        Files.Put("/t/profile/a.pls", profileText);
+        Page.XAxisJump = xAxisJump;
+        OpenProfile("/t/profile/a.pls");
+        Page.GraphInit(true);
+        FileProgressBar.SetVisible(false);
+    }
+    void StopLog() override { ++Stopped; }
+    void OpenProfile(const std::filesystem::path& path) override { Profile.Open(path); }
+    bool FormOpen() const override { return Open; }
+
+    // What a channel holds of each sample; of the plot surface, or of the page's own table.
+    std::vector<double> Drawn(std::size_t channel) const {
+        std::vector<double> values(Page.graph.Channels[channel].Data.GetSize());
+        Page.graph.Channels[channel].Data.GetDrawYData(values.data());
+        return values;
+    }
+    std::vector<double> Samples(std::size_t channel) const {
+        std::vector<double> values;
+        for (std::size_t sample = 0; sample < Page.GraphSampleCount(); ++sample)
+            values.push_back(Page.DataLogDataValues.At(channel, sample));
+        return values;
+    }
+
+    bool Open = true;
+    int Stopped = 0;
+    TMemoryFiles Files;
+    TVirtualTime Time;
+    TScriptedDialogs Dialogs;
+    TProfile Profile{Files};
+    TMemo MemoEventLog{"MemoEventLog"};
+    TLogBuffers Buffers;
+    TProgressBar FileProgressBar{"FileProgressBar"};
+    TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
+    std::filesystem::path directorypath = "/t";
+    TDatalogParts Parts{*this, Dialogs,      Files,           Time,         Profile,
+                        Page,  MemoEventLog, FileProgressBar, directorypath};
+};
+
+} // namespace tidewell::test
