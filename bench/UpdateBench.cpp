@@ -18,6 +18,7 @@
 #include <array>
 #include <charconv>
 #include <cstdlib>
+#include <string.h>
 #include <random>
 #include <string_view>
 #include <vector>

@@ -1,6 +1,7 @@
 #include "desktop/views/InputView.h"
 
 #include "Support.h"
+#include "desktop/QtClock.h"
 #include "link/FakeNabto.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
@@ -83,7 +84,8 @@ class InputViewTest : public testing::Test {
     TCurrentInifilesPath Paths{"/t/s.inn", {}, {}, {}, "/t"};
     TModbusPanel Panel{Files, Desk.Wait};
     TUNabto Nabto{Library, Desk.Dialogs, Desk.Timers, Desk.Wait, Files, "/t"};
-    TNabtoDevice Device{Desk.Dialogs, Desk.Timers, Desk.Wait, Files, Desk.Clock, Paths, Nabto, Panel, Host};
+    TQtClock Clock;
+    TNabtoDevice Device{Desk.Dialogs, Desk.Timers, Desk.Wait, Files, Clock, Paths, Nabto, Panel, Host};
     TMemo Log{"MemoEventLog"};
     TInputDialog Dialog{{Desk.Dialogs, Panel, Device, Log, Host}};
 };

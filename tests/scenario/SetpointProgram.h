@@ -1,10 +1,13 @@
 #pragma once
 
+#include "core/DiskFiles.h"
 #include "core/KvSupport.h"
 #include "core/TextFile.h"
 #include "scenario/ProgramFixture.h"
 
+#include <chrono>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -39,7 +42,19 @@ class TSetpointProgram : public TProgramFixture {
     static TFaultCondition When(const std::string& query, std::size_t skip = 0,
                                 std::optional<std::size_t> times = {},
                                 std::optional<std::int64_t> toMs = {}) {
-        return {.ToMs = toMs, .Query = query, .Obj = {}, .Address = {}, .Skip = skip, .Times = times};
+        return {.ToMs = toMs, .Query = query, .Obj = {}, .Address = {}, .State = {}, .Skip = skip, .Times = times};
+    }
+    // Compares with a file of the sources. With TIDEWELL_UPDATE_GOLDEN set that is written anew instead; look
+    // at the difference then.
+    static void ExpectGolden(const std::string& name, const std::string& bytes) {
+        TDiskFiles disk;
+        const auto golden = std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/scenario/golden/setpoints";
+        if (std::getenv("TIDEWELL_UPDATE_GOLDEN") != nullptr) {
+            const auto file = disk.Replace(golden / name);
+            file->Write(bytes);
+            file->Commit();
+        }
+        EXPECT_TRUE(bytes == disk.Read(golden / name)) << "differs from " << name << ":\n" << bytes;
     }
     // Writes that went to the library, "<address>=<value>".
     std::vector<std::string> Writes() const {
@@ -77,9 +92,11 @@ class TSetpointProgram : public TProgramFixture {
         ExpectEntry(Page().Savesetpoints1);
         RightClick();
     }
-    // The bytes of the file that a save leaves.
-    std::string Save(const std::filesystem::path& path = "/t/setpoint/saved.csv") {
+    // The bytes of the file that a save leaves, after so many messages on values that are none.
+    std::string Save(const std::filesystem::path& path = "/t/setpoint/saved.csv", int badValues = 0) {
         ExpectEntry(Page().Savesetpoints1);
+        for (int i = 0; i < badValues; ++i)
+            Dialogs.ExpectMessage("Error Data not valid Code= 1");
         Dialogs.ExpectSaveFile(Language("HeadAppl", "DialogSaveDatalogFile"), path);
         RightClick();
         return Files.FileExists(path) ? Files.Read(path) : "no file";
@@ -96,11 +113,18 @@ class TSetpointProgram : public TProgramFixture {
                " Number of Read error " + std::to_string(readErrors) +
                " Resultfile saved in systemlog folder";
     }
-    // The file of a run that has just ended.
-    std::string ResultPath() const {
-        return "/t/log/systemlog/WriteMultibleSetpointsResult " + DateTimeStamp(Time) + ".csv";
+    // The file of a run that ends so many seconds from now.
+    std::string ResultPath(int seconds = 0) const {
+        const TTime time = Time.Now() + std::chrono::seconds(seconds);
+        return "/t/log/systemlog/WriteMultibleSetpointsResult " +
+               DigitsOnly(Time.ShortDate(time) + Time.LongTime(time)) + ".csv";
     }
     std::vector<std::string> ResultLines() const { return ReadLines(Files, ResultPath()); }
+    void PressReturn(TForm& form) {
+        bool handled = false;
+        form.OnKeyDown(EKey::Return, handled);
+        EXPECT_TRUE(handled);
+    }
 };
 
 constexpr TColor writtenColor{0x008000};

@@ -1,14 +1,11 @@
-#include "core/DiskFiles.h"
-#include "core/KvSupport.h"
 #include "core/Numbers.h"
-#include "core/TextFile.h"
-#include "scenario/ProgramFixture.h"
+#include "scenario/SetpointProgram.h"
 #include "setpoints/SetpointRecords.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <span>
 
 namespace tidewell::test {
 namespace {
@@ -16,73 +13,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::filesystem::path savedFile = "/t/setpoint/aria.csv";
 const std::string writeQuery = "setpointWriteValue.json";
 
-class TSetpoints : public TProgramFixture {
+class TSetpoints : public TSetpointProgram {
   protected:
-    TSimulatedController& Controller() { return *Nabto.FindController(Arguments.at(1)); }
-    std::string Held(std::int32_t address) {
-        const auto value = Controller().Values.Read(ETable::Setpoint, {0, address}, Nabto.NowMs());
-        return value ? std::to_string(*value) : "none";
-    }
-    // The next right click on the device's node chooses that entry.
-    void ExpectEntry(TMenuItem& item) {
-        Dialogs.ExpectPopup("Setpointpopup", [&item](TPopupMenu&) { item.Click(); });
-    }
-    void RightClick() {
-        TTreeView& tree = Main().SetpointPage.SetpointTreeView;
-        tree.SetSelected(TTreeView::TSelection{0, -1});
-        tree.OnRightMouseButton();
-    }
-    // The bytes of the file that a save leaves.
-    std::string Save() {
-        ExpectEntry(Main().SetpointPage.Savesetpoints1);
-        Dialogs.ExpectSaveFile(Language("HeadAppl", "DialogSaveDatalogFile"), savedFile);
-        RightClick();
-        return Files.Read(savedFile);
-    }
-    void Load(const std::string& bytes, const std::function<void(TLoadSetpoints&)>& action) {
-        Files.Put("/t/list.csv", bytes);
-        ExpectEntry(Main().SetpointPage.Loadsetpointfromfile1);
-        Dialogs.ExpectOpenFile(Language("HeadAppl", "DialogOpenProfileCaption"), "/t/list.csv");
-        Dialogs.ExpectForm("LoadSetpoints", [this, action](TForm&) { action(Program->LoadSetpoints); });
-        RightClick();
-    }
-    static std::string Result(std::size_t errors, std::size_t readErrors) {
-        return "Setpointwrite is done. Number of write Errors " + std::to_string(errors) +
-               " Number of Read error " + std::to_string(readErrors) +
-               " Resultfile saved in systemlog folder";
-    }
-    // The file of a run that has just ended.
-    std::vector<std::string> ResultLines() const {
-        return ReadLines(Files,
-                         "/t/log/systemlog/WriteMultibleSetpointsResult " + DateTimeStamp(Time) + ".csv");
-    }
-    // Writes that went to the library, "<address>=<value>".
-    std::vector<std::string> Writes() const {
-        std::vector<std::string> writes;
-        for (const std::string& call : Libraries.Calls)
-            if (const auto at = call.find("/" + writeQuery + "?"); at != std::string::npos) {
-                const auto pieces = SplitStrictly(std::string_view(call).substr(call.find('{', at)), '"');
-                writes.push_back(std::string(pieces.at(11)) + "=" + std::string(pieces.at(15)));
-            }
-        return writes;
-    }
-    // With TIDEWELL_UPDATE_GOLDEN set the file is written anew instead of compared; look at the difference
-    // then.
-    static void ExpectGolden(const std::string& name, const std::string& bytes) {
-        TDiskFiles disk;
-        const auto golden = std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/scenario/golden/setpoints";
-        if (std::getenv("TIDEWELL_UPDATE_GOLDEN") != nullptr) {
-            disk.CreateDirectories(golden);
-            const auto file = disk.Replace(golden / name);
-            file->Write(bytes);
-            file->Commit();
-        }
-        ASSERT_TRUE(disk.FileExists(golden / name)) << name;
-        EXPECT_TRUE(bytes == disk.Read(golden / name)) << "differs from " << name << ":\n" << bytes;
-    }
     // Each record of a setpoint file of the Aria tells what the controller holds, as far as it is to.
     std::size_t ExpectFileHeld(const std::string& bytes, const std::function<bool(std::int32_t)>& isTo) {
         const auto lines = SplitLines(bytes);
@@ -112,7 +46,6 @@ TEST_F(TSetpoints, AreSavedEditedAndLoadedBack) {
     Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::No);
     Main().TrafficButton.Click();
     RunUntilRows(Main().LogBuffers.DatalogCount + 1);
-    TSetpointPage& page = Main().SetpointPage;
     struct {
         int Group; // in the tree
         std::string Name, Before, Entry, Wire, After;
@@ -129,22 +62,21 @@ TEST_F(TSetpoints, AreSavedEditedAndLoadedBack) {
     std::vector<std::string> wire;
     for (const auto& edit : edits) {
         SCOPED_TRACE(edit.Name);
-        page.SetpointTreeView.SetSelected(TTreeView::TSelection{0, edit.Group});
-        page.SetpointTreeView.OnClick();
-        const auto found = std::ranges::find(page.SetpointValues, edit.Name, &TListRow::Name);
-        ASSERT_NE(found, page.SetpointValues.end());
-        const int row = static_cast<int>(found - page.SetpointValues.begin()) + 1;
+        Page().SetpointTreeView.SetSelected(TTreeView::TSelection{0, edit.Group});
+        Page().SetpointTreeView.OnClick();
+        const auto found = std::ranges::find(Page().SetpointValues, edit.Name, &TListRow::Name);
+        ASSERT_NE(found, Page().SetpointValues.end());
+        const int row = static_cast<int>(found - Page().SetpointValues.begin()) + 1;
         const auto value = [&] {
-            return page.SetpointGridDrawCell(1, row).Text;
+            return Page().SetpointGridDrawCell(1, row).Text;
         };
         EXPECT_EQ(value(), edit.Before);
         Dialogs.ExpectForm("InputDialog", [&](TForm& form) {
-            Program->InputDialog.EValue.Enter(edit.Entry);
-            bool handled = false;
-            form.OnKeyDown(EKey::Return, handled);
+            Dialog().EValue.Enter(edit.Entry);
+            PressReturn(form);
             EXPECT_FALSE(form.Visible());
         });
-        page.SetpointGrid.OnDblClick(row);
+        Page().SetpointGrid.OnDblClick(row);
         wire.push_back(edit.Wire);
         RunUntilRows(Main().LogBuffers.DatalogCount + 2); // one cycle may be under way
         EXPECT_EQ(value(), edit.After);
@@ -163,13 +95,10 @@ TEST_F(TSetpoints, AreSavedEditedAndLoadedBack) {
     });
     EXPECT_EQ(Writes().size(), 76U);
     ExpectFileHeld(saved, all);
-    std::string result;
-    for (const std::string& line : ResultLines())
-        result += line + "\r\n";
-    ExpectGolden("result.csv", result);
+    ExpectGolden("result.csv", Files.Read(ResultPath()));
     EXPECT_EQ(Save(), saved);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
     Close();
+    ExpectGolden("eventlog.log", Files.Read(FilesBelow("/t/log/systemlog").front()));
 }
 
 // Only addresses count: what the other model has is written, the rest is told to have failed.
@@ -183,7 +112,7 @@ TEST_F(TSetpoints, OfAnotherModelAreWrittenAsFarAsTheirAddressesAreKnown) {
     Load(saved, [this](TLoadSetpoints& form) {
         Dialogs.ExpectMessage(Result(54, 0));
         form.ButWriteSetpoints.Click();
-        EXPECT_EQ(std::ranges::count(form.ResultList.Rows(), TColor{0x0000FF},
+        EXPECT_EQ(std::ranges::count(form.ResultList.Rows(), failedColor,
                                      [](const auto& row) { return row.Color; }),
                   54);
     });
@@ -214,16 +143,23 @@ class TSetpointFaults : public TSetpoints {
             bytes += "N;F;" + record.RawValue + ";0;9;0;0;" + record.ModbusAdr + ";0;\r\n";
         return bytes;
     }
-    static TFaultCondition When(const std::string& query, std::size_t position = 0,
-                                std::optional<std::size_t> times = {},
-                                std::optional<std::int64_t> toMs = {}) {
-        return {.ToMs = toMs, .Query = query, .Obj = {}, .Address = {}, .Skip = position, .Times = times};
-    }
     // Puts the controller into its first state, with one fault from now on, and writes the list.
     void Write(TLoadSetpoints& form, const TFault& fault) {
         Controller().Faults.Replace({fault});
         for (const std::int32_t address : {100, 101, 163})
             Controller().Values.Write({0, address}, 1);
+        // Values that move could use up the retries of the read-back.
+        for (const auto& [table, first, count] :
+             std::vector<std::tuple<ETable, TRegisterAddress, std::int32_t>>{
+                 {ETable::Datapoint, {0, 0}, 20},
+                 {ETable::Datapoint, {0, 40}, 18},
+                 {ETable::Setpoint, {1, 300}, 12}})
+            Controller().Values.Add({.Table = table,
+                                     .First = first,
+                                     .Count = count,
+                                     .Sources = {{.First = 5}},
+                                     .RefusedStatus = {},
+                                     .WrittenAt = {}});
         Libraries.Calls.clear();
         Time.Advance(1000); // another second, another result file
         form.ButWriteSetpoints.Click();
@@ -238,7 +174,7 @@ class TSetpointFaults : public TSetpoints {
         for (std::size_t i = 0; i < List.size(); ++i) {
             const TRecord& record = List[i];
             const bool failed = record.Address < 0 || sent++ == refused;
-            EXPECT_EQ(form.ResultList.Rows().at(i).Color, TColor{failed ? 0x0000FFU : 0x008000U}) << i;
+            EXPECT_EQ(form.ResultList.Rows().at(i).Color, failed ? failedColor : writtenColor) << i;
             if (failed) {
                 ++errors;
                 lines.push_back("Madr : " + record.ModbusAdr +
@@ -316,6 +252,11 @@ TEST_F(TSetpointFaults, TheCountsTellWhatTheControllerHolds) {
             Write(form, {EFault::NoAnswer, 0, {}, When({}, position, {}, Nabto.NowMs() + 31000)});
             ExpectToldByMemory(form, {});
         }
+        // Values that are stored, but answered with another status, are not compared.
+        Controller().WriteStatus = 0;
+        Write(form, {EFault::Latency, 1, {}, When({})});
+        EXPECT_EQ(Dialogs.Shown.back().Text, Result(List.size(), 0));
+        EXPECT_EQ(Held(100), "5");
     });
     Close();
 }
@@ -327,12 +268,11 @@ TEST_F(TSetpointFaults, ThatStayAreShownUntilTheUserGivesUp) {
     Controller().Faults.Replace({silent});
     Time.After(20000, [this] {
         EXPECT_TRUE(Main().ReadBackPanel.Visible());
-        EXPECT_FALSE(Main().SetpointPage.Savesetpoints1.Enabled());
+        EXPECT_FALSE(Page().Savesetpoints1.Enabled());
         EXPECT_EQ(Main().LblReadBack.Caption(), "Reading the device: cycle 1 of 3, question 1 of 8");
         Main().ButStopReadBack.Click();
     });
-    ExpectEntry(Main().SetpointPage.Savesetpoints1);
-    RightClick();
+    SaveInVain();
     EXPECT_FALSE(Main().ReadBackPanel.Visible());
     EXPECT_EQ(Main().MemoEventLog.Lines().back(), "Setpoints not saved: the reading was ended");
     EXPECT_THAT(FilesBelow("/t/setpoint"), IsEmpty());
@@ -383,8 +323,7 @@ TEST_F(TSetpointFaults, TheCloseOfTheProgramEndsARunAndLeavesItsResult) {
             });
         } else {
             closeSoon();
-            ExpectEntry(Main().SetpointPage.Savesetpoints1);
-            RightClick();
+            SaveInVain();
         }
         EXPECT_EQ(Writes(), c.Writes);
         const std::size_t calls = Libraries.Calls.size();

@@ -46,7 +46,7 @@ class TUpdateLock : public TProgramFixture {
     }
     // Runs in the middle of the first file.
     void During(std::function<void()> action) {
-        Time.After(3000, [this, action = std::move(action)] {
+        Time.After(1000, [this, action = std::move(action)] {
             ASSERT_TRUE(Driver().UpdateStatus.Running());
             EXPECT_EQ(Driver().UpdateStatus.LabUpdateFile.Caption(), "File 1 of 3: 30021_main.bin");
             action();

@@ -1,144 +1,121 @@
-#include "setpoints/SetpointFiles.h"
-
 #include "core/Errors.h"
-#include "setpoints/SetpointFixture.h"
+#include "scenario/SetpointProgram.h"
+
+#include <gmock/gmock.h>
 
 #include <deque>
 
 namespace tidewell::test {
-
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-const std::string blanks = "          ";
-const std::string head =
-    "Created at : 02-03-2026;\r\nDevice name : Main Device;\r\nProfile : /t/p.pls;\r\n"
-    "SetpointName;Formatted value;RawValue;Min;Max;Decimal;Offset;ModbusAdr;Enhed;User1;User2;User3;User4;"
-    "User5;\r\n";
-
-class SetpointFiles : public TSetpointFixture {
+class SetpointFiles : public TSetpointProgram {
   protected:
     SetpointFiles() {
-        Texts.DataUnits = TIniSection(std::vector<TIniSection::TRow>{{"1", "°C"}});
-        Texts.UserUnits = TIniSection({{"a", "off"}, {"b", "low"}, {"c", "high"}, {"d", "full"}, {"e", "-"}});
-        Texts.DialogOpenProfileCaption = "Open";
-        Texts.DialogSaveDatalogFile = "Save as";
-        Texts.SetpointFileRefused = "No setpoint file";
-        Files.CreateDirectories("/t/setpoint");
+        Start();
+        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Driver().Cycle.SetIntervals(100, 10);
+        OpenRows("A=Air ;100;0;99;1;0;40100;3;1;;;;;;G;\n");
+        for (std::int32_t i = 0; i < 4; ++i)
+            Hold(100 + i, 10 * (i + 1));
     }
-    // The file that a save leaves.
-    std::string Save() {
-        Dialogs.ExpectSaveFile("Save as", "/t/setpoint/x.csv");
-        Setpoints.Savesetpoints1Click();
-        return Files.Read("/t/setpoint/x.csv");
+    void AfterEachCycle(const std::function<void()>& action) {
+        const std::function<void()> taken = [this] {
+            Main().LiveLog.SetCycleResult(Driver().NabtoResultstring());
+        };
+        Driver().FOnCycleDone = [taken, action] {
+            taken();
+            action();
+        };
     }
-    static std::string Record(const std::string& name, const std::string& value, const std::string& rest) {
-        return name + ";" + blanks + value + blanks + ";" + rest + "\r\n";
-    }
-
-    TSetpointTexts Texts;
-    TSetpointFiles Setpoints{TSetpointFiles::TParts{Dialogs, Files, Time, Panel, Host, ReadBack, Form,
-                                                    MemoEventLog, Texts, SelectedSetpointParent,
-                                                    Paths.directorypath}};
 };
 
-} // namespace
-
 TEST_F(SetpointFiles, ASaveHoldsEverySetpointWhateverItsRow) {
-    Set(0, -15);
-    Set(1, 3);
-    Set(2, 4);
-    Set(3, 54321);
+    Hold(100, -15);
+    Hold(101, 6);
+    Hold(102, 8);
+    Hold(103, 54321);
     // Rows are listed in the order of their text. Key: name; EEadr; Min; Max; Decimal; Offset; ModbusAdr;
-    // structnumber; Enhed; User1 to 5.
-    LoadProfile("k0=A Air;1;-50;99;1;5; 40100 ;3;1;u1;u2;u3;u4;u5;G;\n"
-                "k1=B Mode;1;0;9;0;0;40101;4;7;;;;;;G;\n"
-                "k2=B Mode of the last text;1;0;9;0;0;40102;5;10;;;;;;G;\n"
-                "k3=C;1;0;9;0;0;40103;3;0;;;;;;G;\n"
-                "k4=D none;1;0;9;0;0;40104;;1;;;;;;G;\n"
-                "k5=E low;1;0;9;0;0;40105;2;0;;;;;;G;\n"
-                "k6=F beyond;1;0;9;0;0;40106;7;8;;;;;;G;\n"
-                "k7=G big;1;0;9;-4;0;40107;6;0;;;;;;G;\n"
-                "k8=Ø;1;0;9;0;0;40108;3;0;;;;;;G;\n"
-                "k9=Øl;1;0;9;2;0;x;s3;zz;;;;;;G;\n");
-    for (int marker = 0; marker < 3; ++marker)
-        Dialogs.ExpectMessage("Error Data not valid Code= 1");
-    EXPECT_EQ(Save(), head + Record("A Air", "-1.0 °C", "-15;-50;99;1;5; 40100 ;1;u1;u2;u3;u4;u5;") +
-                          Record("B Mode of the last text", "4", "4;0;9;0;0;40102;10;;;;;;") +
-                          Record("B Mode", "full", "3;0;9;0;0;40101;7;;;;;;") +
-                          Record("D none", "3 °C", "Error strucnumber;0;9;0;0;40104;1;;;;;;") +
-                          Record("E low", "3", "Error structnumber;0;9;0;0;40105;0;;;;;;") +
-                          Record("F beyond", "3", "Error no value;0;9;0;0;40106;8;;;;;;") +
-                          Record("G big", "5.4321E8", "54321;0;9;-4;0;40107;0;;;;;;") +
-                          Record("Øl", "-0.15", "-15;0;9;2;0;x;zz;;;;;;"));
-    EXPECT_THAT(Host.Events, ElementsAre("stop", "start clear", "stop"));
-    EXPECT_THAT(MemoEventLog.Lines(), ElementsAre("Saved Setpointfile /t/setpoint/x.csv"));
+    // structnumber; Enhed; User1 to 5. UserUnits has texts for 0 to 7 and one more row.
+    OpenRows("k0=A Air;1;-50;99;1;5; 40100 ;3;1;u1;u2;u3;u4;u5;G;\n"
+             "k1=B Mode;1;0;9;0;0;40101;4;7;;;;;;G;\n"
+             "k2=B Mode of the last text;1;0;9;0;0;40102;5;10;;;;;;G;\n"
+             "k3=C;1;0;9;0;0;40103;3;0;;;;;;G;\n"
+             "k4=D none;1;0;9;0;0;40104;;1;;;;;;G;\n"
+             "k5=E low;1;0;9;0;0;40105;2;0;;;;;;G;\n"
+             "k6=F beyond;1;0;9;0;0;40106;7;18;;;;;;G;\n"
+             "k7=G big;1;0;9;-4;0;40107;6;0;;;;;;G;\n"
+             "k8=Ø;1;0;9;0;0;40108;3;0;;;;;;G;\n"
+             "k9=Øl;1;0;9;2;0;x;s3;zz;;;;;;G;\n");
+    const std::string saved = Save("/t/setpoint/x.csv", 3);
+    ExpectGolden("each_kind_of_setpoint.csv", saved);
     EXPECT_FALSE(Dialogs.LastFileDialog.AskOverwrite);
     EXPECT_EQ(Dialogs.LastFileDialog.InitialDirectory, "/t/setpoint");
+    // No setpoint question: the head alone. No such device: nothing.
+    OpenProfile("[Main Device]\nEnable=1\nR1=1;4;0;4;L;\n[L]\na=x;\n");
+    EXPECT_EQ(Save(), saved.substr(0, saved.find("A Air")));
+    Main().SetpointFiles.SetpointSaveSetpoints("0");
 
-    // No setpoint question: the head alone. A device without such a node: nothing.
-    Files.Put("/t/p.pls", "[NabtoDevice]\nq=0;3;100;4;\n[Main Device]\nEnable=1\nR1=1;4;0;4;L;\n[L]\na=x;\n");
-    Panel.InitQuestionStringlistStructures();
-    EXPECT_EQ(Save(), head);
-    for (const char* node : {"0", ""}) {
-        SelectedSetpointParent = node;
-        Host.Events.clear();
-        Setpoints.Savesetpoints1Click();
-        EXPECT_THAT(Host.Events, ElementsAre("stop"));
-    }
-}
-
-TEST_F(SetpointFiles, AFaultOfTheProfileNamesTheSetpointAndLeavesNoFile) {
+    // A fault of the profile names the setpoint and leaves no file.
     for (const auto& [row, error] : std::vector<std::pair<std::string, std::string>>{
-             {"X=Mode;1;0;9;1;0;7;3;7;", "Setpoint Mode: '1.0' is not a valid integer value"},
+             {"X=Mode;1;0;9;1;0;7;4;7;", "Setpoint Mode: '0.6' is not a valid integer value"},
              {"X=Mode;1;0;9;1;0;7;2;10;", "Setpoint Mode: '' is not a valid integer value"},
              {"X=Mode;1;0;9;a;0;7;3;1;", "Setpoint Mode: 'a' is not a valid integer value"},
-             {"X=Mode;1;0;9;1;0;7;--3;1;", "Setpoint Mode: structnumber '--3' is not a valid integer value"},
-             {"X=Mode;1;0;9;1;0;7;" + std::string(300, '3') + ";1;", ""}}) {
-        SCOPED_TRACE(row);
-        LoadProfile(row + ";;;;;G;\n");
+             {"X=Mode;1;0;9;1;0;7;--3;1;",
+              "Setpoint Mode: structnumber '--3' is not a valid integer value"}}) {
+        OpenRows(row + ";;;;;G;\n");
         if (row.find(";2;") != std::string::npos)
             Dialogs.ExpectMessage("Error Data not valid Code= 1");
-        try {
-            Setpoints.SetpointSaveSetpoints("Main Device");
-            FAIL();
-        } catch (const EConvertError& fault) {
-            EXPECT_THAT(fault.what(), HasSubstr(error));
-        }
-        EXPECT_FALSE(ReadBack.Running());
+        EXPECT_THAT([this] { Main().SetpointFiles.SetpointSaveSetpoints("Main Device"); },
+                    testing::ThrowsMessage<EConvertError>(error));
+        EXPECT_FALSE(Main().ReadBack.Running());
     }
 }
 
 TEST_F(SetpointFiles, TheFileGoesWhereItCan) {
-    for (const char* chosen :
-         {"/t/setpoint/report", "/t/setpoint/report.csv.txt", "/t/setpoint/report.CSV"}) {
-        Dialogs.ExpectSaveFile("Save as", chosen);
-        Setpoints.Savesetpoints1Click();
-    }
-    EXPECT_THAT(Files.List("/t/setpoint", "*"),
-                ElementsAre("report.CSV.csv", "report.csv", "report.csv.txt"));
-    // A folder that is gone, a file that is kept, then a place that will do; the reading is not lost.
+    for (const char* chosen : {"/t/setpoint/a", "/t/setpoint/a.csv.txt", "/t/setpoint/a.CSV"})
+        Save(chosen);
+    EXPECT_THAT(FilesBelow("/t/setpoint"),
+                ElementsAre("/t/setpoint/a.CSV.csv", "/t/setpoint/a.csv", "/t/setpoint/a.csv.txt"));
+    // A folder that is gone, a file that is kept, a full disk, then a place that will do; the reading is not
+    // lost.
     Files.Put("/t/old.csv", "old");
-    for (const char* place : {"/gone/a.csv", "/t/old.csv", "/t/b.csv"})
-        Dialogs.ExpectSaveFile("Save as", place);
-    Dialogs.AllowMessage("Cannot write /gone/a.csv: No such file or directory");
-    Dialogs.AllowMessage("Cannot write /t/old.csv: Permission denied");
     Files.Unwritable.insert("/t/old.csv");
-    Host.Events.clear();
-    Setpoints.Savesetpoints1Click();
+    ExpectEntry(Page().Savesetpoints1);
+    for (const auto& [place, reason] : std::vector<std::pair<std::string, std::string>>{
+             {"/gone/a.csv", "No such file or directory"}, {"/t/old.csv", "Permission denied"}}) {
+        Dialogs.ExpectSaveFile("Save file", place);
+        Dialogs.ExpectMessage("Cannot write " + place + ": " + reason);
+    }
+    Dialogs.ExpectSaveFile("Save file", "/t/b.csv");
+    RightClick();
     EXPECT_EQ(Files.Read("/t/old.csv"), "old");
-    EXPECT_EQ(Files.Read("/t/b.csv"), Files.Read("/t/setpoint/report.csv"));
-    EXPECT_THAT(Host.Events, ElementsAre("stop", "start clear", "stop"));
-
+    EXPECT_EQ(Files.Read("/t/b.csv"), Files.Read("/t/setpoint/a.csv"));
+    EXPECT_EQ(EventLog().back(), "Saved Setpointfile /t/b.csv");
     Files.Room = 10;
-    Dialogs.ExpectSaveFile("Save as", "/t/c.csv");
+    ExpectEntry(Page().Savesetpoints1);
+    Dialogs.ExpectSaveFile("Save file", "/t/c.csv");
     Dialogs.ExpectMessage("Cannot write /t/c.csv: No space left on device");
-    Dialogs.ExpectSaveFile("Save as", std::nullopt);
-    Setpoints.Savesetpoints1Click();
+    Dialogs.ExpectSaveFile("Save file", std::nullopt);
+    RightClick();
     EXPECT_FALSE(Files.FileExists("/t/c.csv"));
+
+    // What is loaded must be a setpoint file.
+    ExpectEntry(Page().Loadsetpointfromfile1);
+    Dialogs.ExpectOpenFile("Open profile or setpoint file", std::nullopt);
+    RightClick();
+    EXPECT_EQ(Form().ErrorCount, 9999);
+    const TFileDialog& dialog = Dialogs.LastFileDialog;
+    EXPECT_EQ(dialog.Filters[dialog.SelectedFilter].Mask, " *.zls;*.csv");
+    EXPECT_EQ(dialog.InitialDirectory, "/t/setpoint");
+    EXPECT_TRUE(dialog.FileMustExist);
+    ExpectEntry(Page().Loadsetpointfromfile1);
+    Dialogs.ExpectOpenFile("Open profile or setpoint file", "/t/old.csv");
+    Dialogs.ExpectMessage(Language("TestfileComport", "SetpointFileRefused"));
+    RightClick();
 }
 
 TEST_F(SetpointFiles, TheReadBackTakesTwoEqualCycles) {
@@ -154,91 +131,70 @@ TEST_F(SetpointFiles, TheReadBackTakesTwoEqualCycles) {
                             {{1, 2, 33, 4, 5, 66, 7, 8, 99, 10, 11, 12}, Failed, "12; 20; 30; 40; "},
                             {{1, 2, 33, 4, 5, 66, 7, 8, 99, 10, 1, 12}, Failed, "12; 20; 30; 40; "}}) {
         std::deque<int> next = values;
-        Host.OnCycle = [this, &next] {
+        AfterEachCycle([this, &next] {
             next.pop_front();
             if (!next.empty())
-                Set(0, next.front());
-        };
-        Set(0, next.front());
-        EXPECT_EQ(ReadBack.Run(), result);
+                Hold(100, next.front());
+        });
+        Hold(100, next.front());
+        EXPECT_EQ(Main().ReadBack.Run(), result);
         EXPECT_TRUE(next.empty());
-        EXPECT_EQ(ReadBack.SnapshotRow(1), snapshot);
-        EXPECT_EQ(Host.Events.back(), "stop");
+        EXPECT_EQ(Main().ReadBack.SnapshotRow(1), snapshot);
+        EXPECT_FALSE(Main().LiveLog.DatalogOn);
     }
-    EXPECT_THAT(Time.Sleeps, testing::Each(1));
-
     // Retries used up: no file, no word.
-    Host.OnCycle = [this] {
-        Set(0, Held(0) == 1 ? 10 : 1);
-    };
-    Setpoints.Savesetpoints1Click();
-    EXPECT_THAT(MemoEventLog.Lines(), IsEmpty());
+    AfterEachCycle([this] { Hold(100, Held(100) == "1" ? 10 : 1); });
+    SaveInVain();
+    EXPECT_THAT(EventLog().back(), HasSubstr("Logging")); // stopped
 }
 
 TEST_F(SetpointFiles, TheUserSeesAWaitAndCanEndIt) {
     std::vector<std::string> seen;
-    const auto watch = ReadBack.Changed.Connect([&] { seen.push_back(ReadBack.ProgressText()); });
-    ReadBack.Run();
-    const std::string text = "Reading the device: cycle ";
-    EXPECT_THAT(seen, ElementsAre("Reading the device: the log starts", text + "1 of 3, question 1 of 1",
-                                  text + "2 of 3, question 1 of 1", text + "3 of 3, question 1 of 1", ""));
+    TReadBack& readBack = Main().ReadBack;
+    const auto watch = readBack.Changed.Connect([&] { seen.push_back(readBack.ProgressText()); });
+    readBack.Run();
+    const std::string text = "Reading the device: ";
+    EXPECT_THAT(seen, ElementsAre(text + "the log starts", text + "cycle 1 of 3, question 1 of 1",
+                                  text + "cycle 2 of 3, question 1 of 1",
+                                  text + "cycle 3 of 3, question 1 of 1", ""));
 
-    const std::string ended = "Setpoints not saved: the reading was ended";
-    const auto saveAndMeanwhile = [this](const std::function<void()>& action) {
-        Host.Events.clear();
-        Time.After(3000, action);
-        Setpoints.Savesetpoints1Click();
-        EXPECT_THAT(Host.Events, ElementsAre("stop", "start clear", "stop"));
-        EXPECT_FALSE(ReadBack.Running());
-        return MemoEventLog.Lines().back();
+    const auto savedMeanwhile = [this](const std::function<void()>& action) {
+        Time.After(150, action);
+        SaveInVain();
+        EXPECT_FALSE(Main().ReadBack.Running());
+        return EventLog().back();
     };
-    EXPECT_EQ(saveAndMeanwhile([this] {
-                  Setpoints.Savesetpoints1Click();
-                  Setpoints.Loadsetpointfromfile1Click();
-                  EXPECT_THROW(ReadBack.Run(), TError);
-                  ReadBack.Cancel();
+    const std::string ended = "Setpoints not saved: the reading was ended";
+    EXPECT_EQ(savedMeanwhile([&] {
+                  Main().SetpointFiles.Savesetpoints1Click();
+                  Main().SetpointFiles.Loadsetpointfromfile1Click();
+                  EXPECT_THROW(readBack.Run(), TError);
+                  readBack.Cancel();
               }),
               ended);
-    EXPECT_EQ(saveAndMeanwhile([this] {
-                  Device.stopLog();
-                  Time.After(60000, [this] {
-                      EXPECT_EQ(ReadBack.ProgressText(), "Reading the device: the log is stopped");
-                      Device.startLog();
-                      Panel.SetMpanelPLSpath("/t/q.pls");
+    Main().MemoEventLog.Clear();
+    EXPECT_EQ(savedMeanwhile([this] { Driver().device = "999999999999"; }), ended);
+    EXPECT_EQ(savedMeanwhile([&] {
+                  Main().StopLog();
+                  Time.After(60000, [&] {
+                      EXPECT_EQ(readBack.ProgressText(), text + "the log is stopped");
+                      Main().StartLog(false, true);
+                      Main().ModbusPanel.SetMpanelPLSpath("/t/q.pls");
                   });
               }),
               "Setpoints not saved: another profile was opened");
-    MemoEventLog.Clear();
-    EXPECT_EQ(saveAndMeanwhile([this] { Device.device = "999999999999"; }), ended);
-    MemoEventLog.Clear();
-    EXPECT_EQ(saveAndMeanwhile([this] { Host.Open = false; }), ended);
-    Host.Open = true;
-    Device.initialized = false; // the link does not stand
-    Setpoints.Savesetpoints1Click();
-    EXPECT_EQ(MemoEventLog.Lines().back(), "Setpoints not saved: the log did not start");
+    // A row that cannot be shown ends the polling.
+    OpenRows("A=Air ;100;0;99;1;0;40100;x;1;;;;;;G;\n");
+    Page().SetpointTreeView.SetSelected(TTreeView::TSelection{0, 0});
+    EXPECT_THROW(Page().SetpointTreeView.OnClick(), EConvertError);
+    ExpectEntry(Page().Savesetpoints1);
+    Dialogs.ExpectMessage("'x' is not a valid integer value (field 8 of row \"Air\")");
+    Time.After(60000, [&] {
+        EXPECT_EQ(Main().LblReadBack.Caption(), text + "the log is stopped");
+        readBack.Cancel();
+    });
+    RightClick();
 }
 
-TEST_F(SetpointFiles, LoadOpensTheFormForASetpointFile) {
-    Files.Put("/t/setpoint/good.csv", head + "Air;x;5;0;9;0;0;40100;0;\r\n");
-    Files.Put("/t/setpoint/bad.csv", "1\r\n2\r\n3\r\n");
-    Dialogs.ExpectOpenFile("Open", std::nullopt);
-    Setpoints.Loadsetpointfromfile1Click();
-    EXPECT_EQ(Form.ErrorCount, 9999);
-    const TFileDialog& dialog = Dialogs.LastFileDialog;
-    EXPECT_EQ(dialog.Filters[dialog.SelectedFilter].Mask, " *.zls;*.csv");
-    EXPECT_EQ(dialog.InitialDirectory, "/t/setpoint");
-    EXPECT_TRUE(dialog.FileMustExist);
-
-    Dialogs.ExpectOpenFile("Open", "/t/setpoint/bad.csv");
-    Dialogs.ExpectMessage("No setpoint file");
-    Setpoints.Loadsetpointfromfile1Click();
-
-    Form.ResultList.Add({"old", {}});
-    Dialogs.ExpectOpenFile("Open", "/t/setpoint/good.csv");
-    Dialogs.ExpectForm("LoadSetpoints", [this](TForm&) { EXPECT_THAT(Form.ResultList.Rows(), IsEmpty()); });
-    Setpoints.Loadsetpointfromfile1Click();
-    EXPECT_EQ(MemoEventLog.Lines().back(), "Load Setpointfile /t/setpoint/good.csv");
-    EXPECT_THAT(Host.Events, ElementsAre("stop", "stop", "stop"));
-}
-
+} // namespace
 } // namespace tidewell::test

@@ -1,447 +1,284 @@
-#include "setpoints/SetpointPage.h"
-
 #include "core/Errors.h"
-#include "link/Nabto.h"
-#include "link/NabtoDevice.h"
-#include "setpoints/InputDialog.h"
-#include "support/FakePorts.h"
-#include "support/MemoryFiles.h"
-#include "support/ScriptedDialogs.h"
-#include "support/VirtualTime.h"
+#include "scenario/SetpointProgram.h"
 
 #include <gmock/gmock.h>
 
-#include <cstddef>
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
+#include <map>
 
 namespace tidewell::test {
-
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
 
-struct THost : TSetpointPage::IHost, TNabtoDevice::IHost, TInputDialog::IHost {
-    bool DatalogOn() const override { return On; }
-    bool DatalogFileOpen() const override { return FileOpen; }
-    std::string LastDatalogLine() const override { return LastLine; }
-    std::string CurrentDataString() const override { return Data; }
-    std::size_t DatalogCount() const override { return 4; }
-    void UpdateTimerTimer() override {}
-    void StopLog() override {}
-    void Setup1Click() override {}
-    void AddEventLog(const std::string&) override {}
-    bool ShowButtonDevid() const override { return false; }
-    bool ErrorLogVisible() const override { return false; }
-    bool FormOpen() const override { return true; }
-    void RepaintStatusBar() override {}
-
-    bool On = false;
-    bool FileOpen = false;
-    std::string LastLine, Data;
-};
-
-// A list row of a profile; one without a help number has fewer fields.
-struct TRow {
-    std::string Name = {};
-    std::string Structnumber = "3";
-    std::string Min = "0";
-    std::string Max = "100";
-    std::string Decimal = "0";
-    std::string Offset = "0";
-    std::string Code = "1";
-    std::string BitNames = {};
-    std::string Group = "Air";
-    std::string Help = {};
-    std::string Text() const {
-        return Name + ";9;" + Min + ";" + Max + ";" + Decimal + ";" + Offset + ";401;" + Structnumber + ";" +
-               Code + ";" + BitNames + ";;;;0;" + Group + ";" + (Help.empty() ? "" : ";;" + Help + ";");
+// A list row of a profile, with other texts in some of its fields: 3 Min, 4 Max, 5 Decimal, 6 Offset, 7
+// ModbusAdr, 8 structnumber, 9 unit code, 10 bit names, 15 group, 18 help number.
+std::string Row(const std::string& name, const std::map<std::size_t, std::string>& others = {}) {
+    std::vector<std::string> fields{name, "9", "0", "100", "0", "0", "401", "3",
+                                    "1",  "",  "",  "",    "",  "0", "Air"};
+    for (const auto& [field, text] : others) {
+        fields.resize(std::max(fields.size(), field));
+        fields[field - 1] = text;
     }
-};
+    std::string row;
+    for (const std::string& field : fields)
+        row += field + ";";
+    return row;
+}
 
-class SetpointPage : public testing::Test {
+class SetpointPage : public TSetpointProgram {
   protected:
     SetpointPage() {
-        for (const char* function : {"NabtoCloseSession", "NabtoShutdown"})
-            LinkDialogs.AllowMessage(std::string("No ") + function + " Function Loaded");
+        Start();
+        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
     }
-    void Load(const std::string& profile) {
-        Files.Put("/t/p.pls", profile);
-        Panel.SetMpanelWorkingpath("/t");
-        Panel.SetMpanelPLSpath("/t/p.pls");
-        Panel.InitQuestionStringlistStructures();
-        Page.BuildSetpointTree();
-    }
-    void Load(const std::vector<TRow>& rows) {
-        std::string profile = "[MainDevice]\nEnable=1\nR1=30;3;0;1;List;\n[List]\n";
+    void OpenList(const std::vector<std::string>& rows) {
+        std::string list;
         for (std::size_t i = 0; i < rows.size(); ++i)
-            profile += "K" + std::to_string(i) + "=" + rows[i].Text() + "\n";
-        Load(profile);
+            list += "K" + std::to_string(i) + "=" + rows[i] + "\n";
+        OpenRows(list);
     }
     void Choose(int root, int child) {
-        Page.SetpointTreeView.SetSelected(TTreeView::TSelection{root, child});
-        Page.SetpointTreeView.OnClick();
+        Page().SetpointTreeView.SetSelected(TTreeView::TSelection{root, child});
+        Page().SetpointTreeView.OnClick();
     }
-    std::vector<std::string> Shown(int column) const {
-        std::vector<std::string> texts;
-        for (std::size_t row = 1; row < Page.SetpointGrid.Cells.RowCount(); ++row)
-            texts.push_back(Page.SetpointGrid.OnDrawCell(column, static_cast<int>(row)).Text);
-        return texts;
+    // The cells of each row, "name|value|unit|min|max".
+    std::vector<std::string> Grid() {
+        std::vector<std::string> rows;
+        for (std::size_t row = 1; row < Page().SetpointGrid.Cells.RowCount(); ++row) {
+            std::string& text = rows.emplace_back();
+            for (int column = 0; column < 5; ++column)
+                text += (column > 0 ? "|" : "") +
+                        Page().SetpointGrid.OnDrawCell(column, static_cast<int>(row)).Text;
+        }
+        return rows;
     }
     void Select(int row) {
-        Page.SetpointGrid.SetSelectedRow(row);
-        Page.SetpointGrid.OnSelectCell(row);
+        Page().SetpointGrid.SetSelectedRow(row);
+        Page().SetpointGrid.OnSelectCell(row);
     }
-    // What the dialog was given, as "<name>:<text>:<all selected>".
-    std::string Edited(const std::function<void()>& action) {
+    // What the dialog was given by a double click, or by a key on the selected row: "<name>:<text>:<all
+    // selected>".
+    std::string Edited(int row, const std::string& key = {}) {
         std::string seen;
-        Dialogs.ExpectForm("InputDialog", [&](TForm&) {
-            seen = ParseListRow(Dialog.CurrentSetpointSpecific).Name + ":" + Dialog.CurrentDatavalue + ":" +
-                   (Dialog.ValueSelectAll ? "all" : "end");
+        Dialogs.ExpectForm("InputDialog", [&](TForm& form) {
+            seen = form.Caption() + ":" + Dialog().CurrentDatavalue +
+                   (Dialog().ValueSelectAll ? ":all" : ":end");
         });
-        action();
+        if (key.empty()) {
+            Page().SetpointGrid.OnDblClick(row);
+        } else {
+            Select(row);
+            Page().SetpointGrid.OnKeyPress(key);
+        }
         return seen;
     }
-
-    TMemoryFiles Files;
-    TVirtualTime Time;
-    TScriptedDialogs Dialogs, LinkDialogs;
-    TNoLibraries Libraries;
-    THost Host;
-    TCurrentInifilesPath Paths;
-    TModbusPanel Panel{Files, Time};
-    TUNabto Nabto{Libraries, LinkDialogs, Time, Time, Files, "/t"};
-    TNabtoDevice Device{Dialogs, Time, Time, Files, Paths, Nabto, Panel, Host};
-    TMemo MemoEventLog{"MemoEventLog"};
-    TInputDialog Dialog{{Dialogs, Panel, Device, MemoEventLog, Host}};
-    THelpfileDoc Help;
-    TSetpointTexts Texts{{"Name", "Value", "Unit", "Min", "Max", "never"},
-                         TIniSection({{"1", "m\u00B3/h"}, {"8", "\u00D8re"}}),
-                         {},
-                         {},
-                         {},
-                         {}};
-    TSetpointPage Page{{Host, Dialogs, Time, Panel, Help, Dialog, Texts}};
+    std::int32_t Help() { return Main().ContextHelp.HelpfileDoc.currentParaID; }
 };
 
-const std::string twoDevices =
-    "[MainDevice]\nEnable=1\nR1=30;3;0;1;First;\nR2=31;4;0;1;Second;\n"
-    "[OffDevice]\nEnable=0\nR1=2;3;0;1;Missing\n"
-    "[BareDevice]\nEnable=1\n"
-    "[SideDevice]\nEnable=1\nR1=none;3;0;1;First;\n"
-    "[First]\nA=" +
-    TRow{.Name = "c", .Help = "12"}.Text() + "\nB=" + TRow{.Name = "b", .Group = " Air "}.Text() +
-    "\nC=" + TRow{.Name = "a", .Group = "Heat"}.Text() + "\nD=" + TRow{.Name = "d", .Group = "0"}.Text() +
-    "\nE=" + TRow{.Name = "e", .Group = ""}.Text() +
-    "\nF=short;\n[Second]\nA=" + TRow{.Name = "x", .Structnumber = "4"}.Text() + "\n";
-
-} // namespace
-
-TEST_F(SetpointPage, BuildsTheTree) {
-    Load(twoDevices);
-    const auto& roots = Page.SetpointTreeView.Nodes();
-    ASSERT_EQ(roots.size(), 4U);
-    EXPECT_EQ(roots[0].Text, "MainDevice");
-    EXPECT_THAT(roots[0].Children, ElementsAre("Heat", "Air", "Air"));
-    EXPECT_EQ(roots[1].Text, "0"); // the list's name took in the device's
-    EXPECT_THAT(roots[1].Children, IsEmpty());
-    EXPECT_EQ(roots[2].Text, "BareDevice");
-
-    Load("");
-    EXPECT_TRUE(Page.SetpointTreeView.Nodes().empty());
-}
-
-TEST_F(SetpointPage, ArrangesItsParts) {
-    int expanded = 0;
-    const auto connection = Page.SetpointTreeView.ExpandAllRequested.Connect([&] { ++expanded; });
-    Page.CategoryPanelDebug.SetCollapsed(true);
-    Page.ArrangeSetpointPage(718, 301);
-    EXPECT_THAT(Page.SetpointGrid.ColWidths, ElementsAre(303, 101, 101, 101, 101));
-    EXPECT_EQ(Page.CategoryPanelSetpoints.Height(), 200);
-    EXPECT_EQ(Page.CategoryPanelDebug.Height(), 100);
-    EXPECT_FALSE(Page.CategoryPanelDebug.Collapsed());
-    EXPECT_EQ(expanded, 1);
-}
-
-TEST_F(SetpointPage, ShowsTheRowsOfAGroup) {
-    Load(twoDevices);
-    Page.SetpointTreeView.OnClick(); // nothing is selected
+TEST_F(SetpointPage, ShowsDevicesTheirGroupsAndTheRowsOfAGroup) {
+    OpenProfile("[MainDevice]\nEnable=1\nR1=30;3;0;1;First;\nR2=31;4;0;1;Second;\n"
+                "[OffDevice]\nEnable=0\nR1=2;3;0;1;Missing\n[BareDevice]\nEnable=1\n"
+                "[SideDevice]\nEnable=1\nR1=none;3;0;1;First;\n[First]\nA=" +
+                Row("c", {{18, "12"}}) + "\nB=" + Row("b", {{15, " Air "}}) +
+                "\nC=" + Row("a", {{15, "Heat"}}) + "\nD=" + Row("d", {{15, "0"}}) +
+                "\nE=" + Row("e", {{15, ""}}) + "\nF=short;\n[Second]\nA=" + Row("x", {{8, "4"}}) + "\n");
+    TTreeView& tree = Page().SetpointTreeView;
+    std::vector<std::string> nodes;
+    for (const auto& root : tree.Nodes())
+        nodes.push_back(root.Text + testing::PrintToString(root.Children));
+    EXPECT_THAT(nodes, ElementsAre("MainDevice{ \"Heat\", \"Air\", \"Air\" }",
+                                   "0{}", // the list's name took in the device's
+                                   "BareDevice{}", "SideDevice{ \"Heat\", \"Air\" }"));
+    tree.OnClick(); // nothing is selected
     Choose(0, -1);
-    EXPECT_TRUE(Page.LblSetpointPageEmpty.Visible());
-    EXPECT_FALSE(Page.SetpointListReady);
-
+    EXPECT_TRUE(Page().LblSetpointPageEmpty.Visible());
+    EXPECT_FALSE(Page().SetpointListReady);
     Choose(0, 1); // rows of both questions that bear the group
-    EXPECT_THAT(Shown(0), ElementsAre("b", "c", "x"));
-    EXPECT_THAT(Shown(1), ElementsAre("", "", ""));
-    EXPECT_THAT(Help.ParaID, ElementsAre("12"));
-    EXPECT_EQ(Page.CurrentModbusID, 30);
-    EXPECT_FALSE(Page.LblSetpointPageEmpty.Visible());
-    Select(3);
+    EXPECT_THAT(Grid(), ElementsAre("b||°C|0|100", "c||°C|0|100", "x||°C|0|100"));
+    EXPECT_THAT(Main().ContextHelp.HelpfileDoc.ParaID, ElementsAre("12"));
+    EXPECT_EQ(Page().CurrentModbusID, 30);
+    EXPECT_FALSE(Page().LblSetpointPageEmpty.Visible());
+    Page().SetpointGrid.SetSelectedRow(3);
     Choose(0, -1);
-    EXPECT_EQ(Page.SetpointValues.size(), 3U);
-
-    Page.ApplyDataLine("1;d;t;5;6;");
-    EXPECT_THAT(Shown(1), ElementsAre("5", "5", "6"));
+    Page().ApplyDataLine("1;d;t;5;6;");
+    EXPECT_THAT(Grid(), ElementsAre("b|5|°C|0|100", "c|5|°C|0|100", "x|6|°C|0|100"));
     Choose(3, 0);
-    EXPECT_THAT(Shown(0), ElementsAre("a"));
-    EXPECT_THAT(Shown(1), ElementsAre("")); // not those of the group before
-    EXPECT_THAT(Help.ParaID, IsEmpty());
-    EXPECT_EQ(Panel.SelectedDevice, 3);
-    EXPECT_EQ(Page.CurrentModbusID, -1);
-    EXPECT_EQ(Page.SetpointGrid.SelectedRow(), 1);
+    EXPECT_THAT(Grid(), ElementsAre("a||°C|0|100")); // without values of the group before
+    EXPECT_THAT(Main().ContextHelp.HelpfileDoc.ParaID, IsEmpty());
+    EXPECT_EQ(Main().ModbusPanel.SelectedDevice, 3);
+    EXPECT_EQ(Page().CurrentModbusID, -1);
+    EXPECT_EQ(Page().SetpointGrid.SelectedRow(), 1);
 
-    Load(std::vector<TRow>{{.Name = "new"}});
-    EXPECT_THAT(Shown(0), ElementsAre("a")); // until the next choice
+    // The popup needs a selected device, and any other press forgets the device.
+    tree.SetSelected(TTreeView::TSelection{2, -1});
+    Dialogs.ExpectPopup("Setpointpopup");
+    tree.OnRightMouseButton();
+    EXPECT_EQ(Page().SelectedSetpointParent, "BareDevice");
+    tree.OnOtherMouseButton();
+    EXPECT_EQ(Page().SelectedSetpointParent, "");
+    Page().SelectedSetpointParent = "MainDevice";
+    tree.SetSelected(TTreeView::TSelection{0, 1});
+    tree.OnRightMouseButton();
+    EXPECT_EQ(Page().SelectedSetpointParent, "");
+    OpenProfile("");
+    EXPECT_THAT(tree.Nodes(), IsEmpty());
+    EXPECT_EQ(Grid().size(), 1U); // until the next choice
 }
 
-// The shown datalog counts only while nothing is logged; otherwise the values of the last cycle.
+// The datalog on the graph counts only while nothing is logged; otherwise the values of the last cycle.
 TEST_F(SetpointPage, ShowsValuesAtOnce) {
-    Load({{.Name = "a"}, {.Name = "b", .Structnumber = "0"}, {.Name = "c", .Structnumber = "5"}});
-    struct {
-        bool On, FileOpen;
-        std::string LastLine, Data;
-        std::vector<std::string> Values;
-    } const cases[] = {
-        {false, true, "8;d;t;7;", "1; 2; 3; ", {"7", "8", "0"}},
-        {false, true, "", "1; 2; 3; ", {"", "", ""}},
-        {true, true, "8;d;t;7;", "1; 2; 3; ", {"1", "4", "3"}},
-        {false, false, "8;d;t;7;", "1; 2; ", {"1", "4", "0"}}, // behind the last value is the line end
-        {true, false, "8;d;t;7;", "", {"", "", ""}},
-    };
-    for (const auto& c : cases) {
-        Host.On = c.On;
-        Host.FileOpen = c.FileOpen;
-        Host.LastLine = c.LastLine;
-        Host.Data = c.Data;
+    OpenList({Row("a"), Row("b", {{8, "0"}}), Row("c", {{8, "5"}})});
+    const auto values = [this](bool on, bool fileOpen, const std::string& data) {
+        Main().LiveLog.DatalogOn = on;
+        Main().GraphPage.DatalogFileOpen = fileOpen;
+        Main().LiveLog.SetCycleResult(data);
         Choose(0, 0);
-        EXPECT_EQ(Shown(1), c.Values) << c.LastLine << " " << c.Data;
-    }
-    Host.Data = "5;";
-    Load({{.Name = "a", .Structnumber = "2", .Min = "-1"}}); // a signed value must be one
-    EXPECT_THAT([&] { Choose(0, 0); },
-                ThrowsMessage<EConvertError>(
-                    "'08:00:00' is not a valid floating point value (device value of row \"a\")"));
+        return Page().CurrentSetpointValue;
+    };
+    EXPECT_THAT(values(false, true, "1; 2; 3; "), IsEmpty());
+    Main().GraphPage.DatalogLastLineSetpoint = "9;d;t;7;8;";
+    EXPECT_THAT(values(false, true, "1; 2; 3; "), ElementsAre("7", "9", "0"));
+    Main().LogBuffers.DatalogCount = 4;
+    EXPECT_THAT(values(true, true, "1; 2; 3; "), ElementsAre("1", "4", "3"));
+    EXPECT_THAT(values(false, false, "1; 2; "), ElementsAre("1", "4", "0")); // behind them is the line end
+    EXPECT_THAT(values(true, false, ""), IsEmpty());
 }
 
-// A bad limit, scale or offset stops the choice; the rows before it are shown, without values.
-TEST_F(SetpointPage, ABadRowEndsTheChoice) {
-    struct {
-        TRow Row;
-        std::string Message;
-    } const cases[] = {
-        {{.Name = "x", .Min = "zero"}, "'zero' is not a valid integer value (field 3 of row \"x\")"},
-        {{.Name = "x", .Max = "4294967296"},
-         "'4294967296' is not a valid integer value (field 4 of row \"x\")"},
-        {{.Name = "x", .Decimal = ""}, "'' is not a valid integer value (field 5 of row \"x\")"},
-        {{.Name = "x", .Offset = "1.0"}, "'1.0' is not a valid integer value (field 6 of row \"x\")"},
-    };
-    for (const auto& c : cases) {
-        Load({{.Name = "a"}, {.Name = "b"}, {.Name = "old", .Group = "Good"}});
-        Host.Data = "5;";
+// A bad limit or offset stops the choice, and the rows before it are shown, without values. A bad
+// structnumber stops every refresh.
+TEST_F(SetpointPage, ABadRowEndsTheChoiceOrTheRefresh) {
+    Main().LiveLog.SetCycleResult("5;");
+    for (const auto& [field, text] :
+         std::map<std::size_t, std::string>{{3, "zero"}, {4, "4294967296"}, {5, ""}, {6, "1.0"}}) {
+        OpenList({Row("a"), Row("b"), Row("old", {{15, "Good"}})});
         Choose(0, 1);
-        EXPECT_THAT(Shown(1), ElementsAre("5"));
-        Load({{.Name = "a"}, c.Row, {.Name = "y"}});
-        EXPECT_THAT([&] { Choose(0, 0); }, ThrowsMessage<EConvertError>(c.Message));
-        EXPECT_THAT(Shown(0), ElementsAre("a"));
-        EXPECT_THAT(Shown(1), ElementsAre(""));
-        Page.ApplyDataLine("1;d;t;6;");
-        EXPECT_THAT(Shown(1), ElementsAre("6"));
+        EXPECT_THAT(Grid(), ElementsAre("old|5|°C|0|100"));
+        OpenList({Row("a"), Row("x", {{field, text}}), Row("y")});
+        EXPECT_THAT([&] { Choose(0, 0); },
+                    ThrowsMessage<EConvertError>("'" + text + "' is not a valid integer value (field " +
+                                                 std::to_string(field) + " of row \"x\")"));
+        EXPECT_THAT(Grid(), ElementsAre("a||°C|0|100"));
+        Page().ApplyDataLine("1;d;t;6;");
+        EXPECT_THAT(Grid(), ElementsAre("a|6|°C|0|100"));
     }
-}
-
-TEST_F(SetpointPage, ABadRowEndsEveryRefresh) {
-    int painted = 0;
-    Load({{.Name = "a"}, {.Name = "b", .Structnumber = "three"}, {.Name = "c"}});
-    Choose(0, 0);
-    const auto connection = Page.SetpointGrid.Changed.Connect([&] { ++painted; });
-    for (int i = 0; i < 2; ++i)
-        EXPECT_THROW(Page.ApplyDataLine("1;d;t;5;"), EConvertError);
-    EXPECT_EQ(painted, 0);
-    EXPECT_THAT(Shown(1), ElementsAre("5", "", ""));
-    Host.On = true;
-    EXPECT_THROW(Page.SetpointGrid.OnDblClick(2), EListError); // it has no value
-    Host.Data = "5;";
+    OpenList({Row("a"), Row("b", {{8, "three"}}), Row("c")});
     EXPECT_THROW(Choose(0, 0), EConvertError);
-    EXPECT_TRUE(Page.SetpointListReady);
+    EXPECT_THROW(Page().ApplyDataLine("1;d;t;7;"), EConvertError);
+    EXPECT_THAT(Grid(), ElementsAre("a|7|°C|0|100", "b||°C|0|100", "c||°C|0|100"));
+    Main().LiveLog.DatalogOn = true;
+    EXPECT_THROW(Page().SetpointGrid.OnDblClick(2), EListError); // it has no value
 }
 
-TEST_F(SetpointPage, DrawsCells) {
-    EXPECT_EQ(Page.SetpointGridDrawCell(4, 0).Text, "Max");
-    EXPECT_EQ(Page.SetpointGridDrawCell(0, 1).Text, "");
-    Load({{.Name = " a ", .Min = "-1", .Max = " 20 ", .Decimal = "1", .Code = " 8 "},
-          {.Name = "b", .Code = "100", .BitNames = "On,Off"},
-          {.Name = "c", .Structnumber = "4", .Max = "70000", .Decimal = "-1", .Code = "102"},
-          {.Name = "d", .Structnumber = "5", .Code = "103"}});
-    Choose(0, 0);
-    Page.ApplyDataLine("1;d;t;5;1;16706;");
-    struct {
-        int Column;
-        std::vector<std::string> Texts;
-    } const cases[] = {{0, {"a", "b", "c", "d"}},
-                       {1, {"0.5", "00000000  00000101", "\n", "AB"}},
-                       {2, {"\u00D8re", "", "", ""}},
-                       {3, {"-0.1", "0", "0", "0"}},
-                       {4, {"2.0", "100", "700000", "100"}},
-                       {5, {"", "", "", ""}},
-                       {-1, {"", "", "", ""}}};
-    for (const auto& c : cases)
-        EXPECT_EQ(Shown(c.Column), c.Texts) << c.Column;
-    Texts.DataUnits = {};
-    EXPECT_THAT(Shown(2), ElementsAre("8", "100", "102", "103"));
+TEST_F(SetpointPage, ArrangesItsPartsAndDrawsCells) {
+    int expanded = 0;
+    const auto connection = Page().SetpointTreeView.ExpandAllRequested.Connect([&] { ++expanded; });
+    Page().CategoryPanelDebug.SetCollapsed(true);
+    Page().ArrangeSetpointPage(718, 301);
+    EXPECT_THAT(Page().SetpointGrid.ColWidths, ElementsAre(303, 101, 101, 101, 101));
+    EXPECT_EQ(Page().CategoryPanelSetpoints.Height(), 200);
+    EXPECT_EQ(Page().CategoryPanelDebug.Height(), 100);
+    EXPECT_FALSE(Page().CategoryPanelDebug.Collapsed());
+    EXPECT_EQ(expanded, 1);
 
-    Page.SetpointGrid.SetSelectedRow(2);
-    for (int row = 0; row < 5; ++row) {
-        const TCellLook look = Page.SetpointGridDrawCell(0, row);
-        EXPECT_EQ(look.Selected, row == 2) << row;
-        EXPECT_EQ(look.Stripe, row == 2 || row == 4) << row;
+    OpenList({Row(" a ", {{3, "-1"}, {4, " 20 "}, {5, "1"}, {9, " 8 "}}), Row("b", {{9, "99"}})});
+    Choose(0, 0);
+    Page().ApplyDataLine("1;d;t;5;");
+    EXPECT_THAT(Grid(), ElementsAre("a|0.5|h|-0.1|2.0", "b|5||0|100"));
+    Main().SetpointTexts.DataUnits = {};
+    EXPECT_THAT(Grid(), ElementsAre("a|0.5|8|-0.1|2.0", "b|5|99|0|100"));
+    EXPECT_EQ(Page().SetpointGridDrawCell(4, 0).Text, Language("SetpointHeadlines", "Col4"));
+    Page().SetpointGrid.SetSelectedRow(2);
+    for (int row = 0; row < 3; ++row) {
+        const TCellLook look = Page().SetpointGridDrawCell(0, row);
+        EXPECT_TRUE(look.Selected == (row == 2) && look.Stripe == (row == 2)) << row;
     }
 }
 
-TEST_F(SetpointPage, OpensTheInputDialog) {
-    Load({{.Name = "a", .Help = "1"}, {.Name = "bits", .Code = "100", .Help = "2"}});
-    Choose(0, 0);
-    Host.On = true;
-    Select(1);
-    const auto press = [this](const std::string& key) {
-        return [this, key] {
-            Page.SetpointGrid.OnKeyPress(key);
-        };
-    };
-    // Without values the dialog keeps what it was last given.
-    Dialog.CurrentDatavalue = "left";
-    EXPECT_EQ(Edited(press("5")), "a:left:end");
-
-    Page.ApplyDataLine("1;d;t;42;");
-    struct {
-        int Row;
-        std::string Key, Seen;
-    } const cases[] = {
-        {1, "5", "a:5:end"},     {1, ",", "a:,:end"},      {1, "-", "a:-:end"},   {1, ".", "a:.:end"},
-        {1, "\r", "a:42:all"},   {1, "x", "a:42:all"},     {1, "55", "a:42:all"}, {1, "\u0665", "a:42:all"},
-        {2, "5", "bits:42:end"}, {2, "\r", "bits:42:all"},
-    };
-    for (const auto& c : cases) {
-        Select(c.Row);
-        EXPECT_EQ(Edited(press(c.Key)), c.Seen) << c.Key;
-    }
-    // The row under the mouse, not the selected one.
-    EXPECT_EQ(Edited([this] { Page.SetpointGrid.OnDblClick(1); }), "a:42:all");
-    for (const int row : {-1, 0, 3})
-        EXPECT_THROW(Page.SetpointGrid.OnDblClick(row), EListError) << row;
-}
-
-TEST_F(SetpointPage, RefusesAnEditInSilence) {
-    const auto tryAll = [this] {
+TEST_F(SetpointPage, OpensTheInputDialogWhileValuesAreLogged) {
+    TStringGrid& grid = Page().SetpointGrid;
+    const auto tryInVain = [&grid] { // no form is expected
         for (const int row : {-1, 0, 1, 9})
-            Page.SetpointGrid.OnDblClick(row);
-        Page.SetpointGrid.OnKeyPress("5");
+            grid.OnDblClick(row);
+        grid.OnKeyPress("5");
     };
-    Host.On = true;
-    tryAll(); // no rows
-    Load({{.Name = "a"}});
+    Main().LiveLog.DatalogOn = true;
+    tryInVain(); // no rows
+    OpenList({Row("a", {{18, "1"}}), Row("bits", {{9, "100"}, {18, "2"}})});
     Choose(0, 0);
-    Page.SetpointGrid.OnKeyPress("5"); // nothing is selected
-    Page.SetpointGrid.SetSelectedRow(1);
-    Host.On = false;
-    tryAll();
-    Host.On = true;
-    Page.CurrentModbusID = -1;
-    for (TEdit* edit : {&Dialog.EId, &Dialog.EAdress, &Dialog.EValue})
-        edit->SetText("before");
-    Page.SetpointGrid.OnDblClick(1);
-    EXPECT_EQ(Dialog.EId.Text() + Dialog.EAdress.Text() + Dialog.EValue.Text(), "");
-    EXPECT_THAT(Dialogs.Shown, IsEmpty());
-}
-
-TEST_F(SetpointPage, TakesTheHelpNumberOfTheSelectedRow) {
-    Load({{.Name = "a", .Help = "12"},
-          {.Name = "b"},
-          {.Name = "c", .Help = "none"},
-          {.Name = "d"},
-          {.Name = "e"}});
-    Choose(0, 0);
+    grid.OnKeyPress("5"); // nothing is selected
     Select(1);
-    EXPECT_EQ(Help.currentParaID, 12);
-    for (const int row : {2, 4, 5, 6, 0, -1}) { // the second number is none, and the rest is beyond
-        Help.currentParaID = 3;
-        Select(row);
-        EXPECT_EQ(Help.currentParaID, 0) << row;
-    }
-    EXPECT_THAT([this] { Select(3); }, ThrowsMessage<EListError>("List index out of bounds (2)"));
-}
-
-TEST_F(SetpointPage, OpensThePopupOnADevice) {
-    Load(twoDevices);
-    struct {
-        std::optional<TTreeView::TSelection> Selected;
-        bool Right;
-        std::string Parent;
-    } const cases[] = {{TTreeView::TSelection{2, -1}, true, "BareDevice"},
-                       {TTreeView::TSelection{2, -1}, false, ""},
-                       {TTreeView::TSelection{0, -1}, true, "MainDevice"},
-                       {TTreeView::TSelection{0, 1}, true, ""},
-                       {std::nullopt, true, ""}};
-    for (const auto& c : cases) {
-        Page.SetpointTreeView.SetSelected(c.Selected);
-        std::string within;
-        if (!c.Parent.empty())
-            Dialogs.ExpectPopup("Setpointpopup", [&](TPopupMenu& menu) {
-                within = Page.SelectedSetpointParent;
-                EXPECT_EQ(menu.Items.at(1).get().Caption(), "Load setpoint from file");
-            });
-        c.Right ? Page.SetpointTreeView.OnRightMouseButton() : Page.SetpointTreeView.OnOtherMouseButton();
-        EXPECT_EQ(within, c.Parent);
-        EXPECT_EQ(Page.SelectedSetpointParent, c.Parent);
-    }
+    Main().LiveLog.DatalogOn = false;
+    tryInVain();
+    Main().LiveLog.DatalogOn = true;
+    Page().CurrentModbusID = -1;
+    Dialog().EValue.SetText("before");
+    grid.OnDblClick(1);
+    EXPECT_EQ(Dialog().EValue.Text(), "");
+    Page().CurrentModbusID = 30;
+    // Without values the dialog keeps what it was last given.
+    Dialog().CurrentDatavalue = "left";
+    EXPECT_EQ(Edited(1, "5"), "a:left:end");
+    Page().ApplyDataLine("1;d;t;42;");
+    for (const std::string key : {"5", ",", "-", "."})
+        EXPECT_EQ(Edited(1, key), "a:" + key + ":end");
+    for (const std::string key : {"\r", "x", "55", "\u0665"})
+        EXPECT_EQ(Edited(1, key), "a:42:all");
+    EXPECT_EQ(Edited(2, "5"), "bits:42:end");
+    EXPECT_EQ(Edited(2, "\r"), "bits:42:all");
+    EXPECT_EQ(Edited(1), "a:42:all"); // the row under the mouse, not the selected one
+    for (const int row : {-1, 0, 3})
+        EXPECT_THROW(grid.OnDblClick(row), EListError) << row;
 }
 
 TEST_F(SetpointPage, FiltersByNameUnitOrAddress) {
-    Load({{.Name = "1 Zuluft \u00C4rger"},
-          {.Name = "2 Abluft", .Code = "8"},
-          {.Name = "3 zu"},
-          {.Name = "4"}});
+    OpenList({Row("1 Zuluft \u00C4rger", {{9, "4"}, {18, "7"}}), Row("2 Abluft", {{9, "13"}, {18, "none"}}),
+              Row("3 zu", {{9, "4"}, {18, "9"}}), Row("4"), Row("5")});
     Choose(0, 0);
-    struct {
-        std::string Typed;
-        std::vector<std::size_t> Rows;
-    } const cases[] = {
-        {"ZU", {0, 2}},         {"luft", {0, 1}},      {"\u00E4RG", {0}},     {"\u00F8RE", {1}},
-        {"M\u00B3", {0, 2, 3}}, {"401", {0, 1, 2, 3}}, {" 4 ", {0, 1, 2, 3}}, {"nowhere", {}},
-        {" ", {0, 1, 2, 3}},    {"", {0, 1, 2, 3}},
-    };
-    for (const auto& c : cases) {
-        Page.SetpointFilter.Enter(c.Typed);
-        EXPECT_EQ(Page.ShownRows, c.Rows) << c.Typed;
-        EXPECT_EQ(Page.SetpointGrid.Cells.RowCount(), c.Rows.size() + 1) << c.Typed;
+    const std::vector<std::size_t> all{0, 1, 2, 3, 4};
+    for (const auto& [typed, rows] :
+         std::vector<std::pair<std::string, std::vector<std::size_t>>>{{"ZU", {0, 2}},
+                                                                       {"luft", {0, 1}},
+                                                                       {"\u00E4RG", {0}},
+                                                                       {"% RH", {1}},
+                                                                       {"M\u00B3", {0, 2}},
+                                                                       {"401", all},
+                                                                       {"nowhere", {}},
+                                                                       {" ", all},
+                                                                       {"", all}}) {
+        Page().SetpointFilter.Enter(typed);
+        EXPECT_EQ(Page().ShownRows, rows) << typed;
     }
-    EXPECT_FALSE(Page.ClearSetpointFilter());
+    EXPECT_FALSE(Page().ClearSetpointFilter());
 
+    // Help numbers go by entry; the fourth entry lies just behind the last number.
+    for (const auto& [row, number] : std::map<int, int>{{1, 7}, {2, 0}, {3, 9}, {5, 0}, {-1, 0}}) {
+        Select(row);
+        EXPECT_EQ(Help(), number) << row;
+    }
+    EXPECT_THAT([this] { Select(4); }, ThrowsMessage<EListError>("List index out of bounds (3)"));
+    EXPECT_EQ(Help(), 0);
     // Rows are those of the filter, entries and help numbers those of the group.
-    Host.On = true;
-    Page.ApplyDataLine("1;d;t;6;");
-    Help.ParaID = {"1", "2", "3"};
+    Main().LiveLog.DatalogOn = true;
+    Page().ApplyDataLine("1;d;t;6;");
     Select(3);
-    Page.SetpointFilter.Enter("zu");
-    EXPECT_EQ(Page.SetpointGrid.SelectedRow(), 2);
-    EXPECT_EQ(Edited([this] { Page.SetpointGrid.OnDblClick(2); }), "3 zu:6:all");
+    Page().SetpointFilter.Enter("zu");
+    EXPECT_EQ(Page().SetpointGrid.SelectedRow(), 2);
+    EXPECT_EQ(Edited(2), "3 zu:6:all");
     Select(2);
-    EXPECT_EQ(Help.currentParaID, 3);
-    EXPECT_THROW(Page.SetpointGrid.OnDblClick(3), EListError);
-    Page.SetpointFilter.Enter("abl");
-    EXPECT_EQ(Page.SetpointGrid.SelectedRow(), -1);
-    Page.SetpointGrid.OnKeyPress("5"); // the selected one is hidden
-    EXPECT_TRUE(Page.ClearSetpointFilter());
-    EXPECT_EQ(Page.SetpointGrid.SelectedRow(), 3);
-
-    // It stays in force for the next group.
-    Page.SetpointFilter.Enter("3");
+    EXPECT_EQ(Help(), 9);
+    EXPECT_THROW(Page().SetpointGrid.OnDblClick(3), EListError);
+    Page().SetpointFilter.Enter("abl");
+    EXPECT_EQ(Page().SetpointGrid.SelectedRow(), -1);
+    Page().SetpointGrid.OnKeyPress("5"); // the selected one is hidden
+    EXPECT_TRUE(Page().ClearSetpointFilter());
+    EXPECT_EQ(Page().SetpointGrid.SelectedRow(), 3);
+    Page().SetpointFilter.Enter("3"); // it stays in force for the next group
     Choose(0, 0);
-    EXPECT_THAT(Shown(0), ElementsAre("3 zu"));
-    EXPECT_EQ(Page.SetpointGrid.SelectedRow(), 1);
+    EXPECT_THAT(Grid(), ElementsAre("3 zu||m³/h|0|100"));
+    EXPECT_EQ(Page().LblSetpointCount.Caption(), "1 of 5 setpoints");
 }
 
+} // namespace
 } // namespace tidewell::test

@@ -62,8 +62,8 @@ class TStringGrid : public TControl {
     using TControl::TControl;
 
     TStringTable Cells;
-    // Column and row of a data row; called while painting. Unset: the text of Cells, and the selected row
-    // stands out.
+    // Column and row of a data row; called while painting. For row 0 only its text counts, as the heading of
+    // a column that has none in Cells. Unset: the text of Cells, and the selected row stands out.
     std::function<TCellLook(int column, int row)> OnDrawCell;
     std::function<TCellRect(const TCellRect& cell)> BoxRect;
     std::vector<int> ColWidths; // pixels; empty: the view's own

@@ -124,6 +124,8 @@ class TGridBinding : public QObject {
         const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
         if (!enter && (event.text().isEmpty() || !event.text().at(0).isPrint()))
             return false;
+        if (event.isAutoRepeat())
+            return true; // of a key held down since a dialog that it closed
         const std::string typed = enter ? "\r" : FromQt(event.text());
         RunGuarded(Dialogs, [&] { Grid.OnKeyPress(typed); });
         return true;

@@ -37,16 +37,16 @@ void KeepRoom(QWidget& widget) {
 
 TLoadSetpointsView::TLoadSetpointsView(TLoadSetpoints& form, const TViewContext& context)
     : TDialogView(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint), Form(form),
-      Context(context), Column(NewChild<QVBoxLayout>(*this)), Grid(NewChild<QTableView>(*this)) {
+      Context(context), Column(NewChild<QVBoxLayout>(*this)), Grid(NewChild<QTableView>(*this)),
+      Progress(NewChild<QWidget>(*this)) {
     Column.setContentsMargins(margin, margin, margin, margin);
     Column.setSpacing(spacing);
     AddButtons();
     AddLists();
     AddProgress();
     BindForm(*this, Form, Context);
-    for (TControl* shown :
-         {static_cast<TControl*>(&Form.progresslabel), static_cast<TControl*>(&Form.ResultList)})
-        Keep(*this, shown->Changed.Connect([this] { PaintNow(); }));
+    Keep(*this, Form.ResultList.Changed.Connect([this] { PaintNow(*this); }));
+    Keep(*this, Form.progresslabel.Changed.Connect([this] { PaintNow(Progress); }));
 }
 
 void TLoadSetpointsView::AddButtons() {
@@ -78,16 +78,15 @@ void TLoadSetpointsView::AddLists() {
 }
 
 void TLoadSetpointsView::AddProgress() {
-    auto& panel = NewChild<QWidget>(*this);
-    Column.addWidget(&panel);
-    auto& rows = NewChild<QGridLayout>(panel);
+    Column.addWidget(&Progress);
+    auto& rows = NewChild<QGridLayout>(Progress);
     rows.setContentsMargins(0, 0, 0, 0);
     rows.setHorizontalSpacing(spacing);
     rows.setColumnStretch(0, 1);
-    auto& label = NewChild<TElidedLabel>(panel);
-    auto& bar = NewChild<QProgressBar>(panel);
-    auto& readBack = NewChild<TElidedLabel>(panel);
-    auto& stop = NewChild<TRoomyButton>(panel);
+    auto& label = NewChild<TElidedLabel>(Progress);
+    auto& bar = NewChild<QProgressBar>(Progress);
+    auto& readBack = NewChild<TElidedLabel>(Progress);
+    auto& stop = NewChild<TRoomyButton>(Progress);
     bar.setFixedWidth(barWidth);
     rows.addWidget(&label, 0, 0);
     rows.addWidget(&bar, 0, 1);
@@ -99,7 +98,7 @@ void TLoadSetpointsView::AddProgress() {
     BindProgressBar(bar, Form.ProgressBar);
     BindLabel(readBack, Form.LabReadBack);
     BindButton(stop, Form.ButEndReadBack, Context.Dialogs);
-    BindPanel(panel, Form.showpanel);
+    BindPanel(Progress, Form.showpanel);
 }
 
 void TLoadSetpointsView::AddButton(QBoxLayout& row, TButton& button) {
@@ -108,11 +107,11 @@ void TLoadSetpointsView::AddButton(QBoxLayout& row, TButton& button) {
     BindButton(view, button, Context.Dialogs);
 }
 
-void TLoadSetpointsView::PaintNow() {
+void TLoadSetpointsView::PaintNow(QWidget& part) {
     if (!isVisible() || Form.ButPanel.Visible())
         return;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    repaint();
+    part.repaint();
 }
 
 void TLoadSetpointsView::showEvent(QShowEvent* event) {

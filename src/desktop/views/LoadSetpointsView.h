@@ -25,12 +25,13 @@ class TLoadSetpointsView : public TDialogView {
     void AddLists();
     void AddProgress();
     void AddButton(QBoxLayout& row, TButton& button);
-    void PaintNow();
+    void PaintNow(QWidget& part);
 
     TLoadSetpoints& Form;
     const TViewContext Context;
     QBoxLayout& Column;
     QTableView& Grid;
+    QWidget& Progress;
 };
 
 } // namespace tidewell
