@@ -159,7 +159,7 @@ TEST_F(SimulatedInstallation, FlashRecordsLieWithinTheLimitsOfTheirProfile) {
     const TInstalledProfile profile(Installation, "Aria450_english_Flash.pls");
     TSimulatedController& controller = *Simulation.FindController("aria1");
     std::set<std::string> outdoor;
-    for (std::uint32_t block = 1001; block < 2544; block += 45) {
+    for (std::uint32_t block = 1001; block < 2544; block += 47) {
         const std::uint32_t address = 0x20000 + block * 4096;
         ASSERT_TRUE(controller.Query("flashRead.json", FormatRWData(address, 256), 0).Answered);
         ASSERT_TRUE(controller.OpenStream(0));
@@ -167,8 +167,8 @@ TEST_F(SimulatedInstallation, FlashRecordsLieWithinTheLimitsOfTheirProfile) {
         ASSERT_EQ(bytes.size(), 256U);
         for (const TListRow& row : profile.Rows) {
             const auto at = static_cast<std::size_t>(row.Integer(8) - 1) * 2; // behind date and time
-            const std::int32_t word = static_cast<unsigned char>(bytes.at(at)) * 256 +
-                                      static_cast<unsigned char>(bytes.at(at + 1));
+            const std::int32_t word =
+                static_cast<unsigned char>(bytes.at(at)) * 256 + static_cast<unsigned char>(bytes.at(at + 1));
             const std::int32_t value = row.Integer(3) < 0 && word > 32767 ? word - 65536 : word;
             EXPECT_TRUE(value >= row.Integer(3) && value <= row.Integer(4)) << row.Name() << " " << value;
             if (row.Name().ends_with("Outdoor air"))
