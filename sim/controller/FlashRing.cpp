@@ -13,8 +13,8 @@ constexpr std::int32_t RecordSize = 256;
 constexpr std::int32_t RecordsPerBlock = TFlashRing::BlockSize / RecordSize;
 constexpr std::int64_t MinutesPerRecord = 2;
 constexpr std::int64_t MsPerMinute = 60000;
-// The values move that much slower than on the wire: a wave of ten minutes takes a day.
-constexpr std::int64_t Slower = 144;
+// The values move that much slower than on the wire: a wave of ten minutes takes some 33 hours.
+constexpr std::int64_t Slower = 200;
 
 // The areas of the ring.
 constexpr std::int64_t FirstArea = 0x20000;
