@@ -172,6 +172,8 @@ void TFlashDatalog::Release() {
 }
 
 void TFlashDatalog::ReadFlash(std::uint32_t address, std::uint32_t length) {
+    if (length == 0)
+        return;
     const TDeviceUse::THold hold(Parts.Use);
     if (!hold)
         return;

@@ -66,7 +66,7 @@ class TFlashDatalog {
     void ButFlashDatalogClick();
     // The slider's range, in up to three reads of which the last one saves.
     void DownloadFlashLog();
-    // One read that saves, of any part of the flash.
+    // One read that saves, of any part of the flash. Nothing happens for length 0.
     void ReadFlash(std::uint32_t address, std::uint32_t length);
 
     // Before the device form closes: whether it may. Asks while a read runs; Yes ends the read.

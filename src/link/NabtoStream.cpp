@@ -93,12 +93,10 @@ std::optional<std::vector<std::uint8_t>> TNabtoStream::Read(std::uint32_t readLe
         Dialogs.ShowMessage("No NabtoStreamReadData Function Loaded");
         return std::nullopt;
     }
-    // Each chunk is asked for with the full length as capacity, wherever it starts, so the last one may run
-    // on behind the length by as much again. What is never written there takes no memory.
-    const auto buffer = std::make_unique_for_overwrite<std::uint8_t[]>(std::size_t{readLength} * 2);
-    std::size_t got = 0;
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(readLength);
     try {
-        if (!ReadChunks(buffer.get(), readLength, got))
+        if (!ReadChunks(readLength, bytes))
             return std::nullopt;
     } catch (const std::exception& error) {
         Dialogs.ShowMessage(std::string(ClassName(error)) + " error raised, with message : " + error.what());
@@ -106,15 +104,15 @@ std::optional<std::vector<std::uint8_t>> TNabtoStream::Read(std::uint32_t readLe
     timeoutTimer->SetEnabled(false);
     if (streamTimeout)
         Dialogs.ShowMessage("Stream Read, Timeout :(");
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(readLength);
-    bytes.assign(buffer.get(), buffer.get() + std::min<std::size_t>(got, readLength));
     bytes.resize(readLength);
     return bytes;
 }
 
-bool TNabtoStream::ReadChunks(std::uint8_t* buffer, std::uint32_t readLength, std::size_t& got) {
-    while (got < readLength && !streamTimeout) {
+bool TNabtoStream::ReadChunks(std::uint32_t readLength, std::vector<std::uint8_t>& bytes) {
+    // Each chunk is asked for with the full length as capacity, however much is there already. What is never
+    // written takes no memory.
+    const auto chunk = std::make_unique_for_overwrite<std::uint8_t[]>(readLength);
+    while (bytes.size() < readLength && !streamTimeout) {
         if (Progress.Ended()) {
             timeoutTimer->SetEnabled(false);
             return false;
@@ -122,7 +120,7 @@ bool TNabtoStream::ReadChunks(std::uint8_t* buffer, std::uint32_t readLength, st
         Arm();
         std::size_t count = 0;
         const auto status = static_cast<TNabtoStatus>(
-            Library.NabtoStreamReadIntoBuf(Stream, buffer + got, readLength, &count));
+            Library.NabtoStreamReadIntoBuf(Stream, chunk.get(), readLength, &count));
         if (status != NABTO_OK) {
             CloseRepeatedly();
             ShowNabtoStatus(Library, Dialogs, status);
@@ -135,9 +133,11 @@ bool TNabtoStream::ReadChunks(std::uint8_t* buffer, std::uint32_t readLength, st
             Wait.ProcessMessages();
             continue;
         }
-        got += std::min<std::size_t>(count, readLength);
+        // The last one may run on behind the length.
+        bytes.insert(bytes.end(), chunk.get(),
+                     chunk.get() + std::min<std::size_t>(count, readLength - bytes.size()));
         timeoutTimer->SetEnabled(false);
-        Progress.currentstreamprogress = static_cast<std::uint32_t>(std::min<std::size_t>(got, readLength));
+        Progress.currentstreamprogress = static_cast<std::uint32_t>(bytes.size());
         Progress.DoUpdateProgress();
     }
     return true;

@@ -56,7 +56,7 @@ class TNabtoStream {
   private:
     void Prepare(int timeout); // ms
     void Arm();
-    bool ReadChunks(std::uint8_t* buffer, std::uint32_t readLength, std::size_t& got);
+    bool ReadChunks(std::uint32_t readLength, std::vector<std::uint8_t>& bytes);
     void CloseRepeatedly();
 
     const TNabtoLibrary& Library;

@@ -289,7 +289,7 @@ TEST_F(TReadFlash, TakesWholeRecordsAndOffersWhatIsThere) {
     EXPECT_THAT(Calls(),
                 ElementsAre("flashRead.json?json={\"request\":{\"address\":\"131072\",\"length\":\"3\"}}",
                             "nabtoStreamOpen", "nabtoStreamClose"));
-    EXPECT_THAT(Events, testing::Each("StopRunningLog"));
+    EXPECT_THAT(Events, ElementsAre("StopRunningLog", "StopRunningLog"));
 }
 
 TEST_F(TReadFlash, ARefusedReadLeavesItsLine) {
