@@ -76,13 +76,6 @@ std::size_t TFlashRecords::Count() const {
     return count;
 }
 
-std::size_t TFlashRecords::MemoryUsed() const {
-    std::size_t bytes = Segments.capacity() * sizeof(TSegment);
-    for (const TSegment& segment : Segments)
-        bytes += segment.Bytes.capacity();
-    return bytes;
-}
-
 std::string TFlashRecords::Row(std::size_t number, TRecord record) {
     std::string text;
     std::string head(headShape);

@@ -24,8 +24,6 @@ class TFlashRecords {
     // Takes the whole records of the bytes and drops what is left; their rows are numbered from that one on.
     void Add(std::vector<std::uint8_t> bytes, std::size_t firstNumber);
     std::size_t Count() const; // rows
-    // Bytes of heap memory held.
-    std::size_t MemoryUsed() const;
 
     static std::string Row(std::size_t number, std::span<const std::uint8_t, RecordSize> record);
     // One line per row and then the header line, each ended by CR LF. The file is replaced in one step at the
