@@ -10,6 +10,8 @@
 #include "mainform/NabtoUserFolder.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace tidewell {
 
@@ -159,8 +161,15 @@ void TFormMain::ConnectService() {
 }
 
 void TFormMain::ConnectUpdate() {
-    FollowUpdate = Forms.NabtoDevice.UpdateStatus.Changed.Connect(
-        [this] { LockForUpdate(Forms.NabtoDevice.UpdateStatus.Running()); });
+    TUpdateStatus& status = Forms.NabtoDevice.UpdateStatus;
+    FollowUpdate.push_back(status.Changed.Connect([this, &status] { LockForUpdate(status.Running()); }));
+    for (TControl* shown :
+         {static_cast<TControl*>(&status.LabUpdatePhase), static_cast<TControl*>(&status.LabUpdateFile),
+          static_cast<TControl*>(&status.UpdateProgress)})
+        FollowUpdate.push_back(shown->Changed.Connect([this] { ShowUpdate(); }));
+    ButShowUpdate.OnClick = [this] {
+        Ports.Dialogs.Show(Forms.NabtoDevice);
+    };
 }
 
 void TFormMain::FormCreate() {
@@ -371,7 +380,22 @@ void TFormMain::FlasDatalog1Click() {
         Forms.NabtoDevice.FlashDatalog.ButFlashDatalogClick();
 }
 
+// The service form, which tells more, may be closed or covered.
+void TFormMain::ShowUpdate() {
+    const TUpdateStatus& status = Forms.NabtoDevice.UpdateStatus;
+    std::string text = status.Texts.Running + " " + status.LabUpdatePhase.Caption();
+    if (status.LabUpdateFile.Visible())
+        text += ", " + status.LabUpdateFile.Caption();
+    LblUpdate.SetCaption(text);
+    ButShowUpdate.SetCaption(status.Texts.Show);
+    UpdatePanel.SetVisible(status.Running());
+    FileProgressBar.SetMax(status.UpdateProgress.Max());
+    FileProgressBar.SetPosition(status.UpdateProgress.Position());
+    FileProgressBar.SetVisible(status.Running() && status.UpdateProgress.Visible());
+}
+
 void TFormMain::LockForUpdate(bool running) {
+    ShowUpdate();
     if (!running) {
         UpdateLock.Release();
         return;
@@ -436,53 +460,30 @@ void TFormMain::SetpointPageResized(int gridClientWidth, int groupClientHeight) 
 }
 
 void TFormMain::FormKeyDown(EKey key, bool& handled) {
+    const std::array<std::pair<EKey, TMenuItem*>, 9> keys{{{EKey::F2, &OpenProfile2},
+                                                           {EKey::F3, &OpenDatalogfile1},
+                                                           {EKey::F4, &SaveUserDatalog1},
+                                                           {EKey::F5, &StartLog1},
+                                                           {EKey::F6, &WindowSetpoint1},
+                                                           {EKey::F7, &WindowGraph1},
+                                                           {EKey::F8, &Setup1},
+                                                           {EKey::F11, &Nabtodebug1},
+                                                           {EKey::F12, &Changelanguage1}}};
     handled = true;
-    switch (key) {
-    case EKey::Escape:
-        Close1Click();
-        break;
-    case EKey::F1:
-        if (TheTab.IsActive(TabSetpoint))
-            ContextHelp.Show(Texts.ErrorMissingAdobe);
-        break;
-    case EKey::F2:
-        OpenProfile2.Click();
-        break;
-    case EKey::F3:
-        OpenDatalogfile1.Click();
-        break;
-    case EKey::F4:
-        SaveUserDatalog1.Click();
-        break;
-    case EKey::F5:
-        StartLog1.Click();
-        break;
-    case EKey::F6:
-        WindowSetpoint1.Click();
-        break;
-    case EKey::F7:
-        WindowGraph1.Click();
-        break;
-    case EKey::F8:
-        Setup1.Click();
-        break;
-    case EKey::F11:
-        Nabtodebug1.Click();
-        break;
-    case EKey::F12:
-        Changelanguage1.Click();
-        break;
-    default:
-        handled = false;
-    }
+    for (const auto& [itsKey, item] : keys)
+        if (itsKey == key)
+            return item->Click();
+    if (key == EKey::Escape)
+        return Close1Click();
+    if (key == EKey::F1 && TheTab.IsActive(TabSetpoint))
+        return ContextHelp.Show(Texts.ErrorMissingAdobe);
+    handled = key == EKey::F1;
 }
 
 void TFormMain::FormCloseQuery(bool& mayClose) {
     if (AskBeforeClose && Forms.NabtoDevice.UpdateStatus.Running())
         mayClose = Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
-                                                "A firmware update is running. Closing the program ends it "
-                                                "and can leave the controller half updated. Close the "
-                                                "program?",
+                                                Forms.NabtoDevice.UpdateStatus.Texts.CloseProgram,
                                                 EButtons::YesNo) == EModalResult::Yes;
 }
 
