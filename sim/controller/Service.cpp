@@ -129,6 +129,7 @@ std::int64_t TService::PrepareUpdate(const TCall& call) {
         return NotReady;
     }
     Dialogue.Abort();
+    Update.Announce(*Images.Current());
     return *address;
 }
 

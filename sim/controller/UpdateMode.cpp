@@ -8,6 +8,12 @@ constexpr std::int32_t MostFiles = 16;
 
 } // namespace
 
+void TUpdateMode::Announce(std::int32_t file) {
+    if (file >= 1 && file <= MostFiles) {
+        Bad |= 1U << static_cast<unsigned>(file - 1);
+    }
+}
+
 void TUpdateMode::Restart(std::uint32_t mask, std::int64_t nowMs, std::int64_t longerMs) {
     Mask = mask;
     ReturnsAtMs = nowMs + (mask == 0 ? RestartMs : UpdateMs) + longerMs;
@@ -20,7 +26,7 @@ TIdentity TUpdateMode::Return(std::uint32_t spoiled, std::int64_t nowMs) {
         return versions;
     }
     Tested = Mask;
-    Bad = spoiled;
+    Bad = (Bad & ~Mask) | spoiled;
     TestedAtMs = nowMs + CheckMs;
     for (std::int32_t file = 1; file <= MostFiles; ++file) {
         const std::uint32_t bit = 1U << static_cast<unsigned>(file - 1);

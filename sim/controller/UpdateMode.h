@@ -10,7 +10,7 @@ namespace tidewell {
 
 // The restarts of a controller. A restart into the update mode tests the images that its mask names, puts
 // the good ones in force and keeps a word that tells the bad ones, a bit each. While it restarts, a
-// controller is away.
+// controller is away. An image that was announced counts as bad until a test finds it good.
 class TUpdateMode {
   public:
     explicit TUpdateMode(const TImageStore& images) : Images(images) {}
@@ -21,6 +21,8 @@ class TUpdateMode {
     std::int64_t RestartMs = 3000; // and one with an empty mask, which tests nothing
     std::int64_t CheckMs = 0;      // so long after the return the word still tells each named file as bad
 
+    // A new image of that file, from 1, is on its way.
+    void Announce(std::int32_t file);
     // Bit k of the mask names file k + 1.
     void Restart(std::uint32_t mask, std::int64_t nowMs, std::int64_t longerMs);
     bool Restarting() const { return ReturnsAtMs.has_value(); }

@@ -10,6 +10,7 @@
 #include "link/DeviceUse.h"
 #include "link/FirmwarePackage.h"
 #include "link/FirmwareUpdate.h"
+#include "link/ServiceFiles.h"
 #include "link/UpdateStatus.h"
 
 namespace tidewell {
@@ -48,9 +49,9 @@ void TContinuousUpdate::StartTest() {
     if (Parts.EnableContineousUpdate &&
         Parts.CurrentUpdateSWFile.string().find(listFileName) != std::string::npos) {
         Parts.memoDebug.Add("Contineous fileupload with multible files enabled");
-        LoadList();
+        const bool listed = LoadList();
         UseMultibleFiles = true;
-        if (!UseMultibleFilesList->empty()) {
+        if (listed) {
             UseMultibleFilesActiveFileIndex = 1;
             Parts.CurrentUpdateSWFile = ListedPath();
         }
@@ -58,12 +59,14 @@ void TContinuousUpdate::StartTest() {
     Parts.Update.UpdateSW(Parts.CurrentUpdateSWFile);
 }
 
-void TContinuousUpdate::LoadList() {
+bool TContinuousUpdate::LoadList() {
     UseMultibleFilesResultList.emplace();
     UseMultibleFilesList.emplace();
-    for (const std::string& line : ReadLines(Parts.Files, Parts.CurrentUpdateSWFile))
+    const auto lines = ReadLines(Parts.Files, Parts.CurrentUpdateSWFile);
+    for (const std::string& line : lines)
         if (const auto end = line.find('='); end != std::string::npos)
             UseMultibleFilesList->emplace(line.substr(0, end), line.substr(end + 1));
+    return !lines.empty();
 }
 
 std::filesystem::path TContinuousUpdate::ListedPath() const {
@@ -89,11 +92,18 @@ void TContinuousUpdate::StopTest() {
     lines.emplace_back("Continuous test report");
     lines.push_back("Test results -> TestOk: " + std::to_string(ContUpdateACK) +
                     " TestBad: " + std::to_string(ContUpdateNACK));
-    WriteLines(
-        Parts.Files,
-        Parts.Paths.directorypath / "log" / "userlog" /
-            ("Continious_test_log_" + DateTimeStamp(Parts.Clock) + "_" + Parts.device.substr(0, 12) + ".txt"),
-        lines);
+    const auto directory = GetFlashLogLogpath(Parts.Paths);
+    try {
+        Parts.Files.CreateDirectories(directory);
+        WriteLines(Parts.Files,
+                   directory / ("Continious_test_log_" + DateTimeStamp(Parts.Clock) + "_" +
+                                Parts.device.substr(0, 12) + ".txt"),
+                   lines);
+    } catch (const EInOutError&) {
+        for (const std::string& line : lines) // there it is not lost
+            Parts.memoDebug.Add(line);
+        throw;
+    }
 }
 
 // A tick while the device is in use is put off to the next one.

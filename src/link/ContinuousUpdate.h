@@ -64,7 +64,7 @@ class TContinuousUpdate {
   private:
     void StartTest();
     void StopTest();
-    void LoadList();
+    bool LoadList();                          // false when it has no line
     std::filesystem::path ListedPath() const; // of the active number; empty if there is none
     void UpdateDone(bool success);
 

@@ -296,7 +296,7 @@ bool TFileUpload::RpcPreErase() {
 
 bool TFileUpload::StreamUpload(std::uint32_t fileId, std::uint32_t fileSize, const std::string& fileName,
                                std::uint32_t crc32) {
-    const auto path = Parts.CurrentUpdateSWFile.parent_path() / PathInPackage(fileName);
+    const auto path = ImagePath(Parts.CurrentUpdateSWFile.parent_path(), fileName);
     for (int tries = 0; tries < mostTries;) {
         const std::int32_t address = Prepare(fileId, fileSize, crc32);
         if (address < 2) {

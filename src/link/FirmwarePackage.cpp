@@ -124,7 +124,11 @@ TFirmwarePackage ReadFirmwarePackage(const IFiles& files, const std::filesystem:
             package.Files.push_back(std::move(file));
         }
     }
-    package.FileMaskBits = DigitMask(package.FileMask);
+    try {
+        package.FileMaskBits = DigitMask(package.FileMask);
+    } catch (const ERangeError& error) {
+        throw EConvertError(std::string(error.what()) + " (Number of files in " + configFile.string() + ")");
+    }
     const auto transferFile = configFile.parent_path() / transferFileName;
     if (files.FileExists(transferFile))
         for (const std::string& line : ReadLines(files, transferFile))
@@ -147,6 +151,10 @@ bool FitsModel(std::string_view filename, std::string_view model) {
 std::filesystem::path PathInPackage(std::string text) {
     std::ranges::replace(text, '\\', '/');
     return text;
+}
+
+std::filesystem::path ImagePath(const std::filesystem::path& directory, const std::string& filename) {
+    return directory / PathInPackage(filename).relative_path();
 }
 
 } // namespace tidewell

@@ -38,7 +38,8 @@ struct TFirmwarePackage {
 };
 
 // A missing pc_cfg.fwc, or what is wrong in it, leaves the files as they are: by stream and without version.
-// Throws EInOutError, and EConvertError, naming file and line, for an image whose CRC32 or size is no number.
+// Throws EInOutError, and EConvertError, naming file and line, for an image whose CRC32 or size is no number
+// or a mask that is too long.
 TFirmwarePackage ReadFirmwarePackage(const IFiles& files, const std::filesystem::path& configFile);
 
 // The routes table. Some targets are never sent again.
@@ -51,5 +52,7 @@ bool FitsModel(std::string_view filename, std::string_view model);
 
 // A path as packages and lists write it, with "\" or "/".
 std::filesystem::path PathInPackage(std::string text);
+// Of an image; always below the package's directory.
+std::filesystem::path ImagePath(const std::filesystem::path& directory, const std::string& filename);
 
 } // namespace tidewell

@@ -11,6 +11,7 @@
 #include "link/DeviceUse.h"
 #include "link/FileUpload.h"
 #include "link/Nabto.h"
+#include "link/ServiceFiles.h"
 #include "link/UpdateRun.h"
 #include "link/UpdateStatus.h"
 
@@ -156,7 +157,7 @@ bool TFirmwareUpdate::CheckModel() {
 }
 
 bool TFirmwareUpdate::SendFiles() {
-    Parts.Status.SetPhase("Sending the firmware");
+    Parts.Status.SetPhase(EUpdatePhase::Sending);
     for (std::size_t i = 0; i < Package.Files.size(); ++i)
         if (Package.Sent(i) && !SendFile(i, FirstRoad(Package.Files[i])))
             return false;
@@ -188,7 +189,7 @@ bool TFirmwareUpdate::SendFile(std::size_t position, ERoad road) {
 bool TFirmwareUpdate::Transfer(std::size_t position, ERoad road) {
     const TUpdateFile& file = Package.Files[position];
     const auto number = static_cast<std::uint32_t>(position + 1);
-    const auto path = Directory / PathInPackage(file.filename);
+    const auto path = ImagePath(Directory, file.filename);
     TFileUpload& upload = Parts.Upload;
     switch (road) {
     case ERoad::PreEraseAndStream:
@@ -224,7 +225,7 @@ bool TFirmwareUpdate::RestartAndVerify() {
 }
 
 void TFirmwareUpdate::RestartInUpdateMode() {
-    Parts.Status.SetPhase("Restarting the device in update mode");
+    Parts.Status.SetPhase(EUpdatePhase::Restarting);
     Parts.memoDebug.Add("Everything OK");
     Parts.memoDebug.Add("Restarting Device in Update mode");
     Parts.Run.Sleep(restartPause);
@@ -235,7 +236,7 @@ void TFirmwareUpdate::RestartInUpdateMode() {
 }
 
 void TFirmwareUpdate::AwaitDevice() {
-    Parts.Status.SetPhase("Waiting for the device");
+    Parts.Status.SetPhase(EUpdatePhase::Waiting);
     while (!Parts.Run.Ping())
         for (int i = 0; i < pingPauses; ++i) {
             Parts.Run.Sleep(pingPause);
@@ -243,9 +244,8 @@ void TFirmwareUpdate::AwaitDevice() {
         }
 }
 
-// A bit per file that failed. A value that is no number reads as 0.
-std::int32_t TFirmwareUpdate::ReadCrcResult() {
-    Parts.Status.SetPhase("Checking the firmware");
+std::optional<std::int32_t> TFirmwareUpdate::ReadCrcResult() {
+    Parts.Status.SetPhase(EUpdatePhase::Checking);
     std::string address = std::to_string(StatusAddress + crcResultOffset);
     std::string object = "0";
     if (Parts.Nabto.isGateway()) {
@@ -254,7 +254,7 @@ std::int32_t TFirmwareUpdate::ReadCrcResult() {
         address = "39";
         object = "1";
     }
-    std::int32_t result = 0;
+    std::optional<std::int32_t> result;
     for (int read = 0; read < mostCrcReads; ++read) {
         Parts.Run.Sleep(crcPause);
         std::string value = Parts.Nabto.JsonToValue(
@@ -262,16 +262,18 @@ std::int32_t TFirmwareUpdate::ReadCrcResult() {
         if (const auto end = value.rfind(';'); end != std::string::npos)
             value.resize(end);
         Parts.memoDebug.Add("CRC test resultat: " + value);
-        result = ToIntegerOr(value, 0);
-        if ((result & 0xFF) == 0)
+        result = TryToInteger(value);
+        if (result && (*result & 0xFF) == 0)
             break;
     }
     return result;
 }
 
-// Compares the versions and sends again what failed; false when anything did.
-bool TFirmwareUpdate::CheckFiles(std::int32_t crcResult) {
-    const auto failed = static_cast<std::uint32_t>((crcResult & 0xFF) == 0 ? 0 : crcResult);
+// Compares the versions and sends again what failed; false when anything did. Without a result no file is
+// sent, but none that is to be verified counts as good either.
+bool TFirmwareUpdate::CheckFiles(std::optional<std::int32_t> crcResult) {
+    const std::int32_t result = crcResult.value_or(0);
+    const auto failed = static_cast<std::uint32_t>((result & 0xFF) == 0 ? 0 : result);
     bool success = true;
     for (std::size_t i = 0; i < Package.Files.size(); ++i) {
         if (!Package.Verified(i))
@@ -279,11 +281,15 @@ bool TFirmwareUpdate::CheckFiles(std::int32_t crcResult) {
         CheckVersion(i);
         if (VersionMismatch)
             Tell("Automatick Software verification failed, please verify manually");
+        if (!crcResult) {
+            Parts.memoDebug.Add("CRC result of file " + std::to_string(i + 1) + " unknown");
+            success = false;
+        }
         if (i >= 32 || (failed >> i & 1U) == 0)
             continue;
         Parts.memoDebug.Add("CRC error in file " + std::to_string(i + 1) + " retrying");
         success = false;
-        Parts.Status.SetPhase("Sending again");
+        Parts.Status.SetPhase(EUpdatePhase::SendingAgain);
         SendFile(i, RepeatRoad(Package.Files[i])); // the next round tells how it went
     }
     return success;
@@ -321,7 +327,7 @@ void TFirmwareUpdate::Tell(const std::string& text) {
 }
 
 void TFirmwareUpdate::SaveLog(bool success) {
-    const auto directory = Parts.Paths.directorypath / "log" / "userlog";
+    const auto directory = GetFlashLogLogpath(Parts.Paths);
     const std::string name = std::string(success ? "FW-Update_OK_" : "FW-Update_Error_") +
                              DateTimeStamp(Parts.Clock) + "_" + Parts.device.substr(0, deviceIdLength) +
                              ".log";

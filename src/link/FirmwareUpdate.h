@@ -64,8 +64,9 @@ class TFirmwareUpdate {
     bool RestartAndVerify();
     void RestartInUpdateMode();
     void AwaitDevice();
-    std::int32_t ReadCrcResult();
-    bool CheckFiles(std::int32_t crcResult);
+    // A bit per file that failed; nothing when it cannot be read.
+    std::optional<std::int32_t> ReadCrcResult();
+    bool CheckFiles(std::optional<std::int32_t> crcResult);
     void CheckVersion(std::size_t position);
     void Tell(const std::string& text);
     void SaveLog(bool success);

@@ -41,7 +41,7 @@ TEST(FirmwarePackage, Masks) {
             got += package.Verified(i) ? 'v' : package.Sent(i) ? 's' : '-';
         EXPECT_EQ(got, digits) << mask;
     }
-    EXPECT_THROW(Read("Number of files: 1" + std::string(32, '0')), ERangeError);
+    EXPECT_THROW(Read("Number of files: 1" + std::string(32, '0')), EConvertError);
 }
 
 TEST(FirmwarePackage, ConfigurationLines) {

@@ -246,8 +246,10 @@ TEST_F(TFirmwareUpdateTest, RoundsUntilTheImagesAreGood) {
              {{"2"}, "21", true, 1, 4, ""}, // the second file is not verified
              {{"1"}, "11", false, 5, 20, "11111"},
              {{"-1"}, "1", false, 5, 20, "11111"},
-             {{"4"}, "11", true, 1, 4, ""}, // of no file
-             {{"\"x\""}, "11", true, 1, 1, ""},
+             {{"4"}, "11", true, 1, 4, ""},       // of no file
+             {{"\"x\""}, "11", false, 5, 20, ""}, // unknown is not good
+             {{"\"x\"", "", "0"}, "11", true, 1, 3, ""},
+             {{"\"x\""}, "22", true, 1, 4, ""},
          }) {
         SCOPED_TRACE(test.Results.front());
         Package(test.Mask, "VersionFName1:1:11\nVersionFName2:2:12\n");

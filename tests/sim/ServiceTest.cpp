@@ -373,6 +373,9 @@ TEST_F(TServiceTest, TellsEachImageAsBadUntilItIsTested) {
         EXPECT_EQ(ParseReply(reply.Text).Values, result);
         Now += 5000;
     }
+    Prepare(1, "123456789"); // a new one, which nothing tests
+    const auto reply = Controller().Query("setpointReadValue.json", ValueToJson("5", "1", "8"), Now);
+    EXPECT_EQ(ParseReply(reply.Text).Values, "1; ");
 }
 
 TEST_F(TServiceTest, KeepsItsLogInARingOfTwoAreas) {
