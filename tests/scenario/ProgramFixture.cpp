@@ -5,6 +5,7 @@
 #include "core/TextFile.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <utility>
 
@@ -107,6 +108,19 @@ std::vector<std::string> TProgramFixture::FilesBelow(const std::filesystem::path
         if (path.string().starts_with(directory.string() + "/"))
             names.push_back(path.string());
     return names;
+}
+
+void TProgramFixture::ExpectGolden(const std::filesystem::path& name, const std::string& bytes) {
+    const auto golden = std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/scenario/golden" / name;
+    TDiskFiles disk;
+    if (std::getenv("TIDEWELL_UPDATE_GOLDEN") != nullptr) {
+        disk.CreateDirectories(golden.parent_path());
+        const auto file = disk.Replace(golden);
+        file->Write(bytes);
+        file->Commit();
+    }
+    ASSERT_TRUE(disk.FileExists(golden)) << golden;
+    EXPECT_TRUE(bytes == disk.Read(golden)) << "differs from " << golden << ":\n" << bytes.substr(0, 4000);
 }
 
 std::ptrdiff_t TProgramFixture::QueryCount(const std::string& query) const {
