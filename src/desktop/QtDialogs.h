@@ -3,6 +3,7 @@
 #include "core/ports/IDialogs.h"
 #include "desktop/QtApplication.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -19,7 +20,7 @@ class TQtDialogs : public IDialogs {
   public:
     using TMakeView = std::function<std::unique_ptr<QWidget>()>;
 
-    explicit TQtDialogs(TQtApplication& application) : Application(application) {}
+    explicit TQtDialogs(TQtApplication& application);
     ~TQtDialogs() override;
     TQtDialogs(const TQtDialogs&) = delete;
     TQtDialogs& operator=(const TQtDialogs&) = delete;
@@ -68,6 +69,8 @@ class TQtDialogs : public IDialogs {
     std::map<const TPopupMenu*, std::function<void(QMenu&)>> Popups;
     std::vector<const TForm*> Made; // in order of making
     bool Cancelling = false;
+    QPointer<QWidget> Brought; // to the front by Show, but not active yet
+    QObject Guard;
     int Waits = 0; // calls of SetWaitCursor that are not taken back
 };
 

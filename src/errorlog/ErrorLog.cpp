@@ -70,6 +70,7 @@ void TErrorLog::EvalErrorlog(const std::string& wordList) {
     Parts.Files.CreateDirectories(path.parent_path());
     WriteLines(Parts.Files, path, Memo.Lines());
     Memo.Add("File saved in userlog directory");
+    Memo.TopRequested.Emit(); // the date of the read, and the events of late
     Parts.Panel.InitQuestionStringlistStructures();
 }
 

@@ -131,7 +131,9 @@ void TNabtoDevice::ReadConfiguration() {
 }
 
 void TNabtoDevice::ReadLanguage() {
-    const TNabtodriverTexts texts = ReadNabtodriverTexts(TIniFile(Files, Paths.Languagefile));
+    const TIniFile language(Files, Paths.Languagefile);
+    UpdateStatus.Texts = ReadFirmwareUpdateTexts(language);
+    const TNabtodriverTexts texts = ReadNabtodriverTexts(language);
     btnPing.SetCaption(texts.Butping);
     BtnUpdate.SetCaption(texts.ButFWupdate);
     ButErorlog.SetCaption(texts.ButErrorlog);
@@ -332,9 +334,7 @@ void TNabtoDevice::FormShow() {
 
 void TNabtoDevice::FormCloseQuery(bool& mayClose) {
     if (UpdateStatus.Running() && Host.FormOpen())
-        mayClose = Dialogs.ShowMessageBox(EMessageKind::Confirmation,
-                                          "A firmware update is running. It goes on without this window. "
-                                          "Close the window?",
+        mayClose = Dialogs.ShowMessageBox(EMessageKind::Confirmation, UpdateStatus.Texts.CloseWindow,
                                           EButtons::YesNo) == EModalResult::Yes;
     mayClose = mayClose && FlashDatalog.MayClose();
 }

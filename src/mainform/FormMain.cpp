@@ -365,6 +365,7 @@ void TFormMain::Nabtodebug1Click() {
 
 void TFormMain::but_swupdateClick() {
     StopLog();
+    LiveLog.TimerLogAutostart->SetEnabled(false); // no start of its own below the dialog
     Ports.Dialogs.Show(Forms.NabtoDevice);
     Forms.NabtoDevice.BtnUpdateClick();
 }

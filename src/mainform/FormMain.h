@@ -138,6 +138,7 @@ class TFormMain : public TFormMainControls {
     void ConnectService();
     // While a firmware update runs, all but the way to its form and the close.
     void LockForUpdate(bool running);
+    void ShowUpdate();
     TDatalogParts DatalogParts();
     void ShowReadBack();
     void CreateDirectories();
@@ -150,7 +151,7 @@ class TFormMain : public TFormMainControls {
     std::unique_ptr<IHttp> Http;
     std::unique_ptr<TApiClient> ApiClient;
     TControlLock UpdateLock;
-    TConnection FollowUpdate;
+    std::vector<TConnection> FollowUpdate;
     int GridClientWidth = 0;
     int GroupClientHeight = 0;
 };

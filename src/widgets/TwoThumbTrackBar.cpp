@@ -256,7 +256,8 @@ void TTwoThumbTrackBar::focusInEvent(QFocusEvent* event) {
 
 bool TTwoThumbTrackBar::focusNextPrevChild(bool next) {
     const EThumb wanted = next ? EThumb::Upper : EThumb::Lower;
-    if (hasFocus() && Current != wanted) {
+    const bool leaving = testAttribute(Qt::WA_ForceDisabled); // it is being disabled
+    if (hasFocus() && !leaving && Current != wanted) {
         Current = wanted;
         update();
         return true;

@@ -4,6 +4,7 @@
 #include "desktop/binders/ListBinders.h"
 #include "desktop/binders/SimpleBinders.h"
 #include "desktop/binders/StatusBarBinder.h"
+#include "desktop/views/FixedFont.h"
 #include "desktop/views/ServicePanels.h"
 #include "link/NabtoDevice.h"
 #include "widgets/Child.h"
@@ -13,8 +14,6 @@
 #include "widgets/PanelBar.h"
 #include "widgets/RoomyButton.h"
 
-#include <QFontDatabase>
-#include <QFontInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -35,14 +34,8 @@ constexpr int initialHeight = 560;
 constexpr int gap = 10;
 constexpr int actionsWidth = 220;
 constexpr int delayWidth = 60;
+constexpr int progressWidth = 200;
 constexpr int idLength = 12; // digits of a device id
-
-QFont FixedFont() {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (!QFontInfo(font).fixedPitch()) // a platform theme may name any font
-        font.setFamily(QStringLiteral("monospace"));
-    return font;
-}
 
 QFrame& AddFrame(QVBoxLayout& column) {
     auto& frame = NewChild<QFrame>(*column.parentWidget());
@@ -197,19 +190,32 @@ void TDeviceView::AddUpdateStatus(QVBoxLayout& column) {
     QFrame& frame = AddFrame(column);
     auto& grid = NewChild<QGridLayout>(frame);
     grid.setContentsMargins(gap, gap, gap, gap);
-    grid.setColumnStretch(0, 1);
-    const auto addLabel = [&](TLabel& label, int row, int place) {
+    grid.setHorizontalSpacing(gap);
+    grid.setColumnStretch(1, 1);
+    auto& led = NewChild<TLedView>(frame);
+    grid.addWidget(&led, 0, 0);
+    BindLed(led, status.LedUpdate);
+    const auto addLabel = [&](TLabel& label, int row, int place) -> QWidget& {
         auto& view = NewChild<TElidedLabel>(frame);
         view.SetElideMode(Qt::ElideMiddle);
         grid.addWidget(&view, row, place);
         BindLabel(view, label);
+        return view;
     };
-    addLabel(status.LabUpdatePhase, 0, 0);
-    addLabel(status.LabUpdateElapsed, 0, 1);
-    addLabel(status.LabUpdateFile, 1, 0);
+    QFont bold = font();
+    bold.setBold(true);
+    addLabel(status.LabUpdatePhase, 0, 1).setFont(bold);
+    addLabel(status.LabUpdateElapsed, 0, 2);
     auto& progress = NewChild<QProgressBar>(frame);
-    grid.addWidget(&progress, 2, 0, 1, 2);
+    grid.addWidget(&progress, 1, 2);
+    progress.setFixedWidth(progressWidth);
     BindProgressBar(progress, status.UpdateProgress);
+    // What stands below does not jump between the steps of an update.
+    for (QWidget* part : {&addLabel(status.LabUpdateFile, 1, 1), static_cast<QWidget*>(&progress)}) {
+        QSizePolicy policy = part->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        part->setSizePolicy(policy);
+    }
     BindPanel(frame, status.PanelUpdate);
 }
 

@@ -10,8 +10,11 @@ class QVBoxLayout;
 
 namespace tidewell {
 
+class TButton;
 class TFormMain;
+class TLabel;
 class TNabtoDevice;
+class TPanel;
 
 class TMainView : public QMainWindow {
   public:
@@ -24,7 +27,7 @@ class TMainView : public QMainWindow {
     void AddSetpointPage();
     void AddGraphPage();
     void AddErrorLogPage();
-    void AddReadBackPanel(QVBoxLayout& column);
+    void AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TButton& button);
     void AddTabButtons();
     void AddStatusBar(TNabtoDevice& device);
     void ArrangeTabButtons();
