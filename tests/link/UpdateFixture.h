@@ -15,6 +15,7 @@
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
+#include "support/WireText.h"
 
 #include <gmock/gmock.h>
 
@@ -48,17 +49,6 @@ class TUpdateFixture : public testing::Test {
 
     void TearDown() override { OnExchange = nullptr; } // the library outlives what a test made
 
-    // Text of a member of a request.
-    static std::string Field(const std::string& request, const std::string& name) {
-        const auto at = request.find("\"" + name + "\":");
-        if (at == std::string::npos)
-            return {};
-        std::string text = request.substr(at + name.size() + 3);
-        text.resize(text.find_first_of(",}"));
-        std::erase(text, '"');
-        return text;
-    }
-
     static std::string Status(std::int64_t status) {
         return R"({"response":{"status":)" + std::to_string(status) + "}}";
     }
@@ -68,22 +58,13 @@ class TUpdateFixture : public testing::Test {
         Answers[kind] = std::move(answers);
     }
 
-    // Requests sent so far, and begins anew. Packets of one size in a row come as one: "8 #1-16 x256".
+    // Requests sent so far, and begins anew.
     std::string TakeWire() {
-        std::string text;
-        for (std::size_t i = 0; i < Wire.size(); ++i) {
-            std::size_t last = i;
-            while (last + 1 < Wire.size() && Wire[last + 1].Follows(Wire[last]))
-                ++last;
-            text += (text.empty() ? "" : "; ") + Wire[i].Kind;
-            if (Wire[i].Packet)
-                text += " #" + std::to_string(*Wire[i].Packet) +
-                        (last == i ? "" : "-" + std::to_string(*Wire[last].Packet)) + " x" +
-                        std::to_string(Wire[i].Size);
-            i = last;
-        }
-        Wire.clear();
-        return text;
+        std::vector<std::string> queries;
+        for (; Taken < Library.Calls.size(); ++Taken)
+            if (Library.Calls[Taken].starts_with("nabtoRpcInvoke"))
+                queries.push_back(Library.Calls[Taken]);
+        return Join(WireText(queries), "; ");
     }
     std::vector<std::string> TakeLines() {
         auto lines = memoDebug.Lines();
@@ -124,57 +105,24 @@ class TUpdateFixture : public testing::Test {
     std::string CrcReply = R"({"response":{"data":[{"value":0}]}})";
 
   private:
-    struct TSent {
-        std::string Kind;
-        std::optional<int> Packet;
-        std::size_t Size = 0;
-        bool Follows(const TSent& other) const {
-            return Packet && other.Packet && Kind == other.Kind && Size == other.Size &&
-                   *Packet == *other.Packet + 1;
-        }
-    };
-
     std::optional<std::string> Answer(const std::string& url) {
         const auto name = url.substr(url.rfind('/', url.find('?')) + 1);
         const std::string query = name.substr(0, name.find('.'));
-        if (query == "ping") {
-            Wire.push_back({"ping", {}, 0});
+        if (query == "ping")
             return Ping;
-        }
-        if (query == "setpointReadValue") {
-            Wire.push_back(
-                {"read " + Field(url, "address") + "," + Field(url, "length") + "," + Field(url, "obj"),
-                 {},
-                 0});
+        if (query == "setpointReadValue")
             return CrcReply;
-        }
         std::string kind = query;
         std::int64_t answer = 0;
-        const std::string state = Field(url, "nostreamstate");
         if (query == "FlashWriteNostreamV2") {
-            kind = state;
-            const int number = std::stoi(Field(url, "blocknumber"));
-            std::size_t size = 0;
-            for (auto at = url.find("payload"); at != std::string::npos; at = url.find("payload", at + 1))
-                ++size;
-            Crcs.push_back(std::stoi(Field(url, "blockCRC")));
-            Wire.push_back({kind, number, size});
-            answer = std::int64_t{number} << 16;
+            kind = RequestField(url, "nostreamstate");
+            Crcs.push_back(std::stoi(RequestField(url, "blockCRC")));
+            answer = std::stoll(RequestField(url, "blocknumber")) << 16;
         } else if (query == "FlashWriteNostream") {
-            kind = state;
-            const std::string block = Field(url, "blocknumber");
-            Wire.push_back({state + (block == "0" ? "" : "@" + block), {}, 0});
+            kind = RequestField(url, "nostreamstate");
             EXPECT_NE(url.find(R"("list":[{"payload":9}]}})"), std::string::npos);
         } else if (query == "prepareUpdate") {
             answer = 131072;
-            Wire.push_back(
-                {"prepare " + Field(url, "fileid") + "," + Field(url, "filesize") + "," + Field(url, "crc32"),
-                 {},
-                 0});
-        } else if (query == "flashWrite") {
-            Wire.push_back({"flash " + Field(url, "address") + "," + Field(url, "length"), {}, 0});
-        } else {
-            Wire.push_back({query.substr(0, 5) + " " + Field(url, "cmd"), {}, 0});
         }
         if (auto& told = Answers[kind]; !told.empty()) {
             // For a packet: what to add to the right answer.
@@ -193,7 +141,7 @@ class TUpdateFixture : public testing::Test {
 
   private:
     std::map<std::string, std::deque<std::int64_t>> Answers;
-    std::vector<TSent> Wire;
+    std::size_t Taken = 0; // of the library's calls
 };
 
 } // namespace tidewell::test
