@@ -8,15 +8,6 @@ namespace {
 
 class TDatalogGolden : public TProgramFixture {
   protected:
-    // What each channel holds of the first rows.
-    std::vector<double> Samples(std::size_t rows) {
-        std::vector<double> samples;
-        const TSampleTable& table = Main().GraphPage.DataLogDataValues;
-        for (std::size_t channel = 0; channel < table.Channels(); ++channel)
-            for (std::size_t row = 0; row < rows; ++row)
-                samples.push_back(table.At(channel, row));
-        return samples;
-    }
     void ExpectSaved(const std::filesystem::path& path) {
         ExpectGolden("opened_datalog" / path.filename(), Files.Content.at(path));
     }

@@ -102,6 +102,15 @@ void TProgramFixture::RunUntilRows(std::size_t rows) {
     ASSERT_TRUE(Time.AdvanceUntil([this, rows] { return Main().LogBuffers.DatalogCount >= rows; }, 3600000));
 }
 
+std::vector<double> TProgramFixture::Samples(std::size_t rows) {
+    std::vector<double> samples;
+    const TSampleTable& table = Main().GraphPage.DataLogDataValues;
+    for (std::size_t channel = 0; channel < table.Channels(); ++channel)
+        for (std::size_t row = 0; row < rows; ++row)
+            samples.push_back(table.At(channel, row));
+    return samples;
+}
+
 std::vector<std::string> TProgramFixture::FilesBelow(const std::filesystem::path& directory) const {
     std::vector<std::string> names;
     for (const auto& [path, bytes] : Files.Content)

@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cstdio>
 
 namespace tidewell::test {
 namespace {
@@ -75,14 +77,6 @@ class TServiceTools : public TProgramFixture {
         return static_cast<std::size_t>(std::ranges::count_if(
             Log, [&call](const std::string& line) { return line.find(call) != std::string::npos; }));
     }
-    std::vector<double> Samples(std::size_t rows) {
-        std::vector<double> samples;
-        const TSampleTable& table = Main().GraphPage.DataLogDataValues;
-        for (std::size_t channel = 0; channel < table.Channels(); ++channel)
-            for (std::size_t row = 0; row < rows; ++row)
-                samples.push_back(table.At(channel, row));
-        return samples;
-    }
     const std::string ShowIt = Language("Nabtodriver", "questiondatalog");
     const std::string NoStream = "The stream is not valid";
     const TLines Broken{NoStream, "The stream was closed", NoStream}; // boxes when a stream ends too early
@@ -140,6 +134,38 @@ TEST_F(TServiceTools, TheFlashLogIsDownloadedAndShown) {
     Main().OpenDatalogfile1.Click();
     EXPECT_EQ(Main().GraphPage.GraphSampleCount(), rows - 1);
     EXPECT_TRUE(Samples(rows - 1) == shown);
+    Close();
+}
+
+// 146 days in three reads, over the border of both areas and the end of the ring: a row for every second
+// minute up to the block being written.
+TEST_F(TServiceTools, TheWholeRingComesInItsOrder) {
+    using namespace std::chrono;
+    StartIdle();
+    SetController("", "LogBlock=1000");
+    Main().FlasDatalog1.Click();
+    Dialogs.ExpectMessage(ShowIt, EModalResult::Yes);
+    Flash().DT_GetData.Click();
+    const auto lines = Lines("FDlog_*");
+    constexpr std::size_t rows = 6607 * 16;
+    ASSERT_EQ(lines.size(), rows + 1);
+    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), rows);
+    sys_time<minutes> time = sys_days(March / 2 / 2026) + 8h;
+    std::size_t number = rows - 1; // the second read begins with the last number once more
+    for (std::size_t row = rows; row-- > 0; --number) {
+        time -= 2min;
+        const auto day = floor<days>(time);
+        const year_month_day date(day);
+        const hh_mm_ss clock(time - day);
+        std::string head(40, '\0');
+        head.resize(static_cast<std::size_t>(std::snprintf(
+            head.data(), head.size(), "%zu;%02u-%02u-%d;%02ld:%02ld:00;", number, unsigned{date.day()},
+            unsigned{date.month()}, int{date.year()}, clock.hours().count(), clock.minutes().count())));
+        ASSERT_THAT(lines[row], StartsWith(head));
+        if (row == 6320128 / 256)
+            ++number;
+    }
+    EXPECT_EQ(number, 0U);
     Close();
 }
 
