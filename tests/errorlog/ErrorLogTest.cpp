@@ -43,9 +43,7 @@ class TErrorLogTest : public testing::Test, public TErrorLog::IHost {
         Files.Put("/app/p.pls", "[Device]\nEnable=true\nR1=1;3;100;2;List;\n");
     }
     void StopLog() override { Events.emplace_back("StopLog"); }
-    void StartLog(bool questionEnable, bool clearData) override {
-        Events.push_back(std::string("StartLog ") + (questionEnable ? "1" : "0") + (clearData ? "1" : "0"));
-    }
+    void StartLog(bool, bool) override { Events.emplace_back("StartLog"); }
     std::vector<std::string> Saved(const std::string& stamp = "02-03-2026080000") const {
         return ReadLines(Files, "/app/log/userlog/errorlog " + stamp + ".csv");
     }
@@ -112,23 +110,6 @@ TEST_F(TErrorLogTest, WordsThatAreMissingEndItWithThePageStanding) {
     Files.Room = 20;
     EXPECT_THROW(Log->EvalErrorlog("0;0;"), EInOutError);
     EXPECT_THAT(Log->Memo.Lines(), ElementsAre(now, "Number1 Time 00:00 Date 00/00 2000 Errornumber 00 OFF"));
-}
-
-TEST_F(TErrorLogTest, TheOlderWayAsksTheQuestionsOfTheConfiguration) {
-    Settings.Qestion = TIniSection({{"a", "1;4;300;2;List"}, {"b", "1;4;310;1;List"}});
-    Panel.InitQuestionStringlistStructures();
-    Log->Errorlog1Click();
-    EXPECT_TRUE(Events.empty()); // no profile
-    Profile.ProfileLoaded = true;
-    Log->ErrorLogActiveCount = 3;
-    Log->Errorlog1Click();
-    EXPECT_THAT(Panel.CycleReadList, ElementsAre("1;4;300;2;List;0", "1;4;310;1;List;1"));
-    EXPECT_TRUE(Panel.DeviceList.GetDevice(0).ReadList.empty());
-    EXPECT_THAT(Events, ElementsAre("StopLog", "StartLog 11"));
-    EXPECT_TRUE(Log->ErrorLogActive && Log->ErrorLogActiveCount == 0);
-    Log->EvalErrorlog("0;0;");
-    EXPECT_FALSE(Log->ErrorLogActive);
-    EXPECT_EQ(Panel.DeviceList.GetDevice(0).ReadList.size(), 1U);
 }
 
 } // namespace

@@ -9,8 +9,6 @@ namespace tidewell::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
 using testing::IsSupersetOf;
 
 using TBytes = std::vector<std::uint8_t>;
@@ -31,8 +29,8 @@ TBytes Record(int firstValue) {
     return bytes;
 }
 
-std::string RowText(int number, int firstValue) {
-    std::string text = std::to_string(number) + ";05-03-2024;07:30:00;" + std::to_string(firstValue) + ";-3;";
+std::string RowText(int firstValue) {
+    std::string text = "1;05-03-2024;07:30:00;" + std::to_string(firstValue) + ";-3;";
     for (int value = 2; value < 126; ++value)
         text += std::to_string(value) + ";";
     return text;
@@ -153,110 +151,6 @@ TEST_F(TServiceFixture, TheEditsAndTheSliderFollowEachOther) {
     EXPECT_EQ(Flash.DayTracker.UpperPosition(), 135);
 }
 
-TEST_F(TServiceFixture, TheCountersSetTheSlider) {
-    struct TCase {
-        std::string Name;
-        TBytes Answer;
-        int Upper, Block;
-    };
-    Flash.CurrentLogBlock = 7;
-    for (const auto& [name, answer, upper, block] :
-         std::vector<TCase>{{"used", {0x01, 0x02, 0x00, 0x64}, 100, 258},
-                            {"full", {0x19, 0xCF, 0x19, 0xD0}, 6608, 6607},
-                            {"beyond the ring", {0xFF, 0xFF, 0xFF, 0xFF}, 6608, 65535},
-                            {"empty", {0, 0, 0, 0}, 0, 0}}) {
-        Library.Chunks = {answer};
-        Flash.ButFlashDatalogClick();
-        EXPECT_TRUE(Flash.PanelFDDatalog.Visible());
-        EXPECT_EQ(std::pair(Flash.DayTracker.UpperPosition(), Flash.CurrentLogBlock), std::pair(upper, block))
-            << name;
-        Flash.ButFlashDatalogClick();
-        EXPECT_FALSE(Flash.PanelFDDatalog.Visible());
-    }
-    EXPECT_EQ(Memo().back(), "FLASHDATALOG_COUNT2 0");
-    EXPECT_THAT(Calls(),
-                IsSupersetOf({"eepReadRaw.json?json={\"request\":{\"address\":\"256\",\"length\":\"4\"}}"}));
-
-    Flash.DayTracker.SetUpperPosition(50);
-    Status = 1; // unreadable: nothing is said
-    Flash.ButFlashDatalogClick();
-    EXPECT_TRUE(Flash.PanelFDDatalog.Visible());
-    EXPECT_EQ(Flash.DayTracker.UpperPosition(), 50);
-    Flash.ButFlashDatalogClick();
-    Counters = 0;
-    Flash.MischStrings.errorlogcounter = "no flash datalog";
-    Dialogs.ExpectMessage("no flash datalog");
-    Flash.ButFlashDatalogClick();
-    EXPECT_FALSE(Flash.PanelFDDatalog.Visible());
-}
-
-TEST_F(TServiceFixture, ADownloadGathersItsSegmentsInOneFile) {
-    Flash.CurrentLogBlock = 1;
-    Flash.DayTracker.SetUpperPosition(2); // blocks 6607 and 0
-    Flash.QuestionDatalog = "Show?";
-    Flash.PanelFDDatalog.SetVisible(true);
-    TBytes first = Record(1);
-    const TBytes next = Record(2);
-    first.insert(first.end(), next.begin(), next.end());
-    first.resize(4096, 0xFF);
-    TBytes second(4096);
-    std::ranges::copy(Record(3), second.begin());
-    Library.Chunks = {{first.begin(), first.begin() + 100}, {first.begin() + 100, first.end()}, second};
-    Dialogs.ExpectMessage("Show?", EModalResult::Yes);
-    bool locked = false;
-    Use.AddControls({&Flash.DT_GetData});
-    OnRead = [&] {
-        locked = !Flash.DT_GetData.Enabled();
-        Flash.DownloadFlashLog(); // asked for a second time below the first
-    };
-    Flash.DT_GetData.Click();
-    EXPECT_TRUE(locked && Flash.DT_GetData.Enabled());
-    EXPECT_THAT(
-        Calls(),
-        ElementsAre("flashRead.json?json={\"request\":{\"address\":\"30470144\",\"length\":\"4096\"}}",
-                    "nabtoStreamOpen", "nabtoStreamClose",
-                    "flashRead.json?json={\"request\":{\"address\":\"131072\",\"length\":\"4096\"}}",
-                    "nabtoStreamOpen", "nabtoStreamClose"));
-    const std::vector<std::string> segment{"Preparing Stream...", "Preperation Success", "Starting Stream...",
-                                           "Stream Started",      "Reading Stream...",   "Done Reading"};
-    std::vector<std::string> lines{"-----------------FC count Entry--------------------------",
-                                   "Slider L: 0 -> T:000S:00M:00",
-                                   "Slider H: 2 -> T:000S:01M:04",
-                                   "CurrentLogBlock: 1",
-                                   "AbsolutStartBlock: 6607",
-                                   "AbsolutSlutBlock: 1",
-                                   "BlockNumberStart1: 6607",
-                                   "BlockNumberLength1: 1",
-                                   "BlockNumberStart2: 0",
-                                   "BlockNumberLength2: 1",
-                                   "BlockNumberStart3: 0",
-                                   "BlockNumberLength3: 0",
-                                   "-----------------Adress----------------------------------",
-                                   "BlockAdrStart1: 30470144",
-                                   "BlockAdrLength1: 4096",
-                                   "BlockAdrStart2: 131072",
-                                   "BlockAdrLength2: 4096",
-                                   "BlockAdrStart3: 131072",
-                                   "BlockAdrLength3: 0",
-                                   "-----------------End-------------------------------------"};
-    for (int i = 0; i < 2; ++i)
-        lines.insert(lines.end(), segment.begin(), segment.end());
-    EXPECT_THAT(Memo(), ElementsAreArray(lines));
-    EXPECT_EQ(StatusBar.Panels()[2].Text, "");
-
-    const std::string text = FileText(fileName);
-    EXPECT_TRUE(text.starts_with(RowText(1, 1) + "\r\n" + RowText(2, 2) + "\r\n3;31-12-2099;23:59:00;-1;"));
-    // The second segment begins with the number of the first one's last row.
-    EXPECT_NE(text.find("\r\n16;31-12-2099"), std::string::npos);
-    EXPECT_NE(text.find("\r\n" + RowText(16, 3) + "\r\n17;00-00-2000;00:00:00;0;"), std::string::npos);
-    EXPECT_TRUE(text.ends_with("\r\n" + header));
-    EXPECT_EQ(std::ranges::count(text, '\n'), 33);
-    EXPECT_EQ(Flash.PathLastSavedFDFile.string(), "/app/log/userlog//" + fileName);
-    EXPECT_THAT(Events,
-                ElementsAre("StopRunningLog", "show /app/profile/p_Flash.pls /app/log/userlog//" + fileName));
-    EXPECT_FALSE(Flash.PanelFDDatalog.Visible());
-}
-
 // Reads of any part of the flash end in a file too.
 class TReadFlash : public TServiceFixture {
   protected:
@@ -274,7 +168,7 @@ class TReadFlash : public TServiceFixture {
 TEST_F(TReadFlash, TakesWholeRecordsAndOffersWhatIsThere) {
     Dialogs.ExpectMessage("Show?", EModalResult::No);
     Library.Chunks.back().push_back(0); // a remainder is dropped
-    EXPECT_EQ(Read("257"), RowText(1, 5) + "\r\n" + header);
+    EXPECT_EQ(Read("257"), RowText(5) + "\r\n" + header);
     EXPECT_THAT(Calls(),
                 ElementsAre("flashRead.json?json={\"request\":{\"address\":\"131072\",\"length\":\"257\"}}",
                             "nabtoStreamOpen", "nabtoStreamClose"));
@@ -292,51 +186,29 @@ TEST_F(TReadFlash, TakesWholeRecordsAndOffersWhatIsThere) {
     EXPECT_THAT(Events, ElementsAre("StopRunningLog", "StopRunningLog"));
 }
 
-TEST_F(TReadFlash, ARefusedReadLeavesItsLine) {
-    Status = 4;
-    EXPECT_EQ(Read("256"), "none");
-    EXPECT_THAT(Memo(), ElementsAre("Preparing Stream...", "Stream preperation error: 4"));
-    Status = 0;
-    Library.Results["nabtoStreamOpen"] = {3};
-    Library.Results["nabtoStreamClose"] = {2};
-    Dialogs.ExpectMessage("status 3");
-    Dialogs.ExpectMessage("status 2");
-    EXPECT_EQ(Read("256"), "none");
-    EXPECT_EQ(Memo().back(), "Starting Stream...");
-    Library.Results["nabtoStreamReadIntoBuf"] = {3};
-    Library.Results["nabtoStreamClose"] = {2, 2};
-    for (const char* text : {"status 2", "status 3", "status 2"})
-        Dialogs.ExpectMessage(text);
-    EXPECT_EQ(Read("256"), "none");
-    EXPECT_EQ(Memo().back(), "Done Reading");
+TEST_F(TReadFlash, HasTheDeviceForItself) {
+    Dialogs.ExpectMessage("Show?", EModalResult::No);
+    Use.AddControls({&Tools.BtnReadFlash});
+    bool locked = false;
+    OnRead = [&] {
+        locked = !Tools.BtnReadFlash.Enabled();
+        Flash.DownloadFlashLog();
+        Flash.ButFlashDatalogClick();
+        Tools.BtnReadFlash.OnClick();
+        Tools.BtnWriteFlash.OnClick();
+        Tools.Button1.OnClick();
+        Tools.ExtendedSystemVersion.OnClick();
+    };
+    EXPECT_EQ(Read("256"), RowText(5) + "\r\n" + header);
+    EXPECT_TRUE(locked && Tools.BtnReadFlash.Enabled());
+    EXPECT_FALSE(Flash.PanelFDDatalog.Visible());
+    EXPECT_THAT(Calls(), ElementsAre(testing::_, "nabtoStreamOpen", "nabtoStreamClose"));
 }
 
 TEST_F(TReadFlash, AShortReadCountsWithZerosForTheRest) {
     Dialogs.ExpectMessage("Stream Read, Timeout :(");
     Dialogs.ExpectMessage("Show?", EModalResult::No);
-    EXPECT_TRUE(Read("512").starts_with(RowText(1, 5) + "\r\n2;00-00-2000;00:00:00;0;"));
-}
-
-TEST_F(TReadFlash, ALaterSegmentGoesOnAfterARefusedOne) {
-    Flash.CurrentLogBlock = 1;
-    Flash.DayTracker.SetUpperPosition(2);
-    Library.Chunks = {TBytes(4096)};
-    Status = 9;
-    OnQuery = [this, asked = 0]() mutable {
-        Status = ++asked == 1 ? 9 : 0;
-    };
-    Dialogs.ExpectMessage("Show?", EModalResult::No);
-    Flash.DownloadFlashLog();
-    EXPECT_THAT(Memo(), testing::Contains("Stream preperation error: 9"));
-    EXPECT_TRUE(FileText(fileName).starts_with("0;00-00-2000;"));
-
-    // The last one decides about the file.
-    Library.Chunks = {TBytes(4096)};
-    OnQuery = [this, asked = 0]() mutable {
-        Status = ++asked == 2 ? 9 : 0;
-    };
-    Flash.DownloadFlashLog();
-    EXPECT_EQ(Files.List("/app/log/userlog", "*").size(), 1U);
+    EXPECT_TRUE(Read("512").starts_with(RowText(5) + "\r\n2;00-00-2000;00:00:00;0;"));
 }
 
 TEST_F(TReadFlash, AFileThatCannotBeWrittenIsSavedElsewhere) {
@@ -353,7 +225,7 @@ TEST_F(TReadFlash, AFileThatCannotBeWrittenIsSavedElsewhere) {
     Dialogs.ExpectSaveFile("Flash Datalog", "/usb/mine.csv");
     Dialogs.ExpectMessage("Show?", EModalResult::Yes);
     Read("256");
-    EXPECT_EQ(Files.Read("/usb/mine.csv"), RowText(1, 6) + "\r\n" + header);
+    EXPECT_EQ(Files.Read("/usb/mine.csv"), RowText(6) + "\r\n" + header);
     EXPECT_THAT(Events, IsSupersetOf({"show /app/profile/p_Flash.pls /usb/mine.csv"}));
 }
 

@@ -43,7 +43,7 @@ class TServiceFixture : public testing::Test, public TFlashDatalog::IHost {
     }
 
     void StopRunningLog() override { Events.emplace_back("StopRunningLog"); }
-    std::int32_t FlashCounterAddress() const override { return Counters; }
+    std::int32_t FlashCounterAddress() const override { return 256; }
     std::string CreateDatalogHeader() const override { return ";[HeaderStart]x[HeaderEnd]"; }
     std::filesystem::path GetFlashLogProfilepath() const override { return Profile; }
     void ShowFlashDatalog(const std::filesystem::path& profile, const std::filesystem::path& file) override {
@@ -87,7 +87,6 @@ class TServiceFixture : public testing::Test, public TFlashDatalog::IHost {
     TServiceTools Tools{{Dialogs, Files, Time, Paths, Nabto, Use, Eeprom, Flash, memoDebug, LblJson, device}};
 
     std::vector<std::string> Events; // that the main form was asked for
-    std::int32_t Counters = 256;
     std::filesystem::path Profile = "/app/profile/p_Flash.pls";
     bool Open = true;
     int Status = 0; // of each query

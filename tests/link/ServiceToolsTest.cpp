@@ -36,23 +36,6 @@ TEST_F(TServiceFixture, ReadsEepromAsWords) {
     EXPECT_EQ(Memo().back(), "Stream is Closed now ");
 }
 
-TEST_F(TServiceFixture, AFailedEepromReadTellsHowFarItCame) {
-    Status = 1;
-    EXPECT_EQ(Eeprom.ReadEeprom(0, 4), "");
-    EXPECT_EQ(Memo().back(), "Read Length: 4");
-    Status = 0;
-    Library.Results["nabtoStreamOpen"] = {3};
-    Dialogs.ExpectMessage("status 3");
-    EXPECT_EQ(Eeprom.ReadEeprom(0, 4), "");
-    EXPECT_EQ(Memo().back(), "Starting Stream...");
-    Library.Results["nabtoStreamReadIntoBuf"] = {2};
-    Library.Results["nabtoStreamClose"] = {3, 3};
-    for (const char* text : {"status 3", "status 2", "status 3"})
-        Dialogs.ExpectMessage(text);
-    EXPECT_EQ(Eeprom.ReadEeprom(0, 4), "");
-    EXPECT_EQ(Memo().back(), "Stream is Closed now ");
-}
-
 TEST_F(TServiceFixture, ListsEepromWordsInAFile) {
     Tools.butGetEepromValues.OnClick(); // no words asked for
     EXPECT_THAT(Calls(), IsEmpty());
@@ -115,20 +98,6 @@ TEST_F(TServiceFixture, TheWriteTestTellsItsEnd) {
     }
     EXPECT_EQ(Library.Written, (TBytes{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
     EXPECT_FALSE(Tools.BtnWriteFlash.Visible() || Tools.BtnWriteFlash.Enabled() || Tools.Button1.Visible());
-}
-
-TEST_F(TServiceFixture, SendsAResetAndAsksForVersions) {
-    Status = 1;
-    Tools.Button1.OnClick();
-    Tools.ExtendedSystemVersion.OnClick();
-    EXPECT_THAT(Memo(), ElementsAre("ST reset send "));
-    EXPECT_THAT(Calls(), ElementsAre("FlashWriteNostream.json?json={\"request\":{\"nostreamstate\":15,"
-                                     "\"blocknumber\":0,\"list\":[]}}",
-                                     "SystemIdentify.json?json={\"request\":{\"SystemIdentify\":24}}"));
-    const TDeviceUse::THold hold(Use); // something else has the device
-    for (const TButton* button : {&Tools.Button1, &Tools.ExtendedSystemVersion, &Tools.BtnWriteFlash})
-        button->OnClick();
-    EXPECT_THAT(Calls(), IsEmpty());
 }
 
 } // namespace

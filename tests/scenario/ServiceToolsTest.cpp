@@ -347,15 +347,24 @@ TEST_F(TServiceTools, TheOlderErrorLogAsksItsQuestionsUntilTheNewOne) {
     const auto questions = Main().ModbusPanel.CycleReadList;
     Main().Errorlog1.Click(); // hidden
     EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    Main().Profile.ProfileLoaded = false;
+    Main().Errorlog1.OnClick();
+    EXPECT_FALSE(Main().LiveLog.DatalogOn || Main().ErrorLog.ErrorLogActive);
+    Main().Profile.ProfileLoaded = true;
+    Main().ErrorLog.ErrorLogActiveCount = 3;
     ExpectBoxes({Main().LoggingTexts.MessageClearGraphData});
     Main().Errorlog1.OnClick();
     EXPECT_TRUE(Main().LiveLog.DatalogOn && Main().ErrorLog.ErrorLogActive);
+    EXPECT_EQ(Main().ErrorLog.ErrorLogActiveCount, 0U);
+    auto& devices = Main().ModbusPanel.DeviceList;
+    EXPECT_TRUE(devices.GetDevice(0).ReadList.empty());
     EXPECT_THAT(Main().ModbusPanel.CycleReadList,
                 ElementsAre("30;3;600;100;List error dates;0", "30;3;700;100;List error times;1"));
     RunUntilRows(2);
     Main().but_errorlog.Click();
     EXPECT_FALSE(Main().LiveLog.DatalogOn || Main().ErrorLog.ErrorLogActive);
     EXPECT_EQ(Main().ModbusPanel.CycleReadList, questions);
+    EXPECT_EQ(devices.GetDevice(0).ReadList.size(), 7U);
     Close();
 }
 
