@@ -169,6 +169,41 @@ TEST_F(TServiceTools, TheWholeRingComesInItsOrder) {
     Close();
 }
 
+TEST_F(TServiceTools, ACompanionProfileThatIsBadOrMissing) {
+    const std::filesystem::path companion = "/t/profile/Aria450_english_Flash.pls";
+    const auto download = [this](const TLines& boxes) {
+        Main().FlasDatalog1.Click();
+        Flash().DayTracker.SetUpperPosition(1);
+        Dialogs.ExpectMessage(ShowIt, EModalResult::Yes);
+        ExpectBoxes(boxes);
+        Flash().DT_GetData.Click();
+        EXPECT_TRUE(Dialogs.AllAnswered());
+    };
+    StartIdle();
+    const std::string whole = Files.Content.at(companion);
+    Files.Remove(companion); // nothing is shown
+    download({});
+    EXPECT_EQ(Main().Caption(), Profile);
+    EXPECT_TRUE(Main().Profile.ProfileLoaded && Main().TabSetpoint.Visible() &&
+                Program->NabtoDevice.Visible());
+    EXPECT_FALSE(Flash().PanelFDDatalog.Visible());
+    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), 0U);
+
+    Files.Put(companion, whole);
+    Edit(companion, "graph 0=true", "graph 0=perhaps"); // told, and the channel is visible
+    download({companion.string() + ": [VisibleGraph] graph 0: 'perhaps' is not a valid boolean value"});
+    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), 16U);
+    EXPECT_FALSE(Main().Profile.ProfileLoaded);
+
+    Files.Put(companion, ""); // no curves
+    download({});
+    EXPECT_EQ(Main().Caption(), companion);
+    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), 0U);
+    EXPECT_EQ(Main().GraphPage.GraphDataLabelsTimeText.Count(), 16U);
+    EXPECT_FALSE(Main().TabSetpoint.Visible());
+    Close();
+}
+
 TEST_F(TServiceTools, ALogAfterTheFlashLogAsksForAProfile) {
     StartIdle();
     Main().FlasDatalog1.Click();
