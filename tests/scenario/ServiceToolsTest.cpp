@@ -121,6 +121,7 @@ TEST_F(TServiceTools, TheFlashLogIsDownloadedAndShown) {
     EXPECT_FALSE(Main().TabSetpoint.Visible() || Main().WindowSetpoint1.Enabled());
     EXPECT_FALSE(Main().Profile.ProfileLoaded || Program->NabtoDevice.Visible());
     EXPECT_FALSE(Flash().PanelFDDatalog.Visible() || Main().FileProgressBar.Visible());
+    EXPECT_EQ(Program->NabtoDevice.StatusBar.Panels()[2].Text, "");
     const std::string companion = "/t/profile/Aria450_english_Flash.pls";
     EXPECT_EQ(Main().Caption(), companion);
 
