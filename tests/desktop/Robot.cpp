@@ -29,18 +29,20 @@ QWidget* Find(const QString& name) {
 void TRobot::On(const QString& window, TAction action) {
     const bool idle = Steps.empty() && Acting == 0;
     Steps.push_back({window, std::move(action)});
-    if (!idle)
-        return;
-    Waiting.start();
+    if (idle)
+        Waiting.start();
     LookSoon();
 }
 
 // A timer of its own each time: one that is running its handler does not tick again in a nested loop.
 void TRobot::LookSoon() {
+    if (std::exchange(LooksSoon, true))
+        return;
     QTimer::singleShot(lookInterval, &Guard, [this] { Look(); });
 }
 
 void TRobot::Look() {
+    LooksSoon = false;
     QWidget* const top = Steps.empty() ? TopWindow() : Find(Steps.front().Window);
     if (Steps.empty() || top == nullptr || !top->isActiveWindow()) {
         // A platform without a display has nobody who hands the keyboard back when a window closes.

@@ -38,6 +38,7 @@ class TRobot {
     std::deque<TStep> Steps;
     QElapsedTimer Waiting;
     int Acting = 0;
+    bool LooksSoon = false;
     QObject Guard;
 };
 

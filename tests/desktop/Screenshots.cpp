@@ -6,8 +6,7 @@
 //
 //     cmake --build --preset dev --target pictures
 
-#include "ProgramOnScreen.h"
-#include "Robot.h"
+#include "Picture.h"
 #include "desktop/views/AppIcon.h"
 
 #include <QPainter>
@@ -20,6 +19,7 @@
 #include <cstdlib>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -30,19 +30,10 @@ namespace {
 const std::vector<std::string> signedIn = {"-LoginUserPW", "service;tidewell"};
 const std::vector<std::string> linked = {"-devid", "410000000001", "-LoginUserPW", "service;tidewell"};
 
-// How a window comes up, and what it shows. A picture of another window is a row more.
-struct TPicture {
-    QString Name;
-    QString Window;                      // its object name
-    std::vector<std::string> Arguments;  // of the program
-    std::function<void(TRobot&)> Before; // from the start to the window; unset: the start brings it up
-    std::function<void(QWidget&, TRobot&)> Fill; // unset: shown as it comes up
-};
-
 // Presses a key in the main form.
-std::function<void(TRobot&)> Key(Qt::Key key) {
-    return [key](TRobot& robot) {
-        robot.On("FormMain", [key](QWidget&) { Press(key); });
+std::function<void(TStage)> Key(Qt::Key key) {
+    return [key](TStage stage) {
+        stage.Robot.On("FormMain", [key](QWidget&) { Press(key); });
     };
 }
 
@@ -56,24 +47,24 @@ std::vector<TPicture> Pictures() {
          "NabtoLogOn",
          {},
          {},
-         [](QWidget&, TRobot&) {
+         [](QWidget&, TStage) {
              Type("service\ttidewell\t ");
          }},
         {"setup",
          "SetupForm",
          signedIn,
          {},
-         [](QWidget&, TRobot&) {
+         [](QWidget&, TStage) {
              Type("\t \t");
              Press(Qt::Key_Down);
          }},
         {"driver", "NabtoDevice", signedIn,
-         [](TRobot& robot) {
-             robot.On("SetupForm", [](QWidget&) { Type("410000000001\n"); });
-             Key(Qt::Key_F11)(robot);
+         [](TStage stage) {
+             stage.Robot.On("SetupForm", [](QWidget&) { Type("410000000001\n"); });
+             Key(Qt::Key_F11)(stage);
          },
-         [](QWidget& window, TRobot& robot) {
-             robot.On("MessageBox", [](QWidget&) { Type("\n"); });
+         [](QWidget& window, TStage stage) {
+             stage.Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
              ClickOn(window, "btnPing");
              ClickOn(window, "btnShowReadList");
          }},
@@ -132,6 +123,7 @@ bool Take(const TPicture& picture, const QString& folder, const QString& theme) 
         std::cerr << picture.Name.toStdString() << ": the robot " << line.toStdString() << '\n';
         screen.Desktop.Dialogs.CancelAll();
     });
+    const TStage stage{screen, robot};
     const auto shoot = [&](QWidget& window) {
         const QPixmap framed = Framed(window);
         const QString file = QStringLiteral("%1/%2-%3-%4.png")
@@ -142,10 +134,10 @@ bool Take(const TPicture& picture, const QString& folder, const QString& theme) 
         screen.Desktop.Dialogs.CancelAll();
     };
     if (picture.Before)
-        picture.Before(robot);
+        picture.Before(stage);
     robot.On(picture.Window, [&](QWidget& window) {
         if (picture.Fill)
-            picture.Fill(window, robot);
+            picture.Fill(window, stage);
         robot.On(picture.Window, shoot);
     });
     screen.Build();
@@ -190,7 +182,9 @@ int Run(int argc, char** argv) {
     const QStringList arguments = QCoreApplication::arguments();
     const QStringList wanted = arguments.mid(3);
     bool good = true;
-    for (const TPicture& picture : Pictures())
+    std::vector<TPicture> pictures = Pictures();
+    std::ranges::move(ServicePictures(), std::back_inserter(pictures));
+    for (const TPicture& picture : pictures)
         if (wanted.isEmpty() || wanted.contains(picture.Name))
             good = Take(picture, arguments.at(1), theme) && good;
     return good ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -195,7 +195,7 @@ void TDeviceView::AddUpdateStatus(QVBoxLayout& column) {
     auto& led = NewChild<TLedView>(frame);
     grid.addWidget(&led, 0, 0);
     BindLed(led, status.LedUpdate);
-    const auto addLabel = [&](TLabel& label, int row, int place) -> QWidget& {
+    const auto addLabel = [&](TLabel& label, int row, int place) -> QLabel& {
         auto& view = NewChild<TElidedLabel>(frame);
         view.SetElideMode(Qt::ElideMiddle);
         grid.addWidget(&view, row, place);
@@ -205,13 +205,14 @@ void TDeviceView::AddUpdateStatus(QVBoxLayout& column) {
     QFont bold = font();
     bold.setBold(true);
     addLabel(status.LabUpdatePhase, 0, 1).setFont(bold);
-    addLabel(status.LabUpdateElapsed, 0, 2);
+    addLabel(status.LabUpdateElapsed, 0, 2).setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto& progress = NewChild<QProgressBar>(frame);
     grid.addWidget(&progress, 1, 2);
     progress.setFixedWidth(progressWidth);
     BindProgressBar(progress, status.UpdateProgress);
     // What stands below does not jump between the steps of an update.
-    for (QWidget* part : {&addLabel(status.LabUpdateFile, 1, 1), static_cast<QWidget*>(&progress)}) {
+    for (QWidget* part :
+         {static_cast<QWidget*>(&addLabel(status.LabUpdateFile, 1, 1)), static_cast<QWidget*>(&progress)}) {
         QSizePolicy policy = part->sizePolicy();
         policy.setRetainSizeWhenHidden(true);
         part->setSizePolicy(policy);
