@@ -76,7 +76,9 @@ class TNoDialogs : public IDialogs {
     EModalResult ShowMessageBox(EMessageKind, const std::string&, EButtons) override {
         return EModalResult::Ok;
     }
-    std::optional<std::string> InputBox(const std::string&, const std::string&) override { return {}; }
+    std::optional<std::string> InputBox(const std::string&, const std::string&, const std::string&) override {
+        return {};
+    }
     std::optional<std::filesystem::path> OpenFile(const TFileDialog&) override { return {}; }
     std::vector<std::filesystem::path> OpenFiles(const TFileDialog&) override { return {}; }
     std::optional<std::filesystem::path> SaveFile(const TFileDialog&) override { return {}; }

@@ -7,6 +7,7 @@
 #include "link/NabtoDevice.h"
 #include "setpoints/InputDialog.h"
 #include "setpoints/SetpointPage.h"
+#include "tests/support/IdleDeviceHost.h"
 
 #include <array>
 #include <cstddef>
@@ -51,20 +52,13 @@ class TNoLibraries : public ILibraryLoader {
     std::unique_ptr<ILibrary> Load(const std::string&) override { return nullptr; }
 };
 
-class TBenchHost : public TSetpointPage::IHost, public TNabtoDevice::IHost, public TInputDialog::IHost {
+class TBenchHost : public TSetpointPage::IHost, public test::TIdleDeviceHost, public TInputDialog::IHost {
   public:
     bool DatalogOn() const override { return true; }
     bool DatalogFileOpen() const override { return false; }
     std::string LastDatalogLine() const override { return {}; }
     std::string CurrentDataString() const override { return Data; }
     std::size_t DatalogCount() const override { return 1; }
-    void UpdateTimerTimer() override {}
-    void StopLog() override {}
-    void Setup1Click() override {}
-    void AddEventLog(const std::string&) override {}
-    bool ShowButtonDevid() const override { return false; }
-    bool ErrorLogVisible() const override { return false; }
-    bool FormOpen() const override { return true; }
     void RepaintStatusBar() override {}
 
     std::string Data;
@@ -112,7 +106,7 @@ class TPageRig {
     TCurrentInifilesPath Paths;
     TModbusPanel Panel{Files, Wait};
     TUNabto Nabto{Libraries, Dialogs, Timers, Wait, Files, "."};
-    TNabtoDevice Device{Dialogs, Timers, Wait, Files, Paths, Nabto, Panel, Host};
+    TNabtoDevice Device{Dialogs, Timers, Wait, Files, Clock, Paths, Nabto, Panel, Host};
     TMemo MemoEventLog{"MemoEventLog"};
     TInputDialog InputDialog{{Dialogs, Panel, Device, MemoEventLog, Host}};
     THelpfileDoc HelpfileDoc;

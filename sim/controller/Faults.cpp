@@ -9,17 +9,24 @@ namespace tidewell {
 
 namespace {
 
+bool IsService(EOccasion occasion) {
+    return occasion == EOccasion::Service || occasion == EOccasion::PrepareRead ||
+           occasion == EOccasion::Packet;
+}
+
 bool Concerns(EFault fault, EOccasion occasion) {
-    const bool query =
-        occasion == EOccasion::Read || occasion == EOccasion::Write || occasion == EOccasion::OtherQuery;
+    const bool query = occasion == EOccasion::Read || occasion == EOccasion::Write ||
+                       occasion == EOccasion::Ping || IsService(occasion);
+    const bool moves = occasion == EOccasion::StreamRead || occasion == EOccasion::StreamWrite;
     switch (fault) {
     case EFault::Latency:
     case EFault::Error:
     case EFault::Garbage:
     case EFault::Huge:
+    case EFault::LostAnswer:
         return query;
     case EFault::NoAnswer:
-        return query || occasion == EOccasion::StreamOpen;
+        return query || moves || occasion == EOccasion::StreamOpen;
     case EFault::WrongCount:
         return occasion == EOccasion::Read;
     case EFault::RefuseWrite:
@@ -27,9 +34,21 @@ bool Concerns(EFault fault, EOccasion occasion) {
         return occasion == EOccasion::Write;
     case EFault::SlowStream:
     case EFault::BrokenStream:
-        return occasion == EOccasion::StreamRead || occasion == EOccasion::StreamWrite;
+        return moves;
     case EFault::BufferFull:
         return occasion == EOccasion::StreamWrite;
+    case EFault::Refuse:
+        return IsService(occasion);
+    case EFault::WrongEcho:
+        return occasion == EOccasion::Packet;
+    case EFault::ShortRead:
+        return occasion == EOccasion::PrepareRead;
+    case EFault::BadImage:
+        return occasion == EOccasion::ImageTest;
+    case EFault::LateReturn:
+        return occasion == EOccasion::Restart;
+    case EFault::NoReturn:
+        return occasion == EOccasion::Return;
     }
     return false;
 }
@@ -42,18 +61,18 @@ std::optional<EOccasion> QueryOccasion(std::string_view queryName) {
         EOccasion Kind;
     };
     static constexpr std::array<TQuery, 12> queries{{
-        {"ping.json", EOccasion::OtherQuery},
+        {"ping.json", EOccasion::Ping},
         {"setpointReadValue.json", EOccasion::Read},
         {"datapointReadValue.json", EOccasion::Read},
         {"setpointWriteValue.json", EOccasion::Write},
-        {"admincmd.json", EOccasion::OtherQuery},
-        {"flashRead.json", EOccasion::OtherQuery},
-        {"flashWrite.json", EOccasion::OtherQuery},
-        {"eepReadRaw.json", EOccasion::OtherQuery},
-        {"prepareUpdate.json", EOccasion::OtherQuery},
-        {"FlashWriteNostream.json", EOccasion::OtherQuery},
-        {"FlashWriteNostreamV2.json", EOccasion::OtherQuery},
-        {"SystemIdentify.json", EOccasion::OtherQuery},
+        {"admincmd.json", EOccasion::Service},
+        {"flashRead.json", EOccasion::PrepareRead},
+        {"flashWrite.json", EOccasion::Service},
+        {"eepReadRaw.json", EOccasion::PrepareRead},
+        {"prepareUpdate.json", EOccasion::Service},
+        {"FlashWriteNostream.json", EOccasion::Service},
+        {"FlashWriteNostreamV2.json", EOccasion::Packet},
+        {"SystemIdentify.json", EOccasion::Service},
     }};
     const auto* const found = std::find_if(
         queries.begin(), queries.end(), [queryName](const TQuery& query) { return query.Name == queryName; });
@@ -79,6 +98,9 @@ bool TConditionCounter::Fits(const TOccasion& occasion) const {
     if (!Condition.Query.empty() && Condition.Query != occasion.Query) {
         return false;
     }
+    if (Condition.State && occasion.State != *Condition.State) {
+        return false;
+    }
     if (!Condition.Obj && !Condition.Address) {
         return true;
     }
@@ -94,6 +116,12 @@ bool TConditionCounter::Strikes(const TOccasion& occasion) {
     }
     const std::size_t number = Seen++;
     return number >= Condition.Skip && (!Condition.Times || number - Condition.Skip < *Condition.Times);
+}
+
+const TFault* FindFault(const std::vector<TFault>& due, EFault kind) {
+    const auto found =
+        std::find_if(due.begin(), due.end(), [kind](const TFault& fault) { return fault.Kind == kind; });
+    return found == due.end() ? nullptr : &*found;
 }
 
 void TFaults::Replace(const std::vector<TFault>& faults) {

@@ -14,7 +14,7 @@ namespace tidewell {
 // What a controller can be made to do wrong. In brackets what Number or Text of the fault mean.
 enum class EFault {
     Latency,          // answers late [Number: ms]; several add up
-    NoAnswer,         // does not answer
+    NoAnswer,         // does not answer, and streams end
     Error,            // answers with an error reply [Text: its body]
     WrongCount,       // a read gives too many values, or too few [Number: how many more]
     Garbage,          // answers with that text [Text]
@@ -23,10 +23,30 @@ enum class EFault {
     ChangeAfterWrite, // stores a written value with that much added [Number]
     SlowStream,       // each piece of a stream takes that long [Number: ms]
     BrokenStream,     // the stream ends after so many bytes [Number]
-    BufferFull        // a piece written to a stream is not taken
+    BufferFull,       // a piece written to a stream is not taken
+    LostAnswer,       // does what it is asked, but does not answer
+    Refuse,           // answers a service query with that status and does nothing [Number]
+    WrongEcho,        // the answer to a packet echoes its number with that much added [Number]
+    ShortRead,        // a prepared read gives fewer bytes [Number: how many fewer]
+    BadImage,         // the test of a firmware image fails [Number: the file, from 1]
+    LateReturn,       // a restart takes longer [Number: ms]
+    NoReturn          // does not come back from a restart
 };
 
-enum class EOccasion { Read, Write, OtherQuery, StreamOpen, StreamRead, StreamWrite };
+enum class EOccasion {
+    Read,
+    Write,
+    Ping,
+    Service,     // a query that is answered with a status
+    PrepareRead, // the same, which prepares a stream to read from
+    Packet,      // the same, which carries a piece of an image
+    StreamOpen,
+    StreamRead,
+    StreamWrite,
+    Restart,   // begins
+    ImageTest, // after a restart
+    Return     // a restart would be through
+};
 
 // Stands in the place of a query's name for all occasions of streams.
 inline constexpr std::string_view StreamQuery = "stream";
@@ -39,9 +59,10 @@ bool CanBeDue(EFault fault, std::string_view query);
 
 // Something that happens to a controller, for which faults can be due.
 struct TOccasion {
-    EOccasion Kind = EOccasion::OtherQuery;
-    std::string Query;                     // its name, or StreamQuery
+    EOccasion Kind = EOccasion::Ping;
+    std::string Query;                     // its name, or StreamQuery; empty: none
     std::vector<TRegisterAddress> Touched; // by a read or write
+    std::optional<std::int64_t> State;     // of an upload without a stream
     std::int64_t NowMs = 0;
 };
 
@@ -52,6 +73,7 @@ struct TFaultCondition {
     std::string Query;                // its name or StreamQuery; empty: any
     std::optional<std::int32_t> Obj;
     std::optional<std::int32_t> Address;
+    std::optional<std::int32_t> State; // of an upload without a stream
     std::size_t Skip = 0;
     std::optional<std::size_t> Times;
 };
@@ -75,6 +97,9 @@ struct TFault {
     std::string Text;
     TFaultCondition When;
 };
+
+// The first of a kind; nullptr if there is none.
+const TFault* FindFault(const std::vector<TFault>& due, EFault kind);
 
 // The faults of one controller.
 class TFaults {

@@ -34,6 +34,13 @@ struct TValueRun {
     std::vector<TRegisterAddress> WrittenAt;   // where the first address is written too
 };
 
+// How one value moves by itself, apart from writes.
+struct TMotion {
+    TValueSource Source;
+    std::uint64_t Seed = 0;
+    std::uint16_t Bits(std::int64_t nowMs) const;
+};
+
 // What a controller holds: 16-bit values by table and address. A written value stays.
 class TRegisterBank {
   public:
@@ -43,6 +50,8 @@ class TRegisterBank {
     // As it goes on the wire: 0 to 65535, or -32768 to 32767 when signed. Nothing at an unknown address.
     std::optional<std::int32_t> Read(ETable table, TRegisterAddress at, std::int64_t nowMs) const;
 
+    std::optional<TMotion> Motion(ETable table, TRegisterAddress at) const;
+
     enum class EWrite { Done, Refused, Unknown };
     // Whether a write there would work; when it would be refused, with that status.
     EWrite CheckWrite(TRegisterAddress at, std::int32_t& refusedStatus) const;
@@ -51,8 +60,7 @@ class TRegisterBank {
 
   private:
     struct TRegister {
-        TValueSource Source;
-        std::uint64_t Seed = 0;
+        TMotion Motion;
         bool Signed = false;
         std::optional<std::int32_t> RefusedStatus;
         std::optional<std::uint16_t> Written;

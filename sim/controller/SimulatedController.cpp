@@ -16,22 +16,12 @@ using TJson = nlohmann::ordered_json;
 constexpr std::int64_t PingWord = 0x70696E67; // "ping"
 constexpr std::int64_t PongWord = 0x706F6E67; // "pong"
 
-// Statuses of queries that a controller without that equipment answers.
-constexpr std::int64_t NotSupported = 1;
-constexpr std::int64_t UploadRefused = 6;
-
 std::string Text(const TJson& json) {
     return json.dump(-1, ' ', false, TJson::error_handler_t::replace);
 }
 
 std::string ErrorReply(const std::string& body) {
     return Text({{"error", {{"body", body}}}});
-}
-
-const TFault* Find(const std::vector<TFault>& due, EFault kind) {
-    const auto found =
-        std::find_if(due.begin(), due.end(), [kind](const TFault& fault) { return fault.Kind == kind; });
-    return found == due.end() ? nullptr : &*found;
 }
 
 std::int64_t DelayOf(const std::vector<TFault>& due, EFault kind) {
@@ -48,64 +38,22 @@ std::size_t Amount(std::int64_t number) {
 
 // What to answer instead of carrying the query out; nothing when all is well.
 std::optional<std::string> Spoiled(const std::vector<TFault>& due) {
-    if (const TFault* fault = Find(due, EFault::Error)) {
+    if (const TFault* fault = FindFault(due, EFault::Error)) {
         return ErrorReply(fault->Text);
     }
-    if (const TFault* fault = Find(due, EFault::Garbage)) {
+    if (const TFault* fault = FindFault(due, EFault::Garbage)) {
         return fault->Text;
     }
-    if (const TFault* fault = Find(due, EFault::Huge)) {
+    if (const TFault* fault = FindFault(due, EFault::Huge)) {
         return std::string(Amount(fault->Number), 'x');
     }
     return std::nullopt;
 }
 
-// A query that is checked but not carried out.
-struct TStatusQuery {
-    std::string_view Name;
-    std::vector<std::string> Texts;
-    std::vector<std::string> Numbers;
-    bool HasList;
-    std::int64_t Status;
-};
-
-const std::vector<TStatusQuery>& StatusQueries() {
-    static const std::vector<TStatusQuery> queries{
-        {"admincmd.json", {"cmd"}, {}, false, NotSupported},
-        {"flashRead.json", {"address", "length"}, {}, false, NotSupported},
-        {"flashWrite.json", {"address", "length"}, {}, false, NotSupported},
-        {"eepReadRaw.json", {"address", "length"}, {}, false, NotSupported},
-        {"prepareUpdate.json", {"fileid", "filesize", "crc32"}, {}, false, NotSupported},
-        {"FlashWriteNostream.json", {}, {"nostreamstate", "blocknumber"}, true, UploadRefused},
-        {"FlashWriteNostreamV2.json", {}, {"nostreamstate", "blocknumber", "blockCRC"}, true, NotSupported},
-        {"SystemIdentify.json", {}, {"SystemIdentify"}, false, 0},
-    };
-    return queries;
-}
-
-TJson StatusAnswer(const TStatusQuery& query, const TJson& request) {
-    for (const std::string& name : query.Texts) {
-        TextMember(request, name);
-    }
-    for (const std::string& name : query.Numbers) {
-        NumberMember(request, name);
-    }
-    if (query.HasList) {
-        for (const TJson& element : ListMember(request, "list")) {
-            NumberMember(element, "payload");
-        }
-    }
-    std::int64_t status = query.Status;
-    if (query.Name == "FlashWriteNostreamV2.json") {
-        status |= (NumberMember(request, "blocknumber") & 0xFFFF) << 16; // echoes the packet number
-    }
-    return {{"status", status}};
-}
-
 // What the request touches, for faults that are bound to an address. A malformed request touches nothing.
 TOccasion OccasionOf(const std::string& queryName, const TJson& request, std::int64_t nowMs) {
     TOccasion occasion;
-    occasion.Kind = QueryOccasion(queryName).value_or(EOccasion::OtherQuery);
+    occasion.Kind = QueryOccasion(queryName).value_or(EOccasion::Ping);
     occasion.Query = queryName;
     occasion.NowMs = nowMs;
     try {
@@ -115,6 +63,8 @@ TOccasion OccasionOf(const std::string& queryName, const TJson& request, std::in
             for (const TWriteEntry& entry : WriteEntries(request)) {
                 occasion.Touched.push_back(entry.At);
             }
+        } else if (request.contains("nostreamstate")) {
+            occasion.State = NumberMember(request, "nostreamstate");
         }
     } catch (const ERequestRefused&) {
         occasion.Touched.clear(); // told when the query is carried out
@@ -123,7 +73,7 @@ TOccasion OccasionOf(const std::string& queryName, const TJson& request, std::in
 }
 
 TOccasion StreamOccasion(EOccasion kind, std::int64_t nowMs) {
-    return {kind, std::string(StreamQuery), {}, nowMs};
+    return {kind, std::string(StreamQuery), {}, {}, nowMs};
 }
 
 std::string Shown(TRegisterAddress at) {
@@ -137,11 +87,15 @@ TSimulatedController::TSimulatedController(TIdentity identity) : Identity(std::m
 TControllerReply TSimulatedController::Query(const std::string& queryName, std::string_view requestJson,
                                              std::int64_t nowMs) {
     TControllerReply reply;
+    if (Away(nowMs)) {
+        reply.Answered = false;
+        return reply;
+    }
     try {
         const TJson request = ParseRequest(requestJson);
         const std::vector<TFault> due = Faults.Due(OccasionOf(queryName, request, nowMs));
         reply.DelayMs = DelayOf(due, EFault::Latency);
-        if (Find(due, EFault::NoAnswer) != nullptr) {
+        if (FindFault(due, EFault::NoAnswer) != nullptr) {
             reply.Answered = false;
             return reply;
         }
@@ -150,6 +104,7 @@ TControllerReply TSimulatedController::Query(const std::string& queryName, std::
             return reply;
         }
         reply.Text = Text({{"response", Execute(queryName, request, due, nowMs)}});
+        reply.Answered = FindFault(due, EFault::LostAnswer) == nullptr;
     } catch (const ERequestRefused& refused) {
         reply.Text = ErrorReply(refused.what());
     }
@@ -170,12 +125,7 @@ TJson TSimulatedController::Execute(const std::string& queryName, const TJson& r
     if (queryName == "setpointWriteValue.json") {
         return Write(request, due);
     }
-    for (const TStatusQuery& query : StatusQueries()) {
-        if (query.Name == queryName) {
-            return StatusAnswer(query, request);
-        }
-    }
-    throw ERequestRefused("unknown query " + queryName);
+    return {{"status", Service.Execute({queryName, request, due, Faults, Identity, nowMs})}};
 }
 
 TJson TSimulatedController::Ping(const TJson& request) {
@@ -201,13 +151,16 @@ TJson TSimulatedController::Read(ETable table, const TJson& request, const std::
                                  std::int64_t nowMs) const {
     TJson data = TJson::array();
     for (const TRegisterAddress at : ReadAddresses(request)) {
-        const std::optional<std::int32_t> value = Values.Read(table, at, nowMs);
+        std::optional<std::int32_t> value = Values.Read(table, at, nowMs);
+        if (const auto result = Service.CrcResult(at, nowMs); result && table == ETable::Setpoint) {
+            value = result;
+        }
         if (!value) {
             throw ERequestRefused("unknown " + Shown(at));
         }
         data.push_back({{"value", *value}});
     }
-    if (const TFault* fault = Find(due, EFault::WrongCount)) {
+    if (const TFault* fault = FindFault(due, EFault::WrongCount)) {
         for (std::int64_t i = 0; i < fault->Number; ++i) {
             data.push_back({{"value", 0}});
         }
@@ -231,10 +184,10 @@ TJson TSimulatedController::Write(const TJson& request, const std::vector<TFault
             break;
         }
     }
-    if (const TFault* fault = Find(due, EFault::RefuseWrite)) {
+    if (const TFault* fault = FindFault(due, EFault::RefuseWrite)) {
         return {{"status", fault->Number}};
     }
-    const TFault* const change = Find(due, EFault::ChangeAfterWrite);
+    const TFault* const change = FindFault(due, EFault::ChangeAfterWrite);
     for (const TWriteEntry& entry : entries) {
         Values.Write(entry.At,
                      static_cast<std::uint16_t>(entry.Bits + (change != nullptr ? change->Number : 0)));
@@ -243,9 +196,10 @@ TJson TSimulatedController::Write(const TJson& request, const std::vector<TFault
 }
 
 bool TSimulatedController::OpenStream(std::int64_t nowMs) {
-    if (!Faults.Due(StreamOccasion(EOccasion::StreamOpen, nowMs)).empty()) {
+    if (Away(nowMs) || !Faults.Due(StreamOccasion(EOccasion::StreamOpen, nowMs)).empty()) {
         return false;
     }
+    Service.OpenStream();
     Received.clear();
     StreamMoved = 0;
     return true;
@@ -254,7 +208,11 @@ bool TSimulatedController::OpenStream(std::int64_t nowMs) {
 std::size_t TSimulatedController::Limit(std::size_t length, const std::vector<TFault>& due,
                                         TStreamPiece& piece) const {
     piece.DelayMs = DelayOf(due, EFault::SlowStream);
-    if (const TFault* fault = Find(due, EFault::BrokenStream)) {
+    if (FindFault(due, EFault::NoAnswer) != nullptr) {
+        piece.Outcome = EStreamOutcome::Silent;
+        return 0;
+    }
+    if (const TFault* fault = FindFault(due, EFault::BrokenStream)) {
         const std::size_t most = Amount(fault->Number);
         if (StreamMoved >= most) {
             piece.Outcome = EStreamOutcome::Closed;
@@ -267,9 +225,18 @@ std::size_t TSimulatedController::Limit(std::size_t length, const std::vector<TF
 
 TStreamPiece TSimulatedController::ReadStream(std::size_t capacity, std::int64_t nowMs) {
     TStreamPiece piece;
+    if (Away(nowMs)) {
+        piece.Outcome = EStreamOutcome::Closed;
+        return piece;
+    }
     const std::vector<TFault> due = Faults.Due(StreamOccasion(EOccasion::StreamRead, nowMs));
     const std::size_t most = Limit(std::min(capacity, StreamPiece), due, piece);
     if (piece.Outcome != EStreamOutcome::Done) {
+        return piece;
+    }
+    piece.Bytes = Service.ReadStream(most);
+    if (!piece.Bytes.empty()) {
+        StreamMoved += piece.Bytes.size();
         return piece;
     }
     if (StreamPosition == StreamWaiting.size()) {
@@ -285,15 +252,20 @@ TStreamPiece TSimulatedController::ReadStream(std::size_t capacity, std::int64_t
 }
 
 TStreamPiece TSimulatedController::WriteStream(std::string_view bytes, std::int64_t nowMs) {
-    const std::vector<TFault> due = Faults.Due(StreamOccasion(EOccasion::StreamWrite, nowMs));
     TStreamPiece piece;
+    if (Away(nowMs)) {
+        piece.Outcome = EStreamOutcome::Closed;
+        return piece;
+    }
+    const std::vector<TFault> due = Faults.Due(StreamOccasion(EOccasion::StreamWrite, nowMs));
     const std::size_t most = Limit(bytes.size(), due, piece);
-    if (piece.Outcome == EStreamOutcome::Done && Find(due, EFault::BufferFull) != nullptr) {
+    if (piece.Outcome == EStreamOutcome::Done && FindFault(due, EFault::BufferFull) != nullptr) {
         piece.Outcome = EStreamOutcome::Full;
     }
     if (piece.Outcome == EStreamOutcome::Done) {
         // A piece is taken whole or not at all: what would pass the break is lost with it.
         Received += bytes.substr(0, most);
+        Service.WriteStream(bytes.substr(0, most));
         StreamMoved += most;
         if (most < bytes.size()) {
             piece.Outcome = EStreamOutcome::Closed;

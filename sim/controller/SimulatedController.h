@@ -1,7 +1,9 @@
 #pragma once
 
 #include "sim/controller/Faults.h"
+#include "sim/controller/Identity.h"
 #include "sim/controller/RegisterBank.h"
+#include "sim/controller/Service.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -9,7 +11,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace tidewell {
@@ -35,9 +36,6 @@ struct TStreamPiece {
 // and must not run backwards.
 class TSimulatedController {
   public:
-    // Members of the answer to "ping.json" beside "Pong", in order, such as {"Model", 30021}.
-    using TIdentity = std::vector<std::pair<std::string, std::int64_t>>;
-
     explicit TSimulatedController(TIdentity identity);
 
     // The status that tells of a good write.
@@ -47,6 +45,7 @@ class TSimulatedController {
 
     TRegisterBank Values;
     TFaults Faults;
+    TService Service;
 
     // Identity can change, as after a firmware update.
     TIdentity Identity;
@@ -61,7 +60,7 @@ class TSimulatedController {
     const std::string& StreamReceived() const { return Received; }
     // False when the controller does not answer.
     bool OpenStream(std::int64_t nowMs);
-    // Silent: there is nothing to read.
+    // What the service functions prepared comes first. Silent: there is nothing to read.
     TStreamPiece ReadStream(std::size_t capacity, std::int64_t nowMs);
     TStreamPiece WriteStream(std::string_view bytes, std::int64_t nowMs);
 
@@ -73,6 +72,8 @@ class TSimulatedController {
 
     TJson Execute(const std::string& queryName, const TJson& request, const std::vector<TFault>& due,
                   std::int64_t nowMs);
+    // Whether it restarts.
+    bool Away(std::int64_t nowMs) { return Service.Away(Faults, Identity, nowMs); }
     TJson Ping(const TJson& request);
     TJson Read(ETable table, const TJson& request, const std::vector<TFault>& due, std::int64_t nowMs) const;
     TJson Write(const TJson& request, const std::vector<TFault>& due);

@@ -7,21 +7,25 @@ namespace tidewell {
 
 namespace {
 
-// A well-mixed number from -1 to 1 for each input.
+// From -1 to 1.
 double Scatter(std::uint64_t state) {
-    state += 0x9E3779B97F4A7C15ULL;
-    state = (state ^ (state >> 30)) * 0xBF58476D1CE4E5B9ULL;
-    state = (state ^ (state >> 27)) * 0x94D049BB133111EBULL;
-    state ^= state >> 31;
-    return static_cast<double>(state >> 11) / 4503599627370496.0 - 1.0;
+    return static_cast<double>(Mixed(state) >> 11) / 4503599627370496.0 - 1.0;
 }
 
 } // namespace
 
+std::uint64_t Mixed(std::uint64_t number) {
+    number += 0x9E3779B97F4A7C15ULL;
+    number = (number ^ (number >> 30)) * 0xBF58476D1CE4E5B9ULL;
+    number = (number ^ (number >> 27)) * 0x94D049BB133111EBULL;
+    return number ^ (number >> 31);
+}
+
 std::int64_t SourceValue(const TValueSource& source, std::uint64_t seed, std::int64_t nowMs) {
     const std::int64_t time = nowMs + source.AheadMs;
-    const std::int64_t step = time / source.PeriodMs;
-    const double phase = static_cast<double>(time % source.PeriodMs) / static_cast<double>(source.PeriodMs);
+    const std::int64_t rest = (time % source.PeriodMs + source.PeriodMs) % source.PeriodMs;
+    const std::int64_t step = (time - rest) / source.PeriodMs;
+    const double phase = static_cast<double>(rest) / static_cast<double>(source.PeriodMs);
     switch (source.Kind) {
     case ESource::Constant:
         break;

@@ -17,7 +17,11 @@ struct TValueSource {
     std::int64_t AheadMs = 0;     // runs ahead of the time by that much
 };
 
-// The value at that time, before it is cut to 16 bits. The same seed gives the same noise in every run.
+// The value at that time, which may lie before 0, before it is cut to 16 bits. The same seed gives the same
+// noise in every run.
 std::int64_t SourceValue(const TValueSource& source, std::uint64_t seed, std::int64_t nowMs);
+
+// A well-mixed number for each number.
+std::uint64_t Mixed(std::uint64_t number);
 
 } // namespace tidewell

@@ -2,9 +2,8 @@
 
 #include "core/Errors.h"
 #include "core/Numbers.h"
+#include "sim/nabto/DeclaredMembers.h"
 #include "sim/nabto/NabtoUrl.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <iterator>
@@ -14,18 +13,8 @@ namespace tidewell {
 
 namespace {
 
-using TJson = nlohmann::ordered_json;
-
 constexpr std::int64_t LookIntervalMs = 1000;
 constexpr std::size_t IdLength = 12;
-
-std::string JsonText(const TJson& json) {
-    return json.dump(-1, ' ', false, TJson::error_handler_t::replace);
-}
-
-std::string ErrorReply(const std::string& body) {
-    return JsonText({{"error", {{"body", body}}}});
-}
 
 // A library encrypts; here it is enough that the profile tells one password from another.
 std::string ProfileText(std::string_view email, std::string_view password) {
@@ -36,25 +25,6 @@ std::string ProfileText(std::string_view email, std::string_view password) {
         }
     }
     return "simulated profile " + std::to_string(hash) + "\n";
-}
-
-// The reply without the members that the definition does not declare. What is no reply stays as it is.
-std::string Declared(const TInterfaceDefinition::TQuery& query, std::string reply) {
-    TJson json = TJson::parse(reply, nullptr, false);
-    if (!json.is_object() || !json.contains("response") || !json["response"].is_object()) {
-        return reply;
-    }
-    TJson kept = TJson::object();
-    for (const auto& [name, value] : json["response"].items()) {
-        if (query.Response.contains(name)) {
-            kept[name] = value;
-        }
-    }
-    if (kept.size() == json["response"].size()) {
-        return reply;
-    }
-    json["response"] = std::move(kept);
-    return JsonText(json);
 }
 
 template <typename T>
@@ -68,6 +38,8 @@ const std::unique_ptr<T>* Find(const std::vector<std::unique_ptr<T>>& list, cons
 } // namespace
 
 struct TSimulatedNabto::TController {
+    explicit TController(const TControllerSetup& setup) : Setup(setup), Device(setup.Identity) {}
+
     TControllerSetup Setup;
     TSimulatedController Device;
 
@@ -112,18 +84,21 @@ void TSimulatedNabto::Take(const TSimulation& simulation) {
         auto found = std::find_if(Controllers.begin(), Controllers.end(),
                                   [&](const auto& controller) { return controller->Setup.Id == setup.Id; });
         if (found == Controllers.end()) {
-            Controllers.push_back(
-                std::make_unique<TController>(TController{{}, TSimulatedController(setup.Identity)}));
+            Controllers.push_back(std::make_unique<TController>(setup));
             found = std::prev(Controllers.end());
             for (const TValueRun& run : setup.Values) {
                 (*found)->Device.Values.Add(run);
             }
+            (*found)->Device.Service.SetClock(Time.LocalMinutes() - NowMs() / 60000);
         }
         TController& controller = **found;
         controller.Setup = setup;
         controller.Device.WriteStatus = setup.WriteStatus;
         controller.Device.StreamPiece = setup.StreamPiece;
         controller.Device.Faults.Replace(setup.Faults);
+        if (setup.Service) {
+            controller.Device.Service.Configure(*setup.Service, controller.Device.Values);
+        }
     }
     Setup = simulation;
     Setup.Controllers.clear();
@@ -356,13 +331,8 @@ std::optional<std::string> TSimulatedNabto::Refusal(const TSession& session, con
     if (query == nullptr) {
         return "the interface definition in force has no query " + queryName;
     }
-    const TJson request = TJson::parse(requestJson, nullptr, false);
-    if (request.is_object() && request.contains("request") && request["request"].is_object()) {
-        for (const auto& [name, value] : request["request"].items()) {
-            if (!query->Request.contains(name)) {
-                return "query " + queryName + " has no request member " + name;
-            }
-        }
+    if (const auto name = UndeclaredMember(*query, requestJson)) {
+        return "query " + queryName + " has no request member " + *name;
     }
     return std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include "core/Numbers.h"
 #include "sim/common/IniLines.h"
 #include "sim/nabto/RowText.h"
+#include "sim/nabto/ServiceRows.h"
 #include "sim/nabto/SimulationRows.h"
 
 #include <algorithm>
@@ -58,7 +59,8 @@ class TReader {
 
     void CheckSections() const;
     TControllerSetup ReadController(const std::string& name);
-    bool ReadIdentity(const TRow& row, TSimulatedController::TIdentity& identity) const;
+    bool ReadIdentity(const TRow& row, TIdentity& identity) const;
+    void ReadService(const std::string& name, TControllerSetup& setup);
 
     TIniFile Ini;
     const std::string& ShownPath;
@@ -88,7 +90,7 @@ void TReader::CheckSections() const {
     }
 }
 
-bool TReader::ReadIdentity(const TRow& row, TSimulatedController::TIdentity& identity) const {
+bool TReader::ReadIdentity(const TRow& row, TIdentity& identity) const {
     for (const char* name : {"Model", "Devicenumber", "Version HP", "Version NP", "Version HBDE",
                              "SlaveModel", "SlaveDevicenumber", "Version"}) {
         if (SameText(row.Name, name)) {
@@ -103,6 +105,7 @@ TControllerSetup TReader::ReadController(const std::string& name) {
     TControllerSetup setup;
     setup.Name = name;
     std::string values = name;
+    std::string service = name;
     const std::string section = "Controller " + name;
     EachRow(section, [&](const TRow& row) {
         if (SameText(row.Name, "Id")) {
@@ -119,6 +122,8 @@ TControllerSetup TReader::ReadController(const std::string& name) {
             setup.Users = SplitNames(row.Value);
         } else if (SameText(row.Name, "Values")) {
             values = row.Value;
+        } else if (SameText(row.Name, "Service")) {
+            service = row.Value;
         } else if (SameText(row.Name, "WriteStatus")) {
             setup.WriteStatus = ParseInteger(row.Value);
         } else if (SameText(row.Name, "Copies")) {
@@ -141,8 +146,30 @@ TControllerSetup TReader::ReadController(const std::string& name) {
     }
     EachRow("Values " + values,
             [&](const TRow& row) { setup.Values.push_back(ParseValueRow(row.Name, row.Value)); });
+    ReadService(service, setup);
     EachRow("Faults " + name, [&](const TRow& row) { ParseFaultRow(row.Name, row.Value, setup.Faults); });
     return setup;
+}
+
+void TReader::ReadService(const std::string& name, TControllerSetup& setup) {
+    const std::string section = "Service " + name;
+    if (!Ini.SectionExists(section)) {
+        return;
+    }
+    TServiceSetup& service = setup.Service.emplace();
+    EachRow(section, [&](const TRow& row) { ParseServiceRow(row.Name, row.Value, service); });
+    TRegisterBank bank;
+    for (const TValueRun& run : setup.Values) {
+        bank.Add(run);
+    }
+    for (const TServiceSetup::TLogValue& value : service.LogValues) {
+        if (!bank.Motion(value.Table, value.At)) {
+            Fail(section, "LogValues",
+                 "the controller has no " +
+                     std::string(value.Table == ETable::Setpoint ? "setpoint " : "datapoint ") +
+                     std::to_string(value.At.Obj) + " " + std::to_string(value.At.Address));
+        }
+    }
 }
 
 TSimulation TReader::Read(std::string_view bytes) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,11 +19,12 @@ struct TControllerSetup {
     std::string Id;     // 12 digits
     bool Local = true;  // found on the local network
     bool Remote = true; // reached through the domain
-    TSimulatedController::TIdentity Identity;
+    TIdentity Identity;
     std::vector<std::string> Users; // e-mails whose sessions it accepts; empty: any
     std::int32_t WriteStatus = 1;
     std::size_t StreamPiece = 1024;
     std::vector<TValueRun> Values;
+    std::optional<TServiceSetup> Service; // nothing: it has no service functions
     std::vector<TFault> Faults;
     std::int32_t Copies = 0; // further ones of its kind, which follow it with ids that count up
 };

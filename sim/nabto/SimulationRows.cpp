@@ -73,23 +73,6 @@ std::vector<TValueSource> ParseSources(const std::string& head) {
     Unknown("kind", kind);
 }
 
-void ParsePlace(const std::string& key, TValueRun& run) {
-    const std::vector<std::string> words = SplitWords(key);
-    NeedWords(words, 3, "setpoint <obj> <address>");
-    if (words[0] != "setpoint" && words[0] != "datapoint") {
-        Unknown("value", words[0]);
-    }
-    run.Table = words[0] == "setpoint" ? ETable::Setpoint : ETable::Datapoint;
-    run.First.Obj = ParseIntegerWithin(words[1], 0, MostAddress);
-    const std::size_t dots = words[2].find("..");
-    run.First.Address = ParseIntegerWithin(words[2].substr(0, dots), 0, MostAddress);
-    if (dots != std::string::npos) {
-        const std::int32_t last =
-            ParseIntegerWithin(words[2].substr(dots + 2), run.First.Address, run.First.Address + MostRun - 1);
-        run.Count = last - run.First.Address + 1;
-    }
-}
-
 TRegisterAddress ParseWrittenAt(const std::string& text, std::int32_t obj) {
     const std::size_t slash = text.find('/');
     if (slash == std::string::npos) {
@@ -125,13 +108,15 @@ bool ParseRequestCondition(const TRowText::TOption& option, TFaultCondition& whe
         when.Obj = ParseInteger(option.Value);
     } else if (option.Name == "address") {
         when.Address = ParseInteger(option.Value);
+    } else if (option.Name == "state") {
+        when.State = ParseInteger(option.Value);
     } else {
         return ParseCondition(option, when);
     }
     return true;
 }
 
-enum class EArgument { Time, On, Text, Integer, Count };
+enum class EArgument { Time, On, Text, Integer, Count, File };
 
 struct TFaultName {
     std::string_view Name;
@@ -139,7 +124,7 @@ struct TFaultName {
     EArgument Argument;
 };
 
-constexpr std::array<TFaultName, 11> FaultNames{{
+constexpr std::array<TFaultName, 18> FaultNames{{
     {"Latency", EFault::Latency, EArgument::Time},
     {"NoAnswer", EFault::NoAnswer, EArgument::On},
     {"Error", EFault::Error, EArgument::Text},
@@ -151,6 +136,13 @@ constexpr std::array<TFaultName, 11> FaultNames{{
     {"SlowStream", EFault::SlowStream, EArgument::Time},
     {"BrokenStream", EFault::BrokenStream, EArgument::Count},
     {"BufferFull", EFault::BufferFull, EArgument::On},
+    {"LostAnswer", EFault::LostAnswer, EArgument::On},
+    {"Refuse", EFault::Refuse, EArgument::Count},
+    {"WrongEcho", EFault::WrongEcho, EArgument::Integer},
+    {"ShortRead", EFault::ShortRead, EArgument::Count},
+    {"BadImage", EFault::BadImage, EArgument::File},
+    {"LateReturn", EFault::LateReturn, EArgument::Time},
+    {"NoReturn", EFault::NoReturn, EArgument::On},
 }};
 
 constexpr std::array<std::string_view, 12> Functions{
@@ -178,14 +170,35 @@ void ParseArgument(EArgument argument, const std::string& text, TFault& fault) {
     case EArgument::Count:
         fault.Number = static_cast<std::int64_t>(ParseCount(text));
         return;
+    case EArgument::File:
+        fault.Number = ParseIntegerWithin(text, 1, 16);
+        return;
     }
 }
 
 } // namespace
 
-TValueRun ParseValueRow(const std::string& key, const std::string& text) {
+TValueRun ParsePlace(const std::string& text) {
     TValueRun run;
-    ParsePlace(key, run);
+    const std::vector<std::string> words = SplitWords(text);
+    NeedWords(words, 3, "setpoint <obj> <address>");
+    if (words[0] != "setpoint" && words[0] != "datapoint") {
+        Unknown("value", words[0]);
+    }
+    run.Table = words[0] == "setpoint" ? ETable::Setpoint : ETable::Datapoint;
+    run.First.Obj = ParseIntegerWithin(words[1], 0, MostAddress);
+    const std::size_t dots = words[2].find("..");
+    run.First.Address = ParseIntegerWithin(words[2].substr(0, dots), 0, MostAddress);
+    if (dots != std::string::npos) {
+        const std::int32_t last =
+            ParseIntegerWithin(words[2].substr(dots + 2), run.First.Address, run.First.Address + MostRun - 1);
+        run.Count = last - run.First.Address + 1;
+    }
+    return run;
+}
+
+TValueRun ParseValueRow(const std::string& key, const std::string& text) {
+    TValueRun run = ParsePlace(key);
     const TRowText row = SplitRowText(text);
     run.Sources = ParseSources(row.Head);
     std::int64_t shift = 0;

@@ -8,6 +8,9 @@
 // The rows of a simulation file. All functions throw TError with the reason alone.
 namespace tidewell {
 
+// "setpoint 0 101..119": table, first address and count of a run.
+TValueRun ParsePlace(const std::string& text);
+
 // Key "setpoint 0 101..119" and value "ramp 0 100 30s; signed".
 TValueRun ParseValueRow(const std::string& key, const std::string& text);
 

@@ -13,6 +13,8 @@ class ISimulationTime {
   public:
     virtual ~ISimulationTime() = default;
     virtual std::int64_t NowMs() const = 0; // from any start; never runs backwards
+    // Of the local wall time, since 2000-01-01 00:00.
+    virtual std::int64_t LocalMinutes() const = 0;
     virtual void Sleep(std::int64_t milliseconds) = 0;
 };
 
@@ -20,6 +22,7 @@ class ISimulationTime {
 class TRealTime : public ISimulationTime {
   public:
     std::int64_t NowMs() const override;
+    std::int64_t LocalMinutes() const override;
     void Sleep(std::int64_t milliseconds) override;
 };
 
@@ -29,6 +32,7 @@ class TPortTime : public ISimulationTime {
   public:
     TPortTime(IWait& wait, const IClock& clock) : Wait(wait), Clock(clock), Start(clock.Now()) {}
     std::int64_t NowMs() const override;
+    std::int64_t LocalMinutes() const override;
     void Sleep(std::int64_t milliseconds) override;
 
   private:

@@ -286,6 +286,14 @@ bool FileIsLocked(const IFiles& files, const std::filesystem::path& path) {
     return files.IsLocked(path);
 }
 
+std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::path& wanted) {
+    auto path = wanted;
+    for (int number = 2; files.FileExists(path); ++number)
+        path = wanted.parent_path() /
+               (wanted.stem().string() + "-" + std::to_string(number) + wanted.extension().string());
+    return path;
+}
+
 std::filesystem::path FindSystemFile(const IFiles& files, const std::filesystem::path& directory) {
     const auto names = files.List(directory / "cfg", "system_*.inn");
     return names.size() == 1 ? directory / "cfg" / names.front() : std::filesystem::path();

@@ -66,6 +66,9 @@ void UnitText(std::string_view value, std::string_view code, const TIniSection& 
               std::string& result, const TIniSection& userUnits);
 
 bool FileIsLocked(const IFiles& files, const std::filesystem::path& path);
+// The path itself, or, if there is such a file, the first of "name-2.csv", "name-3.csv", ... that is free.
+// The names of datalogs tell the minute only, and an earlier log must not go.
+std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::path& wanted);
 // "cfg/system_*.inn" below the directory if exactly one such file is there; otherwise empty.
 std::filesystem::path FindSystemFile(const IFiles& files, const std::filesystem::path& directory);
 // The language file that the system file names, in "cfg" below the directory: the one of just that spelling,

@@ -84,6 +84,30 @@ TNabtodriverTexts ReadNabtodriverTexts(const TIniFile& languageFile) {
     };
 }
 
+TFirmwareUpdateTexts ReadFirmwareUpdateTexts(const TIniFile& languageFile) {
+    const TIniSection section = languageFile.ReadSection("FirmwareUpdate");
+    TFirmwareUpdateTexts texts;
+    const auto read = [&section](const char* key, std::string& text) {
+        if (std::string value = section.Value(key); !value.empty())
+            text = std::move(value);
+    };
+    read("Asking", texts.Asking);
+    read("Sending", texts.Sending);
+    read("Restarting", texts.Restarting);
+    read("Waiting", texts.Waiting);
+    read("Checking", texts.Checking);
+    read("SendingAgain", texts.SendingAgain);
+    read("Succeeded", texts.Succeeded);
+    read("Failed", texts.Failed);
+    read("File", texts.File);
+    read("Elapsed", texts.Elapsed);
+    read("Running", texts.Running);
+    read("Show", texts.Show);
+    read("CloseWindow", texts.CloseWindow);
+    read("CloseProgram", texts.CloseProgram);
+    return texts;
+}
+
 TSetpointHeadlines ReadSetpointHeadlines(const TIniFile& languageFile) {
     TSetpointHeadlines result;
     for (std::size_t column = 0; column < result.size(); ++column)

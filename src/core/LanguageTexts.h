@@ -79,6 +79,28 @@ struct TNabtodriverTexts {
     std::string errorlogcounter;
 };
 
+// A text that is missing keeps the English one.
+struct TFirmwareUpdateTexts {
+    // What an update does, and how it ended.
+    std::string Asking = "Asking the device";
+    std::string Sending = "Sending the firmware";
+    std::string Restarting = "Restarting the device in update mode";
+    std::string Waiting = "Waiting for the device";
+    std::string Checking = "Checking the firmware";
+    std::string SendingAgain = "Sending again";
+    std::string Succeeded = "Update succeeded";
+    std::string Failed = "Update failed";
+    std::string File = "File %1 of %2: %3";   // number, count, name
+    std::string Elapsed = "Elapsed";          // a time follows
+    std::string Running = "Firmware update:"; // what it does follows
+    std::string Show = "Show";
+    // Questions before the window, or the program, is closed.
+    std::string CloseWindow =
+        "A firmware update is running. It goes on without this window. Close the window?";
+    std::string CloseProgram = "A firmware update is running. Closing the program ends it and can leave the "
+                               "controller half updated. Close the program?";
+};
+
 // Column headings of the setpoint grid, `Col0` to `Col5`.
 using TSetpointHeadlines = std::array<std::string, 6>;
 
@@ -93,6 +115,7 @@ TSplashscreenTexts ReadSplashscreenTexts(const TIniFile& languageFile);
 THeadApplTexts ReadHeadApplTexts(const TIniFile& languageFile);
 TLanguageTexts ReadLanguageTexts(const TIniFile& languageFile);
 TNabtodriverTexts ReadNabtodriverTexts(const TIniFile& languageFile);
+TFirmwareUpdateTexts ReadFirmwareUpdateTexts(const TIniFile& languageFile);
 TSetpointHeadlines ReadSetpointHeadlines(const TIniFile& languageFile);
 TUnitTexts ReadUnitTexts(const TIniFile& languageFile);
 

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <limits>
 #include <system_error>
+#include <type_traits>
 
 namespace tidewell {
 
@@ -32,15 +33,39 @@ bool ParseWhole(std::string_view text, T& value, int base) {
     return error == std::errc() && stop == end;
 }
 
-std::optional<std::int32_t> Hexadecimal(std::string_view digits, bool negative) {
-    std::uint32_t bits = 0;
+template <typename TValue>
+std::optional<TValue> Hexadecimal(std::string_view digits, bool negative) {
+    using TBits = std::make_unsigned_t<TValue>;
+    TBits bits = 0;
     if (!ParseWhole(digits, bits, 16))
         return std::nullopt;
     if (!negative)
-        return static_cast<std::int32_t>(bits);
-    if (bits > 0x80000000U)
+        return static_cast<TValue>(bits);
+    if (bits > TBits{1} << (sizeof(TBits) * 8 - 1))
         return std::nullopt;
-    return static_cast<std::int32_t>(0U - bits);
+    return static_cast<TValue>(TBits{0} - bits);
+}
+
+template <typename TValue>
+std::optional<TValue> ParseInteger(std::string_view text) {
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
+    TValue value = 0;
+    if (ParseWhole(text, value, 10))
+        return value;
+    const bool negative = !text.empty() && text.front() == '-';
+    if (!text.empty() && (negative || text.front() == '+'))
+        text.remove_prefix(1);
+    if (text.empty())
+        return std::nullopt;
+    if (text.front() == '$')
+        return Hexadecimal<TValue>(text.substr(1), negative);
+    if (text.size() > 2 && text[0] == '0' && LowerCase(text[1]) == 'x')
+        return Hexadecimal<TValue>(text.substr(2), negative);
+    // What is left to accept is a number behind "+".
+    if (!negative && IsDigit(text.front()) && ParseWhole(text, value, 10))
+        return value;
+    return std::nullopt;
 }
 
 std::string Quoted(std::string_view text) {
@@ -166,24 +191,11 @@ bool SameText(std::string_view a, std::string_view b) {
 }
 
 std::optional<std::int32_t> TryToInteger(std::string_view text) {
-    while (!text.empty() && text.front() == ' ')
-        text.remove_prefix(1);
-    std::int32_t value = 0;
-    if (ParseWhole(text, value, 10))
-        return value;
-    const bool negative = !text.empty() && text.front() == '-';
-    if (!text.empty() && (negative || text.front() == '+'))
-        text.remove_prefix(1);
-    if (text.empty())
-        return std::nullopt;
-    if (text.front() == '$')
-        return Hexadecimal(text.substr(1), negative);
-    if (text.size() > 2 && text[0] == '0' && LowerCase(text[1]) == 'x')
-        return Hexadecimal(text.substr(2), negative);
-    // What is left to accept is a number behind "+".
-    if (!negative && IsDigit(text.front()) && ParseWhole(text, value, 10))
-        return value;
-    return std::nullopt;
+    return ParseInteger<std::int32_t>(text);
+}
+
+std::optional<std::int64_t> TryToInteger64(std::string_view text) {
+    return ParseInteger<std::int64_t>(text);
 }
 
 std::int32_t ToIntegerOr(std::string_view text, std::int32_t otherwise) {
@@ -192,6 +204,12 @@ std::int32_t ToIntegerOr(std::string_view text, std::int32_t otherwise) {
 
 std::int32_t ToInteger(std::string_view text) {
     if (const auto value = TryToInteger(text))
+        return *value;
+    throw EConvertError(Quoted(text) + " is not a valid integer value");
+}
+
+std::int64_t ToInteger64(std::string_view text) {
+    if (const auto value = TryToInteger64(text))
         return *value;
     throw EConvertError(Quoted(text) + " is not a valid integer value");
 }

@@ -23,6 +23,9 @@ std::optional<std::int32_t> TryToInteger(std::string_view text);
 std::int32_t ToIntegerOr(std::string_view text, std::int32_t otherwise);
 // Throws EConvertError: "'abc' is not a valid integer value".
 std::int32_t ToInteger(std::string_view text);
+// The same with 64 bits.
+std::optional<std::int64_t> TryToInteger64(std::string_view text);
+std::int64_t ToInteger64(std::string_view text);
 
 // A decimal number with optional fraction and exponent, blanks at both ends allowed.
 std::optional<double> TryToFloat(std::string_view text);

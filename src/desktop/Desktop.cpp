@@ -110,6 +110,7 @@ void TDesktop::RegisterViews(TProgram& program) {
 
 void TDesktop::Close(TProgram& program) {
     Dialogs.CancelAll();
+    program.FormMain.AskBeforeClose = false;
     TForm& form = program.FormMain;
     if (!form.Visible()) {
         Application.Terminate();
@@ -119,8 +120,10 @@ void TDesktop::Close(TProgram& program) {
     // all.
     for (int attempt = 0; attempt < 2 && form.Visible(); ++attempt)
         RunGuarded(Dialogs, [&form] { form.Close(); });
-    if (form.Visible())
+    if (form.Visible()) {
         Dialogs.EndCancelAll();
+        program.FormMain.AskBeforeClose = true;
+    }
 }
 
 void TDesktop::SaveScreenshot(const TProgram& program, const std::filesystem::path& file) const {

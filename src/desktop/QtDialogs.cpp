@@ -109,6 +109,13 @@ QString FilterText(const TFileFilter& filter) {
 
 } // namespace
 
+TQtDialogs::TQtDialogs(TQtApplication& application) : Application(application) {
+    QObject::connect(&application, &QGuiApplication::focusWindowChanged, &Guard, [this](QWindow* window) {
+        if (window != nullptr)
+            Brought = nullptr;
+    });
+}
+
 TQtDialogs::~TQtDialogs() {
     DestroyViews();
 }
@@ -148,6 +155,8 @@ QWidget& TQtDialogs::ViewOf(const TForm& form) {
 QWidget* TQtDialogs::TopWindow() const {
     if (QWidget* modal = QApplication::activeModalWidget())
         return modal;
+    if (Brought != nullptr && Brought->isVisible())
+        return Brought;
     if (QWidget* active = QApplication::activeWindow())
         return active;
     for (auto form = Made.rbegin(); form != Made.rend(); ++form)
@@ -196,7 +205,8 @@ EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& te
     }
 }
 
-std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const std::string& prompt) {
+std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const std::string& prompt,
+                                                const std::string& text) {
     if (Cancelling)
         return std::nullopt;
     const TOrdinaryCursor ordinary;
@@ -204,6 +214,7 @@ std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const 
     box.setObjectName(QStringLiteral("InputBox"));
     box.setWindowTitle(ToQt(title));
     box.setLabelText(Lines(prompt));
+    box.setTextValue(ToQt(text));
     if (box.exec() != QDialog::Accepted)
         return std::nullopt;
     return FromQt(box.textValue());
@@ -297,6 +308,8 @@ void TQtDialogs::RunModal(TForm& form) {
 
 void TQtDialogs::Show(TForm& form) {
     QWidget& view = ViewOf(form);
+    // The platform tells later that the window has the keyboard; what is opened until then belongs on it.
+    Brought = view.isActiveWindow() ? nullptr : &view;
     if (form.Visible()) {
         view.raise();
         view.activateWindow();

@@ -3,6 +3,7 @@
 #include "core/ports/IDialogs.h"
 #include "desktop/QtApplication.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -19,7 +20,7 @@ class TQtDialogs : public IDialogs {
   public:
     using TMakeView = std::function<std::unique_ptr<QWidget>()>;
 
-    explicit TQtDialogs(TQtApplication& application) : Application(application) {}
+    explicit TQtDialogs(TQtApplication& application);
     ~TQtDialogs() override;
     TQtDialogs(const TQtDialogs&) = delete;
     TQtDialogs& operator=(const TQtDialogs&) = delete;
@@ -40,7 +41,9 @@ class TQtDialogs : public IDialogs {
     void EndCancelAll() { Cancelling = false; }
 
     EModalResult ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) override;
-    std::optional<std::string> InputBox(const std::string& title, const std::string& prompt) override;
+    using IDialogs::InputBox;
+    std::optional<std::string> InputBox(const std::string& title, const std::string& prompt,
+                                        const std::string& text) override;
     std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) override;
     std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) override;
     std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) override;
@@ -66,6 +69,8 @@ class TQtDialogs : public IDialogs {
     std::map<const TPopupMenu*, std::function<void(QMenu&)>> Popups;
     std::vector<const TForm*> Made; // in order of making
     bool Cancelling = false;
+    QPointer<QWidget> Brought; // to the front by Show, but not active yet
+    QObject Guard;
     int Waits = 0; // calls of SetWaitCursor that are not taken back
 };
 

@@ -55,6 +55,31 @@ void AppendJsonText(std::string& target, std::string_view text) {
     target += '"';
 }
 
+// An upload sends millions of bytes, each as an object {"payload":<byte>}: those texts stand ready, with the
+// comma to the next one.
+constexpr std::string_view payloadStart = "{\"payload\":";
+using TPayloadText = std::array<char, payloadStart.size() + 5>;
+
+constexpr std::size_t PayloadLength(std::size_t byte) {
+    return payloadStart.size() + (byte < 10 ? 1 : byte < 100 ? 2 : 3) + 2;
+}
+
+constexpr std::array<TPayloadText, 256> MakePayloadTexts() {
+    std::array<TPayloadText, 256> texts{};
+    for (std::size_t byte = 0; byte < texts.size(); ++byte) {
+        TPayloadText& text = texts[byte];
+        std::ranges::copy(payloadStart, text.begin());
+        std::size_t end = PayloadLength(byte);
+        text[--end] = ',';
+        text[--end] = '}';
+        for (std::size_t rest = byte; end > payloadStart.size(); rest /= 10)
+            text[--end] = static_cast<char>('0' + rest % 10);
+    }
+    return texts;
+}
+
+constexpr auto payloadTexts = MakePayloadTexts();
+
 // {"request":{...}} with the members in the order of the calls.
 class TRequest {
   public:
@@ -67,14 +92,17 @@ class TRequest {
     TRequest& Digits(std::string_view name, std::int64_t value) { return Text(name, std::to_string(value)); }
     TRequest& Number(std::string_view name, std::int64_t value) { return Raw(name, std::to_string(value)); }
     TRequest& Payload(std::span<const std::uint8_t> bytes) {
-        std::string list = "[";
-        list.reserve(bytes.size() * 16 + 2);
+        Begin("list");
+        Json.reserve(Json.size() + bytes.size() * payloadTexts.front().size() + 2);
+        Json += '[';
         for (const std::uint8_t byte : bytes) {
-            list += list.size() > 1 ? ",{\"payload\":" : "{\"payload\":";
-            list += std::to_string(byte);
-            list += '}';
+            const TPayloadText& text = payloadTexts[byte];
+            Json.append(text.data(), PayloadLength(byte));
         }
-        return Raw("list", list + "]");
+        if (!bytes.empty())
+            Json.pop_back();
+        Json += ']';
+        return *this;
     }
     TRequest& Raw(std::string_view name, std::string_view json) {
         Begin(name);

@@ -98,6 +98,8 @@ class TUNabto : public TStreamProgress {
     std::string versionHP, versionNP, versionBT, model, varenummer;
     std::string SlaveDeviceNum, SlaveModel, GatewayVersion; // emptied at each ping
     std::string errormessage;                               // text of the device's last refusal
+    // That text to show, or that nobody answers.
+    std::string LastError() const { return errormessage.empty() ? "Device is not available" : errormessage; }
 
   private:
     TNabtoLibrary Library;

@@ -19,6 +19,7 @@ namespace {
 
 constexpr const char* readSetpoint = "setpointReadValue.json";
 constexpr const char* readDatapoint = "datapointReadValue.json";
+constexpr std::uint32_t errorLogBytes = 400;
 
 int KnownObject(int obj) {
     return obj > 10 ? 0 : obj;
@@ -27,11 +28,23 @@ int KnownObject(int obj) {
 } // namespace
 
 TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,
-                           const TCurrentInifilesPath& paths, TUNabto& nabto, TModbusPanel& panel,
-                           IHost& host)
+                           const IClock& clock, const TCurrentInifilesPath& paths, TUNabto& nabto,
+                           TModbusPanel& panel, IHost& host)
     : TForm("NabtoDevice", "Nabto"), Identity(dialogs, nabto, device),
-      Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }), Dialogs(dialogs),
-      Wait(wait), Files(files), Paths(paths), Nabto(nabto), Panel(panel), Host(host) {
+      Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }), UpdateStatus(clock),
+      UpdateRun(wait, nabto, UpdateStatus, device, [&host] { return host.FormOpen(); }),
+      Upload(
+          {dialogs, files, clock, nabto, UpdateRun, memoDebug, streamDelayEdit, device, CurrentUpdateSWFile}),
+      Update({dialogs, files, clock, paths, nabto, Use, UpdateRun, UpdateStatus, Upload, memoDebug, device,
+              EnableContineousUpdate, CurrentUpdateSWFile}),
+      ContinuousUpdate({dialogs, files, clock, timers, paths, Use, UpdateStatus, Update, memoDebug, StatusBar,
+                        ButContUpdate, device, EnableContineousUpdate, CurrentUpdateSWFile}),
+      Eeprom(nabto, memoDebug, device),
+      FlashDatalog({host, dialogs, files, clock, paths, nabto, Use, Eeprom, memoDebug, StatusBar, device}),
+      ServiceTools({dialogs, files, clock, paths, nabto, Use, Eeprom, FlashDatalog, memoDebug,
+                    Identity.LblJson, device}),
+      Dialogs(dialogs), Wait(wait), Files(files), Clock(clock), Paths(paths), Nabto(nabto), Panel(panel),
+      Host(host) {
     InitControls();
     btnPing.OnClick = [this] {
         btnPingClick();
@@ -48,8 +61,20 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
     btnShowReadList.OnClick = [this] {
         btnShowReadListClick();
     };
+    ButErorlog.OnClick = [this] {
+        ButErorlogClick();
+    };
+    BtnUpdate.OnClick = [this] {
+        BtnUpdateClick();
+    };
+    ButContUpdate.OnClick = [this] {
+        ContinuousUpdate.ButContUpdateClick();
+    };
     OnShow = [this] {
         FormShow();
+    };
+    OnCloseQuery = [this](bool& mayClose) {
+        FormCloseQuery(mayClose);
     };
     OnClose = [this] {
         FormClose();
@@ -58,15 +83,20 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
 
 TNabtoDevice::~TNabtoDevice() {
     Nabto.FOnUpdateProgress = nullptr;
+    Nabto.MayGoOn = nullptr;
 }
 
 void TNabtoDevice::InitControls() {
-    TControl* const hidden[] = {&BtnUpdate,      &ButErorlog,      &ButFlashDatalog,       &ButAccount,
-                                &Button1,        &ButContUpdate,   &ExtendedSystemVersion, &BtnWriteFlash,
-                                &PanelReadFlash, &PanelReadEEprom, &PanelFDDatalog};
+    TControl* const hidden[] = {&BtnUpdate, &ButErorlog, &ButAccount, &ButContUpdate};
     for (TControl* control : hidden)
         control->SetVisible(false);
-    BtnWriteFlash.SetEnabled(false);
+    // Each of them asks the device, or changes what becomes the log of the running action.
+    Use.AddControls(
+        {&btnPing, &BtnUpdate, &butChangeDeviceID, &btnClearLog, &btnShowReadList, &Identity.btnUserAccount});
+    Use.AddControls({&ButErorlog, &FlashDatalog.ButFlashDatalog, &FlashDatalog.DayTracker,
+                     &FlashDatalog.DT_MaskeditStartDate, &FlashDatalog.DT_MaskeditEndDate,
+                     &FlashDatalog.DT_GetData, &ServiceTools.butGetEepromValues, &ServiceTools.BtnReadFlash,
+                     &ServiceTools.Button1, &ServiceTools.ExtendedSystemVersion});
     streamDelayEdit.SetText("10");
     const std::string delay = "Pause after each block written to the device; raise it when writing fails";
     LabStreamDelay.SetHint(delay);
@@ -75,8 +105,6 @@ void TNabtoDevice::InitControls() {
         streamDelayEdit.SelectAllRequested.Emit(); // taken; not a ping by the default button
     };
     btnShowReadList.SetHint("Lists the read questions of the open profile's devices");
-    Button1.SetHint("Resets the secondary processor of the device");
-    ExtendedSystemVersion.SetHint("Asks the device for its extended version data");
 }
 
 void TNabtoDevice::FormCreate() {
@@ -84,6 +112,9 @@ void TNabtoDevice::FormCreate() {
     Cycle.isLastResultError = false;
     Nabto.FOnUpdateProgress = [this](TStreamProgress&) {
         ShowProgress();
+    };
+    Nabto.MayGoOn = [this] {
+        return !FlashDatalog.Stopped();
     };
     ReadLanguage();
     ReadConfiguration();
@@ -100,22 +131,15 @@ void TNabtoDevice::ReadConfiguration() {
 }
 
 void TNabtoDevice::ReadLanguage() {
-    const TNabtodriverTexts texts = ReadNabtodriverTexts(TIniFile(Files, Paths.Languagefile));
+    const TIniFile language(Files, Paths.Languagefile);
+    UpdateStatus.Texts = ReadFirmwareUpdateTexts(language);
+    const TNabtodriverTexts texts = ReadNabtodriverTexts(language);
     btnPing.SetCaption(texts.Butping);
     BtnUpdate.SetCaption(texts.ButFWupdate);
     ButErorlog.SetCaption(texts.ButErrorlog);
-    ButFlashDatalog.SetCaption(texts.ButFlashdatalog);
     butChangeDeviceID.SetCaption(texts.ButChangeID);
     ButAccount.SetCaption(texts.ButAccount);
-    DT_GetData.SetCaption(texts.ButGetFlashData);
-    DT_LabelToday.SetCaption(texts.labbegin);
-    DT_LabelEndDay.SetCaption(texts.labfinish);
-    DT_LabelFrom.SetCaption(texts.labfrom);
-    DT_LabelTo.SetCaption(texts.labto);
-    QuestionDatalog = texts.questiondatalog;
-    MischStrings.adjustdays = texts.adjustdays;
-    MischStrings.adjustdaysheader = texts.adjustdaysheader;
-    MischStrings.errorlogcounter = texts.errorlogcounter;
+    FlashDatalog.ApplyTexts(texts);
 }
 
 int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
@@ -232,6 +256,8 @@ void TNabtoDevice::ShowProgress() {
     const std::uint64_t length = Nabto.currentstreamlength;
     const std::uint64_t percent = length == 0 ? 0 : std::uint64_t{Nabto.currentstreamprogress} * 100 / length;
     StatusBar.SetText(2, "progress " + std::to_string(percent) + " %");
+    if (UpdateStatus.Running())
+        UpdateStatus.SetProgress(Nabto.currentstreamprogress, Nabto.currentstreamlength);
     Wait.ProcessMessages();
 }
 
@@ -272,25 +298,50 @@ void TNabtoDevice::butChangeDeviceIDClick() {
         Dialogs.Show(*this);
 }
 
-// A button whose work is not there stays hidden, whatever the settings say.
+void TNabtoDevice::ButErorlogClick() {
+    std::string words;
+    {
+        const TDeviceUse::THold hold(Use);
+        if (!hold)
+            return;
+        words = Eeprom.ReadEeprom(static_cast<std::uint32_t>(Host.ErrorLogOffset()), errorLogBytes);
+    }
+    if (!words.empty() && Host.FormOpen())
+        Host.EvalErrorlog(words);
+}
+
+void TNabtoDevice::BtnUpdateClick() {
+    if (Use.Taken())
+        return;
+    ContinuousUpdate.UseMultibleFiles = false;
+    Update.SelectConfigFile();
+    const bool success = Update.UpdateSW(CurrentUpdateSWFile);
+    if (Host.FormOpen())
+        Dialogs.ShowMessage(success ? "Download success Device is online again" : "Error during update!");
+}
+
 void TNabtoDevice::FormShow() {
     Host.AddEventLog("Nabto form active");
     StatusBar.SetText(1, "Current DeviceID : " + device);
     LblNabto.SetCaption("ID : " + device);
-    const auto show = [](TButton& button, bool visible) {
-        button.SetVisible(visible && static_cast<bool>(button.OnClick));
-    };
-    show(BtnUpdate, true);
-    show(ButFlashDatalog, true);
-    show(ButErorlog, Host.ErrorLogVisible());
-    show(butChangeDeviceID, Host.ShowButtonDevid());
-    show(ButContUpdate, EnableContineousUpdate);
-    show(ExtendedSystemVersion, Enable_debugShowExtendedVersionInfo);
+    BtnUpdate.SetVisible(true);
+    FlashDatalog.ButFlashDatalog.SetVisible(true);
+    ButErorlog.SetVisible(Host.ErrorLogVisible());
+    butChangeDeviceID.SetVisible(Host.ShowButtonDevid());
+    ButContUpdate.SetVisible(EnableContineousUpdate);
+    ServiceTools.ExtendedSystemVersion.SetVisible(Enable_debugShowExtendedVersionInfo);
+}
+
+void TNabtoDevice::FormCloseQuery(bool& mayClose) {
+    if (UpdateStatus.Running() && Host.FormOpen())
+        mayClose = Dialogs.ShowMessageBox(EMessageKind::Confirmation, UpdateStatus.Texts.CloseWindow,
+                                          EButtons::YesNo) == EModalResult::Yes;
+    mayClose = mayClose && FlashDatalog.MayClose();
 }
 
 void TNabtoDevice::FormClose() {
     Host.AddEventLog("Nabto form closed");
-    PanelFDDatalog.SetVisible(false);
+    FlashDatalog.PanelFDDatalog.SetVisible(false);
 }
 
 } // namespace tidewell

@@ -5,9 +5,18 @@
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "core/controls/StatusBar.h"
+#include "link/ContinuousUpdate.h"
+#include "link/DeviceUse.h"
+#include "link/EepromReader.h"
+#include "link/FileUpload.h"
+#include "link/FirmwareUpdate.h"
+#include "link/FlashDatalog.h"
 #include "link/IdentityPanel.h"
 #include "link/PollCycle.h"
 #include "link/ReadBackSnapshot.h"
+#include "link/ServiceTools.h"
+#include "link/UpdateRun.h"
+#include "link/UpdateStatus.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -15,6 +24,7 @@
 
 namespace tidewell {
 
+class IClock;
 class IDialogs;
 class IFiles;
 class ITimers;
@@ -30,19 +40,20 @@ struct TCredentials;
 class TNabtoDevice : public TForm {
   public:
     // What the driver needs of the main form.
-    class IHost {
+    class IHost : public TFlashDatalog::IHost {
       public:
-        virtual ~IHost() = default;
         virtual void UpdateTimerTimer() = 0; // the values of a cycle are there
         virtual void StopLog() = 0;
         virtual void Setup1Click() = 0;
         virtual void AddEventLog(const std::string& line) = 0;
         virtual bool ShowButtonDevid() const = 0;
         virtual bool ErrorLogVisible() const = 0;
-        virtual bool FormOpen() const = 0; // false once the main form is closed
+        virtual std::int32_t ErrorLogOffset() const = 0; // EEPROM address
+        // Shows the events that these words hold.
+        virtual void EvalErrorlog(const std::string& wordList) = 0;
     };
 
-    TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,
+    TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files, const IClock& clock,
                  const TCurrentInifilesPath& paths, TUNabto& nabto, TModbusPanel& panel, IHost& host);
     ~TNabtoDevice() override;
 
@@ -71,6 +82,10 @@ class TNabtoDevice : public TForm {
     bool TryPing();
     void GetLocalDevices(TComboBox& sender);
     void SaveSetDatapointstringToStringlist();
+    // Reads the device's error log and has it shown.
+    void ButErorlogClick();
+    // Asks for a package and updates the device from it.
+    void BtnUpdateClick();
     const std::string& NabtoResultstring() const { return Cycle.NabtoResultstring; }
 
     TEvent<> FOnCycleDone; // a whole cycle stands in NabtoResultstring
@@ -83,10 +98,6 @@ class TNabtoDevice : public TForm {
     bool IsLocalDevice = false; // the id is in the list of local devices; set before init
     bool EnableContineousUpdate = false;
     bool Enable_debugShowExtendedVersionInfo = false;
-    std::string QuestionDatalog;
-    struct {
-        std::string adjustdays, adjustdaysheader, errorlogcounter;
-    } MischStrings;
 
     TLabel LblNabto{"LblNabto"};
     TALed LedNabto{"LedNabto"};
@@ -94,15 +105,8 @@ class TNabtoDevice : public TForm {
     TButton btnPing{"btnPing", "Ping"};
     TButton BtnUpdate{"BtnUpdate", "Update Firmware"};
     TButton ButErorlog{"ButErorlog", "Read Errorlog"};
-    TButton ButFlashDatalog{"ButFlashDatalog", "Flash Datalog"};
     TButton ButAccount{"ButAccount", "Account specific"};
     TButton butChangeDeviceID{"butChangeDeviceID", "Change DeviceID"};
-    TButton Button1{"Button1", "st reset"};
-    TButton ExtendedSystemVersion{"ExtendedSystemVersion", "system versions"};
-    TButton BtnWriteFlash{"BtnWriteFlash", "Write\"Flash\""};
-    TPanel PanelReadFlash{"PanelReadFlash"};
-    TPanel PanelReadEEprom{"PanelReadEEprom"};
-    TPanel PanelFDDatalog{"PanelFDDatalog"};
     TPanel Paneldebug{"Paneldebug"};
     TMemo memoDebug{"memoDebug"};
     TButton btnClearLog{"btnClearLog", "Clear Log"};
@@ -112,20 +116,26 @@ class TNabtoDevice : public TForm {
     TLabel LabStreamDelay{"LabStreamDelay", "Stream Write Delay"};
     TLabel LabStreamDelayUnit{"LabStreamDelayUnit", "ms"};
     TStatusBar StatusBar{"StatusBar", {{200, {}, false}, {340, {}, false}, {200, {}, false}}};
-    // On PanelFDDatalog.
-    TButton DT_GetData{"DT_GetData"};
-    TLabel DT_LabelToday{"DT_LabelToday"};
-    TLabel DT_LabelEndDay{"DT_LabelEndDay"};
-    TLabel DT_LabelFrom{"DT_LabelFrom"};
-    TLabel DT_LabelTo{"DT_LabelTo"};
 
     TIdentityPanel Identity;
     TReadBackSnapshot ReadBack;
     TPollCycle Cycle;
 
+    std::filesystem::path CurrentUpdateSWFile; // the package in force
+    TDeviceUse Use;
+    TUpdateStatus UpdateStatus;
+    TUpdateRun UpdateRun;
+    TFileUpload Upload;
+    TFirmwareUpdate Update;
+    TContinuousUpdate ContinuousUpdate;
+    TEepromReader Eeprom;
+    TFlashDatalog FlashDatalog;
+    TServiceTools ServiceTools;
+
   private:
     void InitControls();
     void FormShow();
+    void FormCloseQuery(bool& mayClose);
     void FormClose();
     void btnPingClick();
     void btnShowReadListClick();
@@ -141,6 +151,7 @@ class TNabtoDevice : public TForm {
     IDialogs& Dialogs;
     IWait& Wait;
     IFiles& Files;
+    const IClock& Clock; // stamps of file names
     const TCurrentInifilesPath& Paths;
     TUNabto& Nabto;
     const TModbusPanel& Panel;

@@ -93,11 +93,10 @@ std::optional<std::vector<std::uint8_t>> TNabtoStream::Read(std::uint32_t readLe
         Dialogs.ShowMessage("No NabtoStreamReadData Function Loaded");
         return std::nullopt;
     }
-    // Each chunk is asked for with the full length as capacity, wherever it starts, so the last one may run
-    // on behind the length by as much again.
-    std::vector<std::uint8_t> buffer(std::size_t{readLength} * 2);
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(readLength);
     try {
-        if (!ReadChunks(buffer, readLength))
+        if (!ReadChunks(readLength, bytes))
             return std::nullopt;
     } catch (const std::exception& error) {
         Dialogs.ShowMessage(std::string(ClassName(error)) + " error raised, with message : " + error.what());
@@ -105,17 +104,23 @@ std::optional<std::vector<std::uint8_t>> TNabtoStream::Read(std::uint32_t readLe
     timeoutTimer->SetEnabled(false);
     if (streamTimeout)
         Dialogs.ShowMessage("Stream Read, Timeout :(");
-    buffer.resize(readLength);
-    return buffer;
+    bytes.resize(readLength);
+    return bytes;
 }
 
-bool TNabtoStream::ReadChunks(std::vector<std::uint8_t>& buffer, std::uint32_t readLength) {
-    std::size_t got = 0;
-    while (got < readLength && !streamTimeout) {
+bool TNabtoStream::ReadChunks(std::uint32_t readLength, std::vector<std::uint8_t>& bytes) {
+    // Each chunk is asked for with the full length as capacity, however much is there already. What is never
+    // written takes no memory.
+    const auto chunk = std::make_unique_for_overwrite<std::uint8_t[]>(readLength);
+    while (bytes.size() < readLength && !streamTimeout) {
+        if (Progress.Ended()) {
+            timeoutTimer->SetEnabled(false);
+            return false;
+        }
         Arm();
         std::size_t count = 0;
         const auto status = static_cast<TNabtoStatus>(
-            Library.NabtoStreamReadIntoBuf(Stream, buffer.data() + got, readLength, &count));
+            Library.NabtoStreamReadIntoBuf(Stream, chunk.get(), readLength, &count));
         if (status != NABTO_OK) {
             CloseRepeatedly();
             ShowNabtoStatus(Library, Dialogs, status);
@@ -128,9 +133,11 @@ bool TNabtoStream::ReadChunks(std::vector<std::uint8_t>& buffer, std::uint32_t r
             Wait.ProcessMessages();
             continue;
         }
-        got += std::min<std::size_t>(count, readLength);
+        // The last one may run on behind the length.
+        bytes.insert(bytes.end(), chunk.get(),
+                     chunk.get() + std::min<std::size_t>(count, readLength - bytes.size()));
         timeoutTimer->SetEnabled(false);
-        Progress.currentstreamprogress = static_cast<std::uint32_t>(std::min<std::size_t>(got, readLength));
+        Progress.currentstreamprogress = static_cast<std::uint32_t>(bytes.size());
         Progress.DoUpdateProgress();
     }
     return true;
@@ -147,6 +154,10 @@ TNabtoStatus TNabtoStream::Write(std::span<const std::uint8_t> data, int streamD
     Progress.currentstreamprogress = 0;
     Arm();
     while (!data.empty() && !streamTimeout) {
+        if (Progress.Ended()) {
+            timeoutTimer->SetEnabled(false);
+            return NABTO_ABORTED;
+        }
         Arm();
         const auto chunk = data.first(std::min(data.size(), writeChunk));
         status = static_cast<TNabtoStatus>(

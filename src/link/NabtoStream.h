@@ -5,6 +5,7 @@
 #include "link/NabtoClientApi.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -28,7 +29,11 @@ class TStreamProgress {
     std::uint32_t currentstreamlength = 0;
     std::uint32_t currentstreamprogress = 0;
     TEvent<TStreamProgress&> FOnUpdateProgress;
+    // Asked before each chunk, as the event loop runs between them; false ends the transfer without a word.
+    // Unset, it goes on.
+    std::function<bool()> MayGoOn;
     virtual void DoUpdateProgress() { FOnUpdateProgress(*this); }
+    bool Ended() const { return MayGoOn && !MayGoOn(); }
 };
 
 // The one byte stream to a device: Start, then reads or writes, then Stop. Blocks its caller.
@@ -41,15 +46,17 @@ class TNabtoStream {
     bool Start(void* session, const std::string& device);
     // The reverse: false when the stream was closed, true when closing failed, which was shown.
     bool Stop();
-    // That many bytes; after a time-out what is missing is zero. Nothing when the stream broke.
+    // That many bytes; after a time-out what is missing is zero. Nothing when the stream broke or the
+    // transfer was ended.
     std::optional<std::vector<std::uint8_t>> Read(std::uint32_t readLength);
-    // In chunks, each followed by streamDelay ms. Gives the last status; NABTO_FAILED for no data.
+    // In chunks, each followed by streamDelay ms. Gives the last status; NABTO_FAILED for no data,
+    // NABTO_ABORTED for a transfer that was ended.
     TNabtoStatus Write(std::span<const std::uint8_t> data, int streamDelay);
 
   private:
     void Prepare(int timeout); // ms
     void Arm();
-    bool ReadChunks(std::vector<std::uint8_t>& buffer, std::uint32_t readLength);
+    bool ReadChunks(std::uint32_t readLength, std::vector<std::uint8_t>& bytes);
     void CloseRepeatedly();
 
     const TNabtoLibrary& Library;

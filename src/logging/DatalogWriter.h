@@ -32,10 +32,6 @@ struct TDatalogRows {
 void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatalogRows& rows,
                   std::string_view header);
 
-// The path itself, or, if there is such a file, the first of "name-2.csv", "name-3.csv", ... that is free.
-// The names of datalogs tell the minute only, and an earlier log must not go.
-std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::path& wanted);
-
 // The name chosen in a save dialog, with ".csv" behind a name that holds it nowhere. The dialog has asked
 // about the name as it was typed, so one that was completed and is there asks again; empty: not to be
 // replaced.

@@ -10,6 +10,8 @@
 #include "mainform/NabtoUserFolder.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace tidewell {
 
@@ -40,6 +42,9 @@ TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrent
       DatalogReader(DatalogParts()), SdDatalogReader(DatalogParts()), CsvExport(DatalogParts()),
       ProfileOpening(ports, TProfileOpening::TParts{*this, paths, ModbusPanel, Profile, SetpointPage,
                                                     GraphPage, nabto, forms.NabtoDevice}),
+      ErrorLog({Hosts.ErrorLog, ports.Files, ports.Clock, paths, Configuration.ErrorLog, Profile, ModbusPanel,
+                TheTab}),
+      FlashView(ports, {*this, Profile, ProfileOpening, GraphPage, forms.NabtoDevice}),
       ReadBack(Hosts.ReadBack, ports.Wait, forms.NabtoDevice),
       SetpointFiles(TSetpointFiles::TParts{
           ports.Dialogs, ports.Files, ports.Clock, ModbusPanel, Hosts.ReadBack, ReadBack, forms.LoadSetpoints,
@@ -69,6 +74,9 @@ void TFormMain::ConnectControls() {
         InitTimer->SetEnabled(false);
         InitTimer->SetEnabled(true);
     };
+    OnCloseQuery = [this](bool& mayClose) {
+        FormCloseQuery(mayClose);
+    };
     OnClose = [this] {
         FormClose();
     };
@@ -86,6 +94,9 @@ void TFormMain::ConnectControls() {
     };
     DeviceID.OnClick = [this] {
         Setup1Click();
+    };
+    but_swupdate.OnClick = [this] {
+        but_swupdateClick();
     };
     OpenProfile2.OnClick = [this] {
         OpenProfile2Click();
@@ -135,8 +146,36 @@ void TFormMain::ConnectControls() {
     };
 }
 
+void TFormMain::ConnectService() {
+    but_errorlog.OnClick = [this] {
+        but_errorlogClick();
+    };
+    Errorlog1.OnClick = [this] {
+        ErrorLog.Errorlog1Click();
+    };
+    FlasDatalog1.OnClick = [this] {
+        FlasDatalog1Click();
+    };
+    // A read that is under way is one of this device and this profile.
+    Forms.NabtoDevice.Use.AddControls({&but_errorlog, &FlasDatalog1, &DeviceID, &Setup1, &OpenProfile2});
+}
+
+void TFormMain::ConnectUpdate() {
+    TUpdateStatus& status = Forms.NabtoDevice.UpdateStatus;
+    FollowUpdate.push_back(status.Changed.Connect([this, &status] { LockForUpdate(status.Running()); }));
+    for (TControl* shown :
+         {static_cast<TControl*>(&status.LabUpdatePhase), static_cast<TControl*>(&status.LabUpdateFile),
+          static_cast<TControl*>(&status.UpdateProgress)})
+        FollowUpdate.push_back(shown->Changed.Connect([this] { ShowUpdate(); }));
+    ButShowUpdate.OnClick = [this] {
+        Ports.Dialogs.Show(Forms.NabtoDevice);
+    };
+}
+
 void TFormMain::FormCreate() {
     DeleteNabtoUserFolder();
+    ConnectUpdate();
+    ConnectService();
     const TCloudSettings cloud = ReadCloudSettings(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile),
                                                    FCurrentInifilesPath.directorypath);
     Http = Ports.MakeHttp(cloud.CaFile);
@@ -324,6 +363,58 @@ void TFormMain::Nabtodebug1Click() {
     Ports.Dialogs.Show(Forms.NabtoDevice);
 }
 
+void TFormMain::but_swupdateClick() {
+    StopLog();
+    LiveLog.TimerLogAutostart->SetEnabled(false); // no start of its own below the dialog
+    Ports.Dialogs.Show(Forms.NabtoDevice);
+    Forms.NabtoDevice.BtnUpdateClick();
+}
+
+void TFormMain::but_errorlogClick() {
+    StopLog();
+    Forms.NabtoDevice.ButErorlogClick();
+}
+
+void TFormMain::FlasDatalog1Click() {
+    Nabtodebug1Click();
+    if (!Forms.NabtoDevice.FlashDatalog.PanelFDDatalog.Visible())
+        Forms.NabtoDevice.FlashDatalog.ButFlashDatalogClick();
+}
+
+// The service form, which tells more, may be closed or covered.
+void TFormMain::ShowUpdate() {
+    const TUpdateStatus& status = Forms.NabtoDevice.UpdateStatus;
+    std::string text = status.Texts.Running + " " + status.LabUpdatePhase.Caption();
+    if (status.LabUpdateFile.Visible())
+        text += ", " + status.LabUpdateFile.Caption();
+    LblUpdate.SetCaption(text);
+    ButShowUpdate.SetCaption(status.Texts.Show);
+    UpdatePanel.SetVisible(status.Running());
+    FileProgressBar.SetMax(status.UpdateProgress.Max());
+    FileProgressBar.SetPosition(status.UpdateProgress.Position());
+    FileProgressBar.SetVisible(status.Running() && status.UpdateProgress.Visible());
+}
+
+void TFormMain::LockForUpdate(bool running) {
+    ShowUpdate();
+    if (!running) {
+        UpdateLock.Release();
+        return;
+    }
+    LiveLog.TimerLogAutostart->SetEnabled(false);
+    std::vector<TControl*> controls{&TrafficButton,
+                                    &DeviceID,
+                                    &but_swupdate,
+                                    &but_errorlog,
+                                    &SetpointPage.SetpointTreeView,
+                                    &SetpointPage.SetpointGrid};
+    for (const TMenuItem& menu : MainMenu.Items)
+        for (TMenuItem& item : menu.Items)
+            if (&item != &Nabtodebug1 && &item != &Close1)
+                controls.push_back(&item);
+    UpdateLock.Lock(controls);
+}
+
 void TFormMain::KeepAliveTimerTimer() {
     KeepAliveTimer->SetEnabled(false);
     ApiClient->KeepAlive();
@@ -370,45 +461,31 @@ void TFormMain::SetpointPageResized(int gridClientWidth, int groupClientHeight) 
 }
 
 void TFormMain::FormKeyDown(EKey key, bool& handled) {
+    const std::array<std::pair<EKey, TMenuItem*>, 9> keys{{{EKey::F2, &OpenProfile2},
+                                                           {EKey::F3, &OpenDatalogfile1},
+                                                           {EKey::F4, &SaveUserDatalog1},
+                                                           {EKey::F5, &StartLog1},
+                                                           {EKey::F6, &WindowSetpoint1},
+                                                           {EKey::F7, &WindowGraph1},
+                                                           {EKey::F8, &Setup1},
+                                                           {EKey::F11, &Nabtodebug1},
+                                                           {EKey::F12, &Changelanguage1}}};
     handled = true;
-    switch (key) {
-    case EKey::Escape:
-        Close1Click();
-        break;
-    case EKey::F1:
-        if (TheTab.IsActive(TabSetpoint))
-            ContextHelp.Show(Texts.ErrorMissingAdobe);
-        break;
-    case EKey::F2:
-        OpenProfile2.Click();
-        break;
-    case EKey::F3:
-        OpenDatalogfile1.Click();
-        break;
-    case EKey::F4:
-        SaveUserDatalog1.Click();
-        break;
-    case EKey::F5:
-        StartLog1.Click();
-        break;
-    case EKey::F6:
-        WindowSetpoint1.Click();
-        break;
-    case EKey::F7:
-        WindowGraph1.Click();
-        break;
-    case EKey::F8:
-        Setup1.Click();
-        break;
-    case EKey::F11:
-        Nabtodebug1.Click();
-        break;
-    case EKey::F12:
-        Changelanguage1.Click();
-        break;
-    default:
-        handled = false;
-    }
+    for (const auto& [itsKey, item] : keys)
+        if (itsKey == key)
+            return item->Click();
+    if (key == EKey::Escape)
+        return Close1Click();
+    if (key == EKey::F1 && TheTab.IsActive(TabSetpoint))
+        return ContextHelp.Show(Texts.ErrorMissingAdobe);
+    handled = key == EKey::F1;
+}
+
+void TFormMain::FormCloseQuery(bool& mayClose) {
+    if (AskBeforeClose && Forms.NabtoDevice.UpdateStatus.Running())
+        mayClose = Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
+                                                Forms.NabtoDevice.UpdateStatus.Texts.CloseProgram,
+                                                EButtons::YesNo) == EModalResult::Yes;
 }
 
 // The first failure to save keeps the form open, so that the log can be saved elsewhere; a second close

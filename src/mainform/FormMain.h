@@ -3,6 +3,8 @@
 #include "cloud/ApiClient.h"
 #include "cloud/NabtoLogOn.h"
 #include "core/Configuration.h"
+#include "core/controls/ControlLock.h"
+#include "errorlog/ErrorLog.h"
 #include "graph/GraphPage.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
@@ -14,6 +16,7 @@
 #include "logging/SdDatalogReader.h"
 #include "mainform/CommandLine.h"
 #include "mainform/ContextHelp.h"
+#include "mainform/FlashView.h"
 #include "mainform/FormMainControls.h"
 #include "mainform/FormMainHosts.h"
 #include "mainform/Languagedialog.h"
@@ -69,12 +72,18 @@ class TFormMain : public TFormMainControls {
     void Close1Click() { Close(); }
     void Changelanguage1Click();
     void Nabtodebug1Click();
+    void but_swupdateClick();
+    void but_errorlogClick();
+    void FlasDatalog1Click();
+    void ShowInFront() { Ports.Dialogs.Show(*this); }
     void KeepAliveTimerTimer();
     void NabtoDeleteUsersTimer();
     void DeleteNabtoUserFolder();
     void TheTabChange();
     void FormResize();
     void FormKeyDown(EKey key, bool& handled);
+    // Asks before a firmware update is cut off by the close.
+    void FormCloseQuery(bool& mayClose);
     void FormClose();
     // The view tells the sizes, in pixels, that the setpoint page has got.
     void SetpointPageResized(int gridClientWidth, int groupClientHeight);
@@ -88,6 +97,9 @@ class TFormMain : public TFormMainControls {
     TSetpointTexts SetpointTexts;
     TCommandLineParameters _commandLineParameters;
     bool ShowButtonDevid = false;
+    bool AskBeforeClose = true; // false when nobody is there to answer
+    // False once the form is closed or the program is asked to end.
+    bool IsOpen() const { return Visible() && !Ports.Application.Terminated(); }
 
     TFormMainHosts Hosts{*this};
 
@@ -109,6 +121,8 @@ class TFormMain : public TFormMainControls {
     TSdDatalogReader SdDatalogReader;
     TCsvExport CsvExport;
     TProfileOpening ProfileOpening;
+    TErrorLog ErrorLog;
+    TFlashView FlashView;
     TReadBack ReadBack;
     TSetpointFiles SetpointFiles;
 
@@ -120,6 +134,11 @@ class TFormMain : public TFormMainControls {
   private:
     void ReadConfigurationFiles();
     void ConnectControls();
+    void ConnectUpdate();
+    void ConnectService();
+    // While a firmware update runs, all but the way to its form and the close.
+    void LockForUpdate(bool running);
+    void ShowUpdate();
     TDatalogParts DatalogParts();
     void ShowReadBack();
     void CreateDirectories();
@@ -131,6 +150,8 @@ class TFormMain : public TFormMainControls {
     TConnection ReadBackChanged;
     std::unique_ptr<IHttp> Http;
     std::unique_ptr<TApiClient> ApiClient;
+    TControlLock UpdateLock;
+    std::vector<TConnection> FollowUpdate;
     int GridClientWidth = 0;
     int GroupClientHeight = 0;
 };

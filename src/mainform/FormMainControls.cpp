@@ -24,15 +24,13 @@ TFormMainControls::TFormMainControls()
     Close1.SetShortCut("Esc");
 
     Open_sd_datalog.SetVisible(false); // nothing shows it
-    // Work that does not exist yet has no entry.
-    Errorlog1.SetVisible(false);
-    FlasDatalog1.SetVisible(false);
-    but_swupdate.SetVisible(false);
-    but_errorlog.SetVisible(false);
+    Errorlog1.SetVisible(false);       // nothing shows it
+    FlasDatalog1.SetVisible(false);    // until a profile with a flash datalog is open
 
     TheTab.Pages = {TabSetpoint, TabGraph};
     FileProgressBar.SetVisible(false);
     ReadBackPanel.SetVisible(false);
+    UpdatePanel.SetVisible(false);
 }
 
 void TFormMainControls::ApplyTexts(const THeadApplTexts& texts) {

@@ -66,6 +66,11 @@ struct TFormMainControls : TForm {
     TPanel ReadBackPanel{"ReadBackPanel"};
     TLabel LblReadBack{"LblReadBack"};
     TButton ButStopReadBack{"ButStopReadBack", "Stop waiting"};
+
+    // In the same place, while a firmware update runs. The bar shows how much of a file is sent.
+    TPanel UpdatePanel{"UpdatePanel"};
+    TLabel LblUpdate{"LblUpdate"};
+    TButton ButShowUpdate{"ButShowUpdate"};
 };
 
 } // namespace tidewell

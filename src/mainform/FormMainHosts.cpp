@@ -66,7 +66,47 @@ bool TFormMainHosts::TNabtoDeviceHost::ErrorLogVisible() const {
 }
 
 bool TFormMainHosts::TNabtoDeviceHost::FormOpen() const {
-    return Main.Visible();
+    return Main.IsOpen();
+}
+
+void TFormMainHosts::TNabtoDeviceHost::StopRunningLog() {
+    if (Main.Device().Cycle.Dologging)
+        Main.StopLog();
+}
+
+std::int32_t TFormMainHosts::TNabtoDeviceHost::FlashCounterAddress() const {
+    return Main.Profile.FlashPage.DF_FDCountNum;
+}
+
+std::string TFormMainHosts::TNabtoDeviceHost::CreateDatalogHeader() const {
+    return Main.LiveLog.CreateDatalogHeader();
+}
+
+std::filesystem::path TFormMainHosts::TNabtoDeviceHost::GetFlashLogProfilepath() const {
+    return Main.Profile.GetFlashLogProfilepath();
+}
+
+void TFormMainHosts::TNabtoDeviceHost::ShowFlashDatalog(const std::filesystem::path& profile,
+                                                        const std::filesystem::path& file) {
+    StopRunningLog(); // one that was started while the question was open
+    Main.FlashView.Show(profile, file);
+}
+
+std::int32_t TFormMainHosts::TNabtoDeviceHost::ErrorLogOffset() const {
+    return Main.Profile.ErrorLogOffset;
+}
+
+void TFormMainHosts::TNabtoDeviceHost::EvalErrorlog(const std::string& wordList) {
+    Main.ShowInFront();
+    Main.ErrorLog.EvalErrorlog(wordList);
+}
+
+void TFormMainHosts::TErrorLogHost::StopLog() {
+    Main.StopLog();
+}
+
+void TFormMainHosts::TErrorLogHost::StartLog(bool questionEnable, bool clearData) {
+    Main.StartLog(questionEnable, clearData);
 }
 
 TApiClient& TFormMainHosts::TSetupFormHost::ApiClient() {
@@ -96,11 +136,11 @@ void TFormMainHosts::TCommandLineActions::SetAccessToken(const std::string& jwt)
 }
 
 void TFormMainHosts::TCommandLineActions::ShowEEpromPanel() {
-    Main.Device().PanelReadEEprom.SetVisible(true);
+    Main.Device().ServiceTools.PanelReadEEprom.SetVisible(true);
 }
 
 void TFormMainHosts::TCommandLineActions::ShowFlashPanel() {
-    Main.Device().PanelReadFlash.SetVisible(true);
+    Main.Device().ServiceTools.PanelReadFlash.SetVisible(true);
 }
 
 void TFormMainHosts::TCommandLineActions::EnableContineousUpdate() {

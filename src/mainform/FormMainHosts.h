@@ -1,5 +1,6 @@
 #pragma once
 
+#include "errorlog/ErrorLog.h"
 #include "link/NabtoDevice.h"
 #include "link/SetupForm.h"
 #include "logging/DatalogReader.h"
@@ -10,6 +11,7 @@
 #include "setpoints/SetpointPage.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -22,7 +24,7 @@ class TFormMainHosts {
   public:
     explicit TFormMainHosts(TFormMain& main)
         : LiveLog(main), NabtoDevice(main), SetupForm(main), CommandLine(main), SetpointPage(main),
-          ReadBack(main), InputDialog(main), Datalog(main) {}
+          ReadBack(main), InputDialog(main), Datalog(main), ErrorLog(main) {}
 
     class TLiveLogHost : public TLiveLog::IHost {
       public:
@@ -51,6 +53,14 @@ class TFormMainHosts {
         bool ShowButtonDevid() const override;
         bool ErrorLogVisible() const override;
         bool FormOpen() const override;
+        void StopRunningLog() override;
+        std::int32_t FlashCounterAddress() const override;
+        std::string CreateDatalogHeader() const override;
+        std::filesystem::path GetFlashLogProfilepath() const override;
+        void ShowFlashDatalog(const std::filesystem::path& profile,
+                              const std::filesystem::path& file) override;
+        std::int32_t ErrorLogOffset() const override;
+        void EvalErrorlog(const std::string& wordList) override;
 
       private:
         TFormMain& Main;
@@ -77,6 +87,16 @@ class TFormMainHosts {
         void ShowFlashPanel() override;
         void EnableContineousUpdate() override;
         void EnableExtendedVersionInfo() override;
+
+      private:
+        TFormMain& Main;
+    };
+
+    class TErrorLogHost : public TErrorLog::IHost {
+      public:
+        explicit TErrorLogHost(TFormMain& main) : Main(main) {}
+        void StopLog() override;
+        void StartLog(bool questionEnable, bool clearData) override;
 
       private:
         TFormMain& Main;
@@ -134,6 +154,7 @@ class TFormMainHosts {
     TReadBackHost ReadBack;
     TInputDialogHost InputDialog;
     TDatalogHost Datalog;
+    TErrorLogHost ErrorLog;
 };
 
 } // namespace tidewell

@@ -52,6 +52,7 @@ void TProfileOpening::ReloadDeviceData() {
     Parts.Controls.TheTab.SetActivePage(Parts.Controls.TabGraph);
     Parts.Device.SetNabtoQuestion(Parts.Paths.plsfile);
     Parts.Profile.ReadNabtoSection(Parts.Paths.plsfile);
+    Parts.Controls.FlasDatalog1.SetVisible(Parts.Profile.FlashPage.doFlashPage);
     Parts.GraphPage.GraphInit(true);
     if (fault)
         std::rethrow_exception(fault);

@@ -22,8 +22,8 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
       FormMain(
           Ports, Options, Splashscreen.FCurrentInifilesPath, Nabto,
           TFormMain::TForms{NabtoDevice, NabtoLogOn, languagedialog, SetupForm, InputDialog, LoadSetpoints}),
-      NabtoDevice(Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Splashscreen.FCurrentInifilesPath,
-                  Nabto, FormMain.ModbusPanel, FormMain.Hosts.NabtoDevice),
+      NabtoDevice(Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Ports.Clock,
+                  Splashscreen.FCurrentInifilesPath, Nabto, FormMain.ModbusPanel, FormMain.Hosts.NabtoDevice),
       NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Splashscreen.FCurrentInifilesPath,
                  [this] { return NabtoDevice.LastPW; }),
       languagedialog(Ports, Options, Splashscreen.FCurrentInifilesPath),
@@ -76,6 +76,7 @@ void TProgram::CreateForms() {
 }
 
 void TProgram::Finish() {
+    FormMain.AskBeforeClose = false;
     if (!FormMain.Visible() || RunGuarded(Ports.Dialogs, [this] { FormMain.Close(); }))
         return;
     if (FormMain.LogBuffers.DatalogCount > 0)

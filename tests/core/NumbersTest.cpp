@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <random>
 #include <tuple>
 
@@ -32,6 +33,17 @@ TEST(Numbers, Integers) {
     };
     for (const auto& [text, value] : table)
         EXPECT_EQ(TryToInteger(text), value) << text;
+    const std::pair<const char*, std::optional<std::int64_t>> wide[] = {
+        {"4294967296", 4294967296},
+        {"$FFFFFFFF", 4294967295},
+        {"-0x8000000000000000", std::numeric_limits<std::int64_t>::min()},
+        {"-$8000000000000001", std::nullopt},
+        {"9223372036854775808", std::nullopt},
+    };
+    for (const auto& [text, value] : wide)
+        EXPECT_EQ(TryToInteger64(text), value) << text;
+    EXPECT_THAT([] { ToInteger64("1 h"); },
+                ThrowsMessage<EConvertError>("'1 h' is not a valid integer value"));
 }
 
 TEST(Numbers, Floats) {

@@ -1,11 +1,13 @@
 #include "desktop/views/InputView.h"
 
 #include "Support.h"
+#include "desktop/QtClock.h"
 #include "link/FakeNabto.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/InputDialog.h"
+#include "support/IdleDeviceHost.h"
 #include "support/MemoryFiles.h"
 #include "widgets/BitGridView.h"
 
@@ -23,14 +25,7 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 
-struct THost : TNabtoDevice::IHost, TInputDialog::IHost {
-    void UpdateTimerTimer() override {}
-    void StopLog() override {}
-    void Setup1Click() override {}
-    void AddEventLog(const std::string&) override {}
-    bool ShowButtonDevid() const override { return false; }
-    bool ErrorLogVisible() const override { return false; }
-    bool FormOpen() const override { return true; }
+struct THost : TIdleDeviceHost, TInputDialog::IHost {
     void RepaintStatusBar() override {}
 };
 
@@ -89,7 +84,8 @@ class InputViewTest : public testing::Test {
     TCurrentInifilesPath Paths{"/t/s.inn", {}, {}, {}, "/t"};
     TModbusPanel Panel{Files, Desk.Wait};
     TUNabto Nabto{Library, Desk.Dialogs, Desk.Timers, Desk.Wait, Files, "/t"};
-    TNabtoDevice Device{Desk.Dialogs, Desk.Timers, Desk.Wait, Files, Paths, Nabto, Panel, Host};
+    TQtClock Clock;
+    TNabtoDevice Device{Desk.Dialogs, Desk.Timers, Desk.Wait, Files, Clock, Paths, Nabto, Panel, Host};
     TMemo Log{"MemoEventLog"};
     TInputDialog Dialog{{Desk.Dialogs, Panel, Device, Log, Host}};
 };

@@ -28,5 +28,6 @@ struct TPicture {
 
 std::vector<TPicture> SetpointPictures();
 std::vector<TPicture> GraphPictures();
+std::vector<TPicture> ServicePictures();
 
 } // namespace tidewell::test

@@ -126,6 +126,7 @@ bool Take(const TPicture& picture, const QString& folder, const QString& theme) 
         std::cerr << picture.Name.toStdString() << ": the robot " << line.toStdString() << '\n';
         screen.Desktop.Dialogs.CancelAll();
     });
+    const TStage stage{screen, robot};
     const auto shoot = [&](QWidget& window) {
         const QPixmap framed = Framed(window);
         const QString file = QStringLiteral("%1/%2-%3-%4.png")
@@ -188,6 +189,7 @@ int Run(int argc, char** argv) {
     std::vector<TPicture> pictures = Pictures();
     std::ranges::move(SetpointPictures(), std::back_inserter(pictures));
     std::ranges::move(GraphPictures(), std::back_inserter(pictures));
+    std::ranges::move(ServicePictures(), std::back_inserter(pictures));
     for (const TPicture& picture : pictures)
         if (wanted.isEmpty() || wanted.contains(picture.Name))
             good = Take(picture, arguments.at(1), theme) && good;

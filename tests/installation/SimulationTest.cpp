@@ -10,6 +10,7 @@
 
 #include <array>
 #include <functional>
+#include <set>
 
 namespace tidewell::test {
 
@@ -84,7 +85,7 @@ TEST_F(SimulatedInstallation, EveryQueryIsDeclaredInBothInterfaces) {
         {"setpointReadValue.json", ValueToJson("100", "1", "0")},
         {"datapointReadValue.json", ValueToJson("0", "1", "0")},
         {"setpointWriteValue.json", FormatSaveSetpoint(0, 100, 5)},
-        {"admincmd.json", GetCMD(42)},
+        {"admincmd.json", GetCMD(1)},
         {"flashRead.json", FormatRWData(131072, 4096)},
         {"flashWrite.json", FormatRWData(131072, 4096)},
         {"eepReadRaw.json", FormatRWData(512, 400)},
@@ -151,6 +152,30 @@ TEST_F(SimulatedInstallation, SetpointsKeepWhatIsWritten) {
             Ask({.Obj = obj, .Command = 3, .Address = profile.Profile.DF_HPM_SETPKTNUM + 3, .Length = 1}),
             testing::ElementsAre("0"));
     });
+}
+
+// The flash log holds what its profile lists, on every day of its 146.
+TEST_F(SimulatedInstallation, FlashRecordsLieWithinTheLimitsOfTheirProfile) {
+    const TInstalledProfile profile(Installation, "Aria450_english_Flash.pls");
+    TSimulatedController& controller = *Simulation.FindController("aria1");
+    std::set<std::string> outdoor;
+    for (std::uint32_t block = 1001; block < 2544; block += 47) {
+        const std::uint32_t address = 0x20000 + block * 4096;
+        ASSERT_TRUE(controller.Query("flashRead.json", FormatRWData(address, 256), 0).Answered);
+        ASSERT_TRUE(controller.OpenStream(0));
+        const std::string bytes = controller.ReadStream(256, 0).Bytes;
+        ASSERT_EQ(bytes.size(), 256U);
+        for (const TListRow& row : profile.Rows) {
+            const auto at = static_cast<std::size_t>(row.Integer(8) - 1) * 2; // behind date and time
+            const std::int32_t word =
+                static_cast<unsigned char>(bytes.at(at)) * 256 + static_cast<unsigned char>(bytes.at(at + 1));
+            const std::int32_t value = row.Integer(3) < 0 && word > 32767 ? word - 65536 : word;
+            EXPECT_TRUE(value >= row.Integer(3) && value <= row.Integer(4)) << row.Name() << " " << value;
+            if (row.Name().ends_with("Outdoor air"))
+                outdoor.insert(std::to_string(value));
+        }
+    }
+    EXPECT_GT(outdoor.size(), 10U);
 }
 
 // The faults that the file offers as comments are good ones.

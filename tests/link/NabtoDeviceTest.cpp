@@ -42,6 +42,13 @@ struct TFakeHost : TNabtoDevice::IHost {
     bool ShowButtonDevid() const override { return Devid; }
     bool ErrorLogVisible() const override { return ErrorLog; }
     bool FormOpen() const override { return Open; }
+    void StopRunningLog() override { Events.emplace_back("StopRunningLog"); }
+    std::int32_t FlashCounterAddress() const override { return 256; }
+    std::string CreateDatalogHeader() const override { return ";[HeaderStart]"; }
+    std::filesystem::path GetFlashLogProfilepath() const override { return {}; }
+    void ShowFlashDatalog(const std::filesystem::path&, const std::filesystem::path&) override {}
+    std::int32_t ErrorLogOffset() const override { return 512; }
+    void EvalErrorlog(const std::string& wordList) override { Events.push_back(wordList); }
     std::vector<std::string> Events;
     bool Devid = true;
     bool ErrorLog = true;
@@ -75,7 +82,7 @@ class TNabtoDeviceTest : public testing::Test {
     TApiClient Client{Http, Dialogs, {"api.example", 4161}};
     TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
     TModbusPanel Panel{Files, Time};
-    TNabtoDevice Device{Dialogs, Time, Time, Files, Paths, Nabto, Panel, Host};
+    TNabtoDevice Device{Dialogs, Time, Time, Files, Time, Paths, Nabto, Panel, Host};
 };
 
 TEST_F(TNabtoDeviceTest, CreationReadsConfigurationAndTexts) {
@@ -85,8 +92,8 @@ TEST_F(TNabtoDeviceTest, CreationReadsConfigurationAndTexts) {
     EXPECT_EQ(Device.Cycle.timerLogger->Interval(), 500);
     EXPECT_EQ(Device.Cycle.timerQuery->Interval(), 10);
     EXPECT_EQ(Device.btnPing.Caption(), "Anpingen");
-    EXPECT_EQ(Device.DT_LabelFrom.Caption(), "von");
-    EXPECT_EQ(Device.MischStrings.adjustdays, "Tage");
+    EXPECT_EQ(Device.FlashDatalog.DT_LabelFrom.Caption(), "von");
+    EXPECT_EQ(Device.FlashDatalog.MischStrings.adjustdays, "Tage");
     EXPECT_TRUE(Device.isEnabled());
     Files.Put(Paths.Systemfile, "[CommInitNabto]\nEnabled=0\n");
     EXPECT_FALSE(Device.isEnabled());
@@ -212,34 +219,49 @@ TEST_F(TNabtoDeviceTest, ListsTheReadQuestions) {
     EXPECT_THAT(Device.memoDebug.Lines(), IsEmpty());
 }
 
-TEST_F(TNabtoDeviceTest, TheFormShowsOnlyWhatWorks) {
+TEST_F(TNabtoDeviceTest, TheFormShowsWhatItsSettingsAllow) {
     Device.device = "d";
-    Device.EnableContineousUpdate = true;
-    Device.PanelFDDatalog.SetVisible(true);
-    Dialogs.Show(Device);
+    Device.FlashDatalog.PanelFDDatalog.SetVisible(true);
+    for (const bool set : {true, false}) {
+        Device.EnableContineousUpdate = Device.Enable_debugShowExtendedVersionInfo = set;
+        Host.ErrorLog = Host.Devid = set;
+        Dialogs.Show(Device);
+        EXPECT_TRUE(Device.BtnUpdate.Visible() && Device.FlashDatalog.ButFlashDatalog.Visible());
+        for (const TButton* button : {&Device.ButErorlog, &Device.ButContUpdate, &Device.butChangeDeviceID,
+                                      &Device.ServiceTools.ExtendedSystemVersion})
+            EXPECT_EQ(button->Visible(), set) << button->Name();
+        Device.Hide();
+    }
     EXPECT_EQ(Device.StatusBar.Panels()[1].Text, "Current DeviceID : d");
     EXPECT_EQ(Device.LblNabto.Caption(), "ID : d");
-    EXPECT_FALSE(Device.ButErorlog.Visible() || Device.ButContUpdate.Visible() || Device.BtnUpdate.Visible());
-    EXPECT_TRUE(Device.butChangeDeviceID.Visible());
+    Host.Devid = true;
+    Dialogs.Show(Device);
+    Host.Events.clear();
     Device.butChangeDeviceID.Click();
     EXPECT_TRUE(Device.Visible());
     Device.Close();
-    EXPECT_FALSE(Device.PanelFDDatalog.Visible());
-    EXPECT_THAT(Host.Events,
-                ElementsAre("Nabto form active", "Setup1Click", "Nabto form active", "Nabto form closed"));
+    EXPECT_FALSE(Device.FlashDatalog.PanelFDDatalog.Visible());
+    EXPECT_THAT(Host.Events, ElementsAre("Setup1Click", "Nabto form active", "Nabto form closed"));
+}
 
-    Device.ButErorlog.OnClick = [] {
+TEST_F(TNabtoDeviceTest, ReadsTheErrorLog) {
+    Device.device = "d";
+    Answer(R"({"response":{"status":1}})");
+    Device.ButErorlog.OnClick();
+    EXPECT_THAT(Host.Events, IsEmpty());
+    Answer(R"({"response":{"status":0}})");
+    std::vector<std::uint8_t> bytes(400);
+    bytes[1] = 7;
+    Library.Chunks = {bytes, bytes};
+    Device.ButErorlog.OnClick();
+    ASSERT_EQ(Host.Events.size(), 1U);
+    EXPECT_TRUE(Host.Events[0].starts_with("7;0;0;"));
+    EXPECT_THAT(Device.memoDebug.Lines(), testing::Contains("Read Address: 512"));
+    Library.OnCall = [this] {
+        Host.Open = false;
     };
-    Device.ButContUpdate.OnClick = [] {
-    };
-    Host.Devid = false;
-    Dialogs.Show(Device);
-    EXPECT_TRUE(Device.ButErorlog.Visible() && Device.ButContUpdate.Visible());
-    EXPECT_FALSE(Device.butChangeDeviceID.Visible());
-    Host.ErrorLog = false;
-    Device.Hide();
-    Dialogs.Show(Device);
-    EXPECT_FALSE(Device.ButErorlog.Visible());
+    Device.ButErorlog.OnClick(); // closed meanwhile
+    EXPECT_EQ(Host.Events.size(), 1U);
 }
 
 TEST_F(TNabtoDeviceTest, ShowsProgressInWholePercent) {

@@ -5,6 +5,7 @@
 #include "core/TextFile.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <utility>
 
@@ -101,12 +102,34 @@ void TProgramFixture::RunUntilRows(std::size_t rows) {
     ASSERT_TRUE(Time.AdvanceUntil([this, rows] { return Main().LogBuffers.DatalogCount >= rows; }, 3600000));
 }
 
+std::vector<double> TProgramFixture::Samples(std::size_t rows) {
+    std::vector<double> samples;
+    const TSampleTable& table = Main().GraphPage.DataLogDataValues;
+    for (std::size_t channel = 0; channel < table.Channels(); ++channel)
+        for (std::size_t row = 0; row < rows; ++row)
+            samples.push_back(table.At(channel, row));
+    return samples;
+}
+
 std::vector<std::string> TProgramFixture::FilesBelow(const std::filesystem::path& directory) const {
     std::vector<std::string> names;
     for (const auto& [path, bytes] : Files.Content)
         if (path.string().starts_with(directory.string() + "/"))
             names.push_back(path.string());
     return names;
+}
+
+void TProgramFixture::ExpectGolden(const std::filesystem::path& name, const std::string& bytes) {
+    const auto golden = std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/scenario/golden" / name;
+    TDiskFiles disk;
+    if (std::getenv("TIDEWELL_UPDATE_GOLDEN") != nullptr) {
+        disk.CreateDirectories(golden.parent_path());
+        const auto file = disk.Replace(golden);
+        file->Write(bytes);
+        file->Commit();
+    }
+    ASSERT_TRUE(disk.FileExists(golden)) << golden;
+    EXPECT_TRUE(bytes == disk.Read(golden)) << "differs from " << golden << ":\n" << bytes.substr(0, 4000);
 }
 
 std::ptrdiff_t TProgramFixture::QueryCount(const std::string& query) const {

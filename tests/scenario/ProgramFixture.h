@@ -84,7 +84,11 @@ class TProgramFixture : public testing::Test {
                          const std::string& key) const; // text of the language file
     // Runs until that many rows are logged; fails the test after an hour.
     void RunUntilRows(std::size_t rows);
+    std::vector<double> Samples(std::size_t rows); // what each channel of the graph holds of the first rows
     std::vector<std::string> FilesBelow(const std::filesystem::path& directory) const;
+    // Compares with a file below golden. With TIDEWELL_UPDATE_GOLDEN set that is written anew instead; look
+    // at the difference then.
+    static void ExpectGolden(const std::filesystem::path& name, const std::string& bytes);
     // Queries of that name that went to the library.
     std::ptrdiff_t QueryCount(const std::string& query) const;
     TFormMain& Main() { return Program->FormMain; }

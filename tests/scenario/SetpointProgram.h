@@ -1,13 +1,11 @@
 #pragma once
 
-#include "core/DiskFiles.h"
 #include "core/KvSupport.h"
 #include "core/TextFile.h"
 #include "scenario/ProgramFixture.h"
 
 #include <chrono>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -42,19 +40,16 @@ class TSetpointProgram : public TProgramFixture {
     static TFaultCondition When(const std::string& query, std::size_t skip = 0,
                                 std::optional<std::size_t> times = {},
                                 std::optional<std::int64_t> toMs = {}) {
-        return {.ToMs = toMs, .Query = query, .Obj = {}, .Address = {}, .Skip = skip, .Times = times};
+        return {.ToMs = toMs,
+                .Query = query,
+                .Obj = {},
+                .Address = {},
+                .State = {},
+                .Skip = skip,
+                .Times = times};
     }
-    // Compares with a file of the sources. With TIDEWELL_UPDATE_GOLDEN set that is written anew instead; look
-    // at the difference then.
     static void ExpectGolden(const std::string& name, const std::string& bytes) {
-        TDiskFiles disk;
-        const auto golden = std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/scenario/golden/setpoints";
-        if (std::getenv("TIDEWELL_UPDATE_GOLDEN") != nullptr) {
-            const auto file = disk.Replace(golden / name);
-            file->Write(bytes);
-            file->Commit();
-        }
-        EXPECT_TRUE(bytes == disk.Read(golden / name)) << "differs from " << name << ":\n" << bytes;
+        TProgramFixture::ExpectGolden("setpoints/" + name, bytes);
     }
     // Writes that went to the library, "<address>=<value>".
     std::vector<std::string> Writes() const {

@@ -80,7 +80,9 @@ EModalResult TScriptedDialogs::ShowMessageBox(EMessageKind kind, const std::stri
                                         : EModalResult::Cancel;
 }
 
-std::optional<std::string> TScriptedDialogs::InputBox(const std::string& title, const std::string&) {
+std::optional<std::string> TScriptedDialogs::InputBox(const std::string& title, const std::string&,
+                                                      const std::string& text) {
+    LastInputText = text;
     Shown.push_back({EMessageKind::Plain, title, EButtons::OkCancel});
     const auto step = Take("input", title);
     return step ? step->Input : std::nullopt;

@@ -37,11 +37,14 @@ class TScriptedDialogs : public IDialogs {
     std::vector<TShown> Shown;
     std::vector<std::string> Texts() const; // of Shown
     TFileDialog LastFileDialog;
+    std::string LastInputText; // that the last input box started with
     bool WaitCursor = false;
     int WorkArea = 1040;
 
     EModalResult ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) override;
-    std::optional<std::string> InputBox(const std::string& title, const std::string& prompt) override;
+    using IDialogs::InputBox;
+    std::optional<std::string> InputBox(const std::string& title, const std::string& prompt,
+                                        const std::string& text) override;
     std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) override;
     std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) override;
     std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) override;

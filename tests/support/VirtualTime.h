@@ -41,6 +41,7 @@ class TVirtualTime : public ITimers, public IWait, public IClock {
     void ProcessMessages() override;       // delivers what is due now
 
     TTime Now() const override;
+    std::chrono::milliseconds Monotonic() const override { return std::chrono::milliseconds{Current}; }
     std::pair<int, int> HourMinute(TTime time) const override;
     TTime Midnight(TTime time) const override;
     std::string ShortDate(TTime time) const override;

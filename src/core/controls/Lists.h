@@ -108,6 +108,8 @@ class TMemo : public TControl {
         Changed.Emit();
     }
     TSignal<const std::string&> LineAdded;
+    // Asks the view to show the first line; else it follows what is added.
+    TSignal<> TopRequested;
 
   private:
     std::vector<std::string> Rows;

@@ -8,11 +8,16 @@ namespace tidewell {
 
 using TTime = std::chrono::system_clock::time_point;
 
-// Wall time and the machine's formats for it. Never used to measure an interval.
+// Wall time and the machine's formats for it; intervals are measured with Monotonic alone.
 class IClock {
   public:
     virtual ~IClock() = default;
     virtual TTime Now() const = 0;
+    // Since some moment in the past; no change of the wall time touches it.
+    virtual std::chrono::milliseconds Monotonic() const {
+        return std::chrono::floor<std::chrono::milliseconds>(
+            std::chrono::steady_clock::now().time_since_epoch());
+    }
     // Local hour and minute.
     virtual std::pair<int, int> HourMinute(TTime time) const = 0;
     // The start of the local day that holds the time.

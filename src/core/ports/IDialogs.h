@@ -39,8 +39,12 @@ class IDialogs {
     virtual ~IDialogs() = default;
 
     virtual EModalResult ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) = 0;
-    // Nothing when the user cancels.
-    virtual std::optional<std::string> InputBox(const std::string& title, const std::string& prompt) = 0;
+    // Starts with the text. Nothing when the user cancels.
+    virtual std::optional<std::string> InputBox(const std::string& title, const std::string& prompt,
+                                                const std::string& text) = 0;
+    std::optional<std::string> InputBox(const std::string& title, const std::string& prompt) {
+        return InputBox(title, prompt, {});
+    }
     virtual std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) = 0;
     // One or more files, in the dialog's order; none when the user cancels.
     virtual std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) = 0;

@@ -4,6 +4,7 @@
 #include "widgets/Child.h"
 
 #include <QObject>
+#include <QVariant>
 
 namespace tidewell {
 
@@ -24,6 +25,32 @@ QString ToolTip(const std::string& hint) {
     return text.size() > longest ? QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()) : text;
 }
 
+// Disabling the widget with the keyboard hands the keyboard on, perhaps along a row of widgets that are
+// disabled too. The window remembers the first one, which gets it back when it is enabled again, unless the
+// user has gone elsewhere meanwhile.
+void Enable(QWidget& view, bool enabled) {
+    constexpr const char* lender = "keyboardLender";
+    constexpr const char* holder = "keyboardHolder";
+    QWidget& window = *view.window();
+    const auto id = [](const QWidget* widget) {
+        return QVariant::fromValue(reinterpret_cast<quintptr>(widget));
+    };
+    const bool hadKeyboard = window.focusWidget() == &view;
+    if (view.isEnabledTo(view.parentWidget()) == enabled)
+        return;
+    view.setEnabled(enabled);
+    if (!enabled && hadKeyboard) {
+        if (window.property(holder) != id(&view))
+            window.setProperty(lender, id(&view));
+        window.setProperty(holder, id(window.focusWidget()));
+    } else if (enabled && window.property(lender) == id(&view)) {
+        if (window.property(holder) == id(window.focusWidget()))
+            view.setFocus(Qt::OtherFocusReason);
+        window.setProperty(lender, QVariant());
+        window.setProperty(holder, QVariant());
+    }
+}
+
 } // namespace
 
 void Keep(QObject& view, TConnection connection) {
@@ -35,7 +62,7 @@ void BindControl(QWidget& view, TControl& control) {
     KeepInStep(view, control, [&view, &control] {
         if (view.isHidden() == control.Visible())
             view.setVisible(control.Visible());
-        view.setEnabled(control.Enabled());
+        Enable(view, control.Enabled());
         view.setToolTip(ToolTip(control.Hint()));
     });
     Keep(view, control.FocusRequested.Connect([&view] { view.setFocus(Qt::OtherFocusReason); }));

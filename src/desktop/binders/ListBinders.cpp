@@ -171,6 +171,7 @@ void BindMemo(QPlainTextEdit& view, TMemo& memo) {
         ++*shown;
         view.appendPlainText(ToQt(line));
     }));
+    Keep(view, memo.TopRequested.Connect([&view] { view.moveCursor(QTextCursor::Start); }));
 }
 
 } // namespace tidewell

@@ -24,8 +24,11 @@ QPalette Coloured(const QColor& background) {
     QPalette palette = QApplication::palette("QPushButton");
     const double luminance =
         0.299 * background.redF() + 0.587 * background.greenF() + 0.114 * background.blueF();
+    QColor ink = luminance > 0.5 ? Qt::black : Qt::white;
     palette.setColor(QPalette::Button, background);
-    palette.setColor(QPalette::ButtonText, luminance > 0.5 ? Qt::black : Qt::white);
+    palette.setColor(QPalette::ButtonText, ink);
+    ink.setAlphaF(0.4F);
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, ink);
     return palette;
 }
 

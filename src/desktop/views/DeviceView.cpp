@@ -4,6 +4,8 @@
 #include "desktop/binders/ListBinders.h"
 #include "desktop/binders/SimpleBinders.h"
 #include "desktop/binders/StatusBarBinder.h"
+#include "desktop/views/FixedFont.h"
+#include "desktop/views/ServicePanels.h"
 #include "link/NabtoDevice.h"
 #include "widgets/Child.h"
 #include "widgets/ColumnScroll.h"
@@ -12,13 +14,12 @@
 #include "widgets/PanelBar.h"
 #include "widgets/RoomyButton.h"
 
-#include <QFontDatabase>
-#include <QFontInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -33,14 +34,8 @@ constexpr int initialHeight = 560;
 constexpr int gap = 10;
 constexpr int actionsWidth = 220;
 constexpr int delayWidth = 60;
+constexpr int progressWidth = 200;
 constexpr int idLength = 12; // digits of a device id
-
-QFont FixedFont() {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (!QFontInfo(font).fixedPitch()) // a platform theme may name any font
-        font.setFamily(QStringLiteral("monospace"));
-    return font;
-}
 
 QFrame& AddFrame(QVBoxLayout& column) {
     auto& frame = NewChild<QFrame>(*column.parentWidget());
@@ -63,7 +58,10 @@ TDeviceView::TDeviceView(TNabtoDevice& form, const TViewContext& context)
     auto& row = NewLayout<QHBoxLayout>(content, 1);
     row.setSpacing(gap);
     AddActions(row);
-    AddDebug(row);
+    auto& right = NewLayout<QVBoxLayout>(row, 1);
+    right.setSpacing(gap);
+    AddFlashRange(right, Form.FlashDatalog, Context);
+    AddDebug(right);
     auto& bar = NewChild<TPanelBar>(*this);
     outer.addWidget(&bar);
     BindStatusBar(bar, Form.StatusBar);
@@ -102,18 +100,18 @@ void TDeviceView::AddActions(QBoxLayout& row) {
     auto& link = AddGroup(column, {&Form.btnPing, &Form.butChangeDeviceID});
     AddButton(link, Form.btnPing);
     AddButton(link, Form.butChangeDeviceID);
-    auto& service = AddGroup(column, {&Form.BtnUpdate, &Form.ButErorlog, &Form.ButFlashDatalog,
-                                      &Form.PanelFDDatalog, &Form.streamDelayEdit});
+    auto& service = AddGroup(column, {&Form.BtnUpdate, &Form.ButErorlog, &Form.FlashDatalog.ButFlashDatalog,
+                                      &Form.streamDelayEdit});
     AddButton(service, Form.BtnUpdate);
     AddButton(service, Form.ButErorlog);
-    AddButton(service, Form.ButFlashDatalog);
-    AddFlashRange(service);
+    AddButton(service, Form.FlashDatalog.ButFlashDatalog);
     AddStreamDelay(service);
-    auto& development = AddGroup(column, {&Form.ExtendedSystemVersion, &Form.Button1, &Form.BtnWriteFlash});
-    AddButton(development, Form.ExtendedSystemVersion);
-    AddButton(development, Form.Button1);
-    AddButton(development, Form.BtnWriteFlash);
-    AddServicePanels(column);
+    auto& development = AddGroup(column, {&Form.ServiceTools.ExtendedSystemVersion,
+                                          &Form.ServiceTools.Button1, &Form.ServiceTools.BtnWriteFlash});
+    AddButton(development, Form.ServiceTools.ExtendedSystemVersion);
+    AddButton(development, Form.ServiceTools.Button1);
+    AddButton(development, Form.ServiceTools.BtnWriteFlash);
+    AddReadPanels(column, Form.ServiceTools, Context);
     auto& account = AddGroup(column, {&Form.ButAccount, &Form.Identity.PanelDevice});
     AddButton(account, Form.ButAccount);
     AddIdentity(account);
@@ -186,29 +184,40 @@ void TDeviceView::AddIdentity(QVBoxLayout& column) {
     BindPanel(panel, identity.PanelDevice);
 }
 
-void TDeviceView::AddServicePanels(QVBoxLayout& column) {
-    for (TPanel* panel : {&Form.PanelReadFlash, &Form.PanelReadEEprom})
-        BindPanel(AddFrame(column), *panel);
-}
-
-void TDeviceView::AddFlashRange(QVBoxLayout& column) {
-    auto& flash = NewChild<QWidget>(*column.parentWidget());
-    column.addWidget(&flash);
-    auto& range = NewChild<QGridLayout>(flash);
-    range.setContentsMargins(0, 0, 0, 0);
-    const auto addLabel = [&](TLabel& label, int row, int place) {
-        auto& view = NewChild<QLabel>(flash);
-        range.addWidget(&view, row, place);
+// What a firmware update does, above what it says.
+void TDeviceView::AddUpdateStatus(QVBoxLayout& column) {
+    TUpdateStatus& status = Form.UpdateStatus;
+    QFrame& frame = AddFrame(column);
+    auto& grid = NewChild<QGridLayout>(frame);
+    grid.setContentsMargins(gap, gap, gap, gap);
+    grid.setHorizontalSpacing(gap);
+    grid.setColumnStretch(1, 1);
+    auto& led = NewChild<TLedView>(frame);
+    grid.addWidget(&led, 0, 0);
+    BindLed(led, status.LedUpdate);
+    const auto addLabel = [&](TLabel& label, int row, int place) -> QLabel& {
+        auto& view = NewChild<TElidedLabel>(frame);
+        view.SetElideMode(Qt::ElideMiddle);
+        grid.addWidget(&view, row, place);
         BindLabel(view, label);
+        return view;
     };
-    addLabel(Form.DT_LabelFrom, 0, 0);
-    addLabel(Form.DT_LabelToday, 0, 1);
-    addLabel(Form.DT_LabelTo, 1, 0);
-    addLabel(Form.DT_LabelEndDay, 1, 1);
-    auto& get = NewChild<TRoomyButton>(flash);
-    range.addWidget(&get, 2, 0, 1, 2);
-    BindButton(get, Form.DT_GetData, Context.Dialogs);
-    BindPanel(flash, Form.PanelFDDatalog);
+    QFont bold = font();
+    bold.setBold(true);
+    addLabel(status.LabUpdatePhase, 0, 1).setFont(bold);
+    addLabel(status.LabUpdateElapsed, 0, 2).setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto& progress = NewChild<QProgressBar>(frame);
+    grid.addWidget(&progress, 1, 2);
+    progress.setFixedWidth(progressWidth);
+    BindProgressBar(progress, status.UpdateProgress);
+    // What stands below does not jump between the steps of an update.
+    for (QWidget* part :
+         {static_cast<QWidget*>(&addLabel(status.LabUpdateFile, 1, 1)), static_cast<QWidget*>(&progress)}) {
+        QSizePolicy policy = part->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        part->setSizePolicy(policy);
+    }
+    BindPanel(frame, status.PanelUpdate);
 }
 
 void TDeviceView::AddDebug(QBoxLayout& row) {
@@ -216,6 +225,8 @@ void TDeviceView::AddDebug(QBoxLayout& row) {
     row.addWidget(&panel, 1);
     auto& column = NewChild<QVBoxLayout>(panel);
     column.setContentsMargins(0, 0, 0, 0);
+    column.setSpacing(gap);
+    AddUpdateStatus(column);
     auto& memo = NewChild<QPlainTextEdit>(panel);
     memo.setFont(FixedFont());
     column.addWidget(&memo, 1);

@@ -24,8 +24,7 @@ class TDeviceView : public TDialogView {
     void AddActions(QBoxLayout& row);
     void AddStreamDelay(QVBoxLayout& column);
     void AddIdentity(QVBoxLayout& column);
-    void AddServicePanels(QVBoxLayout& column);
-    void AddFlashRange(QVBoxLayout& column);
+    void AddUpdateStatus(QVBoxLayout& column);
     void AddDebug(QBoxLayout& row);
     QVBoxLayout& AddGroup(QVBoxLayout& column, const std::vector<TControl*>& controls);
     void AddButton(QBoxLayout& layout, TButton& button);

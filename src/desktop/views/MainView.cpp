@@ -1,9 +1,11 @@
 #include "desktop/views/MainView.h"
 
+#include "desktop/binders/ListBinders.h"
 #include "desktop/binders/MenuBinder.h"
 #include "desktop/binders/PageBinder.h"
 #include "desktop/binders/SimpleBinders.h"
 #include "desktop/binders/StatusBarBinder.h"
+#include "desktop/views/FixedFont.h"
 #include "desktop/views/GraphPageView.h"
 #include "desktop/views/SetpointPageView.h"
 #include "link/NabtoDevice.h"
@@ -19,6 +21,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTabBar>
@@ -32,7 +35,8 @@ namespace {
 constexpr int buttonGap = 20; // pixels, here and below
 constexpr int buttonEdge = 4; // from the window's right edge
 constexpr int buttonTop = 2;
-constexpr int readBackMargin = 6;
+constexpr int noticeMargin = 6;
+constexpr int memoMargin = 8;
 
 } // namespace
 
@@ -52,10 +56,12 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
     column.addWidget(&controls);
     setCentralWidget(&centre);
     BindPanel(controls, Form.GraphControlsPanel);
-    AddReadBackPanel(column);
+    AddNotice(column, Form.ReadBackPanel, Form.LblReadBack, Form.ButStopReadBack);
+    AddNotice(column, Form.UpdatePanel, Form.LblUpdate, Form.ButShowUpdate);
 
     AddSetpointPage();
     AddGraphPage();
+    AddErrorLogPage();
     BindPages(Tabs, Form.TheTab, Context.Dialogs);
     AddTabButtons();
     AddStatusBar(device);
@@ -70,25 +76,39 @@ void TMainView::AddSetpointPage() {
     Tabs.addTab(&NewChild<TSetpointPageView>(Tabs, parts, Context), QString());
 }
 
-void TMainView::AddReadBackPanel(QVBoxLayout& column) {
-    auto& panel = NewChild<QFrame>(*column.parentWidget());
-    panel.setAutoFillBackground(true);
-    panel.setBackgroundRole(QPalette::ToolTipBase);
-    panel.setForegroundRole(QPalette::ToolTipText);
-    column.addWidget(&panel);
-    auto& row = NewChild<QHBoxLayout>(panel);
-    row.setContentsMargins(readBackMargin, readBackMargin, readBackMargin, readBackMargin);
-    auto& text = NewChild<QLabel>(panel);
-    row.addWidget(&text, 1);
-    BindLabel(text, Form.LblReadBack);
-    auto& stop = NewChild<TRoomyButton>(panel);
-    row.addWidget(&stop);
-    BindButton(stop, Form.ButStopReadBack, Context.Dialogs);
-    BindPanel(panel, Form.ReadBackPanel);
+// What goes on, and what can be done about it.
+void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TButton& button) {
+    auto& frame = NewChild<QFrame>(*column.parentWidget());
+    frame.setAutoFillBackground(true);
+    frame.setBackgroundRole(QPalette::ToolTipBase);
+    frame.setForegroundRole(QPalette::ToolTipText);
+    column.addWidget(&frame);
+    auto& row = NewChild<QHBoxLayout>(frame);
+    row.setContentsMargins(noticeMargin, noticeMargin, noticeMargin, noticeMargin);
+    auto& label = NewChild<QLabel>(frame);
+    row.addWidget(&label, 1);
+    BindLabel(label, text);
+    auto& push = NewChild<TRoomyButton>(frame);
+    row.addWidget(&push);
+    BindButton(push, button, Context.Dialogs);
+    BindPanel(frame, panel);
 }
 
 void TMainView::AddGraphPage() {
     Tabs.addTab(&NewChild<TGraphPageView>(Tabs, Form.GraphPage, Context.Dialogs), QString());
+}
+
+void TMainView::AddErrorLogPage() {
+    auto& memo = NewChild<QPlainTextEdit>(Tabs);
+    memo.setFrameShape(QFrame::NoFrame);
+    memo.setFont(FixedFont());
+    memo.document()->setDocumentMargin(memoMargin);
+    BindMemo(memo, Form.ErrorLog.Memo);
+    auto& page = NewChild<QWidget>(Tabs);
+    auto& column = NewChild<QVBoxLayout>(page);
+    column.setContentsMargins(0, 0, 0, 0);
+    column.addWidget(&memo);
+    Tabs.addTab(&page, QString());
 }
 
 void TMainView::AddTabButtons() {

@@ -10,8 +10,11 @@ class QVBoxLayout;
 
 namespace tidewell {
 
+class TButton;
 class TFormMain;
+class TLabel;
 class TNabtoDevice;
+class TPanel;
 
 class TMainView : public QMainWindow {
   public:
@@ -23,7 +26,8 @@ class TMainView : public QMainWindow {
   private:
     void AddSetpointPage();
     void AddGraphPage();
-    void AddReadBackPanel(QVBoxLayout& column);
+    void AddErrorLogPage();
+    void AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TButton& button);
     void AddTabButtons();
     void AddStatusBar(TNabtoDevice& device);
     void ArrangeTabButtons();

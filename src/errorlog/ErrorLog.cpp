@@ -1,0 +1,106 @@
+#include "errorlog/ErrorLog.h"
+
+#include "core/Configuration.h"
+#include "core/Errors.h"
+#include "core/KvSupport.h"
+#include "core/Numbers.h"
+#include "core/Paths.h"
+#include "core/TextFile.h"
+#include "model/ModbusPanel.h"
+#include "model/Profile.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace tidewell {
+
+namespace {
+
+constexpr unsigned minutesPerTick = 5;
+constexpr unsigned firstYear = 2000;
+
+std::string Digits(unsigned value, std::size_t width) {
+    std::string text = std::to_string(value);
+    return text.insert(0, width - std::min(width, text.size()), '0');
+}
+
+const std::string& At(const std::vector<std::string>& words, std::size_t index) {
+    if (index >= words.size())
+        throw EListError(index);
+    return words[index];
+}
+
+std::uint16_t Word(const std::string& text) {
+    return static_cast<std::uint16_t>(ToIntegerOr(text, 0));
+}
+
+} // namespace
+
+std::string ErrorEventText(std::uint16_t MoDy, std::uint16_t MinErr) {
+    const unsigned month = MoDy >> 12U;
+    const unsigned day = MoDy >> 7U & 0x1FU;
+    const unsigned year = (MoDy & 0x7FU) + firstYear;
+    const unsigned minutes = (MinErr >> 7U) * minutesPerTick; // the hour may be above 23
+    const unsigned number = MinErr >> 1U & 0x3FU;
+    const bool came = (MinErr & 1U) != 0;
+    return "Time " + Digits(minutes / 60, 2) + ":" + Digits(minutes % 60, 2) + " Date " + Digits(day, 2) +
+           "/" + Digits(month, 2) + " " + Digits(year, 4) + " Errornumber " + Digits(number, 2) +
+           (came ? " ON" : " OFF");
+}
+
+TErrorLog::TErrorLog(const TParts& parts) : Parts(parts) {
+    TabErrorlog.SetVisible(false);
+    Parts.TheTab.Pages.emplace_back(TabErrorlog);
+}
+
+void TErrorLog::EvalErrorlog(const std::string& wordList) {
+    ErrorLogActive = false;
+    ErrorLogActiveCount = 0;
+    Parts.Host.StopLog();
+    Memo.Clear();
+    TabErrorlog.SetVisible(true);
+    Parts.TheTab.SetActivePage(TabErrorlog);
+
+    const TTime now = Parts.Clock.Now();
+    Memo.Add(Parts.Clock.ShortDate(now) + " " + Parts.Clock.LongTime(now));
+    if (!wordList.empty())
+        AddEvents(wordList);
+    const auto path =
+        Parts.Paths.directorypath / "log" / "userlog" / ("errorlog " + DateTimeStamp(Parts.Clock) + ".csv");
+    Parts.Files.CreateDirectories(path.parent_path());
+    WriteLines(Parts.Files, path, Memo.Lines());
+    Memo.Add("File saved in userlog directory");
+    Memo.TopRequested.Emit(); // the date of the read, and the events of late
+    Parts.Panel.InitQuestionStringlistStructures();
+}
+
+void TErrorLog::AddEvents(const std::string& wordList) {
+    std::vector<std::string> words;
+    SplitRow(wordList, words, false);
+    // The index of the last event; with an odd number of words its MinErr is one behind the end.
+    const std::size_t last = words.empty() ? 0 : (words.size() - 1) / 2;
+    for (std::size_t event = 0; event <= last; ++event) {
+        const std::string& MoDy = At(words, event);
+        const std::string& MinErr = At(words, event + last + 1);
+        if (Parts.Settings.doIncludeValuesInFile)
+            Memo.Add("DataValues for calculation -> MoDy " + MoDy + " MinErr " + MinErr);
+        Memo.Add("Number" + std::to_string(event + 1) + " " + ErrorEventText(Word(MoDy), Word(MinErr)));
+    }
+}
+
+void TErrorLog::Errorlog1Click() {
+    if (!Parts.Profile.ProfileLoaded)
+        return;
+    Parts.Host.StopLog();
+    Parts.Panel.ClearCycleReadList();
+    if (Parts.Panel.DeviceList.Count() > 0)
+        Parts.Panel.DeviceList.GetDevice(0).ReadList.clear();
+    std::size_t number = Parts.Panel.CycleReadListGetNumbersInList();
+    for (const auto& question : Parts.Settings.Qestion.Rows())
+        Parts.Panel.CycleReadListAddQestion(question.Value + ";" + std::to_string(number++));
+    Parts.Host.StartLog(true, true);
+    ErrorLogActive = true;
+    ErrorLogActiveCount = 0;
+}
+
+} // namespace tidewell

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "core/controls/Signal.h"
+#include "core/controls/Simple.h"
+#include "core/ports/IClock.h"
+#include "core/ports/ITimers.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+class IDialogs;
+class IFiles;
+class TDeviceUse;
+class TFirmwareUpdate;
+class TMemo;
+class TStatusBar;
+class TUpdateStatus;
+struct TCurrentInifilesPath;
+
+// The continuous test: updates a device again and again, a minute apart, and counts the results. Its button
+// starts and stops it. With a list of packages (a file of lines "1=path", "2=path", ...) it takes them in
+// turn and leaves a report.
+class TContinuousUpdate {
+  public:
+    struct TParts {
+        IDialogs& Dialogs;
+        IFiles& Files;
+        const IClock& Clock;
+        ITimers& Timers;
+        const TCurrentInifilesPath& Paths;
+        const TDeviceUse& Use;
+        TUpdateStatus& Status;
+        TFirmwareUpdate& Update;
+        TMemo& memoDebug;
+        TStatusBar& StatusBar;
+        TButton& ButContUpdate;
+        const std::string& device;
+        const bool& EnableContineousUpdate;
+        std::filesystem::path& CurrentUpdateSWFile;
+    };
+    explicit TContinuousUpdate(const TParts& parts);
+
+    // Throws EListError when a test without a list of packages is stopped: it has no report.
+    void ButContUpdateClick();
+    void TimerContUpdateTimer();
+
+    bool RPCEnableMultibleUpdate = false; // the test runs
+    int ContUpdateACK = 0;                // good updates
+    int ContUpdateNACK = 0;
+    TTime DateTimeStart{};
+    bool UseMultibleFiles = false;
+    std::optional<std::map<std::string, std::string>> UseMultibleFilesList; // number = path
+    std::size_t UseMultibleFilesActiveFileIndex = 0;                        // from 1
+    std::optional<std::vector<std::string>> UseMultibleFilesResultList;     // lines of the report
+    std::unique_ptr<ITimer> TimerContUpdate; // 60000 ms; a stop leaves it armed, for one more update
+
+  private:
+    void StartTest();
+    void StopTest();
+    bool LoadList();                          // false when it has no line
+    std::filesystem::path ListedPath() const; // of the active number; empty if there is none
+    void UpdateDone(bool success);
+
+    const TParts Parts;
+    TConnection FollowStatus; // a running update that is not the test's cannot be joined
+};
+
+} // namespace tidewell

@@ -1,0 +1,342 @@
+#include "link/FirmwareUpdate.h"
+
+#include "core/Errors.h"
+#include "core/IniFile.h"
+#include "core/KvSupport.h"
+#include "core/Numbers.h"
+#include "core/Paths.h"
+#include "core/TextFile.h"
+#include "core/controls/Lists.h"
+#include "core/ports/IDialogs.h"
+#include "link/DeviceUse.h"
+#include "link/FileUpload.h"
+#include "link/Nabto.h"
+#include "link/ServiceFiles.h"
+#include "link/UpdateRun.h"
+#include "link/UpdateStatus.h"
+
+#include <exception>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int mostRounds = 5;
+constexpr int mostCrcReads = 4;
+constexpr int restartPause = 10000; // ms, here and below
+constexpr int pingPause = 500;
+constexpr int pingPauses = 101; // of them between two pings
+constexpr int crcPause = 5000;
+
+constexpr std::uint32_t updateModeCommand = 42; // the file mask stands above its 16 bits
+constexpr std::int32_t crcResultOffset = 3;     // from the base of the update status
+constexpr std::size_t deviceIdLength = 12;
+
+std::uint32_t Number(const std::string& text) {
+    return static_cast<std::uint32_t>(ToIntegerOr(text, 0));
+}
+
+} // namespace
+
+void TFirmwareUpdate::SelectConfigFile() {
+    Parts.CurrentUpdateSWFile.clear();
+    TFileDialog dialog;
+    dialog.Title = "Open";
+    dialog.InitialDirectory = Parts.Paths.directorypath; // which is the current one
+    dialog.Filters = {{"Software Config File", Parts.EnableContineousUpdate ? "*.fwc" : "config.fwc"}};
+    dialog.FileMustExist = true;
+    if (const auto path = Parts.Dialogs.OpenFile(dialog))
+        Parts.CurrentUpdateSWFile = *path;
+}
+
+bool TFirmwareUpdate::UpdateSW(const std::filesystem::path& configFile) {
+    if (!Parts.Run.ProgramOpen())
+        return false;
+    const TDeviceUse::THold hold(Parts.Use);
+    if (!hold)
+        return false;
+    struct TRunning {
+        TUpdateStatus& Status;
+        bool Success = false;
+        explicit TRunning(TUpdateStatus& status) : Status(status) { Status.Begin(); }
+        ~TRunning() { Status.End(Success); }
+        TRunning(const TRunning&) = delete;
+        TRunning& operator=(const TRunning&) = delete;
+    } running(Parts.Status);
+    Sending = false;
+    std::optional<bool> result;
+    try {
+        result = Perform(configFile);
+    } catch (const EProgramClosed& closed) {
+        Parts.memoDebug.Add(closed.what());
+        result = false;
+    } catch (const std::exception& error) {
+        if (Sending) {
+            Parts.memoDebug.Add(error.what());
+            SaveLog(false);
+        }
+        throw;
+    }
+    if (!result)
+        return false;
+    SaveLog(*result);
+    running.Success = *result;
+    if (Parts.Run.ProgramOpen())
+        OnUpdateDone(*result);
+    return *result;
+}
+
+std::optional<bool> TFirmwareUpdate::Perform(const std::filesystem::path& configFile) {
+    if (!AskDevice())
+        return false;
+    StatusAddress =
+        TIniFile(Parts.Files, Parts.Paths.plsfile).ReadInteger("NabtoSection", "DF_HPM_SETPKTNUM", 0);
+    if (StatusAddress == 0)
+        return std::nullopt;
+    if (Parts.CurrentUpdateSWFile.empty()) {
+        Parts.Dialogs.ShowMessage("Unable to open file");
+        return false;
+    }
+    return OpenPackage(configFile) && CheckModel() && SendFiles() && RestartAndVerify();
+}
+
+bool TFirmwareUpdate::AskDevice() {
+    const std::string id = Parts.device.substr(0, deviceIdLength);
+    TMemo& memo = Parts.memoDebug;
+    memo.Clear();
+    memo.Add(id);
+    memo.Add("Ping..");
+    Parts.Run.ProcessMessages();
+    if (!Parts.Run.Ping()) {
+        Parts.Dialogs.ShowMessage(Parts.Nabto.LastError());
+        return false;
+    }
+    memo.Add("Ping Response: OK");
+    memo.Add("DeviceID: " + id);
+    memo.Add("Ping Response: OK");
+    memo.Add("Model: " + Parts.Nabto.model);
+    memo.Add("Varenummer: " + Parts.Nabto.varenummer);
+    memo.Add("HP SW version: " + Parts.Nabto.versionHP);
+    memo.Add("NP SW version: " + Parts.Nabto.versionNP);
+    memo.Add("BT SW version: " + Parts.Nabto.versionBT);
+    return true;
+}
+
+bool TFirmwareUpdate::OpenPackage(const std::filesystem::path& configFile) {
+    TMemo& memo = Parts.memoDebug;
+    memo.Add("Config File: " + configFile.string());
+    Directory = configFile.parent_path();
+    VersionMissing = false;
+    VersionMismatch = false;
+    try {
+        Package = ReadFirmwarePackage(Parts.Files, configFile);
+    } catch (const EInOutError& error) {
+        Tell(error.what());
+        return false;
+    }
+    memo.Add("Number of files: " + Package.FileMask);
+    for (const TUpdateFile& file : Package.Files)
+        memo.Add("Filename: " + file.filename + ", CRC32: " + std::to_string(file.crc) +
+                 ", Filesize: " + std::to_string(file.filesize));
+    for (std::size_t i = Package.FileMask.size(); i < Package.Files.size(); ++i)
+        memo.Add("No digit for file " + std::to_string(i + 1) + ", it is left out");
+    return true;
+}
+
+bool TFirmwareUpdate::CheckModel() {
+    if (Package.Files.empty())
+        throw EListError("List index out of bounds (0): the package " + Parts.CurrentUpdateSWFile.string() +
+                         " names no file");
+    const std::string& filename = Package.Files.front().filename;
+    if (filename.empty() || FitsModel(filename, Parts.Nabto.model))
+        return true;
+    Parts.Dialogs.ShowMessage(
+        "Firmware filename and controller model are not equal Firmware download will abort\n\rModel : " +
+        Parts.Nabto.model + " Filename : " + filename);
+    return false;
+}
+
+bool TFirmwareUpdate::SendFiles() {
+    Parts.Status.SetPhase(EUpdatePhase::Sending);
+    for (std::size_t i = 0; i < Package.Files.size(); ++i)
+        if (Package.Sent(i) && !SendFile(i, FirstRoad(Package.Files[i])))
+            return false;
+    return true;
+}
+
+// An image that cannot be read is a transfer that failed.
+bool TFirmwareUpdate::SendFile(std::size_t position, ERoad road) {
+    if (road == ERoad::None)
+        return true;
+    std::size_t number = 0;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < Package.Files.size(); ++i) {
+        if (Package.Sent(i))
+            ++count;
+        if (i == position)
+            number = count;
+    }
+    Parts.Status.SetFile(number, count, Package.Files[position].filename);
+    Sending = true;
+    try {
+        return Transfer(position, road);
+    } catch (const EInOutError& error) {
+        Tell(error.what());
+    }
+    return false;
+}
+
+bool TFirmwareUpdate::Transfer(std::size_t position, ERoad road) {
+    const TUpdateFile& file = Package.Files[position];
+    const auto number = static_cast<std::uint32_t>(position + 1);
+    const auto path = ImagePath(Directory, file.filename);
+    TFileUpload& upload = Parts.Upload;
+    switch (road) {
+    case ERoad::PreEraseAndStream:
+        if (!upload.RpcPreErase())
+            return false;
+        upload.StreamUpload(number, file.filesize, file.filename, file.crc); // what it says does not count
+        break;
+    case ERoad::Stream:
+        return upload.StreamUpload(number, file.filesize, file.filename, file.crc);
+    case ERoad::RpcMain:
+        return upload.RpcUploadMain(number, file.filesize, path, file.crc);
+    case ERoad::RpcDisplay:
+        return upload.RpcUploadDisplay(number, file.filesize, path, file.crc);
+    case ERoad::RpcTarget:
+        return upload.RpcUploadTarget(number, file.filesize, path, file.crc);
+    case ERoad::None:
+        break;
+    }
+    return true;
+}
+
+bool TFirmwareUpdate::RestartAndVerify() {
+    bool success = false;
+    for (int round = 0; round < mostRounds && !success; ++round) {
+        RestartInUpdateMode();
+        AwaitDevice();
+        success = CheckFiles(ReadCrcResult());
+    }
+    Parts.memoDebug.Add("Update done!");
+    if (success && VersionMissing)
+        Tell("Some target software versions were missing, please verify manually after update");
+    return success;
+}
+
+void TFirmwareUpdate::RestartInUpdateMode() {
+    Parts.Status.SetPhase(EUpdatePhase::Restarting);
+    Parts.memoDebug.Add("Everything OK");
+    Parts.memoDebug.Add("Restarting Device in Update mode");
+    Parts.Run.Sleep(restartPause);
+    const std::uint32_t command = Package.FileMaskBits << 16U | updateModeCommand;
+    Sending = true;
+    Parts.Run.SendQuery("admincmd.json", TUNabto::GetCMD(static_cast<std::int32_t>(command)));
+    Parts.memoDebug.Add("Update mode started, please wait...");
+}
+
+void TFirmwareUpdate::AwaitDevice() {
+    Parts.Status.SetPhase(EUpdatePhase::Waiting);
+    while (!Parts.Run.Ping())
+        for (int i = 0; i < pingPauses; ++i) {
+            Parts.Run.Sleep(pingPause);
+            Parts.Run.ProcessMessages();
+        }
+}
+
+std::optional<std::int32_t> TFirmwareUpdate::ReadCrcResult() {
+    Parts.Status.SetPhase(EUpdatePhase::Checking);
+    std::string address = std::to_string(StatusAddress + crcResultOffset);
+    std::string object = "0";
+    if (Parts.Nabto.isGateway()) {
+        object = "8";
+    } else if (Parts.Nabto.isZelt4()) {
+        address = "39";
+        object = "1";
+    }
+    std::optional<std::int32_t> result;
+    for (int read = 0; read < mostCrcReads; ++read) {
+        Parts.Run.Sleep(crcPause);
+        std::string value = Parts.Nabto.JsonToValue(
+            Parts.Run.SendQuery("setpointReadValue.json", TUNabto::ValueToJson(address, "1", object)));
+        if (const auto end = value.rfind(';'); end != std::string::npos)
+            value.resize(end);
+        Parts.memoDebug.Add("CRC test resultat: " + value);
+        result = TryToInteger(value);
+        if (result && (*result & 0xFF) == 0)
+            break;
+    }
+    return result;
+}
+
+// Compares the versions and sends again what failed; false when anything did. Without a result no file is
+// sent, but none that is to be verified counts as good either.
+bool TFirmwareUpdate::CheckFiles(std::optional<std::int32_t> crcResult) {
+    const std::int32_t result = crcResult.value_or(0);
+    const auto failed = static_cast<std::uint32_t>((result & 0xFF) == 0 ? 0 : result);
+    bool success = true;
+    for (std::size_t i = 0; i < Package.Files.size(); ++i) {
+        if (!Package.Verified(i))
+            continue;
+        CheckVersion(i);
+        if (VersionMismatch)
+            Tell("Automatick Software verification failed, please verify manually");
+        if (!crcResult) {
+            Parts.memoDebug.Add("CRC result of file " + std::to_string(i + 1) + " unknown");
+            success = false;
+        }
+        if (i >= 32 || (failed >> i & 1U) == 0)
+            continue;
+        Parts.memoDebug.Add("CRC error in file " + std::to_string(i + 1) + " retrying");
+        success = false;
+        Parts.Status.SetPhase(EUpdatePhase::SendingAgain);
+        SendFile(i, RepeatRoad(Package.Files[i])); // the next round tells how it went
+    }
+    return success;
+}
+
+// What is not compared leaves the last comparison's outcome standing.
+void TFirmwareUpdate::CheckVersion(std::size_t position) {
+    const TUpdateFile& file = Package.Files[position];
+    if (file.swversion == 0) {
+        VersionMissing = true;
+        return;
+    }
+    const std::string* version = nullptr;
+    if (Parts.Nabto.isGateway()) {
+        if (position != 0)
+            return;
+        version = &Parts.Nabto.GatewayVersion;
+    } else if (file.fileId == "VersionFName1") {
+        version = &Parts.Nabto.versionHP;
+    } else if (file.fileId == "VersionFName2") {
+        version = &Parts.Nabto.versionNP;
+    } else if (file.fileId == "VersionFName3") {
+        version = &Parts.Nabto.versionBT;
+    } else {
+        VersionMissing = true;
+    }
+    VersionMismatch = version == nullptr || Number(*version) != file.swversion;
+}
+
+void TFirmwareUpdate::Tell(const std::string& text) {
+    if (Parts.EnableContineousUpdate)
+        Parts.memoDebug.Add(text);
+    else
+        Parts.Dialogs.ShowMessage(text);
+}
+
+void TFirmwareUpdate::SaveLog(bool success) {
+    const auto directory = GetFlashLogLogpath(Parts.Paths);
+    const std::string name = std::string(success ? "FW-Update_OK_" : "FW-Update_Error_") +
+                             DateTimeStamp(Parts.Clock) + "_" + Parts.device.substr(0, deviceIdLength) +
+                             ".log";
+    try {
+        Parts.Files.CreateDirectories(directory);
+        WriteLines(Parts.Files, directory / name, Parts.memoDebug.Lines());
+    } catch (const EInOutError& error) {
+        Tell(error.what());
+    }
+}
+
+} // namespace tidewell

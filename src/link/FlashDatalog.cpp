@@ -1,0 +1,273 @@
+#include "link/FlashDatalog.h"
+
+#include "core/AtExit.h"
+#include "core/Errors.h"
+#include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
+#include "core/Numbers.h"
+#include "core/Paths.h"
+#include "core/controls/StatusBar.h"
+#include "core/ports/IDialogs.h"
+#include "link/DeviceUse.h"
+#include "link/EepromReader.h"
+#include "link/Nabto.h"
+#include "link/ServiceFiles.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::string_view editMask = "!\\T\\:999\\S\\:99\\M\\:99;1;_";
+constexpr std::int32_t minutesPerDay = 24 * 60;
+constexpr std::int32_t longestDays = 146; // that the ring holds
+constexpr std::uint32_t counterBytes = 4;
+constexpr std::size_t progressPanel = 2;
+
+std::string Digits(std::int32_t value, std::size_t width) {
+    std::string text = std::to_string(value);
+    return text.insert(0, width - std::min(width, text.size()), '0');
+}
+
+// How long ago the position is: "T:146S:20M:16".
+std::string TextOfPosition(std::int32_t position) {
+    const std::int32_t minutes = position * FlashMinutesPerBlock;
+    return "T:" + Digits(minutes / minutesPerDay, 3) + "S:" + Digits(minutes % minutesPerDay / 60, 2) +
+           "M:" + Digits(minutes % 60, 2);
+}
+
+std::int32_t PositionOfText(const std::string& text) {
+    const auto number = [&text](std::size_t at, std::size_t length) {
+        return ToIntegerOr(Trim(std::string_view(text).substr(std::min(at, text.size()), length)), 0);
+    };
+    const std::int32_t minutes = number(2, 3) * minutesPerDay + number(7, 2) * 60 + number(11, 2);
+    return minutes / FlashMinutesPerBlock;
+}
+
+} // namespace
+
+TFlashDatalog::TFlashDatalog(const TParts& parts)
+    : DT_MaskeditStartDate("DT_MaskeditStartDate", editMask),
+      DT_MaskeditEndDate("DT_MaskeditEndDate", editMask), Parts(parts) {
+    ButFlashDatalog.SetVisible(false);
+    PanelFDDatalog.SetVisible(false);
+    DayTracker.SetFrequency(10 * minutesPerDay / FlashMinutesPerBlock);
+    DayTracker.SetPageSize(minutesPerDay / FlashMinutesPerBlock);
+    const std::string hint = "Days, hours and minutes back from now; click to enter days";
+    for (TMaskEdit* edit : {&DT_MaskeditStartDate, &DT_MaskeditEndDate}) {
+        edit->SetHint(hint);
+        edit->OnClick = [this, edit] {
+            EditClick(*edit);
+        };
+        edit->OnExit = [this, edit] {
+            EditExit(*edit);
+        };
+    }
+    DayTracker.OnChange = [this] {
+        DayTrackerChange();
+    };
+    ButFlashDatalog.OnClick = [this] {
+        ButFlashDatalogClick();
+    };
+    DT_GetData.OnClick = [this] {
+        DownloadFlashLog();
+    };
+    DayTrackerChange();
+}
+
+void TFlashDatalog::ApplyTexts(const TNabtodriverTexts& texts) {
+    ButFlashDatalog.SetCaption(texts.ButFlashdatalog);
+    DT_GetData.SetCaption(texts.ButGetFlashData);
+    DT_LabelToday.SetCaption(texts.labbegin);
+    DT_LabelEndDay.SetCaption(texts.labfinish);
+    DT_LabelFrom.SetCaption(texts.labfrom);
+    DT_LabelTo.SetCaption(texts.labto);
+    QuestionDatalog = texts.questiondatalog;
+    MischStrings.adjustdays = texts.adjustdays;
+    MischStrings.adjustdaysheader = texts.adjustdaysheader;
+    MischStrings.errorlogcounter = texts.errorlogcounter;
+}
+
+void TFlashDatalog::ButFlashDatalogClick() {
+    if (PanelFDDatalog.Visible()) {
+        PanelFDDatalog.SetVisible(false);
+        return;
+    }
+    const TDeviceUse::THold hold(Parts.Use);
+    if (!hold)
+        return;
+    PanelFDDatalog.SetVisible(true);
+    ReadCounters();
+}
+
+void TFlashDatalog::ReadCounters() {
+    const std::int32_t address = Parts.Host.FlashCounterAddress();
+    if (address == 0) {
+        Parts.Dialogs.ShowMessage(MischStrings.errorlogcounter);
+        PanelFDDatalog.SetVisible(false);
+        return;
+    }
+    const std::string words = Parts.Eeprom.ReadEeprom(static_cast<std::uint32_t>(address), counterBytes);
+    if (words.empty())
+        return;
+    const std::string current = GetRowField(words, 0);
+    const std::string used = GetRowField(words, 1);
+    Parts.memoDebug.Add("FLASHDATALOG_COUNT1 " + current);
+    Parts.memoDebug.Add("FLASHDATALOG_COUNT2 " + used);
+    CurrentLogBlock = ToIntegerOr(current, 0);
+    DayTracker.SetUpperPosition(ToIntegerOr(used, 0));
+}
+
+void TFlashDatalog::DayTrackerChange() {
+    DT_MaskeditStartDate.SetText(TextOfPosition(DayTracker.LowerPosition()));
+    DT_MaskeditEndDate.SetText(TextOfPosition(DayTracker.UpperPosition()));
+}
+
+void TFlashDatalog::EditClick(TMaskEdit& edit) {
+    const auto answer = Parts.Dialogs.InputBox(MischStrings.adjustdaysheader, MischStrings.adjustdays, "0");
+    if (!answer || answer->empty())
+        return;
+    const std::int32_t days = std::clamp(ToIntegerOr(DigitsOnly(*answer), 0), 0, longestDays);
+    edit.SetText("T:" + std::to_string(days) + "S:00" + "M:00");
+    DT_GetData.SetFocus();
+    EditExit(edit);
+}
+
+void TFlashDatalog::EditExit(TMaskEdit& edit) {
+    const std::int32_t position = PositionOfText(edit.Text());
+    if (&edit == &DT_MaskeditStartDate)
+        DayTracker.SetLowerPosition(position);
+    else
+        DayTracker.SetUpperPosition(position);
+    DayTrackerChange(); // the time that is in force, in whole blocks
+}
+
+void TFlashDatalog::DownloadFlashLog() {
+    const TDeviceUse::THold hold(Parts.Use);
+    if (!hold)
+        return;
+    Parts.Host.StopRunningLog();
+    FlashBlocks = CalcFlashBlocks(DayTracker.LowerPosition(), DayTracker.UpperPosition(), CurrentLogBlock);
+    ReportFlashBlocks(FlashBlocks, DT_MaskeditStartDate.Text(), DT_MaskeditEndDate.Text(), Parts.memoDebug);
+    const auto& qlist = FlashBlocks.qlist;
+    const auto read = [this, &qlist](std::size_t run, bool first, bool last) {
+        const std::int32_t address = ToIntegerOr(qlist[2 * run], FlashBaseAddress);
+        const std::int32_t length = ToIntegerOr(qlist[2 * run + 1], FlashBlockSize);
+        if (!Stopped())
+            ReadFlashDatalog(static_cast<std::uint32_t>(address),
+                             static_cast<std::uint32_t>(std::max(length, 0)), first, last);
+    };
+    const TAtExit release([this] { Release(); });
+    read(0, true, qlist[3] == "0");
+    read(1, false, qlist[5] == "0");
+    if (qlist[5] != "0")
+        read(2, false, true);
+}
+
+void TFlashDatalog::Release() {
+    SL_Datalist.Clear();
+    StopRequested = false;
+}
+
+void TFlashDatalog::ReadFlash(std::uint32_t address, std::uint32_t length) {
+    if (length == 0)
+        return;
+    const TDeviceUse::THold hold(Parts.Use);
+    if (!hold)
+        return;
+    Parts.Host.StopRunningLog();
+    const TAtExit release([this] { Release(); });
+    ReadFlashDatalog(address, length, true, true);
+}
+
+void TFlashDatalog::ReadFlashDatalog(std::uint32_t address, std::uint32_t length, bool first, bool last) {
+    if (first)
+        SL_Datalist.Clear();
+    // A later segment begins with the number of the last row once more.
+    const std::size_t firstNumber = first ? 1 : SL_Datalist.Count();
+    if (length == 0)
+        return;
+    TUNabto& nabto = Parts.Nabto;
+    TMemo& memo = Parts.memoDebug;
+    memo.Add("Preparing Stream...");
+    const std::int32_t status = nabto.getResponseStatus(
+        nabto.SendQuery(Parts.device, "flashRead.json", TUNabto::FormatRWData(address, length)));
+    if (Stopped())
+        return;
+    if (status != 0) {
+        memo.Add("Stream preperation error: " + std::to_string(status));
+        return;
+    }
+    memo.Add("Preperation Success");
+    memo.Add("Starting Stream...");
+    const TAtExit close([&nabto] { nabto.StopStream(); });
+    if (!nabto.StartStream(Parts.device))
+        return;
+    memo.Add("Stream Started");
+    memo.Add("Reading Stream...");
+    auto bytes = ReadStream(length);
+    Parts.StatusBar.SetText(progressPanel, {});
+    memo.Add("Done Reading");
+    if (!bytes || bytes->empty() || Stopped())
+        return;
+    SL_Datalist.Add(*std::move(bytes), firstNumber);
+    if (last && SaveDatalist())
+        OfferFlashView();
+}
+
+std::optional<std::vector<std::uint8_t>> TFlashDatalog::ReadStream(std::uint32_t length) {
+    Reading = true;
+    const TAtExit done([this] { Reading = false; });
+    return Parts.Nabto.ReadStream(length);
+}
+
+// What was read over a slow link must not be lost to a full disk: the user is asked for another place.
+bool TFlashDatalog::SaveDatalist() {
+    const std::string header = Parts.Host.CreateDatalogHeader();
+    const auto directory = GetFlashLogLogpath(Parts.Paths);
+    PathLastSavedFDFile = ServiceFilePath(Parts.Files, Parts.Clock, Parts.Paths, "FDlog_", Parts.device);
+    for (;;) {
+        try {
+            Parts.Files.CreateDirectories(PathLastSavedFDFile.parent_path());
+            SL_Datalist.Save(Parts.Files, PathLastSavedFDFile, header);
+            return true;
+        } catch (const EInOutError& error) {
+            Parts.Dialogs.ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
+        }
+        TFileDialog dialog;
+        dialog.Title = ButFlashDatalog.Caption();
+        dialog.InitialDirectory = directory;
+        dialog.Filters = {{"csv", "*.csv"}};
+        const auto chosen = Parts.Dialogs.SaveFile(dialog);
+        if (!chosen)
+            return false;
+        PathLastSavedFDFile = *chosen;
+    }
+}
+
+void TFlashDatalog::OfferFlashView() {
+    const TAtExit hide([this] { PanelFDDatalog.SetVisible(false); });
+    const bool show = Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation, QuestionDatalog,
+                                                   EButtons::YesNo) == EModalResult::Yes;
+    const auto profile = Parts.Host.GetFlashLogProfilepath();
+    if (show && Parts.Host.FormOpen() && !profile.empty())
+        Parts.Host.ShowFlashDatalog(profile, PathLastSavedFDFile);
+}
+
+bool TFlashDatalog::MayClose() {
+    if (!Reading || !Parts.Host.FormOpen())
+        return true;
+    const auto answer = Parts.Dialogs.ShowMessageBox(
+        EMessageKind::Confirmation, "The flash is still being read. Stop reading?", EButtons::YesNo);
+    if (answer == EModalResult::Yes)
+        StopRequested = Reading;
+    return answer == EModalResult::Yes;
+}
+
+bool TFlashDatalog::Stopped() const {
+    return StopRequested || !Parts.Host.FormOpen();
+}
+
+} // namespace tidewell

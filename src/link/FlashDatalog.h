@@ -1,0 +1,113 @@
+#pragma once
+
+#include "core/controls/MaskEdit.h"
+#include "core/controls/Simple.h"
+#include "core/controls/TrackBar2.h"
+#include "link/FlashBlocks.h"
+#include "link/FlashRecords.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+class IClock;
+class IDialogs;
+class IFiles;
+class TDeviceUse;
+class TEepromReader;
+class TMemo;
+class TStatusBar;
+class TUNabto;
+struct TCurrentInifilesPath;
+struct TNabtodriverTexts;
+
+// Downloads a range of the log that the device keeps in its flash, saves it as a datalog and offers to show
+// it. The range is set on a slider, in blocks back from now.
+class TFlashDatalog {
+  public:
+    // What it needs of the main form.
+    class IHost {
+      public:
+        virtual ~IHost() = default;
+        virtual void StopRunningLog() = 0;                    // nothing when none runs
+        virtual std::int32_t FlashCounterAddress() const = 0; // DF_FDCountNum of the open profile; 0: no log
+        virtual std::string CreateDatalogHeader() const = 0;
+        // The companion profile for flash datalogs; empty if there is none.
+        virtual std::filesystem::path GetFlashLogProfilepath() const = 0;
+        // Shows the file on the graph page by that profile, and closes the device form.
+        virtual void ShowFlashDatalog(const std::filesystem::path& profile,
+                                      const std::filesystem::path& file) = 0;
+        virtual bool FormOpen() const = 0; // false once the main form is closed
+    };
+
+    struct TParts {
+        IHost& Host;
+        IDialogs& Dialogs;
+        IFiles& Files;
+        const IClock& Clock;
+        const TCurrentInifilesPath& Paths;
+        TUNabto& Nabto;
+        TDeviceUse& Use;
+        TEepromReader& Eeprom;
+        TMemo& memoDebug;
+        TStatusBar& StatusBar; // panel 2 shows the progress
+        const std::string& device;
+    };
+    explicit TFlashDatalog(const TParts& parts);
+    TFlashDatalog(const TFlashDatalog&) = delete;
+    TFlashDatalog& operator=(const TFlashDatalog&) = delete;
+
+    void ApplyTexts(const TNabtodriverTexts& texts);
+
+    void ButFlashDatalogClick();
+    // The slider's range, in up to three reads of which the last one saves.
+    void DownloadFlashLog();
+    // One read that saves, of any part of the flash. Nothing happens for length 0.
+    void ReadFlash(std::uint32_t address, std::uint32_t length);
+
+    // Before the device form closes: whether it may. Asks while a read runs; Yes ends the read.
+    bool MayClose();
+    bool Stopped() const; // by the user, or because the program was closed
+
+    TFlashBlocks FlashBlocks; // of the last download
+    std::int32_t CurrentLogBlock = 0;
+    std::filesystem::path PathLastSavedFDFile;
+    std::string QuestionDatalog;
+    struct {
+        std::string adjustdays, adjustdaysheader, errorlogcounter;
+    } MischStrings;
+
+    TButton ButFlashDatalog{"ButFlashDatalog", "Flash Datalog"};
+    TPanel PanelFDDatalog{"PanelFDDatalog"};
+    TTrackBar2 DayTracker{"DayTracker", 0, FlashBlockCount};
+    TMaskEdit DT_MaskeditStartDate;
+    TMaskEdit DT_MaskeditEndDate;
+    TLabel DT_LabelToday{"DT_LabelToday"};
+    TLabel DT_LabelEndDay{"DT_LabelEndDay"};
+    TLabel DT_LabelFrom{"DT_LabelFrom", "Datum von :"};
+    TLabel DT_LabelTo{"DT_LabelTo", "Datum bis :"};
+    TButton DT_GetData{"DT_GetData"};
+
+  private:
+    void ReadCounters();
+    void DayTrackerChange();
+    void EditClick(TMaskEdit& edit);
+    void EditExit(TMaskEdit& edit);
+    // first begins the rows anew; last saves them.
+    void ReadFlashDatalog(std::uint32_t address, std::uint32_t length, bool first, bool last);
+    std::optional<std::vector<std::uint8_t>> ReadStream(std::uint32_t length);
+    void Release(); // what a download leaves
+    bool SaveDatalist();
+    void OfferFlashView();
+
+    const TParts Parts;
+    TFlashRecords SL_Datalist; // the rows gathered so far
+    bool Reading = false;
+    bool StopRequested = false;
+};
+
+} // namespace tidewell

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace tidewell {
+
+class IClock;
+class IFiles;
+struct TCurrentInifilesPath;
+
+// Where what was read from a device is kept.
+std::filesystem::path GetFlashLogLogpath(const TCurrentInifilesPath& paths);
+// A file there that does not exist yet: the kind, such as "FDlog_", the device id, the time.
+std::filesystem::path ServiceFilePath(const IFiles& files, const IClock& clock,
+                                      const TCurrentInifilesPath& paths, const std::string& kind,
+                                      const std::string& device);
+
+} // namespace tidewell

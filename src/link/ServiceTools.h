@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/controls/Simple.h"
+
+#include <string>
+
+namespace tidewell {
+
+class IClock;
+class IDialogs;
+class IFiles;
+class TDeviceUse;
+class TEepromReader;
+class TFlashDatalog;
+class TMemo;
+class TUNabto;
+struct TCurrentInifilesPath;
+
+// Tools for service work and for the development of device firmware. Their panels are shown by options of the
+// command line; nothing shows BtnWriteFlash and Button1.
+class TServiceTools {
+  public:
+    struct TParts {
+        IDialogs& Dialogs;
+        IFiles& Files;
+        const IClock& Clock;
+        const TCurrentInifilesPath& Paths;
+        TUNabto& Nabto;
+        TDeviceUse& Use;
+        TEepromReader& Eeprom;
+        TFlashDatalog& FlashDatalog;
+        TMemo& memoDebug;
+        TLabel& LblJson;
+        const std::string& device;
+    };
+    explicit TServiceTools(const TParts& parts);
+    TServiceTools(const TServiceTools&) = delete;
+    TServiceTools& operator=(const TServiceTools&) = delete;
+
+    // Reads EEPROM words into a file. Throws EConvertError for a text that is no number, ERangeError for a
+    // number that cannot be asked for, EInOutError when the file cannot be written.
+    void butGetEepromValuesClick();
+    // Reads flash and takes it for log records.
+    void BtnReadFlashClick();
+    // Writes ten bytes by stream, as a test of that road.
+    void BtnWriteFlashClick();
+    // Resets the secondary processor.
+    void Button1Click();
+    void ExtendedSystemVersionClick();
+
+    TPanel PanelReadEEprom{"PanelReadEEprom"};
+    TButton butGetEepromValues{"butGetEepromValues", "Read Eeprom list"};
+    TLabel LabErrorlogStart{"LabErrorlogStart", "StartAdr"};
+    TEdit RErrorlogStart{"RErrorlogStart"};
+    TLabel LabErrorlogLength{"LabErrorlogLength", "Num of Integers"};
+    TEdit RErrorlogLength{"RErrorlogLength"};
+    TPanel PanelReadFlash{"PanelReadFlash"};
+    TButton BtnReadFlash{"BtnReadFlash", "Read Flash"};
+    TLabel LabReadAddress{"LabReadAddress", "StartAdr"};
+    TEdit editReadAddress{"editReadAddress"};
+    TLabel LabReadLength{"LabReadLength", "Length (Bytes)"};
+    TEdit editReadLength{"editReadLength"};
+    TButton Button1{"Button1", "st reset"};
+    TButton ExtendedSystemVersion{"ExtendedSystemVersion", "system versions"};
+    TButton BtnWriteFlash{"BtnWriteFlash", "Write\"Flash\""};
+
+  private:
+    void InitControls();
+
+    const TParts Parts;
+};
+
+} // namespace tidewell

@@ -1,0 +1,108 @@
+#include "link/UpdateStatus.h"
+
+#include "core/ports/IClock.h"
+
+#include <algorithm>
+
+namespace tidewell {
+
+namespace {
+
+std::string TwoDigits(std::chrono::seconds::rep number) {
+    return (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+// Puts the value in place of "%1", "%2" or "%3".
+void Fill(std::string& text, char place, const std::string& value) {
+    if (const auto at = text.find(std::string{'%', place}); at != std::string::npos)
+        text.replace(at, 2, value);
+}
+
+constexpr TColor yellow{0x0000C8FF};
+
+} // namespace
+
+TUpdateStatus::TUpdateStatus(const IClock& clock) : Clock(clock) {
+    PanelUpdate.SetVisible(false);
+}
+
+void TUpdateStatus::Begin() {
+    IsRunning = true;
+    Started = Clock.Monotonic();
+    Shown = {};
+    LabUpdateElapsed.SetCaption(ElapsedText());
+    LedUpdate.SetTrueColor(yellow);
+    LedUpdate.SetValue(true);
+    SetPhase(EUpdatePhase::Asking);
+    PanelUpdate.SetVisible(true);
+    Changed.Emit();
+}
+
+void TUpdateStatus::End(bool success) {
+    Tick();
+    LedUpdate.SetTrueColor(success ? TALed::Green : TALed::Red);
+    SetPhase(success ? EUpdatePhase::Succeeded : EUpdatePhase::Failed);
+    IsRunning = false;
+    Changed.Emit();
+}
+
+void TUpdateStatus::SetPhase(EUpdatePhase phase) {
+    LabUpdatePhase.SetCaption(TextOf(phase));
+    LabUpdateFile.SetVisible(false);
+    UpdateProgress.SetVisible(false);
+}
+
+void TUpdateStatus::SetFile(std::size_t number, std::size_t count, const std::string& name) {
+    std::string text = Texts.File;
+    Fill(text, '1', std::to_string(number));
+    Fill(text, '2', std::to_string(count));
+    Fill(text, '3', name);
+    LabUpdateFile.SetCaption(text);
+    LabUpdateFile.SetVisible(true);
+    UpdateProgress.SetPosition(0);
+    UpdateProgress.SetVisible(true);
+}
+
+void TUpdateStatus::SetProgress(std::uint32_t bytes, std::uint32_t length) {
+    const std::uint64_t percent = length == 0 ? 0 : std::uint64_t{bytes} * 100 / length;
+    UpdateProgress.SetPosition(static_cast<int>(std::min<std::uint64_t>(percent, 100)));
+    Tick();
+}
+
+void TUpdateStatus::Tick() {
+    const auto elapsed = std::chrono::floor<std::chrono::seconds>(Clock.Monotonic() - Started);
+    if (elapsed == Shown)
+        return;
+    Shown = elapsed;
+    LabUpdateElapsed.SetCaption(ElapsedText());
+}
+
+const std::string& TUpdateStatus::TextOf(EUpdatePhase phase) const {
+    switch (phase) {
+    case EUpdatePhase::Asking:
+        return Texts.Asking;
+    case EUpdatePhase::Sending:
+        return Texts.Sending;
+    case EUpdatePhase::Restarting:
+        return Texts.Restarting;
+    case EUpdatePhase::Waiting:
+        return Texts.Waiting;
+    case EUpdatePhase::Checking:
+        return Texts.Checking;
+    case EUpdatePhase::SendingAgain:
+        return Texts.SendingAgain;
+    case EUpdatePhase::Succeeded:
+        return Texts.Succeeded;
+    case EUpdatePhase::Failed:
+        break;
+    }
+    return Texts.Failed;
+}
+
+std::string TUpdateStatus::ElapsedText() const {
+    const auto seconds = Shown.count();
+    return Texts.Elapsed + " " + std::to_string(seconds / 3600) + ":" + TwoDigits(seconds / 60 % 60) + ":" +
+           TwoDigits(seconds % 60);
+}
+
+} // namespace tidewell

@@ -1,0 +1,48 @@
+#include "mainform/FlashView.h"
+
+#include "core/Guard.h"
+#include "logging/DatalogLines.h"
+
+#include <cstddef>
+#include <string_view>
+
+namespace tidewell {
+
+namespace {
+
+// All lines of one file, the header row among them.
+class TFileLines : public IDataLines {
+  public:
+    // Throws EInOutError.
+    TFileLines(const IFiles& files, const std::filesystem::path& path) : Reader(files.Open(path)) {
+        TDatalogLineReader counted(files.Open(path));
+        for (std::string_view line; counted.Next(line);)
+            ++Lines;
+    }
+    std::size_t Count() const override { return Lines; }
+    std::string_view Next() override {
+        std::string_view line;
+        return Reader.Next(line) ? line : std::string_view();
+    }
+
+  private:
+    TDatalogLineReader Reader;
+    std::size_t Lines = 0;
+};
+
+} // namespace
+
+void TFlashView::Show(const std::filesystem::path& profile, const std::filesystem::path& file) {
+    TFileLines lines(Ports.Files, file);
+    Parts.ProfileOpening.OpenProfile(profile);
+    RunGuarded(Ports.Dialogs, [this] { Parts.GraphPage.GraphInit(true); });
+    Parts.GraphPage.ClearGraphPage();
+    Parts.Device.Close();
+    Parts.GraphPage.DrawGraphDatafromList(lines);
+    Parts.Controls.TheTab.SetActivePage(Parts.Controls.TabGraph);
+    Parts.Controls.TabSetpoint.SetVisible(false);
+    Parts.Controls.WindowSetpoint1.SetEnabled(false);
+    Parts.Profile.ProfileLoaded = false;
+}
+
+} // namespace tidewell

@@ -1,0 +1,147 @@
+#pragma once
+
+#include "FakeNabto.h"
+#include "core/Paths.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Simple.h"
+#include "core/controls/StatusBar.h"
+#include "link/ContinuousUpdate.h"
+#include "link/DeviceUse.h"
+#include "link/FileUpload.h"
+#include "link/FirmwareUpdate.h"
+#include "link/Nabto.h"
+#include "link/UpdateRun.h"
+#include "link/UpdateStatus.h"
+#include "support/MemoryFiles.h"
+#include "support/ScriptedDialogs.h"
+#include "support/VirtualTime.h"
+#include "support/WireText.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tidewell::test {
+
+// What is sent to a device during an update, and a device that answers as it is told.
+class TUpdateFixture : public testing::Test {
+  protected:
+    TUpdateFixture() {
+        Library.Reply = [this](const std::string& url) {
+            return Answer(url);
+        };
+        Library.OnCall = [this] {
+            ++Exchanges;
+            if (OnExchange)
+                OnExchange();
+        };
+        Nabto.MayGoOn = [this] {
+            return Open;
+        };
+        streamDelayEdit.SetText("10");
+    }
+
+    void TearDown() override { OnExchange = nullptr; } // the library outlives what a test made
+
+    static std::string Status(std::int64_t status) {
+        return R"({"response":{"status":)" + std::to_string(status) + "}}";
+    }
+
+    // The next answers to that kind of request, in order; later ones get the last of them.
+    void Reply(const std::string& kind, std::deque<std::int64_t> answers) {
+        Answers[kind] = std::move(answers);
+    }
+
+    // Requests sent so far, and begins anew.
+    std::string TakeWire() {
+        std::vector<std::string> queries;
+        for (; Taken < Library.Calls.size(); ++Taken)
+            if (Library.Calls[Taken].starts_with("nabtoRpcInvoke"))
+                queries.push_back(Library.Calls[Taken]);
+        return Join(WireText(queries), "; ");
+    }
+    std::vector<std::string> TakeLines() {
+        auto lines = memoDebug.Lines();
+        memoDebug.Clear();
+        return lines;
+    }
+
+    std::function<void()> OnExchange; // at each call of the library
+    int Exchanges = 0;
+    TCurrentInifilesPath Paths{"/app/cfg/s.inn", {}, "/app/profile/p.pls", "/app/cfg", "/app"};
+    TMemoryFiles Files;
+    TVirtualTime Time;
+    TScriptedDialogs Dialogs;
+    TFakeNabto Library;
+    TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
+    TMemo memoDebug{"memoDebug"};
+    TEdit streamDelayEdit{"streamDelayEdit"};
+    TButton ButContUpdate{"ButContUpdate"};
+    TStatusBar StatusBar{"StatusBar", {{200, {}, false}}};
+    std::string Device = "410000000001.remote.example";
+    std::filesystem::path CurrentUpdateSWFile = "/pkg/config.fwc";
+    bool EnableContineousUpdate = false;
+    bool Open = true; // the program
+    TDeviceUse Use;
+    TUpdateStatus UpdateStatus{Time};
+    TUpdateRun Run{Time, Nabto, UpdateStatus, Device, [this] {
+                       return Open;
+                   }};
+    TFileUpload Upload{
+        {Dialogs, Files, Time, Nabto, Run, memoDebug, streamDelayEdit, Device, CurrentUpdateSWFile}};
+    TFirmwareUpdate Update{{Dialogs, Files, Time, Paths, Nabto, Use, Run, UpdateStatus, Upload, memoDebug,
+                            Device, EnableContineousUpdate, CurrentUpdateSWFile}};
+    TContinuousUpdate Continuous{{Dialogs, Files, Time, Time, Paths, Use, UpdateStatus, Update, memoDebug,
+                                  StatusBar, ButContUpdate, Device, EnableContineousUpdate,
+                                  CurrentUpdateSWFile}};
+
+    std::optional<std::string> Ping; // the answer; nothing while the device is away
+    std::string CrcReply = R"({"response":{"data":[{"value":0}]}})";
+
+  private:
+    std::optional<std::string> Answer(const std::string& url) {
+        const auto name = url.substr(url.rfind('/', url.find('?')) + 1);
+        const std::string query = name.substr(0, name.find('.'));
+        if (query == "ping")
+            return Ping;
+        if (query == "setpointReadValue")
+            return CrcReply;
+        std::string kind = query;
+        std::int64_t answer = 0;
+        if (query == "FlashWriteNostreamV2") {
+            kind = RequestField(url, "nostreamstate");
+            Crcs.push_back(std::stoi(RequestField(url, "blockCRC")));
+            answer = std::stoll(RequestField(url, "blocknumber")) << 16;
+        } else if (query == "FlashWriteNostream") {
+            kind = RequestField(url, "nostreamstate");
+            EXPECT_NE(url.find(R"("list":[{"payload":9}]}})"), std::string::npos);
+        } else if (query == "prepareUpdate") {
+            answer = 131072;
+        }
+        if (auto& told = Answers[kind]; !told.empty()) {
+            // For a packet: what to add to the right answer.
+            answer = told.front() + (query == "FlashWriteNostreamV2" ? answer : 0);
+            if (told.size() > 1)
+                told.pop_front();
+        }
+        if (answer == NoReply)
+            return std::nullopt;
+        return Status(answer);
+    }
+
+  protected:
+    static constexpr std::int64_t NoReply = -999;
+    std::vector<int> Crcs; // of the packets
+
+  private:
+    std::map<std::string, std::deque<std::int64_t>> Answers;
+    std::size_t Taken = 0; // of the library's calls
+};
+
+} // namespace tidewell::test
