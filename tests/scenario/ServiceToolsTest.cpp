@@ -242,7 +242,7 @@ TEST_F(TServiceTools, ADownloadThatFailsTellsWhere) {
              {"Refuse=3; query=flashRead.json; times=1", {ShowIt}, {segment[0], refused(3), "*"}, second, 17},
              {"Refuse=3; query=flashRead.json; skip=1", {}, {"*", segment[0], refused(3)}, "", 0},
              {"Error=busy; query=flashRead.json; skip=1", {}, {"*", segment[0], refused(1)}, "", 0},
-             {"Garbage={}; query=flashRead.json; skip=1", {}, {"*", segment[0], refused(1)}, "", 0},
+             {"Garbage={}; query=flashRead.json; skip=1", {}, {"*", segment[0], refused(-1)}, "", 0},
              {"NoAnswer=on; query=flashRead.json; skip=1", {}, {"*", segment[0], refused(1)}, "", 0},
              // Gone when the second stream is to be opened, behind the first one's opening and four reads.
              {"NoAnswer=on; query=stream; skip=5",
