@@ -69,6 +69,9 @@ void TSetpointPage::ConnectControls() {
     SetpointTreeView.OnClick = [this] {
         SetpointTreeViewClick();
     };
+    SetpointTreeView.OnKeyPress = [this](const std::string& key) {
+        SetpointTreeViewKeyPress(key);
+    };
     SetpointTreeView.OnRightMouseButton = [this] {
         SetpointTreeViewMouseDown(true);
     };
@@ -136,6 +139,11 @@ void TSetpointPage::SetpointTreeViewClick() {
     CurrentModbusID = Parts.Panel.GetModbusIDFromDeviceName(root.Text);
     SetpointListReady = true;
     ShowCurrentValues();
+}
+
+void TSetpointPage::SetpointTreeViewKeyPress(const std::string& key) {
+    if (key == "\r")
+        SetpointTreeViewClick();
 }
 
 // A device that bears another name than its node leaves the rows as they were.

@@ -76,6 +76,8 @@ class TSetpointPage {
     // Shows the setpoints of the chosen group, and their values if any are known; nothing for a device node.
     // Throws EConvertError for a list row with a bad field: the rows before it are then shown without values.
     void SetpointTreeViewClick();
+    // Enter does the same.
+    void SetpointTreeViewKeyPress(const std::string& key);
     // On a device node the right button opens Setpointpopup.
     void SetpointTreeViewMouseDown(bool rightButton);
     // These two open the input dialog, in silence nothing without rows or while nothing is logged. A double

@@ -198,6 +198,9 @@ TEST_F(BindersTest, MemosGrowLineByLine) {
 TEST_F(BindersTest, TreesKeepTheSelectionUnderTheRightButton) {
     TTreeView tree("Tree");
     tree.OnClick = Hear("c");
+    tree.OnKeyPress = [&](const std::string& key) {
+        Heard += key == "\r" ? "k" : "?";
+    };
     tree.OnRightMouseButton = Hear("r");
     tree.OnOtherMouseButton = Hear("o");
     TWindow window;
@@ -213,7 +216,7 @@ TEST_F(BindersTest, TreesKeepTheSelectionUnderTheRightButton) {
     click(Qt::LeftButton, view.topLevelItem(0)->child(1));
     click(Qt::RightButton, view.topLevelItem(1));
     QTest::keyClick(&view, Qt::Key_Return);
-    EXPECT_EQ(Heard, "ocrc");
+    EXPECT_EQ(Heard, "ocrk");
     tree.SetSelected(TTreeView::TSelection{1, -1});
     EXPECT_EQ(view.currentItem(), view.topLevelItem(1));
     tree.SetNodes({});

@@ -104,7 +104,10 @@ TEST_F(SetpointPage, ShowsDevicesTheirGroupsAndTheRowsOfAGroup) {
     Choose(0, -1);
     Page().ApplyDataLine("1;d;t;5;6;");
     EXPECT_THAT(Grid(), ElementsAre("b|5|°C|0|100", "c|5|°C|0|100", "x|6|°C|0|100"));
-    Choose(3, 0);
+    tree.SetSelected(TTreeView::TSelection{3, 0});
+    tree.OnKeyPress("x");
+    EXPECT_EQ(Grid().size(), 3U);
+    tree.OnKeyPress("\r");
     EXPECT_THAT(Grid(), ElementsAre("a||°C|0|100")); // without values of the group before
     EXPECT_THAT(Main().ContextHelp.HelpfileDoc.ParaID, IsEmpty());
     EXPECT_EQ(Main().ModbusPanel.SelectedDevice, 3);

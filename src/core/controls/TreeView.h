@@ -37,8 +37,9 @@ class TTreeView : public TControl {
 
     TSignal<> ExpandAllRequested;
 
-    TEvent<> OnClick;            // also Enter
-    TEvent<> OnRightMouseButton; // after the view has set the selection as the user left it
+    TEvent<> OnClick;
+    TEvent<const std::string&> OnKeyPress; // "\r" for Enter; no other key comes
+    TEvent<> OnRightMouseButton;           // after the view has set the selection as the user left it
     TEvent<> OnOtherMouseButton;
 
   private:

@@ -53,7 +53,7 @@ class TTreeBinding : public QObject {
         case QEvent::KeyPress: {
             const int key = static_cast<QKeyEvent*>(event)->key();
             if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-                RunGuarded(Dialogs, [this] { Tree.OnClick(); });
+                RunGuarded(Dialogs, [this] { Tree.OnKeyPress("\r"); });
                 return true;
             }
             break;
