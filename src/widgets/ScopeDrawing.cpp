@@ -17,6 +17,7 @@ constexpr double cursorWidth = 1.5;
 constexpr int handleSize = 6;
 constexpr int textMargin = 3;
 constexpr double pointRadius = 4;
+constexpr double focusWidth = 2;
 
 // The painter without its scale, so that what is drawn next lies on the pixels of the device.
 class TDevicePixels {
@@ -160,6 +161,12 @@ void TScopeDrawing::DrawOverlay(QPainter& painter, const QRect& plot) {
     }
     if (Overlay.Held)
         DrawHeld(painter, plot);
+    if (Overlay.Focused) {
+        constexpr double half = focusWidth / 2;
+        painter.setPen(QPen(Colors.Accent, focusWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(QRectF(plot).adjusted(half, half, -half, -half));
+    }
 }
 
 void TScopeDrawing::DrawCursor(QPainter& painter, const QRect& plot) const {

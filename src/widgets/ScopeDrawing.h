@@ -21,6 +21,7 @@ struct TScopeOverlay {
     std::optional<std::size_t> Highlighted; // a channel
     QRect Band;                             // being dragged, in pixels of the surface
     bool Held = false;
+    bool Focused = false; // by the keyboard
 };
 
 // Draws what lies on the plot area: curves, texts, cursor. Pixels are those of the painter.

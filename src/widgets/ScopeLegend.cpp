@@ -65,6 +65,14 @@ const TScopeLegend::TText& TScopeLegend::TextOf(const TScopePicture& picture, st
     return text;
 }
 
+QString TScopeLegend::ShortText(const std::string& name, const QFontMetrics& metrics, int width) {
+    const auto end = std::min(name.find(":["), name.size());
+    const QString value = QString::fromStdString(name.substr(end));
+    const QString start = metrics.elidedText(QString::fromStdString(name.substr(0, end)), Qt::ElideRight,
+                                             std::max(width - metrics.horizontalAdvance(value), 0));
+    return metrics.elidedText(start + value, Qt::ElideRight, width);
+}
+
 int TScopeLegend::NameWidth(const TScopePicture& picture, const QFont& font) {
     int width = 0;
     for (std::size_t i = 0; i < picture.Curves.size(); ++i)
@@ -127,9 +135,8 @@ void TScopeLegend::Paint(QPainter& painter, QPoint origin, const TScopePicture& 
         const QPoint corner(text.left(), text.top() + (text.height() - metrics.height()) / 2);
         painter.setPen(colors.Text);
         if (IsNarrow)
-            painter.drawText(
-                corner + QPoint(0, metrics.ascent()),
-                metrics.elidedText(QString::fromStdString(curve.Name), Qt::ElideMiddle, text.width()));
+            painter.drawText(corner + QPoint(0, metrics.ascent()),
+                             ShortText(curve.Name, metrics, text.width()));
         else
             painter.drawStaticText(corner, TextOf(picture, entry.Channel, painter.font()).Text);
     }

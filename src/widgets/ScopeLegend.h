@@ -4,8 +4,10 @@
 #include "widgets/ScopePicture.h"
 
 #include <QFont>
+#include <QFontMetrics>
 #include <QRect>
 #include <QStaticText>
+#include <QString>
 
 #include <cstddef>
 #include <optional>
@@ -45,6 +47,8 @@ class TScopeLegend {
         int Width = 0;
     };
     const TText& TextOf(const TScopePicture& picture, std::size_t channel, const QFont& font);
+    // The name shortened before its value, which stays whole where it has room.
+    static QString ShortText(const std::string& name, const QFontMetrics& metrics, int width);
     int NameWidth(const TScopePicture& picture, const QFont& font);
 
     QFont TextFont;

@@ -7,6 +7,8 @@
 #include <array>
 #include <cmath>
 #include <functional>
+#include <memory>
+#include <utility>
 
 namespace tidewell {
 
@@ -188,7 +190,7 @@ class TScopePlot::TImpl {
     }
     QRect OverlayRect() const {
         const bool any = Overlay.Pointed || Overlay.Highlighted || !Overlay.Band.isEmpty() || Overlay.Held ||
-                         Picture.Cursor.Visible;
+                         Overlay.Focused || Picture.Cursor.Visible;
         return any ? Plot().adjusted(0, 0, 1, 1) : QRect();
     }
     void TellRects() {
@@ -300,8 +302,10 @@ void TScopePlot::Print(QPaintDevice& device, QSize size, bool vector) {
     painter.begin(&device);
     painter.setMode(QCPPainter::pmNoCaching);
     painter.setMode(QCPPainter::pmVectorized, vector);
+    const TScopeOverlay onScreen = std::exchange(Overlay, {});
     Impl->Arrange();
     Impl->Canvas.toPainter(&painter, size.width(), size.height());
+    Overlay = onScreen;
 }
 
 QRect TScopePlot::PlotRect() const {

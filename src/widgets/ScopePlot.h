@@ -36,7 +36,7 @@ class TScopePlot {
     void DrawSoon();   // everything, once for all that is asked for until the event loop turns
     void DrawLegend(); // everything if it has become wider
     void DrawOverlay();
-    // On a device of that many pixels at 100 %; vector as in TScopeDrawing.
+    // On a device of that many pixels at 100 %, of the overlay only the cursor; vector as in TScopeDrawing.
     void Print(QPaintDevice& device, QSize size, bool vector);
 
     // Where things are, as last drawn.

@@ -162,8 +162,21 @@ void TScopeView::leaveEvent(QEvent*) {
     Gestures.Leave();
 }
 
+void TScopeView::ShowFocus(bool show) {
+    if (show == ThePlot.Overlay.Focused)
+        return;
+    ThePlot.Overlay.Focused = show;
+    ThePlot.DrawOverlay();
+}
+
+void TScopeView::focusInEvent(QFocusEvent* event) {
+    ShowFocus(event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason);
+    QWidget::focusInEvent(event);
+}
+
 void TScopeView::focusOutEvent(QFocusEvent* event) {
     Gestures.Cancel();
+    ShowFocus(false);
     QWidget::focusOutEvent(event);
 }
 

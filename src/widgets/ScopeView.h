@@ -55,6 +55,7 @@ class TScopeView : public QWidget {
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -62,6 +63,7 @@ class TScopeView : public QWidget {
   private:
     void Schedule();
     void Refresh();
+    void ShowFocus(bool show);
     bool HandleArrow(const QKeyEvent& event);
 
     TSLScope& Scope;

@@ -421,6 +421,15 @@ TEST_F(ScopeViewTest, ChannelSettingsSetColourAxisAndVisibility) {
 TEST_F(ScopeViewTest, CopiesAndSavesThePicture) {
     Add("curve", red, 0, {2, 2});
     Show();
+    // The frame around a plot that Tab has come to stays on the screen.
+    const QPoint edge = View.Plot().PlotRect().topLeft() + QPoint(1, 40);
+    const QColor accent = View.palette().color(QPalette::Highlight);
+    QApplication::setActiveWindow(&View);
+    View.clearFocus();
+    View.setFocus(Qt::TabFocusReason);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(View.grab().toImage().pixelColor(edge), accent);
+    EXPECT_NE(View.Snapshot(1).pixelColor(edge), accent);
     QTest::keyClick(&View, Qt::Key_C, Qt::ControlModifier);
     EXPECT_TRUE(IsNear(QApplication::clipboard()->image().pixelColor(At(50, 2)), red));
 
