@@ -14,11 +14,11 @@
 #include "link/UpdateStatus.h"
 
 #include <benchmark/benchmark.h>
+#include <string.h>
 
 #include <array>
 #include <charconv>
 #include <cstdlib>
-#include <string.h>
 #include <random>
 #include <string_view>
 #include <vector>
@@ -108,7 +108,8 @@ struct TUploadRig {
         streamDelayEdit.SetText("10");
         Nabto.FOnUpdateProgress = [this](TStreamProgress& progress) {
             const std::uint64_t done = progress.currentstreamprogress;
-            StatusBar.SetText(0, "progress " + std::to_string(done * 100 / progress.currentstreamlength) + " %");
+            StatusBar.SetText(0,
+                              "progress " + std::to_string(done * 100 / progress.currentstreamlength) + " %");
             Status.SetProgress(progress.currentstreamprogress, progress.currentstreamlength);
             Wait.ProcessMessages();
         };
@@ -128,7 +129,9 @@ struct TUploadRig {
     std::string Device = "410000000001.remote.example";
     std::filesystem::path CurrentUpdateSWFile = "/config.fwc";
     TUpdateStatus Status{Clock};
-    TUpdateRun Run{Wait, Nabto, Status, Device, [] { return true; }};
+    TUpdateRun Run{Wait, Nabto, Status, Device, [] {
+                       return true;
+                   }};
     TFileUpload Upload{
         {Dialogs, Files, Clock, Nabto, Run, memoDebug, streamDelayEdit, Device, CurrentUpdateSWFile}};
 };

@@ -10,10 +10,12 @@ using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
 constexpr const char* package = "/t/firmware/aria450/config.fwc";
-constexpr const char* leaveQuestion = "A firmware update is running. It goes on without this window. Close the "
-                                      "window?";
-constexpr const char* endQuestion = "A firmware update is running. Closing the program ends it and can leave the "
-                                    "controller half updated. Close the program?";
+constexpr const char* leaveQuestion =
+    "A firmware update is running. It goes on without this window. Close the "
+    "window?";
+constexpr const char* endQuestion =
+    "A firmware update is running. Closing the program ends it and can leave the "
+    "controller half updated. Close the program?";
 
 // What the rest of the program does while a firmware update runs.
 class TUpdateLock : public TProgramFixture {
@@ -30,11 +32,18 @@ class TUpdateLock : public TProgramFixture {
             for (const TMenuItem& item : menu.Items)
                 if (item.Visible() && item.Enabled())
                     names.push_back(item.Name());
-        std::vector<TControl*> controls{&Main().TrafficButton, &Main().DeviceID, &Main().but_swupdate,
-                                        &Main().but_errorlog, &Main().SetpointPage.SetpointGrid,
-                                        &Main().SetpointPage.SetpointTreeView, &Driver().BtnUpdate,
-                                        &Driver().btnPing, &Driver().btnClearLog, &Driver().ButErorlog,
-                                        &Driver().butChangeDeviceID, &Driver().FlashDatalog.ButFlashDatalog};
+        std::vector<TControl*> controls{&Main().TrafficButton,
+                                        &Main().DeviceID,
+                                        &Main().but_swupdate,
+                                        &Main().but_errorlog,
+                                        &Main().SetpointPage.SetpointGrid,
+                                        &Main().SetpointPage.SetpointTreeView,
+                                        &Driver().BtnUpdate,
+                                        &Driver().btnPing,
+                                        &Driver().btnClearLog,
+                                        &Driver().ButErorlog,
+                                        &Driver().butChangeDeviceID,
+                                        &Driver().FlashDatalog.ButFlashDatalog};
         for (const TControl* control : controls)
             if (control->Enabled())
                 names.push_back(control->Name());
