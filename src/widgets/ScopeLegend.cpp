@@ -68,9 +68,10 @@ const TScopeLegend::TText& TScopeLegend::TextOf(const TScopePicture& picture, st
 QString TScopeLegend::ShortText(const std::string& name, const QFontMetrics& metrics, int width) {
     const auto end = std::min(name.find(":["), name.size());
     const QString value = QString::fromStdString(name.substr(end));
-    const QString start = metrics.elidedText(QString::fromStdString(name.substr(0, end)), Qt::ElideRight,
-                                             std::max(width - metrics.horizontalAdvance(value), 0));
-    return metrics.elidedText(start + value, Qt::ElideRight, width);
+    const int room = width - metrics.horizontalAdvance(value);
+    if (room <= 0)
+        return metrics.elidedText(QString::fromStdString(name), Qt::ElideRight, width);
+    return metrics.elidedText(QString::fromStdString(name.substr(0, end)), Qt::ElideRight, room) + value;
 }
 
 int TScopeLegend::NameWidth(const TScopePicture& picture, const QFont& font) {

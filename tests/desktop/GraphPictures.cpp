@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
-#include <QToolButton>
+#include <QWheelEvent>
 
 #include <string>
 
