@@ -96,7 +96,7 @@ void TNabtoDevice::InitControls() {
     Use.AddControls({&ButErorlog, &FlashDatalog.ButFlashDatalog, &FlashDatalog.DayTracker,
                      &FlashDatalog.DT_MaskeditStartDate, &FlashDatalog.DT_MaskeditEndDate,
                      &FlashDatalog.DT_GetData, &ServiceTools.butGetEepromValues, &ServiceTools.BtnReadFlash,
-                     &ServiceTools.Button1, &ServiceTools.ExtendedSystemVersion});
+                     &ServiceTools.Button1, &ServiceTools.ExtendedSystemVersion, &ButContUpdate});
     streamDelayEdit.SetText("10");
     const std::string delay = "Pause after each block written to the device; raise it when writing fails";
     LabStreamDelay.SetHint(delay);

@@ -157,7 +157,8 @@ void TFormMain::ConnectService() {
         FlasDatalog1Click();
     };
     // A read that is under way is one of this device and this profile.
-    Forms.NabtoDevice.Use.AddControls({&but_errorlog, &FlasDatalog1, &DeviceID, &Setup1, &OpenProfile2});
+    Forms.NabtoDevice.Use.AddControls(
+        {&but_errorlog, &but_swupdate, &FlasDatalog1, &DeviceID, &Setup1, &OpenProfile2});
 }
 
 void TFormMain::ConnectUpdate() {

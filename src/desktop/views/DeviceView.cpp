@@ -32,6 +32,7 @@ namespace {
 constexpr int initialWidth = 900;
 constexpr int initialHeight = 560;
 constexpr int gap = 10;
+constexpr int narrowGap = 6;
 constexpr int actionsWidth = 220;
 constexpr int delayWidth = 60;
 constexpr int progressWidth = 200;
@@ -188,31 +189,34 @@ void TDeviceView::AddIdentity(QVBoxLayout& column) {
 void TDeviceView::AddUpdateStatus(QVBoxLayout& column) {
     TUpdateStatus& status = Form.UpdateStatus;
     QFrame& frame = AddFrame(column);
-    auto& grid = NewChild<QGridLayout>(frame);
-    grid.setContentsMargins(gap, gap, gap, gap);
-    grid.setHorizontalSpacing(gap);
-    grid.setColumnStretch(1, 1);
-    auto& led = NewChild<TLedView>(frame);
-    grid.addWidget(&led, 0, 0);
-    BindLed(led, status.LedUpdate);
-    const auto addLabel = [&](TLabel& label, int row, int place) -> QLabel& {
+    auto& rows = NewChild<QVBoxLayout>(frame);
+    rows.setContentsMargins(gap, narrowGap, gap, narrowGap);
+    const auto addLabel = [&](QBoxLayout& row, TLabel& label, int stretch) -> QLabel& {
         auto& view = NewChild<TElidedLabel>(frame);
         view.SetElideMode(Qt::ElideMiddle);
-        grid.addWidget(&view, row, place);
+        row.addWidget(&view, stretch);
         BindLabel(view, label);
         return view;
     };
+    auto& step = NewLayout<QHBoxLayout>(rows);
+    step.setSpacing(gap);
+    auto& led = NewChild<TLedView>(frame);
+    step.addWidget(&led);
+    BindLed(led, status.LedUpdate);
     QFont bold = font();
     bold.setBold(true);
-    addLabel(status.LabUpdatePhase, 0, 1).setFont(bold);
-    addLabel(status.LabUpdateElapsed, 0, 2).setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    addLabel(step, status.LabUpdatePhase, 1).setFont(bold);
+    addLabel(step, status.LabUpdateElapsed, 0).setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto& sent = NewLayout<QHBoxLayout>(rows);
+    sent.setSpacing(gap);
+    sent.addSpacing(led.sizeHint().width() + gap);
+    QWidget& file = addLabel(sent, status.LabUpdateFile, 2);
     auto& progress = NewChild<QProgressBar>(frame);
-    grid.addWidget(&progress, 1, 2);
-    progress.setFixedWidth(progressWidth);
+    sent.addWidget(&progress, 1);
+    progress.setMaximumWidth(progressWidth);
     BindProgressBar(progress, status.UpdateProgress);
     // What stands below does not jump between the steps of an update.
-    for (QWidget* part :
-         {static_cast<QWidget*>(&addLabel(status.LabUpdateFile, 1, 1)), static_cast<QWidget*>(&progress)}) {
+    for (QWidget* part : {&file, static_cast<QWidget*>(&progress)}) {
         QSizePolicy policy = part->sizePolicy();
         policy.setRetainSizeWhenHidden(true);
         part->setSizePolicy(policy);
@@ -229,6 +233,7 @@ void TDeviceView::AddDebug(QBoxLayout& row) {
     AddUpdateStatus(column);
     auto& memo = NewChild<QPlainTextEdit>(panel);
     memo.setFont(FixedFont());
+    memo.setMinimumHeight(2 * memo.fontMetrics().lineSpacing() + gap); // with all panels on a small screen
     column.addWidget(&memo, 1);
     BindMemo(memo, Form.memoDebug);
     memo.setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);

@@ -20,7 +20,8 @@ namespace tidewell {
 
 namespace {
 
-constexpr int gap = 10; // pixels
+constexpr int gap = 10; // pixels, here and below
+constexpr int narrowGap = 6;
 
 QFrame& AddFrame(QVBoxLayout& column) {
     auto& frame = NewChild<QFrame>(*column.parentWidget());
@@ -81,7 +82,8 @@ void AddReadPanel(QVBoxLayout& column, TPanel& panel, TButton& button, const TRe
 void AddFlashRange(QVBoxLayout& column, TFlashDatalog& flash, const TViewContext& context) {
     QFrame& frame = AddFrame(column);
     auto& rows = NewChild<QVBoxLayout>(frame);
-    rows.setContentsMargins(gap, gap, gap, gap);
+    rows.setContentsMargins(gap, narrowGap, gap, narrowGap);
+    rows.setSpacing(narrowGap);
     auto& ends = NewLayout<QHBoxLayout>(rows);
     ends.addWidget(&NewLabel(frame, flash.DT_LabelToday));
     ends.addStretch(1);
@@ -90,17 +92,16 @@ void AddFlashRange(QVBoxLayout& column, TFlashDatalog& flash, const TViewContext
     tracker.setAccessibleName(QStringLiteral("Range"));
     rows.addWidget(&tracker);
     BindTrackBar2(tracker, flash.DayTracker, context.Dialogs);
-    auto& edits = NewLayout<QHBoxLayout>(rows);
+    auto& edits = NewLayout<QGridLayout>(rows);
+    edits.setVerticalSpacing(narrowGap);
+    edits.setColumnStretch(2, 1);
     QLabel& from = NewLabel(frame, flash.DT_LabelFrom);
-    edits.addWidget(&from);
-    edits.addWidget(&NewMaskEdit(frame, flash.DT_MaskeditStartDate, from, context));
-    edits.addSpacing(gap);
+    edits.addWidget(&from, 0, 0);
+    edits.addWidget(&NewMaskEdit(frame, flash.DT_MaskeditStartDate, from, context), 0, 1);
     QLabel& back = NewLabel(frame, flash.DT_LabelTo);
-    edits.addWidget(&back);
-    edits.addWidget(&NewMaskEdit(frame, flash.DT_MaskeditEndDate, back, context));
-    edits.addStretch(1);
-    edits.addSpacing(gap);
-    edits.addWidget(&NewButton(frame, flash.DT_GetData, context));
+    edits.addWidget(&back, 1, 0);
+    edits.addWidget(&NewMaskEdit(frame, flash.DT_MaskeditEndDate, back, context), 1, 1);
+    edits.addWidget(&NewButton(frame, flash.DT_GetData, context), 1, 3);
     BindPanel(frame, flash.PanelFDDatalog);
 }
 
