@@ -43,8 +43,7 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
       FlashDatalog({host, dialogs, files, clock, paths, nabto, Use, Eeprom, memoDebug, StatusBar, device}),
       ServiceTools({dialogs, files, clock, paths, nabto, Use, Eeprom, FlashDatalog, memoDebug,
                     Identity.LblJson, device}),
-      Dialogs(dialogs), Wait(wait), Files(files), Clock(clock), Paths(paths), Nabto(nabto), Panel(panel),
-      Host(host) {
+      Dialogs(dialogs), Wait(wait), Files(files), Paths(paths), Nabto(nabto), Panel(panel), Host(host) {
     InitControls();
     btnPing.OnClick = [this] {
         btnPingClick();

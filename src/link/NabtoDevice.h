@@ -151,7 +151,6 @@ class TNabtoDevice : public TForm {
     IDialogs& Dialogs;
     IWait& Wait;
     IFiles& Files;
-    const IClock& Clock; // stamps of file names
     const TCurrentInifilesPath& Paths;
     TUNabto& Nabto;
     const TModbusPanel& Panel;
