@@ -136,7 +136,6 @@ bool Take(const TPicture& picture, const QString& folder, const QString& theme) 
         std::cout << (taken ? "" : "Cannot write ") << file.toStdString() << '\n';
         screen.Desktop.Dialogs.CancelAll();
     };
-    const TStage stage{screen, robot};
     if (picture.Before)
         picture.Before(stage);
     robot.On(picture.Window, [&](QWidget& window) {
