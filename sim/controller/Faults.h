@@ -69,13 +69,13 @@ struct TOccasion {
 // When a fault is due. An occasion that fits is counted; the first Skip of them pass, the next Times are hit.
 struct TFaultCondition {
     std::int64_t FromMs = 0;
-    std::optional<std::int64_t> ToMs; // not at or after this time
-    std::string Query;                // its name or StreamQuery; empty: any
-    std::optional<std::int32_t> Obj;
-    std::optional<std::int32_t> Address;
-    std::optional<std::int32_t> State; // of an upload without a stream
+    std::optional<std::int64_t> ToMs{}; // not at or after this time
+    std::string Query{};                // its name or StreamQuery; empty: any
+    std::optional<std::int32_t> Obj{};
+    std::optional<std::int32_t> Address{};
+    std::optional<std::int32_t> State{}; // of an upload without a stream
     std::size_t Skip = 0;
-    std::optional<std::size_t> Times;
+    std::optional<std::size_t> Times{};
 };
 
 class TConditionCounter {

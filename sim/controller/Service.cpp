@@ -202,8 +202,9 @@ bool TService::Away(TFaults& faults, TIdentity& identity, std::int64_t nowMs) {
         }
     }
     for (const auto& [name, number] : Update.Return(spoiled, nowMs)) {
-        const auto member = std::find_if(identity.begin(), identity.end(),
-                                         [&name](const auto& entry) { return entry.first == name; });
+        const auto member =
+            std::find_if(identity.begin(), identity.end(),
+                         [&wanted = name](const auto& entry) { return entry.first == wanted; });
         if (member != identity.end()) {
             member->second = number;
         } else {

@@ -45,10 +45,7 @@ void LoadSetpoints(TStage stage) {
         list.replace(list.find(";40104;"), 7, ";49104;");
         screen.Files.Put("/opt/tidewell/setpoint/aria450.csv", list);
         screen.Nabto.FindController(screen.Arguments.at(1))
-            ->Faults.Replace({{EFault::RefuseWrite,
-                               3,
-                               "",
-                               {.ToMs = {}, .Query = {}, .Obj = {}, .Address = 107, .Times = {}}}});
+            ->Faults.Replace({{EFault::RefuseWrite, 3, "", {.Address = 107}}});
         TProgram& program = *screen.Program;
         program.FormMain.SetpointPage.SelectedSetpointParent = "Device Aria 450";
         program.LoadSetpoints.LoadForm("/opt/tidewell/setpoint/aria450.csv");

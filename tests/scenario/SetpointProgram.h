@@ -40,13 +40,7 @@ class TSetpointProgram : public TProgramFixture {
     static TFaultCondition When(const std::string& query, std::size_t skip = 0,
                                 std::optional<std::size_t> times = {},
                                 std::optional<std::int64_t> toMs = {}) {
-        return {.ToMs = toMs,
-                .Query = query,
-                .Obj = {},
-                .Address = {},
-                .State = {},
-                .Skip = skip,
-                .Times = times};
+        return {.ToMs = toMs, .Query = query, .Skip = skip, .Times = times};
     }
     static void ExpectGolden(const std::string& name, const std::string& bytes) {
         TProgramFixture::ExpectGolden("setpoints/" + name, bytes);

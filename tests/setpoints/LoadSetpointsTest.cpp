@@ -106,11 +106,7 @@ TEST_F(LoadSetpoints, ARunTellsEachStepOfEachKindOfRecord) {
     OpenRows("A=Air;100;0;99;1;0;40100;3;1;;;;;;G;\nB=Boost;101;0;9;0;0;40101;4;0;;;;;;G;\n"
              "C=Code;102;0;9;0;0;40102;;0;;;;;;G;\nD=Duct;103;-9;9;0;0;40103;6;0;;;;;;G;\n"
              "E=Empty;;-9;9;0;0;40104;7;0;;;;;;G;\nF=Far;103;-9;9;0;0;40105;77;0;;;;;;G;\n");
-    Controller().Faults.Replace(
-        {{EFault::RefuseWrite,
-          2,
-          "",
-          {.ToMs = {}, .Query = {}, .Obj = {}, .Address = 101, .State = {}, .Skip = 0, .Times = {}}}});
+    Controller().Faults.Replace({{EFault::RefuseWrite, 2, "", {.Address = 101}}});
     Dialogs.ExpectMessage("Error Data not valid Code= 1");
     ASSERT_TRUE(Take(head + "Air;a;7;0;9;0;0;40100;\nBoost;b;2;0;9;0;0;40101;\n"
                             "Code;c;Error strucnumber;0;9;0;0;40102;\nDuct;=d ;-4;0;9;0;0;40103;\n"
