@@ -12,9 +12,6 @@
 namespace tidewell::test {
 namespace {
 
-using testing::AnyOf;
-using testing::StartsWith;
-
 constexpr const char* packageFile = "/t/pkg/config.fwc";
 constexpr const char* successText = "Download success Device is online again";
 constexpr const char* failureText = "Error during update!";
@@ -113,15 +110,19 @@ class TFirmwareUpdateScenario : public TProgramFixture {
     }
     std::vector<std::string> Logs() const { return Files.List("/t/log/userlog", "FW-Update_*"); }
 
-    // An update with these faults of the controller, rows of a simulation.
-    void Update(const std::string& faults = {}) {
+    // A controller as from the factory, with these faults, rows of a simulation.
+    void NewController(const std::string& faults = {}) {
         Nabto.Configure(ParseSimulation("[Simulation]\nControllers=a\nDomain=hv.example\n[Controller a]\n"
-                                        "Id=410000000001\nModel=30021\nDevicenumber=7\nVersion HP=214\n"
+                                        "Id=410000000001\nModel=30021\nDevicenumber=20450\nVersion HP=214\n"
+                                        "Version NP=107\nVersion HBDE=31\n"
                                         "[Service a]\nImage 1=0xA10000; room=8192; version=Version HP\n"
                                         "Image 2=0xA20000; room=8192\nImage 3=0xA30000; room=8192\n"
                                         "Image 4=0xA40000; room=8192\nCrcResult=903\n[Faults a]\n" +
                                             faults,
                                         "simulation"));
+    }
+    void Update(const std::string& faults = {}) {
+        NewController(faults);
         for (const std::string& name : Logs())
             Files.Remove("/t/log/userlog/" + name);
         Log.clear();
@@ -130,7 +131,7 @@ class TFirmwareUpdateScenario : public TProgramFixture {
         Exchanges = 0;
         Started = Time.Milliseconds();
         Driver().Upload.RPCPacketNumber = 0; // as in a new run of the program
-        Dialogs.ExpectOpenFile("Open", packageFile);
+        Dialogs.ExpectOpenFile("Open", Choice);
         RunGuarded(Dialogs, [this] { Driver().BtnUpdateClick(); });
     }
     // What the last update did, with the lines behind those that tell of device and package. What a stream
@@ -171,6 +172,7 @@ class TFirmwareUpdateScenario : public TProgramFixture {
     }
 
     std::vector<std::string> Images;
+    std::optional<std::filesystem::path> Choice = packageFile; // in the file dialog
     std::vector<std::string> Boxes;
     std::int64_t Started = 0;         // the last update, in virtual ms
     std::function<void()> OnExchange; // before each call of the library
@@ -193,7 +195,6 @@ TEST_F(TFirmwareUpdateScenario, FaultsAtEveryStep) {
         const char* Route;
         const char* Faults;
     };
-    const std::string main = "1:0";
     std::string text;
     for (const auto& test : std::vector<TCase>{
              {"the first ping", "0:0", "NoAnswer=on; query=ping.json; times=1"},
@@ -270,6 +271,215 @@ TEST_F(TFirmwareUpdateScenario, FaultsAtEveryStep) {
         text += "== " + std::string(test.Name) + " (" + test.Route + ")\n" + Outcome();
     }
     ExpectGolden("firmware_update/faults.txt", text);
+}
+
+TEST_F(TFirmwareUpdateScenario, PackagesThatAreBad) {
+    Driver().CurrentUpdateSWFile.clear();
+    const std::string a = "Filename: 30021_1.bin\n";
+    std::string text;
+    struct TCase {
+        const char* Name;
+        std::function<void()> Change; // of a good package of two files
+    };
+    const auto config = [this](const std::string& lines) {
+        return [this, lines] {
+            Files.Put(packageFile, lines);
+        };
+    };
+    const auto transfer = [this](const std::string& lines) {
+        return [this, lines] {
+            Files.Put("/t/pkg/pc_cfg.fwc", lines);
+        };
+    };
+    for (const auto& test : std::vector<TCase>{
+             {"no file name", config("Number of files: 1\nCRC32: 1\nSize: 300\n")},
+             {"an empty one", config("")},
+             {"no configuration file",
+              [this] {
+                  Files.Remove(packageFile);
+              }},
+             {"a checksum that is no number", config(a + "CRC32: 12 34\nSize: 300\n")},
+             {"ends behind the checksum", config("Number of files: 1\n" + a + "CRC32: 1\n")},
+             {"a mask that is too long", config("Number of files: 1" + std::string(40, '0') + "\n")},
+             {"for another model", config("Number of files: 1\nFilename: AB30021_1.bin\n1\n1\n")},
+             {"mask shorter than the list",
+              [this] {
+                  Edit(packageFile, "files: 11", "files: 1");
+              }},
+             {"mask of other digits",
+              [this] {
+                  Edit(packageFile, "files: 11", "files: 30");
+              }},
+             {"size above that of the file",
+              [this] {
+                  Edit(packageFile, "Size: 300", "Size: 301");
+              }},
+             {"size below it",
+              [this] {
+                  Edit(packageFile, "Size: 200", "Size: 150");
+              }},
+             {"another checksum",
+              [this] {
+                  Edit(packageFile, "CRC32: ", "CRC32: 1");
+              }},
+             {"first image missing",
+              [this] {
+                  Files.Remove("/t/pkg/30021_1.bin");
+              }},
+             {"second image missing",
+              [this] {
+                  Files.Remove("/t/pkg/30021_2.bin");
+              }},
+             {"wrong fields and numbers beside the package",
+              transfer("VersionFName1:1\nVersionFName1:3:215\nVersionFName1:one:215\nA_Transfer:0:1:0\n"
+                       "A_Transfer:2:1\nA_Transfer:1:1:0:\nA_Transfer:9999:1:0\n")},
+             {"numbers that are none beside it", transfer("VersionFName1:1:x\nA_Transfer:1:one:two\n")},
+             {"a version that the controller does not tell",
+              transfer("VersionFName9:1:215\nVersionFName1:2:215\n")},
+             {"nothing beside it",
+              [this] {
+                  Files.Remove("/t/pkg/pc_cfg.fwc");
+              }},
+             {"no choice",
+              [this] {
+                  Choice.reset();
+              }},
+             {"no update status",
+              [this] {
+                  Edit(Profile, "DF_HPM_SETPKTNUM=900", "DF_HPM_SETPKTNUM=0");
+              }},
+             {"full disk",
+              [this] {
+                  Files.Room = 0;
+              }},
+         }) {
+        const TMemoryFiles good = Files;
+        Package("11", {{"0:0", 300}, {"1:0", 200}});
+        test.Change();
+        Update();
+        text += "== " + std::string(test.Name) + "\n" + Outcome();
+        Files = good;
+        Choice = packageFile;
+    }
+    ExpectGolden("firmware_update/packages.txt", text);
+}
+
+TEST_F(TFirmwareUpdateScenario, TheMaskTellsWhatIsSentAndTested) {
+    for (const auto& [mask, sent, command, result] :
+         std::vector<std::tuple<const char*, const char*, const char*, bool>>{
+             {"0101", "13", "admin 327722", true},
+             {"0201", "13", "admin 327722", true},
+             {"1111", "1234", "admin 983082", true},
+             {"0", "", "admin 42", true},
+         }) {
+        Package(mask, {{"0:0", 9}, {"0:0", 10}, {"0:0", 11}, {"0:0", 12}});
+        Update("BadImage=3; times=1");
+        std::string prepared;
+        for (const std::string& sending : WireText(Libraries.Calls))
+            if (sending.starts_with("prepare "))
+                prepared += sending[8];
+        const bool again = mask[1] == '1'; // the third file is tested and found bad
+        EXPECT_EQ(prepared, std::string(sent) + (again ? "3" : ""));
+        EXPECT_THAT(WireText(Libraries.Calls), testing::Contains(command));
+        EXPECT_EQ(Boxes.back() == successText, result);
+    }
+}
+
+// Cuts the link after each n-th exchange of an update.
+class TCutUpdate : public TFirmwareUpdateScenario {
+  protected:
+    struct TCut {
+        EFault Fault = EFault::NoAnswer; // or LostAnswer: what is asked is done all the same
+        std::optional<std::size_t> Lost; // exchanges; nothing: from then on
+        bool Again = false;              // every time that n exchanges have passed
+    };
+    // False when the update has not so many exchanges.
+    bool UpdateCutAfter(int n, const TCut& cut, const std::string& faults) {
+        bool struck = false;
+        OnExchange = [&] {
+            if (cut.Again ? Exchanges % (n + 1) != 0 : Exchanges != n + 1 || struck)
+                return;
+            struck = true;
+            Controller().Faults.Add({.Kind = cut.Fault,
+                                     .Number = 0,
+                                     .Text = {},
+                                     .When = {.ToMs = {},
+                                              .Query = {},
+                                              .Obj = {},
+                                              .Address = {},
+                                              .State = {},
+                                              .Skip = 0,
+                                              .Times = cut.Lost}});
+            if (!cut.Lost) // nothing but the end of the program ends some waits
+                Time.After(300000, [this, run = Runs] {
+                    if (run == Runs && Driver().UpdateStatus.Running()) {
+                        Main().AskBeforeClose = false;
+                        Main().Close1Click();
+                    }
+                });
+        };
+        Update(faults);
+        OnExchange = nullptr;
+        ++Runs;
+        return struck;
+    }
+    // What the user is told, the log and the screen say the same, and no more than is true.
+    void CheckClaim() {
+        ASSERT_EQ(Logs().size(), 1U);
+        const bool success = Logs()[0].starts_with("FW-Update_OK_");
+        ++(success ? Successes : Failures);
+        EXPECT_EQ(Driver().UpdateStatus.LabUpdatePhase.Caption(),
+                  success ? "Update succeeded" : "Update failed");
+        if (Application.IsTerminated) {
+            ++Ended;
+            EXPECT_FALSE(success);
+            Program->Finish();
+            Program.reset();
+            NewController();
+            Begin();
+            return;
+        }
+        EXPECT_EQ(Boxes.back(), success ? successText : failureText);
+        for (std::size_t i = 0; success && i < Images.size(); ++i)
+            EXPECT_TRUE(Holds(i)) << "image " << i + 1;
+    }
+
+    int Runs = 0;
+    int Successes = 0;
+    int Failures = 0;
+    int Ended = 0; // by closing the program
+};
+
+TEST_F(TCutUpdate, ClaimsSuccessOnlyForImagesThatAreWhole) {
+    const auto unanswered = [](std::optional<std::size_t> lost, bool again = false) {
+        return TCut{EFault::NoAnswer, lost, again};
+    };
+    const std::vector<TCut> cuts{unanswered(1),
+                                 unanswered(3),
+                                 unanswered(40),
+                                 unanswered({}),
+                                 unanswered(1, true),
+                                 TCut{EFault::LostAnswer, 1, false},
+                                 TCut{EFault::LostAnswer, 1, true}};
+    struct TPackage {
+        std::vector<TImage> Images;
+        const char* Faults;
+    };
+    for (const auto& [images, faults] :
+         {TPackage{{{"1:0", 300}, {"0:2", 600}, {"1:1", 260}}, ""},
+          TPackage{{{"1:2", 300}, {"2:1", 90}, {"2:0", 600}}, "BadImage=2; times=1\nBadImage=3; times=1"}}) {
+        Package("111", images);
+        for (std::size_t i = 0; i < cuts.size(); ++i)
+            for (int n = 0; UpdateCutAfter(n, cuts[i], faults); ++n) {
+                SCOPED_TRACE("cut " + std::to_string(i) + " after exchange " + std::to_string(n));
+                CheckClaim();
+                if (HasFailure())
+                    return;
+            }
+    }
+    EXPECT_GT(Successes, 100);
+    EXPECT_GT(Failures, 100);
+    EXPECT_GT(Ended, 30);
 }
 
 } // namespace
