@@ -466,8 +466,8 @@ TEST_F(TCutUpdate, ClaimsSuccessOnlyForImagesThatAreWhole) {
         const char* Faults;
     };
     for (const auto& [images, faults] :
-         {TPackage{{{"1:0", 300}, {"0:2", 600}, {"1:1", 260}}, ""},
-          TPackage{{{"1:2", 300}, {"2:1", 90}, {"2:0", 600}}, "BadImage=2; times=1\nBadImage=3; times=1"}}) {
+         {TPackage{{{"1:0", 300}, {"0:2", 600}, {"1:1", 4100}}, ""},
+          TPackage{{{"1:2", 4100}, {"2:1", 90}, {"2:0", 600}}, "BadImage=2; times=1\nBadImage=3; times=1"}}) {
         Package("111", images);
         for (std::size_t i = 0; i < cuts.size(); ++i)
             for (int n = 0; UpdateCutAfter(n, cuts[i], faults); ++n) {
