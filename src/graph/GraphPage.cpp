@@ -194,6 +194,7 @@ void TGraphPage::ClearGraphPage() {
     graph.Invalidate();
     Parts.MemoEventLog.Add("Clear Graph execute");
     DatalogFileOpen = false;
+    DatalogLastLineSetpoint.clear();
     UpdateGraphScrollBar();
 }
 

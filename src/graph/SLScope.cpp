@@ -45,7 +45,7 @@ void TSLScope::TToolBar::SetVisible(bool visible) {
     }
 }
 
-TSLScope::TYAxis::TYAxis(TSLRedraw& redraw) : TSLScopeAxis(redraw, 0, 100) {
+TSLScopeYAxis::TSLScopeYAxis(TSLRedraw& redraw) : TSLScopeAxis(redraw, 0, 100) {
     AdditionalAxes.emplace_back(redraw, 0, 100);
     AdditionalAxes.emplace_back(redraw, -100, 10);
 }

@@ -67,19 +67,20 @@ struct TSLZoomRect {
 
 enum class EZoomMode { zmBoth, zmXAxis, zmYAxis };
 
+// The first Y axis, and the two beside it.
+struct TSLScopeYAxis : TSLScopeAxis {
+    explicit TSLScopeYAxis(TSLRedraw& redraw);
+    struct TAdditional {
+        TAdditional(TSLRedraw& redraw, double min, double max) : Axis(redraw, min, max) {}
+        TSLAdditionalScopeYAxis Axis;
+    };
+    std::deque<TAdditional> AdditionalAxes; // two
+};
+
 // The plot surface as data; what draws it follows Redraw.Changed, draws at most once per RefreshInterval, and
 // reports what the user does through the User... operations, which raise the events.
 class TSLScope {
   public:
-    struct TYAxis : TSLScopeAxis {
-        explicit TYAxis(TSLRedraw& redraw);
-        struct TAdditional {
-            TAdditional(TSLRedraw& redraw, double min, double max) : Axis(redraw, min, max) {}
-            TSLScopeAxis Axis;
-        };
-        std::deque<TAdditional> AdditionalAxes; // two
-    };
-
     TSLScope();
     TSLScope(const TSLScope&) = delete;
     TSLScope& operator=(const TSLScope&) = delete;
@@ -108,8 +109,8 @@ class TSLScope {
     int RefreshInterval = 200; // ms
     TSLDisplayChannels Channels{Redraw};
     TSLScopeLabels Labels{Redraw};
-    TSLScopeAxis XAxis{Redraw, 0, 52}; // in samples
-    TYAxis YAxis{Redraw};
+    TSLScopeXAxis XAxis{Redraw, 0, 52}; // in samples
+    TSLScopeYAxis YAxis{Redraw};
     TSLCursors Cursors{Redraw}; // one, "CursorValue"
 
     struct TToolBar {

@@ -68,18 +68,19 @@ struct TSLRange {
     friend bool operator==(const TSLRange&, const TSLRange&) = default;
 };
 
+struct TSLAxisToolBarButtons {
+    TSLAxisToolBarButton ZoomIn;     // to the middle half
+    TSLAxisToolBarButton ZoomOut;    // to twice the range, at most Min to Max
+    TSLAxisToolBarButton ZoomOff;    // to Min to Max
+    TSLAxisToolBarButton ZoomOneDir; // a mouse zoom by dragging works on this axis alone
+};
+
 // An axis shows the range from Min to Max unless it is zoomed. A zoom ends with ZoomOff, and only so: new
 // limits lie below it.
 class TSLScopeAxis {
   public:
-    struct TToolBarButtons {
-        TSLAxisToolBarButton ZoomIn;     // to the middle half
-        TSLAxisToolBarButton ZoomOut;    // to twice the range, at most Min to Max
-        TSLAxisToolBarButton ZoomOff;    // to Min to Max
-        TSLAxisToolBarButton ZoomOneDir; // a mouse zoom by dragging works on this axis alone
-    };
     struct TToolBar {
-        TToolBarButtons Buttons;
+        TSLAxisToolBarButtons Buttons;
     };
 
     TSLScopeAxis(TSLRedraw& redraw, double min, double max);
@@ -141,5 +142,8 @@ class TSLScopeAxis {
     TSLRedraw& Redraw;
     std::optional<TSLRange> Zoom;
 };
+
+using TSLScopeXAxis = TSLScopeAxis;
+using TSLAdditionalScopeYAxis = TSLScopeAxis;
 
 } // namespace tidewell

@@ -12,7 +12,7 @@ namespace tidewell {
 // do nothing if it cannot. The controls that ask for such actions are disabled meanwhile.
 class TDeviceUse {
   public:
-    // The controls must outlive the use.
+    // The controls must live as long as anyone holds the use.
     void AddControls(const std::vector<TControl*>& controls) {
         Controls.insert(Controls.end(), controls.begin(), controls.end());
     }

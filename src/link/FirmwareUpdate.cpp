@@ -131,7 +131,7 @@ bool TFirmwareUpdate::OpenPackage(const std::filesystem::path& configFile) {
     try {
         Package = ReadFirmwarePackage(Parts.Files, configFile);
     } catch (const EInOutError& error) {
-        Tell(error.what());
+        TellUnreadable(error);
         return false;
     }
     memo.Add("Number of files: " + Package.FileMask);
@@ -181,7 +181,7 @@ bool TFirmwareUpdate::SendFile(std::size_t position, ERoad road) {
     try {
         return Transfer(position, road);
     } catch (const EInOutError& error) {
-        Tell(error.what());
+        TellUnreadable(error);
     }
     return false;
 }
@@ -246,7 +246,7 @@ void TFirmwareUpdate::AwaitDevice() {
 
 std::optional<std::int32_t> TFirmwareUpdate::ReadCrcResult() {
     Parts.Status.SetPhase(EUpdatePhase::Checking);
-    std::string address = std::to_string(StatusAddress + crcResultOffset);
+    std::string address = std::to_string(std::int64_t{StatusAddress} + crcResultOffset);
     std::string object = "0";
     if (Parts.Nabto.isGateway()) {
         object = "8";
@@ -324,6 +324,13 @@ void TFirmwareUpdate::Tell(const std::string& text) {
         Parts.memoDebug.Add(text);
     else
         Parts.Dialogs.ShowMessage(text);
+}
+
+// The log keeps the reason.
+void TFirmwareUpdate::TellUnreadable(const EInOutError& error) {
+    if (!Parts.EnableContineousUpdate)
+        Parts.memoDebug.Add(error.what());
+    Tell(error.what());
 }
 
 void TFirmwareUpdate::SaveLog(bool success) {

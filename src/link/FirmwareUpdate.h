@@ -11,6 +11,7 @@
 
 namespace tidewell {
 
+class EInOutError;
 class IClock;
 class IDialogs;
 class IFiles;
@@ -69,6 +70,7 @@ class TFirmwareUpdate {
     bool CheckFiles(std::optional<std::int32_t> crcResult);
     void CheckVersion(std::size_t position);
     void Tell(const std::string& text);
+    void TellUnreadable(const EInOutError& error);
     void SaveLog(bool success);
 
     const TParts Parts;

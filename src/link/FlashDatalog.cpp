@@ -244,6 +244,8 @@ bool TFlashDatalog::SaveDatalist() {
         if (!chosen)
             return false;
         PathLastSavedFDFile = *chosen;
+        if (!chosen->has_extension())
+            PathLastSavedFDFile = UnusedPath(Parts.Files, PathLastSavedFDFile += ".csv");
     }
 }
 

@@ -52,6 +52,8 @@ TSetupForm::TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentIni
     ListBoxLocalDevices.OnClick = [this] {
         ListBoxLocalDevicesClick();
     };
+    Device.Use.AddControls(
+        {&ButCommOk, &butping}); // an update of the continuous test can begin below the dialog
 }
 
 void TSetupForm::FormCreate() {

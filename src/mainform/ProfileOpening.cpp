@@ -49,6 +49,9 @@ void TProfileOpening::ReloadDeviceData() {
         fault = std::current_exception();
     }
     Parts.SetpointPage.BuildSetpointTree();
+    // Back from a flash datalog, which is shown without them.
+    Parts.Controls.TabSetpoint.SetVisible(true);
+    Parts.Controls.WindowSetpoint1.SetEnabled(true);
     Parts.Controls.TheTab.SetActivePage(Parts.Controls.TabGraph);
     Parts.Device.SetNabtoQuestion(Parts.Paths.plsfile);
     Parts.Profile.ReadNabtoSection(Parts.Paths.plsfile);

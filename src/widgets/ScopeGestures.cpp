@@ -56,8 +56,16 @@ void TScopeGestures::RunZoom(TAction action) {
 template <class TChange>
 void TScopeGestures::Change(const TAxes& axes, TChange change) {
     TSLZoomRect rect = Scope.ShownRect();
-    for (const std::size_t axis : axes)
-        RangeOf(rect, axis) = Limited(axis, change(axis));
+    TSLZoomRect all = Picture.Limits;
+    for (const std::size_t axis : axes) {
+        const TSLRange range = Limited(axis, change(axis));
+        const bool whole = range == RangeOf(all, axis);
+        const TSLScopeAxis& scale = AxisOf(Scope, axis);
+        // The whole of a held picture is no zoom, though the axis may have gone on to other samples.
+        RangeOf(rect, axis) = whole ? TSLRange{scale.Min.Value(), scale.Max.Value()} : range;
+        if (whole)
+            RangeOf(Picture.Shown, axis) = range;
+    }
     RunZoom([&] { Scope.UserZooms(rect); });
 }
 
@@ -73,7 +81,7 @@ TSLRange TScopeGestures::Limited(std::size_t axis, TSLRange range) const {
     range = {middle - length / 2, middle + length / 2};
     if (axis > 0)
         return range;
-    if (length >= whole)
+    if (length >= whole * (1 - 1e-9)) // a shift may have cost the last digit
         return limits;
     const double shift =
         std::max(limits.Lower - range.Lower, 0.0) + std::min(limits.Upper - range.Upper, 0.0);
@@ -83,7 +91,7 @@ TSLRange TScopeGestures::Limited(std::size_t axis, TSLRange range) const {
 TScopeGestures::TAxes TScopeGestures::ZoomAxes() const {
     TAxes axes;
     for (std::size_t axis = 0; axis < scopeAxes; ++axis)
-        if (AxisOf(Scope, axis).ZoomOneDir)
+        if (AxisOf(Scope, axis).ZoomOneDir && (axis <= 1 || Picture.UsesAxis(static_cast<int>(axis) - 1)))
             axes.push_back(axis);
     if (!axes.empty())
         return axes;
@@ -162,6 +170,8 @@ void TScopeGestures::Release(const QMouseEvent& event) {
     const QPoint place = event.position().toPoint();
     if (Has(event, Qt::RightButton)) {
         QToolTip::hideText();
+        if (!Widget.rect().contains(place))
+            return;
         Scope.OnContextPopup(place.x(), place.y());
         return;
     }
@@ -234,6 +244,7 @@ void TScopeGestures::ZoomBy(double factor, bool alongX) {
 }
 
 void TScopeGestures::ZoomOff() {
+    Picture.Shown = Picture.Limits; // of a held picture, too, whose axes are no longer zoomed
     RunZoom([this] { Scope.UserZoomsOff(); });
 }
 

@@ -50,7 +50,7 @@ class TScopePicture {
     // The user has changed what the axes show; was is what they showed until then.
     void FollowZoom(TSLScope& scope, TSLZoomRect was);
     void TakeCursor(const TSLScope& scope);
-    bool UsesAxis(int yAxisIndex) const; // some curve does
+    bool UsesAxis(int yAxisIndex) const; // some visible curve does
 
     std::vector<TScopeCurve> Curves; // one per channel
     std::vector<TScopeText> Texts;

@@ -141,7 +141,7 @@ void TScopeToolBar::Arrange() {
     }
     resize(right + edge, bottom + edge);
     move(parentWidget()->width() - Scope.ToolBar.Right - width(),
-         parentWidget()->height() - Scope.ToolBar.Bottom - height());
+         std::max(parentWidget()->height() - Scope.ToolBar.Bottom - height(), 0));
 }
 
 void TScopeToolBar::PaintIcons() {

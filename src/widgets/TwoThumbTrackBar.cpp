@@ -188,6 +188,8 @@ void TTwoThumbTrackBar::mousePressEvent(QMouseEvent* event) {
 
 void TTwoThumbTrackBar::mouseMoveEvent(QMouseEvent* event) {
     const qreal x = event->position().x();
+    if (!event->buttons().testFlag(Qt::LeftButton))
+        Dragged.reset(); // hidden or disabled in the middle of a drag
     if (Dragged) {
         Move(*Dragged, PositionAt(x - GrabOffset));
         return;

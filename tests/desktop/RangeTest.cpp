@@ -119,8 +119,15 @@ TEST_F(RangeTest, AMaskEditKeepsItsShape) {
     QTest::mouseClick(&Field, Qt::LeftButton);
     EXPECT_TRUE(WaitFor([&] { return clicks == 1; }));
     EXPECT_EQ(exits, 0);
-    Push.setFocus();
+    QTest::keyClick(&Field, Qt::Key_Return);
     EXPECT_EQ(exits, 1);
+    Push.setFocus();
+    EXPECT_EQ(exits, 2);
+    Edit.SetEnabled(false);
+    QTest::mouseClick(&Field, Qt::LeftButton);
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clicks, 1);
 }
 
 TEST_F(RangeTest, TheKeyboardComesBackToWhatWasLocked) {

@@ -207,6 +207,9 @@ TEST_F(ScopeViewTest, HoldFreezesThePictureButTakesData) {
     QCoreApplication::processEvents();
     EXPECT_TRUE(Painted(50, 2, red));
     EXPECT_LT(Scope.YAxis.Shown().Upper, 10);
+    // X has gone on below; all of the held picture is no zoom.
+    QTest::keyClick(&View, Qt::Key_Up);
+    EXPECT_FALSE(Scope.XAxis.Zoomed());
     Scope.ZoomOff();
     Scope.SetHold(false);
     Draw();

@@ -119,7 +119,7 @@ TEST_F(SetpointPageView, AGroupTakesThePlaceOfTheEmptyLine) {
     EXPECT_GE(Grid().rowHeight(0), 16);
     EXPECT_EQ(Grid().rowHeight(0), Grid().rowHeight(13));
 
-    // As told for the width without the scroll bar; then as the user wants it.
+    // In seven parts, for the width without the scroll bar; then as the user wants it.
     const int unit = (Grid().viewport()->width() - 5) / 7;
     EXPECT_EQ(Grid().columnWidth(0), 3 * unit);
     EXPECT_EQ(Grid().columnWidth(4), unit);

@@ -33,7 +33,7 @@ class TServiceTools : public TProgramFixture {
         Main().LiveLog.TimerLogAutostart->SetEnabled(false);
         Log.clear();
     }
-    // From now on the controller is as told.
+    // From now on the controller does what the test says.
     void SetController(const std::string& faults, const std::string& service = "LogBlock=1") {
         Files.Content[Simulation] = Fresh;
         Edit(Simulation, "LogBlock=1", service);
@@ -130,6 +130,7 @@ TEST_F(TServiceTools, TheFlashLogIsDownloadedAndShown) {
     Dialogs.ExpectMessage(Main().Texts.MessageStopLog, EModalResult::Ok);
     Dialogs.ExpectOpenFile(Main().Texts.DialogOpenProfileCaption, companion);
     Main().OpenProfile2.Click();
+    EXPECT_TRUE(Main().TabSetpoint.Visible() && Main().WindowSetpoint1.Enabled());
     Dialogs.ExpectOpenFiles(Main().Texts.DialogOpenDatalogFileCaption,
                             {"/t/log/userlog/" + Saved("FDlog_*")[0]});
     Main().OpenDatalogfile1.Click();

@@ -5,6 +5,7 @@
 #include "widgets/TwoThumbTrackBar.h"
 
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QTimer>
@@ -27,6 +28,10 @@ QString InputMask(const TMaskEdit& edit) {
     return mask + u';' + missing;
 }
 
+bool IsEnter(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
 class TMaskFilter : public QObject {
   public:
     TMaskFilter(TMaskEdit& edit, IDialogs& dialogs, QObject* parent)
@@ -37,7 +42,13 @@ class TMaskFilter : public QObject {
         if (event->type() == QEvent::MouseButtonRelease &&
             static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
             // Once the field has done with the click: what it opens waits for the user.
-            QTimer::singleShot(0, this, [this] { RunGuarded(Dialogs, [this] { Edit.OnClick(); }); });
+            QTimer::singleShot(0, this, [this] {
+                if (Edit.Enabled()) // clicks on a disabled field come here, too
+                    RunGuarded(Dialogs, [this] { Edit.OnClick(); });
+            });
+        } else if (event->type() == QEvent::KeyPress && IsEnter(*static_cast<QKeyEvent*>(event))) {
+            RunGuarded(Dialogs, [this] { Edit.OnExit(); }); // and not the form's default button
+            return true;
         } else if (event->type() == QEvent::FocusOut) {
             const auto reason = static_cast<QFocusEvent*>(event)->reason();
             if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)

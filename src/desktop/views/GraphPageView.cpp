@@ -41,11 +41,21 @@ class TKeyedScrollBar : public QScrollBar {
 };
 
 TScopeView::TServices ServicesBy(IDialogs& dialogs) {
-    return {[&dialogs] {
+    return {[&dialogs]() -> std::optional<std::filesystem::path> {
                 TFileDialog dialog;
                 dialog.Title = "Save the picture";
                 dialog.Filters = {{"PNG", "*.png"}, {"SVG", "*.svg"}, {"PDF", "*.pdf"}};
-                return dialogs.SaveFile(dialog);
+                auto file = dialogs.SaveFile(dialog);
+                if (!file || file->has_extension())
+                    return file;
+                *file += ".png"; // the dialog has asked about the name as it was typed
+                std::error_code unknown;
+                if (std::filesystem::exists(*file, unknown) &&
+                    dialogs.ShowMessageBox(EMessageKind::Confirmation,
+                                           file->string() + " already exists. Replace it?",
+                                           EButtons::YesNo) != EModalResult::Yes)
+                    return std::nullopt;
+                return file;
             },
             [&dialogs](const std::string& text) {
                 dialogs.ShowMessageBox(EMessageKind::Error, text, EButtons::Ok);
