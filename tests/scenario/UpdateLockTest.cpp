@@ -43,7 +43,9 @@ class TUpdateLock : public TProgramFixture {
                                         &Driver().btnClearLog,
                                         &Driver().ButErorlog,
                                         &Driver().butChangeDeviceID,
-                                        &Driver().FlashDatalog.ButFlashDatalog};
+                                        &Driver().FlashDatalog.ButFlashDatalog,
+                                        &Program->SetupForm.ButCommOk,
+                                        &Program->SetupForm.butping};
         for (const TControl* control : controls)
             if (control->Enabled())
                 names.push_back(control->Name());
