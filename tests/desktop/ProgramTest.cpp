@@ -70,7 +70,7 @@ TEST_F(ProgramTest, ATermSignalClosesItInOrder) {
     WaitForMainForm();
     QFile::remove(Folder.filePath("shot.png"));
     Signal(SIGTERM);
-    ASSERT_TRUE(Program.waitForFinished(10000));
+    ASSERT_TRUE(Program.waitForFinished(30'000));
     EXPECT_EQ(Program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(Program.exitCode(), 0);
     EXPECT_EQ(LogFiles().filter("eventlog.log").size(), 1);
@@ -84,7 +84,7 @@ TEST_F(ProgramTest, AnInterruptAlsoEndsItWhileADialogIsOpen) {
     WaitForMainForm();
     QTest::qWait(500); // the dialog comes 200 ms after the main form
     Signal(SIGINT);
-    ASSERT_TRUE(Program.waitForFinished(10000));
+    ASSERT_TRUE(Program.waitForFinished(30'000));
     EXPECT_EQ(Program.exitCode(), 0);
     EXPECT_EQ(LogFiles().filter("eventlog.log").size(), 1);
 }
@@ -94,7 +94,7 @@ TEST_F(ProgramTest, AnIncompleteInstallationIsToldAndASignalEndsIt) {
     Start();
     QTest::qWait(1500);
     Signal(SIGTERM);
-    ASSERT_TRUE(Program.waitForFinished(10000));
+    ASSERT_TRUE(Program.waitForFinished(30'000));
     EXPECT_EQ(Program.exitStatus(), QProcess::NormalExit);
     EXPECT_TRUE(LogFiles().isEmpty());
 }

@@ -23,7 +23,7 @@ inline TQtApplication& Application() {
 }
 
 // Turns the event loop until the condition holds or the time (ms) has passed; whether it holds.
-inline bool WaitFor(const std::function<bool()>& condition, int patience = 5000) {
+inline bool WaitFor(const std::function<bool()>& condition, int patience = 30'000) {
     QElapsedTimer elapsed;
     elapsed.start();
     while (!condition() && elapsed.elapsed() < patience)
