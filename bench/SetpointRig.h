@@ -106,7 +106,8 @@ class TPageRig {
     TCurrentInifilesPath Paths;
     TModbusPanel Panel{Files, Wait};
     TUNabto Nabto{Libraries, Dialogs, Timers, Wait, Files, "."};
-    TNabtoDevice Device{Dialogs, Timers, Wait, Files, Clock, Paths, Nabto, Panel, Host};
+    TExtensions Extensions;
+    TNabtoDevice Device{Dialogs, Timers, Wait, Files, Clock, Paths, Extensions, Nabto, Panel, Host};
     TMemo MemoEventLog{"MemoEventLog"};
     TInputDialog InputDialog{{Dialogs, Panel, Device, MemoEventLog, Host}};
     THelpfileDoc HelpfileDoc;

@@ -28,8 +28,8 @@ int KnownObject(int obj) {
 } // namespace
 
 TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,
-                           const IClock& clock, const TCurrentInifilesPath& paths, TUNabto& nabto,
-                           TModbusPanel& panel, IHost& host)
+                           const IClock& clock, const TCurrentInifilesPath& paths,
+                           const TExtensions& extensions, TUNabto& nabto, TModbusPanel& panel, IHost& host)
     : TForm("NabtoDevice", "Nabto"), Identity(dialogs, nabto, device),
       Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }), UpdateStatus(clock),
       UpdateRun(wait, nabto, UpdateStatus, device, [&host] { return host.FormOpen(); }),
@@ -43,7 +43,8 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
       FlashDatalog({host, dialogs, files, clock, paths, nabto, Use, Eeprom, memoDebug, StatusBar, device}),
       ServiceTools({dialogs, files, clock, paths, nabto, Use, Eeprom, FlashDatalog, memoDebug,
                     Identity.LblJson, device}),
-      Dialogs(dialogs), Wait(wait), Files(files), Paths(paths), Nabto(nabto), Panel(panel), Host(host) {
+      Dialogs(dialogs), Wait(wait), Files(files), Paths(paths), Extensions(extensions), Nabto(nabto),
+      Panel(panel), Host(host) {
     InitControls();
     btnPing.OnClick = [this] {
         btnPingClick();

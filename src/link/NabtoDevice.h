@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Extensions.h"
 #include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
@@ -54,7 +55,8 @@ class TNabtoDevice : public TForm {
     };
 
     TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files, const IClock& clock,
-                 const TCurrentInifilesPath& paths, TUNabto& nabto, TModbusPanel& panel, IHost& host);
+                 const TCurrentInifilesPath& paths, const TExtensions& extensions, TUNabto& nabto,
+                 TModbusPanel& panel, IHost& host);
     ~TNabtoDevice() override;
 
     // Reads language texts and configuration. Throws EConvertError for a boolean or an interval that is none;
@@ -152,6 +154,7 @@ class TNabtoDevice : public TForm {
     IWait& Wait;
     IFiles& Files;
     const TCurrentInifilesPath& Paths;
+    const TExtensions& Extensions;
     TUNabto& Nabto;
     const TModbusPanel& Panel;
     IHost& Host;

@@ -28,8 +28,8 @@ constexpr int graphTabIndex = 1;
 } // namespace
 
 TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths,
-                     TUNabto& nabto, const TForms& forms)
-    : Ports(ports), Options(options), Forms(forms), FCurrentInifilesPath(paths),
+                     const TExtensions& extensions, TUNabto& nabto, const TForms& forms)
+    : Ports(ports), Options(options), Forms(forms), FCurrentInifilesPath(paths), Extensions(extensions),
       ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files),
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
       SetpointPage(TSetpointPage::TParts{Hosts.SetpointPage, ports.Dialogs, ports.Clock, ModbusPanel,

@@ -3,6 +3,7 @@
 #include "cloud/ApiClient.h"
 #include "cloud/NabtoLogOn.h"
 #include "core/Configuration.h"
+#include "core/Extensions.h"
 #include "core/controls/ControlLock.h"
 #include "errorlog/ErrorLog.h"
 #include "graph/GraphPage.h"
@@ -53,8 +54,8 @@ class TFormMain : public TFormMainControls {
         TLoadSetpoints& LoadSetpoints;
     };
 
-    TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths, TUNabto& nabto,
-              const TForms& forms);
+    TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths,
+              const TExtensions& extensions, TUNabto& nabto, const TForms& forms);
 
     // First stage of the start. Throws EConvertError for a key of the system file that is no boolean.
     void FormCreate();
@@ -110,6 +111,7 @@ class TFormMain : public TFormMainControls {
 
   public:
     TCurrentInifilesPath& FCurrentInifilesPath;
+    const TExtensions& Extensions;
     TModbusPanel ModbusPanel;
     TProfile Profile;
     TContextHelp ContextHelp;

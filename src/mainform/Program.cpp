@@ -20,10 +20,11 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
     : Ports(ports), Options(std::move(options)), Splashscreen(Ports, Options),
       Nabto(Ports.Libraries, Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Options.Directory),
       FormMain(
-          Ports, Options, Splashscreen.FCurrentInifilesPath, Nabto,
+          Ports, Options, Splashscreen.FCurrentInifilesPath, Extensions, Nabto,
           TFormMain::TForms{NabtoDevice, NabtoLogOn, languagedialog, SetupForm, InputDialog, LoadSetpoints}),
       NabtoDevice(Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Ports.Clock,
-                  Splashscreen.FCurrentInifilesPath, Nabto, FormMain.ModbusPanel, FormMain.Hosts.NabtoDevice),
+                  Splashscreen.FCurrentInifilesPath, Extensions, Nabto, FormMain.ModbusPanel,
+                  FormMain.Hosts.NabtoDevice),
       NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Splashscreen.FCurrentInifilesPath,
                  [this] { return NabtoDevice.LastPW; }),
       languagedialog(Ports, Options, Splashscreen.FCurrentInifilesPath),
@@ -47,6 +48,7 @@ bool TProgram::Start() {
         Splashscreen.Hide();
         return false;
     }
+    Extensions = ReadExtensions(TIniFile(Ports.Files, paths.Systemfile));
     Splashscreen.Repaint();
     Splashscreen.CleanUpLogFiles();
     Splashscreen.infostring.SetCaption(Splashscreen.Texts.MessageLogFileDeleted);

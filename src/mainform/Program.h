@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cloud/NabtoLogOn.h"
+#include "core/Extensions.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
 #include "link/SetupForm.h"
@@ -31,7 +32,8 @@ class TProgram {
     const TStartOptions Options;
 
     TSplashscreen Splashscreen;
-    TUNabto Nabto; // the one and only
+    TExtensions Extensions; // read once the system file is found
+    TUNabto Nabto;          // the one and only
     TFormMain FormMain;
     TNabtoDevice NabtoDevice;
     TNabtoLogOn NabtoLogOn;

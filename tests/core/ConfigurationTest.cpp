@@ -1,6 +1,8 @@
 #include "core/Configuration.h"
 
+#include "core/DiskFiles.h"
 #include "core/Errors.h"
+#include "core/Extensions.h"
 #include "core/LanguageTexts.h"
 #include "support/MemoryFiles.h"
 
@@ -39,6 +41,30 @@ TEST(Configuration, DefaultsAndManners) {
     EXPECT_EQ(full.ErrorLog.Qestion.ValueAt(0), "1;3");
     for (const char* bytes : {"", "[CommInitModbus]\nDebugEnable=\n", "[CommInitModbus]\nDebugEnable=ja\n"})
         EXPECT_THROW(ReadConfiguration(TIniFile(bytes)), EConvertError) << bytes;
+}
+
+// Off unless named or set for all; the guide holds the table as it stands here.
+TEST(Configuration, Extensions) {
+    const std::string guide =
+        TDiskFiles().Read(std::filesystem::path(TIDEWELL_SOURCE_DIR) / "docs/installation.md");
+    const auto on = [](const std::string& bytes, const TExtensionKey& key) {
+        return ReadExtensions(TIniFile(bytes)).*key.Flag;
+    };
+    for (const TExtensionKey& key : ExtensionKeys()) {
+        const std::string section = "[" + std::string(key.Section) + "]\n" + std::string(key.Key) + "=";
+        EXPECT_THAT(guide,
+                    testing::HasSubstr("| `" + std::string(key.Section) + "` | `" + std::string(key.Key) +
+                                       "` | " + std::string(key.What) + " |\n"));
+        const std::pair<std::string, bool> cases[] = {
+            {"", false},
+            {"[Extensions]\nAll=True\n", true},
+            {"[Extensions]\nAll=1\n", false},
+            {section + "TRUE\n", true},
+            {"[Extensions]\nAll=True\n" + section + "false\n", false},
+            {"[Extensions]\nAll=True\n" + section + "\n", false}};
+        for (const auto& [bytes, expected] : cases)
+            EXPECT_EQ(on(bytes, key), expected) << bytes;
+    }
 }
 
 TEST(Configuration, ReadsTheLink) {

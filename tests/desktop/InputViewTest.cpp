@@ -85,7 +85,9 @@ class InputViewTest : public testing::Test {
     TModbusPanel Panel{Files, Desk.Wait};
     TUNabto Nabto{Library, Desk.Dialogs, Desk.Timers, Desk.Wait, Files, "/t"};
     TQtClock Clock;
-    TNabtoDevice Device{Desk.Dialogs, Desk.Timers, Desk.Wait, Files, Clock, Paths, Nabto, Panel, Host};
+    TExtensions Extensions;
+    TNabtoDevice Device{Desk.Dialogs, Desk.Timers, Desk.Wait, Files, Clock,
+                        Paths,        Extensions,  Nabto,     Panel, Host};
     TMemo Log{"MemoEventLog"};
     TInputDialog Dialog{{Desk.Dialogs, Panel, Device, Log, Host}};
 };

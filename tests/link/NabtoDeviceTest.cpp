@@ -82,7 +82,8 @@ class TNabtoDeviceTest : public testing::Test {
     TApiClient Client{Http, Dialogs, {"api.example", 4161}};
     TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
     TModbusPanel Panel{Files, Time};
-    TNabtoDevice Device{Dialogs, Time, Time, Files, Time, Paths, Nabto, Panel, Host};
+    TExtensions Extensions;
+    TNabtoDevice Device{Dialogs, Time, Time, Files, Time, Paths, Extensions, Nabto, Panel, Host};
 };
 
 TEST_F(TNabtoDeviceTest, CreationReadsConfigurationAndTexts) {

@@ -43,6 +43,7 @@ TProgramFixture::TProgramFixture() {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(installation))
         if (entry.is_regular_file())
             Files.Put("/t" / entry.path().lexically_relative(installation), disk.Read(entry.path()));
+    Edit(SystemFile, "[Extensions]", "[NoExtensions]");
     Cloud = std::make_unique<TCloudService>(
         ReadCloudConfig(TIniFile(disk, std::filesystem::path(TIDEWELL_SOURCE_DIR) / "sim/cloud/cloud.ini")),
         [this] { return Time.Now(); });

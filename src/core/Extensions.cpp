@@ -1,0 +1,43 @@
+#include "core/Extensions.h"
+
+#include <array>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::array keys{
+    TExtensionKey{"SetpointPage", "ForgetRows", &TExtensions::SetpointPageForgetRows,
+                  "a change of profile empties the grid until a group is chosen"},
+    TExtensionKey{"LogAutoStart", "SpareOpenFile", &TExtensions::LogAutoStartSpareOpenFile,
+                  "the automatic start of the log does not come once a file is open"},
+    TExtensionKey{"Session", "Reopen", &TExtensions::SessionReopen,
+                  "a session that the library has ended is closed, opened and pinged once more"},
+    TExtensionKey{"InputDialog", "Strict", &TExtensions::InputDialogStrict,
+                  "a value that was not touched is sent as the device holds it; before the first cycle the "
+                  "dialog opens empty"},
+    TExtensionKey{
+        "Service", "Strict", &TExtensions::ServiceStrict,
+        "updates, downloads and dumps claim only what the device said, and a bad package is refused "
+        "before anything is sent"},
+    TExtensionKey{"Logon", "PrivatePassword", &TExtensions::LogonPrivatePassword,
+                  "the password is not handed to the helper tools, so it stands on no command line"},
+};
+
+} // namespace
+
+std::span<const TExtensionKey> ExtensionKeys() {
+    return keys;
+}
+
+TExtensions ReadExtensions(const TIniFile& systemFile) {
+    TExtensions result;
+    const bool all = systemFile.ReadTrue("Extensions", "All");
+    for (const TExtensionKey& key : keys) {
+        const bool named = systemFile.Find(key.Section, key.Key).has_value();
+        result.*key.Flag = named ? systemFile.ReadTrue(key.Section, key.Key) : all;
+    }
+    return result;
+}
+
+} // namespace tidewell
