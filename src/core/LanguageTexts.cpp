@@ -84,27 +84,31 @@ TNabtodriverTexts ReadNabtodriverTexts(const TIniFile& languageFile) {
     };
 }
 
+void ReadOwnTexts(const TIniFile& languageFile, std::string_view section,
+                  std::initializer_list<TOwnText> texts) {
+    const TIniSection rows = languageFile.ReadSection(section);
+    for (const auto& [place, key] : texts)
+        if (std::string value = rows.Value(key); !value.empty())
+            place = std::move(value);
+}
+
 TFirmwareUpdateTexts ReadFirmwareUpdateTexts(const TIniFile& languageFile) {
-    const TIniSection section = languageFile.ReadSection("FirmwareUpdate");
     TFirmwareUpdateTexts texts;
-    const auto read = [&section](const char* key, std::string& text) {
-        if (std::string value = section.Value(key); !value.empty())
-            text = std::move(value);
-    };
-    read("Asking", texts.Asking);
-    read("Sending", texts.Sending);
-    read("Restarting", texts.Restarting);
-    read("Waiting", texts.Waiting);
-    read("Checking", texts.Checking);
-    read("SendingAgain", texts.SendingAgain);
-    read("Succeeded", texts.Succeeded);
-    read("Failed", texts.Failed);
-    read("File", texts.File);
-    read("Elapsed", texts.Elapsed);
-    read("Running", texts.Running);
-    read("Show", texts.Show);
-    read("CloseWindow", texts.CloseWindow);
-    read("CloseProgram", texts.CloseProgram);
+    ReadOwnTexts(languageFile, "FirmwareUpdate",
+                 {{texts.Asking, "Asking"},
+                  {texts.Sending, "Sending"},
+                  {texts.Restarting, "Restarting"},
+                  {texts.Waiting, "Waiting"},
+                  {texts.Checking, "Checking"},
+                  {texts.SendingAgain, "SendingAgain"},
+                  {texts.Succeeded, "Succeeded"},
+                  {texts.Failed, "Failed"},
+                  {texts.File, "File"},
+                  {texts.Elapsed, "Elapsed"},
+                  {texts.Running, "Running"},
+                  {texts.Show, "Show"},
+                  {texts.CloseWindow, "CloseWindow"},
+                  {texts.CloseProgram, "CloseProgram"}});
     return texts;
 }
 

@@ -3,11 +3,21 @@
 #include "core/IniFile.h"
 
 #include <array>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 // Captions and messages of the language file, one struct per section with its keys as members. A missing text
 // is empty. They are read once, at start-up.
 namespace tidewell {
+
+// Words of our own: a key that is missing or empty leaves the English text that stands in the place.
+struct TOwnText {
+    std::string& Place;
+    std::string_view Key;
+};
+void ReadOwnTexts(const TIniFile& languageFile, std::string_view section,
+                  std::initializer_list<TOwnText> texts);
 
 struct TSplashscreenTexts {
     std::string MessageLogFileDeleted;
