@@ -236,6 +236,10 @@ void TFormMain::ReadConfigurationFiles() {
     but_errorlog.SetCaption(driver.ButErrorlog);
     SetpointPage.LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
     GraphPage.LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
+    std::string hideNotice = "Hide this line";
+    ReadOwnTexts(language, "Notices", {{hideNotice, "Hide"}});
+    for (TNotice* notice : Notices())
+        notice->Hide.SetHint(hideNotice);
     if (const std::string stop = language.ReadText("ReadBack", "Stop"); !stop.empty())
         ButStopReadBack.SetCaption(stop);
 

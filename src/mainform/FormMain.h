@@ -5,6 +5,7 @@
 #include "core/Configuration.h"
 #include "core/Extensions.h"
 #include "core/controls/ControlLock.h"
+#include "core/controls/Notice.h"
 #include "errorlog/ErrorLog.h"
 #include "graph/GraphPage.h"
 #include "link/Nabto.h"
@@ -88,6 +89,9 @@ class TFormMain : public TFormMainControls {
     void FormClose();
     // The view tells the sizes, in pixels, that the setpoint page has got.
     void SetpointPageResized(int gridClientWidth, int groupClientHeight);
+
+    // The lines of our rooms, shown above the status bar in this order.
+    std::vector<TNotice*> Notices() { return {}; }
 
     TApiClient& Client() { return *ApiClient; } // from FormCreate on
     TNabtoDevice& Device() { return Forms.NabtoDevice; }

@@ -56,8 +56,10 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
     column.addWidget(&controls);
     setCentralWidget(&centre);
     BindPanel(controls, Form.GraphControlsPanel);
-    AddNotice(column, Form.ReadBackPanel, Form.LblReadBack, Form.ButStopReadBack);
-    AddNotice(column, Form.UpdatePanel, Form.LblUpdate, Form.ButShowUpdate);
+    AddNotice(column, Form.ReadBackPanel, Form.LblReadBack, {&Form.ButStopReadBack});
+    AddNotice(column, Form.UpdatePanel, Form.LblUpdate, {&Form.ButShowUpdate});
+    for (TNotice* notice : Form.Notices())
+        AddNotice(column, *notice, notice->Text, {&notice->Action, &notice->Hide});
 
     AddSetpointPage();
     AddGraphPage();
@@ -77,7 +79,8 @@ void TMainView::AddSetpointPage() {
 }
 
 // What goes on, and what can be done about it.
-void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TButton& button) {
+void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text,
+                          std::initializer_list<TButton*> buttons) {
     auto& frame = NewChild<QFrame>(*column.parentWidget());
     frame.setAutoFillBackground(true);
     frame.setBackgroundRole(QPalette::ToolTipBase);
@@ -86,11 +89,14 @@ void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TBut
     auto& row = NewChild<QHBoxLayout>(frame);
     row.setContentsMargins(noticeMargin, noticeMargin, noticeMargin, noticeMargin);
     auto& label = NewChild<QLabel>(frame);
+    label.setWordWrap(true);
     row.addWidget(&label, 1);
     BindLabel(label, text);
-    auto& push = NewChild<TRoomyButton>(frame);
-    row.addWidget(&push);
-    BindButton(push, button, Context.Dialogs);
+    for (TButton* button : buttons) {
+        auto& push = NewChild<TRoomyButton>(frame);
+        row.addWidget(&push);
+        BindButton(push, *button, Context.Dialogs);
+    }
     BindPanel(frame, panel);
 }
 

@@ -4,6 +4,8 @@
 
 #include <QMainWindow>
 
+#include <initializer_list>
+
 class QPushButton;
 class QTabWidget;
 class QVBoxLayout;
@@ -27,7 +29,7 @@ class TMainView : public QMainWindow {
     void AddSetpointPage();
     void AddGraphPage();
     void AddErrorLogPage();
-    void AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TButton& button);
+    void AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, std::initializer_list<TButton*> buttons);
     void AddTabButtons();
     void AddStatusBar(TNabtoDevice& device);
     void ArrangeTabButtons();
