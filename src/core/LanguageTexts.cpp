@@ -92,6 +92,20 @@ void ReadOwnTexts(const TIniFile& languageFile, std::string_view section,
             place = std::move(value);
 }
 
+std::string FillText(std::string_view text, std::initializer_list<std::string_view> values) {
+    std::string filled;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto number = text[i] == '%' && i + 1 < text.size() ? text[i + 1] - '1' : -1;
+        if (number < 0 || static_cast<std::size_t>(number) >= values.size()) {
+            filled += text[i];
+        } else {
+            filled += values.begin()[number];
+            ++i;
+        }
+    }
+    return filled;
+}
+
 TFirmwareUpdateTexts ReadFirmwareUpdateTexts(const TIniFile& languageFile) {
     TFirmwareUpdateTexts texts;
     ReadOwnTexts(languageFile, "FirmwareUpdate",

@@ -18,6 +18,8 @@ struct TOwnText {
 };
 void ReadOwnTexts(const TIniFile& languageFile, std::string_view section,
                   std::initializer_list<TOwnText> texts);
+// The text with the first value in place of "%1", and so on.
+std::string FillText(std::string_view text, std::initializer_list<std::string_view> values);
 
 struct TSplashscreenTexts {
     std::string MessageLogFileDeleted;

@@ -12,12 +12,6 @@ std::string TwoDigits(std::chrono::seconds::rep number) {
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-// Puts the value in place of "%1", "%2" or "%3".
-void Fill(std::string& text, char place, const std::string& value) {
-    if (const auto at = text.find(std::string{'%', place}); at != std::string::npos)
-        text.replace(at, 2, value);
-}
-
 constexpr TColor yellow{0x0000C8FF};
 
 } // namespace
@@ -53,11 +47,7 @@ void TUpdateStatus::SetPhase(EUpdatePhase phase) {
 }
 
 void TUpdateStatus::SetFile(std::size_t number, std::size_t count, const std::string& name) {
-    std::string text = Texts.File;
-    Fill(text, '1', std::to_string(number));
-    Fill(text, '2', std::to_string(count));
-    Fill(text, '3', name);
-    LabUpdateFile.SetCaption(text);
+    LabUpdateFile.SetCaption(FillText(Texts.File, {std::to_string(number), std::to_string(count), name}));
     LabUpdateFile.SetVisible(true);
     UpdateProgress.SetPosition(0);
     UpdateProgress.SetVisible(true);
