@@ -116,8 +116,8 @@ std::uint8_t ReadIntoBuf(void*, unsigned char* buffer, std::size_t capacity, std
 
 class TStreamingDevice : public ILibraryLoader, public ILibrary {
   public:
-    std::unique_ptr<ILibrary> Load(const std::string&) override {
-        return std::make_unique<TStreamingDevice>();
+    TLoadedLibrary Load(const std::string& name) override {
+        return {std::make_unique<TStreamingDevice>(), name, {}};
     }
     void* Symbol(const std::string& name) const override {
         return name == "nabtoStreamReadIntoBuf" ? reinterpret_cast<void*>(&ReadIntoBuf) : nullptr;

@@ -49,7 +49,7 @@ inline std::string DataLine(int values, unsigned seed = 1) {
 
 class TNoLibraries : public ILibraryLoader {
   public:
-    std::unique_ptr<ILibrary> Load(const std::string&) override { return nullptr; }
+    TLoadedLibrary Load(const std::string& name) override { return {nullptr, name, "there is none"}; }
 };
 
 class TBenchHost : public TSetpointPage::IHost, public test::TIdleDeviceHost, public TInputDialog::IHost {

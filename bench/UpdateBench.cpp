@@ -86,7 +86,9 @@ void Free(void*) {}
 
 class TGoodDevice : public ILibraryLoader, public ILibrary {
   public:
-    std::unique_ptr<ILibrary> Load(const std::string&) override { return std::make_unique<TGoodDevice>(); }
+    TLoadedLibrary Load(const std::string& name) override {
+        return {std::make_unique<TGoodDevice>(), name, {}};
+    }
     void* Symbol(const std::string& name) const override {
         if (name == "nabtoRpcInvoke")
             return reinterpret_cast<void*>(&Invoke);

@@ -22,9 +22,6 @@ THttpReply NoReply(std::string why) {
 
 } // namespace
 
-TCloudServiceHttp::TCloudServiceHttp(TCloudService& service, IWait& wait, int timeoutMs)
-    : Service(service), Wait(wait), TimeoutMs(timeoutMs) {}
-
 THttpReply TCloudServiceHttp::Exchange(const THttpRequest& request) {
     if (!Connected) {
         return NoReply("Failed to connect");
@@ -33,9 +30,10 @@ THttpReply TCloudServiceHttp::Exchange(const THttpRequest& request) {
     sent.Headers = request.Headers;
     const TCloudReply answer =
         Service.Handle({request.Method, PathOf(request.Url), sent.Header("Authorization"), request.Body});
-    if (answer.DelayMs > TimeoutMs) {
-        Wait.Sleep(TimeoutMs);
-        return NoReply("Operation timed out after " + std::to_string(TimeoutMs) + " milliseconds");
+    if (answer.DelayMs > request.WholeTimeout.count()) {
+        const auto limit = static_cast<int>(request.WholeTimeout.count());
+        Wait.Sleep(limit);
+        return NoReply("Operation timed out after " + std::to_string(limit) + " milliseconds");
     }
     if (answer.DelayMs > 0) {
         Wait.Sleep(answer.DelayMs);

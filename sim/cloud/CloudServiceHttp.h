@@ -9,10 +9,10 @@
 namespace tidewell {
 
 // The service as the program's own port, with no network between. A slow reply is waited for with Sleep; one
-// slower than the time-out counts as none.
+// slower than the request's time-out counts as none.
 class TCloudServiceHttp : public IHttp {
   public:
-    TCloudServiceHttp(TCloudService& service, IWait& wait, int timeoutMs = 60000);
+    TCloudServiceHttp(TCloudService& service, IWait& wait) : Service(service), Wait(wait) {}
 
     bool Connected = true; // false: nothing listens there
 
@@ -21,7 +21,6 @@ class TCloudServiceHttp : public IHttp {
   private:
     TCloudService& Service;
     IWait& Wait;
-    int TimeoutMs;
 };
 
 } // namespace tidewell

@@ -31,11 +31,11 @@ TInProcessLibrary::~TInProcessLibrary() {
     Nabto.OnCall = nullptr;
 }
 
-std::unique_ptr<ILibrary> TInProcessLibrary::Load(const std::string& name) {
+TLoadedLibrary TInProcessLibrary::Load(const std::string& name) {
     if (!Present || name != "nabto_client_api") {
-        return nullptr;
+        return {nullptr, name, "there is none"};
     }
-    return std::make_unique<TLibrary>(Nabto, Missing);
+    return {std::make_unique<TLibrary>(Nabto, Missing), name, {}};
 }
 
 } // namespace tidewell

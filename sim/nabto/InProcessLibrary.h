@@ -24,7 +24,7 @@ class TInProcessLibrary : public ILibraryLoader {
     // The calls in order, with arguments: "nabtoOpenSession a@example.com secret", "nabtoFree".
     std::vector<std::string> Calls;
 
-    std::unique_ptr<ILibrary> Load(const std::string& name) override;
+    TLoadedLibrary Load(const std::string& name) override;
 
   private:
     class TLibrary;

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <exception>
 #include <string_view>
 
@@ -14,6 +15,7 @@ namespace tidewell {
 namespace {
 
 constexpr std::size_t DataloggerFlag = 10;
+constexpr std::chrono::milliseconds KeepAliveLimit(4500); // the windows stand still meanwhile
 
 // How an exchange ended: with no reply, or one from 300 on, the HTTP client counts as having raised an
 // exception.
@@ -103,9 +105,9 @@ std::string PathPiece(const std::string& text) {
     return piece;
 }
 
-THttpReply NoHost() {
+THttpReply NoReply(const char* why) {
     THttpReply reply;
-    reply.Error = "key ApiHost in section [Cloud] of the system file is missing or empty";
+    reply.Error = why;
     return reply;
 }
 
@@ -117,16 +119,21 @@ TApiClient::TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& addr
 
 THttpReply TApiClient::Exchange(const THttpRequest& request) {
     if (!HostKnown) {
-        return NoHost();
+        return NoReply("key ApiHost in section [Cloud] of the system file is missing or empty");
     }
     const TWaitCursor busy(Dialogs); // a server that is slow to answer holds the screen
     return Http.Exchange(request);
 }
 
 THttpReply TApiClient::Call(const std::string& method, const std::string& url, const std::string& body,
-                            bool authorize) {
+                            bool authorize, std::chrono::milliseconds limit) {
+    if (MayCall && !MayCall()) {
+        return NoReply("the program is closed");
+    }
     THttpRequest request{
         method, url, {{"Accept", "application/json"}, {"Content-Type", "application/json"}}, body};
+    request.ConnectTimeout = std::min(request.ConnectTimeout, limit);
+    request.WholeTimeout = limit;
     if (authorize) {
         request.Headers.emplace_back("Authorization", token);
     }
@@ -142,6 +149,10 @@ THttpReply TApiClient::Call(const std::string& method, const std::string& url, c
 
 int TApiClient::Login(const std::string& username, const std::string& password) {
     _isLoggedIn = false;
+    if (TokenUser != username) {
+        token.clear();
+    }
+    TokenUser = username;
     try {
         const std::string body =
             R"({  "Username": ")" + username + R"(", "Password": ")" + password +
@@ -182,6 +193,12 @@ int TApiClient::LoginReply(const THttpReply& reply) {
         return -3;
     }
     token = reply.Header("Authorization");
+    if (token.empty()) {
+        debugLines.emplace_back("ERROR: The reply of the login has no token.");
+        if (OnNoToken) {
+            OnNoToken();
+        }
+    }
     _isLoggedIn = true;
     return 0;
 }
@@ -266,7 +283,7 @@ int TApiClient::GetOfflineSessionCredentials(TCredentials& credentials) const {
 int TApiClient::KeepAlive() {
     try {
         debugLines.push_back("Calling url: " + BaseUrl + "/keepAlive");
-        const THttpReply reply = Call("POST", BaseUrl + "/keepAlive", {}, true);
+        const THttpReply reply = Call("POST", BaseUrl + "/keepAlive", {}, true, KeepAliveLimit);
         if (Raised(reply)) {
             const bool notLoggedIn = reply.Code == 401;
             if (notLoggedIn) {
@@ -296,6 +313,7 @@ void TApiClient::SetAccessToken(const std::string& jwt) {
         return;
     }
     token = "Bearer " + jwt;
+    TokenUser.clear();
     _isLoggedIn = true;
 }
 

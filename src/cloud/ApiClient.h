@@ -4,6 +4,7 @@
 #include "core/ports/IHttp.h"
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -39,8 +40,13 @@ class TApiClient {
     std::vector<std::string> debugLines;
     // Takes the reason whenever the server gave no reply at all. May be empty.
     std::function<void(const std::string&)> OnNoConnection;
+    // A login that worked gave no token. May be empty.
+    std::function<void()> OnNoToken;
+    // Unset, every call is made; false when the program has been closed, and then none is.
+    std::function<bool()> MayCall;
 
-    // Shows a box when there is no connection or the server refuses with another code than 401.
+    // Shows a box when there is no connection or the server refuses with another code than 401. A token of
+    // another user is dropped, whatever comes of it.
     int Login(const std::string& username, const std::string& password);
     int Logout();
     // deviceID: the 12 digits; other characters than digits and "-" are percent-encoded. Refused, with empty
@@ -49,6 +55,7 @@ class TApiClient {
     int GetNabtoUserInfo(const std::string& deviceID, TCredentials& credentials);
     int BeginOfflineSession();
     int GetOfflineSessionCredentials(TCredentials& credentials) const;
+    // Nobody waits for it, so it gives up after a few seconds.
     int KeepAlive();
     // Blank text changes nothing.
     void SetAccessToken(const std::string& jwt);
@@ -57,12 +64,13 @@ class TApiClient {
   private:
     THttpReply Exchange(const THttpRequest& request);
     THttpReply Call(const std::string& method, const std::string& url, const std::string& body,
-                    bool authorize);
+                    bool authorize, std::chrono::milliseconds limit = THttpRequest().WholeTimeout);
     int LoginReply(const THttpReply& reply);
     int FetchIdentity(const std::string& path, TCredentials& credentials);
 
     IHttp& Http;
     IDialogs& Dialogs;
+    std::string TokenUser; // whose token it is; empty for one that was handed in
     bool HostKnown;
     std::string BaseUrl;
 };

@@ -214,8 +214,10 @@ THttpReply Run(const THttpRequest& request, const TCurlSettings& settings) {
     // The library's guard against SIGPIPE is only there as long as CURLOPT_NOSIGNAL is not set.
     curl.Set(CURLOPT_URL, request.Url.c_str());
     curl.Set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-    curl.Set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(settings.ConnectTimeout.count()));
-    curl.Set(CURLOPT_TIMEOUT_MS, static_cast<long>(settings.WholeTimeout.count()));
+    curl.Set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(request.ConnectTimeout.count()));
+    curl.Set(CURLOPT_TIMEOUT_MS, static_cast<long>(request.WholeTimeout.count()));
+    // A look-up of the host that has come to its time-out is not waited for.
+    curl.Set(CURLOPT_QUICK_EXIT, 1L);
     curl.Set(CURLOPT_WRITEFUNCTION, &OnBody);
     curl.Set(CURLOPT_WRITEDATA, &collector);
     curl.Set(CURLOPT_HEADERFUNCTION, &OnHeader);

@@ -2,17 +2,14 @@
 
 #include "core/ports/IHttp.h"
 
-#include <chrono>
 #include <cstddef>
 #include <filesystem>
 
 namespace tidewell {
 
 struct TCurlSettings {
-    std::filesystem::path CaFile; // PEM, trusted alone; empty: the system's trust store
-    std::chrono::milliseconds ConnectTimeout = std::chrono::seconds(5);
-    std::chrono::milliseconds WholeTimeout = std::chrono::seconds(60); // connecting included
-    std::size_t MaxReplySize = std::size_t{16} << 20;                  // bytes of headers and body
+    std::filesystem::path CaFile;                     // PEM, trusted alone; empty: the system's trust store
+    std::size_t MaxReplySize = std::size_t{16} << 20; // bytes of headers and body
 };
 
 // HTTPS by libcurl. Only https addresses, certificate and host name always checked, redirects returned and

@@ -15,9 +15,10 @@ const char* const storedPassword = "Palisades";
 } // namespace
 
 TNabtoLogOn::TNabtoLogOn(ILibraryLoader& libraries, IProcess& process, IDialogs& dialogs,
-                         const TCurrentInifilesPath& paths, std::function<std::string()> lastPW)
+                         const TCurrentInifilesPath& paths, const TExtensions& extensions,
+                         std::function<std::string()> lastPW)
     : TForm("NabtoLogOn", "Nabto Logon"), Libraries(libraries), Process(process), Dialogs(dialogs),
-      Paths(paths), LastPW(std::move(lastPW)) {
+      Paths(paths), Extensions(extensions), LastPW(std::move(lastPW)) {
     EditPW.SetMasked(true);
     ButSave.SetVisible(false);
     offLineSessionCheckBox.SetHint("Check this box if you want to be able to work with local device while "
@@ -53,13 +54,15 @@ void TNabtoLogOn::EnableSaveButton() {
 }
 
 void TNabtoLogOn::ForceLoadDll() {
-    auto library = Libraries.Load("KHelper");
-    if (!library) {
+    TLoadedLibrary loaded = Libraries.Load("KHelper");
+    if (!loaded.Library) {
+        if (OnNotLoaded)
+            OnNotLoaded(loaded);
         Dialogs.ShowMessage("Error Dll not loaded");
         return;
     }
-    GetCPUIDasString = reinterpret_cast<const char* (*)()>(library->Symbol("GetCPUIDasString"));
-    dllHandle = std::move(library);
+    GetCPUIDasString = reinterpret_cast<const char* (*)()>(loaded.Library->Symbol("GetCPUIDasString"));
+    dllHandle = std::move(loaded.Library);
 }
 
 void TNabtoLogOn::ForceFreeDll() {
@@ -84,11 +87,19 @@ void TNabtoLogOn::EditPWKeyDown(EKey key) {
 
 void TNabtoLogOn::ButOkClick() {
     SetModalResult(EModalResult::Ok);
+    if (Extensions.LogonPrivatePassword)
+        return; // the tools would take it from a command line
     const std::string password = EditPW.Text();
     const std::string key = CurrentMachineKey();
     CLoginPassword =
         password == storedPassword ? LastPW() : Scramble(Process, Paths.directorypath, password, key);
     LoginPassword = Unscramble(Process, Paths.directorypath, CLoginPassword, key);
+}
+
+void TNabtoLogOn::ForgetPassword() {
+    EnterPassword("");
+    LoginPassword.clear();
+    CLoginPassword.clear();
 }
 
 std::string TNabtoLogOn::CurrentMachineKey() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Extensions.h"
 #include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Simple.h"
@@ -14,12 +15,13 @@
 namespace tidewell {
 
 // Asks for the person's name and password. What the login uses is the text of EditPW; beside it OK prepares
-// the password for being stored on this machine.
+// the password for being stored on this machine, unless it is to stay private.
 class TNabtoLogOn : public TForm {
   public:
     // lastPW gives the stored password in scrambled form.
     TNabtoLogOn(ILibraryLoader& libraries, IProcess& process, IDialogs& dialogs,
-                const TCurrentInifilesPath& paths, std::function<std::string()> lastPW);
+                const TCurrentInifilesPath& paths, const TExtensions& extensions,
+                std::function<std::string()> lastPW);
 
     TLabel LAbUser{"LAbUser", "User"};
     TEdit EditUser{"EditUser"};
@@ -35,6 +37,9 @@ class TNabtoLogOn : public TForm {
     std::string LoginPassword;                   // in clear, as it came back through the tools
     std::string CLoginPassword;                  // scrambled
 
+    // Takes what came of loading the helper library, when it was not loaded. May be empty.
+    std::function<void(const TLoadedLibrary&)> OnNotLoaded;
+
     void EnterUserName(const std::string& s) { EditUser.SetText(s); }
     void EnterPassword(const std::string& s) { EditPW.SetText(s); }
     void EnableSaveButton();
@@ -46,6 +51,8 @@ class TNabtoLogOn : public TForm {
     // The dialog ends with OK in any case. Throws TError, with the result already set, when there is no
     // machine key.
     void ButOkClick();
+    // Empties the field and what was prepared from it.
+    void ForgetPassword();
 
   private:
     std::string CurrentMachineKey() const;
@@ -54,6 +61,7 @@ class TNabtoLogOn : public TForm {
     IProcess& Process;
     IDialogs& Dialogs;
     const TCurrentInifilesPath& Paths;
+    const TExtensions& Extensions;
     std::function<std::string()> LastPW;
 };
 

@@ -5,10 +5,23 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 // What the system file settles. Booleans are read in three manners: "true" and nothing else is true; all but
 // "false" is true; or strictly "true", "false" or a number.
 namespace tidewell {
+
+struct TEventLogTexts;
+
+// A number that the program cannot work with, and the one that it takes instead.
+struct TReplacedNumber {
+    std::string Where; // "file: [section] key: "
+    std::string Text;
+    std::int32_t Used = 0;
+};
+using TReplacedNumbers = std::vector<TReplacedNumber>;
+// The line of the event log on it.
+std::string LineOn(const TReplacedNumber& number, const TEventLogTexts& texts);
 
 struct TPortScan {
     bool doPortScan = false;
@@ -44,15 +57,18 @@ struct TConfiguration {
     TLogAutoStart LogAutoStart;
     bool DebugEnable = false;
     TUpdateTimerSettings UpdateTimer;
+    TReplacedNumbers Replaced;
 };
 
-// Throws EConvertError when `DebugEnable` is missing or no boolean. Bad numbers give their default.
+// Throws EConvertError when `DebugEnable` is missing or no boolean. Bad numbers, and those below 1, give
+// their default; but a DatalogCount of 0 is taken as it stands.
 TConfiguration ReadConfiguration(const TIniFile& systemFile);
 
 struct TCloudSettings {
     std::string ApiHost;
     std::uint16_t ApiPort = 4161;
     std::filesystem::path CaFile; // absolute; empty: the system's trust store
+    TReplacedNumbers Replaced;
 };
 
 // A port that is no number from 1 to 65535 gives the default. CaFile is relative to the directory.
@@ -67,10 +83,12 @@ struct TNabtoConfiguration {
     std::string LastLoginUser;
     std::string LastLoginPW;
     std::string Domain;
+    TReplacedNumbers Replaced;
 };
 
-// Throws EConvertError for an interval that is no number of at least 1 ms, and for an `Enabled` that is no
-// boolean. Fractions of a millisecond are rounded.
+// Throws EConvertError for an interval that is no number, and for an `Enabled` that is no boolean. Fractions
+// of a millisecond are rounded; an interval below 1 ms, or one that is too long, gives the nearest that can
+// be.
 TNabtoConfiguration ReadNabtoConfiguration(const TIniFile& systemFile);
 // The key `Enabled` alone.
 bool ReadNabtoEnabled(const TIniFile& systemFile);

@@ -126,6 +126,17 @@ TFirmwareUpdateTexts ReadFirmwareUpdateTexts(const TIniFile& languageFile) {
     return texts;
 }
 
+TEventLogTexts ReadEventLogTexts(const TIniFile& languageFile) {
+    TEventLogTexts texts;
+    ReadOwnTexts(languageFile, "EventLog",
+                 {{texts.LibraryNotLoaded, "LibraryNotLoaded"},
+                  {texts.InterfaceMissing, "InterfaceMissing"},
+                  {texts.NoLibrary, "NoLibrary"},
+                  {texts.NumberReplaced, "NumberReplaced"},
+                  {texts.NoToken, "NoToken"}});
+    return texts;
+}
+
 TSetpointHeadlines ReadSetpointHeadlines(const TIniFile& languageFile) {
     TSetpointHeadlines result;
     for (std::size_t column = 0; column < result.size(); ++column)

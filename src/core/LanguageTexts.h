@@ -113,6 +113,15 @@ struct TFirmwareUpdateTexts {
                                "controller half updated. Close the program?";
 };
 
+// What the event log tells of libraries, files and the service. A text that is missing keeps the English one.
+struct TEventLogTexts {
+    std::string LibraryNotLoaded = "Library %1 not loaded: %2";        // file, reason
+    std::string InterfaceMissing = "Interface file missing: %1";       // path
+    std::string NoLibrary = "the library is not loaded";               // why there is no session
+    std::string NumberReplaced = "%1'%2' is not possible, %3 is used"; // place, text, number
+    std::string NoToken = "Signed in, but the service gave no token";
+};
+
 // Column headings of the setpoint grid, `Col0` to `Col5`.
 using TSetpointHeadlines = std::array<std::string, 6>;
 
@@ -128,6 +137,7 @@ THeadApplTexts ReadHeadApplTexts(const TIniFile& languageFile);
 TLanguageTexts ReadLanguageTexts(const TIniFile& languageFile);
 TNabtodriverTexts ReadNabtodriverTexts(const TIniFile& languageFile);
 TFirmwareUpdateTexts ReadFirmwareUpdateTexts(const TIniFile& languageFile);
+TEventLogTexts ReadEventLogTexts(const TIniFile& languageFile);
 TSetpointHeadlines ReadSetpointHeadlines(const TIniFile& languageFile);
 TUnitTexts ReadUnitTexts(const TIniFile& languageFile);
 

@@ -2,6 +2,7 @@
 
 #include "cloud/CurlHttp.h"
 #include "core/Guard.h"
+#include "core/KvSupport.h"
 #include "desktop/QtText.h"
 #include "desktop/Signals.h"
 #include "desktop/views/AppIcon.h"
@@ -14,13 +15,19 @@
 #include "desktop/views/MainView.h"
 #include "desktop/views/SetupView.h"
 #include "desktop/views/SplashView.h"
+#include "mainform/CommandLine.h"
 #include "mainform/Program.h"
 
 #include <QPixmap>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace tidewell {
 
@@ -31,17 +38,42 @@ std::filesystem::path FromEnvironment(const char* name) {
     return value != nullptr ? std::filesystem::path(value) : std::filesystem::path();
 }
 
+std::filesystem::path FolderOf(const std::filesystem::path& executable) {
+    const auto home = FromEnvironment("TIDEWELL_HOME");
+    return std::filesystem::absolute(home.empty() ? executable.parent_path() : home);
+}
+
+std::vector<std::string> ArgumentsOf(int argc, char** argv) {
+    return {argv + std::min(argc, 1), argv + argc};
+}
+
+// The list of processes shows the arguments as they stand in memory.
+void HidePassword(int argc, char** argv) {
+    auto arguments = ArgumentsOf(argc, argv);
+    ForgetPassword(arguments);
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string_view shown(argv[i + 1]);
+        std::fill(argv[i + 1] + arguments[i].size(), argv[i + 1] + shown.size(), '\0');
+    }
+}
+
 TStartOptions OptionsOf(int argc, char** argv, const TFileVersion& version) {
     TStartOptions options;
     options.Executable = PathFromQt(QCoreApplication::applicationFilePath());
-    options.Directory = FromEnvironment("TIDEWELL_HOME");
-    if (options.Directory.empty())
-        options.Directory = options.Executable.parent_path();
-    options.Directory = std::filesystem::absolute(options.Directory);
-    if (argc > 1)
-        options.Arguments.assign(argv + 1, argv + argc);
+    options.Directory = FolderOf(options.Executable);
+    options.Arguments = ArgumentsOf(argc, argv);
     options.Version = version;
     return options;
+}
+
+// In the language of the installation, if there is one.
+std::optional<std::string> TextAskedFor(int argc, char** argv, const TFileVersion& version) {
+    std::error_code unknown;
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe", unknown);
+    const auto folder = FolderOf(executable);
+    const TDiskFiles files;
+    const TIniFile language(files, GetLanguageFile(files, FindSystemFile(files, folder), folder));
+    return TextAskedFor(ArgumentsOf(argc, argv), version, ReadCommandLineTexts(language));
 }
 
 // The query runs after the form's own: only a form that is about to close is painted.
@@ -133,6 +165,10 @@ void TDesktop::SaveScreenshot(const TProgram& program, const std::filesystem::pa
 }
 
 int RunDesktop(int argc, char** argv, const TFileVersion& version) {
+    if (const auto text = TextAskedFor(argc, argv, version)) {
+        std::cout << *text;
+        return EXIT_SUCCESS;
+    }
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     TQtApplication application(argc, argv);
     // No display name: the toolkit would add it to the titles of the forms.
@@ -140,6 +176,7 @@ int RunDesktop(int argc, char** argv, const TFileVersion& version) {
     QApplication::setWindowIcon(AppIcon());
 
     const TStartOptions options = OptionsOf(argc, argv, version);
+    HidePassword(argc, argv);
     TDesktop desktop(application, options.Directory);
     std::error_code error;
     std::filesystem::current_path(options.Directory, error);

@@ -44,9 +44,10 @@ class TDesktop {
     TQtPictures Pictures;
 };
 
-// Runs the program with its windows to its end; the process's exit code. The environment: TIDEWELL_HOME names
-// the folder to work in, if it is not that of the executable; TIDEWELL_SCREENSHOT a file that gets a picture
-// of the main window just before it closes, and at SIGUSR1.
+// Runs the program with its windows to its end; the process's exit code. An argument that only asks for a
+// text is answered on standard output, without a display. The environment: TIDEWELL_HOME names the folder to
+// work in, if it is not that of the executable; TIDEWELL_SCREENSHOT a file that gets a picture of the main
+// window just before it closes, and at SIGUSR1.
 int RunDesktop(int argc, char** argv, const TFileVersion& version);
 
 } // namespace tidewell

@@ -5,6 +5,8 @@
 #include <QStyleFactory>
 #include <QWidget>
 
+#include <iostream>
+
 namespace tidewell {
 
 TQtApplication::TQtApplication(int& argc, char** argv) : QApplication(argc, argv) {
@@ -26,6 +28,10 @@ void TQtApplication::Terminate() {
     IsTerminated = true;
     if (Running)
         RequestExit();
+}
+
+void TQtApplication::WriteError(const std::string& line) {
+    std::cerr << line << std::endl;
 }
 
 void TQtApplication::RequestExit() {

@@ -21,6 +21,7 @@ class TQtApplication : public QApplication, public IApplication {
     void Run();
     void Terminate() override;
     bool Terminated() const override { return IsTerminated; }
+    void WriteError(const std::string& line) override;
     // The message loop is about to end.
     bool Ending() const { return IsTerminated && Running; }
 

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <system_error>
 #include <utility>
 
 namespace tidewell {
@@ -26,16 +27,18 @@ class TDynamicLibrary : public ILibrary {
 TDynamicLibraryLoader::TDynamicLibraryLoader(std::filesystem::path programFolder)
     : Folder(std::move(programFolder)) {}
 
-std::unique_ptr<ILibrary> TDynamicLibraryLoader::Load(const std::string& name) {
-    const std::string fileName = "lib" + name + ".so";
-    void* handle = nullptr;
-    if (!Folder.empty())
-        handle = dlopen((std::filesystem::absolute(Folder) / fileName).c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!handle)
-        handle = dlopen(fileName.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!handle)
-        return nullptr;
-    return std::make_unique<TDynamicLibrary>(handle);
+TLoadedLibrary TDynamicLibraryLoader::Load(const std::string& name) {
+    std::string file = "lib" + name + ".so";
+    if (!Folder.empty()) {
+        const auto own = std::filesystem::absolute(Folder) / file;
+        std::error_code unreadable; // then the loader tells why
+        if (std::filesystem::symlink_status(own, unreadable).type() != std::filesystem::file_type::not_found)
+            file = own.string();
+    }
+    if (void* const handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL))
+        return {std::make_unique<TDynamicLibrary>(handle), std::move(file), {}};
+    const char* const reason = dlerror();
+    return {nullptr, std::move(file), reason != nullptr ? reason : "unknown reason"};
 }
 
 } // namespace tidewell

@@ -11,9 +11,9 @@ namespace tidewell {
 // Shared libraries of this machine, "lib<name>.so".
 class TDynamicLibraryLoader : public ILibraryLoader {
   public:
-    // programFolder is searched before the system's path.
+    // programFolder: may be empty, then only the system's path counts.
     explicit TDynamicLibraryLoader(std::filesystem::path programFolder);
-    std::unique_ptr<ILibrary> Load(const std::string& name) override;
+    TLoadedLibrary Load(const std::string& name) override;
 
   private:
     std::filesystem::path Folder;

@@ -81,8 +81,11 @@ bool TUNabto::setQueriesFile(const std::string& fileName) {
         return false;
     const auto directory = Directory / homeDirectory;
     const auto path = directory / fileName;
-    if (!Files.DirectoryExists(directory) || !Files.FileExists(path))
+    if (!Files.DirectoryExists(directory) || !Files.FileExists(path)) {
+        if (OnInterfaceMissing)
+            OnInterfaceMissing(path);
         return false;
+    }
     std::string definition;
     try {
         for (const auto& line : ReadLines(Files, path))
@@ -124,12 +127,19 @@ std::string TUNabto::GetNabtoStatusStr(TNabtoStatus status) {
     return text.value_or(std::string());
 }
 
+std::string TUNabto::StatusText(int status) const {
+    const auto text = Library.StatusText(static_cast<TNabtoStatus>(status));
+    return text && !text->empty() ? *text : std::to_string(status);
+}
+
 std::string TUNabto::SendQuery(const std::string& device, const std::string& request,
                                const std::string& data) {
     if (device.empty() || request.empty() || data.empty())
         return {};
     const std::string url = QueryUrl(device, request, data);
     Wait.ProcessMessages();
+    if (Closed())
+        return {};
     char* response = nullptr;
     if (Library.NabtoRpcInvoke)
         Library.NabtoRpcInvoke(Session, url.c_str(), &response);

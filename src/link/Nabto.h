@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -39,7 +40,7 @@ class TUNabto : public TStreamProgress {
     // Ids of the devices on the local network, in the library's order.
     std::vector<std::string> GetLocal();
 
-    bool StartStream(const std::string& device) { return Streams.Start(Session, device); }
+    bool StartStream(const std::string& device) { return !Closed() && Streams.Start(Session, device); }
     // False when the stream was closed, true when closing failed.
     bool StopStream() { return Streams.Stop(); }
     std::optional<std::vector<std::uint8_t>> ReadStream(std::uint32_t readLength) {
@@ -49,12 +50,22 @@ class TUNabto : public TStreamProgress {
         return Streams.Write(data, streamDelay);
     }
 
+    // What came of loading the library.
+    const TLoadedLibrary& Loaded() const { return Library.Module; }
+    // Unset, everything may be asked; false when the program has been closed, and then no query goes out and
+    // no stream is opened.
+    std::function<bool()> MayAsk;
+    // Takes the path of an interface definition that is not there. May be empty.
+    std::function<void(const std::filesystem::path&)> OnInterfaceMissing;
+
     void ShowError(TNabtoStatus status) { ShowNabtoStatus(Library, Dialogs, status); }
     // Empty, with a message, when the library has no texts.
     std::string GetNabtoStatusStr(TNabtoStatus status);
+    // The same without a message: the number, when the library has no texts.
+    std::string StatusText(int status) const;
 
     // One blocking request; empty if any text is, or when there is no reply. The event loop runs before and
-    // after, so timers and clicks may come in between.
+    // after, so timers and clicks may come in between; a close before it keeps it from being sent.
     std::string SendQuery(const std::string& device, const std::string& request, const std::string& data);
     // Whether the device answers. Fills the identity fields and installs the interface that fits the device.
     bool ping(const std::string& device);
@@ -102,6 +113,8 @@ class TUNabto : public TStreamProgress {
     std::string LastError() const { return errormessage.empty() ? "Device is not available" : errormessage; }
 
   private:
+    bool Closed() const { return MayAsk && !MayAsk(); }
+
     TNabtoLibrary Library;
     IDialogs& Dialogs;
     IWait& Wait;

@@ -19,6 +19,7 @@ namespace {
 
 constexpr const char* readSetpoint = "setpointReadValue.json";
 constexpr const char* readDatapoint = "datapointReadValue.json";
+constexpr const char* notConnected = "NOT CONNECTED TO BASESTATION!";
 constexpr std::uint32_t errorLogBytes = 400;
 
 int KnownObject(int obj) {
@@ -84,6 +85,8 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
 TNabtoDevice::~TNabtoDevice() {
     Nabto.FOnUpdateProgress = nullptr;
     Nabto.MayGoOn = nullptr;
+    Nabto.MayAsk = nullptr;
+    Nabto.OnInterfaceMissing = nullptr;
 }
 
 void TNabtoDevice::InitControls() {
@@ -116,7 +119,15 @@ void TNabtoDevice::FormCreate() {
     Nabto.MayGoOn = [this] {
         return !FlashDatalog.Stopped();
     };
+    Nabto.MayAsk = [this] {
+        return Host.FormOpen();
+    };
     ReadLanguage();
+    Nabto.OnInterfaceMissing = [this](const std::filesystem::path& path) {
+        Host.AddEventLog(FillText(EventLogTexts.InterfaceMissing, {path.string()}));
+    };
+    if (const TLoadedLibrary& loaded = Nabto.Loaded(); !loaded.Library)
+        Host.AddEventLog(FillText(EventLogTexts.LibraryNotLoaded, {loaded.File, loaded.Failure}));
     ReadConfiguration();
 }
 
@@ -127,12 +138,15 @@ void TNabtoDevice::ReadConfiguration() {
     LastUser = configuration.LastLoginUser;
     LastPW = configuration.LastLoginPW;
     Domain = configuration.Domain;
+    for (const TReplacedNumber& number : configuration.Replaced)
+        Host.AddEventLog(LineOn(number, EventLogTexts));
     Cycle.SetIntervals(configuration.PauseTime, configuration.DelayBetweenQuestions);
 }
 
 void TNabtoDevice::ReadLanguage() {
     const TIniFile language(Files, Paths.Languagefile);
     UpdateStatus.Texts = ReadFirmwareUpdateTexts(language);
+    EventLogTexts = ReadEventLogTexts(language);
     const TNabtodriverTexts texts = ReadNabtodriverTexts(language);
     btnPing.SetCaption(texts.Butping);
     BtnUpdate.SetCaption(texts.ButFWupdate);
@@ -165,9 +179,13 @@ int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
     }
     if (!initialized) {
         // A message of Init runs the event loop, in which another init may succeed.
-        if (Nabto.Init(credentials.Username, credentials.Password) == 0)
+        const int result = Nabto.Init(credentials.Username, credentials.Password);
+        if (result == 0)
             initialized = true;
-        LblNabto.SetCaption(initialized ? "Connected to Basestation" : "NOT CONNECTED TO BASESTATION!");
+        LblNabto.SetCaption(initialized ? "Connected to Basestation" : notConnected);
+        if (!initialized) // the label soon tells something else
+            Host.AddEventLog(std::string(notConnected) + " " +
+                             (result < 0 ? EventLogTexts.NoLibrary : Nabto.StatusText(result)));
     }
     return 0;
 }

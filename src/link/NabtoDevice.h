@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Extensions.h"
+#include "core/LanguageTexts.h"
 #include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
@@ -158,6 +159,7 @@ class TNabtoDevice : public TForm {
     TUNabto& Nabto;
     const TModbusPanel& Panel;
     IHost& Host;
+    TEventLogTexts EventLogTexts;
     TApiClient* ApiClient = nullptr; // given to init
 };
 

@@ -19,10 +19,10 @@ std::string SymbolName(const char* name, [[maybe_unused]] int argumentBytes) {
 } // namespace
 
 TNabtoLibrary::TNabtoLibrary(ILibraryLoader& loader) : Module(loader.Load("nabto_client_api")) {
-    if (!Module)
+    if (!Module.Library)
         return;
     const auto find = [this]<class T>(T*& entry, const char* name, int argumentBytes) {
-        entry = reinterpret_cast<T*>(Module->Symbol(SymbolName(name, argumentBytes)));
+        entry = reinterpret_cast<T*>(Module.Library->Symbol(SymbolName(name, argumentBytes)));
     };
     find(NabtoStartUp, "nabtoStartup", 4);
     find(NabtoShutdown, "nabtoShutdown", 0);

@@ -3,7 +3,6 @@
 #include "core/ports/ILibraryLoader.h"
 #include "link/NabtoClientApi.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -44,8 +43,7 @@ class TNabtoLibrary {
     // The same for a text that stays with the library.
     static std::string Copy(const char* text);
 
-  private:
-    std::unique_ptr<ILibrary> Module;
+    const TLoadedLibrary Module;
 };
 
 // Shows the status's text in a message box.

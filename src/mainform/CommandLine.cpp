@@ -1,10 +1,13 @@
 #include "mainform/CommandLine.h"
 
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 
-#include <optional>
-#include <unordered_map>
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
 
 namespace tidewell {
 
@@ -17,28 +20,7 @@ class TEvaluation {
     TEvaluation(TCommandLineParameters& parameters, ICommandLineActions& actions, IDialogs& dialogs)
         : Parameters(parameters), Actions(actions), Dialogs(dialogs) {}
 
-    using TOption = bool (TEvaluation::*)(const std::optional<std::string>& value);
-
-    static TOption Find(const std::string& argument) {
-        static const std::unordered_map<std::string, TOption> options{
-            {"-devid", &TEvaluation::DeviceId},
-            {"-jwt", &TEvaluation::Token},
-            {"-LoginUserPW", &TEvaluation::UserNamePassword},
-            {"-debugShowEEPanel", &TEvaluation::EEpromPanel},
-            {"-debugShowFlashPanel", &TEvaluation::FlashPanel},
-            {"-debugContUpdate", &TEvaluation::ContineousUpdate},
-            {"-debugShowExtendedVersionInfo", &TEvaluation::ExtendedVersionInfo},
-            {"-lang", &TEvaluation::Language},
-        };
-        const auto found = options.find(argument);
-        return found == options.end() ? nullptr : found->second;
-    }
-
-  private:
-    bool Fail(const std::string& text) {
-        Dialogs.ShowMessage(text);
-        return false;
-    }
+    using TAction = bool (TEvaluation::*)(const std::optional<std::string>& value);
 
     bool DeviceId(const std::optional<std::string>& value) {
         if (!value)
@@ -66,13 +48,6 @@ class TEvaluation {
 
     bool Language(const std::optional<std::string>&) { return true; }
 
-    bool Debug(std::string& kept, const std::optional<std::string>& value,
-               void (ICommandLineActions::*action)()) {
-        kept = value.value_or("");
-        if (kept == "true")
-            (Actions.*action)();
-        return true;
-    }
     bool EEpromPanel(const std::optional<std::string>& value) {
         return Debug(Parameters.debugShowEEPanel, value, &ICommandLineActions::ShowEEpromPanel);
     }
@@ -87,27 +62,120 @@ class TEvaluation {
                      &ICommandLineActions::EnableExtendedVersionInfo);
     }
 
+  private:
+    bool Fail(const std::string& text) {
+        Dialogs.ShowMessage(text);
+        return false;
+    }
+    bool Debug(std::string& kept, const std::optional<std::string>& value,
+               void (ICommandLineActions::*action)()) {
+        kept = value.value_or("");
+        if (kept == "true")
+            (Actions.*action)();
+        return true;
+    }
+
     TCommandLineParameters& Parameters;
     ICommandLineActions& Actions;
     IDialogs& Dialogs;
 };
 
+struct TOption {
+    std::string_view Name;
+    TEvaluation::TAction Action;
+    std::string_view Value;               // as --help shows it
+    std::string TCommandLineTexts::*Help; // null: not shown
+};
+
+constexpr std::string_view userNamePassword = "-LoginUserPW";
+constexpr std::array options{
+    TOption{"-devid", &TEvaluation::DeviceId, "410000000001", &TCommandLineTexts::devid},
+    TOption{userNamePassword, &TEvaluation::UserNamePassword, "\"name;password\"",
+            &TCommandLineTexts::LoginUserPW},
+    TOption{"-jwt", &TEvaluation::Token, "token", &TCommandLineTexts::jwt},
+    TOption{"-debugShowFlashPanel", &TEvaluation::FlashPanel, "true",
+            &TCommandLineTexts::debugShowFlashPanel},
+    TOption{"-debugShowEEPanel", &TEvaluation::EEpromPanel, "true", &TCommandLineTexts::debugShowEEPanel},
+    TOption{"-debugContUpdate", &TEvaluation::ContineousUpdate, "true", &TCommandLineTexts::debugContUpdate},
+    TOption{"-debugShowExtendedVersionInfo", &TEvaluation::ExtendedVersionInfo, "true",
+            &TCommandLineTexts::debugShowExtendedVersionInfo},
+    TOption{"-lang", &TEvaluation::Language, "", nullptr},
+};
+
+const TOption* FindOption(std::string_view argument) {
+    const auto found = std::ranges::find(options, argument, &TOption::Name);
+    return found == options.end() ? nullptr : &*found;
+}
+
+std::string HelpText(const TCommandLineTexts& texts) {
+    std::string text = texts.Usage + "\n";
+    const auto add = [&text](std::string_view option, std::string_view value, const std::string& help) {
+        text.append("\n  ").append(option).append(value.empty() ? "" : " ").append(value);
+        text.append("\n      ").append(help).append("\n");
+    };
+    for (const TOption& option : options)
+        if (option.Help != nullptr)
+            add(option.Name, option.Value, texts.*option.Help);
+    add("--help", "", texts.help);
+    add("--version", "", texts.version);
+    return text;
+}
+
 } // namespace
+
+TCommandLineTexts ReadCommandLineTexts(const TIniFile& languageFile) {
+    TCommandLineTexts texts;
+    ReadOwnTexts(languageFile, "CommandLine",
+                 {{texts.Usage, "Usage"},
+                  {texts.devid, "devid"},
+                  {texts.LoginUserPW, "LoginUserPW"},
+                  {texts.jwt, "jwt"},
+                  {texts.debugShowFlashPanel, "debugShowFlashPanel"},
+                  {texts.debugShowEEPanel, "debugShowEEPanel"},
+                  {texts.debugContUpdate, "debugContUpdate"},
+                  {texts.debugShowExtendedVersionInfo, "debugShowExtendedVersionInfo"},
+                  {texts.help, "help"},
+                  {texts.version, "version"},
+                  {texts.UnknownOption, "UnknownOption"}});
+    return texts;
+}
+
+std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments,
+                                        const TFileVersion& version, const TCommandLineTexts& texts) {
+    if (arguments.empty())
+        return std::nullopt;
+    if (arguments.front() == "--help")
+        return HelpText(texts);
+    if (arguments.front() == "--version")
+        return "Tidewell " + version.Text() + "\n";
+    return std::nullopt;
+}
 
 int EvalSystemParameters(const std::vector<std::string>& arguments, TCommandLineParameters& parameters,
                          ICommandLineActions& actions, IDialogs& dialogs) {
     TEvaluation evaluation(parameters, actions, dialogs);
+    const TOption* before = nullptr;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const auto option = TEvaluation::Find(arguments[i]);
-        if (option == nullptr)
+        const TOption* const option = FindOption(arguments[i]);
+        const bool isValue = std::exchange(before, option) != nullptr;
+        if (option == nullptr) {
+            if (!isValue && arguments[i].starts_with('-'))
+                actions.TellUnknownOption(arguments[i].substr(0, arguments[i].find_first_of("=;")));
             continue;
+        }
         std::optional<std::string> value;
         if (i + 1 < arguments.size())
             value = arguments[i + 1];
-        if (!(evaluation.*option)(value))
+        if (!(evaluation.*option->Action)(value))
             return -1;
     }
     return 0;
+}
+
+void ForgetPassword(std::vector<std::string>& arguments) {
+    for (std::size_t i = 1; i < arguments.size(); ++i)
+        if (arguments[i - 1] == userNamePassword)
+            arguments[i].erase(std::min(arguments[i].find(';'), arguments[i].size()));
 }
 
 } // namespace tidewell

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "core/FileVersion.h"
+#include "core/IniFile.h"
 #include "core/ports/IDialogs.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +20,26 @@ struct TCommandLineParameters {
     std::string debugShowExtendedVersionInfo;
 };
 
+// What --help tells, and the line on an option that is not known. A missing text keeps the English one.
+struct TCommandLineTexts {
+    std::string Usage = "Usage: tidewell [option value]...";
+    std::string devid = "the 12 digits of a controller; without it the program asks";
+    std::string LoginUserPW = "name;password, to sign in without the dialog";
+    std::string jwt = "a token of the cloud, in place of a sign-in";
+    std::string debugShowFlashPanel = "true shows the reading of flash by address on the service form";
+    std::string debugShowEEPanel = "true shows the reading of EEPROM by address on the service form";
+    std::string debugContUpdate = "true shows the continuous update, a test that updates again and again";
+    std::string debugShowExtendedVersionInfo = "true shows the request for extended versions";
+    std::string help = "as the first argument: shows this and ends";
+    std::string version = "as the first argument: shows the version and ends";
+    std::string UnknownOption = "Unknown option: %1";
+};
+TCommandLineTexts ReadCommandLineTexts(const TIniFile& languageFile);
+
+// The text to show when the first argument asks for no more than a text; nothing if it does not.
+std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments,
+                                        const TFileVersion& version, const TCommandLineTexts& texts);
+
 // What an option does at once, besides being kept.
 class ICommandLineActions {
   public:
@@ -27,11 +50,16 @@ class ICommandLineActions {
     virtual void ShowFlashPanel() = 0;
     virtual void EnableContineousUpdate() = 0;
     virtual void EnableExtendedVersionInfo() = 0;
+    // Its name alone: what follows "=" or ";" may be a password.
+    virtual void TellUnknownOption(const std::string& name) = 0;
 };
 
 // Walks the arguments and acts on each option in turn; 0 when all is well, -1 at the first that is wrong,
-// which is shown. What is no option is passed over.
+// which is shown. What is no option is passed over; if it begins with "-" and is no value, it is told.
 int EvalSystemParameters(const std::vector<std::string>& arguments, TCommandLineParameters& parameters,
                          ICommandLineActions& actions, IDialogs& dialogs);
+
+// Empties the password behind each -LoginUserPW; the name stays.
+void ForgetPassword(std::vector<std::string>& arguments);
 
 } // namespace tidewell

@@ -1,5 +1,6 @@
 #include "mainform/FormMain.h"
 
+#include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/Guard.h"
 #include "core/IniFile.h"
@@ -27,7 +28,7 @@ constexpr int graphTabIndex = 1;
 
 } // namespace
 
-TFormMain::TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths,
+TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifilesPath& paths,
                      const TExtensions& extensions, TUNabto& nabto, const TForms& forms)
     : Ports(ports), Options(options), Forms(forms), FCurrentInifilesPath(paths), Extensions(extensions),
       ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files),
@@ -173,21 +174,39 @@ void TFormMain::ConnectUpdate() {
     };
 }
 
-void TFormMain::FormCreate() {
-    DeleteNabtoUserFolder();
-    ConnectUpdate();
-    ConnectService();
+void TFormMain::ConnectCloud() {
     const TCloudSettings cloud = ReadCloudSettings(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile),
                                                    FCurrentInifilesPath.directorypath);
+    for (const TReplacedNumber& number : cloud.Replaced)
+        MemoEventLog.Add(LineOn(number, EventLogTexts));
     Http = Ports.MakeHttp(cloud.CaFile);
     ApiClient =
         std::make_unique<TApiClient>(*Http, Ports.Dialogs, TCloudAddress{cloud.ApiHost, cloud.ApiPort});
+    ApiClient->MayCall = [this] {
+        return IsOpen();
+    };
+    ApiClient->OnNoToken = [this] {
+        MemoEventLog.Add(EventLogTexts.NoToken);
+    };
     ApiClient->OnNoConnection = [this](const std::string& reason) {
         const std::string line = "No connection: " + reason;
         if (MemoEventLog.Lines().empty() ||
             MemoEventLog.Lines().back() != line) // keep-alive fails again and again
             MemoEventLog.Add(line);
     };
+    Forms.NabtoLogOn.OnNotLoaded = [this](const TLoadedLibrary& loaded) {
+        MemoEventLog.Add(FillText(EventLogTexts.LibraryNotLoaded, {loaded.File, loaded.Failure}));
+    };
+}
+
+void TFormMain::FormCreate() {
+    DeleteNabtoUserFolder();
+    ConnectUpdate();
+    ConnectService();
+    const TIniFile language(Ports.Files, FCurrentInifilesPath.Languagefile);
+    EventLogTexts = ReadEventLogTexts(language);
+    CommandLineTexts = ReadCommandLineTexts(language);
+    ConnectCloud();
     StatusBar.SetText(PanelVersion, VersionText(Options.Version));
     SetClientSize(initialWidth, Ports.Dialogs.WorkAreaHeight());
     ReadConfigurationFiles();
@@ -244,6 +263,8 @@ void TFormMain::ReadConfigurationFiles() {
         ButStopReadBack.SetCaption(stop);
 
     Configuration = ReadConfiguration(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile));
+    for (const TReplacedNumber& number : Configuration.Replaced)
+        MemoEventLog.Add(LineOn(number, EventLogTexts));
     TrafficButton.SetCaption(Texts.TrafficButtonOFF);
     LiveLog.UpdateTimer->SetInterval(Configuration.UpdateTimer.Time);
     LiveLog.UpdateTimerCallBackEvents.XAxisJump = Configuration.UpdateTimer.XAxisJump;
@@ -276,6 +297,7 @@ void TFormMain::InitTimerTimer() {
         control->SetVisible(nabto);
     if (!Visible() || (nabto && !StartLink()))
         return;
+    ForgetPasswords(); // which a program without a link has never asked for
     RunGuarded(Ports.Dialogs, [this] { GraphPage.GraphInit(true); });
     SetpointPage.ArrangeSetpointPage(GridClientWidth, GroupClientHeight);
     DeviceID.SetVisible(ShowButtonDevid);
@@ -303,6 +325,22 @@ bool TFormMain::StartLink() {
     Forms.NabtoDevice.FOnCycleDone = [this] {
         LiveLog.SetCycleResult(Forms.NabtoDevice.NabtoResultstring());
     };
+    if (!SignIn() || !Visible())
+        return false;
+    StatusBar.Repaint();
+    ShowButtonDevid = _commandLineParameters.devid.empty();
+    RunGuarded(Ports.Dialogs, [this] {
+        if (ShowButtonDevid)
+            Setup1Click();
+        else
+            ProfileOpening.TestProfileNabto(_commandLineParameters.devid, *ApiClient,
+                                            Configuration.AutoLoadProfile);
+    });
+    return Visible();
+}
+
+bool TFormMain::SignIn() {
+    const TAtExit forget([this] { ForgetPasswords(); });
     if (EvalSystemParameters(Options.Arguments, _commandLineParameters, Hosts.CommandLine, Ports.Dialogs) !=
         0) {
         Ports.Dialogs.ShowMessage("Some parameters were not parsed correctly. Closing the program.");
@@ -319,18 +357,19 @@ bool TFormMain::StartLink() {
             return false;
         }
     }
-    if (!Visible())
-        return false;
-    StatusBar.Repaint();
-    ShowButtonDevid = _commandLineParameters.devid.empty();
-    RunGuarded(Ports.Dialogs, [this] {
-        if (ShowButtonDevid)
-            Setup1Click();
-        else
-            ProfileOpening.TestProfileNabto(_commandLineParameters.devid, *ApiClient,
-                                            Configuration.AutoLoadProfile);
-    });
-    return Visible();
+    return true;
+}
+
+void TFormMain::ForgetPasswords() {
+    ForgetPassword(Options.Arguments);
+    _commandLineParameters.UserNamePW.clear();
+    Forms.NabtoDevice.LastPW.clear();
+}
+
+void TFormMain::TellUnknownOption(const std::string& name) {
+    const std::string line = FillText(CommandLineTexts.UnknownOption, {name});
+    MemoEventLog.Add(line);
+    Ports.Application.WriteError(line);
 }
 
 void TFormMain::OpenProfile2Click() {
@@ -423,7 +462,7 @@ void TFormMain::LockForUpdate(bool running) {
 void TFormMain::KeepAliveTimerTimer() {
     KeepAliveTimer->SetEnabled(false);
     ApiClient->KeepAlive();
-    KeepAliveTimer->SetEnabled(true);
+    KeepAliveTimer->SetEnabled(IsOpen());
 }
 
 void TFormMain::NabtoDeleteUsersTimer() {

@@ -55,7 +55,7 @@ class TFormMain : public TFormMainControls {
         TLoadSetpoints& LoadSetpoints;
     };
 
-    TFormMain(const TPorts& ports, const TStartOptions& options, TCurrentInifilesPath& paths,
+    TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifilesPath& paths,
               const TExtensions& extensions, TUNabto& nabto, const TForms& forms);
 
     // First stage of the start. Throws EConvertError for a key of the system file that is no boolean.
@@ -81,6 +81,8 @@ class TFormMain : public TFormMainControls {
     void KeepAliveTimerTimer();
     void NabtoDeleteUsersTimer();
     void DeleteNabtoUserFolder();
+    // On standard error as well, for who started the program.
+    void TellUnknownOption(const std::string& name);
     void TheTabChange();
     void FormResize();
     void FormKeyDown(EKey key, bool& handled);
@@ -100,6 +102,8 @@ class TFormMain : public TFormMainControls {
     THeadApplTexts Texts;
     TLoggingTexts LoggingTexts;
     TSetpointTexts SetpointTexts;
+    TEventLogTexts EventLogTexts;
+    TCommandLineTexts CommandLineTexts;
     TCommandLineParameters _commandLineParameters;
     bool ShowButtonDevid = false;
     bool AskBeforeClose = true; // false when nobody is there to answer
@@ -110,7 +114,7 @@ class TFormMain : public TFormMainControls {
 
   private:
     const TPorts& Ports;
-    const TStartOptions& Options;
+    TStartOptions& Options;
     TForms Forms;
 
   public:
@@ -150,6 +154,10 @@ class TFormMain : public TFormMainControls {
     void CreateDirectories();
     // Sign-in and profile, with the link enabled. False when the program is about to end.
     bool StartLink();
+    // By the command line or by the logon; false likewise. No password is left afterwards.
+    bool SignIn();
+    void ForgetPasswords();
+    void ConnectCloud();
     // What is kept at the close, in order. Each may throw.
     std::vector<std::function<void()>> ClosingSaves();
 

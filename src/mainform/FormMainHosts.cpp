@@ -151,6 +151,10 @@ void TFormMainHosts::TCommandLineActions::EnableExtendedVersionInfo() {
     Main.Device().Enable_debugShowExtendedVersionInfo = true;
 }
 
+void TFormMainHosts::TCommandLineActions::TellUnknownOption(const std::string& name) {
+    Main.TellUnknownOption(name);
+}
+
 bool TFormMainHosts::TSetpointPageHost::DatalogOn() const {
     return Main.LiveLog.DatalogOn;
 }

@@ -87,6 +87,7 @@ class TFormMainHosts {
         void ShowFlashPanel() override;
         void EnableContineousUpdate() override;
         void EnableExtendedVersionInfo() override;
+        void TellUnknownOption(const std::string& name) override;
 
       private:
         TFormMain& Main;

@@ -18,11 +18,11 @@ class TLogonLoop {
                std::function<void()> repaint);
 
     // 0 when the login, or with the offline tick the offline session, worked. closing tells that the program
-    // is about to end, which ends the loop too.
+    // is about to end, which ends the loop too. No password is left in the dialog.
     int Run(TApiClient& client, const std::string& userNamePassword, const std::function<bool()>& closing);
 
   private:
-    int Login(TApiClient& client);
+    int Login(TApiClient& client, const std::function<bool()>& closing);
 
     IDialogs& Dialogs;
     TNabtoLogOn& LogOn;

@@ -25,7 +25,7 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
       NabtoDevice(Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Ports.Clock,
                   Splashscreen.FCurrentInifilesPath, Extensions, Nabto, FormMain.ModbusPanel,
                   FormMain.Hosts.NabtoDevice),
-      NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Splashscreen.FCurrentInifilesPath,
+      NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Splashscreen.FCurrentInifilesPath, Extensions,
                  [this] { return NabtoDevice.LastPW; }),
       languagedialog(Ports, Options, Splashscreen.FCurrentInifilesPath),
       SetupForm(Ports.Dialogs, Ports.Files, Splashscreen.FCurrentInifilesPath, Nabto, NabtoDevice,
@@ -34,8 +34,7 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
                                        FormMain.MemoEventLog, FormMain.Hosts.InputDialog}),
       LoadSetpoints(TLoadSetpoints::TParts{
           Ports.Dialogs, Ports.Files, Ports.Clock, FormMain.ModbusPanel, NabtoDevice, FormMain.ReadBack,
-          FormMain.Hosts.ReadBack, FormMain.MemoEventLog, FormMain.SetpointPage.SelectedSetpointParent,
-          Splashscreen.FCurrentInifilesPath.directorypath}) {}
+          FormMain.Hosts.ReadBack, FormMain.MemoEventLog, FormMain.SetpointPage.SelectedSetpointParent, Splashscreen.FCurrentInifilesPath.directorypath}) {}
 
 bool TProgram::Start() {
     Splashscreen.FormCreate();

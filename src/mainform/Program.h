@@ -29,7 +29,7 @@ class TProgram {
     void Finish();
 
     const TPorts Ports;
-    const TStartOptions Options;
+    TStartOptions Options;
 
     TSplashscreen Splashscreen;
     TExtensions Extensions; // read once the system file is found

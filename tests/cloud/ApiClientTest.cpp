@@ -144,6 +144,26 @@ TEST_F(ApiClient, LoginWithoutTheRightKeepsNothingOfTheFormerLogin) {
     EXPECT_THAT(Client.permissions, testing::Each(false));
 }
 
+TEST_F(ApiClient, LoginDropsTheTokenOfAnotherUser) {
+    int told = 0;
+    Client.OnNoToken = [&told] {
+        ++told;
+    };
+    const THttpReply refused = Reply(401, "Unauthorized");
+    THttpReply bare = Reply(200, "OK", Flags(10, "true"));
+    bare.Headers.clear();
+    Http.Replies = {Reply(200, "OK", Flags(10, "true")), refused, refused, bare};
+    ASSERT_EQ(Client.Login("anna", "secret"), 0);
+    EXPECT_EQ(Client.Login("anna", "sceret"), -2);
+    EXPECT_EQ(Client.token, "Bearer new.token");
+    EXPECT_EQ(Client.Login("bert", "x"), -2);
+    EXPECT_EQ(Client.token, "");
+    EXPECT_EQ(told, 0);
+    EXPECT_EQ(Client.Login("bert", "secret"), 0);
+    EXPECT_EQ(Client.debugLines.back(), "ERROR: The reply of the login has no token.");
+    EXPECT_EQ(told, 1);
+}
+
 TEST_F(ApiClient, LoginSendsTheTemplateUnescaped) {
     Http.Replies = {Reply(401, "Unauthorized")};
     Held();
@@ -151,6 +171,7 @@ TEST_F(ApiClient, LoginSendsTheTemplateUnescaped) {
     ASSERT_EQ(Http.Requests.size(), 1U);
     const THttpRequest& request = Http.Requests[0];
     EXPECT_EQ(request.Method + " " + request.Url, "POST " + Base + "/login");
+    EXPECT_EQ(request.ConnectTimeout, std::chrono::seconds(20)); // the user waits for it
     EXPECT_THAT(request.Headers,
                 ElementsAre(Pair("Accept", "application/json"), Pair("Content-Type", "application/json")));
     EXPECT_EQ(request.Body, "{  \"Username\": \"jørn\", \"Password\": \"a\"b\\c\", \"MajorVersion\": \"0\", "

@@ -126,9 +126,9 @@ TEST_F(CurlHttp, CutsAReplyThatHangs) {
     TCloudFaults faults;
     faults.DelayMs = 600000;
     Service.SetFaults(faults);
-    TCurlSettings settings = Trusting();
-    settings.WholeTimeout = std::chrono::milliseconds(300);
-    EXPECT_THAT(Failure(settings, {"GET", Url(), {}, {}}), HasSubstr("timed out"));
+    THttpRequest request{"GET", Url(), {}, {}};
+    request.WholeTimeout = std::chrono::milliseconds(300);
+    EXPECT_THAT(Failure(Trusting(), request), HasSubstr("timed out"));
 }
 
 TEST_F(CurlHttp, DoesNotFollowARedirect) {

@@ -33,7 +33,8 @@ struct TLogOn : testing::Test {
     TPosixProcess Process;
     TCurrentInifilesPath Paths{{}, {}, {}, {}, PROGRAM_DIRECTORY};
     std::string LastPW;
-    TNabtoLogOn LogOn{KHelper, Process, Dialogs, Paths, [this] {
+    TExtensions Extensions;
+    TNabtoLogOn LogOn{KHelper, Process, Dialogs, Paths, Extensions, [this] {
                           return LastPW;
                       }};
 };
@@ -106,7 +107,8 @@ TEST(InstalledLogOn, ScramblesWithTheLibraryAndToolsOfTheProgram) {
     TDynamicLibraryLoader libraries(PROGRAM_DIRECTORY);
     TPosixProcess process;
     const TCurrentInifilesPath paths{{}, {}, {}, {}, PROGRAM_DIRECTORY};
-    TNabtoLogOn logOn(libraries, process, dialogs, paths, [] { return std::string(); });
+    const TExtensions extensions;
+    TNabtoLogOn logOn(libraries, process, dialogs, paths, extensions, [] { return std::string(); });
     for (int round = 0; round < 2; ++round) {
         dialogs.ExpectForm("NabtoLogOn", [&](TForm&) {
             logOn.EditPW.Enter("secret");

@@ -24,6 +24,14 @@ std::vector<int> Settings(const TConfiguration& read) {
     return result;
 }
 
+template <class TRead>
+std::vector<std::string> Told(const TRead& read) {
+    std::vector<std::string> lines;
+    for (const TReplacedNumber& number : read.Replaced)
+        lines.push_back(LineOn(number, {}));
+    return lines;
+}
+
 TEST(Configuration, DefaultsAndManners) {
     EXPECT_THAT(Settings(ReadConfiguration(TIniFile("[CommInitModbus]\nDebugEnable=0\n"))),
                 ElementsAre(0, 0, 1, 0, 0, 0, 1000, 1000, 50000));
@@ -35,6 +43,12 @@ TEST(Configuration, DefaultsAndManners) {
                                                  "[LogAutoStart]\nEnabled=TRUE\n"
                                                  "[CommInitModbus]\nDebugEnable=TRUE\n"
                                                  "[UpdateTimer]\nTime=ten\nXAxisJump=5\nDatalogCount=0\n"));
+    EXPECT_THAT(Told(full), ElementsAre("[UpdateTimer] Time: 'ten' is not possible, 1000 is used"));
+    const auto low =
+        ReadConfiguration(TIniFile("[CommInitModbus]\nDebugEnable=0\n"
+                                   "[UpdateTimer]\nTime=0\nXAxisJump=-1\nDatalogCount=99999999999\n"));
+    EXPECT_THAT(Settings(low), ElementsAre(0, 0, 1, 0, 0, 0, 1000, 1000, 50000));
+    EXPECT_EQ(Told(low).size(), 3u);
     EXPECT_THAT(Settings(full), ElementsAre(1, 0, 0, 1, 1, 1, 1000, 5, 0));
     EXPECT_EQ(full.AutoLoadProfile.ItemNumber.Value("4711"), "north");
     EXPECT_EQ(full.AutoLoadProfile.Model.Value("hv 20"), "Hush20");
@@ -81,9 +95,6 @@ TEST(Configuration, ReadsTheLink) {
     const std::pair<std::string, const char*> bad[] = {
         {"PauseTime=abc", "PauseTime: 'abc' is not a valid floating point value"},
         {"PauseTime=", "PauseTime: '' is not a valid floating point value"},
-        {"PauseTime=0", "PauseTime: '0' is not a valid interval in milliseconds"},
-        {"PauseTime=1e300", "PauseTime: '1e300' is not a valid interval in milliseconds"},
-        {"DelayBetweenQuestions=-5", "DelayBetweenQuestions: '-5' is not a valid interval in milliseconds"},
         {"Enabled=", "Enabled: '' is not a valid boolean value"}};
     for (const auto& [row, message] : bad) {
         test::TMemoryFiles files;
@@ -91,6 +102,14 @@ TEST(Configuration, ReadsTheLink) {
         EXPECT_THAT([&] { ReadNabtoConfiguration(TIniFile(files, "/s.inn")); },
                     ThrowsMessage<EConvertError>(std::string("/s.inn: [CommInitNabto] ") + message));
     }
+    test::TMemoryFiles files;
+    files.Put("/s.inn", "[CommInitNabto]\nDelayBetweenQuestions=-5\nPauseTime=1e300\n");
+    const auto nearest = ReadNabtoConfiguration(TIniFile(files, "/s.inn"));
+    EXPECT_EQ(shown(nearest), "|||remote.tidewell.example|1|2147483647|off");
+    EXPECT_THAT(
+        Told(nearest),
+        ElementsAre("/s.inn: [CommInitNabto] DelayBetweenQuestions: '-5' is not possible, 1 is used",
+                    "/s.inn: [CommInitNabto] PauseTime: '1e300' is not possible, 2147483647 is used"));
 }
 
 TEST(Configuration, ReadsTheCloud) {
@@ -98,6 +117,7 @@ TEST(Configuration, ReadsTheCloud) {
         const auto cloud = ReadCloudSettings(
             TIniFile(std::string("[Cloud]\nApiHost=api.example\nCaFile=cfg/ca.pem\n") + port), "/app");
         EXPECT_EQ(cloud.ApiPort, std::string_view(port) == "ApiPort=8443" ? 8443 : 4161) << port;
+        EXPECT_EQ(Told(cloud).empty(), cloud.ApiPort == 8443 || port[0] == '\0');
         EXPECT_EQ(cloud.ApiHost, "api.example");
         EXPECT_EQ(cloud.CaFile, "/app/cfg/ca.pem");
     }

@@ -64,6 +64,21 @@ const char* const quiet =
 
 } // namespace
 
+TEST_F(ProgramTest, AnswersHelpAndVersionWithoutADisplayOrAnInstallation) {
+    for (const auto& [option, answer] : {std::pair{"--help", "\n  -devid "}, {"--version", "Tidewell 1"}}) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "none of these");
+        environment.insert("TIDEWELL_HOME", "/nowhere");
+        Program.setProcessEnvironment(environment);
+        Program.start(QCoreApplication::applicationDirPath() + "/tidewell", {option});
+        ASSERT_TRUE(Program.waitForFinished(30'000));
+        EXPECT_EQ(Program.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(Program.exitCode(), 0);
+        EXPECT_TRUE(Program.readAllStandardOutput().contains(answer));
+        EXPECT_EQ(Program.readAllStandardError(), "");
+    }
+}
+
 TEST_F(ProgramTest, ATermSignalClosesItInOrder) {
     Install(quiet);
     Start();

@@ -131,11 +131,11 @@ TFakeNabto::~TFakeNabto() {
     EXPECT_TRUE(Given.empty() || Missing.contains("nabtoFree")) << "texts not freed";
 }
 
-std::unique_ptr<ILibrary> TFakeNabto::Load(const std::string& name) {
+TLoadedLibrary TFakeNabto::Load(const std::string& name) {
     EXPECT_EQ(name, "nabto_client_api");
     if (!Present)
-        return nullptr;
-    return std::make_unique<TFakeLibrary>();
+        return {nullptr, name, "there is none"};
+    return {std::make_unique<TFakeLibrary>(), name, {}};
 }
 
 std::uint8_t TFakeNabto::Call(const std::string& symbol, const std::string& arguments) {

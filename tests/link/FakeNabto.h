@@ -36,7 +36,7 @@ class TFakeNabto : public ILibraryLoader {
     std::deque<std::vector<std::uint8_t>> Chunks; // what the stream gives, read by read
     std::vector<std::uint8_t> Written;
 
-    std::unique_ptr<ILibrary> Load(const std::string& name) override;
+    TLoadedLibrary Load(const std::string& name) override;
 
     std::uint8_t Call(const std::string& symbol, const std::string& arguments = {});
     char* GiveText(const std::string& text);

@@ -63,6 +63,7 @@ class TNabtoDeviceTest : public testing::Test {
                   "DelayBetweenQuestions=10\r\nDomain=Remote.example\r\nLastLoginUser=me\r\n");
         Files.Put(Paths.Languagefile, "[Nabtodriver]\nButping=Anpingen\nlabfrom=von\nadjustdays=Tage\n");
         Files.Put("/app/p.pls", "[NabtoDevice]\nq1=0;3;100;1;\n");
+        Files.Put(Interface, "<xml/>");
         Client._isLoggedIn = true;
         Device.FormCreate();
     }
@@ -72,6 +73,7 @@ class TNabtoDeviceTest : public testing::Test {
         };
     }
 
+    const char* const Interface = "/app/nabto_config/standalone.xml";
     TCurrentInifilesPath Paths{"/app/cfg/system_x.inn", "/app/cfg/deutsch.lng", {}, "/app/cfg", "/app"};
     TMemoryFiles Files;
     TVirtualTime Time;
@@ -138,10 +140,13 @@ TEST_F(TNabtoDeviceTest, ALinkNeedsAnIdentityAndAStartedLibrary) {
     Library.Results["nabtoStartup"] = {NABTO_FAILED};
     EXPECT_EQ(Device.init(id, Client), 0);
     EXPECT_EQ(Device.LblNabto.Caption(), "NOT CONNECTED TO BASESTATION!");
+    EXPECT_EQ(Host.Events.back(), "NOT CONNECTED TO BASESTATION! failed");
     Device.startLog();
     EXPECT_FALSE(Device.Cycle.timerLogger->Enabled());
+    Files.Content.erase(Interface);
     EXPECT_EQ(Device.init(id, Client), 0);
     EXPECT_EQ(Device.LblNabto.Caption(), "Connected to Basestation");
+    EXPECT_EQ(Host.Events.back(), "Interface file missing: " + std::string(Interface));
 }
 
 TEST_F(TNabtoDeviceTest, HandsWholeCyclesToTheHost) {

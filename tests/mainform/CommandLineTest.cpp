@@ -1,5 +1,8 @@
 #include "mainform/CommandLine.h"
 
+#include "core/DiskFiles.h"
+#include "core/KvSupport.h"
+#include "core/TextFile.h"
 #include "support/ScriptedDialogs.h"
 
 #include <gmock/gmock.h>
@@ -18,6 +21,7 @@ class TRecordedActions : public ICommandLineActions {
     void ShowFlashPanel() override { Calls.emplace_back("flash"); }
     void EnableContineousUpdate() override { Calls.emplace_back("continuous"); }
     void EnableExtendedVersionInfo() override { Calls.emplace_back("extended"); }
+    void TellUnknownOption(const std::string& name) override { Calls.push_back("unknown " + name); }
 
     std::vector<std::string> Calls;
 };
@@ -68,8 +72,8 @@ TEST_F(TCommandLine, ActsInTheOrderGiven) {
                         "true", "-debugShowEEPanel", "True", "-debugContUpdate", "true",
                         "-debugShowExtendedVersionInfo", "true", "-DEVID", "x", "-LoginUserPW", "me;secret"}),
               0);
-    EXPECT_THAT(Actions.Calls,
-                ElementsAre("init 410000000001", "token  t ", "flash", "continuous", "extended"));
+    EXPECT_THAT(Actions.Calls, ElementsAre("init 410000000001", "token  t ", "flash", "continuous",
+                                           "extended", "unknown -DEVID"));
     EXPECT_EQ(Parameters.jwt, " t ");
     EXPECT_EQ(Parameters.UserNamePW, "me;secret");
     EXPECT_EQ(Parameters.debugShowEEPanel, "True");
@@ -81,6 +85,40 @@ TEST_F(TCommandLine, TakesSomeOptionsWithoutValue) {
     EXPECT_EQ(Evaluate({"-LoginUserPW"}), 0);
     EXPECT_EQ(Parameters.UserNamePW, "");
     EXPECT_THAT(Actions.Calls, ElementsAre());
+}
+
+// Their values, which may hold a password, are not.
+TEST_F(TCommandLine, TellsOptionsThatItDoesNotKnow) {
+    EXPECT_EQ(Evaluate({"stray", "--help", "-lang", "-jp", "-LoginUserPw", "me;secret", "-LoginUserPW=me;s",
+                        "-jwt", "-x", "-"}),
+              0);
+    EXPECT_THAT(Actions.Calls, ElementsAre("unknown --help", "unknown -LoginUserPw", "unknown -LoginUserPW",
+                                           "token -x", "unknown -"));
+    std::vector<std::string> arguments{"-LoginUserPW", "me;secret;x", "-LoginUserPW", "me", "a;b"};
+    ForgetPassword(arguments);
+    EXPECT_THAT(arguments, ElementsAre("-LoginUserPW", "me", "-LoginUserPW", "me", "a;b"));
+}
+
+TEST(CommandLineHelp, NamesTheOptionsOfTheGuide) {
+    const auto text = [](const std::vector<std::string>& arguments) {
+        return TextAskedFor(arguments, {1, 2, 3, 4}, {});
+    };
+    const std::string help = text({"--help", "-devid"}).value_or("");
+    std::size_t options = 0;
+    for (const std::string& line :
+         ReadLines(TDiskFiles(), std::filesystem::path(TIDEWELL_SOURCE_DIR) / "README.md")) {
+        const auto pieces = SplitStrictly(line, '`');
+        for (std::size_t i = 1; line.starts_with("| `-") && i < pieces.size(); i += 2)
+            if (pieces[i].starts_with('-')) {
+                EXPECT_THAT(help, testing::HasSubstr("\n  " + std::string(pieces[i])));
+                ++options;
+            }
+    }
+    EXPECT_EQ(options, 9u); // with --help and --version
+    EXPECT_EQ(text({"--version"}), "Tidewell 1.2.3 Build: 4\n");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{}, {"-devid", "--help"}, {"--Help"}})
+        EXPECT_EQ(text(arguments), std::nullopt);
 }
 
 } // namespace

@@ -75,6 +75,7 @@ TEST_F(TEntry, ShowsEachSplashLineForItsTime) {
 
 TEST_F(TEntry, LeavesAnEventLogAnEmptyDatalogAndADebugLog) {
     Arguments = {"-devid"}; // not looked at: without the key, the link is not enabled
+    Files.Content["/t/cfg/system_x.inn"] += "[CommInitNabto]\nDelayBetweenQuestions=0\n";
     auto program = Build();
     program->Start();
     Time.Advance(200);
@@ -84,6 +85,11 @@ TEST_F(TEntry, LeavesAnEventLogAnEmptyDatalogAndADebugLog) {
     EXPECT_THAT(FilesIn("/t/log/systemlog"),
                 ElementsAre("02-03-2026080002debug.log", "02-03-2026080002eventlog.log",
                             "datalog02-03-20260800.csv"));
+    EXPECT_EQ(
+        Files.Content["/t/log/systemlog/02-03-2026080002eventlog.log"],
+        "Library nabto_client_api not loaded: there is none\r\n"
+        "/t/cfg/system_x.inn: [CommInitNabto] DelayBetweenQuestions: '0' is not possible, 1 is used\r\n"
+        "Clear Graph execute\r\n");
     EXPECT_EQ(Files.Content["/t/log/systemlog/datalog02-03-20260800.csv"], ";[HeaderStart][HeaderEnd]\r\n");
     ExpectNoLibraryAtTheEnd();
 }

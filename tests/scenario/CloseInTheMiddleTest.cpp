@@ -12,6 +12,7 @@ class TCloseInTheMiddle : public TProgramFixture {
         Main().Close1Click();
         EXPECT_TRUE(Application.IsTerminated);
         ShownAtClose = Dialogs.Shown.size();
+        StepsAtClose = Log.size();
     }
     // In the next message box or file dialog.
     void CloseInNextDialog() {
@@ -22,16 +23,16 @@ class TCloseInTheMiddle : public TProgramFixture {
     // Asks nothing more, polls nothing more, and has left its files once.
     void ExpectEnded() {
         ASSERT_TRUE(Application.IsTerminated);
-        const std::size_t steps = Log.size();
         Files.Put("/t/nabto_config/users/x", "");
         Time.Advance(600000);
         EXPECT_TRUE(Files.FileExists("/t/nabto_config/users/x")); // no timer empties the folder
         Program->Finish();
         EXPECT_EQ(Dialogs.Shown.size(), ShownAtClose) << testing::PrintToString(Dialogs.Texts());
-        EXPECT_EQ(Log.size(), steps);
+        EXPECT_EQ(Log.size(), StepsAtClose) << testing::PrintToString(Log);
         EXPECT_EQ(FilesBelow("/t/log/systemlog").size(), 2u); // a second close would make a second datalog
     }
     std::size_t ShownAtClose = 0;
+    std::size_t StepsAtClose = 0;
 };
 
 TEST_F(TCloseInTheMiddle, OfTheFirstPings) {

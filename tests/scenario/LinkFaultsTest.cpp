@@ -115,6 +115,20 @@ TEST_F(TLinkFaults, StopPollingWhenAPartialFileCannotBeWritten) {
     Close();
 }
 
+TEST_F(TLinkFaults, SendNoQuestionAfterAClose) {
+    StartLogging();
+    ASSERT_TRUE(Time.AdvanceUntil([this] { return Label().ends_with("-> Get Data"); }, 10000));
+    std::size_t calls = 0;
+    Time.After(50, [&] { // due with the question, and so delivered just before it is sent
+        EXPECT_FALSE(Program->NabtoDevice.Cycle.timerQuery->Enabled());
+        Main().Close1Click();
+        calls = Libraries.Calls.size();
+    });
+    Time.Advance(60000);
+    EXPECT_EQ(Libraries.Calls.size(), calls);
+    Program->Finish();
+}
+
 TEST_F(TLinkFaults, CloseInOrderInTheMiddleOfAQuestion) {
     StartLogging();
     SetFault("Latency=700ms");

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace tidewell::test {
 namespace {
 
@@ -165,6 +167,7 @@ TEST_F(TRefusals, ToPrepareAPasswordCostNoLogon) {
         bool Library, Function;
         std::optional<std::string> Output; // of both tools
         TSteps Before, After;
+        bool Private = false;
     };
     const TCase cases[] = {
         {false, true, {}, {Box(noDll)}, {Box(noKey)}},
@@ -172,11 +175,15 @@ TEST_F(TRefusals, ToPrepareAPasswordCostNoLogon) {
         {true, true, std::nullopt, {}, {}}, // no tool
         {true, true, "Result2:no end", {}, {}},
         {true, true, "Result2:,#ENDResult3:\xFF\x01", {}, {}},
+        {true, false, {}, {}, {}, true}, // no tool is run, so no key is missed
     };
     for (const auto& test : cases) {
         KHelper.Present = test.Library;
         KHelper.HasFunction = test.Function;
         Process.Output = test.Output;
+        Process.Calls.clear();
+        if (test.Private)
+            Files.Content[SystemFile] += "[Logon]\nPrivatePassword=true\n";
         Expect(test.Before);
         Expect({LogOn("service", "tidewell")});
         Expect(test.After);
@@ -185,7 +192,10 @@ TEST_F(TRefusals, ToPrepareAPasswordCostNoLogon) {
         ExpectClose();
         Arguments = {};
         Start();
-        EXPECT_EQ(Program->NabtoLogOn.LoginPassword, "");
+        EXPECT_EQ(Process.Calls.empty(), test.Private || !test.Library || !test.Function);
+        EXPECT_EQ(
+            std::ranges::count(Main().MemoEventLog.Lines(), "Library KHelper not loaded: there is none"),
+            test.Library ? 0 : 1);
         Close();
         CheckLog();
     }
@@ -251,8 +261,10 @@ TEST_F(TRefusals, OfATokenOfTheCommandLineStandInTheStatusBar) {
     for (int i = 0; i < 3; ++i) // by the option, by the choice of the profile, by the log
         Expect({Request("GET /devices/410000000001/0/Nabtouser [Bearer old]", 401)});
     ExpectClose();
-    Arguments = {"-jwt", "old", "-devid", Device};
+    Arguments = {"-jwt", "old", "-verbose", "-devid", Device};
     Start();
+    EXPECT_THAT(Main().MemoEventLog.Lines(), Contains("Unknown option: -verbose"));
+    EXPECT_THAT(Application.Errors, testing::ElementsAre("Unknown option: -verbose"));
     Time.Advance(20000);
     EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(),
               "Not authorized to device \"410000000001.hv.example\" (status not ok)");
@@ -283,6 +295,22 @@ TEST_F(TRefusals, OfAnOfflineSessionAskAgain) {
     Time.Advance(20000); // a log that cannot start says nothing
     EXPECT_FALSE(Main().LiveLog.DatalogOn);
     Close();
+    CheckLog();
+}
+
+TEST_F(TRefusals, OfAnotherUserTakeNothingOfTheFirst) {
+    TCloudFaults refused = With(&TCloudFaults::RefuseCode, 503);
+    refused.Path = "/Nabtouser";
+    Cloud->SetFaults(refused);
+    BelowEachBox([this](int) { Cloud->SetFaults({}); });
+    Expect({LogOn("service", "tidewell", true), LoginRequest("service", "tidewell", 200),
+            Request("GET /Nabtouser [token1]", 503), Box(offlineFailed), LogOn("guest", "x", true),
+            LoginRequest("guest", "x", 401), Box(wrongPassword), Request("GET /Nabtouser []", 401),
+            Box(offlineFailed), CancelLogOn()});
+    ExpectClose();
+    Arguments = {};
+    Start();
+    Program.reset();
     CheckLog();
 }
 
@@ -333,6 +361,9 @@ TEST_F(TRefusals, OfAMissingNativeLibraryAreTold) {
             Box("No NabtoCloseSession Function Loaded"), Box("No NabtoShutdown Function Loaded")});
     Start();
     EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example");
+    for (const char* line : {"Library nabto_client_api not loaded: there is none",
+                             "NOT CONNECTED TO BASESTATION! the library is not loaded"})
+        EXPECT_THAT(Main().MemoEventLog.Lines(), Contains(line));
     Close();
     CheckLog();
 }

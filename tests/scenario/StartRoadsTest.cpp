@@ -58,6 +58,7 @@ class TStartRoads : public TProgramFixture {
 
 TEST_F(TStartRoads, ByTheDialogsAlone) {
     Process.Output = "Result2:4f9a,#ENDResult3:tidewell"; // serves both tools
+    Edit(SystemFile, "LastLoginPW=", "LastLoginPW=4f9a");
     Expect({LogOn("service", "wrong"), LoginRequest("service", "wrong", 401),
             Box("Username or password is incorrect."), LogOn("service", "tidewell"),
             LoginRequest("service", "tidewell", 200), SetupDialog([](TSetupForm& setup) {
@@ -74,7 +75,9 @@ TEST_F(TStartRoads, ByTheDialogsAlone) {
                                            "run /t/share/D [4f9a] [0A12C00000000000]",
                                            "run /t/share/E [tidewell] [0A12C00000000000]",
                                            "run /t/share/D [4f9a] [0A12C00000000000]"));
-    EXPECT_EQ(Program->NabtoLogOn.LoginPassword, "tidewell");
+    const TNabtoLogOn& form = Program->NabtoLogOn;
+    EXPECT_EQ(form.EditPW.Text() + form.LoginPassword + form.CLoginPassword + Program->NabtoDevice.LastPW,
+              "");
     EXPECT_EQ(KHelper.Loaded, 0);
     EXPECT_EQ(Program->NabtoDevice.lblConnectedUser.Caption(), "User: service");
     EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example");
@@ -90,6 +93,7 @@ TEST_F(TStartRoads, ByNameAndPasswordOfTheCommandLine) {
     ExpectPings(gateway, 2);
     Begin({"-devid", gateway, "-LoginUserPW", "service;tidewell;more"}, "/t/profile/Loft120_english.pls");
     EXPECT_THAT(Process.Calls, IsEmpty()); // there was no dialog to prepare a password in
+    EXPECT_EQ(Program->Options.Arguments.back() + Main()._commandLineParameters.UserNamePW, "service");
     ExpectToTheEnd(610, {DeviceRequest("token1", gateway), KeepAlive("token1"), KeepAlive("token2")});
 }
 

@@ -15,7 +15,8 @@ TEST(SharedLibrary, WorksThroughItsCFunctionsAndShowsNothingElse) {
     const auto home = std::filesystem::temp_directory_path() / ("tidewell_sim_" + std::to_string(::getpid()));
     ::unsetenv("TIDEWELL_SIMULATION");
     TDynamicLibraryLoader loader(bin);
-    EXPECT_EQ(loader.Load("nabto_client_api")->Symbol("_ZN8tidewell15BindEntryPointsEPNS_15TSimulatedNabtoE"),
+    EXPECT_EQ(loader.Load("nabto_client_api")
+                  .Library->Symbol("_ZN8tidewell15BindEntryPointsEPNS_15TSimulatedNabtoE"),
               nullptr);
     const TNabtoLibrary library(loader);
     EXPECT_TRUE(library.NabtoCloseSession && library.NabtoShutdown && library.NabtoStreamOpen &&

@@ -17,10 +17,12 @@ class TFakeKHelper : public ILibraryLoader {
     bool HasFunction = true;
     int Loaded = 0; // at this time
 
-    std::unique_ptr<ILibrary> Load(const std::string& name) override {
-        if (name != "KHelper")
-            return Others != nullptr ? Others->Load(name) : nullptr;
-        return Present ? std::make_unique<TLibrary>(*this) : nullptr;
+    TLoadedLibrary Load(const std::string& name) override {
+        if (name != "KHelper" && Others != nullptr)
+            return Others->Load(name);
+        if (name != "KHelper" || !Present)
+            return {nullptr, name, "there is none"};
+        return {std::make_unique<TLibrary>(*this), name, {}};
     }
 
   private:

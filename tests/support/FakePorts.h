@@ -20,8 +20,10 @@ class TFakeApplication : public IApplication {
   public:
     void Terminate() override { IsTerminated = true; }
     bool Terminated() const override { return IsTerminated; }
+    void WriteError(const std::string& line) override { Errors.push_back(line); }
 
     bool IsTerminated = false;
+    std::vector<std::string> Errors; // lines on standard error
 };
 
 class TFakeProcess : public IProcess {
@@ -62,7 +64,7 @@ class TFakePictures : public IPictures {
 
 class TNoLibraries : public ILibraryLoader {
   public:
-    std::unique_ptr<ILibrary> Load(const std::string&) override { return nullptr; }
+    TLoadedLibrary Load(const std::string& name) override { return {nullptr, name, "there is none"}; }
 };
 
 // Answers each exchange with the next reply, and with none at all once they have run out.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,6 +12,9 @@ struct THttpRequest {
     std::string Url;
     std::vector<std::pair<std::string, std::string>> Headers;
     std::string Body;
+    // The longest that it may take to connect, and altogether; connecting includes the look-up of the host.
+    std::chrono::milliseconds ConnectTimeout = std::chrono::seconds(20);
+    std::chrono::milliseconds WholeTimeout = std::chrono::seconds(60);
 };
 
 struct THttpReply {

@@ -13,12 +13,20 @@ class ILibrary {
     virtual void* Symbol(const std::string& name) const = 0;
 };
 
+// What came of loading a library.
+struct TLoadedLibrary {
+    std::unique_ptr<ILibrary> Library; // null when it could not be loaded
+    std::string File;                  // that was tried
+    std::string Failure;               // the platform's own reason; empty when it was loaded
+};
+
 class ILibraryLoader {
   public:
     virtual ~ILibraryLoader() = default;
-    // The base name, such as "nabto_client_api"; prefix, ending and search path are the platform's. The
-    // program's own folder comes first, then the system's search path. nullptr when there is none.
-    virtual std::unique_ptr<ILibrary> Load(const std::string& name) = 0;
+    // The base name, such as "nabto_client_api"; prefix, ending and search path are the platform's. A file in
+    // the program's own folder counts alone; only where there is none is the system's search path looked
+    // through.
+    virtual TLoadedLibrary Load(const std::string& name) = 0;
 };
 
 } // namespace tidewell
