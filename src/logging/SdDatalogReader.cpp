@@ -2,8 +2,10 @@
 
 #include "core/Errors.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/OpenDialogFilters.h"
+#include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "graph/GraphPage.h"
 #include "logging/DatalogLines.h"
@@ -97,6 +99,7 @@ void TSdDatalogReader::Convert(const std::filesystem::path& path, std::vector<st
     const std::vector<std::string> lines = FirstLines(Parts.Files, path);
     const std::string& magic = lines[magicLine];
     if (magic != magics[0] && magic != magics[1]) {
+        TellRefused(path.string());
         Parts.Dialogs.ShowMessage("SD Card file is not a valid datalog file");
         return;
     }
@@ -108,9 +111,15 @@ void TSdDatalogReader::Convert(const std::filesystem::path& path, std::vector<st
             time += std::chrono::minutes(1);
         }
     } catch (const EConvertError& error) {
-        throw EConvertError(path.string() + ", line " + std::to_string(line + 1) + ": " + error.what());
+        const EConvertError named(path.string() + ", line " + std::to_string(line + 1) + ": " + error.what());
+        TellRefused(named.what());
+        throw named;
     }
     rows.emplace_back(headerMark);
+}
+
+void TSdDatalogReader::TellRefused(const std::string& what) {
+    Parts.MemoEventLog.Add(FillText(FileRefused, {what}));
 }
 
 bool TSdDatalogReader::ChooseProfile() {

@@ -22,6 +22,7 @@ class TSdDatalogReader {
     std::string MessageStopLog;
     std::string DialogOpenProfileCaption;
     std::string DialogOpenDatalogFileCaption;
+    std::string FileRefused = "SD-card datalog refused: %1"; // of the event log; the file, or what is wrong
 
   private:
     bool ChooseProfile();
@@ -29,6 +30,7 @@ class TSdDatalogReader {
     // Adds "<index>;<day>-<month>-<year>;<hour>:<minute>:00;<16 values>" for each of the 360 rows of the
     // file, and a last row ";[HeaderStart]". A file that is none adds nothing, and is told.
     void Convert(const std::filesystem::path& path, std::vector<std::string>& rows);
+    void TellRefused(const std::string& what);
     // Sets the X axis; gives how many rows lie between two labels.
     std::size_t FitAxis(std::vector<std::string>& rows);
     void Draw(const std::vector<std::string>& rows, std::size_t labelInterval);

@@ -248,7 +248,9 @@ void TFormMain::ReadConfigurationFiles() {
                      units.UserUnits,
                      Texts.DialogOpenProfileCaption,
                      Texts.DialogSaveDatalogFile,
-                     units.TestfileComport.ValueAt(0)};
+                     units.TestfileComport.ValueAt(0),
+                     ReadSetpointFileTexts(language)};
+    ReadOwnTexts(language, "SdDatalog", {{SdDatalogReader.FileRefused, "FileRefused"}});
     const TNabtodriverTexts driver = ReadNabtodriverTexts(language);
     DeviceID.SetCaption(driver.ButChangeID);
     but_swupdate.SetCaption(driver.ButFWupdate);

@@ -34,7 +34,8 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
                                        FormMain.MemoEventLog, FormMain.Hosts.InputDialog}),
       LoadSetpoints(TLoadSetpoints::TParts{
           Ports.Dialogs, Ports.Files, Ports.Clock, FormMain.ModbusPanel, NabtoDevice, FormMain.ReadBack,
-          FormMain.Hosts.ReadBack, FormMain.MemoEventLog, FormMain.SetpointPage.SelectedSetpointParent, Splashscreen.FCurrentInifilesPath.directorypath}) {}
+          FormMain.Hosts.ReadBack, FormMain.MemoEventLog, FormMain.SetpointTexts.Files,
+          FormMain.SetpointPage.SelectedSetpointParent, Splashscreen.FCurrentInifilesPath.directorypath}) {}
 
 bool TProgram::Start() {
     Splashscreen.FormCreate();

@@ -3,12 +3,14 @@
 #include "core/Errors.h"
 #include "core/Flagged.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
 #include "model/ListField.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/SetpointRecords.h"
+#include "setpoints/SetpointTexts.h"
 
 #include <algorithm>
 #include <utility>
@@ -307,17 +309,22 @@ void TLoadSetpoints::SaveResult() {
     const auto name = [this] {
         return "WriteMultibleSetpointsResult " + DateTimeStamp(Parts.Clock) + ".csv";
     };
-    const fs::path path = Parts.directorypath / "log" / "systemlog" / name();
+    const fs::path wanted = Parts.directorypath / "log" / "systemlog" / name();
+    const fs::path path = UnusedPath(Parts.Files, wanted);
     TFileDialog dialog;
     dialog.Title = "Save the result of the setpoint write";
     dialog.InitialDirectory = Parts.directorypath;
     dialog.Filters = {{"csv", "*.csv"}};
-    const auto saved = SaveLines(Parts.Files, Parts.Dialogs, path, LastWriteResultList, dialog);
+    const auto saved = SaveLines(Parts.Files, Parts.Dialogs, path, LastWriteResultList, dialog,
+                                 [this](const std::string& reason) {
+                                     Parts.MemoEventLog.Add(FillText(Parts.Texts.ResultNotSaved, {reason}));
+                                 });
     if (!saved)
         return;
-    // The name is made anew, so the seconds can differ from those of the file.
+    // The name is made anew, so the seconds can differ from those of the file; not if another had that name.
+    const std::string shown = path == wanted ? name() : path.filename().string();
     Parts.MemoEventLog.Add("Saved file " +
-                           (*saved == path ? ShownDirectory(Parts.directorypath) + "log\\systemlog\\" + name()
+                           (*saved == path ? ShownDirectory(Parts.directorypath) + "log\\systemlog\\" + shown
                                            : saved->string()));
 }
 

@@ -19,6 +19,7 @@ class IDialogs;
 class IFiles;
 class TModbusPanel;
 class TNabtoDevice;
+struct TSetpointFileTexts;
 
 // Writes the raw values of a setpoint file to the device of the chosen tree node as they stand, reads the
 // device back, compares, and leaves a result file in the system log folder. It cannot be closed during a run.
@@ -33,6 +34,7 @@ class TLoadSetpoints : public TForm {
         TReadBack& ReadBack;
         TReadBack::IHost& Host;
         TMemo& MemoEventLog;
+        const TSetpointFileTexts& Texts;
         const std::string& SelectedSetpointParent; // text of the device node; empty if none
         const std::filesystem::path& directorypath;
     };

@@ -1,12 +1,14 @@
 #include "setpoints/SetpointFiles.h"
 
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/OpenDialogFilters.h"
 #include "core/controls/Lists.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/LoadSetpoints.h"
 #include "setpoints/SetpointRecords.h"
 
+#include <exception>
 #include <iterator>
 
 namespace tidewell {
@@ -28,12 +30,29 @@ void TSetpointFiles::Savesetpoints1Click() {
 }
 
 void TSetpointFiles::SetpointSaveSetpoints(const std::string& deviceName) {
+    try {
+        Save(deviceName);
+    } catch (const std::exception& error) {
+        TellNotSaved(error.what());
+        throw;
+    }
+}
+
+void TSetpointFiles::TellNotSaved(const std::string& reason) {
+    Parts.MemoEventLog.Add(FillText(Parts.Texts.Files.NotSaved, {reason}));
+}
+
+void TSetpointFiles::Save(const std::string& deviceName) {
     const int device = Parts.Panel.GetSelectedDeviceListNumber(deviceName);
-    if (device < 0)
+    if (device < 0) {
+        TellNotSaved(Parts.Texts.Files.UnknownDevice);
         return;
+    }
     auto records = DeviceSetpointRecords(Parts.Panel, device);
-    if (!ReadDevice())
+    if (const std::string* const reason = ReadDevice()) {
+        TellNotSaved(*reason);
         return;
+    }
     FillRawValues(records, Parts.ReadBack.SnapshotRow(snapshotRow));
     std::vector<std::string> lines = HeadLines(deviceName);
     auto recordLines = SetpointLines(std::move(records), Parts.Texts, Parts.Dialogs);
@@ -48,30 +67,27 @@ void TSetpointFiles::SetpointSaveSetpoints(const std::string& deviceName) {
     dialog.AskOverwrite = false;
     auto path = ChooseCsvFile(Parts.Dialogs, dialog);
     if (path)
-        path = SaveLines(Parts.Files, Parts.Dialogs, *path, lines, dialog);
+        path = SaveLines(Parts.Files, Parts.Dialogs, *path, lines, dialog,
+                         [this](const std::string& reason) { TellNotSaved(reason); });
     if (path)
         Parts.MemoEventLog.Add("Saved Setpointfile " + path->string());
 }
 
 // What else the user does meanwhile must not bring values of one profile under the names of another.
-bool TSetpointFiles::ReadDevice() {
+const std::string* TSetpointFiles::ReadDevice() {
+    const TSetpointFileTexts& texts = Parts.Texts.Files;
     const std::filesystem::path profile = Parts.Panel.GlobalPlsFilePath;
     switch (Parts.ReadBack.Run()) {
     case TReadBack::EResult::Failed:
-        return false;
+        return &texts.Differed;
     case TReadBack::EResult::NotStarted:
-        Parts.MemoEventLog.Add("Setpoints not saved: the log did not start");
-        return false;
+        return &texts.NotStarted;
     case TReadBack::EResult::Ended:
-        Parts.MemoEventLog.Add("Setpoints not saved: the reading was ended");
-        return false;
+        return &texts.Ended;
     case TReadBack::EResult::Done:
         break;
     }
-    if (Parts.Panel.GlobalPlsFilePath == profile)
-        return true;
-    Parts.MemoEventLog.Add("Setpoints not saved: another profile was opened");
-    return false;
+    return Parts.Panel.GlobalPlsFilePath == profile ? nullptr : &texts.OtherProfile;
 }
 
 std::vector<std::string> TSetpointFiles::HeadLines(const std::string& deviceName) const {

@@ -37,13 +37,17 @@ class TSetpointFiles {
 
     void Savesetpoints1Click();
     void Loadsetpointfromfile1Click();
-    // The log must be stopped. Ends in silence for an unknown device and for a read-back that failed. Throws
-    // EConvertError for a value that has to be a position in UserUnits and is none, and for a bad number of
-    // the profile. A file is there whole or not at all; what cannot be written may be saved elsewhere.
+    // The log must be stopped. For an unknown device and a read-back that failed only the event log tells
+    // that nothing is saved; what is thrown stands there, too. Throws EConvertError for a value that has to
+    // be a position in UserUnits and is none, and for a bad number of the profile. A file is there whole or
+    // not at all; what cannot be written may be saved elsewhere.
     void SetpointSaveSetpoints(const std::string& deviceName);
 
   private:
-    bool ReadDevice();
+    void Save(const std::string& deviceName);
+    // Why there is no snapshot to save; null when there is one.
+    const std::string* ReadDevice();
+    void TellNotSaved(const std::string& reason);
     std::vector<std::string> HeadLines(const std::string& deviceName) const;
 
     TParts Parts;

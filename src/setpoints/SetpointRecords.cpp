@@ -124,12 +124,14 @@ void TScaledTexts::TellRest() {
 
 std::optional<std::filesystem::path> SaveLines(IFiles& files, IDialogs& dialogs, std::filesystem::path path,
                                                const std::vector<std::string>& lines,
-                                               const TFileDialog& dialog) {
+                                               const TFileDialog& dialog,
+                                               const std::function<void(const std::string&)>& failed) {
     for (;;) {
         try {
             WriteLines(files, path, lines);
             return path;
         } catch (const EInOutError& error) {
+            failed(error.what());
             dialogs.ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
         }
         const auto other = ChooseCsvFile(dialogs, dialog);

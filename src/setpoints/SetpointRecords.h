@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -62,10 +63,11 @@ class TScaledTexts {
 };
 
 // Writes the lines. A failure is told and the user asked for another place, until one will do or he gives
-// up: then nothing is returned.
+// up: then nothing is returned. Each reason is told to the caller as well.
 std::optional<std::filesystem::path> SaveLines(IFiles& files, IDialogs& dialogs, std::filesystem::path path,
                                                const std::vector<std::string>& lines,
-                                               const TFileDialog& dialog);
+                                               const TFileDialog& dialog,
+                                               const std::function<void(const std::string&)>& failed);
 // What the user chose, with ".csv" behind a name that does not hold it.
 std::optional<std::filesystem::path> ChooseCsvFile(IDialogs& dialogs, const TFileDialog& dialog);
 

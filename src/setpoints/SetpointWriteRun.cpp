@@ -104,8 +104,12 @@ void TSetpointWriteRun::WriteOne() {
     const auto found = EEadrByModbusAdr.find(std::to_string(address));
     if (address != noAddress && found != EEadrByModbusAdr.end() && !found->second.empty()) {
         eeAddress = ToIntegerOr(found->second, -1);
-        if (eeAddress >= 0)
-            status = Parts.Device.GetResponsstatus(Parts.Device.SendValue(value, eeAddress, 0));
+        if (eeAddress >= 0) {
+            const std::string answer = Parts.Device.SendValue(value, eeAddress, 0);
+            // What a close has kept from being sent is not written.
+            if (!answer.empty() || Parts.Host.FormOpen())
+                status = Parts.Device.GetResponsstatus(answer);
+        }
     }
     const bool written = status == statusWritten;
     TColorList::TRow row = Parts.ResultList.Rows()[CurrentSetpointNumber];

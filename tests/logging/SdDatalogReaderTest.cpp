@@ -168,6 +168,8 @@ TEST(SdDatalogReader, StandsFilesOfManyKinds) {
             outcome = failure.what();
             EXPECT_TRUE(rig.Drawn(0).empty());
             EXPECT_FALSE(rig.FileProgressBar.Visible());
+            EXPECT_EQ(rig.MemoEventLog.Lines().back(),
+                      "SD-card datalog refused: " + (sample.Outcome == refused ? "/t/0.DAL" : outcome));
         }
         EXPECT_THAT(outcome, testing::StartsWith(sample.Outcome));
     }

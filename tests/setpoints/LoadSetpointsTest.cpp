@@ -139,12 +139,32 @@ TEST_F(LoadSetpoints, ARunTellsEachStepOfEachKindOfRecord) {
     EXPECT_EQ(Form().ErrorCount, 4);
     ExpectGolden("each_kind_of_record.csv", Files.Read("/t/r.csv"));
     EXPECT_EQ(EventLog().back(), "Saved file /t/r.csv");
+    EXPECT_THAT(EventLog(), testing::Contains(testing::StartsWith(
+                                "Result of the setpoint write not saved: Cannot write /t/log/systemlog/")));
+    // A result of the same second stays.
+    Files.CreateDirectories("/t/log/systemlog");
+    for (int second = 0; second < 10; ++second)
+        Files.Put(ResultPath(second), "earlier");
+    Dialogs.ExpectMessage(Result(4, 4));
+    Form().ButWriteSetpoints.Click();
+    EXPECT_EQ(FilesBelow("/t/log/systemlog").size(), 11u);
+    EXPECT_THAT(EventLog().back(), testing::EndsWith("-2.csv"));
     Form().ResultList.OnClick();
     EXPECT_TRUE(Form().setpointgrid.Visible() && Form().ButPanel.Visible());
     EXPECT_FALSE(Form().ResultList.Visible() || Form().ProgressBar.Visible() ||
                  Form().progresslabel.Visible() || Form().ButEndReadBack.Visible());
     Form().ButCancel.Click();
     EXPECT_FALSE(Form().Visible());
+}
+
+TEST_F(LoadSetpoints, AWriteThatTheCloseHasKeptBackIsNoSuccess) {
+    OpenRows("A=Air;100;0;99;1;0;40100;3;1;;;;;;G;\n");
+    ASSERT_TRUE(Take(head + "Air;a;7;0;9;0;0;40100;\n"));
+    Dialogs.Show(Form());
+    Time.After(0, [this] { Main().Close1Click(); });
+    Form().ButWriteSetpoints.Click();
+    EXPECT_THAT(Writes(), IsEmpty());
+    EXPECT_THAT(ResultLines().at(0), HasSubstr("_Write_Error"));
 }
 
 } // namespace
