@@ -153,6 +153,7 @@ TEST_F(DialogsTest, TheLogonTakesItsKeys) {
 
 TEST_F(DialogsTest, AMissingHelperLibraryIsToldAndTheLogonWorksOn) {
     Screen.KHelper.Present = false;
+    Screen.Files.Content[TProgramOnScreen::SystemFile] += "\n[Logon]\nPrivatePassword=FALSE\n";
     Screen.Arguments = {"-devid", "410000000001"};
     OnMessage("Error Dll not loaded");
     Robot.On("NabtoLogOn", [](QWidget&) {

@@ -85,11 +85,10 @@ TEST_F(TEntry, LeavesAnEventLogAnEmptyDatalogAndADebugLog) {
     EXPECT_THAT(FilesIn("/t/log/systemlog"),
                 ElementsAre("02-03-2026080002debug.log", "02-03-2026080002eventlog.log",
                             "datalog02-03-20260800.csv"));
-    EXPECT_EQ(
-        Files.Content["/t/log/systemlog/02-03-2026080002eventlog.log"],
-        "Library nabto_client_api not loaded: there is none\r\n"
-        "/t/cfg/system_x.inn: [CommInitNabto] DelayBetweenQuestions: '0' is not possible, 1 is used\r\n"
-        "Clear Graph execute\r\n");
+    EXPECT_EQ(Files.Content["/t/log/systemlog/02-03-2026080002eventlog.log"],
+              "Library nabto_client_api not loaded: there is none\r\n"
+              "/t/cfg/system_x.inn: [CommInitNabto] DelayBetweenQuestions: '0' is not possible, 1 is used\r\n"
+              "Clear Graph execute\r\n");
     EXPECT_EQ(Files.Content["/t/log/systemlog/datalog02-03-20260800.csv"], ";[HeaderStart][HeaderEnd]\r\n");
     ExpectNoLibraryAtTheEnd();
 }
