@@ -1,6 +1,5 @@
 #include "mainform/FormMain.h"
 
-#include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/Guard.h"
 #include "core/IniFile.h"
@@ -20,7 +19,6 @@ namespace {
 
 constexpr int initialWidth = 1280;
 constexpr int initInterval = 200;
-constexpr int keepAliveInterval = 300000;
 constexpr int deleteUsersInterval = 30000;
 constexpr int closeAgainInterval = 60000;
 constexpr int portScanPoll = 100;
@@ -31,6 +29,11 @@ constexpr int graphTabIndex = 1;
 TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifilesPath& paths,
                      const TExtensions& extensions, TUNabto& nabto, const TForms& forms)
     : Ports(ports), Options(options), Forms(forms), FCurrentInifilesPath(paths), Extensions(extensions),
+      SignIn(ports, {*this, paths, options, _commandLineParameters, EventLogTexts, forms.NabtoLogOn,
+                     forms.NabtoDevice,
+                     [this] {
+                         return IsOpen();
+                     }}),
       ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files),
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
       SetpointPage(TSetpointPage::TParts{Hosts.SetpointPage, ports.Dialogs, ports.Clock, ModbusPanel,
@@ -50,12 +53,10 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
       SetpointFiles(TSetpointFiles::TParts{
           ports.Dialogs, ports.Files, ports.Clock, ModbusPanel, Hosts.ReadBack, ReadBack, forms.LoadSetpoints,
           MemoEventLog, SetpointTexts, SetpointPage.SelectedSetpointParent, paths.directorypath}),
-      InitTimer(ports.Timers.CreateTimer()), KeepAliveTimer(ports.Timers.CreateTimer()),
-      NabtoDeleteUsers(ports.Timers.CreateTimer()), CloseAgain(ports.Timers.CreateTimer()) {
+      InitTimer(ports.Timers.CreateTimer()), NabtoDeleteUsers(ports.Timers.CreateTimer()),
+      CloseAgain(ports.Timers.CreateTimer()) {
     InitTimer->SetInterval(initInterval);
     InitTimer->SetHandler([this] { InitTimerTimer(); });
-    KeepAliveTimer->SetInterval(keepAliveInterval);
-    KeepAliveTimer->SetHandler([this] { KeepAliveTimerTimer(); });
     NabtoDeleteUsers->SetInterval(deleteUsersInterval);
     NabtoDeleteUsers->SetHandler([this] { NabtoDeleteUsersTimer(); });
     CloseAgain->SetInterval(closeAgainInterval);
@@ -174,39 +175,12 @@ void TFormMain::ConnectUpdate() {
     };
 }
 
-void TFormMain::ConnectCloud() {
-    const TCloudSettings cloud = ReadCloudSettings(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile),
-                                                   FCurrentInifilesPath.directorypath);
-    for (const TReplacedNumber& number : cloud.Replaced)
-        MemoEventLog.Add(LineOn(number, EventLogTexts));
-    Http = Ports.MakeHttp(cloud.CaFile);
-    ApiClient =
-        std::make_unique<TApiClient>(*Http, Ports.Dialogs, TCloudAddress{cloud.ApiHost, cloud.ApiPort});
-    ApiClient->MayCall = [this] {
-        return IsOpen();
-    };
-    ApiClient->OnNoToken = [this] {
-        MemoEventLog.Add(EventLogTexts.NoToken);
-    };
-    ApiClient->OnNoConnection = [this](const std::string& reason) {
-        const std::string line = "No connection: " + reason;
-        if (MemoEventLog.Lines().empty() ||
-            MemoEventLog.Lines().back() != line) // keep-alive fails again and again
-            MemoEventLog.Add(line);
-    };
-    Forms.NabtoLogOn.OnNotLoaded = [this](const TLoadedLibrary& loaded) {
-        MemoEventLog.Add(FillText(EventLogTexts.LibraryNotLoaded, {loaded.File, loaded.Failure}));
-    };
-}
-
 void TFormMain::FormCreate() {
     DeleteNabtoUserFolder();
     ConnectUpdate();
     ConnectService();
-    const TIniFile language(Ports.Files, FCurrentInifilesPath.Languagefile);
-    EventLogTexts = ReadEventLogTexts(language);
-    CommandLineTexts = ReadCommandLineTexts(language);
-    ConnectCloud();
+    EventLogTexts = ReadEventLogTexts(TIniFile(Ports.Files, FCurrentInifilesPath.Languagefile));
+    SignIn.MakeClient();
     StatusBar.SetText(PanelVersion, VersionText(Options.Version));
     SetClientSize(initialWidth, Ports.Dialogs.WorkAreaHeight());
     ReadConfigurationFiles();
@@ -216,7 +190,7 @@ void TFormMain::FormCreate() {
     ModbusPanel.InitQuestionStringlistStructures();
     SetpointPage.BuildSetpointTree();
     InitTimer->SetEnabled(true);
-    KeepAliveTimer->SetEnabled(true);
+    SignIn.KeepAliveTimer->SetEnabled(true);
     CreateDirectories();
     SetpointPage.CategoryPanelDebug.SetCollapsed(false);
     GraphPage.GraphZoomFactor = 1;
@@ -299,7 +273,7 @@ void TFormMain::InitTimerTimer() {
         control->SetVisible(nabto);
     if (!Visible() || (nabto && !StartLink()))
         return;
-    ForgetPasswords(); // which a program without a link has never asked for
+    SignIn.ForgetPasswords(); // which a program without a link has never asked for
     RunGuarded(Ports.Dialogs, [this] { GraphPage.GraphInit(true); });
     SetpointPage.ArrangeSetpointPage(GridClientWidth, GroupClientHeight);
     DeviceID.SetVisible(ShowButtonDevid);
@@ -327,7 +301,11 @@ bool TFormMain::StartLink() {
     Forms.NabtoDevice.FOnCycleDone = [this] {
         LiveLog.SetCycleResult(Forms.NabtoDevice.NabtoResultstring());
     };
-    if (!SignIn() || !Visible())
+    if (!SignIn.Run()) {
+        Close();
+        return false;
+    }
+    if (!Visible())
         return false;
     StatusBar.Repaint();
     ShowButtonDevid = _commandLineParameters.devid.empty();
@@ -335,43 +313,10 @@ bool TFormMain::StartLink() {
         if (ShowButtonDevid)
             Setup1Click();
         else
-            ProfileOpening.TestProfileNabto(_commandLineParameters.devid, *ApiClient,
+            ProfileOpening.TestProfileNabto(_commandLineParameters.devid, Client(),
                                             Configuration.AutoLoadProfile);
     });
     return Visible();
-}
-
-bool TFormMain::SignIn() {
-    const TAtExit forget([this] { ForgetPasswords(); });
-    if (EvalSystemParameters(Options.Arguments, _commandLineParameters, Hosts.CommandLine, Ports.Dialogs) !=
-        0) {
-        Ports.Dialogs.ShowMessage("Some parameters were not parsed correctly. Closing the program.");
-        Close();
-        return false;
-    }
-    if (!ApiClient->_isLoggedIn) {
-        TLogonLoop logon(Ports.Dialogs, Forms.NabtoLogOn, Forms.NabtoDevice.lblConnectedUser, [this] {
-            StatusBar.Repaint();
-            Ports.Wait.Sleep(0); // painted before the server's answer is waited for
-        });
-        if (logon.Run(*ApiClient, _commandLineParameters.UserNamePW, [this] { return !Visible(); }) != 0) {
-            Close();
-            return false;
-        }
-    }
-    return true;
-}
-
-void TFormMain::ForgetPasswords() {
-    ForgetPassword(Options.Arguments);
-    _commandLineParameters.UserNamePW.clear();
-    Forms.NabtoDevice.LastPW.clear();
-}
-
-void TFormMain::TellUnknownOption(const std::string& name) {
-    const std::string line = FillText(CommandLineTexts.UnknownOption, {name});
-    MemoEventLog.Add(line);
-    Ports.Application.WriteError(line);
 }
 
 void TFormMain::OpenProfile2Click() {
@@ -391,7 +336,7 @@ void TFormMain::Setup1Click() {
     StopLog();
     LiveLog.TimerLogAutostart->SetEnabled(false); // no start of its own below the dialog
     Forms.SetupForm.FormInit();
-    if (ApiClient->_isLocalSession)
+    if (Client()._isLocalSession)
         Forms.SetupForm.GetLocalDevices();
     Ports.Dialogs.ShowModal(Forms.SetupForm);
     StatusBar.Repaint();
@@ -459,12 +404,6 @@ void TFormMain::LockForUpdate(bool running) {
             if (&item != &Nabtodebug1 && &item != &Close1)
                 controls.push_back(&item);
     UpdateLock.Lock(controls);
-}
-
-void TFormMain::KeepAliveTimerTimer() {
-    KeepAliveTimer->SetEnabled(false);
-    ApiClient->KeepAlive();
-    KeepAliveTimer->SetEnabled(IsOpen());
 }
 
 void TFormMain::NabtoDeleteUsersTimer() {
@@ -545,8 +484,8 @@ void TFormMain::FormClose() {
         for (const auto& save : ClosingSaves())
             RunGuarded(Ports.Dialogs, save);
     }
-    for (ITimer* timer : {InitTimer.get(), KeepAliveTimer.get(), NabtoDeleteUsers.get(), CloseAgain.get(),
-                          LiveLog.UpdateTimer.get(), LiveLog.TimerLogAutostart.get()})
+    for (ITimer* timer : {InitTimer.get(), SignIn.KeepAliveTimer.get(), NabtoDeleteUsers.get(),
+                          CloseAgain.get(), LiveLog.UpdateTimer.get(), LiveLog.TimerLogAutostart.get()})
         timer->SetEnabled(false);
     Forms.NabtoDevice.stopLog();
     DeleteNabtoUserFolder();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "cloud/ApiClient.h"
-#include "cloud/NabtoLogOn.h"
 #include "core/Configuration.h"
 #include "core/Extensions.h"
 #include "core/controls/ControlLock.h"
@@ -22,9 +20,9 @@
 #include "mainform/FormMainControls.h"
 #include "mainform/FormMainHosts.h"
 #include "mainform/Languagedialog.h"
-#include "mainform/LogonLoop.h"
 #include "mainform/Ports.h"
 #include "mainform/ProfileOpening.h"
+#include "mainform/SignIn.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
 #include "setpoints/InputDialog.h"
@@ -78,11 +76,8 @@ class TFormMain : public TFormMainControls {
     void but_errorlogClick();
     void FlasDatalog1Click();
     void ShowInFront() { Ports.Dialogs.Show(*this); }
-    void KeepAliveTimerTimer();
     void NabtoDeleteUsersTimer();
     void DeleteNabtoUserFolder();
-    // On standard error as well, for who started the program.
-    void TellUnknownOption(const std::string& name);
     void TheTabChange();
     void FormResize();
     void FormKeyDown(EKey key, bool& handled);
@@ -95,7 +90,7 @@ class TFormMain : public TFormMainControls {
     // The lines of our rooms, shown above the status bar in this order.
     std::vector<TNotice*> Notices() { return {}; }
 
-    TApiClient& Client() { return *ApiClient; } // from FormCreate on
+    TApiClient& Client() { return SignIn.Client(); } // from FormCreate on
     TNabtoDevice& Device() { return Forms.NabtoDevice; }
 
     TConfiguration Configuration;
@@ -103,7 +98,6 @@ class TFormMain : public TFormMainControls {
     TLoggingTexts LoggingTexts;
     TSetpointTexts SetpointTexts;
     TEventLogTexts EventLogTexts;
-    TCommandLineTexts CommandLineTexts;
     TCommandLineParameters _commandLineParameters;
     bool ShowButtonDevid = false;
     bool AskBeforeClose = true; // false when nobody is there to answer
@@ -120,6 +114,7 @@ class TFormMain : public TFormMainControls {
   public:
     TCurrentInifilesPath& FCurrentInifilesPath;
     const TExtensions& Extensions;
+    TSignIn SignIn;
     TModbusPanel ModbusPanel;
     TProfile Profile;
     TContextHelp ContextHelp;
@@ -137,7 +132,6 @@ class TFormMain : public TFormMainControls {
     TSetpointFiles SetpointFiles;
 
     std::unique_ptr<ITimer> InitTimer;        // 200 ms, once
-    std::unique_ptr<ITimer> KeepAliveTimer;   // 300000 ms
     std::unique_ptr<ITimer> NabtoDeleteUsers; // 30000 ms, once, after the setup dialog
     std::unique_ptr<ITimer> CloseAgain;       // 60000 ms, once, after a close that could not save
 
@@ -154,16 +148,10 @@ class TFormMain : public TFormMainControls {
     void CreateDirectories();
     // Sign-in and profile, with the link enabled. False when the program is about to end.
     bool StartLink();
-    // By the command line or by the logon; false likewise. No password is left afterwards.
-    bool SignIn();
-    void ForgetPasswords();
-    void ConnectCloud();
     // What is kept at the close, in order. Each may throw.
     std::vector<std::function<void()>> ClosingSaves();
 
     TConnection ReadBackChanged;
-    std::unique_ptr<IHttp> Http;
-    std::unique_ptr<TApiClient> ApiClient;
     TControlLock UpdateLock;
     std::vector<TConnection> FollowUpdate;
     int GridClientWidth = 0;

@@ -127,34 +127,6 @@ void TFormMainHosts::TSetupFormHost::RepaintStatusBar() {
     Main.StatusBar.Repaint();
 }
 
-void TFormMainHosts::TCommandLineActions::InitDevice(const std::string& devid) {
-    Main.Device().init(devid, Main.Client()); // a failure shows at the first ping
-}
-
-void TFormMainHosts::TCommandLineActions::SetAccessToken(const std::string& jwt) {
-    Main.Client().SetAccessToken(jwt);
-}
-
-void TFormMainHosts::TCommandLineActions::ShowEEpromPanel() {
-    Main.Device().ServiceTools.PanelReadEEprom.SetVisible(true);
-}
-
-void TFormMainHosts::TCommandLineActions::ShowFlashPanel() {
-    Main.Device().ServiceTools.PanelReadFlash.SetVisible(true);
-}
-
-void TFormMainHosts::TCommandLineActions::EnableContineousUpdate() {
-    Main.Device().EnableContineousUpdate = true;
-}
-
-void TFormMainHosts::TCommandLineActions::EnableExtendedVersionInfo() {
-    Main.Device().Enable_debugShowExtendedVersionInfo = true;
-}
-
-void TFormMainHosts::TCommandLineActions::TellUnknownOption(const std::string& name) {
-    Main.TellUnknownOption(name);
-}
-
 bool TFormMainHosts::TSetpointPageHost::DatalogOn() const {
     return Main.LiveLog.DatalogOn;
 }

@@ -5,7 +5,6 @@
 #include "link/SetupForm.h"
 #include "logging/DatalogReader.h"
 #include "logging/LiveLog.h"
-#include "mainform/CommandLine.h"
 #include "setpoints/InputDialog.h"
 #include "setpoints/ReadBack.h"
 #include "setpoints/SetpointPage.h"
@@ -23,8 +22,8 @@ class TFormMain;
 class TFormMainHosts {
   public:
     explicit TFormMainHosts(TFormMain& main)
-        : LiveLog(main), NabtoDevice(main), SetupForm(main), CommandLine(main), SetpointPage(main),
-          ReadBack(main), InputDialog(main), Datalog(main), ErrorLog(main) {}
+        : LiveLog(main), NabtoDevice(main), SetupForm(main), SetpointPage(main), ReadBack(main),
+          InputDialog(main), Datalog(main), ErrorLog(main) {}
 
     class TLiveLogHost : public TLiveLog::IHost {
       public:
@@ -73,21 +72,6 @@ class TFormMainHosts {
         void SetDeviceId(const std::string& device) override;
         void TestProfileNabto() override;
         void RepaintStatusBar() override;
-
-      private:
-        TFormMain& Main;
-    };
-
-    class TCommandLineActions : public ICommandLineActions {
-      public:
-        explicit TCommandLineActions(TFormMain& main) : Main(main) {}
-        void InitDevice(const std::string& devid) override;
-        void SetAccessToken(const std::string& jwt) override;
-        void ShowEEpromPanel() override;
-        void ShowFlashPanel() override;
-        void EnableContineousUpdate() override;
-        void EnableExtendedVersionInfo() override;
-        void TellUnknownOption(const std::string& name) override;
 
       private:
         TFormMain& Main;
@@ -150,7 +134,6 @@ class TFormMainHosts {
     TLiveLogHost LiveLog;
     TNabtoDeviceHost NabtoDevice;
     TSetupFormHost SetupForm;
-    TCommandLineActions CommandLine;
     TSetpointPageHost SetpointPage;
     TReadBackHost ReadBack;
     TInputDialogHost InputDialog;

@@ -1,0 +1,107 @@
+#include "mainform/SignIn.h"
+
+#include "core/AtExit.h"
+#include "core/Configuration.h"
+#include "core/IniFile.h"
+#include "mainform/LogonLoop.h"
+
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int keepAliveInterval = 300000;
+
+} // namespace
+
+TSignIn::TSignIn(const TPorts& ports, TParts parts)
+    : KeepAliveTimer(ports.Timers.CreateTimer()), Ports(ports), Parts(std::move(parts)) {
+    KeepAliveTimer->SetInterval(keepAliveInterval);
+    KeepAliveTimer->SetHandler([this] { KeepAliveTimerTimer(); });
+}
+
+void TSignIn::MakeClient() {
+    const TCloudSettings cloud =
+        ReadCloudSettings(TIniFile(Ports.Files, Parts.Paths.Systemfile), Parts.Paths.directorypath);
+    TMemo& eventLog = Parts.Controls.MemoEventLog;
+    for (const TReplacedNumber& number : cloud.Replaced)
+        eventLog.Add(LineOn(number, Parts.Texts));
+    Http = Ports.MakeHttp(cloud.CaFile);
+    ApiClient =
+        std::make_unique<TApiClient>(*Http, Ports.Dialogs, TCloudAddress{cloud.ApiHost, cloud.ApiPort});
+    ApiClient->MayCall = Parts.IsOpen;
+    ApiClient->OnNoToken = [this, &eventLog] {
+        eventLog.Add(Parts.Texts.NoToken);
+    };
+    ApiClient->OnNoConnection = [&eventLog](const std::string& reason) {
+        const std::string line = "No connection: " + reason;
+        if (eventLog.Lines().empty() || eventLog.Lines().back() != line) // keep-alive fails again and again
+            eventLog.Add(line);
+    };
+    Parts.LogOn.OnNotLoaded = [this, &eventLog](const TLoadedLibrary& loaded) {
+        eventLog.Add(FillText(Parts.Texts.LibraryNotLoaded, {loaded.File, loaded.Failure}));
+    };
+}
+
+bool TSignIn::Run() {
+    const TAtExit forget([this] { ForgetPasswords(); });
+    if (EvalSystemParameters(Parts.Options.Arguments, Parts.Parameters, *this, Ports.Dialogs) != 0) {
+        Ports.Dialogs.ShowMessage("Some parameters were not parsed correctly. Closing the program.");
+        return false;
+    }
+    if (ApiClient->_isLoggedIn)
+        return true;
+    TLogonLoop logon(Ports.Dialogs, Parts.LogOn, Parts.Device.lblConnectedUser, [this] {
+        Parts.Controls.StatusBar.Repaint();
+        Ports.Wait.Sleep(0); // painted before the server's answer is waited for
+    });
+    return logon.Run(*ApiClient, Parts.Parameters.UserNamePW, [this] { return !Parts.Controls.Visible(); }) ==
+           0;
+}
+
+void TSignIn::ForgetPasswords() {
+    ForgetPassword(Parts.Options.Arguments);
+    Parts.Parameters.UserNamePW.clear();
+    Parts.Device.LastPW.clear();
+}
+
+void TSignIn::KeepAliveTimerTimer() {
+    KeepAliveTimer->SetEnabled(false);
+    ApiClient->KeepAlive();
+    KeepAliveTimer->SetEnabled(Parts.IsOpen());
+}
+
+void TSignIn::InitDevice(const std::string& devid) {
+    Parts.Device.init(devid, *ApiClient); // a failure shows at the first ping
+}
+
+void TSignIn::SetAccessToken(const std::string& jwt) {
+    ApiClient->SetAccessToken(jwt);
+}
+
+void TSignIn::ShowEEpromPanel() {
+    Parts.Device.ServiceTools.PanelReadEEprom.SetVisible(true);
+}
+
+void TSignIn::ShowFlashPanel() {
+    Parts.Device.ServiceTools.PanelReadFlash.SetVisible(true);
+}
+
+void TSignIn::EnableContineousUpdate() {
+    Parts.Device.EnableContineousUpdate = true;
+}
+
+void TSignIn::EnableExtendedVersionInfo() {
+    Parts.Device.Enable_debugShowExtendedVersionInfo = true;
+}
+
+// On standard error as well, for who started the program.
+void TSignIn::TellUnknownOption(const std::string& name) {
+    const TIniFile language(Ports.Files, Parts.Paths.Languagefile);
+    const std::string line = FillText(ReadCommandLineTexts(language).UnknownOption, {name});
+    Parts.Controls.MemoEventLog.Add(line);
+    Ports.Application.WriteError(line);
+}
+
+} // namespace tidewell

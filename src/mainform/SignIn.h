@@ -1,0 +1,60 @@
+#pragma once
+
+#include "cloud/ApiClient.h"
+#include "cloud/NabtoLogOn.h"
+#include "core/LanguageTexts.h"
+#include "core/Paths.h"
+#include "link/NabtoDevice.h"
+#include "mainform/CommandLine.h"
+#include "mainform/FormMainControls.h"
+#include "mainform/Ports.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tidewell {
+
+// The user's account in the cloud: its client, the way in by the command line or the logon, and the
+// keep-alive.
+class TSignIn : private ICommandLineActions {
+  public:
+    struct TParts {
+        TFormMainControls& Controls;
+        const TCurrentInifilesPath& Paths;
+        TStartOptions& Options;
+        TCommandLineParameters& Parameters;
+        const TEventLogTexts& Texts;
+        TNabtoLogOn& LogOn;
+        TNabtoDevice& Device;
+        std::function<bool()> IsOpen; // false once the program is closed
+    };
+
+    TSignIn(const TPorts& ports, TParts parts);
+
+    // From the system file.
+    void MakeClient();
+    TApiClient& Client() { return *ApiClient; } // from MakeClient on
+    // By the command line or by the logon. False when the program has to end. No password is left afterwards.
+    bool Run();
+    void ForgetPasswords();
+
+    std::unique_ptr<ITimer> KeepAliveTimer; // 300000 ms
+
+  private:
+    void KeepAliveTimerTimer();
+    void InitDevice(const std::string& devid) override;
+    void SetAccessToken(const std::string& jwt) override;
+    void ShowEEpromPanel() override;
+    void ShowFlashPanel() override;
+    void EnableContineousUpdate() override;
+    void EnableExtendedVersionInfo() override;
+    void TellUnknownOption(const std::string& name) override;
+
+    const TPorts& Ports;
+    const TParts Parts;
+    std::unique_ptr<IHttp> Http;
+    std::unique_ptr<TApiClient> ApiClient;
+};
+
+} // namespace tidewell
