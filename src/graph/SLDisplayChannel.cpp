@@ -115,7 +115,7 @@ TSLDisplayChannel& TSLDisplayChannels::Add() {
 
 void TSLDisplayChannels::Clear() {
     Content.clear();
-    Redraw.Touch();
+    Redraw.Replace();
 }
 
 TSLDisplayChannel& TSLDisplayChannels::operator[](std::size_t index) {

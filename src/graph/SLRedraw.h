@@ -14,6 +14,11 @@ class TSLRedraw {
             Changed.Emit();
         }
     }
+    // Other curves stand in the place of the drawn ones, so that even a held picture must be taken anew.
+    void Replace() {
+        CurvesReplaced = true;
+        Touch();
+    }
     // Only what the legend shows.
     void TouchNames() {
         if (!NamesPending) {
@@ -22,10 +27,12 @@ class TSLRedraw {
         }
     }
     bool IsPending() const { return PicturePending; }
+    bool AreCurvesReplaced() const { return CurvesReplaced; }
     bool AreNamesPending() const { return NamesPending; }
     // The view calls these before it reads what it draws.
     void Begin() {
         PicturePending = false;
+        CurvesReplaced = false;
         NamesPending = false;
     }
     void BeginNames() { NamesPending = false; }
@@ -34,6 +41,7 @@ class TSLRedraw {
 
   private:
     bool PicturePending = false;
+    bool CurvesReplaced = false;
     bool NamesPending = false;
 };
 

@@ -90,7 +90,8 @@ class TSLScope {
     const TSLScopeAxis* Axis(int yAxisIndex) const;
     // Leaves all zoom, on all axes.
     void ZoomOff();
-    // True freezes the drawn picture; data keeps being accepted.
+    // True freezes the drawn picture; data keeps being accepted. When the channels are cleared, the picture
+    // is taken once more.
     void SetHold(bool hold);
     bool Hold() const { return IsHeld; }
     // Redraws at the next occasion.

@@ -58,6 +58,7 @@ void TScopeView::Refresh() {
         return; // all is still due when it is shown
     const bool picture = Scope.Redraw.IsPending();
     const bool names = Scope.Redraw.AreNamesPending();
+    const bool replaced = Scope.Redraw.AreCurvesReplaced();
     Scope.Redraw.Begin();
     const bool held = Scope.Hold() && !Gestures.Panning();
     if (held != ThePlot.Overlay.Held) {
@@ -65,9 +66,11 @@ void TScopeView::Refresh() {
         ThePlot.DrawOverlay();
     }
     SinceFrame.start();
-    if (!Scope.Hold()) {
+    if (!Scope.Hold() || replaced) {
         if (picture) {
             Picture.Take(Scope);
+            if (replaced)
+                ThePlot.Overlay.Highlighted.reset();
             Gestures.FollowPicture();
             ThePlot.ApplySettings(Scope);
             ThePlot.Draw();

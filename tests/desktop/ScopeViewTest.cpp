@@ -210,10 +210,28 @@ TEST_F(ScopeViewTest, HoldFreezesThePictureButTakesData) {
     // X has gone on below; all of the held picture is no zoom.
     QTest::keyClick(&View, Qt::Key_Up);
     EXPECT_FALSE(Scope.XAxis.Zoomed());
+    // Other curves show at once, and stand still in their turn.
     Scope.ZoomOff();
+    Scope.Channels.Clear();
+    Scope.XAxis.Max.SetBoth(100);
+    TSLDisplayChannel& other = Add("b", green, 0, {5, 5});
+    Draw();
+    EXPECT_TRUE(Painted(50, 5, green));
+    EXPECT_FALSE(Painted(50, 2, red));
+    std::string clicked;
+    Scope.Channels.OnClick = [&](std::size_t index, bool&, const TSLPoint& point) {
+        clicked = Scope.Channels[index].Name() + " " + std::to_string(std::lround(point.Y));
+    };
+    other.Data.Clear();
+    other.Data.AddXYPoint(0, 7);
+    other.Data.AddXYPoint(100, 7);
+    Draw();
+    EXPECT_TRUE(Painted(50, 5, green) && Scope.Hold());
+    QTest::mouseClick(&View, Qt::LeftButton, {}, At(0, 5));
+    EXPECT_EQ(clicked, "b 5");
     Scope.SetHold(false);
     Draw();
-    EXPECT_TRUE(Painted(50, 7, red));
+    EXPECT_TRUE(Painted(50, 7, green));
 }
 
 TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
