@@ -1,5 +1,7 @@
 #include "sim/controller/Faults.h"
 
+#include "sim/controller/FlashRing.h"
+
 #include <algorithm>
 #include <array>
 #include <initializer_list>
@@ -35,6 +37,8 @@ bool Concerns(EFault fault, EOccasion occasion) {
     case EFault::SlowStream:
     case EFault::BrokenStream:
         return moves;
+    case EFault::StalledStream:
+        return occasion == EOccasion::StreamRead;
     case EFault::BufferFull:
         return occasion == EOccasion::StreamWrite;
     case EFault::Refuse:
@@ -100,6 +104,12 @@ bool TConditionCounter::Fits(const TOccasion& occasion) const {
     }
     if (Condition.State && occasion.State != *Condition.State) {
         return false;
+    }
+    if (Condition.Block) {
+        const std::int64_t first = TFlashRing::AddressOf(*Condition.Block);
+        if (first >= occasion.Flash.second || first + TFlashRing::BlockSize <= occasion.Flash.first) {
+            return false;
+        }
     }
     if (!Condition.Obj && !Condition.Address) {
         return true;

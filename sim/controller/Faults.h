@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tidewell {
@@ -23,6 +24,7 @@ enum class EFault {
     ChangeAfterWrite, // stores a written value with that much added [Number]
     SlowStream,       // each piece of a stream takes that long [Number: ms]
     BrokenStream,     // the stream ends after so many bytes [Number]
+    StalledStream,    // a stream that is read stands still after so many bytes [Number]
     BufferFull,       // a piece written to a stream is not taken
     LostAnswer,       // does what it is asked, but does not answer
     Refuse,           // answers a service query with that status and does nothing [Number]
@@ -64,6 +66,7 @@ struct TOccasion {
     std::vector<TRegisterAddress> Touched; // by a read or write
     std::optional<std::int64_t> State;     // of an upload without a stream
     std::int64_t NowMs = 0;
+    std::pair<std::int64_t, std::int64_t> Flash{}; // from the first byte to behind the last one of a read
 };
 
 // When a fault is due. An occasion that fits is counted; the first Skip of them pass, the next Times are hit.
@@ -74,6 +77,7 @@ struct TFaultCondition {
     std::optional<std::int32_t> Obj{};
     std::optional<std::int32_t> Address{};
     std::optional<std::int32_t> State{}; // of an upload without a stream
+    std::optional<std::int32_t> Block{}; // of the flash log, touched by a read
     std::size_t Skip = 0;
     std::optional<std::size_t> Times{};
 };

@@ -41,6 +41,11 @@ std::int32_t Around(std::int64_t block) {
 
 } // namespace
 
+std::int64_t TFlashRing::AddressOf(std::int32_t block) {
+    return block < FirstAreaBlocks ? FirstArea + std::int64_t{block} * BlockSize
+                                   : SecondArea + std::int64_t{block - FirstAreaBlocks} * BlockSize;
+}
+
 std::int64_t TFlashRing::Slot(std::int64_t nowMs) const {
     return (StartMinutes + nowMs / MsPerMinute) / MinutesPerRecord;
 }

@@ -24,6 +24,8 @@ class TFlashRing {
     std::int64_t StartMinutes = 0;            // the controller's clock at time 0, see DeviceTime
     std::vector<TMotion> Values;              // of a record, in order; with none the ring is erased
 
+    static std::int64_t AddressOf(std::int32_t block); // in the flash
+
     // The block being written and the blocks in use behind it.
     struct TPosition {
         std::int32_t Block = 0;

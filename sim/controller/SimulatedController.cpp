@@ -15,6 +15,7 @@ using TJson = nlohmann::ordered_json;
 
 constexpr std::int64_t PingWord = 0x70696E67; // "ping"
 constexpr std::int64_t PongWord = 0x706F6E67; // "pong"
+constexpr std::int64_t StalledReadMs = 100;
 
 std::string Text(const TJson& json) {
     return json.dump(-1, ' ', false, TJson::error_handler_t::replace);
@@ -65,6 +66,9 @@ TOccasion OccasionOf(const std::string& queryName, const TJson& request, std::in
             }
         } else if (request.contains("nostreamstate")) {
             occasion.State = NumberMember(request, "nostreamstate");
+        } else if (queryName == "flashRead.json") {
+            const std::int64_t address = TextMember(request, "address");
+            occasion.Flash = {address, address + TextMember(request, "length")};
         }
     } catch (const ERequestRefused&) {
         occasion.Touched.clear(); // told when the query is carried out
@@ -230,7 +234,15 @@ TStreamPiece TSimulatedController::ReadStream(std::size_t capacity, std::int64_t
         return piece;
     }
     const std::vector<TFault> due = Faults.Due(StreamOccasion(EOccasion::StreamRead, nowMs));
-    const std::size_t most = Limit(std::min(capacity, StreamPiece), due, piece);
+    std::size_t most = Limit(std::min(capacity, StreamPiece), due, piece);
+    if (const TFault* fault = FindFault(due, EFault::StalledStream);
+        fault != nullptr && piece.Outcome == EStreamOutcome::Done) {
+        most = std::min(most, Amount(fault->Number) - std::min(Amount(fault->Number), StreamMoved));
+        if (most == 0) {
+            piece.DelayMs += StalledReadMs; // so long the reader waits for nothing
+            return piece;
+        }
+    }
     if (piece.Outcome != EStreamOutcome::Done) {
         return piece;
     }

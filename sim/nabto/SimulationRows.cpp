@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/Numbers.h"
+#include "sim/controller/FlashRing.h"
 #include "sim/nabto/RowText.h"
 #include "sim/nabto/Status.h"
 
@@ -110,6 +111,8 @@ bool ParseRequestCondition(const TRowText::TOption& option, TFaultCondition& whe
         when.Address = ParseInteger(option.Value);
     } else if (option.Name == "state") {
         when.State = ParseInteger(option.Value);
+    } else if (option.Name == "block") {
+        when.Block = ParseIntegerWithin(option.Value, 0, TFlashRing::BlockCount - 1);
     } else {
         return ParseCondition(option, when);
     }
@@ -124,7 +127,7 @@ struct TFaultName {
     EArgument Argument;
 };
 
-constexpr std::array<TFaultName, 18> FaultNames{{
+constexpr std::array<TFaultName, 19> FaultNames{{
     {"Latency", EFault::Latency, EArgument::Time},
     {"NoAnswer", EFault::NoAnswer, EArgument::On},
     {"Error", EFault::Error, EArgument::Text},
@@ -135,6 +138,7 @@ constexpr std::array<TFaultName, 18> FaultNames{{
     {"ChangeAfterWrite", EFault::ChangeAfterWrite, EArgument::Integer},
     {"SlowStream", EFault::SlowStream, EArgument::Time},
     {"BrokenStream", EFault::BrokenStream, EArgument::Count},
+    {"StalledStream", EFault::StalledStream, EArgument::Count},
     {"BufferFull", EFault::BufferFull, EArgument::On},
     {"LostAnswer", EFault::LostAnswer, EArgument::On},
     {"Refuse", EFault::Refuse, EArgument::Count},

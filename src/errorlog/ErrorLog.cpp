@@ -53,7 +53,7 @@ TErrorLog::TErrorLog(const TParts& parts) : Parts(parts) {
     Parts.TheTab.Pages.emplace_back(TabErrorlog);
 }
 
-void TErrorLog::EvalErrorlog(const std::string& wordList) {
+void TErrorLog::EvalErrorlog(const std::string& wordList, const std::string& remark) {
     ErrorLogActive = false;
     ErrorLogActiveCount = 0;
     Parts.Host.StopLog();
@@ -65,6 +65,8 @@ void TErrorLog::EvalErrorlog(const std::string& wordList) {
     Memo.Add(Parts.Clock.ShortDate(now) + " " + Parts.Clock.LongTime(now));
     if (!wordList.empty())
         AddEvents(wordList);
+    if (!remark.empty())
+        Memo.Add(remark);
     const auto path =
         Parts.Paths.directorypath / "log" / "userlog" / ("errorlog " + DateTimeStamp(Parts.Clock) + ".csv");
     Parts.Files.CreateDirectories(path.parent_path());

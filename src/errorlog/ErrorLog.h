@@ -50,8 +50,9 @@ class TErrorLog {
 
     // The words as decimal numbers, each closed by ";": those of all events' MoDy, then those of their
     // MinErr. The page shows them in place of an earlier log. Throws EListError when the last MinErr is
-    // missing and EInOutError when the file cannot be written; the page then shows what there is.
-    void EvalErrorlog(const std::string& wordList);
+    // missing and EInOutError when the file cannot be written; the page then shows what there is. A remark
+    // stands below the events, in the file too.
+    void EvalErrorlog(const std::string& wordList, const std::string& remark = {});
     // The older way: asks the questions of the configuration in a log. Nothing evaluates the answers.
     void Errorlog1Click();
 

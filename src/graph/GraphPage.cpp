@@ -453,6 +453,16 @@ std::vector<TGraphChannelSettings> TGraphPage::ChannelSettings() const {
     return settings;
 }
 
+void TGraphPage::ApplySettings(const std::vector<TGraphChannelSettings>& settings) {
+    for (std::size_t i = 0; i < std::min(settings.size(), graph.Channels.Count()); ++i) {
+        TSLDisplayChannel& channel = graph.Channels[i];
+        channel.SetVisible(settings[i].Visible);
+        channel.SetYAxisIndex(settings[i].YAxisIndex);
+        if (settings[i].Color != UnknownColor)
+            channel.SetColor(settings[i].Color);
+    }
+}
+
 void TGraphPage::SetView(std::int64_t min, std::int64_t max) {
     graph.XAxis.Max.SetBoth(static_cast<double>(max));
     graph.XAxis.Min.SetBoth(static_cast<double>(min));

@@ -82,6 +82,8 @@ class TGraphPage {
     std::int64_t GraphSpan() const;
     // What the user made of each channel, in order; Name still bears its value.
     std::vector<TGraphChannelSettings> ChannelSettings() const;
+    // Makes it so again, of the same profile.
+    void ApplySettings(const std::vector<TGraphChannelSettings>& settings);
 
     // By the user.
     void GraphScrollScroll(EScrollCode code, int position);

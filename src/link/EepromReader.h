@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/controls/Lists.h"
+#include "link/ReadReport.h"
 
 #include <cstdint>
 #include <span>
@@ -9,6 +10,7 @@
 namespace tidewell {
 
 class TUNabto;
+struct TExtensions;
 
 // Each big-endian pair of bytes as an unsigned decimal number closed by ";": "513;1027;". Empty for an odd
 // number of bytes.
@@ -17,17 +19,30 @@ std::string BytesToWordList(std::span<const std::uint8_t> bytes);
 // Reads the device's EEPROM, and tells each step in memoDebug.
 class TEepromReader {
   public:
-    // device: address of the device in force, read at each use.
-    TEepromReader(TUNabto& nabto, TMemo& memo, const std::string& device)
-        : Nabto(nabto), memoDebug(memo), Device(device) {}
+    // What a read gave.
+    struct TResult {
+        // The word list; empty on a failure, and when the program was closed meanwhile. Zeros stand for what a
+        // stream was too slow to give; key Service/Strict leaves it out, and keeps what came of a lost stream.
+        std::string Words;
+        TReadReport Report;
+    };
 
-    // Length in bytes. The word list; empty on a failure, and when the program was closed meanwhile.
-    std::string ReadEeprom(std::uint32_t address, std::uint32_t length);
+    // device: address of the device in force, read at each use.
+    TEepromReader(TUNabto& nabto, TMemo& memo, const std::string& device, const TExtensions& extensions,
+                  const TReadTexts& texts)
+        : Nabto(nabto), memoDebug(memo), Device(device), Extensions(extensions), Texts(texts) {}
+
+    TResult ReadEeprom(std::uint32_t address, std::uint32_t length); // in bytes
 
   private:
+    // Fills the part, and gives the words.
+    std::string ReadPart(std::uint32_t address, TReadPart& part);
+
     TUNabto& Nabto;
     TMemo& memoDebug;
     const std::string& Device;
+    const TExtensions& Extensions;
+    const TReadTexts& Texts;
 };
 
 } // namespace tidewell

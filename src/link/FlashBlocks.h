@@ -38,6 +38,8 @@ struct TFlashBlocks {
     std::array<std::int32_t, 3> BlockAdrLength{}; // bytes
     // Address and length in bytes of each run as decimal texts: start 1, length 1, start 2, ...
     std::vector<std::string> qlist;
+
+    bool Empty() const { return BlockNumberLength == std::array<std::int32_t, 3>{}; }
 };
 
 TFlashBlocks CalcFlashBlocks(std::int32_t sliderL, std::int32_t sliderU, std::int32_t currentLogBlock);

@@ -2,6 +2,7 @@
 
 #include "core/AtExit.h"
 #include "core/Errors.h"
+#include "core/Extensions.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
@@ -53,6 +54,7 @@ TFlashDatalog::TFlashDatalog(const TParts& parts)
       DT_MaskeditEndDate("DT_MaskeditEndDate", editMask), Parts(parts) {
     ButFlashDatalog.SetVisible(false);
     PanelFDDatalog.SetVisible(false);
+    DT_LabelNotice.SetVisible(false);
     DayTracker.SetFrequency(10 * minutesPerDay / FlashMinutesPerBlock);
     DayTracker.SetPageSize(minutesPerDay / FlashMinutesPerBlock);
     const std::string hint = "Days, hours and minutes back from now; click to enter days";
@@ -99,6 +101,7 @@ void TFlashDatalog::ButFlashDatalogClick() {
     if (!hold)
         return;
     PanelFDDatalog.SetVisible(true);
+    Notice({});
     ReadCounters();
 }
 
@@ -109,11 +112,17 @@ void TFlashDatalog::ReadCounters() {
         PanelFDDatalog.SetVisible(false);
         return;
     }
-    const std::string words = Parts.Eeprom.ReadEeprom(static_cast<std::uint32_t>(address), counterBytes);
-    if (words.empty())
+    CountersOf.clear();
+    const auto read = Parts.Eeprom.ReadEeprom(static_cast<std::uint32_t>(address), counterBytes);
+    if (Parts.Extensions.ServiceStrict && !read.Report.Whole()) {
+        Notice(Obstacle());
         return;
-    const std::string current = GetRowField(words, 0);
-    const std::string used = GetRowField(words, 1);
+    }
+    if (read.Words.empty())
+        return;
+    CountersOf = Parts.device;
+    const std::string current = GetRowField(read.Words, 0);
+    const std::string used = GetRowField(read.Words, 1);
     Parts.memoDebug.Add("FLASHDATALOG_COUNT1 " + current);
     Parts.memoDebug.Add("FLASHDATALOG_COUNT2 " + used);
     CurrentLogBlock = ToIntegerOr(current, 0);
@@ -123,6 +132,18 @@ void TFlashDatalog::ReadCounters() {
 void TFlashDatalog::DayTrackerChange() {
     DT_MaskeditStartDate.SetText(TextOfPosition(DayTracker.LowerPosition()));
     DT_MaskeditEndDate.SetText(TextOfPosition(DayTracker.UpperPosition()));
+    Notice({});
+}
+
+void TFlashDatalog::Notice(const std::string& text) {
+    DT_LabelNotice.SetCaption(text);
+    DT_LabelNotice.SetVisible(!text.empty());
+}
+
+std::string TFlashDatalog::Obstacle() const {
+    if (Parts.Extensions.ServiceStrict && CountersOf != Parts.device)
+        return Parts.Texts.NoCounters;
+    return {};
 }
 
 void TFlashDatalog::EditClick(TMaskEdit& edit) {
@@ -148,22 +169,30 @@ void TFlashDatalog::DownloadFlashLog() {
     const TDeviceUse::THold hold(Parts.Use);
     if (!hold)
         return;
+    Notice(Obstacle());
+    if (DT_LabelNotice.Visible())
+        return;
     Parts.Host.StopRunningLog();
     FlashBlocks = CalcFlashBlocks(DayTracker.LowerPosition(), DayTracker.UpperPosition(), CurrentLogBlock);
     ReportFlashBlocks(FlashBlocks, DT_MaskeditStartDate.Text(), DT_MaskeditEndDate.Text(), Parts.memoDebug);
+    if (FlashBlocks.Empty())
+        Notice(Parts.Texts.EmptyRange);
     const auto& qlist = FlashBlocks.qlist;
     const auto read = [this, &qlist](std::size_t run, bool first, bool last) {
         const std::int32_t address = ToIntegerOr(qlist[2 * run], FlashBaseAddress);
         const std::int32_t length = ToIntegerOr(qlist[2 * run + 1], FlashBlockSize);
+        const TReadPart part{.First = static_cast<std::uint32_t>(FlashBlocks.BlockNumberStart[run]),
+                             .Unit = FlashBlockSize,
+                             .Wanted = static_cast<std::uint32_t>(std::max(length, 0))};
         if (!Stopped())
-            ReadFlashDatalog(static_cast<std::uint32_t>(address),
-                             static_cast<std::uint32_t>(std::max(length, 0)), first, last);
+            ReadFlashDatalog(static_cast<std::uint32_t>(address), part, first, last);
     };
     const TAtExit release([this] { Release(); });
     read(0, true, qlist[3] == "0");
     read(1, false, qlist[5] == "0");
     if (qlist[5] != "0")
         read(2, false, true);
+    Conclude();
 }
 
 void TFlashDatalog::Release() {
@@ -179,21 +208,30 @@ void TFlashDatalog::ReadFlash(std::uint32_t address, std::uint32_t length) {
         return;
     Parts.Host.StopRunningLog();
     const TAtExit release([this] { Release(); });
-    ReadFlashDatalog(address, length, true, true);
+    ReadFlashDatalog(address, {.First = address, .Wanted = length}, true, true);
+    Conclude();
 }
 
-void TFlashDatalog::ReadFlashDatalog(std::uint32_t address, std::uint32_t length, bool first, bool last) {
-    if (first)
+void TFlashDatalog::ReadFlashDatalog(std::uint32_t address, TReadPart part, bool first, bool last) {
+    if (first) {
         SL_Datalist.Clear();
-    // A later segment begins with the number of the last row once more.
-    const std::size_t firstNumber = first ? 1 : SL_Datalist.Count();
-    if (length == 0)
+        Report.Clear();
+    }
+    if (part.Wanted == 0)
         return;
+    // A later segment begins with the number of the last row once more.
+    ReadSegment(address, part, first ? 1 : SL_Datalist.Count(), last);
+    Report.Add(std::move(part));
+}
+
+void TFlashDatalog::ReadSegment(std::uint32_t address, TReadPart& part, std::size_t firstNumber, bool last) {
     TUNabto& nabto = Parts.Nabto;
     TMemo& memo = Parts.memoDebug;
     memo.Add("Preparing Stream...");
-    const std::int32_t status = nabto.getResponseStatus(
-        nabto.SendQuery(Parts.device, "flashRead.json", TUNabto::FormatRWData(address, length)));
+    const std::string reply =
+        nabto.SendQuery(Parts.device, "flashRead.json", TUNabto::FormatRWData(address, part.Wanted));
+    const std::int32_t status = nabto.getResponseStatus(reply);
+    part.Reason = RefusalReason(reply, status, Parts.Texts);
     if (Stopped())
         return;
     if (status != 0) {
@@ -203,31 +241,70 @@ void TFlashDatalog::ReadFlashDatalog(std::uint32_t address, std::uint32_t length
     memo.Add("Preperation Success");
     memo.Add("Starting Stream...");
     const TAtExit close([&nabto] { nabto.StopStream(); });
-    if (!nabto.StartStream(Parts.device))
+    if (!nabto.StartStream(Parts.device)) {
+        part.Reason = Parts.Texts.NoStream;
         return;
+    }
     memo.Add("Stream Started");
     memo.Add("Reading Stream...");
-    auto bytes = ReadStream(length);
+    TStreamRead read = ReadStream(part.Wanted);
+    part.Take(read, Parts.Texts);
     Parts.StatusBar.SetText(progressPanel, {});
     memo.Add("Done Reading");
-    if (!bytes || bytes->empty() || Stopped())
+    if (Stopped())
+        return;
+    if (Parts.Extensions.ServiceStrict) {
+        SL_Datalist.Add(std::move(read.Bytes), firstNumber);
+        return;
+    }
+    auto bytes = std::move(read).AtLength(part.Wanted);
+    if (!bytes)
         return;
     SL_Datalist.Add(*std::move(bytes), firstNumber);
-    if (last && SaveDatalist())
-        OfferFlashView();
+    if (last && SaveDatalist(true))
+        OfferFlashView(QuestionDatalog);
 }
 
-std::optional<std::vector<std::uint8_t>> TFlashDatalog::ReadStream(std::uint32_t length) {
+TStreamRead TFlashDatalog::ReadStream(std::uint32_t length) {
     Reading = true;
     const TAtExit done([this] { Reading = false; });
     return Parts.Nabto.ReadStream(length);
 }
 
+// Without the key the last segment saves, while its stream is open, and only if it came.
+void TFlashDatalog::Conclude() {
+    if (!Parts.Extensions.ServiceStrict || Stopped() || Report.Empty())
+        return;
+    const TReadTexts& texts = Parts.Texts;
+    const bool whole = Report.Whole();
+    std::string told;
+    if (!whole) {
+        for (const std::string& line : Report.Lines(texts)) {
+            Parts.memoDebug.Add(line);
+            Parts.Host.AddEventLog(ButFlashDatalog.Caption() + ": " + line);
+        }
+        told = Report.Text(texts) + "\n";
+    }
+    const auto show = [this](const std::string& text) {
+        Parts.Dialogs.ShowMessageBox(EMessageKind::Error, text, EButtons::Ok);
+    };
+    if (Report.Came() == 0)
+        return show(Report.Text(texts));
+    if (SL_Datalist.Count() == 0)
+        return show(told + texts.NoRecords);
+    if (!SaveDatalist(whole))
+        return show(told + texts.NotSaved);
+    const std::string name = PathLastSavedFDFile.filename().string();
+    OfferFlashView(whole ? QuestionDatalog
+                         : told + FillText(texts.SavedPart, {name}) + "\n" + texts.ShowPart);
+}
+
 // What was read over a slow link must not be lost to a full disk: the user is asked for another place.
-bool TFlashDatalog::SaveDatalist() {
+bool TFlashDatalog::SaveDatalist(bool whole) {
     const std::string header = Parts.Host.CreateDatalogHeader();
     const auto directory = GetFlashLogLogpath(Parts.Paths);
-    PathLastSavedFDFile = ServiceFilePath(Parts.Files, Parts.Clock, Parts.Paths, "FDlog_", Parts.device);
+    PathLastSavedFDFile =
+        ServiceFilePath(Parts.Files, Parts.Clock, Parts.Paths, "FDlog_", Parts.device, whole);
     for (;;) {
         try {
             Parts.Files.CreateDirectories(PathLastSavedFDFile.parent_path());
@@ -249,10 +326,10 @@ bool TFlashDatalog::SaveDatalist() {
     }
 }
 
-void TFlashDatalog::OfferFlashView() {
+void TFlashDatalog::OfferFlashView(const std::string& question) {
     const TAtExit hide([this] { PanelFDDatalog.SetVisible(false); });
-    const bool show = Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation, QuestionDatalog,
-                                                   EButtons::YesNo) == EModalResult::Yes;
+    const bool show = Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation, question, EButtons::YesNo) ==
+                      EModalResult::Yes;
     const auto profile = Parts.Host.GetFlashLogProfilepath();
     if (show && Parts.Host.FormOpen() && !profile.empty())
         Parts.Host.ShowFlashDatalog(profile, PathLastSavedFDFile);

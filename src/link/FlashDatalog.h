@@ -5,10 +5,10 @@
 #include "core/controls/TrackBar2.h"
 #include "link/FlashBlocks.h"
 #include "link/FlashRecords.h"
+#include "link/ReadReport.h"
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +23,7 @@ class TMemo;
 class TStatusBar;
 class TUNabto;
 struct TCurrentInifilesPath;
+struct TExtensions;
 struct TNabtodriverTexts;
 
 // Downloads a range of the log that the device keeps in its flash, saves it as a datalog and offers to show
@@ -33,7 +34,8 @@ class TFlashDatalog {
     class IHost {
       public:
         virtual ~IHost() = default;
-        virtual void StopRunningLog() = 0;                    // nothing when none runs
+        virtual void StopRunningLog() = 0; // nothing when none runs
+        virtual void AddEventLog(const std::string& line) = 0;
         virtual std::int32_t FlashCounterAddress() const = 0; // DF_FDCountNum of the open profile; 0: no log
         virtual std::string CreateDatalogHeader() const = 0;
         // The companion profile for flash datalogs; empty if there is none.
@@ -56,6 +58,8 @@ class TFlashDatalog {
         TMemo& memoDebug;
         TStatusBar& StatusBar; // panel 2 shows the progress
         const std::string& device;
+        const TExtensions& Extensions;
+        const TReadTexts& Texts;
     };
     explicit TFlashDatalog(const TParts& parts);
     TFlashDatalog(const TFlashDatalog&) = delete;
@@ -91,21 +95,30 @@ class TFlashDatalog {
     TLabel DT_LabelFrom{"DT_LabelFrom", "Datum von :"};
     TLabel DT_LabelTo{"DT_LabelTo", "Datum bis :"};
     TButton DT_GetData{"DT_GetData"};
+    TLabel DT_LabelNotice{"DT_LabelNotice"}; // why nothing is downloaded; hidden while there is nothing to say
 
   private:
     void ReadCounters();
     void DayTrackerChange();
     void EditClick(TMaskEdit& edit);
     void EditExit(TMaskEdit& edit);
+    void Notice(const std::string& text); // empty: none
+    // What stands in the way of a download; empty when nothing does.
+    std::string Obstacle() const;
     // first begins the rows anew; last saves them.
-    void ReadFlashDatalog(std::uint32_t address, std::uint32_t length, bool first, bool last);
-    std::optional<std::vector<std::uint8_t>> ReadStream(std::uint32_t length);
+    void ReadFlashDatalog(std::uint32_t address, TReadPart part, bool first, bool last);
+    void ReadSegment(std::uint32_t address, TReadPart& part, std::size_t firstNumber, bool last);
+    TStreamRead ReadStream(std::uint32_t length);
+    // Saves what came, and tells what did not.
+    void Conclude();
     void Release(); // what a download leaves
-    bool SaveDatalist();
-    void OfferFlashView();
+    bool SaveDatalist(bool whole);
+    void OfferFlashView(const std::string& question);
 
     const TParts Parts;
     TFlashRecords SL_Datalist; // the rows gathered so far
+    TReadReport Report;        // of the segments they come from
+    std::string CountersOf;    // device that CurrentLogBlock was read from
     bool Reading = false;
     bool StopRequested = false;
 };

@@ -43,9 +43,7 @@ class TUNabto : public TStreamProgress {
     bool StartStream(const std::string& device) { return !Closed() && Streams.Start(Session, device); }
     // False when the stream was closed, true when closing failed.
     bool StopStream() { return Streams.Stop(); }
-    std::optional<std::vector<std::uint8_t>> ReadStream(std::uint32_t readLength) {
-        return Streams.Read(readLength);
-    }
+    TStreamRead ReadStream(std::uint32_t readLength) { return Streams.Read(readLength); }
     TNabtoStatus WriteStream(std::span<const std::uint8_t> data, int streamDelay) {
         return Streams.Write(data, streamDelay);
     }

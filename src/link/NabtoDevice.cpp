@@ -4,6 +4,7 @@
 #include "core/Configuration.h"
 #include "core/Errors.h"
 #include "core/IniFile.h"
+#include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
@@ -20,7 +21,24 @@ namespace {
 constexpr const char* readSetpoint = "setpointReadValue.json";
 constexpr const char* readDatapoint = "datapointReadValue.json";
 constexpr const char* notConnected = "NOT CONNECTED TO BASESTATION!";
-constexpr std::uint32_t errorLogBytes = 400;
+
+// A log of events has a word of each, then another word of each.
+constexpr std::uint32_t ErrorLogEvents = 100;
+constexpr std::uint32_t ErrorLogBytes = 4 * ErrorLogEvents;
+
+// Those of which both words came.
+std::size_t WholeErrorEvents(std::uint32_t bytes) {
+    return bytes / 2 > ErrorLogEvents ? bytes / 2 - ErrorLogEvents : 0;
+}
+
+// The words of a log that holds no other events.
+std::string ErrorLogOfEvents(const std::string& words, std::size_t events) {
+    std::string list;
+    for (const std::size_t first : {std::size_t{0}, std::size_t{ErrorLogEvents}})
+        for (std::size_t event = 0; event < events; ++event)
+            list += GetRowField(words, first + event) + ";";
+    return list;
+}
 
 int KnownObject(int obj) {
     return obj > 10 ? 0 : obj;
@@ -40,10 +58,11 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
               EnableContineousUpdate, CurrentUpdateSWFile}),
       ContinuousUpdate({dialogs, files, clock, timers, paths, Use, UpdateStatus, Update, memoDebug, StatusBar,
                         ButContUpdate, device, EnableContineousUpdate, CurrentUpdateSWFile}),
-      Eeprom(nabto, memoDebug, device),
-      FlashDatalog({host, dialogs, files, clock, paths, nabto, Use, Eeprom, memoDebug, StatusBar, device}),
+      Eeprom(nabto, memoDebug, device, extensions, ReadTexts),
+      FlashDatalog({host, dialogs, files, clock, paths, nabto, Use, Eeprom, memoDebug, StatusBar, device,
+                    extensions, ReadTexts}),
       ServiceTools({dialogs, files, clock, paths, nabto, Use, Eeprom, FlashDatalog, memoDebug,
-                    Identity.LblJson, device}),
+                    Identity.LblJson, device, extensions, ReadTexts}),
       Dialogs(dialogs), Wait(wait), Files(files), Paths(paths), Extensions(extensions), Nabto(nabto),
       Panel(panel), Host(host) {
     InitControls();
@@ -147,6 +166,7 @@ void TNabtoDevice::ReadLanguage() {
     const TIniFile language(Files, Paths.Languagefile);
     UpdateStatus.Texts = ReadFirmwareUpdateTexts(language);
     EventLogTexts = ReadEventLogTexts(language);
+    ReadTexts = ReadReadTexts(language);
     const TNabtodriverTexts texts = ReadNabtodriverTexts(language);
     btnPing.SetCaption(texts.Butping);
     BtnUpdate.SetCaption(texts.ButFWupdate);
@@ -317,15 +337,33 @@ void TNabtoDevice::butChangeDeviceIDClick() {
 }
 
 void TNabtoDevice::ButErorlogClick() {
-    std::string words;
+    TEepromReader::TResult read;
     {
         const TDeviceUse::THold hold(Use);
         if (!hold)
             return;
-        words = Eeprom.ReadEeprom(static_cast<std::uint32_t>(Host.ErrorLogOffset()), errorLogBytes);
+        ErrorLogNotice.Clear();
+        read = Eeprom.ReadEeprom(static_cast<std::uint32_t>(Host.ErrorLogOffset()), ErrorLogBytes);
     }
-    if (!words.empty() && Host.FormOpen())
-        Host.EvalErrorlog(words);
+    if (!Host.FormOpen())
+        return;
+    const bool whole = read.Report.Whole();
+    const std::size_t events = WholeErrorEvents(read.Report.Came());
+    std::string told;
+    if (events == 0)
+        told = FillText(ReadTexts.NoErrorLog, {read.Report.Reason()});
+    else if (!whole)
+        told = FillText(ReadTexts.ErrorLogPart,
+                        {std::to_string(events), std::to_string(ErrorLogEvents), read.Report.Reason()});
+    ErrorLogNotice.Show(told);
+    if (!Extensions.ServiceStrict)
+        told.clear();
+    else if (!whole)
+        read.Words = ErrorLogOfEvents(read.Words, events);
+    if (!read.Words.empty())
+        Host.EvalErrorlog(read.Words, told);
+    else if (!told.empty() && Visible())
+        Dialogs.ShowMessageBox(EMessageKind::Error, told, EButtons::Ok);
 }
 
 void TNabtoDevice::BtnUpdateClick() {

@@ -5,6 +5,7 @@
 #include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
+#include "core/controls/Notice.h"
 #include "core/controls/Simple.h"
 #include "core/controls/StatusBar.h"
 #include "link/ContinuousUpdate.h"
@@ -47,12 +48,11 @@ class TNabtoDevice : public TForm {
         virtual void UpdateTimerTimer() = 0; // the values of a cycle are there
         virtual void StopLog() = 0;
         virtual void Setup1Click() = 0;
-        virtual void AddEventLog(const std::string& line) = 0;
         virtual bool ShowButtonDevid() const = 0;
         virtual bool ErrorLogVisible() const = 0;
         virtual std::int32_t ErrorLogOffset() const = 0; // EEPROM address
-        // Shows the events that these words hold.
-        virtual void EvalErrorlog(const std::string& wordList) = 0;
+        // Shows the events that these words hold, and the remark below them, if there is one.
+        virtual void EvalErrorlog(const std::string& wordList, const std::string& remark) = 0;
     };
 
     TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files, const IClock& clock,
@@ -120,6 +120,8 @@ class TNabtoDevice : public TForm {
     TLabel LabStreamDelayUnit{"LabStreamDelayUnit", "ms"};
     TStatusBar StatusBar{"StatusBar", {{200, {}, false}, {340, {}, false}, {200, {}, false}}};
 
+    TNotice ErrorLogNotice{"ErrorLogNotice"}; // of the error log that was asked for last
+
     TIdentityPanel Identity;
     TReadBackSnapshot ReadBack;
     TPollCycle Cycle;
@@ -131,6 +133,7 @@ class TNabtoDevice : public TForm {
     TFileUpload Upload;
     TFirmwareUpdate Update;
     TContinuousUpdate ContinuousUpdate;
+    TReadTexts ReadTexts;
     TEepromReader Eeprom;
     TFlashDatalog FlashDatalog;
     TServiceTools ServiceTools;

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <exception>
 #include <new>
+#include <utility>
 
 namespace tidewell {
 
@@ -34,6 +35,13 @@ const char* ClassName(const std::exception& error) {
 }
 
 } // namespace
+
+std::optional<std::vector<std::uint8_t>> TStreamRead::AtLength(std::uint32_t length) && {
+    if (Lost())
+        return std::nullopt;
+    Bytes.resize(length);
+    return std::move(Bytes);
+}
 
 TNabtoStream::TNabtoStream(const TNabtoLibrary& library, IDialogs& dialogs, ITimers& timers, IWait& wait,
                            TStreamProgress& progress)
@@ -85,47 +93,51 @@ void TNabtoStream::Arm() {
         timeoutTimer->SetEnabled(true);
 }
 
-std::optional<std::vector<std::uint8_t>> TNabtoStream::Read(std::uint32_t readLength) {
+TStreamRead TNabtoStream::Read(std::uint32_t readLength) {
     Prepare(readTimeout);
     Progress.currentstreamlength = readLength;
     Progress.currentstreamprogress = 0;
+    TStreamRead read;
     if (!Library.NabtoStreamReadIntoBuf) {
+        read.End = TStreamRead::EEnd::Broken;
         Dialogs.ShowMessage("No NabtoStreamReadData Function Loaded");
-        return std::nullopt;
+        return read;
     }
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(readLength);
+    read.Bytes.reserve(readLength);
     try {
-        if (!ReadChunks(readLength, bytes))
-            return std::nullopt;
+        ReadChunks(readLength, read);
     } catch (const std::exception& error) {
+        read.End = TStreamRead::EEnd::Failed;
         Dialogs.ShowMessage(std::string(ClassName(error)) + " error raised, with message : " + error.what());
     }
     timeoutTimer->SetEnabled(false);
-    if (streamTimeout)
+    if (streamTimeout && !read.Lost()) {
         Dialogs.ShowMessage("Stream Read, Timeout :(");
-    bytes.resize(readLength);
-    return bytes;
+        if (read.End == TStreamRead::EEnd::Complete && read.Bytes.size() < readLength)
+            read.End = TStreamRead::EEnd::TimedOut;
+    }
+    return read;
 }
 
-bool TNabtoStream::ReadChunks(std::uint32_t readLength, std::vector<std::uint8_t>& bytes) {
+void TNabtoStream::ReadChunks(std::uint32_t readLength, TStreamRead& read) {
     // Each chunk is asked for with the full length as capacity, however much is there already. What is never
     // written takes no memory.
     const auto chunk = std::make_unique_for_overwrite<std::uint8_t[]>(readLength);
+    std::vector<std::uint8_t>& bytes = read.Bytes;
     while (bytes.size() < readLength && !streamTimeout) {
         if (Progress.Ended()) {
-            timeoutTimer->SetEnabled(false);
-            return false;
+            read.End = TStreamRead::EEnd::Ended;
+            return;
         }
         Arm();
         std::size_t count = 0;
         const auto status = static_cast<TNabtoStatus>(
             Library.NabtoStreamReadIntoBuf(Stream, chunk.get(), readLength, &count));
         if (status != NABTO_OK) {
+            read.End = TStreamRead::EEnd::Broken;
             CloseRepeatedly();
             ShowNabtoStatus(Library, Dialogs, status);
-            timeoutTimer->SetEnabled(false);
-            return false;
+            return;
         }
         if (count == 0) {
             // The library waited for nothing: the chunk is still to come, and its time goes on.
@@ -140,7 +152,6 @@ bool TNabtoStream::ReadChunks(std::uint32_t readLength, std::vector<std::uint8_t
         Progress.currentstreamprogress = static_cast<std::uint32_t>(bytes.size());
         Progress.DoUpdateProgress();
     }
-    return true;
 }
 
 TNabtoStatus TNabtoStream::Write(std::span<const std::uint8_t> data, int streamDelay) {

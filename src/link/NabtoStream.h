@@ -36,6 +36,19 @@ class TStreamProgress {
     bool Ended() const { return MayGoOn && !MayGoOn(); }
 };
 
+// What a read of the stream gave.
+struct TStreamRead {
+    enum class EEnd { Complete, TimedOut, Broken, Failed, Ended };
+    std::vector<std::uint8_t> Bytes; // that came
+    EEnd End = EEnd::Complete; // Failed: by an error between the chunks
+
+    // The stream gives no more, or nobody wants it any more.
+    bool Lost() const { return End == EEnd::Broken || End == EEnd::Ended; }
+    // The customary view of it: nothing of a stream that was lost, else the whole length, in which zero stands
+    // for what did not come.
+    std::optional<std::vector<std::uint8_t>> AtLength(std::uint32_t length) &&;
+};
+
 // The one byte stream to a device: Start, then reads or writes, then Stop. Blocks its caller.
 class TNabtoStream {
   public:
@@ -46,9 +59,8 @@ class TNabtoStream {
     bool Start(void* session, const std::string& device);
     // The reverse: false when the stream was closed, true when closing failed, which was shown.
     bool Stop();
-    // That many bytes; after a time-out what is missing is zero. Nothing when the stream broke or the
-    // transfer was ended.
-    std::optional<std::vector<std::uint8_t>> Read(std::uint32_t readLength);
+    // At most that many bytes. What ends it early was shown, unless the transfer was ended.
+    TStreamRead Read(std::uint32_t readLength);
     // In chunks, each followed by streamDelay ms. Gives the last status; NABTO_FAILED for no data,
     // NABTO_ABORTED for a transfer that was ended.
     TNabtoStatus Write(std::span<const std::uint8_t> data, int streamDelay);
@@ -56,7 +68,7 @@ class TNabtoStream {
   private:
     void Prepare(int timeout); // ms
     void Arm();
-    bool ReadChunks(std::uint32_t readLength, std::vector<std::uint8_t>& bytes);
+    void ReadChunks(std::uint32_t readLength, TStreamRead& read);
     void CloseRepeatedly();
 
     const TNabtoLibrary& Library;

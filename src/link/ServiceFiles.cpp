@@ -17,9 +17,9 @@ std::filesystem::path GetFlashLogLogpath(const TCurrentInifilesPath& paths) {
 
 std::filesystem::path ServiceFilePath(const IFiles& files, const IClock& clock,
                                       const TCurrentInifilesPath& paths, const std::string& kind,
-                                      const std::string& device) {
+                                      const std::string& device, bool whole) {
     std::filesystem::path path = GetFlashLogLogpath(paths);
-    path += "/" + kind + device.substr(0, idLength) + "_" + NowStamp(clock) + ".csv";
+    path += "/" + kind + device.substr(0, idLength) + "_" + NowStamp(clock) + (whole ? ".csv" : "_part.csv");
     return UnusedPath(files, path);
 }
 

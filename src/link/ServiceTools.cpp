@@ -1,7 +1,9 @@
 #include "link/ServiceTools.h"
 
 #include "core/Errors.h"
+#include "core/Extensions.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
 #include "core/controls/Lists.h"
@@ -18,6 +20,7 @@
 #include <cstdint>
 #include <limits>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 namespace tidewell {
@@ -86,22 +89,36 @@ void TServiceTools::butGetEepromValuesClick() {
     const std::uint32_t length = Asked(RErrorlogLength, LabErrorlogLength, wordSize);
     if (length == 0)
         return;
-    std::uint64_t address = Asked(RErrorlogStart, LabErrorlogStart, 1);
+    const std::uint32_t address = Asked(RErrorlogStart, LabErrorlogStart, 1);
     const TDeviceUse::THold hold(Parts.Use);
     if (!hold)
         return;
-    std::vector<std::string> words;
-    SplitRow(Parts.Eeprom.ReadEeprom(static_cast<std::uint32_t>(address), length), words, false);
+    const TEepromReader::TResult read = Parts.Eeprom.ReadEeprom(address, length);
     if (Parts.Nabto.Ended())
         return;
+    std::vector<std::string> words;
+    SplitRow(read.Words, words, false);
+    const bool whole = !Parts.Extensions.ServiceStrict || read.Report.Whole();
+    if (whole) {
+        SaveEepromList(address, std::move(words), true);
+        Parts.Dialogs.ShowMessage("done... download");
+        return;
+    }
+    std::string told = read.Report.Text(Parts.Texts);
+    if (!words.empty())
+        told += "\n" + FillText(Parts.Texts.SavedPart, {SaveEepromList(address, std::move(words), false)});
+    Parts.Dialogs.ShowMessageBox(EMessageKind::Error, told, EButtons::Ok);
+}
+
+std::string TServiceTools::SaveEepromList(std::uint64_t address, std::vector<std::string> words, bool whole) {
     for (std::string& word : words) {
         word.insert(0, "EENum- " + std::to_string(address) + ";");
         address += wordSize;
     }
-    const auto path = ServiceFilePath(Parts.Files, Parts.Clock, Parts.Paths, "EElist_", Parts.device);
+    const auto path = ServiceFilePath(Parts.Files, Parts.Clock, Parts.Paths, "EElist_", Parts.device, whole);
     Parts.Files.CreateDirectories(path.parent_path());
     WriteLines(Parts.Files, path, words);
-    Parts.Dialogs.ShowMessage("done... download");
+    return path.filename().string();
 }
 
 void TServiceTools::BtnReadFlashClick() {

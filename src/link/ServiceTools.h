@@ -2,7 +2,9 @@
 
 #include "core/controls/Simple.h"
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace tidewell {
 
@@ -15,6 +17,8 @@ class TFlashDatalog;
 class TMemo;
 class TUNabto;
 struct TCurrentInifilesPath;
+struct TExtensions;
+struct TReadTexts;
 
 // Tools for service work and for the development of device firmware. Their panels are shown by options of the
 // command line; nothing shows BtnWriteFlash and Button1.
@@ -32,6 +36,8 @@ class TServiceTools {
         TMemo& memoDebug;
         TLabel& LblJson;
         const std::string& device;
+        const TExtensions& Extensions;
+        const TReadTexts& Texts;
     };
     explicit TServiceTools(const TParts& parts);
     TServiceTools(const TServiceTools&) = delete;
@@ -66,6 +72,8 @@ class TServiceTools {
 
   private:
     void InitControls();
+    // The words from that address on; the file's name.
+    std::string SaveEepromList(std::uint64_t address, std::vector<std::string> words, bool whole);
 
     const TParts Parts;
 };

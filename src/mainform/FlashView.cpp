@@ -34,15 +34,41 @@ class TFileLines : public IDataLines {
 
 void TFlashView::Show(const std::filesystem::path& profile, const std::filesystem::path& file) {
     TFileLines lines(Ports.Files, file);
+    const TBefore before = Before();
     Parts.ProfileOpening.OpenProfile(profile);
-    RunGuarded(Ports.Dialogs, [this] { Parts.GraphPage.GraphInit(true); });
-    Parts.GraphPage.ClearGraphPage();
-    Parts.Device.Close();
-    Parts.GraphPage.DrawGraphDatafromList(lines);
+    try {
+        Draw(lines);
+    } catch (...) {
+        Restore(before);
+        throw;
+    }
     Parts.Controls.TheTab.SetActivePage(Parts.Controls.TabGraph);
     Parts.Controls.TabSetpoint.SetVisible(false);
     Parts.Controls.WindowSetpoint1.SetEnabled(false);
     Parts.Profile.ProfileLoaded = false;
+}
+
+void TFlashView::Draw(IDataLines& lines) {
+    RunGuarded(Ports.Dialogs, [this] { Parts.GraphPage.GraphInit(true); });
+    Parts.GraphPage.ClearGraphPage();
+    Parts.Device.Close();
+    Parts.GraphPage.DrawGraphDatafromList(lines);
+}
+
+TFlashView::TBefore TFlashView::Before() const {
+    return {Parts.Profile, Parts.GraphPage.ChannelSettings(), Parts.Controls.Caption(),
+            Parts.Panel.GlobalPlsFilePath};
+}
+
+// Devices, tree, poll questions and settings have stayed those of the profile before.
+void TFlashView::Restore(const TBefore& before) {
+    static_cast<TProfileGraph&>(Parts.Profile) = before.Profile;
+    Parts.Panel.SetMpanelPLSpath(before.PlsFilePath);
+    Parts.Controls.SetCaption(before.Caption);
+    if (before.Profile.ProfileLoaded)
+        Parts.Controls.MemoEventLog.Add(before.Profile.currentprofilefile.string() + " opened");
+    RunGuarded(Ports.Dialogs, [this] { Parts.GraphPage.GraphInit(true); });
+    Parts.GraphPage.ApplySettings(before.Channels);
 }
 
 } // namespace tidewell

@@ -5,9 +5,12 @@
 #include "mainform/FormMainControls.h"
 #include "mainform/Ports.h"
 #include "mainform/ProfileOpening.h"
+#include "model/ModbusPanel.h"
 #include "model/Profile.h"
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace tidewell {
 
@@ -16,6 +19,7 @@ class TFlashView {
   public:
     struct TParts {
         TFormMainControls& Controls;
+        TModbusPanel& Panel;
         TProfile& Profile;
         TProfileOpening& ProfileOpening;
         TGraphPage& GraphPage;
@@ -24,11 +28,23 @@ class TFlashView {
     TFlashView(const TPorts& ports, const TParts& parts) : Ports(ports), Parts(parts) {}
 
     // Draws the file by its companion profile, and closes the device form. No other profile is open
-    // afterwards, and no setpoint page. Throws EInOutError when the file cannot be read; nothing has changed
-    // then.
+    // afterwards, and no setpoint page. Throws what stands in the way, such as EInOutError for a file that
+    // cannot be read or EListError for one without rows; the profile of before is then in force, with the
+    // graph empty if it was begun.
     void Show(const std::filesystem::path& profile, const std::filesystem::path& file);
 
   private:
+    // What the companion profile takes the place of.
+    struct TBefore {
+        TProfileGraph Profile;
+        std::vector<TGraphChannelSettings> Channels;
+        std::string Caption;
+        std::filesystem::path PlsFilePath;
+    };
+    TBefore Before() const;
+    void Draw(IDataLines& lines);
+    void Restore(const TBefore& before);
+
     const TPorts& Ports;
     const TParts Parts;
 };

@@ -48,7 +48,7 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
                                                     GraphPage, nabto, forms.NabtoDevice}),
       ErrorLog({Hosts.ErrorLog, ports.Files, ports.Clock, paths, Configuration.ErrorLog, Profile, ModbusPanel,
                 TheTab}),
-      FlashView(ports, {*this, Profile, ProfileOpening, GraphPage, forms.NabtoDevice}),
+      FlashView(ports, {*this, ModbusPanel, Profile, ProfileOpening, GraphPage, forms.NabtoDevice}),
       ReadBack(Hosts.ReadBack, ports.Wait, forms.NabtoDevice),
       SetpointFiles(TSetpointFiles::TParts{
           ports.Dialogs, ports.Files, ports.Clock, ModbusPanel, Hosts.ReadBack, ReadBack, forms.LoadSetpoints,

@@ -96,9 +96,9 @@ std::int32_t TFormMainHosts::TNabtoDeviceHost::ErrorLogOffset() const {
     return Main.Profile.ErrorLogOffset;
 }
 
-void TFormMainHosts::TNabtoDeviceHost::EvalErrorlog(const std::string& wordList) {
+void TFormMainHosts::TNabtoDeviceHost::EvalErrorlog(const std::string& wordList, const std::string& remark) {
     Main.ShowInFront();
-    Main.ErrorLog.EvalErrorlog(wordList);
+    Main.ErrorLog.EvalErrorlog(wordList, remark);
 }
 
 void TFormMainHosts::TErrorLogHost::StopLog() {

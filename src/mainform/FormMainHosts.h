@@ -59,7 +59,7 @@ class TFormMainHosts {
         void ShowFlashDatalog(const std::filesystem::path& profile,
                               const std::filesystem::path& file) override;
         std::int32_t ErrorLogOffset() const override;
-        void EvalErrorlog(const std::string& wordList) override;
+        void EvalErrorlog(const std::string& wordList, const std::string& remark) override;
 
       private:
         TFormMain& Main;

@@ -27,8 +27,19 @@ struct TFlashPage {
     std::filesystem::path FlashLogProfile; // may not exist
 };
 
+// The graph side of the open profile.
+struct TProfileGraph {
+    bool ProfileLoaded = false;
+    std::vector<std::string> GraphValues; // values of GraphPoints, in file order
+    std::vector<TGraphPoint> GraphPoints; // the same, parsed
+    std::size_t GraphEnableCount = 0;     // how many of them are channels
+    std::vector<std::string> FindGraphNameList;
+    TIniSection VisibleGraph;
+    std::filesystem::path currentprofilefile;
+};
+
 // The graph side and the settings of the open profile. The devices are TModbusPanel's.
-class TProfile {
+class TProfile : public TProfileGraph {
   public:
     explicit TProfile(IFiles& files) : Files(files) {}
 
@@ -50,14 +61,6 @@ class TProfile {
     // gone, read-only or locked. Throws EInOutError if reading or writing fails otherwise; the file is then
     // as it was.
     void WriteGraphSettings(const std::vector<TGraphChannelSettings>& channels);
-
-    bool ProfileLoaded = false;
-    std::vector<std::string> GraphValues; // values of GraphPoints, in file order
-    std::vector<TGraphPoint> GraphPoints; // the same, parsed
-    std::size_t GraphEnableCount = 0;     // how many of them are channels
-    std::vector<std::string> FindGraphNameList;
-    TIniSection VisibleGraph;
-    std::filesystem::path currentprofilefile;
 
     TFlashPage FlashPage;
     std::int32_t DF_HPM_SNUM = 0;

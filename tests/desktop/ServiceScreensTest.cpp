@@ -118,8 +118,15 @@ TEST_F(ServiceScreens, AnUpdateShowsHowFarItIsAndLocksTheRest) {
 
 TEST_F(ServiceScreens, TheFlashLogComesToTheGraph) {
     Robot.On("FormMain", [](QWidget&) { Press(Qt::Key_F11); });
-    Robot.On("NabtoDevice", [](QWidget& view) {
+    Robot.On("NabtoDevice", [this](QWidget& view) {
         Click(view, "ButFlashDatalog");
+        TTrackBar2& tracker = Screen.Program->NabtoDevice.FlashDatalog.DayTracker;
+        const int oldest = tracker.UpperPosition();
+        tracker.SetUpperPosition(0);
+        Click(view, "DT_GetData");
+        EXPECT_TRUE(Child<QWidget>(view, "DT_LabelNotice").isVisible());
+        EXPECT_EQ(Text(view, "DT_LabelNotice"), "The range is empty, so nothing was read.");
+        tracker.SetUpperPosition(oldest);
         Child<QWidget>(view, "DayTracker").setFocus(Qt::TabFocusReason);
         for (const Qt::Key key : {Qt::Key_PageUp, Qt::Key_Tab, Qt::Key_Home, Qt::Key_PageUp, Qt::Key_Tab})
             Press(key);
@@ -144,7 +151,16 @@ TEST_F(ServiceScreens, TheFlashLogComesToTheGraph) {
 }
 
 TEST_F(ServiceScreens, TheErrorLogHasAPageThatBeginsAtItsTop) {
+    auto& simulation = Screen.Files.Content["/opt/tidewell/nabto_config/simulation.ini"];
+    simulation += "\n[Faults aria1]\nRefuse=2; query=eepReadRaw.json; times=1\n";
     Robot.On("FormMain", [](QWidget& main) {
+        Click(main, "but_errorlog");
+        EXPECT_TRUE(Child<QWidget>(main, "ErrorLogNotice").isVisible());
+        EXPECT_EQ(Text(main, "LblErrorLogNotice"),
+                  "The error log was not read: the device refused (status 2).");
+        EXPECT_FALSE(Child<QWidget>(main, "ButErrorLogNotice").isVisible());
+        Click(main, "ButHideErrorLogNotice");
+        EXPECT_FALSE(Child<QWidget>(main, "ErrorLogNotice").isVisible());
         Click(main, "but_errorlog");
         const auto& tabs = Child<QTabWidget>(main, "TheTab");
         EXPECT_EQ(tabs.tabText(tabs.currentIndex()).toStdString(), "ErrorLog");

@@ -48,7 +48,9 @@ struct TFakeHost : TNabtoDevice::IHost {
     std::filesystem::path GetFlashLogProfilepath() const override { return {}; }
     void ShowFlashDatalog(const std::filesystem::path&, const std::filesystem::path&) override {}
     std::int32_t ErrorLogOffset() const override { return 512; }
-    void EvalErrorlog(const std::string& wordList) override { Events.push_back(wordList); }
+    void EvalErrorlog(const std::string& wordList, const std::string&) override {
+        Events.push_back(wordList);
+    }
     std::vector<std::string> Events;
     bool Devid = true;
     bool ErrorLog = true;

@@ -101,7 +101,7 @@ TEST_F(TNabtoTest, EveryEntryPointMayBeMissing) {
         {"nabtoGetLocalDevices", [](TUNabto& n) { EXPECT_THAT(n.GetLocal(), IsEmpty()); }, ""},
         {"nabtoStreamOpen", [](TUNabto& n) { EXPECT_FALSE(n.StartStream("d")); }, "NabtoStreamOpen"},
         {"nabtoStreamClose", [](TUNabto& n) { EXPECT_TRUE(n.StopStream()); }, "NabtoStreamClose"},
-        {"nabtoStreamReadIntoBuf", [](TUNabto& n) { EXPECT_EQ(n.ReadStream(5), std::nullopt); },
+        {"nabtoStreamReadIntoBuf", [](TUNabto& n) { EXPECT_EQ(n.ReadStream(5).AtLength(5), std::nullopt); },
          "NabtoStreamReadData"},
         {"nabtoStreamWrite", [&](TUNabto& n) { EXPECT_EQ(n.WriteStream(data, 0), NABTO_FAILED); },
          "NabtoStreamWrite"},
@@ -278,10 +278,10 @@ TEST_F(TNabtoStreamTest, OpenAndCloseHaveOppositeSenses) {
 
 TEST_F(TNabtoStreamTest, ReadsChunksWithTheFullLengthAsCapacity) {
     Library.Chunks = {{1}, {2, 3}, {4, 5, 6, 7}}; // the last one runs on behind the length
-    EXPECT_EQ(Nabto->ReadStream(4), (std::vector<std::uint8_t>{1, 2, 3, 4}));
+    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), (std::vector<std::uint8_t>{1, 2, 3, 4}));
     EXPECT_THAT(Calls(), ElementsAre(Read, Read, Read));
     EXPECT_THAT(Progress, ElementsAre(1, 4, 3, 4, 4, 4));
-    EXPECT_EQ(Nabto->ReadStream(0), std::vector<std::uint8_t>());
+    EXPECT_EQ(Nabto->ReadStream(0).AtLength(0), std::vector<std::uint8_t>());
     EXPECT_THAT(Calls(), IsEmpty());
 }
 
@@ -292,30 +292,30 @@ TEST_F(TNabtoStreamTest, AReadThatTakesTooLongOrThrowsKeepsWhatCame) {
             Time.Advance(2000);
     };
     Dialogs.ExpectMessage("Stream Read, Timeout :(");
-    EXPECT_EQ(Nabto->ReadStream(4), (std::vector<std::uint8_t>{1, 2, 0, 0}));
+    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), (std::vector<std::uint8_t>{1, 2, 0, 0}));
     // A library that gives nothing and does not wait either.
     Library.OnCall = nullptr;
     Library.Chunks.clear();
     Dialogs.ExpectMessage("Stream Read, Timeout :(");
-    EXPECT_EQ(Nabto->ReadStream(4), std::vector<std::uint8_t>(4));
+    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), std::vector<std::uint8_t>(4));
     Library.Chunks = {{9}};
     Nabto->FOnUpdateProgress = [](TStreamProgress&) {
         throw EListError("no row");
     };
     Dialogs.ExpectMessage("EListError error raised, with message : no row");
-    EXPECT_EQ(Nabto->ReadStream(2), (std::vector<std::uint8_t>{9, 0}));
+    EXPECT_EQ(Nabto->ReadStream(2).AtLength(2), (std::vector<std::uint8_t>{9, 0}));
 }
 
 TEST_F(TNabtoStreamTest, ABrokenReadClosesUntilTheLibraryRefuses) {
     Library.Results["nabtoStreamReadIntoBuf"] = {NABTO_STREAM_CLOSED, 2};
     Dialogs.ExpectMessage("stream closed");
-    EXPECT_EQ(Nabto->ReadStream(4), std::nullopt);
+    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), std::nullopt);
     EXPECT_THAT(Calls(), ElementsAre(Read, Close, Close, Close, Close, Close, Close));
     EXPECT_EQ(Time.Sleeps, std::vector<int>(6, 1000));
     Library.Results["nabtoStreamClose"] = {NABTO_OK, 3};
     Dialogs.ExpectMessage("status 3");
     Dialogs.ExpectMessage("status 2");
-    EXPECT_EQ(Nabto->ReadStream(4), std::nullopt);
+    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), std::nullopt);
     EXPECT_EQ(Time.Sleeps.size(), 7U);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FakeNabto.h"
+#include "core/Extensions.h"
 #include "core/Paths.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
@@ -43,6 +44,7 @@ class TServiceFixture : public testing::Test, public TFlashDatalog::IHost {
     }
 
     void StopRunningLog() override { Events.emplace_back("StopRunningLog"); }
+    void AddEventLog(const std::string& line) override { Events.push_back(line); }
     std::int32_t FlashCounterAddress() const override { return 256; }
     std::string CreateDatalogHeader() const override { return ";[HeaderStart]x[HeaderEnd]"; }
     std::filesystem::path GetFlashLogProfilepath() const override { return Profile; }
@@ -81,10 +83,13 @@ class TServiceFixture : public testing::Test, public TFlashDatalog::IHost {
     TStatusBar StatusBar{"StatusBar", {{1, {}, false}, {1, {}, false}, {1, {}, false}}};
     TLabel LblJson{"LblJson"};
     TDeviceUse Use;
-    TEepromReader Eeprom{Nabto, memoDebug, device};
-    TFlashDatalog Flash{
-        {*this, Dialogs, Files, Time, Paths, Nabto, Use, Eeprom, memoDebug, StatusBar, device}};
-    TServiceTools Tools{{Dialogs, Files, Time, Paths, Nabto, Use, Eeprom, Flash, memoDebug, LblJson, device}};
+    TExtensions Extensions;
+    TReadTexts Texts;
+    TEepromReader Eeprom{Nabto, memoDebug, device, Extensions, Texts};
+    TFlashDatalog Flash{{*this, Dialogs, Files, Time, Paths, Nabto, Use, Eeprom, memoDebug, StatusBar, device,
+                         Extensions, Texts}};
+    TServiceTools Tools{{Dialogs, Files, Time, Paths, Nabto, Use, Eeprom, Flash, memoDebug, LblJson, device,
+                         Extensions, Texts}};
 
     std::vector<std::string> Events; // that the main form was asked for
     std::filesystem::path Profile = "/app/profile/p_Flash.pls";

@@ -21,7 +21,7 @@ TEST(EepromReader, PairsOfBytesAreWords) {
 
 TEST_F(TServiceFixture, ReadsEepromAsWords) {
     Library.Chunks = {{2, 1}, {4, 3, 6, 5}};
-    EXPECT_EQ(Eeprom.ReadEeprom(512, 6), "513;1027;1541;");
+    EXPECT_EQ(Eeprom.ReadEeprom(512, 6).Words, "513;1027;1541;");
     EXPECT_THAT(Calls(),
                 ElementsAre("eepReadRaw.json?json={\"request\":{\"address\":\"512\",\"length\":\"6\"}}",
                             "nabtoStreamOpen", "nabtoStreamClose"));
@@ -29,10 +29,10 @@ TEST_F(TServiceFixture, ReadsEepromAsWords) {
                 ElementsAre("Preparing Stream... Read Eeprom values", "Read Address: 512", "Read Length: 6",
                             "Preperation Success", "Starting Stream...", "Stream Started",
                             "Reading Stream...", "Done Reading", "Stream is Closed now "));
-    EXPECT_EQ(Eeprom.ReadEeprom(512, 0), "");
+    EXPECT_EQ(Eeprom.ReadEeprom(512, 0).Words, "");
     EXPECT_THAT(Memo(), IsEmpty());
     Library.Chunks = {{1, 2, 3}};
-    EXPECT_EQ(Eeprom.ReadEeprom(0, 3), "");
+    EXPECT_EQ(Eeprom.ReadEeprom(0, 3).Words, "");
     EXPECT_EQ(Memo().back(), "Stream is Closed now ");
 }
 

@@ -79,10 +79,17 @@ class TServiceTools : public TProgramFixture {
     }
     const std::string ShowIt = Language("Nabtodriver", "questiondatalog");
     const std::string NoStream = "The stream is not valid";
+    const std::string TimeOut = "Stream Read, Timeout :(";
     const TLines Broken{NoStream, "The stream was closed", NoStream}; // boxes when a stream ends too early
 
   private:
     std::string Fresh;
+};
+
+// The same with key Service/Strict.
+class TStrictServiceTools : public TServiceTools {
+  protected:
+    TStrictServiceTools() { Files.Content[SystemFile] += "\n[Service]\nStrict=true\n"; }
 };
 
 TEST_F(TServiceTools, TheFlashLogIsDownloadedAndShown) {
@@ -258,6 +265,7 @@ TEST_F(TServiceTools, ADownloadThatFailsTellsWhere) {
               second,
               17},
              {"ShortRead=1; query=flashRead.json; skip=1", Broken, {"*", "*"}, "", 0},
+             {"StalledStream=600; query=stream; skip=4", {TimeOut, ShowIt}, {"*", "*"}, first, 33},
          }) {
         SCOPED_TRACE(faults);
         SetController("");
@@ -285,6 +293,144 @@ TEST_F(TServiceTools, ADownloadThatFailsTellsWhere) {
         EXPECT_EQ(Nabto.OpenStreams(), 0U);
         RemoveFiles("FDlog_*");
     }
+    Close();
+}
+
+TEST_F(TStrictServiceTools, WhatCameOfTheFlashLogIsSavedAndTheRestTold) {
+    struct TCase {
+        std::string Faults;
+        TLines Boxes; // before the last one
+        std::string Missing;
+        std::string FirstRow;
+        std::size_t Rows; // 0: no file
+    };
+    const std::string first = "1;02-03-2026;06:56:00;";  // of block 6607
+    const std::string second = "0;02-03-2026;07:28:00;"; // of block 0, behind nothing
+    const std::string part = "FDlog_410000000001_02-03-20260800_part.csv";
+    const auto missing = [](int blocks, const std::string& lines) {
+        return "Only " + std::to_string(blocks) + " of 2 blocks were read.\n" + lines;
+    };
+    StartIdle();
+    Main().FlasDatalog1.Click();
+    for (const auto& [faults, boxes, lines, firstRow, rows] : std::vector<TCase>{
+             {"Refuse=3; query=flashRead.json; block=6607",
+              {},
+              missing(1, "Blocks 6607 to 6607: the device refused (status 3)"),
+              second,
+              16},
+             {"Error=busy; query=flashRead.json; block=0",
+              {},
+              missing(1, "Blocks 0 to 0: the device refused (busy)"),
+              first,
+              16},
+             {"LostAnswer=on; query=flashRead.json",
+              {},
+              missing(0, "Blocks 6607 to 6607: the device did not answer\n"
+                         "Blocks 0 to 0: the device did not answer"),
+              "",
+              0},
+             {"NoAnswer=on; query=stream; skip=5",
+              {"No connection to the device", NoStream},
+              missing(1, "Blocks 0 to 0: no stream could be opened"),
+              first,
+              16},
+             {"BrokenStream=1000; query=stream; skip=4", Broken,
+              missing(1, "Blocks 0 to 0: the stream broke off"), first, 19},
+             {"StalledStream=600; query=stream; times=21", // until the first segment is given up
+              {TimeOut},
+              missing(1, "Blocks 6607 to 6607: nothing more came in time"),
+              first,
+              18},
+             {"", {}, "", first, 32},
+         }) {
+        SCOPED_TRACE(faults);
+        SetController("");
+        ShownFlash().DayTracker.SetUpperPosition(2);
+        SetController(faults);
+        ExpectBoxes(boxes);
+        ExpectBoxes({lines.empty() ? ShowIt
+                     : rows == 0   ? lines
+                                   : lines + "\nWhat came is saved in " + part + ".\nShow it on the graph?"});
+        Flash().DT_GetData.Click();
+        EXPECT_TRUE(Dialogs.AllAnswered());
+        EXPECT_EQ(Saved("FDlog_*").size(), rows == 0 ? 0U : 1U);
+        EXPECT_EQ(Saved("*_part.csv").size(), rows == 0 || rows == 32 ? 0U : 1U);
+        if (rows != 0) {
+            EXPECT_THAT(Text("FDlog_*"), StartsWith(firstRow));
+            EXPECT_EQ(Lines("FDlog_*").size(), rows + 1);
+            EXPECT_EQ(Text("FDlog_*").find("00-00-2000"), std::string::npos);
+        }
+        for (const auto line : SplitStrictly(lines, '\n')) {
+            EXPECT_THAT(Memo(), testing::Contains(line));
+            EXPECT_EQ(Main().MemoEventLog.Lines().back().starts_with("Flash datalog: "), true);
+        }
+        EXPECT_EQ(Nabto.OpenStreams(), 0U);
+        RemoveFiles("FDlog_*");
+    }
+    // Nothing is told to be saved that is not.
+    ShownFlash().DayTracker.SetUpperPosition(2);
+    Files.Unwritable.insert("/t/log/userlog");
+    ExpectBoxes({"Cannot make directory /t/log/userlog: Permission denied"});
+    Dialogs.ExpectSaveFile(Language("Nabtodriver", "ButFlashdatalog"), std::nullopt);
+    ExpectBoxes({"The flash datalog was read, but not saved."});
+    Flash().DT_GetData.Click();
+    // A range behind counters that were not read is none.
+    Flash().ButFlashDatalog.Click();
+    SetController("StalledStream=2; query=stream");
+    ExpectBoxes({TimeOut});
+    Flash().ButFlashDatalog.Click();
+    EXPECT_EQ(Flash().CurrentLogBlock, 1);
+    Log.clear();
+    Flash().DT_GetData.Click();
+    EXPECT_EQ(Flash().DT_LabelNotice.Caption(),
+              "The log's counters were not read, so the range is not known.");
+    EXPECT_TRUE(Flash().DT_LabelNotice.Visible() && Log.empty());
+    Close();
+}
+
+TEST_F(TStrictServiceTools, WhatCameOfTheErrorLogAndTheEepromIsSavedAndTheRestTold) {
+    const std::string refused = "The error log was not read: the device refused (status 2).";
+    StartIdle();
+    TNotice& notice = Program->NabtoDevice.ErrorLogNotice;
+    Main().but_errorlog.Click();
+    const TLines whole = Lines("errorlog *");
+    EXPECT_FALSE(notice.Visible());
+    RemoveFiles("errorlog *");
+    SetController("StalledStream=301; query=stream");
+    ExpectBoxes({TimeOut});
+    Main().but_errorlog.Click();
+    const std::string part = "Only 50 of 100 events of the error log were read: nothing more came in time.";
+    EXPECT_EQ(notice.Text.Caption(), part);
+    TLines lines = Lines("errorlog *");
+    ASSERT_EQ(lines.size(), 52U);
+    EXPECT_EQ(lines.back(), part);
+    EXPECT_TRUE(std::equal(lines.begin() + 1, lines.end() - 1, whole.begin() + 1));
+    lines.emplace_back("File saved in userlog directory");
+    EXPECT_EQ(Main().ErrorLog.Memo.Lines(), lines);
+    SetController("Refuse=2; query=eepReadRaw.json");
+    Main().but_errorlog.Click();
+    EXPECT_EQ(notice.Text.Caption(), refused);
+    Main().Nabtodebug1Click();
+    ExpectBoxes({refused});
+    Program->NabtoDevice.ButErorlog.Click();
+    EXPECT_EQ(Saved("errorlog *").size(), 1U);
+
+    auto& tools = Program->NabtoDevice.ServiceTools;
+    tools.RErrorlogStart.SetText("256");
+    tools.RErrorlogLength.SetText("4");
+    ExpectBoxes({"Only 0 of 8 bytes were read.\nBytes 256 to 263: the device refused (status 2)"});
+    tools.butGetEepromValues.OnClick();
+    EXPECT_TRUE(Saved("EElist_*").empty());
+    SetController("ShortRead=3; query=eepReadRaw.json");
+    ExpectBoxes(Broken);
+    ExpectBoxes({"Only 5 of 8 bytes were read.\nBytes 261 to 263: the stream broke off\n"
+                 "What came is saved in EElist_410000000001_02-03-20260800_part.csv."});
+    tools.butGetEepromValues.OnClick();
+    EXPECT_EQ(Text("EElist_*_part.csv"), "EENum- 256;1\r\nEENum- 258;6607\r\n");
+    SetController("");
+    ExpectBoxes({"done... download"});
+    tools.butGetEepromValues.OnClick();
+    EXPECT_EQ(Lines("EElist_410000000001_02-03-20260800.csv").size(), 4U);
     Close();
 }
 
@@ -322,8 +468,10 @@ TEST_F(TServiceTools, CountersThatAreOddLeaveNothingBroken) {
         EXPECT_TRUE(Flash().PanelFDDatalog.Visible());
         Flash().DT_GetData.Click();
         EXPECT_EQ(Memo().back(), last);
+        EXPECT_EQ(Flash().DT_LabelNotice.Visible(), last == end);
         Flash().ButFlashDatalog.Click();
     }
+    EXPECT_EQ(Flash().DT_LabelNotice.Caption(), "");
     Main().Profile.FlashPage.DF_FDCountNum = 0;
     ExpectBoxes({Language("Nabtodriver", "errorlogcounter")});
     Flash().ButFlashDatalog.Click();
@@ -349,28 +497,38 @@ TEST_F(TServiceTools, TheErrorLogGetsItsPage) {
     struct TCase {
         std::string Faults;
         TLines Boxes;
-        std::string Last;
+        std::string Last, Reason;
     };
-    for (const auto& [faults, boxes, last] : std::vector<TCase>{
-             {"Refuse=2; query=eepReadRaw.json", {}, "Read Length: 400"},
-             {"NoAnswer=on; query=eepReadRaw.json", {}, "Read Length: 400"},
-             {"NoAnswer=on; query=stream", {"No connection to the device"}, "Starting Stream..."},
-             {"ShortRead=1; query=eepReadRaw.json", Broken, "Stream is Closed now "}}) {
+    const TNotice& notice = Program->NabtoDevice.ErrorLogNotice;
+    EXPECT_FALSE(notice.Visible());
+    for (const auto& [faults, boxes, last, reason] : std::vector<TCase>{
+             {"Refuse=2; query=eepReadRaw.json", {}, "Read Length: 400", "the device refused (status 2)"},
+             {"NoAnswer=on; query=eepReadRaw.json", {}, "Read Length: 400", "the device did not answer"},
+             {"NoAnswer=on; query=stream",
+              {"No connection to the device"},
+              "Starting Stream...",
+              "no stream could be opened"},
+             {"ShortRead=300; query=eepReadRaw.json", Broken, "Stream is Closed now ",
+              "the stream broke off"}}) {
         SCOPED_TRACE(faults);
         SetController(faults);
         ExpectBoxes(boxes);
         Main().but_errorlog.Click();
         EXPECT_EQ(Memo().back(), last);
         EXPECT_EQ(page.Memo.Lines(), lines);
+        EXPECT_EQ(notice.Text.Caption(), "The error log was not read: " + reason + ".");
+        EXPECT_TRUE(notice.Visible());
     }
     EXPECT_EQ(Saved("errorlog *").size(), 1U);
 
     // Fewer events, and their raw words.
     SetController("", "LogBlock=1\nErrorEvents=1");
+    EXPECT_TRUE(notice.Visible());
     const std::size_t pages = Main().TheTab.Pages.size();
     Main().Configuration.ErrorLog.doIncludeValuesInFile = true;
     Main().but_errorlog.Click();
     EXPECT_EQ(Main().TheTab.Pages.size(), pages);
+    EXPECT_FALSE(notice.Visible());
     EXPECT_EQ(Saved("errorlog *").size(), 2U);
     ASSERT_EQ(page.Memo.Lines().size(), 202U);
     EXPECT_THAT(page.Memo.Lines()[1], StartsWith("DataValues for calculation -> MoDy "));
@@ -451,12 +609,24 @@ TEST_F(TServiceTools, ThePanelsAreShownByTheirOptions) {
     tools.BtnReadFlash.Click();
     EXPECT_EQ(Lines("FDlog_*").size(), 2U);
     RemoveFiles("FDlog_*");
-    // Not one record, and nothing to show.
+    // Not one record, and nothing to show: the profile of before stays, with what the user made of it.
+    auto& graph = Main().GraphPage.graph;
+    const std::size_t channels = graph.Channels.Count();
+    graph.Channels[0].SetVisible(false);
+    graph.Channels[1].SetColor(TColor{0x123456});
+    const auto rows = Main().Profile.GraphValues;
     Dialogs.ExpectMessage(ShowIt, EModalResult::Yes);
     tools.editReadLength.SetText("255");
     EXPECT_THROW(tools.BtnReadFlash.Click(), EListError);
     EXPECT_EQ(Lines("FDlog_*").size(), 1U);
     EXPECT_TRUE(Main().TabSetpoint.Visible() && Main().Profile.ProfileLoaded);
+    EXPECT_EQ(std::pair(Main().Caption(), Main().Profile.currentprofilefile.string()),
+              std::pair(std::string(Profile), std::string(Profile)));
+    EXPECT_EQ(Main().ModbusPanel.GlobalPlsFilePath, Profile);
+    EXPECT_EQ(Main().Profile.GraphValues, rows);
+    EXPECT_EQ(graph.Channels.Count(), channels);
+    EXPECT_FALSE(graph.Channels[0].Visible());
+    EXPECT_EQ(graph.Channels[1].Color(), TColor{0x123456});
 
     Log.clear();
     tools.BtnWriteFlash.OnClick();

@@ -470,6 +470,21 @@ TEST_F(TServiceTest, FaultsStrikeServiceFunctions) {
     EXPECT_EQ(Read("eepReadRaw.json", 0, 10).size(), 3U);
     EXPECT_EQ(Read("eepReadRaw.json", 0, 2).size(), 0U);
     EXPECT_EQ(Read("flashRead.json", 0, 10).size(), 5U);
+    // A block is touched by a read that begins, or ends, within it; the second area's first one lies behind a
+    // gap.
+    Load("Refuse=3; query=flashRead.json; block=1\nRefuse=4; query=flashRead.json; block=2544");
+    const std::vector<std::pair<std::pair<std::uint32_t, std::uint32_t>, int>> reads{
+        {{0x20000, 4096}, 0}, {{0x20000, 4097}, 3},  {{0x21FFF, 1}, 3},
+        {{0x22000, 9}, 0},    {{0xA10000, 4096}, 0}, {{0xD2FFFF, 2}, 4}};
+    for (const auto& [read, status] : reads)
+        EXPECT_EQ(Ask("flashRead.json", FormatRWData(read.first, read.second)), status) << read.first;
+    Load("StalledStream=600");
+    Ask("flashRead.json", FormatRWData(0x20000, 1000));
+    ASSERT_TRUE(Controller().OpenStream(Now));
+    EXPECT_EQ(Controller().ReadStream(1000, Now).Bytes.size(), 600U);
+    const TStreamPiece stalled = Controller().ReadStream(1000, Now);
+    EXPECT_EQ(stalled.Outcome, EStreamOutcome::Done);
+    EXPECT_TRUE(stalled.Bytes.empty() && stalled.DelayMs > 0);
     Load("NoAnswer=on; skip=4; times=1"); // the second piece of the stream
     Prepare(1, image);
     Stream(0xA10000, 600, image);

@@ -37,6 +37,7 @@ TEST(SimulationFile, TellsMistakesByFileSectionAndKey) {
         {"Faults a", "WrongCount=1; query=ping.json", ": this fault never comes with query=ping.json"},
         {"Faults a", "Refuse=1; query=ping.json", ": this fault never comes with query=ping.json"},
         {"Faults a", "ShortRead=1; query=stream", ": this fault never comes with query=stream"},
+        {"Faults a", "Refuse=1; block=6608", R"(: "6608" is not within 0 and 6607)"},
         {"Faults a", "BadImage=17", R"(: "17" is not within 1 and 16)"},
         {"Faults a", "NoReturn=on; query=admincmd.json", ": this fault never comes with query=admincmd.json"},
         {"Service a", "Image 0=0xA10000; room=1", R"(: "0" is not within 1 and 16)"},

@@ -23,7 +23,7 @@ struct TIdleDeviceHost : TNabtoDevice::IHost {
     std::filesystem::path GetFlashLogProfilepath() const override { return {}; }
     void ShowFlashDatalog(const std::filesystem::path&, const std::filesystem::path&) override {}
     std::int32_t ErrorLogOffset() const override { return 0; }
-    void EvalErrorlog(const std::string&) override {}
+    void EvalErrorlog(const std::string&, const std::string&) override {}
 };
 
 } // namespace tidewell::test

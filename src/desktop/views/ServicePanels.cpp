@@ -102,6 +102,9 @@ void AddFlashRange(QVBoxLayout& column, TFlashDatalog& flash, const TViewContext
     edits.addWidget(&back, 1, 0);
     edits.addWidget(&NewMaskEdit(frame, flash.DT_MaskeditEndDate, back, context), 1, 1);
     edits.addWidget(&NewButton(frame, flash.DT_GetData, context), 1, 3);
+    QLabel& notice = NewLabel(frame, flash.DT_LabelNotice);
+    notice.setWordWrap(true);
+    rows.addWidget(&notice);
     BindPanel(frame, flash.PanelFDDatalog);
 }
 
