@@ -32,10 +32,13 @@ TContinuousUpdate::TContinuousUpdate(const TParts& parts)
 }
 
 void TContinuousUpdate::ButContUpdateClick() {
-    if (RPCEnableMultibleUpdate)
+    if (RPCEnableMultibleUpdate) {
         StopTest();
-    else if (!Parts.Use.Taken())
-        StartTest();
+    } else if (!Parts.Use.Taken()) {
+        const TDeviceUse::TAction action(Parts.Use);
+        if (action)
+            StartTest();
+    }
 }
 
 void TContinuousUpdate::StartTest() {

@@ -35,7 +35,7 @@ class TContinuousUpdate {
         const IClock& Clock;
         ITimers& Timers;
         const TCurrentInifilesPath& Paths;
-        const TDeviceUse& Use;
+        TDeviceUse& Use;
         TUpdateStatus& Status;
         TFirmwareUpdate& Update;
         TMemo& memoDebug;

@@ -2,14 +2,18 @@
 
 #include "core/controls/ControlLock.h"
 
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
 namespace tidewell {
 
-// Who has the device for an action of more than one exchange. The device has one stream, and the event loop
-// runs between the exchanges, so that another action can be asked for: it has to hold the use first, and to
-// do nothing if it cannot. The controls that ask for such actions are disabled meanwhile.
+// Whom actions on the user's behalf go to, and who of them has the device for itself. Whatever writes to the
+// device, or reads it outside the poll cycle, does so below a TAction: its making brings the driver to the
+// device in force.
 class TDeviceUse {
   public:
     // The controls must live as long as anyone holds the use.
@@ -17,32 +21,89 @@ class TDeviceUse {
         Controls.insert(Controls.end(), controls.begin(), controls.end());
     }
     bool Taken() const { return IsTaken; }
+    // Whether an action that has the device for itself is under way, so that the driver must not get another.
+    bool Fixed() const { return IsFixed; }
+    // The driver has got another device, with which all actions that are under way have lost theirs.
+    void DeviceChanged() { ++Changes; }
 
-    class THold {
+    // Brings the driver to the device in force and gives its address; nothing when it cannot be had, of which
+    // the user has been told.
+    std::function<std::optional<std::string>()> Take;
+    // Tells the user that an action has lost this device. Must not throw.
+    std::function<void(const std::string& device)> TellLost;
+
+    // An action on the user's behalf, to be made before its first step, which is left out if it is false.
+    // Actions may stand below one another; only the outermost has anything to take.
+    class TAction {
       public:
-        explicit THold(TDeviceUse& use) : Use(use), Mine(!std::exchange(use.IsTaken, true)) {
-            if (Mine)
-                Use.Lock.Lock(Use.Controls);
+        explicit TAction(TDeviceUse& use) : Use(use), Address(use.Take ? use.Take() : std::string()) {
+            Changes = Use.Changes;
+            ++Use.Depth;
         }
-        ~THold() {
-            if (!Mine)
-                return;
-            Use.IsTaken = false;
-            Use.Lock.Release();
+        ~TAction() {
+            if (--Use.Depth == 0 && Address && !Kept() && Use.TellLost)
+                Use.TellLost(*Address);
         }
-        THold(const THold&) = delete;
-        THold& operator=(const THold&) = delete;
-        explicit operator bool() const { return Mine; }
+        TAction(const TAction&) = delete;
+        TAction& operator=(const TAction&) = delete;
+        explicit operator bool() const { return Address.has_value(); }
+        // What the action goes to.
+        const std::string& Device() const { return Address.value(); }
+        // False once the driver has got another device, which ends the action.
+        bool Kept() const { return Address && Changes == Use.Changes; }
 
       private:
         TDeviceUse& Use;
-        const bool Mine;
+        std::optional<std::string> Address;
+        std::size_t Changes = 0;
+    };
+
+    // An action that has the device for itself. The device has one stream, and the event loop runs between
+    // the exchanges, so that another such action can be asked for: it does nothing if it cannot hold the use.
+    // The controls that ask for such actions are disabled meanwhile.
+    class THold {
+      public:
+        explicit THold(TDeviceUse& use) : Lock(use) {
+            if (!Lock.Mine)
+                return;
+            Action.emplace(use);
+            Lock.Fix(static_cast<bool>(*Action));
+        }
+        THold(const THold&) = delete;
+        THold& operator=(const THold&) = delete;
+        explicit operator bool() const { return Action && *Action; }
+
+      private:
+        struct TLock {
+            explicit TLock(TDeviceUse& use) : Use(use), Mine(!std::exchange(use.IsTaken, true)) {
+                if (Mine)
+                    Use.Lock.Lock(Use.Controls);
+            }
+            ~TLock() {
+                if (!Mine)
+                    return;
+                Use.IsTaken = false;
+                Use.IsFixed = false;
+                Use.Lock.Release();
+            }
+            TLock(const TLock&) = delete;
+            TLock& operator=(const TLock&) = delete;
+            void Fix(bool fixed) const { Use.IsFixed = fixed; }
+
+            TDeviceUse& Use;
+            const bool Mine;
+        };
+        TLock Lock;
+        std::optional<TAction> Action;
     };
 
   private:
     std::vector<TControl*> Controls;
     TControlLock Lock;
     bool IsTaken = false;
+    bool IsFixed = false;
+    std::size_t Changes = 0; // of the driver's device
+    std::size_t Depth = 0;   // actions below one another
 };
 
 } // namespace tidewell

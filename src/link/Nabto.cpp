@@ -1,11 +1,13 @@
 #include "link/Nabto.h"
 
 #include "core/Errors.h"
+#include "core/Numbers.h"
 #include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IFiles.h"
 #include "core/ports/IWait.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tidewell {
@@ -43,7 +45,8 @@ int TUNabto::Init(const std::string& user, const std::string& password) {
     }
     if (const auto status = Library.NabtoStartUp(homeDirectory); status != NABTO_OK)
         return status;
-    queriesFile = standaloneQueries;
+    if (std::exchange(queriesFile, standaloneQueries) != standaloneQueries)
+        Described.emplace_back(); // the new session begins with the interface of another kind of device
     const auto open = [&] {
         return Status(Library.NabtoOpenSession(&Session, user.c_str(), password.c_str()));
     };
@@ -149,10 +152,15 @@ std::string TUNabto::SendQuery(const std::string& device, const std::string& req
 }
 
 bool TUNabto::ping(const std::string& device) {
+    if (!device.empty()) {
+        std::erase(Described, device);
+        Described.push_back(device);
+    }
     // A device that changed its kind at each answer would otherwise switch the interface for ever.
     for (int level = 0; level < 3; ++level) {
         if (getpingResponse(SendQuery(device, "ping.json", PingRequest())) != PongWord)
             return false;
+        Described = {device};
         const char* fitting = isGateway() ? gatewayQueries : standaloneQueries;
         if (isGateway() == (queriesFile == gatewayQueries))
             return true;
@@ -160,6 +168,11 @@ bool TUNabto::ping(const std::string& device) {
         setQueriesFile(queriesFile);
     }
     return true;
+}
+
+bool TUNabto::MayDescribeAnother(const std::string& device) const {
+    return !std::ranges::all_of(Described,
+                                [&device](const std::string& pinged) { return SameText(pinged, device); });
 }
 
 bool TUNabto::isGateway() const {

@@ -67,6 +67,11 @@ class TUNabto : public TStreamProgress {
     std::string SendQuery(const std::string& device, const std::string& request, const std::string& data);
     // Whether the device answers. Fills the identity fields and installs the interface that fits the device.
     bool ping(const std::string& device);
+    // Empty before the first ping.
+    std::string PingedLast() const { return Described.empty() ? std::string() : Described.back(); }
+    // Whether another device was pinged since this one last answered, so that the facts or the interface
+    // definition may be that one's.
+    bool MayDescribeAnother(const std::string& device) const;
     bool isGateway() const;
     bool isZelt4() const { return model == "30015"; }
 
@@ -120,6 +125,7 @@ class TUNabto : public TStreamProgress {
     std::filesystem::path Directory;
     void* Session = nullptr;
     TNabtoStream Streams;
+    std::vector<std::string> Described; // who answered last, and who was pinged in vain since
 };
 
 } // namespace tidewell

@@ -21,6 +21,7 @@ namespace {
 constexpr const char* readSetpoint = "setpointReadValue.json";
 constexpr const char* readDatapoint = "datapointReadValue.json";
 constexpr const char* notConnected = "NOT CONNECTED TO BASESTATION!";
+constexpr int deviceInUse = -4;
 
 // A log of events has a word of each, then another word of each.
 constexpr std::uint32_t ErrorLogEvents = 100;
@@ -50,7 +51,8 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
                            const IClock& clock, const TCurrentInifilesPath& paths,
                            const TExtensions& extensions, TUNabto& nabto, TModbusPanel& panel, IHost& host)
     : TForm("NabtoDevice", "Nabto"), Identity(dialogs, nabto, device),
-      Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }), UpdateStatus(clock),
+      Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }),
+      InForce({host, dialogs, nabto, LblNabto, StatusBar, device, Domain, initialized}), UpdateStatus(clock),
       UpdateRun(wait, nabto, UpdateStatus, device, [&host] { return host.FormOpen(); }),
       Upload(
           {dialogs, files, clock, nabto, UpdateRun, memoDebug, streamDelayEdit, device, CurrentUpdateSWFile}),
@@ -66,6 +68,12 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
       Dialogs(dialogs), Wait(wait), Files(files), Paths(paths), Extensions(extensions), Nabto(nabto),
       Panel(panel), Host(host) {
     InitControls();
+    Use.Take = [this] {
+        return InForce.Take();
+    };
+    Use.TellLost = [this](const std::string& lost) {
+        InForce.TellLost(lost);
+    };
     btnPing.OnClick = [this] {
         btnPingClick();
     };
@@ -174,12 +182,18 @@ void TNabtoDevice::ReadLanguage() {
     butChangeDeviceID.SetCaption(texts.ButChangeID);
     ButAccount.SetCaption(texts.ButAccount);
     FlashDatalog.ApplyTexts(texts);
+    InForce.Texts = ReadDeviceInForceTexts(language);
 }
 
 int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
     if (!deviceid.empty()) {
-        const bool whole = Domain.empty() || LowerCase(deviceid).find(LowerCase(Domain)) != std::string::npos;
-        device = whole ? deviceid : deviceid + "." + Domain;
+        const std::string address = InForce.AddressOf(deviceid);
+        if (!SameText(address, device)) {
+            if (Use.Fixed())
+                return deviceInUse;
+            Use.DeviceChanged();
+        }
+        device = address;
         SaveDevice();
     }
     ApiClient = &apiClient;
@@ -259,8 +273,8 @@ std::string TNabtoDevice::ReadValue(int CMD, int address, int obj) {
     return Nabto.SendQuery(device, CMD == 3 ? readSetpoint : readDatapoint, request);
 }
 
-std::string TNabtoDevice::SendValue(int value, int address, int obj) {
-    return Nabto.SendQuery(device, "setpointWriteValue.json",
+std::string TNabtoDevice::SendValue(const TDeviceUse::TAction& action, int value, int address, int obj) {
+    return Nabto.SendQuery(action.Device(), "setpointWriteValue.json",
                            TUNabto::FormatSaveSetpoint(KnownObject(obj), address, value));
 }
 
@@ -368,6 +382,9 @@ void TNabtoDevice::ButErorlogClick() {
 
 void TNabtoDevice::BtnUpdateClick() {
     if (Use.Taken())
+        return;
+    const TDeviceUse::TAction action(Use);
+    if (!action)
         return;
     ContinuousUpdate.UseMultibleFiles = false;
     Update.SelectConfigFile();

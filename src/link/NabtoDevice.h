@@ -9,6 +9,7 @@
 #include "core/controls/Simple.h"
 #include "core/controls/StatusBar.h"
 #include "link/ContinuousUpdate.h"
+#include "link/DeviceInForce.h"
 #include "link/DeviceUse.h"
 #include "link/EepromReader.h"
 #include "link/FileUpload.h"
@@ -43,8 +44,10 @@ struct TCredentials;
 class TNabtoDevice : public TForm {
   public:
     // What the driver needs of the main form.
-    class IHost : public TFlashDatalog::IHost {
+    class IHost : public TFlashDatalog::IHost, public TDeviceInForce::IHost {
       public:
+        bool FormOpen() const override = 0; // of both
+        void AddEventLog(const std::string& line) override = 0;
         virtual void UpdateTimerTimer() = 0; // the values of a cycle are there
         virtual void StopLog() = 0;
         virtual void Setup1Click() = 0;
@@ -66,7 +69,8 @@ class TNabtoDevice : public TForm {
 
     // Takes the device (an empty id keeps the one in force) and opens the session if none stands. 0: go on,
     // even if the library failed, which the first ping then shows; -2 not logged in; -3 refused; 1030 a
-    // device that is not local in an offline session. Keeps the client.
+    // device that is not local in an offline session; -4 another device than that of an action which has it
+    // for itself. Keeps the client.
     int init(const std::string& deviceid, TApiClient& apiClient);
     // Key Enabled, read afresh. Throws EConvertError.
     bool isEnabled() const;
@@ -79,7 +83,8 @@ class TNabtoDevice : public TForm {
 
     // Raw replies. CMD 3 reads a setpoint, 4 a datapoint, any other nothing; obj above 10 counts as 0.
     std::string ReadValue(int CMD, int address, int obj);
-    std::string SendValue(int value, int address, int obj);
+    // Writes to the device of that action, which must have one.
+    std::string SendValue(const TDeviceUse::TAction& action, int value, int address, int obj);
     std::string GetDataList(const std::string& s);
     std::int32_t GetResponsstatus(const std::string& s);
     bool TryPing();
@@ -128,6 +133,7 @@ class TNabtoDevice : public TForm {
 
     std::filesystem::path CurrentUpdateSWFile; // the package in force
     TDeviceUse Use;
+    TDeviceInForce InForce;
     TUpdateStatus UpdateStatus;
     TUpdateRun UpdateRun;
     TFileUpload Upload;

@@ -12,8 +12,6 @@ namespace tidewell {
 namespace {
 
 constexpr std::size_t idLength = 12;
-constexpr int noPermission = -3;
-constexpr int remoteInOfflineSession = 1030;
 
 // The first characters, none of them cut in two: whatever announces itself on the network is listed.
 std::string Id(const std::string& device) {
@@ -96,18 +94,13 @@ std::string TSetupForm::RemoveDoinInfo(const std::string& s) const {
 }
 
 void TSetupForm::ShowInitFailure(int result, const std::string& otherwise) {
-    std::string text = otherwise;
-    if (result == noPermission)
-        text = "You do not have permission to access this device \"" + txtRemote.Text() + "\"";
-    else if (result == remoteInOfflineSession)
-        text =
-            "You cannot connect to the remote device \"" + txtRemote.Text() + "\" during an offline session.";
-    Dialogs.ShowMessageBox(EMessageKind::Warning, text, EButtons::Ok);
+    Dialogs.ShowMessageBox(EMessageKind::Warning, InitFailureText(result, txtRemote.Text(), otherwise),
+                           EButtons::Ok);
 }
 
 int TSetupForm::OpenLink(const std::string& device) {
     const TWaitCursor busy(Dialogs);
-    Device.IsLocalDevice = IsLocalDevice(device);
+    Device.IsLocalDevice = IsLocalDevice(device.empty() ? Device.device : device); // which init keeps
     return Device.init(device, Host.ApiClient());
 }
 

@@ -23,7 +23,8 @@ class TSetupForm : public TForm {
       public:
         virtual ~IHost() = default;
         virtual TApiClient& ApiClient() = 0;
-        // The id or address that the link was made with, for the next start of the log.
+        // The id or address that the link was made with, for the next start of the log; empty for the
+        // driver's own device.
         virtual void SetDeviceId(const std::string& device) = 0;
         virtual void TestProfileNabto() = 0;
         virtual void RepaintStatusBar() = 0;

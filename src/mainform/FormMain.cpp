@@ -5,6 +5,7 @@
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
+#include "core/Numbers.h"
 #include "core/TextFile.h"
 #include "logging/DatalogWriter.h"
 #include "mainform/NabtoUserFolder.h"
@@ -34,6 +35,7 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
                      [this] {
                          return IsOpen();
                      }}),
+      LinkedDevice(_commandLineParameters, forms.NabtoDevice, [this]() -> TApiClient& { return Client(); }),
       ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files),
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
       SetpointPage(TSetpointPage::TParts{Hosts.SetpointPage, ports.Dialogs, ports.Clock, ModbusPanel,
@@ -132,6 +134,9 @@ void TFormMain::ConnectControls() {
     };
     ButStopReadBack.OnClick = [this] {
         ReadBack.Cancel();
+    };
+    ProfileOpening.OnOtherProfile = LinkedDevice.OnOther = [this] {
+        ForgetValues();
     };
     ReadBackChanged = ReadBack.Changed.Connect([this] { ShowReadBack(); });
     Setup1.OnClick = [this] {
@@ -319,6 +324,12 @@ bool TFormMain::StartLink() {
     return Visible();
 }
 
+// Those of another device, or another profile, must not stand beside what is shown now.
+void TFormMain::ForgetValues() {
+    LiveLog.UpdateTimerCallBackEvents.ClearStrings();
+    SetpointPage.ForgetValues();
+}
+
 void TFormMain::OpenProfile2Click() {
     if (Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Texts.MessageStopLog, EButtons::OkCancel) !=
             EModalResult::Ok ||
@@ -355,6 +366,9 @@ void TFormMain::Nabtodebug1Click() {
 }
 
 void TFormMain::but_swupdateClick() {
+    const TDeviceUse::TAction action(Device().Use);
+    if (!action)
+        return;
     StopLog();
     LiveLog.TimerLogAutostart->SetEnabled(false); // no start of its own below the dialog
     Ports.Dialogs.Show(Forms.NabtoDevice);
@@ -362,14 +376,24 @@ void TFormMain::but_swupdateClick() {
 }
 
 void TFormMain::but_errorlogClick() {
+    const TDeviceUse::TAction action(Device().Use);
+    if (!action)
+        return;
     StopLog();
     Forms.NabtoDevice.ButErorlogClick();
 }
 
 void TFormMain::FlasDatalog1Click() {
+    TFlashDatalog& flash = Device().FlashDatalog;
+    if (flash.PanelFDDatalog.Visible()) {
+        Nabtodebug1Click();
+        return;
+    }
+    const TDeviceUse::TAction action(Device().Use);
+    if (!action)
+        return;
     Nabtodebug1Click();
-    if (!Forms.NabtoDevice.FlashDatalog.PanelFDDatalog.Visible())
-        Forms.NabtoDevice.FlashDatalog.ButFlashDatalogClick();
+    flash.ButFlashDatalogClick();
 }
 
 // The service form, which tells more, may be closed or covered.

@@ -20,6 +20,7 @@
 #include "mainform/FormMainControls.h"
 #include "mainform/FormMainHosts.h"
 #include "mainform/Languagedialog.h"
+#include "mainform/LinkedDevice.h"
 #include "mainform/Ports.h"
 #include "mainform/ProfileOpening.h"
 #include "mainform/SignIn.h"
@@ -115,6 +116,7 @@ class TFormMain : public TFormMainControls {
     TCurrentInifilesPath& FCurrentInifilesPath;
     const TExtensions& Extensions;
     TSignIn SignIn;
+    TLinkedDevice LinkedDevice;
     TModbusPanel ModbusPanel;
     TProfile Profile;
     TContextHelp ContextHelp;
@@ -145,6 +147,7 @@ class TFormMain : public TFormMainControls {
     void ShowUpdate();
     TDatalogParts DatalogParts();
     void ShowReadBack();
+    void ForgetValues();
     void CreateDirectories();
     // Sign-in and profile, with the link enabled. False when the program is about to end.
     bool StartLink();

@@ -9,7 +9,8 @@ bool TFormMainHosts::TLiveLogHost::NabtoEnabled() {
 }
 
 int TFormMainHosts::TLiveLogHost::InitLink() {
-    return Main.Device().init(Main._commandLineParameters.devid, Main.Client());
+    const int result = Main.LinkedDevice.Init();
+    return result == 0 && !Main.Device().InForce.Identify() ? -1 : result;
 }
 
 void TFormMainHosts::TLiveLogHost::StartPolling() {
@@ -51,6 +52,14 @@ void TFormMainHosts::TNabtoDeviceHost::StopLog() {
 
 void TFormMainHosts::TNabtoDeviceHost::Setup1Click() {
     Main.Setup1Click();
+}
+
+std::string TFormMainHosts::TNabtoDeviceHost::DeviceId() const {
+    return Main.LinkedDevice.Id();
+}
+
+int TFormMainHosts::TNabtoDeviceHost::InitLink() {
+    return Main.LinkedDevice.Init();
 }
 
 void TFormMainHosts::TNabtoDeviceHost::AddEventLog(const std::string& line) {
@@ -114,8 +123,7 @@ TApiClient& TFormMainHosts::TSetupFormHost::ApiClient() {
 }
 
 void TFormMainHosts::TSetupFormHost::SetDeviceId(const std::string& device) {
-    if (!device.empty()) // an empty one leaves the device in force
-        Main._commandLineParameters.devid = device;
+    Main.LinkedDevice.LinkedTo(device);
 }
 
 void TFormMainHosts::TSetupFormHost::TestProfileNabto() {

@@ -48,6 +48,8 @@ class TFormMainHosts {
         void UpdateTimerTimer() override;
         void StopLog() override;
         void Setup1Click() override;
+        std::string DeviceId() const override;
+        int InitLink() override;
         void AddEventLog(const std::string& line) override;
         bool ShowButtonDevid() const override;
         bool ErrorLogVisible() const override;

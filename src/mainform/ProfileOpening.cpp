@@ -18,6 +18,8 @@ constexpr std::size_t rowModelUnknown = 5;
 } // namespace
 
 void TProfileOpening::OpenProfile(const std::filesystem::path& path) {
+    if (path != Parts.Profile.currentprofilefile)
+        OnOtherProfile();
     Parts.Profile.Open(path);
     Parts.Controls.MemoEventLog.Add(path.string() + " opened");
     Parts.Controls.SetCaption(path.string());

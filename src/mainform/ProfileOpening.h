@@ -38,6 +38,8 @@ class TProfileOpening {
     std::string DialogOpenProfileCaption; // title of the file dialog
     TIniSection TestfileComport;          // messages of the language file, some of them by position
 
+    TEvent<> OnOtherProfile; // another file than before is being opened
+
     void OpenProfile(const std::filesystem::path& path);
     // Asks for a file. A cancel leaves the program with no profile.
     void OpenFileProfile();

@@ -202,12 +202,15 @@ void TInputDialog::SendEnteredValue() {
         Refuse(MessageWrongValue);
         return;
     }
-    if (!Parts.Device.initialized || !Parts.Device.isEnabled())
+    const std::int32_t eeAddress = IntegerField(ListField::EEadr);
+    const std::int32_t writeType = IntegerField(ListField::User5);
+    const TDeviceUse::TAction action(Parts.Device.Use);
+    // The dialog may have been closed, and shown for another row, while the device was taken.
+    if (!action || !Visible() || !Sending || !Parts.Device.initialized || !Parts.Device.isEnabled())
         return;
     {
         const TWaitCursor wait(Parts.Dialogs);
-        Parts.Device.SendValue(static_cast<std::int32_t>(s - offset), IntegerField(ListField::EEadr),
-                               IntegerField(ListField::User5));
+        Parts.Device.SendValue(action, static_cast<std::int32_t>(s - offset), eeAddress, writeType);
     }
     Close();
 }

@@ -7,6 +7,7 @@
 #include "core/Numbers.h"
 #include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
+#include "link/NabtoDevice.h"
 #include "model/ListField.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/SetpointRecords.h"
@@ -241,6 +242,9 @@ void TLoadSetpoints::ShowReadBack() {
 void TLoadSetpoints::ButWriteSetpointsClick() {
     if (Running)
         return;
+    const TDeviceUse::TAction action(Parts.Device.Use);
+    if (!action || Running)
+        return;
     Parts.MemoEventLog.Add("Writing setpoint to device Status Productionmode " + BooleanText(false));
     if (Parts.SelectedSetpointParent.empty()) {
         Parts.Dialogs.ShowMessage("Click on a device name");
@@ -251,7 +255,7 @@ void TLoadSetpoints::ButWriteSetpointsClick() {
     ResultList.Clear();
     Selected = CollectSelectedSetpoints();
     ShowGrid(false);
-    WriteSetpointsToDevice(true);
+    WriteSetpointsToDevice(action, true);
 }
 
 TSelectedSetpoints TLoadSetpoints::CollectSelectedSetpoints() const {
@@ -269,9 +273,9 @@ TSelectedSetpoints TLoadSetpoints::CollectSelectedSetpoints() const {
     return selected;
 }
 
-void TLoadSetpoints::WriteSetpointsToDevice(bool report) {
-    TSetpointWriteRun run({Parts.Dialogs, Parts.Panel, Parts.Device, Parts.ReadBack, Parts.Host, ResultList,
-                           ProgressBar, progresslabel},
+void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, bool report) {
+    TSetpointWriteRun run({Parts.Dialogs, Parts.Panel, Parts.Device, action, Parts.ReadBack, Parts.Host,
+                           ResultList, ProgressBar, progresslabel},
                           Parts.SelectedSetpointParent, DeviceSetpointProfilelist, Selected);
     const std::size_t writes = Selected.ValueAdrList.size();
     {

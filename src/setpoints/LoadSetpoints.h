@@ -89,7 +89,7 @@ class TLoadSetpoints : public TForm {
     void ShowSelected();
     void ShowGrid(bool show);
     TSelectedSetpoints CollectSelectedSetpoints() const;
-    void WriteSetpointsToDevice(bool report);
+    void WriteSetpointsToDevice(const TDeviceUse::TAction& action, bool report);
     void SaveResult();
 
     TParts Parts;

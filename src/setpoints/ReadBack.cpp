@@ -16,6 +16,10 @@ constexpr int cycles = 3;         // the first is only waited for
 
 } // namespace
 
+TDeviceUse& TReadBack::Use() const {
+    return Device.Use;
+}
+
 TReadBack::EResult TReadBack::Run() {
     if (IsRunning)
         throw TError("The setpoints are being read already");
@@ -34,24 +38,26 @@ TReadBack::EResult TReadBack::Run() {
         }
     } running(*this);
     Cancelled = false;
+    const TDeviceUse::TAction action(Device.Use);
+    if (!action)
+        return EResult::NotStarted;
     Device.ReadBack.SetDatapointList.clear(); // what an earlier order has left
     Host.StartLog(false, true);
     Device.ReadBack.SetDatapointListCount = 0;
     Device.ReadBack.Error_SetDatapointListCount = 0;
     IsWaiting = true;
     Changed.Emit();
-    const EResult result = WaitForSnapshot();
+    const EResult result = WaitForSnapshot(action);
     Host.StopLog();
     return result;
 }
 
-TReadBack::EResult TReadBack::WaitForSnapshot() {
+TReadBack::EResult TReadBack::WaitForSnapshot(const TDeviceUse::TAction& action) {
     if (Host.FormOpen() && !Device.Cycle.Dologging)
         return EResult::NotStarted;
-    const std::string device = Device.device;
     std::string shown = ProgressText();
     while (Device.ReadBack.SetDatapointListCount < snapshotReady) {
-        if (Cancelled || !Host.FormOpen() || Device.device != device)
+        if (Cancelled || !Host.FormOpen() || !action.Kept())
             return EResult::Ended;
         Wait.ProcessMessages();
         Wait.Sleep(round);

@@ -2,6 +2,7 @@
 
 #include "core/controls/Signal.h"
 #include "core/ports/IWait.h"
+#include "link/DeviceUse.h"
 
 #include <cstddef>
 #include <string>
@@ -42,6 +43,8 @@ class TReadBack {
 
     // Throws TError while Running, and what the start of the log throws.
     EResult Run();
+    // For whoever has to take the device before a step of its own.
+    TDeviceUse& Use() const;
     // Ends a wait; does nothing else.
     void Cancel() { Cancelled = true; }
     bool Running() const { return IsRunning; }
@@ -55,7 +58,7 @@ class TReadBack {
     TSignal<> Changed; // Running, or the progress
 
   private:
-    EResult WaitForSnapshot();
+    EResult WaitForSnapshot(const TDeviceUse::TAction& action);
 
     IHost& Host;
     IWait& Wait;

@@ -23,10 +23,16 @@ constexpr std::size_t snapshotRow = 1;
 void TSetpointFiles::Savesetpoints1Click() {
     if (Parts.ReadBack.Running())
         return;
+    const std::string deviceName = Parts.SelectedSetpointParent; // which a click may change meanwhile
+    if (deviceName.empty()) {
+        Parts.Host.StopLog();
+        return;
+    }
+    const TDeviceUse::TAction action(Parts.ReadBack.Use());
+    if (!action)
+        return;
     Parts.Host.StopLog();
-    if (!Parts.SelectedSetpointParent.empty())
-        SetpointSaveSetpoints(
-            std::string(Parts.SelectedSetpointParent)); // which a click may change meanwhile
+    SetpointSaveSetpoints(deviceName);
 }
 
 void TSetpointFiles::SetpointSaveSetpoints(const std::string& deviceName) {

@@ -197,6 +197,11 @@ void TSetpointPage::ApplyDataLine(std::string_view line) {
     SetpointGrid.Repaint();
 }
 
+void TSetpointPage::ForgetValues() {
+    CurrentSetpointValue.clear();
+    SetpointGrid.Repaint();
+}
+
 void TSetpointPage::FilterRows() {
     std::string wanted;
     AppendFolded(wanted, Trim(SetpointFilter.Text()));

@@ -88,6 +88,9 @@ class TSetpointPage {
     void SetpointGridSelectCell(int row);
     TCellLook SetpointGridDrawCell(int column, int row) const;
 
+    // Empties the column of values until the next data line.
+    void ForgetValues();
+
     // Empties SetpointFilter; false if it was.
     bool ClearSetpointFilter();
 

@@ -80,6 +80,10 @@ void TSetpointWriteRun::Run() {
     LastWriteResultList.insert(LastWriteResultList.end(), Snapshot.begin(), Snapshot.end());
 }
 
+bool TSetpointWriteRun::MayGoOn() const {
+    return Parts.Host.FormOpen() && Parts.Action.Kept();
+}
+
 void TSetpointWriteRun::ShowWaiting() {
     const THeldUpdates held(Parts.ResultList);
     for (const auto& [name, value] : Selected.ValueNamelist)
@@ -87,8 +91,7 @@ void TSetpointWriteRun::ShowWaiting() {
 }
 
 void TSetpointWriteRun::WriteAll() {
-    for (CurrentSetpointNumber = 0;
-         CurrentSetpointNumber < Selected.ValueAdrList.size() && Parts.Host.FormOpen();
+    for (CurrentSetpointNumber = 0; CurrentSetpointNumber < Selected.ValueAdrList.size() && MayGoOn();
          ++CurrentSetpointNumber)
         WriteOne();
 }
@@ -105,7 +108,7 @@ void TSetpointWriteRun::WriteOne() {
     if (address != noAddress && found != EEadrByModbusAdr.end() && !found->second.empty()) {
         eeAddress = ToIntegerOr(found->second, -1);
         if (eeAddress >= 0) {
-            const std::string answer = Parts.Device.SendValue(value, eeAddress, 0);
+            const std::string answer = Parts.Device.SendValue(Parts.Action, value, eeAddress, 0);
             // What a close has kept from being sent is not written.
             if (!answer.empty() || Parts.Host.FormOpen())
                 status = Parts.Device.GetResponsstatus(answer);
@@ -125,7 +128,7 @@ void TSetpointWriteRun::WriteOne() {
 }
 
 bool TSetpointWriteRun::ReadBackAll() {
-    if (!Parts.Host.FormOpen())
+    if (!MayGoOn())
         return false;
     Parts.progresslabel.SetCaption("Please wait reading of setpoints is in progress");
     auto result = TReadBack::EResult::NotStarted;

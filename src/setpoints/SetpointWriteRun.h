@@ -37,6 +37,7 @@ class TSetpointWriteRun {
         IDialogs& Dialogs;
         const TModbusPanel& Panel;
         TNabtoDevice& Device;
+        const TDeviceUse::TAction& Action; // whose device is written
         TReadBack& ReadBack;
         TReadBack::IHost& Host;
         TColorList& ResultList;
@@ -48,7 +49,8 @@ class TSetpointWriteRun {
     TSetpointWriteRun(const TParts& parts, std::string deviceName,
                       const std::vector<std::string>& profileList, const TSelectedSetpoints& selected);
 
-    // Does not throw; the log is stopped afterwards. A close of the main form ends the run early.
+    // Does not throw; the log is stopped afterwards. A close of the main form ends the run early, and so does
+    // another device.
     void Run();
 
     std::vector<std::string> LastWriteResultList; // lines of the result file; one may hold several
@@ -58,6 +60,7 @@ class TSetpointWriteRun {
   private:
     using TTexts = std::unordered_map<std::string_view, std::string_view>;
 
+    bool MayGoOn() const;
     void ShowWaiting();
     void WriteAll();
     void WriteOne();

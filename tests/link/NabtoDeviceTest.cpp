@@ -5,6 +5,7 @@
 #include "core/Errors.h"
 #include "link/Nabto.h"
 #include "model/ModbusPanel.h"
+#include "support/IdleDeviceHost.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
@@ -34,7 +35,7 @@ struct TFakeHttp : IHttp {
     std::string Body = R"({"User":"u","ID":"p"})";
 };
 
-struct TFakeHost : TNabtoDevice::IHost {
+struct TFakeHost : TIdleDeviceHost {
     void UpdateTimerTimer() override { Events.emplace_back("UpdateTimerTimer"); }
     void StopLog() override { Events.emplace_back("StopLog"); }
     void Setup1Click() override { Events.emplace_back("Setup1Click"); }
@@ -45,8 +46,6 @@ struct TFakeHost : TNabtoDevice::IHost {
     void StopRunningLog() override { Events.emplace_back("StopRunningLog"); }
     std::int32_t FlashCounterAddress() const override { return 256; }
     std::string CreateDatalogHeader() const override { return ";[HeaderStart]"; }
-    std::filesystem::path GetFlashLogProfilepath() const override { return {}; }
-    void ShowFlashDatalog(const std::filesystem::path&, const std::filesystem::path&) override {}
     std::int32_t ErrorLogOffset() const override { return 512; }
     void EvalErrorlog(const std::string& wordList, const std::string&) override {
         Events.push_back(wordList);
@@ -170,7 +169,8 @@ TEST_F(TNabtoDeviceTest, HandsWholeCyclesToTheHost) {
 TEST_F(TNabtoDeviceTest, ReadsAndWritesSingleValues) {
     Device.device = "d";
     Answer(R"({"response":{"status":0}})");
-    EXPECT_EQ(Device.GetResponsstatus(Device.SendValue(-1, 512, 11)), 0);
+    const TDeviceUse::TAction action(Device.Use);
+    EXPECT_EQ(Device.GetResponsstatus(Device.SendValue(action, -1, 512, 11)), 0);
     EXPECT_EQ(Device.ReadValue(3, 5, 10), R"({"response":{"status":0}})");
     Device.ReadValue(4, 5, 11);
     EXPECT_EQ(Device.ReadValue(5, 5, 1), "");

@@ -174,7 +174,8 @@ TEST_F(SetpointFiles, TheUserSeesAWaitAndCanEndIt) {
               }),
               ended);
     Main().MemoEventLog.Clear();
-    EXPECT_EQ(savedMeanwhile([this] { Driver().device = "999999999999"; }), ended);
+    EXPECT_EQ(savedMeanwhile([this] { Driver().init("410000000003", Main().Client()); }),
+              "The device 410000000001.hv.example was left in the middle of an action, which has ended");
     EXPECT_EQ(savedMeanwhile([&] {
                   Main().StopLog();
                   Time.After(60000, [&] {

@@ -13,6 +13,8 @@ struct TIdleDeviceHost : TNabtoDevice::IHost {
     void UpdateTimerTimer() override {}
     void StopLog() override {}
     void Setup1Click() override {}
+    std::string DeviceId() const override { return {}; }
+    int InitLink() override { return -1; }
     void AddEventLog(const std::string&) override {}
     bool ShowButtonDevid() const override { return false; }
     bool ErrorLogVisible() const override { return false; }
