@@ -18,6 +18,7 @@
 #include "link/PollCycle.h"
 #include "link/ReadBackSnapshot.h"
 #include "link/ServiceTools.h"
+#include "link/SessionKeeper.h"
 #include "link/UpdateRun.h"
 #include "link/UpdateStatus.h"
 
@@ -66,8 +67,10 @@ class TNabtoDevice : public TForm {
 
     // Takes the device (an empty id keeps the one in force) and opens the session if none stands. 0: go on,
     // even if the library failed, which the first ping then shows; -2 not logged in; -3 refused; 1030 a
-    // device that is not local in an offline session. Keeps the client.
+    // device that is not local in an offline session. Keeps the client. The event log says why not.
     int init(const std::string& deviceid, TApiClient& apiClient);
+    // The same without a line, for who is not signed in yet.
+    int Link(const std::string& deviceid, TApiClient& apiClient);
     // Key Enabled, read afresh. Throws EConvertError.
     bool isEnabled() const;
     void startLog(); // nothing before a successful init
@@ -150,7 +153,7 @@ class TNabtoDevice : public TForm {
     void ReadConfiguration();
     void SaveDevice();
     int GetCredentials(TCredentials& credentials);
-    int NoLink(int result);
+    int NoLink(int result, const std::string& cause);
     void CycleDone();
     void ShowProgress();
 
@@ -164,6 +167,9 @@ class TNabtoDevice : public TForm {
     IHost& Host;
     TEventLogTexts EventLogTexts;
     TApiClient* ApiClient = nullptr; // given to init
+    TLinkTexts LinkTexts;
+    std::string NoLinkCause; // of the last refusal
+    TSessionKeeper SessionKeeper;
 };
 
 } // namespace tidewell

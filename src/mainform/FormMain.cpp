@@ -42,7 +42,7 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
           TGraphPage::TParts{Profile, LogBuffers, ports.Dialogs, ports.Wait, MemoEventLog, FileProgressBar}),
       LiveLog(TLiveLog::TParts{Hosts.LiveLog, ports.Dialogs, ports.Clock, ports.Files, ports.Timers,
                                ModbusPanel, Profile, GraphPage, LogBuffers, TrafficButton, MemoEventLog,
-                               LoggingTexts, paths}),
+                               LoggingTexts, paths, extensions, Opening}),
       DatalogReader(DatalogParts()), SdDatalogReader(DatalogParts()), CsvExport(DatalogParts()),
       ProfileOpening(ports, TProfileOpening::TParts{*this, paths, ModbusPanel, Profile, SetpointPage,
                                                     GraphPage, nabto, forms.NabtoDevice}),
@@ -67,7 +67,8 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
 TDatalogParts TFormMain::DatalogParts() {
     return {Hosts.Datalog, Ports.Dialogs,   Ports.Files,
             Ports.Wait,    Profile,         GraphPage,
-            MemoEventLog,  FileProgressBar, FCurrentInifilesPath.directorypath};
+            MemoEventLog,  FileProgressBar, FCurrentInifilesPath.directorypath,
+            Opening};
 }
 
 void TFormMain::ConnectControls() {
@@ -133,6 +134,8 @@ void TFormMain::ConnectControls() {
     ButStopReadBack.OnClick = [this] {
         ReadBack.Cancel();
     };
+    Opening.AddControls(
+        {&OpenProfile2, &OpenDatalogfile1, &Open_sd_datalog, &Setup1, &DeviceID, &StartLog1, &TrafficButton});
     ReadBackChanged = ReadBack.Changed.Connect([this] { ShowReadBack(); });
     Setup1.OnClick = [this] {
         Setup1Click();
@@ -157,6 +160,9 @@ void TFormMain::ConnectService() {
     };
     FlasDatalog1.OnClick = [this] {
         FlasDatalog1Click();
+    };
+    Forms.NabtoDevice.Cycle.OnFailed = [this](const std::string& reason) {
+        LiveLog.PollingFailed(reason);
     };
     // A read that is under way is one of this device and this profile.
     Forms.NabtoDevice.Use.AddControls(
@@ -204,6 +210,10 @@ void TFormMain::ReadConfigurationFiles() {
     SetpointPage.CategoryPanelDebug.SetCaption(Texts.CategoryPanelEventlog);
     LoggingTexts = {Texts.MessageLoggingStart, Texts.MessageLoggingStop, Texts.MessageClearGraphData,
                     Texts.TrafficButtonON,     Texts.TrafficButtonOFF,   Texts.DialogSaveDatalogFile};
+    ReadOwnTexts(language, "LiveLog",
+                 {{LoggingTexts.LogStopped, "LogStopped"},
+                  {LoggingTexts.NoSession, "NoSession"},
+                  {LoggingTexts.AutoStartSpared, "AutoStartSpared"}});
     ProfileOpening.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
     GraphPage.Graphitems1.SetCaption(Texts.PopupMenu_GraphToolbar);
     GraphPage.Hold1.SetCaption(Texts.PopupMenu_Hold);
@@ -320,6 +330,9 @@ bool TFormMain::StartLink() {
 }
 
 void TFormMain::OpenProfile2Click() {
+    const TExclusiveUse::THold hold(Opening);
+    if (!hold)
+        return;
     if (Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Texts.MessageStopLog, EButtons::OkCancel) !=
             EModalResult::Ok ||
         !Visible()) // closed while it was asked
