@@ -43,6 +43,7 @@ class TGridHost : public TLiveLog::IHost {
     int InitLink() override { return 0; }
     void StartPolling() override {}
     void StopPolling() override {}
+    bool Polls() override { return true; }
     void ShowSetpointPage() override {}
     void Setup1Click() override {}
     void RepaintStatusBar() override {}
@@ -105,8 +106,10 @@ class TLogRig {
     TButton TrafficButton{"TrafficButton"};
     TLoggingTexts Texts;
     TCurrentInifilesPath Paths;
+    TExtensions Extensions;
+    TExclusiveUse Opening;
     TLiveLog Log{{Host, Dialogs, Clock, Files, Timers, Panel, Profile, Page, Buffers, TrafficButton,
-                  MemoEventLog, Texts, Paths}};
+                  MemoEventLog, Texts, Paths, Extensions, Opening}};
     std::array<std::string, 16> Lines;
 };
 

@@ -168,8 +168,9 @@ class TGraphRig {
     TLogBuffers Buffers;
     TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = Folder();
-    TDatalogParts Parts{Host, Dialogs,      Files,           Wait,         Profile,
-                        Page, MemoEventLog, FileProgressBar, directorypath};
+    TExclusiveUse Opening;
+    TDatalogParts Parts{Host, Dialogs,      Files,           Wait,          Profile,
+                        Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 
 std::size_t HeapInUse() {

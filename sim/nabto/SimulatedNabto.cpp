@@ -154,6 +154,13 @@ std::optional<TNabtoStatus> TSimulatedNabto::Prevented(std::string_view function
     return std::nullopt;
 }
 
+void TSimulatedNabto::EndSessionsIfDue() {
+    if (Prevented(EndSessionsFault, false)) {
+        Streams.clear();
+        Sessions.clear();
+    }
+}
+
 TNabtoStatus TSimulatedNabto::ReadFile() {
     FileInUse = SimulationFile.empty() ? Home / "simulation.ini" : SimulationFile;
     try {
@@ -342,6 +349,7 @@ TNabtoStatus TSimulatedNabto::RpcInvoke(const void* session, std::string_view ur
     if (const auto prevented = Prevented("nabtoRpcInvoke")) {
         return *prevented;
     }
+    EndSessionsIfDue();
     const TSession* const found = FindSession(session);
     if (found == nullptr) {
         return NABTO_INVALID_SESSION;

@@ -73,6 +73,7 @@ class TSimulatedNabto {
 
     // What a call ends with before it has begun: a fault of the library, or no start-up. Looks at the file.
     std::optional<TNabtoStatus> Prevented(std::string_view function, bool needsStartup = true);
+    void EndSessionsIfDue(); // by a fault
     TNabtoStatus ReadFile();
     void Refresh();
     void Take(const TSimulation& simulation);

@@ -29,6 +29,9 @@ struct TControllerSetup {
     std::int32_t Copies = 0; // further ones of its kind, which follow it with ids that count up
 };
 
+// Stands for a function: before the next request all sessions are gone, as after a suspend.
+inline constexpr const char* EndSessionsFault = "EndSessions";
+
 // A function of the library that fails with that status.
 struct TLibraryFault {
     std::string Function;

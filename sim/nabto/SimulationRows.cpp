@@ -149,11 +149,25 @@ constexpr std::array<TFaultName, 19> FaultNames{{
     {"NoReturn", EFault::NoReturn, EArgument::On},
 }};
 
-constexpr std::array<std::string_view, 12> Functions{
-    "nabtoStartup",      "nabtoShutdown",          "nabtoOpenSession",
-    "nabtoCloseSession", "nabtoCreateProfile",     "nabtoRpcSetDefaultInterface",
-    "nabtoRpcInvoke",    "nabtoStreamOpen",        "nabtoStreamClose",
-    "nabtoStreamWrite",  "nabtoStreamReadIntoBuf", "nabtoGetLocalDevices"};
+constexpr std::array<std::string_view, 13> Functions{EndSessionsFault,
+                                                     "nabtoStartup",
+                                                     "nabtoShutdown",
+                                                     "nabtoOpenSession",
+                                                     "nabtoCloseSession",
+                                                     "nabtoCreateProfile",
+                                                     "nabtoRpcSetDefaultInterface",
+                                                     "nabtoRpcInvoke",
+                                                     "nabtoStreamOpen",
+                                                     "nabtoStreamClose",
+                                                     "nabtoStreamWrite",
+                                                     "nabtoStreamReadIntoBuf",
+                                                     "nabtoGetLocalDevices"};
+
+void ParseOn(const std::string& text) {
+    if (!SameText(text, "on")) {
+        throw TError("\"" + text + "\" is neither on nor off");
+    }
+}
 
 void ParseArgument(EArgument argument, const std::string& text, TFault& fault) {
     switch (argument) {
@@ -161,9 +175,7 @@ void ParseArgument(EArgument argument, const std::string& text, TFault& fault) {
         fault.Number = ParseTime(text);
         return;
     case EArgument::On:
-        if (!SameText(text, "on")) {
-            throw TError("\"" + text + "\" is neither on nor off");
-        }
+        ParseOn(text);
         return;
     case EArgument::Text:
         fault.Text = text;
@@ -263,11 +275,14 @@ TLibraryFault ParseLibraryRow(const std::string& key, const std::string& text) {
             continue;
         }
         const TRowText row = SplitRowText(text);
-        const std::optional<TNabtoStatus> status = StatusByName(row.Head);
-        if (!status) {
+        TLibraryFault fault{std::string(function), 0, {}};
+        if (function == EndSessionsFault) {
+            ParseOn(row.Head);
+        } else if (const std::optional<TNabtoStatus> status = StatusByName(row.Head)) {
+            fault.Status = *status;
+        } else {
             Unknown("status", row.Head);
         }
-        TLibraryFault fault{std::string(function), *status, {}};
         for (const TRowText::TOption& option : row.Options) {
             if (!ParseCondition(option, fault.When)) {
                 Unknown("option", option.Name);

@@ -138,6 +138,7 @@ THttpReply TApiClient::Call(const std::string& method, const std::string& url, c
         request.Headers.emplace_back("Authorization", token);
     }
     THttpReply reply = Exchange(request);
+    LastFailure = reply.Code == 200 ? std::string() : RaisedText(reply);
     if (reply.Code < 0) {
         debugLines.push_back("No connection: " + reply.Error);
         if (OnNoConnection) {
@@ -259,6 +260,7 @@ int TApiClient::FetchIdentity(const std::string& path, TCredentials& credentials
             return -1;
         }
         if (reply.Body.empty()) {
+            LastFailure = "the reply is empty";
             debugLines.emplace_back("ERROR: Could not parse the result from login.");
             return -1;
         }
@@ -266,6 +268,7 @@ int TApiClient::FetchIdentity(const std::string& path, TCredentials& credentials
         credentials = TCredentials{TextMember(json, "User"), TextMember(json, "ID")};
         return 0;
     } catch (const std::exception& error) {
+        LastFailure = error.what();
         debugLines.push_back("s: " + reply.Reason);
         debugLines.push_back(std::string("ERROR: Unable to call the API. Reason: ") + error.what());
         return -1;

@@ -38,6 +38,7 @@ class TApiClient {
     bool _isLocalSession = false; // an offline session stands, until the program ends
     TCredentials _creds;          // of the offline session
     std::vector<std::string> debugLines;
+    std::string LastFailure; // status line or reason, when the last exchange was not done; else empty
     // Takes the reason whenever the server gave no reply at all. May be empty.
     std::function<void(const std::string&)> OnNoConnection;
     // A login that worked gave no token. May be empty.

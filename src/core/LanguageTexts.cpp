@@ -137,6 +137,20 @@ TEventLogTexts ReadEventLogTexts(const TIniFile& languageFile) {
     return texts;
 }
 
+TLinkTexts ReadLinkTexts(const TIniFile& languageFile) {
+    TLinkTexts texts;
+    ReadOwnTexts(languageFile, "Link",
+                 {{texts.NotLinked, "NotLinked"},
+                  {texts.NotSignedIn, "NotSignedIn"},
+                  {texts.NotLocal, "NotLocal"},
+                  {texts.NoUserName, "NoUserName"},
+                  {texts.SessionLost, "SessionLost"},
+                  {texts.SessionBack, "SessionBack"},
+                  {texts.SessionNotBack, "SessionNotBack"},
+                  {texts.NoAnswer, "NoAnswer"}});
+    return texts;
+}
+
 TSetpointHeadlines ReadSetpointHeadlines(const TIniFile& languageFile) {
     TSetpointHeadlines result;
     for (std::size_t column = 0; column < result.size(); ++column)

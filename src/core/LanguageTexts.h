@@ -122,6 +122,18 @@ struct TEventLogTexts {
     std::string NoToken = "Signed in, but the service gave no token";
 };
 
+// Lines of the event log about the link. A text that is missing keeps the English one.
+struct TLinkTexts {
+    std::string NotLinked = "No link to the device"; // its address and the cause follow
+    std::string NotSignedIn = "nobody is signed in";
+    std::string NotLocal = "in an offline session it must have been found on the local network";
+    std::string NoUserName = "the service gave no user name";
+    std::string SessionLost = "The session has ended and is opened anew"; // the library's reason follows
+    std::string SessionBack = "The session is open again";
+    std::string SessionNotBack = "The session cannot be opened"; // likewise; it is tried again
+    std::string NoAnswer = "the device does not answer";
+};
+
 // Column headings of the setpoint grid, `Col0` to `Col5`.
 using TSetpointHeadlines = std::array<std::string, 6>;
 
@@ -138,6 +150,7 @@ TLanguageTexts ReadLanguageTexts(const TIniFile& languageFile);
 TNabtodriverTexts ReadNabtodriverTexts(const TIniFile& languageFile);
 TFirmwareUpdateTexts ReadFirmwareUpdateTexts(const TIniFile& languageFile);
 TEventLogTexts ReadEventLogTexts(const TIniFile& languageFile);
+TLinkTexts ReadLinkTexts(const TIniFile& languageFile);
 TSetpointHeadlines ReadSetpointHeadlines(const TIniFile& languageFile);
 TUnitTexts ReadUnitTexts(const TIniFile& languageFile);
 

@@ -219,16 +219,23 @@ void TGraphPage::AddGraphSample(std::string_view line, std::size_t sampleIndex) 
     const TSplitLine fields(line);
     const bool drawn = IsDrawn(sampleIndex);
     std::size_t number = 0;
+    std::string fault; // of one curve, which must not cost the others their value
     for (const TGraphPoint& point : Parts.Profile.GraphPoints) {
         if (!point.IsChannel)
             continue;
+        const std::size_t channel = number++;
+        if (!point.Error.empty()) {
+            fault = fault.empty() ? point.Error : fault;
+            continue;
+        }
         const double value = CalculateDatapointValue(point, fields).Value;
-        DataLogDataValues.Set(number, sampleIndex, value);
+        DataLogDataValues.Set(channel, sampleIndex, value);
         if (drawn)
-            graph.Channels[number].Data.AddXYPoint(static_cast<double>(sampleIndex), value);
-        RenewName(number, point.Type, value);
-        ++number;
+            graph.Channels[channel].Data.AddXYPoint(static_cast<double>(sampleIndex), value);
+        RenewName(channel, point.Type, value);
     }
+    if (!fault.empty())
+        throw EConvertError(fault);
 }
 
 bool TGraphPage::IsDrawn(std::size_t sample) const {
@@ -430,6 +437,8 @@ void TGraphPage::DropSamplesFrom(std::size_t sample) {
     GraphDataLabelsDateText.Truncate(sample);
     if (DataLogDataValues.Samples() > sample)
         DataLogDataValues.Resize(sample);
+    for (TSLDisplayChannel& channel : graph.Channels)
+        channel.Data.DropFrom(static_cast<double>(sample));
 }
 
 std::size_t TGraphPage::GraphSampleCount() const {

@@ -58,6 +58,14 @@ void TSLChannelData::AddYPoint(double y) {
     AddXYPoint(Content.empty() ? 0 : Content.back().X + 1, y);
 }
 
+void TSLChannelData::DropFrom(double x) {
+    if (Content.empty() || Content.back().X < x)
+        return;
+    while (!Content.empty() && Content.back().X >= x)
+        Content.pop_back();
+    Redraw.Touch();
+}
+
 void TSLChannelData::GetDrawYData(double* buffer) const {
     std::transform(Content.begin(), Content.end(), buffer, [](const TSLPoint& point) { return point.Y; });
 }

@@ -26,6 +26,7 @@ class TSLChannelData {
     void Clear();
     void AddXYPoint(double x, double y);
     void AddYPoint(double y); // at the last X plus 1, the first at 0
+    void DropFrom(double x);  // the last points, as far as they lie at x or behind
     std::size_t GetSize() const { return Content.size(); }
     // Copies all Y values into a buffer of GetSize() elements.
     void GetDrawYData(double* buffer) const;

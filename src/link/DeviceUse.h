@@ -1,26 +1,19 @@
 #pragma once
 
-#include "core/controls/ControlLock.h"
+#include "core/controls/ExclusiveUse.h"
 
 #include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace tidewell {
 
 // Whom actions on the user's behalf go to, and who of them has the device for itself. Whatever writes to the
 // device, or reads it outside the poll cycle, does so below a TAction: its making brings the driver to the
 // device in force.
-class TDeviceUse {
+class TDeviceUse : public TExclusiveUse {
   public:
-    // The controls must live as long as anyone holds the use.
-    void AddControls(const std::vector<TControl*>& controls) {
-        Controls.insert(Controls.end(), controls.begin(), controls.end());
-    }
-    bool Taken() const { return IsTaken; }
     // Whether an action that has the device for itself is under way, so that the driver must not get another.
     bool Fixed() const { return IsFixed; }
     // The driver has got another device, with which all actions that are under way have lost theirs.
@@ -58,49 +51,30 @@ class TDeviceUse {
         std::size_t Changes = 0;
     };
 
-    // An action that has the device for itself. The device has one stream, and the event loop runs between
-    // the exchanges, so that another such action can be asked for: it does nothing if it cannot hold the use.
-    // The controls that ask for such actions are disabled meanwhile.
+    // An action that has the device for itself: the device has one stream.
     class THold {
       public:
-        explicit THold(TDeviceUse& use) : Lock(use) {
-            if (!Lock.Mine)
+        explicit THold(TDeviceUse& use) : Use(use), Lock(use) {
+            if (!Lock)
                 return;
             Action.emplace(use);
-            Lock.Fix(static_cast<bool>(*Action));
+            Use.IsFixed = static_cast<bool>(*Action);
+        }
+        ~THold() {
+            if (Lock)
+                Use.IsFixed = false;
         }
         THold(const THold&) = delete;
         THold& operator=(const THold&) = delete;
         explicit operator bool() const { return Action && *Action; }
 
       private:
-        struct TLock {
-            explicit TLock(TDeviceUse& use) : Use(use), Mine(!std::exchange(use.IsTaken, true)) {
-                if (Mine)
-                    Use.Lock.Lock(Use.Controls);
-            }
-            ~TLock() {
-                if (!Mine)
-                    return;
-                Use.IsTaken = false;
-                Use.IsFixed = false;
-                Use.Lock.Release();
-            }
-            TLock(const TLock&) = delete;
-            TLock& operator=(const TLock&) = delete;
-            void Fix(bool fixed) const { Use.IsFixed = fixed; }
-
-            TDeviceUse& Use;
-            const bool Mine;
-        };
-        TLock Lock;
+        TDeviceUse& Use;
+        TExclusiveUse::THold Lock;
         std::optional<TAction> Action;
     };
 
   private:
-    std::vector<TControl*> Controls;
-    TControlLock Lock;
-    bool IsTaken = false;
     bool IsFixed = false;
     std::size_t Changes = 0; // of the driver's device
     std::size_t Depth = 0;   // actions below one another

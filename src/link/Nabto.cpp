@@ -47,24 +47,40 @@ int TUNabto::Init(const std::string& user, const std::string& password) {
         return status;
     if (std::exchange(queriesFile, standaloneQueries) != standaloneQueries)
         Described.emplace_back(); // the new session begins with the interface of another kind of device
-    const auto open = [&] {
-        return Status(Library.NabtoOpenSession(&Session, user.c_str(), password.c_str()));
-    };
-    if (TNabtoStatus status = open(); status != NABTO_OK) {
-        if (!Library.NabtoCreateProfile) {
-            Dialogs.ShowMessage("No NabtoCreateProfile Function Loaded");
-            return status;
-        }
-        status = Status(Library.NabtoCreateProfile(user.c_str(), password.c_str()));
-        if (status == NABTO_OK)
-            status = open();
-        if (status != NABTO_OK) {
+    if (const TNabtoStatus status = OpenSession(user, password); status != NABTO_OK) {
+        if (Library.NabtoCreateProfile)
             ShowError(status);
-            return status;
-        }
+        else
+            Dialogs.ShowMessage("No NabtoCreateProfile Function Loaded");
+        return status;
     }
     setQueriesFile(queriesFile);
     return 0;
+}
+
+TNabtoStatus TUNabto::OpenSession(const std::string& user, const std::string& password) {
+    const auto open = [&] {
+        return Status(Library.NabtoOpenSession(&Session, user.c_str(), password.c_str()));
+    };
+    TNabtoStatus status = open();
+    if (status == NABTO_OK || !Library.NabtoCreateProfile)
+        return status;
+    status = Status(Library.NabtoCreateProfile(user.c_str(), password.c_str()));
+    return status == NABTO_OK ? open() : status;
+}
+
+TNabtoStatus TUNabto::Reopen(const std::string& user, const std::string& password) {
+    if (!Library.NabtoStartUp || !Library.NabtoOpenSession)
+        return NABTO_API_NOT_INITIALIZED;
+    if (Library.NabtoCloseSession && Session)
+        Library.NabtoCloseSession(Session); // which may know nothing of it any more
+    Session = nullptr;
+    if (const TNabtoStatus status = Status(Library.NabtoStartUp(homeDirectory)); status != NABTO_OK)
+        return status;
+    const TNabtoStatus status = OpenSession(user, password);
+    if (status == NABTO_OK)
+        setQueriesFile(queriesFile);
+    return status;
 }
 
 void TUNabto::Close() {
@@ -135,18 +151,21 @@ std::string TUNabto::StatusText(int status) const {
     return text && !text->empty() ? *text : std::to_string(status);
 }
 
-std::string TUNabto::SendQuery(const std::string& device, const std::string& request,
-                               const std::string& data) {
+std::string TUNabto::SendQuery(const std::string& device, const std::string& request, const std::string& data,
+                               const std::function<bool()>& stillWanted) {
     if (device.empty() || request.empty() || data.empty())
         return {};
     const std::string url = QueryUrl(device, request, data);
     Wait.ProcessMessages();
-    if (Closed())
+    if (Closed() || (stillWanted && !stillWanted()))
         return {};
     char* response = nullptr;
+    TNabtoStatus status = NABTO_OK;
     if (Library.NabtoRpcInvoke)
-        Library.NabtoRpcInvoke(Session, url.c_str(), &response);
+        status = Status(Library.NabtoRpcInvoke(Session, url.c_str(), &response));
     std::string reply = Library.Take(response);
+    if (OnSessionGone && (status == NABTO_INVALID_SESSION || status == NABTO_API_NOT_INITIALIZED))
+        OnSessionGone(status);
     Wait.ProcessMessages();
     return reply;
 }
@@ -170,6 +189,11 @@ bool TUNabto::ping(const std::string& device) {
     return true;
 }
 
+void TUNabto::ForgetVersions() {
+    for (std::string* version : {&versionHP, &versionNP, &versionBT, &GatewayVersion})
+        version->clear();
+}
+
 bool TUNabto::MayDescribeAnother(const std::string& device) const {
     return !std::ranges::all_of(Described,
                                 [&device](const std::string& pinged) { return SameText(pinged, device); });
@@ -188,17 +212,19 @@ std::string TUNabto::V2prepareFlashWriteNostream(std::uint32_t state, std::uint3
     return request;
 }
 
-std::string TUNabto::JsonToValue(const std::string& json) {
-    const TDeviceReply reply = ParseReply(json);
+TValueList TUNabto::ReadValueList(const std::string& json) {
+    TDeviceReply reply = ParseReply(json);
     if (!reply.IsObject)
-        return "No JS\r\n" + json;
+        return {"No JS\r\n" + json, false};
     if (reply.Error) {
         errormessage = *reply.Error;
-        return "error";
+        return {"error", false};
     }
     if (!reply.HasResponse)
         return {};
-    return reply.Values.value_or(json);
+    if (!reply.Values)
+        return {json, false};
+    return {std::move(*reply.Values), true};
 }
 
 std::int32_t TUNabto::getResponseStatus(const std::string& json) {

@@ -20,6 +20,12 @@ class ILibraryLoader;
 class ITimers;
 class IWait;
 
+// What a read reply says.
+struct TValueList {
+    std::string Text;     // as JsonToValue tells
+    bool HasData = false; // it holds values, however many
+};
+
 // The one bridge to the native library: its session, the queries to a device and the one byte stream. A
 // missing library is no failure until it is used. The library keeps its profiles in "nabto_config" below the
 // process's current directory, which must therefore be the program's folder.
@@ -34,6 +40,10 @@ class TUNabto : public TStreamProgress {
     // Starts the library, opens the session (creating the profile if need be) and installs "standalone.xml".
     // 0, the status that stood in the way, or -1 without a library.
     int Init(const std::string& user, const std::string& password);
+    // Closes what is left of the session and opens it again in silence, with the interface in force.
+    TNabtoStatus Reopen(const std::string& user, const std::string& password);
+    // Takes the status of a request that tells that there is no session any more. May be empty.
+    std::function<void(TNabtoStatus)> OnSessionGone;
     void Close();
     // Installs the interface definition of that name; false when it is missing or refused.
     bool setQueriesFile(const std::string& fileName);
@@ -64,7 +74,9 @@ class TUNabto : public TStreamProgress {
 
     // One blocking request; empty if any text is, or when there is no reply. The event loop runs before and
     // after, so timers and clicks may come in between; a close before it keeps it from being sent.
-    std::string SendQuery(const std::string& device, const std::string& request, const std::string& data);
+    // stillWanted is asked behind the first of them, unless it is empty; false sends nothing.
+    std::string SendQuery(const std::string& device, const std::string& request, const std::string& data,
+                          const std::function<bool()>& stillWanted = {});
     // Whether the device answers. Fills the identity fields and installs the interface that fits the device.
     bool ping(const std::string& device);
     // Empty before the first ping.
@@ -101,7 +113,8 @@ class TUNabto : public TStreamProgress {
 
     // Value list text "v1; v2; " of a read reply; "error" for a refusal; "No JS", CR LF and the text for what
     // is no JSON object; the reply itself if it holds no values.
-    std::string JsonToValue(const std::string& json);
+    std::string JsonToValue(const std::string& json) { return ReadValueList(json).Text; }
+    TValueList ReadValueList(const std::string& json);
     // response.status; 1 for no JSON object or a refusal, -1 for a reply without a status.
     std::int32_t getResponseStatus(const std::string& json);
     // response.Pong, 0 if it is no number, or 1 for no JSON object or a refusal. Fills the identity fields.
@@ -117,6 +130,8 @@ class TUNabto : public TStreamProgress {
 
   private:
     bool Closed() const { return MayAsk && !MayAsk(); }
+    // Creates the profile if there is none.
+    TNabtoStatus OpenSession(const std::string& user, const std::string& password);
 
     TNabtoLibrary Library;
     IDialogs& Dialogs;

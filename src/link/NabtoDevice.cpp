@@ -66,7 +66,11 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
       ServiceTools({dialogs, files, clock, paths, nabto, Use, Eeprom, FlashDatalog, memoDebug,
                     Identity.LblJson, device, extensions, ReadTexts}),
       Dialogs(dialogs), Wait(wait), Files(files), Paths(paths), Extensions(extensions), Nabto(nabto),
-      Panel(panel), Host(host) {
+      Panel(panel), Host(host),
+      SessionKeeper({timers, nabto, LinkTexts, device, [&host] { return host.FormOpen(); },
+                     [&host](const std::string& line) {
+                         host.AddEventLog(line);
+                     }}) {
     InitControls();
     Use.Take = [this] {
         return InForce.Take();
@@ -175,6 +179,7 @@ void TNabtoDevice::ReadLanguage() {
     UpdateStatus.Texts = ReadFirmwareUpdateTexts(language);
     EventLogTexts = ReadEventLogTexts(language);
     ReadTexts = ReadReadTexts(language);
+    LinkTexts = ReadLinkTexts(language);
     const TNabtodriverTexts texts = ReadNabtodriverTexts(language);
     btnPing.SetCaption(texts.Butping);
     BtnUpdate.SetCaption(texts.ButFWupdate);
@@ -186,6 +191,13 @@ void TNabtoDevice::ReadLanguage() {
 }
 
 int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
+    const int result = Link(deviceid, apiClient);
+    if (result != 0)
+        Host.AddEventLog(LinkTexts.NotLinked + " " + device + ": " + NoLinkCause);
+    return result;
+}
+
+int TNabtoDevice::Link(const std::string& deviceid, TApiClient& apiClient) {
     if (!deviceid.empty()) {
         const std::string address = InForce.AddressOf(deviceid);
         if (!SameText(address, device)) {
@@ -198,9 +210,9 @@ int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
     }
     ApiClient = &apiClient;
     if (!ApiClient->_isLoggedIn)
-        return NoLink(-2);
+        return NoLink(-2, LinkTexts.NotSignedIn);
     if (ApiClient->_isLocalSession && !IsLocalDevice)
-        return NoLink(1030);
+        return NoLink(1030, LinkTexts.NotLocal);
     TCredentials credentials;
     const char* refusal = nullptr;
     if (GetCredentials(credentials) != 0)
@@ -209,13 +221,17 @@ int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
         refusal = "creds.Username";
     if (refusal) {
         LblNabto.SetCaption("Not authorized to device \"" + device + "\" (" + refusal + " not ok)");
-        return NoLink(-3);
+        const std::string& failure = ApiClient->LastFailure;
+        return NoLink(-3, failure.empty() ? LinkTexts.NoUserName : failure);
     }
     if (!initialized) {
         // A message of Init runs the event loop, in which another init may succeed.
         const int result = Nabto.Init(credentials.Username, credentials.Password);
-        if (result == 0)
+        if (result == 0) {
             initialized = true;
+            if (Extensions.SessionReopen)
+                SessionKeeper.Keep(credentials);
+        }
         LblNabto.SetCaption(initialized ? "Connected to Basestation" : notConnected);
         if (!initialized) // the label soon tells something else
             Host.AddEventLog(std::string(notConnected) + " " +
@@ -229,8 +245,9 @@ int TNabtoDevice::GetCredentials(TCredentials& credentials) {
                                       : ApiClient->GetNabtoUserInfo(device.substr(0, 12), credentials);
 }
 
-int TNabtoDevice::NoLink(int result) {
+int TNabtoDevice::NoLink(int result, const std::string& cause) {
     initialized = false;
+    NoLinkCause = cause;
     return result;
 }
 

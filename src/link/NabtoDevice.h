@@ -19,6 +19,7 @@
 #include "link/PollCycle.h"
 #include "link/ReadBackSnapshot.h"
 #include "link/ServiceTools.h"
+#include "link/SessionKeeper.h"
 #include "link/UpdateRun.h"
 #include "link/UpdateStatus.h"
 
@@ -46,8 +47,7 @@ class TNabtoDevice : public TForm {
     // What the driver needs of the main form.
     class IHost : public TFlashDatalog::IHost, public TDeviceInForce::IHost {
       public:
-        bool FormOpen() const override = 0; // of both
-        void AddEventLog(const std::string& line) override = 0;
+        bool FormOpen() const override = 0;
         virtual void UpdateTimerTimer() = 0; // the values of a cycle are there
         virtual void StopLog() = 0;
         virtual void Setup1Click() = 0;
@@ -70,8 +70,10 @@ class TNabtoDevice : public TForm {
     // Takes the device (an empty id keeps the one in force) and opens the session if none stands. 0: go on,
     // even if the library failed, which the first ping then shows; -2 not logged in; -3 refused; 1030 a
     // device that is not local in an offline session; -4 another device than that of an action which has it
-    // for itself. Keeps the client.
+    // for itself. Keeps the client. The event log says why not.
     int init(const std::string& deviceid, TApiClient& apiClient);
+    // The same without a line, for who is not signed in yet.
+    int Link(const std::string& deviceid, TApiClient& apiClient);
     // Key Enabled, read afresh. Throws EConvertError.
     bool isEnabled() const;
     void startLog(); // nothing before a successful init
@@ -156,7 +158,7 @@ class TNabtoDevice : public TForm {
     void ReadConfiguration();
     void SaveDevice();
     int GetCredentials(TCredentials& credentials);
-    int NoLink(int result);
+    int NoLink(int result, const std::string& cause);
     void CycleDone();
     void ShowProgress();
 
@@ -170,6 +172,9 @@ class TNabtoDevice : public TForm {
     IHost& Host;
     TEventLogTexts EventLogTexts;
     TApiClient* ApiClient = nullptr; // given to init
+    TLinkTexts LinkTexts;
+    std::string NoLinkCause; // of the last refusal
+    TSessionKeeper SessionKeeper;
 };
 
 } // namespace tidewell

@@ -1,15 +1,25 @@
 #include "link/PollCycle.h"
 
+#include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
-#include "link/Nabto.h"
 #include "model/ModbusPanel.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace tidewell {
+
+namespace {
+
+// The event loop runs for a moment before and after a request. A second whole interval within one of them
+// means that a handler has a loop of its own. ms; longer than such a moment.
+constexpr int heldUpInterval = 100;
+constexpr unsigned heldUpTicks = 2;
+
+} // namespace
 
 struct TPollCycle::TQuestion {
     std::string Text; // empty at the end of the list
@@ -20,9 +30,12 @@ struct TPollCycle::TQuestion {
 TPollCycle::TPollCycle(ITimers& timers, TUNabto& nabto, TModbusPanel& panel, const std::string& device,
                        TLabel& lblNabto, TALed& ledNabto, std::function<void()> cycleDone)
     : timerLogger(timers.CreateTimer()), timerQuery(timers.CreateTimer()), Nabto(nabto), Panel(panel),
-      Device(device), LblNabto(lblNabto), LedNabto(ledNabto), CycleDone(std::move(cycleDone)) {
+      Device(device), LblNabto(lblNabto), LedNabto(ledNabto), CycleDone(std::move(cycleDone)),
+      timerHeldUp(timers.CreateTimer()) {
     timerLogger->SetHandler([this] { timerLoggerTimer(); });
     timerQuery->SetHandler([this] { timerQueryTimer(); });
+    timerHeldUp->SetHandler([this] { timerHeldUpTimer(); });
+    timerHeldUp->SetInterval(heldUpInterval);
     SetIntervals(2000, 50);
 }
 
@@ -38,6 +51,7 @@ void TPollCycle::SetQuestions(TIniSection questions) {
 
 void TPollCycle::startLog() {
     timerQuery->SetEnabled(false);
+    timerHeldUp->SetEnabled(false); // a question that is still outstanding holds nothing up any more
     timerLogger->SetEnabled(true);
     ResetLogVariables();
     LedNabto.SetValue(true);
@@ -69,7 +83,23 @@ void TPollCycle::timerLoggerTimer() {
 }
 
 void TPollCycle::timerQueryTimer() {
+    const unsigned starts = Starts;
+    try {
+        AskNext();
+    } catch (const std::exception& error) {
+        if (starts == Starts) {
+            Dologging = false;
+            StopTimersUnlessLogging();
+            OnFailed(error.what());
+        }
+        throw;
+    }
+}
+
+void TPollCycle::AskNext() {
     timerQuery->SetEnabled(false);
+    if (AskedDevice != Device)
+        Restart(); // the answers so far are those of another device
     const std::size_t asked = queryCounter;
     const TQuestion question = ReadQuestion(asked);
     if (question.Text.empty()) {
@@ -78,33 +108,52 @@ void TPollCycle::timerQueryTimer() {
     }
     const unsigned run = Run;
     const unsigned starts = Starts;
-    const std::string reply = Ask(question);
-    // From here on a handler that ran during the question may have stopped, restarted or replaced the cycle.
-    const bool current = run == Run;
-    if (Questions.ValueAt(asked) == question.Text)
-        Panel.SetResponse(asked, reply);
-    if (reply == "error") {
-        ShowStatus(" -> Error Com");
-        LedNabto.SetTrueColor(TALed::Red);
-        LedNabto.SetValue(true); // a blink that has just gone dark must not hide it
-        if (current)
-            Restart();
-    } else {
-        isLastResultError = false;
-        LedNabto.SetTrueColor(TALed::Green);
-        const bool complete = std::cmp_equal(std::ranges::count(reply, ';'), question.Count);
-        if (current && complete) {
-            ++queryCounter;
-            NabtoResultstring += reply;
-        } else if (current) {
-            Restart();
-        }
-    }
+    // From here on a handler that runs during the question may stop, restart or replace the cycle.
+    if (const auto answer = Ask(question))
+        TakeAnswer(asked, question, *answer, run == Run);
     // A cycle that was started meanwhile goes on by its own timers, unless a failure has ended it.
     if (starts != Starts)
         return;
     timerQuery->SetEnabled(true);
     StopTimersUnlessLogging();
+}
+
+void TPollCycle::TakeAnswer(std::size_t asked, const TQuestion& question, const TValueList& answer,
+                            bool current) {
+    if (Questions.ValueAt(asked) == question.Text)
+        Panel.SetResponse(asked, answer.Text);
+    if (answer.Text == "error") {
+        ShowStatus(" -> Error Com");
+        LedNabto.SetTrueColor(TALed::Red);
+        LedNabto.SetValue(true); // a blink that has just gone dark must not hide it
+        if (current)
+            Restart();
+        return;
+    }
+    isLastResultError = false;
+    LedNabto.SetTrueColor(TALed::Green);
+    if (!current)
+        return;
+    if (answer.HasData && std::cmp_equal(std::ranges::count(answer.Text, ';'), question.Count)) {
+        ++queryCounter;
+        NabtoResultstring += answer.Text;
+    } else {
+        Restart();
+    }
+}
+
+void TPollCycle::timerHeldUpTimer() {
+    timerHeldUp->SetEnabled(false);
+    if (++HeldUpTicks < heldUpTicks) {
+        timerHeldUp->SetEnabled(true); // a whole interval: the first tick may have waited behind the request
+        return;
+    }
+    if (!Dologging)
+        return; // a stop takes effect once the question is over
+    ++Latest;
+    ++Starts;
+    ResetLogVariables();
+    timerQuery->SetEnabled(true);
 }
 
 TPollCycle::TQuestion TPollCycle::ReadQuestion(std::size_t position) const {
@@ -126,16 +175,32 @@ TPollCycle::TQuestion TPollCycle::ReadQuestion(std::size_t position) const {
     return question;
 }
 
-std::string TPollCycle::Ask(const TQuestion& question) {
+std::optional<TValueList> TPollCycle::Ask(const TQuestion& question) {
+    AskedDevice = Device;
+    const unsigned number = ++Latest;
     const char* query = nullptr;
     if (question.Command == "3")
         query = "setpointReadValue.json";
     else if (question.Command == "4")
         query = "datapointReadValue.json";
     else
-        return question.Text; // nothing to send: the question stands for its reply
+        return TValueList{question.Text, true}; // nothing to send: the question stands for its reply
     const std::string request = TUNabto::ValueToJson(question.Address, question.Length, question.Obj);
-    return Nabto.JsonToValue(Nabto.SendQuery(Device, query, request));
+    const auto counts = [this, number] {
+        return number == Latest && AskedDevice == Device;
+    };
+    HeldUpTicks = 0;
+    timerHeldUp->SetEnabled(true);
+    const TAtExit answered([this] { timerHeldUp->SetEnabled(false); });
+    const std::string reply = Nabto.SendQuery(Device, query, request, [this, &counts] {
+        const bool wanted = counts();
+        if (wanted)
+            HeldUpTicks = 0;
+        return wanted;
+    });
+    if (!counts())
+        return std::nullopt;
+    return Nabto.ReadValueList(reply);
 }
 
 void TPollCycle::FinishCycle() {

@@ -3,26 +3,30 @@
 #include "core/IniFile.h"
 #include "core/controls/Simple.h"
 #include "core/ports/ITimers.h"
+#include "link/Nabto.h"
 
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tidewell {
 
 class TModbusPanel;
-class TUNabto;
 
 // Asks the questions of the profile one after the other, for ever: timerLogger is the pause between cycles,
 // timerQuery the gap between questions. Each tick disables its own timer and enables the next at its end, so
 // only one question is outstanding. A reply that is refused or has the wrong number of values throws the
 // cycle away and starts it at question 0. Handlers that run during a question may stop, restart or replace
-// the cycle: the reply then counts for nothing.
+// the cycle, or take another device: the reply then counts for nothing. One that runs a loop of its own, as a
+// dialog does, holds the question up: the cycle then begins anew below it, and what the question brings late
+// counts for nothing either.
 class TPollCycle {
   public:
     // device: address of the device in force, read at each use. cycleDone runs when NabtoResultstring holds
-    // the values of a whole cycle; what it throws leaves the timer's handler with both timers off.
+    // the values of a whole cycle; what it throws leaves the timer's handler with the cycle ended, of which
+    // OnFailed tells first.
     TPollCycle(ITimers& timers, TUNabto& nabto, TModbusPanel& panel, const std::string& device,
                TLabel& lblNabto, TALed& ledNabto, std::function<void()> cycleDone);
 
@@ -46,12 +50,17 @@ class TPollCycle {
     bool isLastResultError = false;
     std::unique_ptr<ITimer> timerLogger;
     std::unique_ptr<ITimer> timerQuery;
+    TEvent<const std::string&> OnFailed; // the cycle has ended by an exception with that text
 
   private:
     struct TQuestion;
     TQuestion ReadQuestion(std::size_t position) const;
+    void AskNext();
     void FinishCycle();
-    std::string Ask(const TQuestion& question);
+    // Nothing when the answer is that of a former device, or comes after a newer question.
+    std::optional<TValueList> Ask(const TQuestion& question);
+    void TakeAnswer(std::size_t asked, const TQuestion& question, const TValueList& answer, bool current);
+    void timerHeldUpTimer();
     void Restart();
     void StopTimersUnlessLogging();
     void ShowStatus(const char* state);
@@ -62,8 +71,12 @@ class TPollCycle {
     TLabel& LblNabto;
     TALed& LedNabto;
     std::function<void()> CycleDone;
-    unsigned Run = 0;    // changes whenever the cycle is begun anew from outside
-    unsigned Starts = 0; // changes whenever startLog gives the timers to a new cycle
+    std::unique_ptr<ITimer> timerHeldUp; // ticks while a question is outstanding and the event loop runs
+    unsigned HeldUpTicks = 0;
+    unsigned Run = 0;        // changes whenever the cycle is begun anew
+    unsigned Starts = 0;     // changes whenever the timers are given to a new cycle
+    unsigned Latest = 0;     // number of the question whose answer still counts
+    std::string AskedDevice; // whom that question goes to
 };
 
 } // namespace tidewell

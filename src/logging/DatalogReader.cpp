@@ -37,7 +37,8 @@ bool WaitForPaint(const TDatalogParts& parts, std::size_t rows) {
 }
 
 void TDatalogReader::OpenDatalogfile1Click() {
-    if (!Parts.Profile.ProfileLoaded)
+    const TExclusiveUse::THold hold(Parts.Opening);
+    if (!hold || !Parts.Profile.ProfileLoaded)
         return;
     TFileDialog dialog;
     dialog.Title = DialogOpenDatalogFileCaption;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/controls/ExclusiveUse.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IFiles.h"
 #include "core/ports/IWait.h"
@@ -36,6 +37,7 @@ struct TDatalogParts {
     TMemo& MemoEventLog;
     TProgressBar& FileProgressBar;
     const std::filesystem::path& directorypath;
+    TExclusiveUse& Opening; // of a file or a profile: what is asked for meanwhile does nothing
 };
 
 // Opens finished datalogs and shows them as if they had just been logged, with the channels of the open

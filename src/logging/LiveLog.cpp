@@ -1,6 +1,7 @@
 #include "logging/LiveLog.h"
 
 #include "core/Errors.h"
+#include "core/Guard.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 #include "logging/DatalogWriter.h"
@@ -48,12 +49,15 @@ void TLiveLog::SetCycleResult(const std::string& nabtoResultstring) {
 
 void TLiveLog::UpdateTimerTimer() {
     const auto strings = UpdateTimerCallBackEvents.Strings();
+    std::exception_ptr failure;
     if (!std::all_of(strings.begin(), strings.end(), [](std::string_view text) { return text.empty(); }))
-        LogRow(strings);
+        failure = LogRow(strings);
     ++Parts.Buffers.DatalogCount;
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
-void TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
+std::exception_ptr TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
     TGraphPage& page = Parts.GraphPage;
     const std::size_t row = Parts.Buffers.DatalogCount;
     const TTime now = Parts.Clock.Now();
@@ -72,8 +76,17 @@ void TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
         Values.push_back(ToIntegerOr(fields[field], 0));
     Parts.Buffers.DataLogRawData.SetRow(row, Values);
 
-    page.ExtendGraph(Line);
-    Parts.Host.ApplyDataLine(Line);
+    std::exception_ptr failure;
+    const auto show = [&failure](const auto& action) {
+        try {
+            action();
+        } catch (const std::exception&) {
+            if (!failure)
+                failure = std::current_exception();
+        }
+    };
+    show([&] { page.ExtendGraph(Line); });
+    show([&] { Parts.Host.ApplyDataLine(Line); });
 
     const std::int64_t every = UpdateTimerCallBackEvents.DatalogCount;
     if (every == 0)
@@ -81,6 +94,17 @@ void TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
                      ": [UpdateTimer] DatalogCount is 0");
     if (row != 0 && static_cast<std::int64_t>(row) % every == 0)
         SavePartialFile();
+    return failure;
+}
+
+void TLiveLog::PollingFailed(const std::string& reason) {
+    StopLog();
+    Tell(Parts.Texts.LogStopped + ": " + reason);
+}
+
+void TLiveLog::Tell(const std::string& line) {
+    Parts.MemoEventLog.Add(line);
+    LogNotice.Show(line);
 }
 
 void TLiveLog::StartLog(bool questionEnable, bool clearData) {
@@ -97,10 +121,8 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     if (questionEnable) {
         const auto answer = Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
                                                          Parts.Texts.MessageClearGraphData, EButtons::YesNo);
-        if (answer == EModalResult::Yes)
-            SavePartialFile();
-        else
-            keep = true;
+        // A log that cannot be saved goes on, so that its rows are not lost.
+        keep = answer != EModalResult::Yes || !RunGuarded(Parts.Dialogs, [this] { SavePartialFile(); });
     }
     if (!Parts.Host.FormOpen())
         return; // closed while it was asked
@@ -109,6 +131,7 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
         Parts.GraphPage.GraphInit(false);
         Parts.Buffers.DatalogCount = 0;
     }
+    LogNotice.Clear();
     Parts.Host.RepaintStatusBar();
     Parts.Host.StartPolling();
     Parts.TrafficButton.SetColor(RunningColor);
@@ -118,9 +141,13 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
         DatalogOn = true;
         Parts.GraphPage.CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
     }
+    if (!Parts.Host.Polls())
+        Tell(Parts.Texts.NoSession);
 }
 
 void TLiveLog::StopLog() {
+    if (DatalogOn)
+        LogNotice.Clear(); // it was about the log that ends here
     Parts.Panel.WannaClose = true;
     Parts.TrafficButton.SetColor(StoppedColor);
     Parts.TrafficButton.SetCaption(Parts.Texts.TrafficButtonOFF);
@@ -143,7 +170,14 @@ void TLiveLog::TrafficButtonClick() {
 }
 
 void TLiveLog::TimerLogAutostartTimer() {
+    if (Parts.Opening.Taken())
+        return; // comes again with the next tick
     TimerLogAutostart->SetEnabled(false);
+    const bool fileOpen = Parts.GraphPage.DatalogFileOpen || Parts.GraphPage.FileRows > 0;
+    if (Parts.Extensions.LogAutoStartSpareOpenFile && fileOpen) {
+        Parts.MemoEventLog.Add(Parts.Texts.AutoStartSpared);
+        return;
+    }
     StartLog(false, true);
 }
 

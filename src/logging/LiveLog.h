@@ -1,7 +1,10 @@
 #pragma once
 
+#include "core/Extensions.h"
 #include "core/Paths.h"
+#include "core/controls/ExclusiveUse.h"
 #include "core/controls/Lists.h"
+#include "core/controls/Notice.h"
 #include "core/controls/Simple.h"
 #include "core/ports/IClock.h"
 #include "core/ports/IDialogs.h"
@@ -13,6 +16,7 @@
 
 #include <array>
 #include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -48,6 +52,10 @@ struct TLoggingTexts {
     std::string TrafficButtonON;
     std::string TrafficButtonOFF;
     std::string DialogSaveDatalogFile;
+    // Lines of the event log, and the first two of the main form.
+    std::string LogStopped = "The log has stopped"; // the reason follows
+    std::string NoSession = "There is no session with the device: the log gets no values";
+    std::string AutoStartSpared = "A datalog file is open: the log does not start by itself";
 };
 
 // Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
@@ -62,6 +70,7 @@ class TLiveLog {
         virtual int InitLink() = 0;          // TNabtoDevice.init with the current id; 0: the link stands
         virtual void StartPolling() = 0;     // TNabtoDevice.startLog
         virtual void StopPolling() = 0;      // TNabtoDevice.stopLog
+        virtual bool Polls() = 0;            // questions are asked
         virtual void ShowSetpointPage() = 0; // makes TabSetpoint visible and enables WindowSetpoint1
         virtual void Setup1Click() = 0;
         virtual void RepaintStatusBar() = 0;
@@ -85,6 +94,8 @@ class TLiveLog {
         TMemo& MemoEventLog;
         const TLoggingTexts& Texts;
         const TCurrentInifilesPath& Paths;
+        const TExtensions& Extensions;
+        const TExclusiveUse& Opening; // of a file or a profile
     };
 
     explicit TLiveLog(const TParts& parts);
@@ -94,11 +105,14 @@ class TLiveLog {
     // FOnCycleDone: copies the answers of the cycle.
     void SetCycleResult(const std::string& nabtoResultstring);
     // One log step. Throws TError "Division by zero: ..." when UpdateTimerCallBackEvents.DatalogCount is 0,
-    // and EInOutError when a partial file cannot be written; the row is then not counted.
+    // and EInOutError when a partial file cannot be written; the row is then not counted. What graph and grid
+    // throw comes last: the row is then logged.
     void UpdateTimerTimer();
-    // With QuestionEnable asks whether to clear the old log, which is saved to a partial file first (throws
-    // EInOutError). ClearData also says whether the start is reported.
+    // With QuestionEnable asks whether to clear the old log, which is saved to a partial file first; if that
+    // fails, the log goes on. ClearData also says whether the start is reported.
     void StartLog(bool questionEnable, bool clearData);
+    // The driver asks no more questions: the log counts as stopped, and says why.
+    void PollingFailed(const std::string& reason);
     void StopLog();
     void TrafficButtonClick();
     void TimerLogAutostartTimer();
@@ -110,11 +124,14 @@ class TLiveLog {
 
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
     bool DatalogOn = false;
+    TNotice LogNotice{"LogNotice"};                  // why no log runs any more
     const std::unique_ptr<ITimer> UpdateTimer;       // key Time; nothing enables it
     const std::unique_ptr<ITimer> TimerLogAutostart; // 5000 ms, once; enabled by the start of the program
 
   private:
-    void LogRow(const std::array<std::string_view, 7>& strings);
+    // What graph or grid have thrown.
+    std::exception_ptr LogRow(const std::array<std::string_view, 7>& strings);
+    void Tell(const std::string& line); // on the form and in the event log
     void SavePartialFile();
     std::filesystem::path UserLogDirectory() const;
     TDatalogRows Rows() const;

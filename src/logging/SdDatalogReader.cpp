@@ -147,6 +147,9 @@ std::vector<std::filesystem::path> TSdDatalogReader::ChooseFiles() {
 }
 
 void TSdDatalogReader::Open_sd_datalogClick() {
+    const TExclusiveUse::THold hold(Parts.Opening);
+    if (!hold)
+        return;
     if (Parts.Dialogs.ShowMessageBox(EMessageKind::Information, MessageStopLog, EButtons::OkCancel) !=
             EModalResult::Ok ||
         !Parts.Host.FormOpen())

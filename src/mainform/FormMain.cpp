@@ -39,12 +39,13 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
       ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files),
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
       SetpointPage(TSetpointPage::TParts{Hosts.SetpointPage, ports.Dialogs, ports.Clock, ModbusPanel,
-                                         ContextHelp.HelpfileDoc, forms.InputDialog, SetpointTexts}),
+                                         ContextHelp.HelpfileDoc, forms.InputDialog, SetpointTexts,
+                                         extensions}),
       GraphPage(
           TGraphPage::TParts{Profile, LogBuffers, ports.Dialogs, ports.Wait, MemoEventLog, FileProgressBar}),
       LiveLog(TLiveLog::TParts{Hosts.LiveLog, ports.Dialogs, ports.Clock, ports.Files, ports.Timers,
                                ModbusPanel, Profile, GraphPage, LogBuffers, TrafficButton, MemoEventLog,
-                               LoggingTexts, paths}),
+                               LoggingTexts, paths, extensions, Opening}),
       DatalogReader(DatalogParts()), SdDatalogReader(DatalogParts()), CsvExport(DatalogParts()),
       ProfileOpening(ports, TProfileOpening::TParts{*this, paths, ModbusPanel, Profile, SetpointPage,
                                                     GraphPage, nabto, forms.NabtoDevice}),
@@ -69,7 +70,8 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
 TDatalogParts TFormMain::DatalogParts() {
     return {Hosts.Datalog, Ports.Dialogs,   Ports.Files,
             Ports.Wait,    Profile,         GraphPage,
-            MemoEventLog,  FileProgressBar, FCurrentInifilesPath.directorypath};
+            MemoEventLog,  FileProgressBar, FCurrentInifilesPath.directorypath,
+            Opening};
 }
 
 void TFormMain::ConnectControls() {
@@ -135,6 +137,8 @@ void TFormMain::ConnectControls() {
     ButStopReadBack.OnClick = [this] {
         ReadBack.Cancel();
     };
+    Opening.AddControls(
+        {&OpenProfile2, &OpenDatalogfile1, &Open_sd_datalog, &Setup1, &DeviceID, &StartLog1, &TrafficButton});
     ProfileOpening.OnOtherProfile = LinkedDevice.OnOther = [this] {
         ForgetValues();
     };
@@ -154,6 +158,9 @@ void TFormMain::ConnectControls() {
 }
 
 void TFormMain::ConnectService() {
+    Forms.NabtoDevice.Cycle.OnEmptyCycle = [this] {
+        LiveLog.CycleWithoutValues();
+    };
     but_errorlog.OnClick = [this] {
         but_errorlogClick();
     };
@@ -162,6 +169,9 @@ void TFormMain::ConnectService() {
     };
     FlasDatalog1.OnClick = [this] {
         FlasDatalog1Click();
+    };
+    Forms.NabtoDevice.Cycle.OnFailed = [this](const std::string& reason) {
+        LiveLog.PollingFailed(reason);
     };
     // A read that is under way is one of this device and this profile.
     Forms.NabtoDevice.Use.AddControls(
@@ -209,6 +219,12 @@ void TFormMain::ReadConfigurationFiles() {
     SetpointPage.CategoryPanelDebug.SetCaption(Texts.CategoryPanelEventlog);
     LoggingTexts = {Texts.MessageLoggingStart, Texts.MessageLoggingStop, Texts.MessageClearGraphData,
                     Texts.TrafficButtonON,     Texts.TrafficButtonOFF,   Texts.DialogSaveDatalogFile};
+    ReadOwnTexts(language, "LiveLog",
+                 {{LoggingTexts.LogStopped, "LogStopped"},
+                  {LoggingTexts.NoSession, "NoSession"},
+                  {LoggingTexts.AutoStartSpared, "AutoStartSpared"},
+                  {LoggingTexts.NoValues, "NoValues"}});
+    ProfileOpening.Texts = ReadProfileTexts(language);
     ProfileOpening.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
     GraphPage.Graphitems1.SetCaption(Texts.PopupMenu_GraphToolbar);
     GraphPage.Hold1.SetCaption(Texts.PopupMenu_Hold);
@@ -331,6 +347,9 @@ void TFormMain::ForgetValues() {
 }
 
 void TFormMain::OpenProfile2Click() {
+    const TExclusiveUse::THold hold(Opening);
+    if (!hold)
+        return;
     if (Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Texts.MessageStopLog, EButtons::OkCancel) !=
             EModalResult::Ok ||
         !Visible()) // closed while it was asked

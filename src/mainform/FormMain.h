@@ -89,7 +89,7 @@ class TFormMain : public TFormMainControls {
     void SetpointPageResized(int gridClientWidth, int groupClientHeight);
 
     // The lines of our rooms, shown above the status bar in this order.
-    std::vector<TNotice*> Notices() { return {&Forms.NabtoDevice.ErrorLogNotice}; }
+    std::vector<TNotice*> Notices() { return {&LiveLog.LogNotice, &Forms.NabtoDevice.ErrorLogNotice}; }
 
     TApiClient& Client() { return SignIn.Client(); } // from FormCreate on
     TNabtoDevice& Device() { return Forms.NabtoDevice; }
@@ -123,6 +123,7 @@ class TFormMain : public TFormMainControls {
     TSetpointPage SetpointPage;
     TLogBuffers LogBuffers;
     TGraphPage GraphPage;
+    TExclusiveUse Opening; // of a file or a profile
     TLiveLog LiveLog;
     TDatalogReader DatalogReader;
     TSdDatalogReader SdDatalogReader;

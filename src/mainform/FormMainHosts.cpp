@@ -21,6 +21,10 @@ void TFormMainHosts::TLiveLogHost::StopPolling() {
     Main.Device().stopLog();
 }
 
+bool TFormMainHosts::TLiveLogHost::Polls() {
+    return Main.Device().Cycle.Dologging;
+}
+
 void TFormMainHosts::TLiveLogHost::ShowSetpointPage() {
     Main.TabSetpoint.SetVisible(true);
     Main.WindowSetpoint1.SetEnabled(true);

@@ -32,6 +32,7 @@ class TFormMainHosts {
         int InitLink() override;
         void StartPolling() override;
         void StopPolling() override;
+        bool Polls() override;
         void ShowSetpointPage() override;
         void Setup1Click() override;
         void RepaintStatusBar() override;

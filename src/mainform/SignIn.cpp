@@ -73,7 +73,7 @@ void TSignIn::KeepAliveTimerTimer() {
 }
 
 void TSignIn::InitDevice(const std::string& devid) {
-    Parts.Device.init(devid, *ApiClient); // a failure shows at the first ping
+    Parts.Device.Link(devid, *ApiClient); // a failure shows at the first ping
 }
 
 void TSignIn::SetAccessToken(const std::string& jwt) {

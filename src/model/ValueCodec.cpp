@@ -31,12 +31,6 @@ std::int32_t FieldInteger(std::string_view text, std::string_view rowName, std::
     return *value;
 }
 
-double FloatOf(std::string_view text, const std::string& what, std::string_view rowName) {
-    const auto value = TryToFloat(text);
-    if (!value)
-        ThrowConversion(text, "floating point", what, rowName);
-    return *value;
-}
 
 // An 8-bit character; 0 is none.
 std::string CharacterText(std::uint32_t code) {
@@ -99,7 +93,10 @@ TListRow ParseListRow(std::string text) {
             FieldInteger(fields.Field(ListField::Structnumber), row.Name, ListField::Structnumber);
         row.Offset = FieldInteger(fields.Field(ListField::Offset), row.Name, ListField::Offset);
         row.Decimal = FieldInteger(fields.Field(ListField::Decimal), row.Name, ListField::Decimal);
-        row.Signed = FloatOf(row.Min, "shown minimum", row.Name) < 0;
+        const auto minimum = TryToFloat(row.Min);
+        if (!minimum)
+            ThrowConversion(row.Min, "floating point", "shown minimum", row.Name);
+        row.Signed = *minimum < 0;
     } catch (const EConvertError& error) {
         row.Error = error.what();
     }
@@ -117,7 +114,7 @@ void FormatListValues(std::string_view line, std::vector<std::string>& target,
         const std::string_view value = data.Field(row.Structnumber);
         long double s = row.Offset;
         if (row.Signed)
-            s += FloatOf(value, "device value", row.Name);
+            s += TryToFloat(value).value_or(0);
         else
             s += Low16(ToIntegerOr(value, 0));
         target.push_back(ScaledText(s, row.Decimal));

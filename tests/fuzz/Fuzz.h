@@ -59,8 +59,9 @@ class TFuzzRig : public IDatalogHost {
     TProgressBar FileProgressBar{"FileProgressBar"};
     TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
-    TDatalogParts Parts{*this, Dialogs,      Files,           Wait,         Profile,
-                        Page,  MemoEventLog, FileProgressBar, directorypath};
+    TExclusiveUse Opening;
+    TDatalogParts Parts{*this, Dialogs,      Files,           Wait,          Profile,
+                        Page,  MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 
 } // namespace tidewell::test

@@ -47,6 +47,7 @@ class TPollCycleTest : public testing::Test {
         Cycle.SetQuestions(TIniFile("[NabtoDevice]\n" + rows).ReadSection("NabtoDevice"));
     }
     void Start() {
+        Cycle.stopLog();
         Cycle.startLog();
         Asked.clear();
     }
@@ -115,6 +116,8 @@ TEST_F(TPollCycleTest, WhatIsNoGoodReplyStartsAgainAtQuestion0) {
         {Values({}), "", TALed::Green},
         {Values({1, 2}), "1; 2; ", TALed::Green},
         {std::nullopt, "No JS\r\n", TALed::Green},
+        {"<b>;</b>", "No JS\r\n<b>;</b>", TALed::Green}, // as many ';' as values
+        {R"({"response":{"status":"no;"}})", R"({"response":{"status":"no;"}})", TALed::Green},
         {garbage, "No JS\r\n" + garbage, TALed::Green},
     };
     for (const auto& [reply, response, color] : cases) {
@@ -194,6 +197,73 @@ TEST_F(TPollCycleTest, ACycleBegunAnewDuringAQuestionTakesNothingFromTheOldOne) 
     EXPECT_THAT(Cycles, ElementsAre("1; -2; 3; ", "3; "));
 }
 
+// A dialog that is opened by a click before or behind the request of a question, and stays for a while.
+TEST_F(TPollCycleTest, GoesOnBelowADialogThatHoldsAQuestionUp) {
+    for (const bool asked : {false, true}) {
+        Start();
+        Time.Advance(2050);
+        During[2] = [&] {
+            Time.Sleep(asked ? 10 : 0);
+            Replies["200"] = R"({"error":{"body":"late"}})";
+        };
+        Time.After(asked ? 55 : 50, [&] {
+            Time.Advance(90);
+            During.clear();
+            Replies = {{"100", Values({10, -20})}, {"200", Values({30})}};
+            Time.Advance(5000);
+            EXPECT_THAT(Cycles, ElementsAre("10; -20; 30; ", "10; -20; 30; ", "10; -20; 30; "));
+            EXPECT_EQ(Asked.size(), asked ? 8U : 7U);
+        });
+        Time.Advance(60);
+        EXPECT_EQ(Asked.size(), asked ? 8U : 7U); // the old question is not asked behind it
+        EXPECT_EQ(LedNabto.TrueColor(), TALed::Green);
+        Time.Advance(2150 * 3);
+        EXPECT_EQ(Cycles.size(), 6U); // one cycle goes on, not two
+        EXPECT_EQ(std::ranges::count(Cycles, "10; -20; 30; "), 6);
+        Replies = {{"100", Values({1, -2})}, {"200", Values({3})}};
+        Cycles.clear();
+    }
+    // A slow device is not a dialog, and what a dialog starts goes on by itself.
+    During[1] = During[2] = [&] {
+        Time.Sleep(1000);
+    };
+    Start();
+    Time.Advance(2000 + 2 * 1050 + 50);
+    EXPECT_THAT(Cycles, ElementsAre("1; -2; 3; "));
+    During = {{2, [&] {
+                   Time.Sleep(10);
+               }}};
+    Start();
+    Time.After(2105, [&] {
+        Time.Advance(90);
+        Cycle.stopLog();
+        Cycle.startLog();
+        Time.Advance(1000);
+    });
+    Time.Advance(2110);
+    EXPECT_EQ(Asked.size(), 2U);
+    Time.Advance(1139);
+    EXPECT_EQ(Cycles.size(), 1U);
+    Time.Advance(20);
+    EXPECT_EQ(Cycles.size(), 2U);
+}
+
+TEST_F(TPollCycleTest, OnlyTheDeviceInForceSpeaks) {
+    During[2] = [&] {
+        Device = "999999999999";
+        Replies["200"] = R"({"error":{"body":"not me"}})";
+    };
+    Start();
+    Time.Advance(2100);
+    EXPECT_EQ(LblNabto.Caption(), "ID : 123456789012 -> Get Data");
+    EXPECT_NE(LedNabto.TrueColor(), TALed::Red);
+    EXPECT_THAT(Responses(), ElementsAre("1; -2; "));
+    Replies["200"] = Values({3});
+    Time.Advance(150);
+    EXPECT_THAT(Asked, ElementsAre("100", "200", "100", "200")); // no row of two devices
+    EXPECT_THAT(Cycles, ElementsAre("1; -2; 3; "));
+}
+
 TEST_F(TPollCycleTest, ACycleThatFailedDuringAQuestionOfTheOldOneStaysEnded) {
     During[1] = [&] {
         OnCycle = [] {
@@ -228,9 +298,14 @@ TEST_F(TPollCycleTest, WhatTakesTheCycleMayStopRestartOrFail) {
     OnCycle = [] {
         throw TError("disk full");
     };
+    std::string told;
+    Cycle.OnFailed = [&](const std::string& reason) {
+        told = reason;
+    };
     Start();
     EXPECT_THROW(Time.Advance(2150), TError);
-    EXPECT_FALSE(Cycle.timerLogger->Enabled() || Cycle.timerQuery->Enabled());
+    EXPECT_FALSE(Cycle.timerLogger->Enabled() || Cycle.timerQuery->Enabled() || Cycle.Dologging);
+    EXPECT_EQ(told, "disk full");
     OnCycle = nullptr;
     Start();
     Time.Advance(2150);

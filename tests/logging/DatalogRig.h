@@ -56,8 +56,9 @@ class TDatalogRig : public IDatalogHost {
     TProgressBar FileProgressBar{"FileProgressBar"};
     TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
-    TDatalogParts Parts{*this, Dialogs,      Files,           Time,         Profile,
-                        Page,  MemoEventLog, FileProgressBar, directorypath};
+    TExclusiveUse Opening;
+    TDatalogParts Parts{*this, Dialogs,      Files,           Time,          Profile,
+                        Page,  MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 
 } // namespace tidewell::test

@@ -25,6 +25,7 @@ class TRecordingHost : public TLiveLog::IHost {
     int InitLink() override { return Told("init", LinkResult); }
     void StartPolling() override { Told("startLog"); }
     void StopPolling() override { Told("stopLog"); }
+    bool Polls() override { return Linked; }
     void ShowSetpointPage() override { Told("TabSetpoint"); }
     void Setup1Click() override { Told("Setup1Click"); }
     void RepaintStatusBar() override { Told("repaint"); }
@@ -34,6 +35,7 @@ class TRecordingHost : public TLiveLog::IHost {
 
     bool Enabled = true;
     bool Open = true;
+    bool Linked = true;
     int LinkResult = 0;
     std::vector<std::string> Calls;
     std::vector<std::string> Lines; // given to the grid
@@ -83,9 +85,11 @@ class TRig {
     TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
     TLoggingTexts Texts{"Started", "Stopped", Question, "ON", "OFF", "Save it"};
+    TExtensions Extensions;
+    TExclusiveUse Opening;
     TCurrentInifilesPath Paths{{}, {}, {}, {}, "/t"};
     TLiveLog Log{{Host, Dialogs, Time, Files, Time, Panel, Profile, Page, Buffers, TrafficButton,
-                  MemoEventLog, Texts, Paths}};
+                  MemoEventLog, Texts, Paths, Extensions, Opening}};
 };
 
 } // namespace
@@ -180,11 +184,52 @@ TEST(LiveLog, AFullDiskKeepsTheOldFileAndTheLog) {
     rig.Dialogs.ExpectSaveFile("Save it", Partial);
     EXPECT_THROW(rig.Log.SaveUserDatalog1Click(), EInOutError);
     EXPECT_EQ(rig.MemoEventLog.Lines().back(), "Stopped 08:00 02-03-2026");
-    // A restart that cannot save the old log does not clear it.
+    // A restart that cannot save the old log goes on with it.
     rig.Dialogs.ExpectMessage(Question, EModalResult::Yes);
-    EXPECT_THROW(rig.Log.StartLog(true, true), EInOutError);
+    rig.Dialogs.ExpectMessage(
+        "Cannot write /t/log/userlog/datalog02-03-20260800partial-2.csv: No space left on device");
+    rig.Log.StartLog(true, true);
+    EXPECT_TRUE(rig.Log.DatalogOn);
     EXPECT_EQ(rig.Saved(Partial), "old");
     EXPECT_EQ(rig.Buffers.DatalogCount, 2U);
+}
+
+TEST(LiveLog, KeepsARowThatGraphAndGridCannotShow) {
+    TRig rig;
+    rig.Files.Put("/t/profile/a.pls", std::string(ProfileText) + "B=Bad;1;clRed;x;0;1;150;;;;;;1;\r\n" +
+                                          "C=Good;1;clRed;4;0;0;150;;;;;;1;\r\n");
+    rig.Profile.Open("/t/profile/a.pls");
+    rig.Page.GraphInit(true);
+    rig.Log.UpdateTimerCallBackEvents.DatalogCount = 1;
+    for (std::size_t row = 0; row < 2; ++row)
+        EXPECT_THAT([&] { rig.Step("1; 2; "); },
+                    testing::ThrowsMessage<EConvertError>(testing::HasSubstr("Bad")));
+    EXPECT_EQ(rig.Buffers.DatalogCount, 2U);
+    EXPECT_EQ(rig.Host.Lines.size(), 2U);
+    EXPECT_EQ(rig.Page.DataLogDataValues.At(2, 1), 2);
+    EXPECT_THAT(rig.Saved("/t/log/userlog/datalog02-03-20260800partial.csv"),
+                testing::StartsWith("1;02-03-2026;"));
+}
+
+// With the key the automatic start leaves an opened file alone; it never comes in the middle of an opening.
+TEST(LiveLog, StartsByItselfOnce) {
+    for (const bool spare : {false, true})
+        for (const bool file : {false, true}) {
+            TRig rig;
+            rig.Extensions.LogAutoStartSpareOpenFile = spare;
+            rig.Log.TimerLogAutostart->SetEnabled(true);
+            {
+                const TExclusiveUse::THold opening(rig.Opening);
+                rig.Page.DatalogFileOpen = file;
+                rig.Time.Advance(5000);
+                EXPECT_FALSE(rig.Log.DatalogOn);
+            }
+            rig.Time.Advance(5000);
+            EXPECT_EQ(rig.Log.DatalogOn, !(spare && file));
+            EXPECT_EQ(rig.Page.DatalogFileOpen, spare && file);
+            EXPECT_EQ(rig.MemoEventLog.Lines().back() == rig.Texts.AutoStartSpared, spare && file);
+            EXPECT_FALSE(rig.Log.TimerLogAutostart->Enabled());
+        }
 }
 
 TEST(LiveLog, StartAsksAndClearsOrContinues) {
@@ -224,6 +269,15 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
     EXPECT_THAT(events, ElementsAre("Started 08:00 02-03-2026", "Stopped 08:05 02-03-2026",
                                     "Started 08:05 02-03-2026", "Stopped 08:05 02-03-2026",
                                     "Started 08:05 02-03-2026"));
+
+    // One that the driver takes no notice of says so, as long as it is so.
+    for (const bool linked : {false, true}) {
+        rig.Log.StopLog();
+        rig.Host.Linked = linked;
+        rig.Log.StartLog(false, true);
+        EXPECT_EQ(rig.Log.LogNotice.Visible(), !linked);
+        EXPECT_EQ(std::ranges::count(rig.MemoEventLog.Lines(), rig.Texts.NoSession), 1);
+    }
 
     // A start that is not to report only polls; one without a link does nothing.
     rig.Log.StopLog();
@@ -274,6 +328,7 @@ TEST(LiveLog, GoesOnBehindAnOpenedDatalog) {
     rig.Files.Room = 1000;
     rig.Step("3; ");
     EXPECT_EQ(rig.Page.GraphSampleCount(), 4U);
+    EXPECT_EQ(rig.Page.graph.Channels[0].Data.GetSize(), 4U); // no second point at the same place
     EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.Count(), 4U);
     EXPECT_EQ(rig.Page.DataLogDataValues.At(0, 1), 5);
     EXPECT_EQ(rig.Page.DataLogDataValues.At(0, 3), 0.3);

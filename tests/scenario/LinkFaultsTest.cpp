@@ -101,10 +101,17 @@ TEST_F(TLinkFaults, StopPollingWhenAPartialFileCannotBeWritten) {
     Time.Advance(60000);
     EXPECT_EQ(Rows(), 4u); // the fifth row is in the buffers, but not counted
     EXPECT_THAT(FilesBelow("/t/log/userlog"), testing::IsEmpty());
+    // The log counts as stopped, and says why.
+    const TNotice& notice = Main().LiveLog.LogNotice;
+    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_EQ(Main().TrafficButton.Caption(), Main().Texts.TrafficButtonOFF);
+    EXPECT_EQ(notice.Text.Caption(), "The log has stopped: " + Dialogs.Shown.back().Text);
+    EXPECT_TRUE(notice.Visible());
+    EXPECT_THAT(Main().MemoEventLog.Lines(), testing::Contains(notice.Text.Caption()));
     Files.Room = static_cast<std::size_t>(-1);
     Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::No);
-    Main().TrafficButton.Click(); // stops
     Main().TrafficButton.Click(); // goes on with the log as it is
+    EXPECT_FALSE(notice.Visible());
     RunUntilRows(6);
     EXPECT_EQ(FilesBelow("/t/log/userlog").size(), 1u);
     // Each row bears its own time, and none is left of the step that failed.
@@ -127,6 +134,86 @@ TEST_F(TLinkFaults, SendNoQuestionAfterAClose) {
     Time.Advance(60000);
     EXPECT_EQ(Libraries.Calls.size(), calls);
     Program->Finish();
+}
+
+// The click comes while a question is outstanding; the entry stays open for a minute.
+TEST_F(TLinkFaults, LogOnBelowADialog) {
+    StartLogging();
+    SetFault("Latency=100ms");
+    Main().SetpointPage.SetpointTreeView.SetSelected(TTreeView::TSelection{0, 0});
+    Main().SetpointPage.SetpointTreeView.OnClick();
+    Dialogs.ExpectForm("InputDialog", [this](TForm&) {
+        const std::size_t before = Rows();
+        Time.Advance(60000);
+        EXPECT_GT(Rows(), before + 15);
+    });
+    Time.Advance(3000);
+    ASSERT_TRUE(Time.AdvanceUntil([this] { return Label().ends_with("-> Get Data"); }, 10000));
+    Time.After(100, [this] {
+        EXPECT_FALSE(Program->NabtoDevice.Cycle.timerQuery->Enabled());
+        Main().SetpointPage.SetpointGrid.OnDblClick(1);
+    });
+    Time.Advance(200);
+    const std::size_t before = Rows();
+    Time.Advance(30000);
+    EXPECT_GT(Rows(), before + 7);
+    Close();
+}
+
+// The session ends, and for a while no new one can be opened.
+TEST_F(TLinkFaults, EndAtALostSessionUnlessItIsReopened) {
+    const std::string simulation = Files.Content[Simulation];
+    const std::string system = Files.Content[SystemFile];
+    for (const std::string section : {"[Session]\nReopen=false\n", "[Session]\nReopen=true\n"}) {
+        const bool reopens = section.find("true") != std::string::npos;
+        Files.Content[Simulation] = simulation;
+        Files.Content[SystemFile] = system + section;
+        StartLogging();
+        Fresh += "\n[Library]\nEndSessions=on; times=1\nnabtoOpenSession=NABTO_NO_NETWORK; times=4\n";
+        SetFault("");
+        Time.Advance(5000);
+        const std::size_t before = Rows();
+        const std::ptrdiff_t pings = QueryCount("ping.json");
+        Time.Advance(40000);
+        EXPECT_EQ(Rows() > before + 5, reopens);
+        EXPECT_EQ(QueryCount("ping.json"), pings + (reopens ? 1 : 0));
+        std::vector<std::string> told = Main().MemoEventLog.Lines();
+        std::erase_if(told, [](const std::string& line) { return !line.starts_with("The session"); });
+        if (reopens)
+            EXPECT_THAT(told, testing::ElementsAre(
+                                  "The session has ended and is opened anew: The session is not valid",
+                                  "The session cannot be opened: There is no network",
+                                  "The session is open again"));
+        else
+            EXPECT_THAT(told, testing::IsEmpty());
+        EXPECT_EQ(Nabto.OpenSessions(), reopens ? 1U : 0U);
+        if (!reopens)
+            Dialogs.ExpectMessage("The session is not valid"); // at the close
+        Close();
+    }
+}
+
+// Nothing else is opened, and no log starts, in the middle of an opening.
+TEST_F(TLinkFaults, OneOpeningAtATime) {
+    Start();
+    RunUntilRows(4);
+    Main().SaveDataLogFile("/t/log/userlog/a.csv");
+    Dialogs.ExpectOpenFiles(Main().Texts.DialogOpenDatalogFileCaption, {"/t/log/userlog/a.csv"});
+    int asked = 0;
+    Time.After(0, [&] {
+        Main().OpenDatalogfile1.Click();
+        Main().DatalogReader.OpenDatalogfile1Click();
+        Main().SdDatalogReader.Open_sd_datalogClick();
+        Main().OpenProfile2Click();
+        Main().TrafficButton.Click();
+        ++asked;
+    });
+    Main().OpenDatalogfile1.Click();
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), 3u);
+    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_TRUE(Main().TrafficButton.Enabled());
+    Close();
 }
 
 TEST_F(TLinkFaults, CloseInOrderInTheMiddleOfAQuestion) {

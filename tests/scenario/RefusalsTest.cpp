@@ -8,6 +8,7 @@ namespace tidewell::test {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 const std::string wrongPassword = "Username or password is incorrect.";
@@ -51,6 +52,15 @@ class TRefusals : public TProgramFixture {
     }
     static TStep DeviceRequest(const std::string& id, int code) {
         return Request("GET /devices/" + id + "/0/Nabtouser [token1]", code);
+    }
+    // Why there was no link, as the event log tells.
+    std::vector<std::string> Causes() {
+        const std::string start = "No link to the device 410000000001.hv.example: ";
+        std::vector<std::string> causes;
+        for (const std::string& line : Main().MemoEventLog.Lines())
+            if (line.starts_with(start))
+                causes.push_back(line.substr(start.size()));
+        return causes;
     }
     void ExpectClose() { Expect({"nabtoCloseSession", "nabtoShutdown"}); }
     // Below each of the next message boxes, with its number from 1 on.
@@ -269,6 +279,8 @@ TEST_F(TRefusals, OfATokenOfTheCommandLineStandInTheStatusBar) {
     EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(),
               "Not authorized to device \"410000000001.hv.example\" (status not ok)");
     EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_THAT(Causes(), ElementsAre("HTTP/1.1 401 Unauthorized",
+                                      "HTTP/1.1 401 Unauthorized")); // profile and log; sign-in is over
     Close();
     CheckLog();
 }
@@ -292,8 +304,9 @@ TEST_F(TRefusals, OfAnOfflineSessionAskAgain) {
     ExpectClose();
     Arguments = {};
     Start();
-    Time.Advance(20000); // a log that cannot start says nothing
+    Time.Advance(20000);
     EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_THAT(Causes(), testing::Each("nobody is signed in"));
     Close();
     CheckLog();
 }
@@ -342,6 +355,12 @@ TEST_F(TRefusals, OfAnExpiredTokenLeaveTheLinkAsItIs) {
     EXPECT_FALSE(Main().LiveLog.DatalogOn);
     DropPollsFromLog();
     CheckLog();
+    EXPECT_THAT(Causes(), ElementsAre("HTTP/1.1 401 Unauthorized", "HTTP/1.1 401 Unauthorized"));
+    Expect({DeviceRequest(Device, -1)}); // a silent cloud
+    Online = false;
+    Main().TrafficButton.Click();
+    CheckLog();
+    EXPECT_EQ(Causes().back(), "Failed to connect");
     Close();
 }
 

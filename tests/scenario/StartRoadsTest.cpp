@@ -136,6 +136,10 @@ TEST_F(TStartRoads, ByAnOfflineSessionThatNeedsNoNetworkAfterwards) {
     ExpectPings(Device, 2);
     Begin({}, Profile);
     ExpectProfilesRemoved();
+    EXPECT_THAT(
+        Main().MemoEventLog.Lines(),
+        testing::Contains("No link to the device 410000000003.hv.example: in an offline session it must "
+                          "have been found on the local network"));
     ExpectToTheEnd(610, {KeepAlive("token1", -1), KeepAlive("token1", -1)});
 }
 

@@ -1,0 +1,61 @@
+#include "link/SessionKeeper.h"
+
+#include "link/Nabto.h"
+
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int atOnce = 1; // ms, behind the request that told of the loss
+constexpr int again = 10000;
+
+} // namespace
+
+TSessionKeeper::TSessionKeeper(TParts parts)
+    : Parts(std::move(parts)), timerReopen(Parts.Timers.CreateTimer()) {
+    timerReopen->SetHandler([this] { timerReopenTimer(); });
+}
+
+TSessionKeeper::~TSessionKeeper() {
+    Parts.Nabto.OnSessionGone = nullptr;
+}
+
+void TSessionKeeper::Keep(const TCredentials& credentials) {
+    Credentials = credentials;
+    timerReopen->SetEnabled(false);
+    Parts.Nabto.OnSessionGone = [this](TNabtoStatus status) {
+        SessionGone(status);
+    };
+}
+
+void TSessionKeeper::SessionGone(TNabtoStatus status) {
+    if (timerReopen->Enabled() || !Parts.FormOpen())
+        return;
+    Told = false;
+    Parts.Tell(Parts.Texts.SessionLost + ": " + Parts.Nabto.StatusText(status));
+    timerReopen->SetInterval(atOnce);
+    timerReopen->SetEnabled(true);
+}
+
+void TSessionKeeper::timerReopenTimer() {
+    timerReopen->SetEnabled(false);
+    if (!Parts.FormOpen())
+        return;
+    const TNabtoStatus status = Parts.Nabto.Reopen(Credentials.Username, Credentials.Password);
+    if (status != NABTO_OK) {
+        if (!std::exchange(Told, true))
+            Parts.Tell(Parts.Texts.SessionNotBack + ": " + Parts.Nabto.StatusText(status));
+        timerReopen->SetInterval(again);
+        timerReopen->SetEnabled(true);
+        return;
+    }
+    const std::string device = Parts.Device;
+    const bool answered = Parts.Nabto.ping(device);
+    if (Parts.FormOpen())
+        Parts.Tell(answered ? Parts.Texts.SessionBack
+                            : Parts.Texts.SessionBack + ": " + Parts.Texts.NoAnswer + ", " + device);
+}
+
+} // namespace tidewell

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "cloud/ApiClient.h"
+#include "core/LanguageTexts.h"
+#include "core/ports/ITimers.h"
+#include "link/NabtoClientApi.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tidewell {
+
+class TUNabto;
+
+// Opens a session anew that the library has ended, as it does after a suspend or a change of network, and
+// pings the device once. While it cannot be opened it is tried again from time to time.
+class TSessionKeeper {
+  public:
+    struct TParts {
+        ITimers& Timers;
+        TUNabto& Nabto;
+        const TLinkTexts& Texts;
+        const std::string& Device; // in force
+        std::function<bool()> FormOpen;
+        std::function<void(const std::string&)> Tell; // takes lines of the event log
+    };
+
+    explicit TSessionKeeper(TParts parts);
+    ~TSessionKeeper();
+    TSessionKeeper(const TSessionKeeper&) = delete;
+    TSessionKeeper& operator=(const TSessionKeeper&) = delete;
+
+    // From now on the session that stands, which was opened with these.
+    void Keep(const TCredentials& credentials);
+
+  private:
+    void SessionGone(TNabtoStatus status);
+    void timerReopenTimer();
+
+    TParts Parts;
+    TCredentials Credentials;
+    std::unique_ptr<ITimer> timerReopen; // enabled from the loss on until the session stands again
+    bool Told = false;                   // that it cannot be opened
+};
+
+} // namespace tidewell
