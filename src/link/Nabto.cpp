@@ -162,6 +162,11 @@ bool TUNabto::ping(const std::string& device) {
     return true;
 }
 
+void TUNabto::ForgetVersions() {
+    for (std::string* version : {&versionHP, &versionNP, &versionBT, &GatewayVersion})
+        version->clear();
+}
+
 bool TUNabto::isGateway() const {
     return model == "30011" || model == "30012" || model == "30013" || model == "30014";
 }

@@ -67,6 +67,8 @@ class TUNabto : public TStreamProgress {
     std::string SendQuery(const std::string& device, const std::string& request, const std::string& data);
     // Whether the device answers. Fills the identity fields and installs the interface that fits the device.
     bool ping(const std::string& device);
+    // Until the device tells its versions anew.
+    void ForgetVersions();
     bool isGateway() const;
     bool isZelt4() const { return model == "30015"; }
 
