@@ -41,6 +41,8 @@ bool Concerns(EFault fault, EOccasion occasion) {
         return occasion == EOccasion::StreamRead;
     case EFault::BufferFull:
         return occasion == EOccasion::StreamWrite;
+    case EFault::OldResult:
+        return occasion == EOccasion::Service;
     case EFault::Refuse:
         return IsService(occasion);
     case EFault::WrongEcho:

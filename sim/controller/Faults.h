@@ -31,6 +31,7 @@ enum class EFault {
     WrongEcho,        // the answer to a packet echoes its number with that much added [Number]
     ShortRead,        // a prepared read gives fewer bytes [Number: how many fewer]
     BadImage,         // the test of a firmware image fails [Number: the file, from 1]
+    OldResult,        // an image on its way does not count as bad: the last test's result stands
     LateReturn,       // a restart takes longer [Number: ms]
     NoReturn          // does not come back from a restart
 };

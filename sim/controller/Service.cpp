@@ -129,7 +129,9 @@ std::int64_t TService::PrepareUpdate(const TCall& call) {
         return NotReady;
     }
     Dialogue.Abort();
-    Update.Announce(*Images.Current());
+    if (FindFault(call.Due, EFault::OldResult) == nullptr) {
+        Update.Announce(*Images.Current());
+    }
     return *address;
 }
 

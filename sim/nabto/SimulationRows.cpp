@@ -145,6 +145,7 @@ constexpr std::array<TFaultName, 19> FaultNames{{
     {"WrongEcho", EFault::WrongEcho, EArgument::Integer},
     {"ShortRead", EFault::ShortRead, EArgument::Count},
     {"BadImage", EFault::BadImage, EArgument::File},
+    {"OldResult", EFault::OldResult, EArgument::On},
     {"LateReturn", EFault::LateReturn, EArgument::Time},
     {"NoReturn", EFault::NoReturn, EArgument::On},
 }};

@@ -161,6 +161,13 @@ std::vector<std::string_view> SplitStrictly(std::string_view text, char separato
     return pieces;
 }
 
+std::string Join(std::span<const std::string> texts, std::string_view separator) {
+    std::string joined;
+    for (const std::string& text : texts)
+        joined.append(joined.empty() ? "" : separator).append(text);
+    return joined;
+}
+
 std::string GetRowField(std::string_view row, std::size_t index) {
     const auto range = FieldRange(row, index);
     return range ? Unquoted(row.substr(range->first, range->second - range->first)) : std::string();

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,7 @@ void SplitRow(std::string_view text, std::vector<std::string>& target, bool digi
 // The pieces between ';', strictly: a text that ends in ';' has one further empty piece. An empty text has
 // none.
 std::vector<std::string_view> SplitStrictly(std::string_view text, char separator = ';');
+std::string Join(std::span<const std::string> texts, std::string_view separator);
 
 // Field at the index from 0, splitting at ';' only; a field that starts with '"' runs to the closing quote,
 // with "" standing for one quote. Empty beyond the last field.

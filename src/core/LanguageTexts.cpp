@@ -117,12 +117,30 @@ TFirmwareUpdateTexts ReadFirmwareUpdateTexts(const TIniFile& languageFile) {
                   {texts.SendingAgain, "SendingAgain"},
                   {texts.Succeeded, "Succeeded"},
                   {texts.Failed, "Failed"},
+                  {texts.Stopped, "Stopped"},
                   {texts.File, "File"},
                   {texts.Elapsed, "Elapsed"},
                   {texts.Running, "Running"},
                   {texts.Show, "Show"},
                   {texts.CloseWindow, "CloseWindow"},
-                  {texts.CloseProgram, "CloseProgram"}});
+                  {texts.CloseProgram, "CloseProgram"},
+                  {texts.Stop, "Stop"},
+                  {texts.StopUpdate, "StopUpdate"},
+                  {texts.StoppedByUser, "StoppedByUser"},
+                  {texts.RestartNotSeen, "RestartNotSeen"},
+                  {texts.ResultUnknown, "ResultUnknown"},
+                  {texts.NotTaken, "NotTaken"},
+                  {texts.NoUpdateStatus, "NoUpdateStatus"},
+                  {texts.BadPackage, "BadPackage"},
+                  {texts.NoNumber, "NoNumber"},
+                  {texts.NoFile, "NoFile"},
+                  {texts.NothingChosen, "NothingChosen"},
+                  {texts.ChosenBeyond, "ChosenBeyond"},
+                  {texts.WrongSize, "WrongSize"},
+                  {texts.BadLine, "BadLine"},
+                  {texts.TestStopped, "TestStopped"},
+                  {texts.TestEnded, "TestEnded"},
+                  {texts.OtherDevice, "OtherDevice"}});
     return texts;
 }
 

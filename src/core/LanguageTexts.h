@@ -102,6 +102,7 @@ struct TFirmwareUpdateTexts {
     std::string SendingAgain = "Sending again";
     std::string Succeeded = "Update succeeded";
     std::string Failed = "Update failed";
+    std::string Stopped = "Update stopped";
     std::string File = "File %1 of %2: %3";   // number, count, name
     std::string Elapsed = "Elapsed";          // a time follows
     std::string Running = "Firmware update:"; // what it does follows
@@ -111,6 +112,29 @@ struct TFirmwareUpdateTexts {
         "A firmware update is running. It goes on without this window. Close the window?";
     std::string CloseProgram = "A firmware update is running. Closing the program ends it and can leave the "
                                "controller half updated. Close the program?";
+    // The button that leaves a run.
+    std::string Stop = "Stop update";
+    std::string StopUpdate = "Stopping the update can leave the controller half updated. Stop it?";
+    std::string StoppedByUser = "The update was stopped by the user";
+    // Why a run has failed, or could not start.
+    std::string RestartNotSeen = "The restart of the controller was not seen";
+    std::string ResultUnknown = "The controller did not tell the result of its firmware test, so it is not "
+                                "known whether the firmware is good";
+    std::string NotTaken = "The controller did not take the whole of file %1"; // number
+    std::string NoUpdateStatus = "The profile tells of no update status (DF_HPM_SETPKTNUM), so no update can "
+                                 "run";
+    // What is wrong in a package.
+    std::string BadPackage = "The firmware package is not in order, so nothing is sent:"; // a line each
+    std::string NoNumber = "'%1' is not a valid integer value (%2, line %3 of %4)";       // text, what, where
+    std::string NoFile = "%1 names no file";
+    std::string NothingChosen = "Number of files: '%1' chooses no file";             // mask
+    std::string ChosenBeyond = "Number of files: '%1' chooses a file beyond the %2"; // mask, count
+    std::string WrongSize = "%1 has %2 bytes, not %3";
+    std::string BadLine = "Line %1 of %2 is not well formed: %3";
+    // The continuous test.
+    std::string TestStopped = "Continuous test stopped. Good: %1, bad: %2. There is no report to save";
+    std::string TestEnded = "The continuous test has ended: %1"; // why
+    std::string OtherDevice = "another controller is in force";
 };
 
 // What the event log tells of libraries, files and the service. A text that is missing keeps the English one.

@@ -330,6 +330,10 @@ void TQtDialogs::Popup(TPopupMenu& menu) {
     view.exec(QCursor::pos());
 }
 
+bool TQtDialogs::IsModalOpen() const {
+    return QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr;
+}
+
 void TQtDialogs::SetWaitCursor(bool wait) {
     Waits = std::max(0, wait ? Waits + 1 : Waits - 1);
     if (wait && Waits == 1) {

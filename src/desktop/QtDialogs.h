@@ -50,6 +50,7 @@ class TQtDialogs : public IDialogs {
     EModalResult ShowModal(TForm& form) override;
     void Show(TForm& form) override;
     void Popup(TPopupMenu& menu) override;
+    bool IsModalOpen() const override;
     void SetWaitCursor(bool wait) override;
     int WorkAreaHeight() const override;
 

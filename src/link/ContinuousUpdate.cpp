@@ -1,7 +1,9 @@
 #include "link/ContinuousUpdate.h"
 
 #include "core/Errors.h"
+#include "core/Extensions.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Paths.h"
 #include "core/TextFile.h"
 #include "core/controls/Lists.h"
@@ -13,10 +15,13 @@
 #include "link/ServiceFiles.h"
 #include "link/UpdateStatus.h"
 
+#include <utility>
+
 namespace tidewell {
 
 namespace {
 constexpr int interval = 60000; // ms
+constexpr const char* savedText = "Continious test Stop result saved in userlog folder";
 constexpr const char* listFileName = "filecontdnltest.fwc";
 } // namespace
 
@@ -24,15 +29,21 @@ TContinuousUpdate::TContinuousUpdate(const TParts& parts)
     : TimerContUpdate(parts.Timers.CreateTimer()), Parts(parts) {
     TimerContUpdate->SetInterval(interval);
     TimerContUpdate->SetHandler([this] { TimerContUpdateTimer(); });
-    Parts.Update.OnUpdateDone = [this](bool success) {
-        UpdateDone(success);
+    Parts.Update.OnUpdateDone = [this](const TUpdateEnd& end) {
+        UpdateDone(end);
     };
     FollowStatus = Parts.Status.Changed.Connect(
         [this] { Parts.ButContUpdate.SetEnabled(!Parts.Status.Running() || RPCEnableMultibleUpdate); });
 }
 
+bool TContinuousUpdate::Strict() const {
+    return Parts.Extensions.ServiceStrict;
+}
+
 void TContinuousUpdate::ButContUpdateClick() {
-    if (RPCEnableMultibleUpdate) {
+    if (RPCEnableMultibleUpdate && Strict()) {
+        EndTest({});
+    } else if (RPCEnableMultibleUpdate) {
         StopTest();
     } else if (!Parts.Use.Taken()) {
         const TDeviceUse::TAction action(Parts.Use);
@@ -46,13 +57,23 @@ void TContinuousUpdate::StartTest() {
     ContUpdateACK = 0;
     ContUpdateNACK = 0;
     DateTimeStart = Parts.Clock.Now();
+    IdleCaption = Parts.ButContUpdate.Caption();
     Parts.ButContUpdate.SetCaption("Continuous RPC-Update started");
     Parts.Update.SelectConfigFile();
+    TestedDevice = Parts.device;
     UseMultibleFiles = false;
     if (Parts.EnableContineousUpdate &&
         Parts.CurrentUpdateSWFile.string().find(listFileName) != std::string::npos) {
         Parts.memoDebug.Add("Contineous fileupload with multible files enabled");
-        const bool listed = LoadList();
+        bool listed = false;
+        try {
+            listed = LoadList();
+        } catch (const EInOutError& error) {
+            if (!Strict())
+                throw;
+            UseMultibleFilesResultList.reset();
+            return EndTest(error.what());
+        }
         UseMultibleFiles = true;
         if (listed) {
             UseMultibleFilesActiveFileIndex = 1;
@@ -80,7 +101,7 @@ std::filesystem::path TContinuousUpdate::ListedPath() const {
 }
 
 void TContinuousUpdate::StopTest() {
-    Parts.Dialogs.ShowMessage("Continious test Stop result saved in userlog folder");
+    Parts.Dialogs.ShowMessage(savedText);
     Parts.StatusBar.SetText(0, "");
     Parts.ButContUpdate.SetCaption("Continuous RPC-Update stopped");
     const auto report = std::move(UseMultibleFilesResultList);
@@ -91,7 +112,38 @@ void TContinuousUpdate::StopTest() {
     if (!report)
         throw EListError(
             "List index out of bounds (0): a continuous test without a list of packages has no report");
-    auto lines = *report;
+    SaveReport(*report);
+}
+
+void TContinuousUpdate::EndTest(const std::string& reason) {
+    const TFirmwareUpdateTexts& texts = Parts.Status.Texts;
+    TimerContUpdate->SetEnabled(false);
+    Parts.StatusBar.SetText(0, "");
+    Parts.ButContUpdate.SetCaption(reason.empty() ? "Continuous RPC-Update stopped" : IdleCaption);
+    auto report = std::exchange(UseMultibleFilesResultList, std::nullopt);
+    RPCEnableMultibleUpdate = false;
+    UseMultibleFiles = false;
+    UseMultibleFilesList.reset();
+    std::string text;
+    if (!reason.empty())
+        text = FillText(texts.TestEnded, {reason});
+    else if (!report)
+        text = FillText(texts.TestStopped, {std::to_string(ContUpdateACK), std::to_string(ContUpdateNACK)});
+    if (report) {
+        if (!text.empty())
+            report->push_back(text);
+        std::string saved = savedText;
+        try {
+            SaveReport(*std::move(report));
+        } catch (const EInOutError& error) {
+            saved = error.what();
+        }
+        text += (text.empty() ? "" : "\r\n") + saved;
+    }
+    Parts.Dialogs.ShowMessage(text);
+}
+
+void TContinuousUpdate::SaveReport(std::vector<std::string> lines) {
     lines.emplace_back("Continuous test report");
     lines.push_back("Test results -> TestOk: " + std::to_string(ContUpdateACK) +
                     " TestBad: " + std::to_string(ContUpdateNACK));
@@ -100,7 +152,7 @@ void TContinuousUpdate::StopTest() {
         Parts.Files.CreateDirectories(directory);
         WriteLines(Parts.Files,
                    directory / ("Continious_test_log_" + DateTimeStamp(Parts.Clock) + "_" +
-                                Parts.device.substr(0, 12) + ".txt"),
+                                (Strict() ? TestedDevice : Parts.device).substr(0, 12) + ".txt"),
                    lines);
     } catch (const EInOutError&) {
         for (const std::string& line : lines) // there it is not lost
@@ -109,11 +161,13 @@ void TContinuousUpdate::StopTest() {
     }
 }
 
-// A tick while the device is in use is put off to the next one.
+// A tick while the device is in use, or with ServiceStrict below a dialog, is put off to the next one.
 void TContinuousUpdate::TimerContUpdateTimer() {
-    if (Parts.Use.Taken())
+    if (Parts.Use.Taken() || (Strict() && Parts.Dialogs.IsModalOpen()))
         return;
     TimerContUpdate->SetEnabled(false);
+    if (Strict() && Parts.device != TestedDevice)
+        return EndTest(Parts.Status.Texts.OtherDevice);
     if (UseMultibleFiles && UseMultibleFilesList && UseMultibleFilesResultList) {
         const auto& lines = Parts.memoDebug.Lines();
         UseMultibleFilesResultList->insert(UseMultibleFilesResultList->end(), lines.begin(), lines.end());
@@ -125,10 +179,12 @@ void TContinuousUpdate::TimerContUpdateTimer() {
     Parts.Update.UpdateSW(Parts.CurrentUpdateSWFile);
 }
 
-void TContinuousUpdate::UpdateDone(bool success) {
+void TContinuousUpdate::UpdateDone(const TUpdateEnd& end) {
     if (!RPCEnableMultibleUpdate)
         return;
-    ++(success ? ContUpdateACK : ContUpdateNACK);
+    if (Strict() && !end.CannotStart.empty())
+        return EndTest(end.CannotStart);
+    ++(end.Success ? ContUpdateACK : ContUpdateNACK);
     Parts.StatusBar.SetText(0, "Ctest result Ok->: " + std::to_string(ContUpdateACK) +
                                    "Bad->: " + std::to_string(ContUpdateNACK));
     TimerContUpdate->SetEnabled(true);

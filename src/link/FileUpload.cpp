@@ -86,12 +86,15 @@ std::int32_t TFileUpload::Prepare(std::uint32_t fileId, std::uint32_t fileSize, 
 TFileUpload::TImage TFileUpload::BeginRpcUpload(std::uint32_t fileId, std::uint32_t fileSize,
                                                 const std::filesystem::path& path, std::uint32_t crc32) {
     Started = Parts.Clock.Monotonic();
+    Missed = false;
+    IsTaken = false;
     Parts.Nabto.currentstreamlength = fileSize;
     Log("PrepareUpdate return value -> " + std::to_string(Prepare(fileId, fileSize, crc32)));
     return {Parts.Files, path, fileSize};
 }
 
-void TFileUpload::EndRpcUpload() {
+void TFileUpload::EndRpcUpload(const TImage& image, std::uint32_t fileSize, bool acknowledged) {
+    IsTaken = acknowledged && !Missed && image.Bytes().size() == fileSize;
     const auto elapsed = std::chrono::floor<std::chrono::seconds>(Parts.Clock.Monotonic() - Started);
     Log("RPC File upload done time elapsed ->" + std::to_string(elapsed.count()) + " sec");
 }
@@ -147,6 +150,7 @@ std::int32_t TFileUpload::FlashWriteBlock(std::uint32_t blockNumber, std::uint32
             Hexadecimal(crc));
         errors = status == 1 ? linkLost : errors + 1;
     } while (index < packetCount && errors <= mostPacketErrors);
+    Missed = Missed || index < packetCount;
     // The main processor wants a block with a repaired error once more as a whole.
     return state == ENostreamState::MainData && errors > 0 ? refused : static_cast<std::int32_t>(status);
 }
@@ -222,13 +226,14 @@ bool TFileUpload::RpcUploadDisplay(std::uint32_t fileId, std::uint32_t fileSize,
         blocks.Answer =
             FlashWriteBlock(blocks.Block, packets, ENostreamState::Data, image.Block(blocks.Block));
     }
+    bool started = false;
     if (blocks.Answer == done) {
-        Command(ENostreamState::StartProgram, blocks.Block);
+        started = Command(ENostreamState::StartProgram, blocks.Block) == done;
         Log("Send program to display");
     } else {
         LoggedCommand(ENostreamState::DeInit, "Send DeInit and Abort upload status ->", blocks.Block);
     }
-    EndRpcUpload();
+    EndRpcUpload(image, fileSize, started);
     return blocks.Fails == 0;
 }
 
@@ -250,11 +255,12 @@ bool TFileUpload::RpcUploadTarget(std::uint32_t fileId, std::uint32_t fileSize,
     Log("Start write filedata");
     const TBlocks blocks = SendBlocks(image, ENostreamState::Data, mostBlockFails);
     Log("Write last bit of datafile");
+    std::int32_t last = blocks.Answer;
     if (blocks.Answer == done) {
         const auto packets = static_cast<std::uint32_t>((image.Rest + packetSize - 1) / packetSize);
-        FlashWriteBlock(image.Whole, packets, ENostreamState::Data, image.Block(image.Whole));
+        last = FlashWriteBlock(image.Whole, packets, ENostreamState::Data, image.Block(image.Whole));
     }
-    EndRpcUpload();
+    EndRpcUpload(image, fileSize, blocks.Fails == 0 && last == done);
     return blocks.Fails == 0;
 }
 
@@ -273,8 +279,9 @@ bool TFileUpload::RpcUploadMain(std::uint32_t fileId, std::uint32_t fileSize,
     Log(" RPC Write last bit of datafile");
     // One packet above the full ones always goes here.
     const auto packets = static_cast<std::uint32_t>(image.Rest / packetSize + 1);
-    FlashWriteBlock(image.Whole, packets, ENostreamState::MainData, image.Block(image.Whole));
-    EndRpcUpload();
+    const std::int32_t last =
+        FlashWriteBlock(image.Whole, packets, ENostreamState::MainData, image.Block(image.Whole));
+    EndRpcUpload(image, fileSize, blocks.Fails == 0 && last == done);
     return blocks.Fails == 0;
 }
 
@@ -297,6 +304,7 @@ bool TFileUpload::RpcPreErase() {
 bool TFileUpload::StreamUpload(std::uint32_t fileId, std::uint32_t fileSize, const std::string& fileName,
                                std::uint32_t crc32) {
     const auto path = ImagePath(Parts.CurrentUpdateSWFile.parent_path(), fileName);
+    IsTaken = false;
     for (int tries = 0; tries < mostTries;) {
         const std::int32_t address = Prepare(fileId, fileSize, crc32);
         if (address < 2) {
@@ -366,6 +374,7 @@ bool TFileUpload::StreamWriteFile(std::uint32_t fileId, const std::filesystem::p
         success = false;
     else
         Log("Stream Closed");
+    IsTaken = success;
     Parts.Run.Check();
     return success;
 }

@@ -38,7 +38,7 @@ enum class ENostreamState : std::uint32_t {
 // Brings an image to the device by one of two roads: through the byte stream, or in requests of 256 bytes
 // each. fileId is the file's number, from 1; fileSize and crc32 are what the package says; true is success,
 // as far as the tool can see it. All of them block, log to memoDebug, throw EInOutError for an image that
-// cannot be read and EProgramClosed when the program is closed meanwhile.
+// cannot be read and EUpdateEnded when the run is ended meanwhile.
 class TFileUpload {
   public:
     struct TParts {
@@ -75,6 +75,8 @@ class TFileUpload {
                                  std::span<const std::uint8_t> data);
 
     std::uint16_t RPCPacketNumber = 0; // of the next packet
+    // Whether the device has acknowledged every byte of the image sent last, whatever the upload returned.
+    bool Taken() const { return IsTaken; }
 
   private:
     // The bytes of an image, at most as many as its package says, in blocks of 4096.
@@ -101,7 +103,8 @@ class TFileUpload {
     std::int32_t Prepare(std::uint32_t fileId, std::uint32_t fileSize, std::uint32_t crc32);
     TImage BeginRpcUpload(std::uint32_t fileId, std::uint32_t fileSize, const std::filesystem::path& path,
                           std::uint32_t crc32);
-    void EndRpcUpload();
+    // acknowledged: what the device said to the last part of the image.
+    void EndRpcUpload(const TImage& image, std::uint32_t fileSize, bool acknowledged);
     std::int32_t Command(ENostreamState state, std::uint32_t block = 0);
     std::int32_t LoggedCommand(ENostreamState state, const char* text, std::uint32_t block = 0);
     // Repeats the command, with pauses, until the answer is one of these or, if told so, six times 7 in a
@@ -116,6 +119,8 @@ class TFileUpload {
 
     const TParts Parts;
     std::chrono::milliseconds Started{}; // of the running RPC upload
+    bool Missed = false; // a packet of it was given up
+    bool IsTaken = false;
 };
 
 } // namespace tidewell

@@ -2,11 +2,13 @@
 
 #include "core/Errors.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <utility>
 
 namespace tidewell {
@@ -29,44 +31,112 @@ char MaskDigit(std::string_view mask, std::size_t position) {
     return position < mask.size() ? mask[mask.size() - 1 - position] : '0';
 }
 
-// The lines of one configuration file, with the file's name for what is wrong in them.
-class TConfigLines {
-  public:
-    TConfigLines(const IFiles& files, const std::filesystem::path& path)
-        : Path(path), Lines(ReadLines(files, path)) {}
+bool Chooses(char digit) {
+    return digit == '1' || digit == '2';
+}
 
-    std::size_t Count() const { return Lines.size(); }
-    std::string_view Line(std::size_t index) const { return Lines[index]; }
+// Takes a mistake; may throw.
+using TReport = std::function<void(const std::string& mistake)>;
 
-    std::uint32_t Number(std::size_t index, const char* what) const {
-        const std::string_view text = index < Lines.size() ? LastField(Lines[index]) : std::string_view();
-        if (const auto value = TryToInteger64(text))
-            return static_cast<std::uint32_t>(*value);
-        throw EConvertError("'" + std::string(text) + "' is not a valid integer value (" + what + ", line " +
-                            std::to_string(index + 1) + " of " + Path.string() + ")");
-    }
-
-  private:
-    const std::filesystem::path& Path;
-    std::vector<std::string> Lines;
+struct TConfig {
+    TFirmwarePackage Package;
+    std::vector<bool> Sized; // the file's size is a number
 };
 
-void ApplyTransferLine(std::string_view line, std::vector<TUpdateFile>& files) {
+TConfig ReadConfig(const IFiles& files, const std::filesystem::path& configFile,
+                   const TFirmwareUpdateTexts& texts, const TReport& report) {
+    TConfig config;
+    TFirmwarePackage& package = config.Package;
+    const std::vector<std::string> lines = ReadLines(files, configFile);
+    const auto number = [&](std::size_t index, std::string_view what) {
+        const std::string_view text = index < lines.size() ? LastField(lines[index]) : std::string_view();
+        const auto value = TryToInteger64(text);
+        if (!value)
+            report(FillText(texts.NoNumber, {text, what, std::to_string(index + 1), configFile.string()}));
+        return value;
+    };
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (Holds(lines[i], "Number of files"))
+            package.FileMask = LastField(lines[i]);
+        if (Holds(lines[i], "Filename")) {
+            TUpdateFile file;
+            file.filename = LastField(lines[i]);
+            file.crc = static_cast<std::uint32_t>(number(i + 1, "CRC32").value_or(0));
+            const auto size = number(i + 2, "Filesize");
+            file.filesize = static_cast<std::uint32_t>(size.value_or(0));
+            package.Files.push_back(std::move(file));
+            config.Sized.push_back(size.has_value());
+        }
+    }
+    try {
+        package.FileMaskBits = DigitMask(package.FileMask);
+    } catch (const ERangeError& error) {
+        report(std::string(error.what()) + " (Number of files in " + configFile.string() + ")");
+    }
+    return config;
+}
+
+// False for a line of either kind whose fields are not in order; what is not understood leaves the files as
+// they are.
+bool ApplyTransferLine(std::string_view line, std::vector<TUpdateFile>& files) {
     const auto fields = SplitStrictly(line, ':');
     const bool version = Holds(line, "Version") && fields.size() == 3;
     const bool transfer = !version && Holds(line, "_Transfer") && fields.size() == 4;
     if (!version && !transfer)
-        return;
+        return false;
     const std::int32_t number = ToIntegerOr(fields[1], noFileNumber);
     if (number < 1 || static_cast<std::size_t>(number) > files.size())
-        return;
+        return false;
     TUpdateFile& file = files[static_cast<std::size_t>(number) - 1];
     if (version) {
         file.fileId = fields[0];
         file.swversion = static_cast<std::uint32_t>(ToIntegerOr(fields[2], 0));
-    } else {
-        file.TransferType = ToIntegerOr(fields[2], 0);
-        file.RPCModel = ToIntegerOr(fields[3], 0);
+        return TryToInteger(fields[2]).has_value();
+    }
+    file.TransferType = ToIntegerOr(fields[2], 0);
+    file.RPCModel = ToIntegerOr(fields[3], 0);
+    return TryToInteger(fields[2]) && TryToInteger(fields[3]);
+}
+
+// A remark, or a heading, in which nothing is told.
+bool IsRemark(std::string_view line) {
+    line = Trim(line);
+    const bool heading = !Holds(line, ":") && !Holds(line, "Version") && !Holds(line, "_Transfer");
+    return heading || line.front() == ';' || line.front() == '#' || line.starts_with("//");
+}
+
+void ApplyTransferFile(const IFiles& files, const std::filesystem::path& path, TFirmwarePackage& package,
+                       const TFirmwareUpdateTexts& texts, const TReport& report) {
+    const std::vector<std::string> lines = ReadLines(files, path);
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        if (!ApplyTransferLine(lines[i], package.Files) && !IsRemark(lines[i]))
+            report(FillText(texts.BadLine, {std::to_string(i + 1), path.string(), lines[i]}));
+}
+
+void CheckMask(const TFirmwarePackage& package, const TFirmwareUpdateTexts& texts, const TReport& report) {
+    const std::string& mask = package.FileMask;
+    const std::size_t listed = std::min(package.Files.size(), mask.size());
+    const auto beyond = std::string_view(mask).substr(0, mask.size() - listed);
+    if (std::ranges::none_of(mask, Chooses))
+        report(FillText(texts.NothingChosen, {mask}));
+    if (std::ranges::any_of(beyond, Chooses))
+        report(FillText(texts.ChosenBeyond, {mask, std::to_string(package.Files.size())}));
+}
+
+void CheckImages(const IFiles& files, const std::filesystem::path& directory,
+                 const TConfig& config, const TFirmwareUpdateTexts& texts, const TReport& report) {
+    for (std::size_t i = 0; i < config.Package.Files.size(); ++i) {
+        if (!config.Package.Sent(i))
+            continue;
+        const TUpdateFile& file = config.Package.Files[i];
+        const auto path = ImagePath(directory, file.filename);
+        try {
+            if (const std::size_t size = files.Read(path).size(); config.Sized[i] && size != file.filesize)
+                report(FillText(texts.WrongSize,
+                                {path.string(), std::to_string(size), std::to_string(file.filesize)}));
+        } catch (const EInOutError& error) {
+            report(error.what());
+        }
     }
 }
 
@@ -101,8 +171,7 @@ TRoute RouteOf(const TUpdateFile& file) {
 } // namespace
 
 bool TFirmwarePackage::Sent(std::size_t position) const {
-    const char digit = MaskDigit(FileMask, position);
-    return digit == '1' || digit == '2';
+    return Chooses(MaskDigit(FileMask, position));
 }
 
 bool TFirmwarePackage::Verified(std::size_t position) const {
@@ -110,30 +179,36 @@ bool TFirmwarePackage::Verified(std::size_t position) const {
 }
 
 TFirmwarePackage ReadFirmwarePackage(const IFiles& files, const std::filesystem::path& configFile) {
-    TFirmwarePackage package;
-    const TConfigLines lines(files, configFile);
-    for (std::size_t i = 0; i < lines.Count(); ++i) {
-        const std::string_view line = lines.Line(i);
-        if (Holds(line, "Number of files"))
-            package.FileMask = LastField(line);
-        if (Holds(line, "Filename")) {
-            TUpdateFile file;
-            file.filename = LastField(line);
-            file.crc = lines.Number(i + 1, "CRC32");
-            file.filesize = lines.Number(i + 2, "Filesize");
-            package.Files.push_back(std::move(file));
-        }
-    }
-    try {
-        package.FileMaskBits = DigitMask(package.FileMask);
-    } catch (const ERangeError& error) {
-        throw EConvertError(std::string(error.what()) + " (Number of files in " + configFile.string() + ")");
-    }
+    const TFirmwareUpdateTexts texts;
+    const auto refuse = [](const std::string& mistake) {
+        throw EConvertError(mistake);
+    };
+    TFirmwarePackage package = ReadConfig(files, configFile, texts, refuse).Package;
     const auto transferFile = configFile.parent_path() / transferFileName;
     if (files.FileExists(transferFile))
-        for (const std::string& line : ReadLines(files, transferFile))
-            ApplyTransferLine(line, package.Files);
+        ApplyTransferFile(files, transferFile, package, texts, [](const std::string&) {});
     return package;
+}
+
+TCheckedPackage CheckFirmwarePackage(const IFiles& files, const std::filesystem::path& configFile,
+                                     const TFirmwareUpdateTexts& texts) {
+    std::vector<std::string> mistakes;
+    const auto report = [&mistakes](const std::string& mistake) {
+        mistakes.push_back(mistake);
+    };
+    TConfig config = ReadConfig(files, configFile, texts, report);
+    const auto directory = configFile.parent_path();
+    if (config.Package.Files.empty())
+        report(FillText(texts.NoFile, {configFile.string()}));
+    CheckMask(config.Package, texts, report);
+    CheckImages(files, directory, config, texts, report);
+    const auto names = files.List(directory, transferFileName);
+    if (!names.empty()) {
+        const bool exact = std::ranges::find(names, transferFileName) != names.end();
+        ApplyTransferFile(files, directory / (exact ? transferFileName : names.front()), config.Package,
+                          texts, report);
+    }
+    return {std::move(config.Package), std::move(mistakes)};
 }
 
 ERoad FirstRoad(const TUpdateFile& file) {

@@ -10,6 +10,7 @@
 namespace tidewell {
 
 class IFiles;
+struct TFirmwareUpdateTexts;
 
 // One image of a firmware package.
 struct TUpdateFile {
@@ -41,6 +42,16 @@ struct TFirmwarePackage {
 // Throws EInOutError, and EConvertError, naming file and line, for an image whose CRC32 or size is no number
 // or a mask that is too long.
 TFirmwarePackage ReadFirmwarePackage(const IFiles& files, const std::filesystem::path& configFile);
+
+// A package read with all that is wrong in it, as texts for the user: beside what ends the other reading also
+// images that are not there or have another size, a mask that does not fit the list, and lines of
+// pc_cfg.fwc, which is found in any case of letters. Throws EInOutError for a text file that cannot be read.
+struct TCheckedPackage {
+    TFirmwarePackage Package;
+    std::vector<std::string> Mistakes;
+};
+TCheckedPackage CheckFirmwarePackage(const IFiles& files, const std::filesystem::path& configFile,
+                                     const TFirmwareUpdateTexts& texts);
 
 // The routes table. Some targets are never sent again.
 ERoad FirstRoad(const TUpdateFile& file);

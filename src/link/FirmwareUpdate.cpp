@@ -1,8 +1,10 @@
 #include "link/FirmwareUpdate.h"
 
 #include "core/Errors.h"
+#include "core/Extensions.h"
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/Paths.h"
 #include "core/TextFile.h"
@@ -38,6 +40,25 @@ std::uint32_t Number(const std::string& text) {
 
 } // namespace
 
+TFirmwareUpdate::TFirmwareUpdate(const TParts& parts) : Parts(parts) {
+    Parts.Status.ButUpdateStop.OnClick = [this] {
+        StopClick();
+    };
+}
+
+bool TFirmwareUpdate::Strict() const {
+    return Parts.Extensions.ServiceStrict;
+}
+
+// The event loop runs within the run, which so stands still as long as the question does.
+void TFirmwareUpdate::StopClick() {
+    if (Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Parts.Status.Texts.StopUpdate,
+                                     EButtons::YesNo) != EModalResult::Yes)
+        return;
+    Parts.Run.Stop();
+    Parts.Status.ButUpdateStop.SetEnabled(false);
+}
+
 void TFirmwareUpdate::SelectConfigFile() {
     Parts.CurrentUpdateSWFile.clear();
     TFileDialog dialog;
@@ -56,34 +77,45 @@ bool TFirmwareUpdate::UpdateSW(const std::filesystem::path& configFile) {
     if (!hold)
         return false;
     struct TRunning {
-        TUpdateStatus& Status;
-        bool Success = false;
-        explicit TRunning(TUpdateStatus& status) : Status(status) { Status.Begin(); }
-        ~TRunning() { Status.End(Success); }
+        const TParts& Parts;
+        EUpdatePhase End = EUpdatePhase::Failed;
+        explicit TRunning(const TParts& parts) : Parts(parts) { Parts.Status.Begin(); }
+        ~TRunning() {
+            Parts.Run.Reset();
+            Parts.Status.End(End);
+        }
         TRunning(const TRunning&) = delete;
         TRunning& operator=(const TRunning&) = delete;
-    } running(Parts.Status);
+    } running(Parts);
     Sending = false;
+    CannotStart.clear();
     std::optional<bool> result;
     try {
         result = Perform(configFile);
-    } catch (const EProgramClosed& closed) {
-        Parts.memoDebug.Add(closed.what());
+    } catch (const EUpdateEnded& ended) {
+        Parts.memoDebug.Add(ended.what());
+        if (Parts.Run.ProgramOpen())
+            running.End = EUpdatePhase::Stopped;
         result = false;
     } catch (const std::exception& error) {
         if (Sending) {
             Parts.memoDebug.Add(error.what());
             SaveLog(false);
         }
+        if (Strict() && Parts.Run.ProgramOpen())
+            OnUpdateDone({false, error.what()});
         throw;
     }
-    if (!result)
+    if (!result && !Strict())
         return false;
-    SaveLog(*result);
-    running.Success = *result;
+    if (result)
+        SaveLog(*result);
+    const bool success = result.value_or(false);
+    if (success)
+        running.End = EUpdatePhase::Succeeded;
     if (Parts.Run.ProgramOpen())
-        OnUpdateDone(*result);
-    return *result;
+        OnUpdateDone({success, CannotStart});
+    return success;
 }
 
 std::optional<bool> TFirmwareUpdate::Perform(const std::filesystem::path& configFile) {
@@ -91,10 +123,14 @@ std::optional<bool> TFirmwareUpdate::Perform(const std::filesystem::path& config
         return false;
     StatusAddress =
         TIniFile(Parts.Files, Parts.Paths.plsfile).ReadInteger("NabtoSection", "DF_HPM_SETPKTNUM", 0);
-    if (StatusAddress == 0)
+    if (StatusAddress == 0) {
+        if (Strict())
+            Refuse({Parts.Status.Texts.NoUpdateStatus});
         return std::nullopt;
+    }
     if (Parts.CurrentUpdateSWFile.empty()) {
-        Parts.Dialogs.ShowMessage("Unable to open file");
+        CannotStart = "Unable to open file";
+        Parts.Dialogs.ShowMessage(CannotStart);
         return false;
     }
     return OpenPackage(configFile) && CheckModel() && SendFiles() && RestartAndVerify();
@@ -128,32 +164,53 @@ bool TFirmwareUpdate::OpenPackage(const std::filesystem::path& configFile) {
     Directory = configFile.parent_path();
     VersionMissing = false;
     VersionMismatch = false;
+    std::vector<std::string> mistakes;
     try {
-        Package = ReadFirmwarePackage(Parts.Files, configFile);
+        if (Strict()) {
+            auto checked = CheckFirmwarePackage(Parts.Files, configFile, Parts.Status.Texts);
+            Package = std::move(checked.Package);
+            mistakes = std::move(checked.Mistakes);
+        } else {
+            Package = ReadFirmwarePackage(Parts.Files, configFile);
+        }
     } catch (const EInOutError& error) {
-        TellUnreadable(error);
+        Refuse({error.what()});
         return false;
     }
+    Evidence = TUpdateEvidence(Package);
     memo.Add("Number of files: " + Package.FileMask);
     for (const TUpdateFile& file : Package.Files)
         memo.Add("Filename: " + file.filename + ", CRC32: " + std::to_string(file.crc) +
                  ", Filesize: " + std::to_string(file.filesize));
     for (std::size_t i = Package.FileMask.size(); i < Package.Files.size(); ++i)
         memo.Add("No digit for file " + std::to_string(i + 1) + ", it is left out");
-    return true;
+    if (mistakes.empty())
+        return true;
+    if (const auto otherModel = Package.Files.empty() ? std::nullopt : OtherModel())
+        mistakes.push_back(*otherModel);
+    mistakes.insert(mistakes.begin(), Parts.Status.Texts.BadPackage);
+    Refuse(mistakes);
+    return false;
+}
+
+std::optional<std::string> TFirmwareUpdate::OtherModel() const {
+    const std::string& filename = Package.Files.front().filename;
+    if (filename.empty() || FitsModel(filename, Parts.Nabto.model))
+        return std::nullopt;
+    return "Firmware filename and controller model are not equal Firmware download will abort\n\rModel : " +
+           Parts.Nabto.model + " Filename : " + filename;
 }
 
 bool TFirmwareUpdate::CheckModel() {
     if (Package.Files.empty())
         throw EListError("List index out of bounds (0): the package " + Parts.CurrentUpdateSWFile.string() +
                          " names no file");
-    const std::string& filename = Package.Files.front().filename;
-    if (filename.empty() || FitsModel(filename, Parts.Nabto.model))
-        return true;
-    Parts.Dialogs.ShowMessage(
-        "Firmware filename and controller model are not equal Firmware download will abort\n\rModel : " +
-        Parts.Nabto.model + " Filename : " + filename);
-    return false;
+    const auto otherModel = OtherModel();
+    if (otherModel) {
+        CannotStart = *otherModel;
+        Parts.Dialogs.ShowMessage(*otherModel);
+    }
+    return !otherModel;
 }
 
 bool TFirmwareUpdate::SendFiles() {
@@ -179,9 +236,11 @@ bool TFirmwareUpdate::SendFile(std::size_t position, ERoad road) {
     Parts.Status.SetFile(number, count, Package.Files[position].filename);
     Sending = true;
     try {
-        return Transfer(position, road);
+        const bool success = Transfer(position, road);
+        Evidence.NoteTaken(position, Parts.Upload.Taken());
+        return success;
     } catch (const EInOutError& error) {
-        TellUnreadable(error);
+        TellAndLog({error.what()});
     }
     return false;
 }
@@ -212,39 +271,60 @@ bool TFirmwareUpdate::Transfer(std::size_t position, ERoad road) {
 }
 
 bool TFirmwareUpdate::RestartAndVerify() {
-    bool success = false;
-    for (int round = 0; round < mostRounds && !success; ++round) {
-        RestartInUpdateMode();
-        AwaitDevice();
-        success = CheckFiles(ReadCrcResult());
-    }
+    EUpdateVerdict verdict = EUpdateVerdict::RestartNotSeen;
+    for (int round = 0; round < mostRounds && MayChange(verdict); ++round)
+        verdict = RunRound();
     Parts.memoDebug.Add("Update done!");
+    const bool success = verdict == EUpdateVerdict::Good;
     if (success && VersionMissing)
         Tell("Some target software versions were missing, please verify manually after update");
+    if (Strict())
+        TellVerdict(verdict);
     return success;
 }
 
-void TFirmwareUpdate::RestartInUpdateMode() {
+EUpdateVerdict TFirmwareUpdate::RunRound() {
+    Evidence.BeginRound();
+    AwaitDevice(RestartInUpdateMode());
+    if (Strict() && !Evidence.RestartSeen()) { // whatever could be read is the former software's
+        Parts.memoDebug.Add(Parts.Status.Texts.RestartNotSeen);
+    } else {
+        ReadCrcResult();
+        CheckFiles();
+    }
+    return Evidence.Judge(Strict());
+}
+
+std::string TFirmwareUpdate::RestartInUpdateMode() {
     Parts.Status.SetPhase(EUpdatePhase::Restarting);
     Parts.memoDebug.Add("Everything OK");
     Parts.memoDebug.Add("Restarting Device in Update mode");
     Parts.Run.Sleep(restartPause);
     const std::uint32_t command = Package.FileMaskBits << 16U | updateModeCommand;
     Sending = true;
-    Parts.Run.SendQuery("admincmd.json", TUNabto::GetCMD(static_cast<std::int32_t>(command)));
+    std::string reply =
+        Parts.Run.SendQuery("admincmd.json", TUNabto::GetCMD(static_cast<std::int32_t>(command)));
     Parts.memoDebug.Add("Update mode started, please wait...");
+    return reply;
 }
 
-void TFirmwareUpdate::AwaitDevice() {
+void TFirmwareUpdate::AwaitDevice(const std::string& restartReply) {
     Parts.Status.SetPhase(EUpdatePhase::Waiting);
-    while (!Parts.Run.Ping())
+    if (Strict())
+        Parts.Nabto.ForgetVersions();
+    bool answers = Parts.Run.Ping();
+    const TDeviceReply told = ParseReply(restartReply);
+    const bool accepted = !told.Error && told.Status && told.Status->Bits() == 0U;
+    Evidence.NoteRestart(accepted, !told.Error && !told.Status, answers);
+    for (; !answers; answers = Parts.Run.Ping())
         for (int i = 0; i < pingPauses; ++i) {
             Parts.Run.Sleep(pingPause);
             Parts.Run.ProcessMessages();
         }
 }
 
-std::optional<std::int32_t> TFirmwareUpdate::ReadCrcResult() {
+// The last read counts; if it told nothing, with ServiceStrict the one before.
+void TFirmwareUpdate::ReadCrcResult() {
     Parts.Status.SetPhase(EUpdatePhase::Checking);
     std::string address = std::to_string(std::int64_t{StatusAddress} + crcResultOffset);
     std::string object = "0";
@@ -254,7 +334,6 @@ std::optional<std::int32_t> TFirmwareUpdate::ReadCrcResult() {
         address = "39";
         object = "1";
     }
-    std::optional<std::int32_t> result;
     for (int read = 0; read < mostCrcReads; ++read) {
         Parts.Run.Sleep(crcPause);
         std::string value = Parts.Nabto.JsonToValue(
@@ -262,50 +341,47 @@ std::optional<std::int32_t> TFirmwareUpdate::ReadCrcResult() {
         if (const auto end = value.rfind(';'); end != std::string::npos)
             value.resize(end);
         Parts.memoDebug.Add("CRC test resultat: " + value);
-        result = TryToInteger(value);
+        const auto result = TryToInteger(value);
+        if (result || !Strict())
+            Evidence.NoteResult(result);
         if (result && (*result & 0xFF) == 0)
             break;
     }
-    return result;
 }
 
-// Compares the versions and sends again what failed; false when anything did. Without a result no file is
-// sent, but none that is to be verified counts as good either.
-bool TFirmwareUpdate::CheckFiles(std::optional<std::int32_t> crcResult) {
-    const std::int32_t result = crcResult.value_or(0);
-    const auto failed = static_cast<std::uint32_t>((result & 0xFF) == 0 ? 0 : result);
-    bool success = true;
+// Compares the versions and sends again what failed. Without a result no file is sent.
+void TFirmwareUpdate::CheckFiles() {
     for (std::size_t i = 0; i < Package.Files.size(); ++i) {
         if (!Package.Verified(i))
             continue;
-        CheckVersion(i);
-        if (VersionMismatch)
-            Tell("Automatick Software verification failed, please verify manually");
-        if (!crcResult) {
-            Parts.memoDebug.Add("CRC result of file " + std::to_string(i + 1) + " unknown");
-            success = false;
+        const auto expected = CheckVersion(i);
+        if (expected) {
+            VersionMismatch = !*expected;
+            Evidence.NoteVersion(i, *expected);
         }
-        if (i >= 32 || (failed >> i & 1U) == 0)
+        if (VersionMismatch && (expected || !Strict()))
+            Tell("Automatick Software verification failed, please verify manually");
+        if (!Evidence.ResultKnown())
+            Parts.memoDebug.Add("CRC result of file " + std::to_string(i + 1) + " unknown");
+        if (!Evidence.Failed(i))
             continue;
         Parts.memoDebug.Add("CRC error in file " + std::to_string(i + 1) + " retrying");
-        success = false;
         Parts.Status.SetPhase(EUpdatePhase::SendingAgain);
         SendFile(i, RepeatRoad(Package.Files[i])); // the next round tells how it went
     }
-    return success;
 }
 
 // What is not compared leaves the last comparison's outcome standing.
-void TFirmwareUpdate::CheckVersion(std::size_t position) {
+std::optional<bool> TFirmwareUpdate::CheckVersion(std::size_t position) {
     const TUpdateFile& file = Package.Files[position];
     if (file.swversion == 0) {
         VersionMissing = true;
-        return;
+        return std::nullopt;
     }
     const std::string* version = nullptr;
     if (Parts.Nabto.isGateway()) {
         if (position != 0)
-            return;
+            return std::nullopt;
         version = &Parts.Nabto.GatewayVersion;
     } else if (file.fileId == "VersionFName1") {
         version = &Parts.Nabto.versionHP;
@@ -316,7 +392,7 @@ void TFirmwareUpdate::CheckVersion(std::size_t position) {
     } else {
         VersionMissing = true;
     }
-    VersionMismatch = version == nullptr || Number(*version) != file.swversion;
+    return version != nullptr && Number(*version) == file.swversion;
 }
 
 void TFirmwareUpdate::Tell(const std::string& text) {
@@ -327,10 +403,26 @@ void TFirmwareUpdate::Tell(const std::string& text) {
 }
 
 // The log keeps the reason.
-void TFirmwareUpdate::TellUnreadable(const EInOutError& error) {
+void TFirmwareUpdate::TellAndLog(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines)
+        Parts.memoDebug.Add(line);
     if (!Parts.EnableContineousUpdate)
-        Parts.memoDebug.Add(error.what());
-    Tell(error.what());
+        Parts.Dialogs.ShowMessage(Join(lines, "\r\n"));
+}
+
+void TFirmwareUpdate::Refuse(const std::vector<std::string>& lines) {
+    CannotStart = Join(lines, "\r\n");
+    TellAndLog(lines);
+}
+
+void TFirmwareUpdate::TellVerdict(EUpdateVerdict verdict) {
+    const TFirmwareUpdateTexts& texts = Parts.Status.Texts;
+    if (verdict == EUpdateVerdict::RestartNotSeen)
+        TellAndLog({texts.RestartNotSeen});
+    else if (verdict == EUpdateVerdict::ResultUnknown)
+        TellAndLog({texts.ResultUnknown});
+    else if (verdict == EUpdateVerdict::ImageNotTaken)
+        TellAndLog({FillText(texts.NotTaken, {std::to_string(Evidence.FirstNotTaken() + 1)})});
 }
 
 void TFirmwareUpdate::SaveLog(bool success) {

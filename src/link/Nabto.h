@@ -79,6 +79,8 @@ class TUNabto : public TStreamProgress {
                           const std::function<bool()>& stillWanted = {});
     // Whether the device answers. Fills the identity fields and installs the interface that fits the device.
     bool ping(const std::string& device);
+    // Until the device tells its versions anew.
+    void ForgetVersions();
     // Empty before the first ping.
     std::string PingedLast() const { return Described.empty() ? std::string() : Described.back(); }
     // Whether another device was pinged since this one last answered, so that the facts or the interface

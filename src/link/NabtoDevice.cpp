@@ -53,13 +53,14 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
     : TForm("NabtoDevice", "Nabto"), Identity(dialogs, nabto, device),
       Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }),
       InForce({host, dialogs, nabto, LblNabto, StatusBar, device, Domain, initialized}), UpdateStatus(clock),
-      UpdateRun(wait, nabto, UpdateStatus, device, [&host] { return host.FormOpen(); }),
+      UpdateRun(
+          wait, nabto, UpdateStatus, device, [&host] { return host.FormOpen(); }, extensions),
       Upload(
           {dialogs, files, clock, nabto, UpdateRun, memoDebug, streamDelayEdit, device, CurrentUpdateSWFile}),
       Update({dialogs, files, clock, paths, nabto, Use, UpdateRun, UpdateStatus, Upload, memoDebug, device,
-              EnableContineousUpdate, CurrentUpdateSWFile}),
+              EnableContineousUpdate, CurrentUpdateSWFile, extensions}),
       ContinuousUpdate({dialogs, files, clock, timers, paths, Use, UpdateStatus, Update, memoDebug, StatusBar,
-                        ButContUpdate, device, EnableContineousUpdate, CurrentUpdateSWFile}),
+                        ButContUpdate, device, EnableContineousUpdate, CurrentUpdateSWFile, extensions}),
       Eeprom(nabto, memoDebug, device, extensions, ReadTexts),
       FlashDatalog({host, dialogs, files, clock, paths, nabto, Use, Eeprom, memoDebug, StatusBar, device,
                     extensions, ReadTexts}),
@@ -148,7 +149,7 @@ void TNabtoDevice::FormCreate() {
         ShowProgress();
     };
     Nabto.MayGoOn = [this] {
-        return !FlashDatalog.Stopped();
+        return !FlashDatalog.Stopped() && !UpdateRun.Stopped();
     };
     Nabto.MayAsk = [this] {
         return Host.FormOpen();

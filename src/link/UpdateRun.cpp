@@ -1,5 +1,6 @@
 #include "link/UpdateRun.h"
 
+#include "core/Extensions.h"
 #include "core/ports/IWait.h"
 #include "link/Nabto.h"
 #include "link/UpdateStatus.h"
@@ -14,12 +15,22 @@ constexpr int slice = 500; // ms; the elapsed time goes on during a long wait
 } // namespace
 
 TUpdateRun::TUpdateRun(IWait& wait, TUNabto& nabto, TUpdateStatus& status, const std::string& device,
-                       std::function<bool()> programOpen)
-    : Wait(wait), Nabto(nabto), Screen(status), Device(device), IsOpen(std::move(programOpen)) {}
+                       std::function<bool()> programOpen, const TExtensions& extensions)
+    : Wait(wait), Nabto(nabto), Screen(status), Device(device), IsOpen(std::move(programOpen)),
+      Extensions(extensions) {}
 
 void TUpdateRun::Check() const {
     if (!IsOpen())
         throw EProgramClosed();
+    if (IsStopped)
+        throw EUpdateEnded(Screen.Texts.StoppedByUser);
+}
+
+// The text of a refusal then tells of this exchange alone.
+void TUpdateRun::Ask() {
+    Check();
+    if (Extensions.ServiceStrict)
+        Nabto.errormessage.clear();
 }
 
 void TUpdateRun::Sleep(int milliseconds) {
@@ -37,7 +48,7 @@ void TUpdateRun::ProcessMessages() {
 }
 
 std::string TUpdateRun::SendQuery(const std::string& request, const std::string& data) {
-    Check();
+    Ask();
     std::string reply = Nabto.SendQuery(Device, request, data);
     Check();
     return reply;
@@ -48,7 +59,7 @@ std::int32_t TUpdateRun::Status(const std::string& request, const std::string& d
 }
 
 bool TUpdateRun::Ping() {
-    Check();
+    Ask();
     const bool answered = Nabto.ping(Device);
     Check();
     return answered;

@@ -11,23 +11,34 @@ namespace tidewell {
 class IWait;
 class TUNabto;
 class TUpdateStatus;
+struct TExtensions;
+
+// Ends an update from any depth; its text is the last line of the log.
+class EUpdateEnded : public TError {
+  public:
+    using TError::TError;
+};
 
 // The program was closed in the middle of an update.
-class EProgramClosed : public TError {
+class EProgramClosed : public EUpdateEnded {
   public:
-    EProgramClosed() : TError("The program was closed during the update") {}
+    EProgramClosed() : EUpdateEnded("The program was closed during the update") {}
 };
 
 // The waits and the requests of an update. They keep the elapsed time on the screen, and every one of them
-// throws EProgramClosed as soon as the program is closed, which so ends any loop of an update.
+// throws EUpdateEnded as soon as the program is closed or the user has stopped the run, which so ends any
+// loop of an update.
 class TUpdateRun {
   public:
     // programOpen: false once the program is closed. device: its address, read at each request.
     TUpdateRun(IWait& wait, TUNabto& nabto, TUpdateStatus& status, const std::string& device,
-               std::function<bool()> programOpen);
+               std::function<bool()> programOpen, const TExtensions& extensions);
 
     bool ProgramOpen() const { return IsOpen(); }
-    void Check() const; // throws EProgramClosed
+    void Stop() { IsStopped = true; } // of the run under way
+    void Reset() { IsStopped = false; }
+    bool Stopped() const { return IsStopped; }
+    void Check() const; // throws EUpdateEnded
     void Sleep(int milliseconds);
     void ProcessMessages();
     std::string SendQuery(const std::string& request, const std::string& data);
@@ -35,11 +46,14 @@ class TUpdateRun {
     bool Ping();
 
   private:
+    void Ask(); // before each exchange
     IWait& Wait;
     TUNabto& Nabto;
     TUpdateStatus& Screen;
     const std::string& Device;
     std::function<bool()> IsOpen;
+    const TExtensions& Extensions;
+    bool IsStopped = false;
 };
 
 } // namespace tidewell

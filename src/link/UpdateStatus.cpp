@@ -18,6 +18,7 @@ constexpr TColor yellow{0x0000C8FF};
 
 TUpdateStatus::TUpdateStatus(const IClock& clock) : Clock(clock) {
     PanelUpdate.SetVisible(false);
+    ButUpdateStop.SetVisible(false);
 }
 
 void TUpdateStatus::Begin() {
@@ -28,14 +29,18 @@ void TUpdateStatus::Begin() {
     LedUpdate.SetTrueColor(yellow);
     LedUpdate.SetValue(true);
     SetPhase(EUpdatePhase::Asking);
+    ButUpdateStop.SetCaption(Texts.Stop);
+    ButUpdateStop.SetEnabled(true);
+    ButUpdateStop.SetVisible(true);
     PanelUpdate.SetVisible(true);
     Changed.Emit();
 }
 
-void TUpdateStatus::End(bool success) {
+void TUpdateStatus::End(EUpdatePhase end) {
     Tick();
-    LedUpdate.SetTrueColor(success ? TALed::Green : TALed::Red);
-    SetPhase(success ? EUpdatePhase::Succeeded : EUpdatePhase::Failed);
+    LedUpdate.SetTrueColor(end == EUpdatePhase::Succeeded ? TALed::Green : TALed::Red);
+    SetPhase(end);
+    ButUpdateStop.SetVisible(false);
     IsRunning = false;
     Changed.Emit();
 }
@@ -47,7 +52,8 @@ void TUpdateStatus::SetPhase(EUpdatePhase phase) {
 }
 
 void TUpdateStatus::SetFile(std::size_t number, std::size_t count, const std::string& name) {
-    LabUpdateFile.SetCaption(FillText(Texts.File, {std::to_string(number), std::to_string(count), name}));
+    LabUpdateFile.SetCaption(
+        FillText(Texts.File, {std::to_string(number), std::to_string(count), name}));
     LabUpdateFile.SetVisible(true);
     UpdateProgress.SetPosition(0);
     UpdateProgress.SetVisible(true);
@@ -83,6 +89,8 @@ const std::string& TUpdateStatus::TextOf(EUpdatePhase phase) const {
         return Texts.SendingAgain;
     case EUpdatePhase::Succeeded:
         return Texts.Succeeded;
+    case EUpdatePhase::Stopped:
+        return Texts.Stopped;
     case EUpdatePhase::Failed:
         break;
     }

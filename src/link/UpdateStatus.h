@@ -13,11 +13,12 @@ namespace tidewell {
 
 class IClock;
 
-enum class EUpdatePhase { Asking, Sending, Restarting, Waiting, Checking, SendingAgain, Succeeded, Failed };
+enum class EUpdatePhase { Asking, Sending, Restarting, Waiting, Checking, SendingAgain, Succeeded, Failed, Stopped };
 
 // How far a firmware update is, for the screen: what it does, which file it sends and how much of that, and
 // how long it has been running. PanelUpdate holds the other controls; it is hidden before the first update.
-// The lamp is yellow during an update, and green or red by its end.
+// The lamp is yellow during an update, and green or red by its end; the button that leaves a run is there
+// while one runs.
 class TUpdateStatus {
   public:
     explicit TUpdateStatus(const IClock& clock);
@@ -28,6 +29,7 @@ class TUpdateStatus {
     TLabel LabUpdateFile{"LabUpdateFile"};         // shown while a file is sent, and so is
     TProgressBar UpdateProgress{"UpdateProgress"}; // its percentage
     TLabel LabUpdateElapsed{"LabUpdateElapsed"};
+    TButton ButUpdateStop{"ButUpdateStop"};
 
     TFirmwareUpdateTexts Texts;
 
@@ -35,7 +37,7 @@ class TUpdateStatus {
     TSignal<> Changed; // of Running
 
     void Begin();
-    void End(bool success);
+    void End(EUpdatePhase end); // one of the last three
     void SetPhase(EUpdatePhase phase);
     // File number of count, from 1.
     void SetFile(std::size_t number, std::size_t count, const std::string& name);

@@ -87,6 +87,9 @@ TEST_F(ServiceScreens, AnUpdateShowsHowFarItIsAndLocksTheRest) {
             for (const char* locked : {"TrafficButton", "but_swupdate", "but_errorlog"})
                 EXPECT_FALSE(Child<QWidget>(main, locked).isEnabled()) << locked;
             EXPECT_FALSE(Child<QWidget>(view, "BtnUpdate").isEnabled());
+            EXPECT_TRUE(Child<QWidget>(view, "ButUpdateStop").focusPolicy() & Qt::TabFocus);
+            Answer("Stopping the update can leave the controller half updated. Stop it?", "\x1b");
+            Click(view, "ButUpdateStop");
             Answer("A firmware update is running. It goes on without this window. Close the window?", "\n");
             view.close();
             EXPECT_FALSE(view.isVisible());
@@ -113,6 +116,7 @@ TEST_F(ServiceScreens, AnUpdateShowsHowFarItIsAndLocksTheRest) {
     Run();
     EXPECT_TRUE(looked);
     EXPECT_EQ(Text(View(Screen.Program->NabtoDevice), "LabUpdatePhase"), "Update succeeded");
+    EXPECT_FALSE(Child<QWidget>(View(Screen.Program->NabtoDevice), "ButUpdateStop").isVisibleTo(nullptr));
     EXPECT_EQ(Kept("FW-Update_OK_*").size(), 1U);
 }
 

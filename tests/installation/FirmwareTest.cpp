@@ -1,4 +1,5 @@
 #include "Installation.h"
+#include "core/LanguageTexts.h"
 #include "link/FirmwarePackage.h"
 #include "sim/controller/Crc32.h"
 #include "sim/nabto/SimulationFile.h"
@@ -21,6 +22,7 @@ TEST(InstalledFirmware, PackagesAreWholeAndTakeEveryRoad) {
         const TFirmwarePackage package = ReadFirmwarePackage(installation.Files, directory / "config.fwc");
         const TImageStore::TSetup& images = simulation.Controllers.at(controller).Service.value().Images;
         ASSERT_EQ(package.Files.size(), images.size()) << folder;
+        EXPECT_TRUE(CheckFirmwarePackage(installation.Files, directory / "config.fwc", {}).Mistakes.empty());
         EXPECT_TRUE(FitsModel(package.Files.at(0).filename, model));
         for (std::size_t i = 0; i < package.Files.size(); ++i) {
             const TUpdateFile& file = package.Files[i];

@@ -2,6 +2,7 @@
 
 #include "UpdateFixture.h"
 #include "core/Errors.h"
+#include "core/controls/Form.h"
 
 #include <numeric>
 #include <tuple>
@@ -517,6 +518,91 @@ TEST_F(TContinuousUpdateTest, PackagesInTurnWithAReport) {
                                  "Test results -> TestOk: 3 TestBad: 1\r\n"));
     EXPECT_EQ(report.find("410000000001\r\nPing..\r\n"), 0U);
     EXPECT_THAT(report, HasSubstr("Config File: /pkg3/config.fwc\r\n"));
+}
+
+TEST_F(TContinuousUpdateTest, StrictlyARunThatCannotStartEndsTheTest) {
+    Extensions.ServiceStrict = true;
+    ButContUpdate.SetCaption("Cont. Update");
+    const TMemoryFiles good = Files;
+    const std::string saved = "\r\nContinious test Stop result saved in userlog folder";
+    struct TCase {
+        std::filesystem::path Choice;
+        std::function<void()> Change;
+        std::string Reason;
+        std::string Box; // before the one that tells the end
+    };
+    for (const auto& test : std::vector<TCase>{
+             {"/pkg/config.fwc", [this] { Files.Put(Paths.plsfile, ""); }, UpdateStatus.Texts.NoUpdateStatus,
+              ""},
+             {"/pkg/config.fwc", [this] { Files.Remove("/pkg/b.bin"); },
+              UpdateStatus.Texts.BadPackage + "\r\nCannot read /pkg/b.bin: No such file or directory", ""},
+             {"", [] {}, "Unable to open file", "Unable to open file"},
+             {"/pkg/filecontdnltest.fwc", [this] { Files.Remove("/pkg/filecontdnltest.fwc"); },
+              "Cannot read /pkg/filecontdnltest.fwc: No such file or directory", ""},
+             {"/pkg/filecontdnltest.fwc", [this] { Files.Remove("/pkg/config.fwc"); },
+              "Cannot read /pkg/config.fwc: No such file or directory" + saved, ""},
+             {"/pkg/config.fwc",
+              [this] {
+                  Package("1", "X_Transfer:1:1:2\n");
+                  streamDelayEdit.SetText("soon");
+              },
+              "", "'soon' is not a valid integer value"},
+         }) {
+        SCOPED_TRACE(test.Reason);
+        test.Change();
+        Dialogs.ExpectOpenFile("Open", test.Choice.empty() ? std::nullopt : std::optional(test.Choice));
+        if (!test.Reason.empty() && !test.Box.empty())
+            Dialogs.ExpectMessage(test.Box);
+        Dialogs.ExpectMessage("The continuous test has ended: " +
+                              (test.Reason.empty() ? test.Box : test.Reason));
+        if (test.Reason.empty())
+            EXPECT_THROW(Continuous.ButContUpdateClick(), EConvertError);
+        else
+            Continuous.ButContUpdateClick();
+        EXPECT_EQ(ButContUpdate.Caption(), "Cont. Update");
+        EXPECT_FALSE(Continuous.RPCEnableMultibleUpdate || Continuous.TimerContUpdate->Enabled());
+        Files = good;
+    }
+}
+
+TEST_F(TContinuousUpdateTest, StrictlyNothingRunsBehindTheStop) {
+    Extensions.ServiceStrict = true;
+    Start("/pkg/config.fwc");
+    // A tick below a dialog waits.
+    Time.After(59000, [this] {
+        TForm form("Setup", "");
+        Dialogs.ExpectForm("Setup", [this](TForm&) { Time.Advance(30000); });
+        Dialogs.ShowModal(form);
+        EXPECT_EQ(Continuous.ContUpdateACK, 1);
+    });
+    Time.Advance(119000);
+    EXPECT_EQ(Continuous.ContUpdateACK, 1);
+    Time.Advance(1000 + 19000);
+    EXPECT_EQ(Continuous.ContUpdateACK, 2);
+    TakeWire();
+    Dialogs.ExpectMessage("Continuous test stopped. Good: 2, bad: 0. There is no report to save");
+    Continuous.ButContUpdateClick();
+    EXPECT_EQ(ButContUpdate.Caption(), "Continuous RPC-Update stopped");
+    Time.Advance(600000);
+    EXPECT_EQ(TakeWire(), "");
+
+    // On another device it does not go on, and the report is of the tested one.
+    Start("/pkg/filecontdnltest.fwc");
+    TakeWire();
+    Device = "410000000002.remote.example";
+    Dialogs.ExpectMessage("The continuous test has ended: another controller is in force\r\n"
+                          "Continious test Stop result saved in userlog folder");
+    Time.Advance(600000);
+    EXPECT_EQ(TakeWire(), "");
+    EXPECT_EQ(Files.List("/app/log/userlog", "Continious_test_log_*_410000000001.txt").size(), 1U);
+
+    // What could not be saved is not said to be.
+    Start("/pkg/filecontdnltest.fwc");
+    Files.Room = 0;
+    Dialogs.ExpectMessage("Cannot write /app/log/userlog/Continious_test_log_" + DateTimeStamp(Time) +
+                          "_410000000002.txt: No space left on device");
+    Continuous.ButContUpdateClick();
+    EXPECT_EQ(memoDebug.Lines().back(), "Test results -> TestOk: 1 TestBad: 0");
 }
 
 } // namespace

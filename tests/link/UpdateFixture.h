@@ -1,6 +1,8 @@
 #pragma once
 
 #include "FakeNabto.h"
+#include "core/Extensions.h"
+#include "core/KvSupport.h"
 #include "core/Paths.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
@@ -42,7 +44,7 @@ class TUpdateFixture : public testing::Test {
                 OnExchange();
         };
         Nabto.MayGoOn = [this] {
-            return Open;
+            return Open && !Run.Stopped();
         };
         streamDelayEdit.SetText("10");
     }
@@ -88,18 +90,17 @@ class TUpdateFixture : public testing::Test {
     std::filesystem::path CurrentUpdateSWFile = "/pkg/config.fwc";
     bool EnableContineousUpdate = false;
     bool Open = true; // the program
+    TExtensions Extensions;
     TDeviceUse Use;
     TUpdateStatus UpdateStatus{Time};
-    TUpdateRun Run{Time, Nabto, UpdateStatus, Device, [this] {
-                       return Open;
-                   }};
+    TUpdateRun Run{Time, Nabto, UpdateStatus, Device, [this] { return Open; }, Extensions};
     TFileUpload Upload{
         {Dialogs, Files, Time, Nabto, Run, memoDebug, streamDelayEdit, Device, CurrentUpdateSWFile}};
     TFirmwareUpdate Update{{Dialogs, Files, Time, Paths, Nabto, Use, Run, UpdateStatus, Upload, memoDebug,
-                            Device, EnableContineousUpdate, CurrentUpdateSWFile}};
+                            Device, EnableContineousUpdate, CurrentUpdateSWFile, Extensions}};
     TContinuousUpdate Continuous{{Dialogs, Files, Time, Time, Paths, Use, UpdateStatus, Update, memoDebug,
                                   StatusBar, ButContUpdate, Device, EnableContineousUpdate,
-                                  CurrentUpdateSWFile}};
+                                  CurrentUpdateSWFile, Extensions}};
 
     std::optional<std::string> Ping; // the answer; nothing while the device is away
     std::string CrcReply = R"({"response":{"data":[{"value":0}]}})";

@@ -15,6 +15,7 @@ namespace {
 constexpr const char* packageFile = "/t/pkg/config.fwc";
 constexpr const char* successText = "Download success Device is online again";
 constexpr const char* failureText = "Error during update!";
+constexpr const char* stopQuestion = "Stopping the update can leave the controller half updated. Stop it?";
 
 // One image of a package that a test makes.
 struct TImage {
@@ -73,7 +74,7 @@ class TFirmwareUpdateScenario : public TProgramFixture {
         Start();
         Dialogs.OnMessage = [this](const std::string& text) {
             Boxes.push_back(text);
-            Dialogs.ExpectMessage(text);
+            Dialogs.ExpectMessage(text, text == stopQuestion ? StopAnswer : EModalResult::Ok);
         };
     }
 
@@ -112,12 +113,13 @@ class TFirmwareUpdateScenario : public TProgramFixture {
 
     // A controller as from the factory, with these faults, rows of a simulation.
     void NewController(const std::string& faults = {}) {
-        Nabto.Configure(ParseSimulation("[Simulation]\nControllers=a\nDomain=hv.example\n[Controller a]\n"
-                                        "Id=410000000001\nModel=30021\nDevicenumber=20450\nVersion HP=214\n"
-                                        "Version NP=107\nVersion HBDE=31\n"
-                                        "[Service a]\nImage 1=0xA10000; room=8192; version=Version HP\n"
-                                        "Image 2=0xA20000; room=8192\nImage 3=0xA30000; room=8192\n"
-                                        "Image 4=0xA40000; room=8192\nCrcResult=903\n[Faults a]\n" +
+        const std::string controller =
+            "Id=410000000001\nModel=30021\nDevicenumber=20450\nVersion HP=214\nVersion NP=107\n";
+        Nabto.Configure(ParseSimulation("[Simulation]\nControllers=a\nDomain=hv.example\n[Controller a]\n" +
+                                            controller + (WithoutBT ? "" : "Version HBDE=31\n") +
+                                            "[Service a]\nImage 1=0xA10000; room=8192; version=Version HP\n"
+                                            "Image 2=0xA20000; room=8192\nImage 3=0xA30000; room=8192\n"
+                                            "Image 4=0xA40000; room=8192\nCrcResult=903\n[Faults a]\n" +
                                             faults,
                                         "simulation"));
     }
@@ -173,7 +175,9 @@ class TFirmwareUpdateScenario : public TProgramFixture {
 
     std::vector<std::string> Images;
     std::optional<std::filesystem::path> Choice = packageFile; // in the file dialog
+    bool WithoutBT = false;                                    // a controller that does not tell that version
     std::vector<std::string> Boxes;
+    EModalResult StopAnswer = EModalResult::Yes;
     std::int64_t Started = 0;         // the last update, in virtual ms
     std::function<void()> OnExchange; // before each call of the library
     int Exchanges = 0;
@@ -277,6 +281,7 @@ TEST_F(TFirmwareUpdateScenario, PackagesThatAreBad) {
     Driver().CurrentUpdateSWFile.clear();
     const std::string a = "Filename: 30021_1.bin\n";
     std::string text;
+    std::string strictText;
     struct TCase {
         const char* Name;
         std::function<void()> Change; // of a good package of two files
@@ -291,77 +296,202 @@ TEST_F(TFirmwareUpdateScenario, PackagesThatAreBad) {
             Files.Put("/t/pkg/pc_cfg.fwc", lines);
         };
     };
-    for (const auto& test : std::vector<TCase>{
-             {"no file name", config("Number of files: 1\nCRC32: 1\nSize: 300\n")},
-             {"an empty one", config("")},
-             {"no configuration file",
-              [this] {
-                  Files.Remove(packageFile);
-              }},
-             {"a checksum that is no number", config(a + "CRC32: 12 34\nSize: 300\n")},
-             {"ends behind the checksum", config("Number of files: 1\n" + a + "CRC32: 1\n")},
-             {"a mask that is too long", config("Number of files: 1" + std::string(40, '0') + "\n")},
-             {"for another model", config("Number of files: 1\nFilename: AB30021_1.bin\n1\n1\n")},
-             {"mask shorter than the list",
-              [this] {
-                  Edit(packageFile, "files: 11", "files: 1");
-              }},
-             {"mask of other digits",
-              [this] {
-                  Edit(packageFile, "files: 11", "files: 30");
-              }},
-             {"size above that of the file",
-              [this] {
-                  Edit(packageFile, "Size: 300", "Size: 301");
-              }},
-             {"size below it",
-              [this] {
-                  Edit(packageFile, "Size: 200", "Size: 150");
-              }},
-             {"another checksum",
-              [this] {
-                  Edit(packageFile, "CRC32: ", "CRC32: 1");
-              }},
-             {"first image missing",
-              [this] {
-                  Files.Remove("/t/pkg/30021_1.bin");
-              }},
-             {"second image missing",
-              [this] {
-                  Files.Remove("/t/pkg/30021_2.bin");
-              }},
-             {"wrong fields and numbers beside the package",
-              transfer("VersionFName1:1\nVersionFName1:3:215\nVersionFName1:one:215\nA_Transfer:0:1:0\n"
-                       "A_Transfer:2:1\nA_Transfer:1:1:0:\nA_Transfer:9999:1:0\n")},
-             {"numbers that are none beside it", transfer("VersionFName1:1:x\nA_Transfer:1:one:two\n")},
-             {"a version that the controller does not tell",
-              transfer("VersionFName9:1:215\nVersionFName1:2:215\n")},
-             {"nothing beside it",
-              [this] {
-                  Files.Remove("/t/pkg/pc_cfg.fwc");
-              }},
-             {"no choice",
-              [this] {
-                  Choice.reset();
-              }},
-             {"no update status",
-              [this] {
-                  Edit(Profile, "DF_HPM_SETPKTNUM=900", "DF_HPM_SETPKTNUM=0");
-              }},
-             {"full disk",
-              [this] {
-                  Files.Room = 0;
-              }},
-         }) {
-        const TMemoryFiles good = Files;
-        Package("11", {{"0:0", 300}, {"1:0", 200}});
-        test.Change();
-        Update();
-        text += "== " + std::string(test.Name) + "\n" + Outcome();
-        Files = good;
-        Choice = packageFile;
-    }
+    const std::vector<TCase> cases{
+        {"no file name", config("Number of files: 1\nCRC32: 1\nSize: 300\n")},
+        {"an empty one", config("")},
+        {"no configuration file",
+         [this] {
+             Files.Remove(packageFile);
+         }},
+        {"a checksum that is no number", config(a + "CRC32: 12 34\nSize: 300\n")},
+        {"ends behind the checksum", config("Number of files: 1\n" + a + "CRC32: 1\n")},
+        {"a mask that is too long", config("Number of files: 1" + std::string(40, '0') + "\n")},
+        {"for another model", config("Number of files: 1\nFilename: AB30021_1.bin\n1\n1\n")},
+        {"mask shorter than the list",
+         [this] {
+             Edit(packageFile, "files: 11", "files: 1");
+         }},
+        {"mask of other digits",
+         [this] {
+             Edit(packageFile, "files: 11", "files: 30");
+         }},
+        {"size above that of the file",
+         [this] {
+             Edit(packageFile, "Size: 300", "Size: 301");
+         }},
+        {"size below it",
+         [this] {
+             Edit(packageFile, "Size: 200", "Size: 150");
+         }},
+        {"another checksum",
+         [this] {
+             Edit(packageFile, "CRC32: ", "CRC32: 1");
+         }},
+        {"first image missing",
+         [this] {
+             Files.Remove("/t/pkg/30021_1.bin");
+         }},
+        {"second image missing",
+         [this] {
+             Files.Remove("/t/pkg/30021_2.bin");
+         }},
+        {"wrong fields and numbers beside the package",
+         transfer("VersionFName1:1\nVersionFName1:3:215\nVersionFName1:one:215\nA_Transfer:0:1:0\n"
+                  "A_Transfer:2:1\nA_Transfer:1:1:0:\nA_Transfer:9999:1:0\n")},
+        {"numbers that are none beside it", transfer("VersionFName1:1:x\nA_Transfer:1:one:two\n")},
+        {"a version that the controller does not tell",
+         transfer("VersionFName9:1:215\nVersionFName1:2:215\n")},
+        {"nothing beside it",
+         [this] {
+             Files.Remove("/t/pkg/pc_cfg.fwc");
+         }},
+        {"no choice",
+         [this] {
+             Choice.reset();
+         }},
+        {"no update status",
+         [this] {
+             Edit(Profile, "DF_HPM_SETPKTNUM=900", "DF_HPM_SETPKTNUM=0");
+         }},
+        {"full disk",
+         [this] {
+             Files.Room = 0;
+         }},
+        {"other letters",
+         [this] {
+             Files.Put("/t/pkg/PC_Cfg.FWC", "; remarks: none\nHeading\nX_Transfer:2:1:1\n");
+             Files.Remove("/t/pkg/pc_cfg.fwc");
+         }},
+        {"all at once",
+         [this] {
+             Files.Put(packageFile, "Number of files: 111\nFilename: AB30021_1.bin\n1\nx\n"
+                                    "Filename: 30021_2.bin\nCRC32: 1\nSize: 1\n");
+             Files.Put("/t/pkg/pc_cfg.fwc", "VersionFName1:1:2x\nX_Transfr:1:1:0\nVersionFName1 1\n");
+         }},
+    };
+    for (const bool strict : {false, true})
+        for (const TCase& test : cases) {
+            Program->Extensions.ServiceStrict = strict;
+            const TMemoryFiles good = Files;
+            Package("11", {{"0:0", 300}, {"1:0", 200}});
+            test.Change();
+            Update();
+            (strict ? strictText : text) += "== " + std::string(test.Name) + "\n" + Outcome();
+            Files = good;
+            Choice = packageFile;
+        }
     ExpectGolden("firmware_update/packages.txt", text);
+    ExpectGolden("firmware_update/packages_strict.txt", strictText);
+}
+
+TEST_F(TFirmwareUpdateScenario, StrictlyItClaimsOnlyWhatTheControllerSaid) {
+    const std::string notSeen = "The restart of the controller was not seen";
+    const std::string unknown = Language("FirmwareUpdate", "ResultUnknown");
+    const std::string notTaken = "The controller did not take the whole of file 1";
+    const std::string otherVersion = "Automatick Software verification failed, please verify manually";
+    const std::string lost = "NoAnswer=on; query=setpointReadValue.json";
+    const std::string old = "OldResult=on\n";
+    std::string noStream;
+    for (int i = 0; i < 5; ++i)
+        noStream += "No connection to the device|";
+    struct TCase {
+        const char* Name;
+        const char* Mask;
+        const char* Route;
+        std::string Faults;
+        std::string Boxes; // but the last
+        bool Success = false;
+        int Rounds = 1;
+        int Prepared = 1;
+        const char* Version = "VersionFName1:1:215";
+    };
+    for (const auto& test : std::vector<TCase>{
+             {"restart refused", "1", "0:0", old + "Refuse=1; query=admincmd.json", notSeen, false, 5},
+             {"restart lost once", "1", "0:0", old + "NoAnswer=on; query=admincmd.json; times=1", "", true,
+              2},
+             {"its answer lost", "1", "0:0", old + "LostAnswer=on; query=admincmd.json", "", true},
+             {"1, 1, 1, lost", "1", "0:0", "BadImage=1; times=1\n" + lost + "; skip=3; times=1", otherVersion,
+              true, 2, 2},
+             {"no number in one round", "1", "0:0", lost + "; times=4", "", true, 2},
+             {"no number in any", "1", "0:0", lost, unknown, false, 5},
+             {"another version", "1", "0:0", "", otherVersion, false, 1, 1, "VersionFName1:1:216"},
+             {"a version of no name", "1", "0:0", "", otherVersion, false, 1, 1, "VersionFName9:1:215"},
+             {"one that is not told any more", "1", "0:0", "", otherVersion, false, 1, 1,
+              "VersionFName3:1:31"},
+             // What is not tested must have been taken.
+             {"stream", "2", "0:2", "NoAnswer=on; query=stream; times=5", noStream + notTaken, false, 1, 9},
+             {"main", "2", "1:0", "Refuse=3; state=2; skip=17; times=1", notTaken},
+             {"display", "2", "1:1", "NoAnswer=on; state=8; skip=16; times=1", notTaken},
+             {"display not started", "2", "1:1", "NoAnswer=on; state=11; times=1", notTaken},
+             {"echoes", "2", "1:1", "WrongEcho=1; state=8; skip=1; times=11", notTaken},
+             {"target", "2", "1:2", "NoAnswer=on; state=8; skip=16; times=1", notTaken},
+             {"no road", "2", "3:0", "", notTaken, false, 1, 0},
+             {"taken", "2", "1:2", lost, "", true},
+             // A refusal explains no other query.
+             {"unreachable", "1", "0:0", "NoAnswer=on; query=ping.json", "Device is not available", false, 0,
+              0},
+         }) {
+        SCOPED_TRACE(test.Name);
+        Program->Extensions.ServiceStrict = true;
+        Program->Nabto.errormessage = "busy";
+        Program->Nabto.versionBT = "31";
+        Package(test.Mask, {{test.Route, 300}});
+        Files.Put("/t/pkg/pc_cfg.fwc", std::string(test.Version) + "\nFile_Transfer:1:" + test.Route + "\n");
+        WithoutBT = test.Version[12] == '3';
+        Update(test.Faults);
+        EXPECT_EQ(Boxes.back(), test.Success ? successText : failureText);
+        Boxes.pop_back();
+        EXPECT_EQ(Join(Boxes, "|"), test.Boxes);
+        const auto wire = WireText(Libraries.Calls);
+        const auto sent = [&wire](const char* kind) {
+            return std::ranges::count_if(wire, [kind](auto& line) { return line.starts_with(kind); });
+        };
+        EXPECT_EQ(sent("admin 65578"), test.Rounds);
+        EXPECT_EQ(sent("prepare"), test.Prepared);
+        EXPECT_EQ(Logs().at(0).starts_with("FW-Update_OK_"), test.Success);
+    }
+}
+
+TEST_F(TFirmwareUpdateScenario, EachWaitWithoutLimitCanBeLeft) {
+    const auto calls = [this](const char* name) {
+        return std::ranges::count_if(Libraries.Calls, [name](auto& call) { return call.starts_with(name); });
+    };
+    TButton& stop = Driver().UpdateStatus.ButUpdateStop;
+    for (const auto& [route, faults] : std::vector<std::pair<const char*, const char*>>{
+             {"0:0", "NoReturn=on"},
+             {"0:0", "Refuse=1; query=prepareUpdate.json"},
+             {"0:0", "BufferFull=on"},
+             {"0:2", "NoAnswer=on; state=7"},
+             {"0:2", "Refuse=3; state=14"},
+             {"1:1", "NoAnswer=on; state=6"},
+             {"1:1", "Refuse=3; state=7"},
+             {"1:1", "Refuse=3; state=14"},
+             {"1:2", "Refuse=3; state=14"},
+         }) {
+        SCOPED_TRACE(std::string(route) + " " + faults);
+        for (const int minutes : {5, 10})
+            Time.After(minutes * 60000, [&, minutes] {
+                EXPECT_TRUE(Driver().UpdateStatus.Running() && stop.Visible());
+                StopAnswer = minutes == 5 ? EModalResult::No : EModalResult::Yes;
+                stop.Click();
+                EXPECT_EQ(Boxes.back(), stopQuestion);
+            });
+        Package("1", {{route, 900}});
+        EXPECT_FALSE(stop.Visible());
+        Update(faults);
+        EXPECT_LE(Time.Milliseconds() - Started, 602000);
+        EXPECT_EQ(Boxes.back(), failureText);
+        EXPECT_EQ(calls("nabtoStreamOpen"), calls("nabtoStreamClose"));
+        EXPECT_FALSE(stop.Visible());
+        EXPECT_EQ(Driver().UpdateStatus.LabUpdatePhase.Caption(), "Update stopped");
+        ASSERT_EQ(Logs().size(), 1U);
+        EXPECT_TRUE(Logs()[0].starts_with("FW-Update_Error_"));
+        EXPECT_EQ(ReadLines(Files, "/t/log/userlog/" + Logs()[0]).back(),
+                  "The update was stopped by the user");
+        // The next one is not concerned.
+        Update();
+        EXPECT_EQ(Boxes.back(), successText);
+    }
 }
 
 TEST_F(TFirmwareUpdateScenario, TheMaskTellsWhatIsSentAndTested) {
@@ -418,6 +548,7 @@ class TCutUpdate : public TFirmwareUpdateScenario {
                     }
                 });
         };
+        Program->Extensions.ServiceStrict = Strict;
         Update(faults);
         OnExchange = nullptr;
         ++Runs;
@@ -444,6 +575,7 @@ class TCutUpdate : public TFirmwareUpdateScenario {
             EXPECT_TRUE(Holds(i)) << "image " << i + 1;
     }
 
+    bool Strict = false;
     int Runs = 0;
     int Successes = 0;
     int Failures = 0;
@@ -462,13 +594,18 @@ TEST_F(TCutUpdate, ClaimsSuccessOnlyForImagesThatAreWhole) {
                                  TCut{EFault::LostAnswer, 1, false},
                                  TCut{EFault::LostAnswer, 1, true}};
     struct TPackage {
+        const char* Mask;
         std::vector<TImage> Images;
         const char* Faults;
     };
-    for (const auto& [images, faults] :
-         {TPackage{{{"1:0", 300}, {"0:2", 600}, {"1:1", 4100}}, ""},
-          TPackage{{{"1:2", 4100}, {"2:1", 90}, {"2:0", 600}}, "BadImage=2; times=1\nBadImage=3; times=1"}}) {
-        Package("111", images);
+    for (const auto& [mask, images, faults] :
+         {TPackage{"111", {{"1:0", 300}, {"0:2", 600}, {"1:1", 4100}}, ""},
+          TPackage{
+              "111", {{"1:2", 4100}, {"2:1", 90}, {"2:0", 600}}, "BadImage=2; times=1\nBadImage=3; times=1"},
+          // Of images that are not tested, with the key, and a result that stands from before.
+          TPackage{"222", {{"0:2", 600}, {"1:2", 4100}, {"1:1", 300}}, "OldResult=on"}}) {
+        Strict = mask[0] == '2';
+        Package(mask, images);
         for (std::size_t i = 0; i < cuts.size(); ++i)
             for (int n = 0; UpdateCutAfter(n, cuts[i], faults); ++n) {
                 SCOPED_TRACE("cut " + std::to_string(i) + " after exchange " + std::to_string(n));

@@ -44,8 +44,10 @@ class TBusyDialogs : public TScriptedDialogs {
 
   private:
     void RunMeanwhile() {
+        ++Modals;
         if (const auto action = std::exchange(Meanwhile, nullptr))
             action();
+        --Modals;
     }
 };
 

@@ -351,6 +351,12 @@ TEST_F(TServiceTest, RestartsTakeTimeAndMayHaveNoEnd) {
         EXPECT_EQ(Versions(), std::string(test.Result) == "2; " ? "214 -" : "214 44");
         EXPECT_EQ(Ask("admincmd.json", GetCMD(43)), 1);
     }
+    for (const auto& [fault, result] :
+         {std::pair("OldResult=on; query=prepareUpdate.json", "0; "), std::pair("", "2; ")}) {
+        Load(fault);
+        Prepare(2, image);
+        EXPECT_EQ(Values("903"), result); // on its way
+    }
     Load("BadImage=2; times=2");
     Prepare(2, image);
     Stream(0xA11000, 600, image);

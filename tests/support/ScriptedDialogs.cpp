@@ -1,5 +1,6 @@
 #include "support/ScriptedDialogs.h"
 
+#include "core/AtExit.h"
 #include "core/controls/Form.h"
 #include "core/controls/Menu.h"
 
@@ -112,6 +113,8 @@ std::optional<std::filesystem::path> TScriptedDialogs::SaveFile(const TFileDialo
 EModalResult TScriptedDialogs::ShowModal(TForm& form) {
     Shown.push_back({EMessageKind::Plain, form.Name(), EButtons::OkCancel});
     form.Open();
+    ++Modals;
+    const TAtExit shown([this] { --Modals; });
     if (const auto step = Take("form", form.Name()); step && step->Form)
         step->Form(form);
     if (form.ModalResult() == EModalResult::None) {

@@ -51,8 +51,12 @@ class TScriptedDialogs : public IDialogs {
     EModalResult ShowModal(TForm& form) override;
     void Show(TForm& form) override;
     void Popup(TPopupMenu& menu) override;
+    bool IsModalOpen() const override { return Modals > 0; }
     void SetWaitCursor(bool wait) override { WaitCursor = wait; }
     int WorkAreaHeight() const override { return WorkArea; }
+
+  protected:
+    int Modals = 0; // that something happens below just now
 
   private:
     struct TStep {

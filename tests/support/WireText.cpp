@@ -92,11 +92,4 @@ std::vector<std::string> WireText(std::span<const std::string> calls) {
     return texts;
 }
 
-std::string Join(const std::vector<std::string>& texts, const std::string& separator) {
-    std::string joined;
-    for (const std::string& text : texts)
-        joined += (joined.empty() ? "" : separator) + text;
-    return joined;
-}
-
 } // namespace tidewell::test

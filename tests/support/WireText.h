@@ -15,6 +15,4 @@ std::string RequestField(const std::string& request, const std::string& name);
 // Packets are told by state, number and size, and those of one size in a row come as one: "8 #1-16 x256".
 std::vector<std::string> WireText(std::span<const std::string> calls);
 
-std::string Join(const std::vector<std::string>& texts, const std::string& separator);
-
 } // namespace tidewell::test

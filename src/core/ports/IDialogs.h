@@ -55,6 +55,8 @@ class IDialogs {
     virtual void Show(TForm& form) = 0;
     // Opens the menu at the mouse.
     virtual void Popup(TPopupMenu& menu) = 0;
+    // Something that the user has to answer first is on the screen.
+    virtual bool IsModalOpen() const = 0;
     virtual void SetWaitCursor(bool wait) = 0;
     // Height of the screen's work area in pixels.
     virtual int WorkAreaHeight() const = 0;

@@ -134,11 +134,12 @@ QVBoxLayout& TDeviceView::AddGroup(QVBoxLayout& column, const std::vector<TContr
     return inner;
 }
 
-void TDeviceView::AddButton(QBoxLayout& layout, TButton& button) {
+QPushButton& TDeviceView::AddButton(QBoxLayout& layout, TButton& button) {
     auto& view = NewChild<TRoomyButton>(*layout.parentWidget());
     layout.addWidget(&view);
     BindButton(view, button, Context.Dialogs);
     view.setAutoDefault(true);
+    return view;
 }
 
 void TDeviceView::AddStreamDelay(QVBoxLayout& column) {
@@ -207,6 +208,7 @@ void TDeviceView::AddUpdateStatus(QVBoxLayout& column) {
     bold.setBold(true);
     addLabel(step, status.LabUpdatePhase, 1).setFont(bold);
     addLabel(step, status.LabUpdateElapsed, 0).setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto& stop = AddButton(step, status.ButUpdateStop);
     auto& sent = NewLayout<QHBoxLayout>(rows);
     sent.setSpacing(gap);
     sent.addSpacing(led.sizeHint().width() + gap);
@@ -216,7 +218,7 @@ void TDeviceView::AddUpdateStatus(QVBoxLayout& column) {
     progress.setMaximumWidth(progressWidth);
     BindProgressBar(progress, status.UpdateProgress);
     // What stands below does not jump between the steps of an update.
-    for (QWidget* part : {&file, static_cast<QWidget*>(&progress)}) {
+    for (QWidget* part : {&file, static_cast<QWidget*>(&progress), static_cast<QWidget*>(&stop)}) {
         QSizePolicy policy = part->sizePolicy();
         policy.setRetainSizeWhenHidden(true);
         part->setSizePolicy(policy);

@@ -27,7 +27,7 @@ class TDeviceView : public TDialogView {
     void AddUpdateStatus(QVBoxLayout& column);
     void AddDebug(QBoxLayout& row);
     QVBoxLayout& AddGroup(QVBoxLayout& column, const std::vector<TControl*>& controls);
-    void AddButton(QBoxLayout& layout, TButton& button);
+    QPushButton& AddButton(QBoxLayout& layout, TButton& button);
 
     TNabtoDevice& Form;
     const TViewContext Context;
