@@ -37,7 +37,8 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
       ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files),
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
       SetpointPage(TSetpointPage::TParts{Hosts.SetpointPage, ports.Dialogs, ports.Clock, ModbusPanel,
-                                         ContextHelp.HelpfileDoc, forms.InputDialog, SetpointTexts}),
+                                         ContextHelp.HelpfileDoc, forms.InputDialog, SetpointTexts,
+                                         extensions}),
       GraphPage(
           TGraphPage::TParts{Profile, LogBuffers, ports.Dialogs, ports.Wait, MemoEventLog, FileProgressBar}),
       LiveLog(TLiveLog::TParts{Hosts.LiveLog, ports.Dialogs, ports.Clock, ports.Files, ports.Timers,
