@@ -141,7 +141,9 @@ std::string TPollCycle::Ask(const TQuestion& question) {
 void TPollCycle::FinishCycle() {
     const unsigned starts = Starts;
     queryCounter = 0;
-    if (!NabtoResultstring.empty())
+    if (NabtoResultstring.empty())
+        OnEmptyCycle();
+    else
         CycleDone();
     // A cycle that was started meanwhile has its own values and timers.
     if (starts != Starts)

@@ -46,6 +46,7 @@ class TPollCycle {
     bool isLastResultError = false;
     std::unique_ptr<ITimer> timerLogger;
     std::unique_ptr<ITimer> timerQuery;
+    TEvent<> OnEmptyCycle; // all questions are through, if there are any, and ask for no value
 
   private:
     struct TQuestion;

@@ -2,6 +2,7 @@
 
 #include "core/Paths.h"
 #include "core/controls/Lists.h"
+#include "core/controls/Notice.h"
 #include "core/controls/Simple.h"
 #include "core/ports/IClock.h"
 #include "core/ports/IDialogs.h"
@@ -48,6 +49,8 @@ struct TLoggingTexts {
     std::string TrafficButtonON;
     std::string TrafficButtonOFF;
     std::string DialogSaveDatalogFile;
+    // Words of our own, section LiveLog.
+    std::string NoValues = "The profile asks the device for no value, so the log gets no row.";
 };
 
 // Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
@@ -96,6 +99,8 @@ class TLiveLog {
     // One log step. Throws TError "Division by zero: ..." when UpdateTimerCallBackEvents.DatalogCount is 0,
     // and EInOutError when a partial file cannot be written; the row is then not counted.
     void UpdateTimerTimer();
+    // A cycle has ended without a value; told once per start.
+    void CycleWithoutValues();
     // With QuestionEnable asks whether to clear the old log, which is saved to a partial file first (throws
     // EInOutError). ClearData also says whether the start is reported.
     void StartLog(bool questionEnable, bool clearData);
@@ -109,11 +114,13 @@ class TLiveLog {
     void SaveUserDatalog1Click();
 
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
+    TNotice NoticeNoValues{"NoticeNoValues"}; // while such cycles are all that the log gets
     bool DatalogOn = false;
     const std::unique_ptr<ITimer> UpdateTimer;       // key Time; nothing enables it
     const std::unique_ptr<ITimer> TimerLogAutostart; // 5000 ms, once; enabled by the start of the program
 
   private:
+    void ForgetNoValues();
     void LogRow(const std::array<std::string_view, 7>& strings);
     void SavePartialFile();
     std::filesystem::path UserLogDirectory() const;
@@ -128,6 +135,7 @@ class TLiveLog {
     };
 
     TParts Parts;
+    bool NoValuesTold = false;
     TPartial LastPartial;
     std::string Line;                 // the data line at hand; kept for its memory
     std::vector<std::int32_t> Values; // of that line, likewise

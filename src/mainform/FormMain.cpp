@@ -150,6 +150,9 @@ void TFormMain::ConnectControls() {
 }
 
 void TFormMain::ConnectService() {
+    Forms.NabtoDevice.Cycle.OnEmptyCycle = [this] {
+        LiveLog.CycleWithoutValues();
+    };
     but_errorlog.OnClick = [this] {
         but_errorlogClick();
     };
@@ -205,6 +208,8 @@ void TFormMain::ReadConfigurationFiles() {
     SetpointPage.CategoryPanelDebug.SetCaption(Texts.CategoryPanelEventlog);
     LoggingTexts = {Texts.MessageLoggingStart, Texts.MessageLoggingStop, Texts.MessageClearGraphData,
                     Texts.TrafficButtonON,     Texts.TrafficButtonOFF,   Texts.DialogSaveDatalogFile};
+    ReadOwnTexts(language, "LiveLog", {{LoggingTexts.NoValues, "NoValues"}});
+    ProfileOpening.Texts = ReadProfileTexts(language);
     ProfileOpening.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
     GraphPage.Graphitems1.SetCaption(Texts.PopupMenu_GraphToolbar);
     GraphPage.Hold1.SetCaption(Texts.PopupMenu_Hold);

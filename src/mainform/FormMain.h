@@ -88,7 +88,7 @@ class TFormMain : public TFormMainControls {
     void SetpointPageResized(int gridClientWidth, int groupClientHeight);
 
     // The lines of our rooms, shown above the status bar in this order.
-    std::vector<TNotice*> Notices() { return {}; }
+    std::vector<TNotice*> Notices() { return {&ProfileOpening.NoticeProfile, &LiveLog.NoticeNoValues}; }
 
     TApiClient& Client() { return SignIn.Client(); } // from FormCreate on
     TNabtoDevice& Device() { return Forms.NabtoDevice; }

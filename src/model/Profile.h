@@ -58,6 +58,8 @@ class TProfile {
     std::vector<std::string> FindGraphNameList;
     TIniSection VisibleGraph;
     std::filesystem::path currentprofilefile;
+    std::string ReadFailure;     // why that file could not be read; empty if it was
+    bool HoldsNoProfile = false; // it was, but holds no section that a profile has
 
     TFlashPage FlashPage;
     std::int32_t DF_HPM_SNUM = 0;
