@@ -81,7 +81,7 @@ class TNoDialogs : public IDialogs {
     }
     std::optional<std::filesystem::path> OpenFile(const TFileDialog&) override { return {}; }
     std::vector<std::filesystem::path> OpenFiles(const TFileDialog&) override { return {}; }
-    std::optional<std::filesystem::path> SaveFile(const TFileDialog&) override { return {}; }
+    std::optional<std::filesystem::path> SaveFile(const TFileDialog&, std::size_t&) override { return {}; }
     EModalResult ShowModal(TForm&) override { return EModalResult::Cancel; }
     void Show(TForm&) override {}
     void Popup(TPopupMenu&) override {}

@@ -114,7 +114,7 @@ class TPageRig {
     TSetpointTexts Texts;
 
   public:
-    TSetpointPage Page{{Host, Dialogs, Clock, Panel, HelpfileDoc, InputDialog, Texts}};
+    TSetpointPage Page{{Host, Dialogs, Clock, Panel, HelpfileDoc, InputDialog, Texts, Extensions}};
 };
 
 } // namespace tidewell

@@ -82,8 +82,8 @@ TIniFile::TIniFile(const IFiles& files, std::filesystem::path path) : FilePath(s
     try {
         bytes = files.Read(FilePath);
     } catch (const EInOutError& error) {
-        if (files.FileExists(FilePath))
-            ReadFailure = error.what();
+        Failure = error.what();
+        Unread = files.FileExists(FilePath);
     }
     Parse(bytes);
 }
@@ -282,8 +282,8 @@ std::string TIniFile::Bytes() const {
 void TIniFile::Save(IFiles& files) {
     if (!Modified)
         return;
-    if (!ReadFailure.empty())
-        throw EInOutError("Cannot write " + FilePath.string() + ", which could not be read: " + ReadFailure);
+    if (Unread)
+        throw EInOutError("Cannot write " + FilePath.string() + ", which could not be read: " + Failure);
     const auto writer = files.Replace(FilePath);
     const std::string bytes = Bytes();
     writer->Write(bytes);

@@ -55,6 +55,8 @@ class TIniFile {
     explicit TIniFile(std::string_view bytes);
 
     const std::filesystem::path& Path() const { return FilePath; }
+    // Why the file could not be read, a missing one too; empty if it was.
+    const std::string& ReadFailure() const { return Failure; }
     std::vector<std::string> SectionNames() const; // in file order; a repeated one once
     bool SectionExists(std::string_view section) const;
     // All rows of all sections of that name.
@@ -123,7 +125,8 @@ class TIniFile {
     std::size_t InsertLine(std::size_t behind, std::string text);
 
     std::filesystem::path FilePath;
-    std::string ReadFailure; // why a file that is there could not be read
+    std::string Failure;
+    bool Unread = false; // it is there, but could not be read
     EEncoding Encoding = EEncoding::Utf8;
     std::string LineEnd = "\r\n"; // of the first line that has one
     std::vector<TLine> Lines;

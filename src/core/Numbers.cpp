@@ -202,6 +202,12 @@ std::int32_t ToIntegerOr(std::string_view text, std::int32_t otherwise) {
     return TryToInteger(text).value_or(otherwise);
 }
 
+std::int64_t ToWideIntegerOr(std::string_view text, std::int64_t otherwise) {
+    if (const auto value = TryToInteger(text))
+        return *value;
+    return TryToInteger64(text).value_or(otherwise);
+}
+
 std::int32_t ToInteger(std::string_view text) {
     if (const auto value = TryToInteger(text))
         return *value;

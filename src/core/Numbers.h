@@ -26,6 +26,8 @@ std::int32_t ToInteger(std::string_view text);
 // The same with 64 bits.
 std::optional<std::int64_t> TryToInteger64(std::string_view text);
 std::int64_t ToInteger64(std::string_view text);
+// A value of a device or a log: as TryToInteger, but a number of more than 32 bits keeps them.
+std::int64_t ToWideIntegerOr(std::string_view text, std::int64_t otherwise);
 
 // A decimal number with optional fraction and exponent, blanks at both ends allowed.
 std::optional<double> TryToFloat(std::string_view text);

@@ -11,6 +11,8 @@ namespace tidewell {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view littleEndianMark = "\xFF\xFE";
+constexpr std::string_view bigEndianMark = "\xFE\xFF";
 
 // Code points of the bytes 0x80 to 0x9F. The five that have no character stand for themselves, so that any
 // byte string survives reading and writing.
@@ -48,18 +50,69 @@ TCharacter FirstCharacter(std::string_view text) {
     return {code, length};
 }
 
-// For code points below 0x10000.
-void AppendUtf8(std::string& text, char16_t code) {
+void AppendUtf8(std::string& text, char32_t code) {
     if (code < 0x80) {
         text += static_cast<char>(code);
-    } else if (code < 0x800) {
-        text += static_cast<char>(0xC0U | (code >> 6U));
-        text += static_cast<char>(0x80U | (code & 0x3FU));
-    } else {
-        text += static_cast<char>(0xE0U | (code >> 12U));
-        text += static_cast<char>(0x80U | ((code >> 6U) & 0x3FU));
-        text += static_cast<char>(0x80U | (code & 0x3FU));
+        return;
     }
+    if (code < 0x800) {
+        text += static_cast<char>(0xC0U | (code >> 6U));
+    } else {
+        if (code < 0x10000) {
+            text += static_cast<char>(0xE0U | (code >> 12U));
+        } else {
+            text += static_cast<char>(0xF0U | (code >> 18U));
+            text += static_cast<char>(0x80U | ((code >> 12U) & 0x3FU));
+        }
+        text += static_cast<char>(0x80U | ((code >> 6U) & 0x3FU));
+    }
+    text += static_cast<char>(0x80U | (code & 0x3FU));
+}
+
+// What stands behind the mark; nothing if it is no UTF-16.
+std::optional<std::string> FromUtf16(std::string_view bytes, bool littleEndian) {
+    if (bytes.size() % 2 != 0)
+        return std::nullopt;
+    const auto unit = [&](std::size_t at) {
+        return static_cast<char32_t>(Byte(bytes[at + (littleEndian ? 1 : 0)]) << 8U |
+                                     Byte(bytes[at + (littleEndian ? 0 : 1)]));
+    };
+    std::string text;
+    text.reserve(bytes.size());
+    for (std::size_t at = 0; at < bytes.size(); at += 2) {
+        char32_t code = unit(at);
+        if (code >= 0xD800 && code <= 0xDFFF) {
+            at += 2;
+            const char32_t low = code < 0xDC00 && at < bytes.size() ? unit(at) : 0;
+            if (low < 0xDC00 || low > 0xDFFF)
+                return std::nullopt;
+            code = 0x10000 + ((code - 0xD800) << 10U) + (low - 0xDC00);
+        }
+        AppendUtf8(text, code);
+    }
+    return text;
+}
+
+// With its mark. The text is valid UTF-8.
+std::string ToUtf16(std::string_view utf8, bool littleEndian) {
+    std::string bytes(littleEndian ? littleEndianMark : bigEndianMark);
+    const auto append = [&](char32_t unit) {
+        const auto high = static_cast<char>(unit >> 8U);
+        const auto low = static_cast<char>(unit & 0xFFU);
+        bytes += littleEndian ? low : high;
+        bytes += littleEndian ? high : low;
+    };
+    while (!utf8.empty()) {
+        const auto [code, length] = FirstCharacter(utf8);
+        if (code < 0x10000) {
+            append(code);
+        } else {
+            append(0xD800 + ((code - 0x10000) >> 10U));
+            append(0xDC00 + ((code - 0x10000) & 0x3FFU));
+        }
+        utf8.remove_prefix(length);
+    }
+    return bytes;
 }
 
 // Nothing if the text holds a character that has no byte.
@@ -101,12 +154,19 @@ std::string DecodeText(std::string_view bytes, EEncoding& encoding) {
         encoding = marked ? EEncoding::Utf8WithMark : EEncoding::Utf8;
         return std::string(marked ? bytes.substr(byteOrderMark.size()) : bytes);
     }
+    const bool littleEndian = bytes.starts_with(littleEndianMark);
+    if (littleEndian || bytes.starts_with(bigEndianMark)) {
+        if (auto text = FromUtf16(bytes.substr(littleEndianMark.size()), littleEndian)) {
+            encoding = littleEndian ? EEncoding::Utf16LittleEndian : EEncoding::Utf16BigEndian;
+            return *std::move(text);
+        }
+    }
     encoding = EEncoding::Windows1252;
     std::string text;
     text.reserve(bytes.size() + bytes.size() / 8);
     for (const char c : bytes) {
         const std::uint8_t byte = Byte(c);
-        AppendUtf8(text, byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80U] : char16_t{byte});
+        AppendUtf8(text, byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80U] : char32_t{byte});
     }
     return text;
 }
@@ -114,10 +174,14 @@ std::string DecodeText(std::string_view bytes, EEncoding& encoding) {
 std::string EncodeText(std::string_view utf8, EEncoding encoding) {
     if (encoding == EEncoding::Utf8WithMark)
         return std::string(byteOrderMark).append(utf8);
+    if ((encoding == EEncoding::Utf16LittleEndian || encoding == EEncoding::Utf16BigEndian) &&
+        IsValidUtf8(utf8))
+        return ToUtf16(utf8, encoding == EEncoding::Utf16LittleEndian);
     if (encoding == EEncoding::Windows1252) {
-        // Bytes that happen to be UTF-8 would be read as another text.
+        // Bytes that happen to be Unicode would be read as another text.
         auto bytes = Windows1252Bytes(utf8);
-        if (bytes && !IsValidUtf8(*bytes))
+        EEncoding read{};
+        if (bytes && DecodeText(*bytes, read) == utf8)
             return *std::move(bytes);
     }
     return std::string(utf8);

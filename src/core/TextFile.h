@@ -9,9 +9,11 @@
 
 namespace tidewell {
 
-enum class EEncoding { Utf8, Utf8WithMark, Windows1252 }; // the mark is the byte-order mark
+// The mark is the byte-order mark; UTF-16 always has one.
+enum class EEncoding { Utf8, Utf8WithMark, Utf16LittleEndian, Utf16BigEndian, Windows1252 };
 
-// The text as UTF-8, without a byte-order mark. Bytes that are no valid UTF-8 are Windows-1252.
+// The text as UTF-8, without a byte-order mark. Bytes that are neither valid UTF-8 nor valid UTF-16 behind
+// its mark are Windows-1252.
 std::string DecodeText(std::string_view bytes, EEncoding& encoding);
 // What DecodeText reads back as the text: in that encoding, but a text that Windows-1252 cannot keep comes
 // out as UTF-8. Text that is no valid UTF-8 stays as it is.

@@ -111,7 +111,7 @@ TPorts TDesktop::Ports() {
 }
 
 void TDesktop::RegisterViews(TProgram& program) {
-    const TViewContext context{Application, Dialogs, Hold};
+    const TViewContext context{Application, Dialogs, Hold, Files};
     Dialogs.RegisterView(program.Splashscreen, [&program, context] {
         return std::make_unique<TSplashView>(program.Splashscreen, context);
     });

@@ -229,12 +229,18 @@ std::vector<std::filesystem::path> TQtDialogs::OpenFiles(const TFileDialog& dial
     return RunFileDialog(dialog, EFileMode::OpenMany);
 }
 
-std::optional<std::filesystem::path> TQtDialogs::SaveFile(const TFileDialog& dialog) {
-    const auto chosen = RunFileDialog(dialog, EFileMode::Save);
+std::optional<std::filesystem::path> TQtDialogs::SaveFile(const TFileDialog& dialog, std::size_t& filter) {
+    const auto chosen = RunFileDialog(dialog, EFileMode::Save, filter);
     return chosen.empty() ? std::nullopt : std::optional(chosen.front());
 }
 
 std::vector<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& dialog, EFileMode mode) {
+    std::size_t filter = 0;
+    return RunFileDialog(dialog, mode, filter);
+}
+
+std::vector<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& dialog, EFileMode mode,
+                                                             std::size_t& filter) {
     if (Cancelling)
         return {};
     const TOrdinaryCursor ordinary;
@@ -248,8 +254,8 @@ std::vector<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& 
     else
         box.setFileMode(!save && dialog.FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     QStringList filters;
-    for (const auto& filter : dialog.Filters)
-        filters.append(FilterText(filter));
+    for (const auto& offered : dialog.Filters)
+        filters.append(FilterText(offered));
     if (!filters.isEmpty()) {
         box.setNameFilters(filters);
         box.selectNameFilter(
@@ -261,6 +267,7 @@ std::vector<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& 
     if (box.exec() == QDialog::Accepted)
         for (const QString& file : box.selectedFiles())
             chosen.push_back(PathFromQt(file));
+    filter = static_cast<std::size_t>(std::max<qsizetype>(filters.indexOf(box.selectedNameFilter()), 0));
     return chosen;
 }
 

@@ -46,7 +46,8 @@ class TQtDialogs : public IDialogs {
                                         const std::string& text) override;
     std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) override;
     std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) override;
-    std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) override;
+    using IDialogs::SaveFile;
+    std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog, std::size_t& filter) override;
     EModalResult ShowModal(TForm& form) override;
     void Show(TForm& form) override;
     void Popup(TPopupMenu& menu) override;
@@ -64,6 +65,8 @@ class TQtDialogs : public IDialogs {
     void RunModal(TForm& form);
     enum class EFileMode { Open, OpenMany, Save };
     std::vector<std::filesystem::path> RunFileDialog(const TFileDialog& dialog, EFileMode mode);
+    std::vector<std::filesystem::path> RunFileDialog(const TFileDialog& dialog, EFileMode mode,
+                                                     std::size_t& filter);
 
     TQtApplication& Application;
     std::map<const TForm*, TEntry> Views;

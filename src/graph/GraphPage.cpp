@@ -1,5 +1,6 @@
 #include "graph/GraphPage.h"
 
+#include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
@@ -337,6 +338,7 @@ void TGraphPage::DrawGraphDatafromList(IDataLines& lines) {
     const std::size_t drawn = count - 1;
     const std::size_t stepOfBar = std::max<std::size_t>(count / 100, 1);
     bar.SetVisible(true);
+    const TAtExit hideBar([&bar] { bar.SetVisible(false); });
     TGraphRowParser parser(Parts.Profile.GraphPoints);
     std::string_view line;
     for (std::size_t i = 0; i < drawn; ++i) {
@@ -358,7 +360,6 @@ void TGraphPage::DrawGraphDatafromList(IDataLines& lines) {
     UpdateGraphScrollBar();
     UpdateTestData(GraphScroll.Position());
     UpdateGraphTimeLabels();
-    bar.SetVisible(false);
 }
 
 void TGraphPage::AddParsedSample(const TGraphRowParser& parser, std::size_t sampleIndex) {

@@ -35,14 +35,17 @@ void TGraphTimeLabels::Rebuild() {
         add(pair);
 }
 
+void TGraphTimeLabels::Empty(const TPair& pair) {
+    SetVisible(pair, false);
+    if (pair.Time == nullptr)
+        return;
+    pair.Time->SetName({});
+    pair.Date->SetName({});
+}
+
 void TGraphTimeLabels::Blank() {
-    for (const TPair& pair : GraphDataLabels) {
-        SetVisible(pair, false);
-        if (pair.Time != nullptr) {
-            pair.Time->SetName({});
-            pair.Date->SetName({});
-        }
-    }
+    for (const TPair& pair : GraphDataLabels)
+        Empty(pair);
 }
 
 void TGraphTimeLabels::Place(const TPair& pair, double x, std::size_t sample) {
@@ -82,8 +85,18 @@ void TGraphTimeLabels::Track(std::size_t sample) {
     Place(GraphScrollInfoLabel, min + std::floor((graph.XAxis.Max.DataValue() - min) / 10), sample);
 }
 
+// A pair that kept its place would be found when labels are chosen for a zoomed view.
 void TGraphTimeLabels::EndTracking() {
-    SetVisible(GraphScrollInfoLabel, false);
+    Empty(GraphScrollInfoLabel);
+    if (GraphScrollInfoLabel.Time == nullptr)
+        return;
+    GraphScrollInfoLabel.Time->SetPosition({});
+    GraphScrollInfoLabel.Date->SetPosition({});
+}
+
+void TGraphTimeLabels::ClearTracking() {
+    EndTracking();
+    ScrollingActive = false;
 }
 
 void TGraphTimeLabels::AdjustNumberOfLabelsToScreen() {

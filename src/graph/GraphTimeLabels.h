@@ -25,8 +25,8 @@ class TGraphTimeLabels {
     void UpdateGraphTimeLabels(std::int64_t sampleCount, std::int64_t zoom);
     // The thumb stands over that sample. Throws EListError as above.
     void Track(std::size_t sample);
-    void EndTracking();
-    void ClearTracking() { ScrollingActive = false; }
+    void EndTracking(); // the pair of the thumb is then as Rebuild has made it
+    void ClearTracking();
     // After a zoom of the X axis: of all labels, shows up to five pairs that lie in what is shown.
     void AdjustNumberOfLabelsToScreen();
 
@@ -36,6 +36,7 @@ class TGraphTimeLabels {
         TSLScopeTextLabel* Date = nullptr;
     };
     static void SetVisible(const TPair& pair, bool visible);
+    static void Empty(const TPair& pair); // and hidden
     void Place(const TPair& pair, double x, std::size_t sample);
 
     TSLScope& graph;

@@ -206,7 +206,9 @@ std::optional<TValueList> TPollCycle::Ask(const TQuestion& question) {
 void TPollCycle::FinishCycle() {
     const unsigned starts = Starts;
     queryCounter = 0;
-    if (!NabtoResultstring.empty())
+    if (NabtoResultstring.empty())
+        OnEmptyCycle();
+    else
         CycleDone();
     // A cycle that was started meanwhile has its own values and timers.
     if (starts != Starts)

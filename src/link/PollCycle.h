@@ -51,6 +51,7 @@ class TPollCycle {
     std::unique_ptr<ITimer> timerLogger;
     std::unique_ptr<ITimer> timerQuery;
     TEvent<const std::string&> OnFailed; // the cycle has ended by an exception with that text
+    TEvent<> OnEmptyCycle;               // all questions are through, if there are any, and ask for no value
 
   private:
     struct TQuestion;

@@ -1,7 +1,7 @@
 #include "logging/DatalogWriter.h"
 
 #include "core/BlockWriter.h"
-#include "core/ports/IDialogs.h"
+#include "core/ChosenFile.h"
 #include "graph/TextColumn.h"
 #include "logging/LogBuffers.h"
 #include "model/ModbusPanel.h"
@@ -71,13 +71,8 @@ void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatal
 std::filesystem::path WithCsv(const IFiles& files, IDialogs& dialogs, const std::filesystem::path& chosen) {
     if (chosen.filename().string().find(".csv") != std::string::npos)
         return chosen;
-    std::filesystem::path path = chosen;
-    path += ".csv";
-    if (files.FileExists(path) &&
-        dialogs.ShowMessageBox(EMessageKind::Confirmation, path.string() + " already exists. Replace it?",
-                               EButtons::YesNo) != EModalResult::Yes)
-        return {};
-    return path;
+    const std::filesystem::path path = WithEnding(chosen, ".csv");
+    return MayReplace(files, dialogs, path) ? path : std::filesystem::path();
 }
 
 } // namespace tidewell

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace tidewell {
 
@@ -47,7 +48,20 @@ void TLiveLog::SetCycleResult(const std::string& nabtoResultstring) {
     UpdateTimerCallBackEvents.str_ModbusEthernet = nabtoResultstring;
 }
 
+void TLiveLog::CycleWithoutValues() {
+    if (std::exchange(NoValuesTold, true))
+        return;
+    Parts.MemoEventLog.Add(Parts.Texts.NoValues);
+    NoticeNoValues.Show(Parts.Texts.NoValues);
+}
+
+void TLiveLog::ForgetNoValues() {
+    NoValuesTold = false;
+    NoticeNoValues.Clear();
+}
+
 void TLiveLog::UpdateTimerTimer() {
+    ForgetNoValues();
     const auto strings = UpdateTimerCallBackEvents.Strings();
     std::exception_ptr failure;
     if (!std::all_of(strings.begin(), strings.end(), [](std::string_view text) { return text.empty(); }))
@@ -133,6 +147,7 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     }
     LogNotice.Clear();
     Parts.Host.RepaintStatusBar();
+    ForgetNoValues();
     Parts.Host.StartPolling();
     Parts.TrafficButton.SetColor(RunningColor);
     Parts.TrafficButton.SetCaption(Parts.Texts.TrafficButtonON);
@@ -152,6 +167,7 @@ void TLiveLog::StopLog() {
     Parts.TrafficButton.SetColor(StoppedColor);
     Parts.TrafficButton.SetCaption(Parts.Texts.TrafficButtonOFF);
     Parts.Host.StopPolling();
+    ForgetNoValues();
     ReportTraffic(Parts.Texts.MessageLoggingStop);
     DatalogOn = false;
     UpdateTimer->SetEnabled(false);

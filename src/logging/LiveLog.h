@@ -52,10 +52,12 @@ struct TLoggingTexts {
     std::string TrafficButtonON;
     std::string TrafficButtonOFF;
     std::string DialogSaveDatalogFile;
-    // Lines of the event log, and the first two of the main form.
+    // Words of our own, section LiveLog: lines of the event log and, but for AutoStartSpared, of the main
+    // form.
     std::string LogStopped = "The log has stopped"; // the reason follows
     std::string NoSession = "There is no session with the device: the log gets no values";
     std::string AutoStartSpared = "A datalog file is open: the log does not start by itself";
+    std::string NoValues = "The profile asks the device for no value, so the log gets no row.";
 };
 
 // Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
@@ -108,6 +110,8 @@ class TLiveLog {
     // and EInOutError when a partial file cannot be written; the row is then not counted. What graph and grid
     // throw comes last: the row is then logged.
     void UpdateTimerTimer();
+    // A cycle has ended without a value; told once per start.
+    void CycleWithoutValues();
     // With QuestionEnable asks whether to clear the old log, which is saved to a partial file first; if that
     // fails, the log goes on. ClearData also says whether the start is reported.
     void StartLog(bool questionEnable, bool clearData);
@@ -123,12 +127,14 @@ class TLiveLog {
     void SaveUserDatalog1Click();
 
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
+    TNotice NoticeNoValues{"NoticeNoValues"}; // while such cycles are all that the log gets
     bool DatalogOn = false;
     TNotice LogNotice{"LogNotice"};                  // why no log runs any more
     const std::unique_ptr<ITimer> UpdateTimer;       // key Time; nothing enables it
     const std::unique_ptr<ITimer> TimerLogAutostart; // 5000 ms, once; enabled by the start of the program
 
   private:
+    void ForgetNoValues();
     // What graph or grid have thrown.
     std::exception_ptr LogRow(const std::array<std::string_view, 7>& strings);
     void Tell(const std::string& line); // on the form and in the event log
@@ -145,6 +151,7 @@ class TLiveLog {
     };
 
     TParts Parts;
+    bool NoValuesTold = false;
     TPartial LastPartial;
     std::string Line;                 // the data line at hand; kept for its memory
     std::vector<std::int32_t> Values; // of that line, likewise

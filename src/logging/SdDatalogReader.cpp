@@ -1,5 +1,6 @@
 #include "logging/SdDatalogReader.h"
 
+#include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
@@ -214,6 +215,7 @@ std::size_t TSdDatalogReader::FitAxis(std::vector<std::string>& rows) {
 void TSdDatalogReader::Draw(const std::vector<std::string>& rows, std::size_t labelInterval) {
     TGraphPage& page = Parts.GraphPage;
     TSLScope& graph = page.graph;
+    const TAtExit hideBar([this] { Parts.FileProgressBar.SetVisible(false); });
     std::vector<TGraphPoint> points;
     for (const std::string& row : Parts.Profile.GraphValues)
         points.push_back(ParseGraphPoint(SetRowField(row, typeField, "0"))); // the type plays no part here

@@ -89,7 +89,10 @@ class TFormMain : public TFormMainControls {
     void SetpointPageResized(int gridClientWidth, int groupClientHeight);
 
     // The lines of our rooms, shown above the status bar in this order.
-    std::vector<TNotice*> Notices() { return {&LiveLog.LogNotice, &Forms.NabtoDevice.ErrorLogNotice}; }
+    std::vector<TNotice*> Notices() {
+        return {&ProfileOpening.NoticeProfile, &LiveLog.NoticeNoValues, &LiveLog.LogNotice,
+                &Forms.NabtoDevice.ErrorLogNotice};
+    }
 
     TApiClient& Client() { return SignIn.Client(); } // from FormCreate on
     TNabtoDevice& Device() { return Forms.NabtoDevice; }

@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/OpenDialogFilters.h"
 
 #include <exception>
@@ -17,6 +18,13 @@ constexpr std::size_t rowModelUnknown = 5;
 
 } // namespace
 
+TProfileTexts ReadProfileTexts(const TIniFile& languageFile) {
+    TProfileTexts texts;
+    ReadOwnTexts(languageFile, "ProfileOpening",
+                 {{texts.Unreadable, "Unreadable"}, {texts.NoProfile, "NoProfile"}});
+    return texts;
+}
+
 void TProfileOpening::OpenProfile(const std::filesystem::path& path) {
     if (path != Parts.Profile.currentprofilefile)
         OnOtherProfile();
@@ -24,6 +32,20 @@ void TProfileOpening::OpenProfile(const std::filesystem::path& path) {
     Parts.Controls.MemoEventLog.Add(path.string() + " opened");
     Parts.Controls.SetCaption(path.string());
     Parts.Panel.SetMpanelPLSpath(path);
+    TellFault();
+}
+
+void TProfileOpening::TellFault() {
+    const TProfile& profile = Parts.Profile;
+    const std::string file = profile.currentprofilefile.string();
+    NoticeProfile.Clear();
+    if (profile.ReadFailure.empty() && !profile.HoldsNoProfile)
+        return;
+    const std::string fault = profile.HoldsNoProfile
+                                  ? FillText(Texts.NoProfile, {file})
+                                  : FillText(Texts.Unreadable, {file, profile.ReadFailure});
+    Parts.Controls.MemoEventLog.Add(fault);
+    NoticeProfile.Show(fault);
 }
 
 void TProfileOpening::OpenFileProfile() {

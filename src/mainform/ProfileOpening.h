@@ -4,6 +4,7 @@
 #include "core/Configuration.h"
 #include "core/IniFile.h"
 #include "core/Paths.h"
+#include "core/controls/Notice.h"
 #include "graph/GraphPage.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
@@ -17,6 +18,13 @@
 #include <string>
 
 namespace tidewell {
+
+// Words of our own, section ProfileOpening; %1 is the file, %2 the reason.
+struct TProfileTexts {
+    std::string Unreadable = "%1 could not be read, so nothing of it is shown: %2";
+    std::string NoProfile = "%1 holds nothing of a profile, so nothing of it is shown.";
+};
+TProfileTexts ReadProfileTexts(const TIniFile& languageFile);
 
 // Chooses the profile, by the user or by the model that the device reports, and loads it into all that show
 // it.
@@ -37,6 +45,8 @@ class TProfileOpening {
 
     std::string DialogOpenProfileCaption; // title of the file dialog
     TIniSection TestfileComport;          // messages of the language file, some of them by position
+    TProfileTexts Texts;
+    TNotice NoticeProfile{"NoticeProfile"}; // what is wrong with the file of the open profile
 
     TEvent<> OnOtherProfile; // another file than before is being opened
 
@@ -54,6 +64,7 @@ class TProfileOpening {
     // The profile that belongs to what the device reports, with autoload; empty if it is not known.
     std::filesystem::path ProfileOfDevice(const TAutoLoadProfile& autoload) const;
     void AskForProfile(const std::string& message);
+    void TellFault();
 
     const TPorts& Ports;
     TParts Parts;

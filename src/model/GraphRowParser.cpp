@@ -18,7 +18,7 @@ constexpr std::int32_t lastField = 65535; // of any line that is no mistake
 constexpr std::uint32_t safeDigits = 9;   // any number of that many digits fits 32 bits
 
 // What the field up to the next ';' or the end reads as; at is then behind it.
-std::int32_t TakeInteger(const char*& at, const char* end) {
+std::int64_t TakeInteger(const char*& at, const char* end) {
     const char* const begin = at;
     if (at != end && *at == ' ')
         ++at;
@@ -39,7 +39,7 @@ std::int32_t TakeInteger(const char*& at, const char* end) {
     const auto* const separator =
         static_cast<const char*>(std::memchr(at, ';', static_cast<std::size_t>(end - at)));
     at = separator == nullptr ? end : separator;
-    return ToIntegerOr(std::string_view(begin, static_cast<std::size_t>(at - begin)), 0);
+    return ToWideIntegerOr(std::string_view(begin, static_cast<std::size_t>(at - begin)), 0);
 }
 
 std::string_view TakeField(const char*& at, const char* end) {
@@ -96,15 +96,15 @@ void TGraphRowParser::Parse(std::string_view line) {
     }
     std::fill(Raw.begin() + static_cast<std::ptrdiff_t>(field), Raw.end(), 0);
     if (HeadWanted) {
-        Raw[1] = ToIntegerOr(DateText, 0);
-        Raw[2] = ToIntegerOr(TimeText, 0);
+        Raw[1] = ToWideIntegerOr(DateText, 0);
+        Raw[2] = ToWideIntegerOr(TimeText, 0);
     }
 }
 
 void TGraphRowParser::ParseQuoted(std::string_view line) {
     const TSplitLine fields(line, Raw.size());
     for (std::size_t field = 0; field < Raw.size(); ++field)
-        Raw[field] = ToIntegerOr(fields.Field(static_cast<std::int64_t>(field)), 0);
+        Raw[field] = ToWideIntegerOr(fields.Field(static_cast<std::int64_t>(field)), 0);
     Unquoted = {std::string(fields.Field(1)), std::string(fields.Field(2))};
     DateText = Unquoted[0];
     TimeText = Unquoted[1];
@@ -112,8 +112,7 @@ void TGraphRowParser::ParseQuoted(std::string_view line) {
 
 double TGraphRowParser::Value(std::size_t channel) const {
     const TWanted& wanted = Wanted[channel];
-    const std::int32_t value = wanted.IsMissing ? 0 : Raw[wanted.Field];
-    const std::int64_t raw = wanted.Unsigned16 ? value & 0xFFFF : value;
+    const std::int64_t raw = wanted.IsMissing ? 0 : RawGraphValue(Raw[wanted.Field], wanted.Unsigned16);
     const auto s = static_cast<long double>(raw + wanted.Offset);
     return static_cast<double>(wanted.Divide ? s / wanted.Power : s * wanted.Power);
 }

@@ -41,7 +41,7 @@ class TGraphRowParser {
     void ParseQuoted(std::string_view line);
 
     std::vector<TWanted> Wanted;
-    std::vector<std::int32_t> Raw; // by field of the line
+    std::vector<std::int64_t> Raw; // by field of the line
     bool HeadWanted = false;       // a channel reads date or time as a number
     std::string_view DateText;
     std::string_view TimeText;

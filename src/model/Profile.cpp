@@ -5,6 +5,7 @@
 #include "model/ColorText.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tidewell {
 
@@ -13,6 +14,7 @@ namespace {
 constexpr std::string_view graphSection = "GraphPoints";
 constexpr std::string_view visibleSection = "VisibleGraph";
 constexpr std::string_view settingsSection = "NabtoSection";
+constexpr std::string_view questionSection = "NabtoDevice";
 
 // The name without the ending and what follows it; the whole name if it has no such ending.
 std::string CutAt(const std::string& name, std::string_view ending) {
@@ -61,6 +63,10 @@ void TProfile::Open(const std::filesystem::path& path) {
     VisibleGraph = file.ReadSection(visibleSection);
     ProfileLoaded = true;
     currentprofilefile = path;
+    ReadFailure = file.ReadFailure();
+    HoldsNoProfile = ReadFailure.empty() &&
+                     std::ranges::none_of(std::array{graphSection, questionSection, settingsSection},
+                                          [&file](auto section) { return file.SectionExists(section); });
 }
 
 void TProfile::ReadNabtoSection(const std::filesystem::path& path) {
@@ -109,7 +115,7 @@ void TProfile::WriteGraphSettings(const std::vector<TGraphChannelSettings>& chan
 }
 
 TIniSection ReadPollQuestions(const IFiles& files, const std::filesystem::path& path) {
-    return TIniFile(files, path).ReadSection("NabtoDevice");
+    return TIniFile(files, path).ReadSection(questionSection);
 }
 
 } // namespace tidewell

@@ -36,6 +36,8 @@ struct TProfileGraph {
     std::vector<std::string> FindGraphNameList;
     TIniSection VisibleGraph;
     std::filesystem::path currentprofilefile;
+    std::string ReadFailure;     // why that file could not be read; empty if it was
+    bool HoldsNoProfile = false; // it was, but holds no section that a profile has
 };
 
 // The graph side and the settings of the open profile. The devices are TModbusPanel's.

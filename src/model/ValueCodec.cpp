@@ -14,8 +14,8 @@ namespace {
 constexpr std::size_t graphChannelField = 12;
 constexpr std::int32_t firstUnsignedType = 200;
 
-std::int32_t Low16(std::int32_t value) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(value) & 0xFFFFU);
+std::int32_t Low16(std::int64_t value) {
+    return static_cast<std::int32_t>(static_cast<std::uint64_t>(value) & 0xFFFFU);
 }
 
 [[noreturn]] void ThrowConversion(std::string_view text, const std::string& kind, const std::string& what,
@@ -65,11 +65,17 @@ TGraphPoint ParseGraphPoint(std::string_view graphRow) {
     return point;
 }
 
+std::int32_t RawGraphValue(std::int64_t value, bool isUnsigned) {
+    if (isUnsigned)
+        return Low16(value);
+    return std::in_range<std::int32_t>(value) ? static_cast<std::int32_t>(value) : 0;
+}
+
 TDatapointValue CalculateDatapointValue(const TGraphPoint& point, const TSplitLine& line) {
     if (!point.Error.empty())
         throw EConvertError(point.Error);
-    const std::int32_t value = ToIntegerOr(line.Field(point.Structnumber), 0);
-    const std::int32_t raw = point.Type < firstUnsignedType ? value : Low16(value);
+    const std::int32_t raw =
+        RawGraphValue(ToWideIntegerOr(line.Field(point.Structnumber), 0), point.Type >= firstUnsignedType);
     const long double s = static_cast<long double>(raw) + static_cast<long double>(point.Offset);
     return {static_cast<double>(Scaled(s, point.Decimal)), raw};
 }
@@ -116,9 +122,17 @@ void FormatListValues(std::string_view line, std::vector<std::string>& target,
         if (row.Signed)
             s += TryToFloat(value).value_or(0);
         else
-            s += Low16(ToIntegerOr(value, 0));
+            s += Low16(ToWideIntegerOr(value, 0));
         target.push_back(ScaledText(s, row.Decimal));
     }
+}
+
+std::optional<std::int64_t> RawListValue(const TListRow& row, std::string_view line) {
+    const TSplitLine data(line);
+    const std::string_view value = data.Field(row.Structnumber);
+    if (!row.Signed)
+        return Low16(ToWideIntegerOr(value, 0));
+    return TryToInteger64(Trim(value));
 }
 
 std::string FormatRowLimits(std::string_view row, std::vector<std::string>& paraIds) {

@@ -3,6 +3,7 @@
 #include "model/DataLine.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,8 @@ struct TDatapointValue {
     double Value = 0;
     std::int32_t Raw = 0;
 };
+// The low 16 bits of an unsigned value, however wide; a signed one as it stands, 0 if it does not fit 32 bits.
+std::int32_t RawGraphValue(std::int64_t value, bool isUnsigned);
 // A value that is missing or no integer counts as raw 0.
 TDatapointValue CalculateDatapointValue(const TGraphPoint& point, const TSplitLine& line);
 TDatapointValue CalculateDatapointValue(std::string_view graphRow, std::string_view line);
@@ -54,6 +57,9 @@ TListRow ParseListRow(std::string text);
 // is none throws EConvertError. After a throw the target holds the texts of the rows before.
 void FormatListValues(std::string_view line, std::vector<std::string>& target,
                       const std::vector<TListRow>& rows);
+
+// The integer that the row takes from the data line, before any scaling; nothing where it is a fraction.
+std::optional<std::int64_t> RawListValue(const TListRow& row, std::string_view line);
 
 // The list row with Min and Max in their shown form. A row of more than 18 fields adds field 18, its help
 // number, to the list.

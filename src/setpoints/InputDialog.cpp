@@ -11,6 +11,8 @@
 #include "model/ModbusPanel.h"
 #include "setpoints/EnteredValue.h"
 
+#include <utility>
+
 namespace tidewell {
 
 namespace {
@@ -57,6 +59,9 @@ TInputDialog::TInputDialog(const TParts& parts) : TForm("InputDialog"), Parts(pa
     binaryvaluegrid.OnClick = [this](const TCellClick& click) {
         binaryvaluegridClick(click);
     };
+    EValue.OnChange = [this] {
+        Touched = true;
+    };
     ButSend.OnClick = [this] {
         ButSendClick();
     };
@@ -91,6 +96,7 @@ void TInputDialog::FormCreate(const TIniFile& languageFile) {
 
 void TInputDialog::FormShow() {
     Sending = false; // a send below which the dialog was closed may still be under way
+    Touched = false;
     binaryvaluegrid.SetVisible(false);
     SplitRow(CurrentSetpointSpecific, CurrentList, false);
     SetCaption(std::string(Field(ListField::SetpointName)));
@@ -160,6 +166,7 @@ void TInputDialog::binaryvaluegridClick(const TCellClick& click) {
     for (std::size_t column = 0; column < bitCount; ++column)
         digits += binaryvaluegrid.Cells.Cell(column, 1) == "1" ? '1' : '0';
     EValue.SetText(std::to_string(BinaryToInteger(digits)));
+    Touched = true;
 }
 
 void TInputDialog::FlipBit(const TCellClick& click) {
@@ -179,19 +186,22 @@ void TInputDialog::ButSendClick() {
     SendEnteredValue();
 }
 
-void TInputDialog::SendEnteredValue() {
+std::string TInputDialog::EntryAsNumber() const {
     const std::string_view code = Field(ListField::Enhed);
-    const std::string entry = IsCharacterCode(code)
-                                  ? std::to_string(WordOfCharacters(EValue.Text(), code == lowFirstCode))
-                                  : EValue.Text();
+    return IsCharacterCode(code) ? std::to_string(WordOfCharacters(EValue.Text(), code == lowFirstCode))
+                                 : EValue.Text();
+}
+
+void TInputDialog::SendEnteredValue() {
     long double value = 0;
-    if (const std::size_t errorPosition = ParseEntry(entry, value); errorPosition != 0) {
+    if (const std::size_t errorPosition = ParseEntry(EntryAsNumber(), value); errorPosition != 0) {
         Refuse(MessageWrongValue + " ErrorNumber: " + std::to_string(errorPosition));
         return;
     }
     const std::int32_t decimals = IntegerField(ListField::Decimal);
     const std::int32_t offset = IntegerField(ListField::Offset);
-    const std::int64_t s = EnteredToS(value, decimals);
+    // Not every word comes back from its shown form.
+    const std::int64_t s = PresentRaw && !Touched ? *PresentRaw + offset : EnteredToS(value, decimals);
     TMemo& log = Parts.MemoEventLog;
     log.Add("start Input write value");
     log.Add("decimal: " + std::to_string(decimals < 1 ? EntryDivisor(decimals) : decimals) +
@@ -222,7 +232,8 @@ bool TInputDialog::ValueInRange(std::int64_t s) {
     const long double maximum = ShownToRaw(Field(ListField::Max), decimals, offset);
     const std::int64_t raw = s - offset;
     const auto compared = static_cast<long double>(raw);
-    const bool result = minimum <= compared && compared <= maximum;
+    // A limit is shown with eight digits, so that of a register of 32 bits may lie beyond what those hold.
+    const bool result = minimum <= compared && compared <= maximum && std::in_range<std::int32_t>(raw);
     TMemo& log = Parts.MemoEventLog;
     log.Add("Start TestBlock");
     log.Add("ComparedValue " + std::to_string(raw) + " Decimal: " + std::to_string(decimals) +

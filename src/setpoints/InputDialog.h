@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +20,8 @@ class TModbusPanel;
 class TNabtoDevice;
 
 // The modal dialog that changes one setpoint: a number, 16 bits, or two characters. It converts the entry to
-// the raw integer of the device, checks the row's limits and sends it. The caller sets the three fields
-// before each showing.
+// the raw integer of the device, checks the row's limits and sends it. The caller sets its
+// fields before each showing.
 class TInputDialog : public TForm {
   public:
     // What the dialog needs of the main form.
@@ -45,6 +46,7 @@ class TInputDialog : public TForm {
     std::string CurrentSetpointSpecific; // list row, limits in shown form
     std::string CurrentDatavalue;        // text to start with
     bool ValueSelectAll = false;         // it is the present value, and not what the user began to type
+    std::optional<std::int64_t> PresentRaw; // if any, what is sent while nobody touches the entry
 
     // The 16 digits of row 1 of the grid, most significant first. Throws ERangeError for a value that needs
     // more.
@@ -75,6 +77,7 @@ class TInputDialog : public TForm {
     void ShowBits();
     void ShowCharacters();
     void ShowEntry(const std::string& text);
+    std::string EntryAsNumber() const;
     void SetFormWidth(int width) { SetClientSize(width, ClientHeight()); }
     void FormKeyDown(EKey key, bool& handled);
     void binaryvaluegridClick(const TCellClick& click);
@@ -95,6 +98,7 @@ class TInputDialog : public TForm {
     std::string MessageWrongValue;
     bool FInMouseClick = false;
     bool Sending = false;
+    bool Touched = false; // the entry, by the user
 };
 
 } // namespace tidewell

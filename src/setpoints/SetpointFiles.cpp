@@ -71,7 +71,7 @@ void TSetpointFiles::Save(const std::string& deviceName) {
     dialog.InitialDirectory = Parts.directorypath / "setpoint";
     dialog.Filters = {{"csv", "*.csv"}};
     dialog.AskOverwrite = false;
-    auto path = ChooseCsvFile(Parts.Dialogs, dialog);
+    auto path = ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog);
     if (path)
         path = SaveLines(Parts.Files, Parts.Dialogs, *path, lines, dialog,
                          [this](const std::string& reason) { TellNotSaved(reason); });

@@ -193,6 +193,7 @@ void TSetpointPage::ShowCurrentValues() {
 void TSetpointPage::ApplyDataLine(std::string_view line) {
     if (!SetpointListReady)
         return;
+    ValueLine = line;
     FormatListValues(line, CurrentSetpointValue, SetpointValues);
     SetpointGrid.Repaint();
 }
@@ -309,25 +310,37 @@ void TSetpointPage::SetpointGridKeyPress(const std::string& key) {
         EditSetpoint(*entry, StartsNumber(key) ? key : std::string());
 }
 
-// The dialog starts with what was typed, or else with the present value. Before the first value it starts
-// with what it was last given.
 void TSetpointPage::EditSetpoint(std::size_t entry, const std::string& typed) {
-    const TListRow& row = SetpointValues.at(entry);
     TInputDialog& dialog = Parts.InputDialog;
     for (TEdit* edit : {&dialog.EId, &dialog.EAdress, &dialog.EValue})
         edit->SetText({});
-    dialog.CurrentSetpointSpecific = row.Text;
-    if (!CurrentSetpointValue.empty()) {
-        if (entry >= CurrentSetpointValue.size())
-            throw EListError(entry);
-        const std::string& current = CurrentSetpointValue[entry];
-        const std::string& initial = typed.empty() || row.Code == "100" ? current : typed;
-        if (!initial.empty())
-            dialog.CurrentDatavalue = initial;
-        dialog.ValueSelectAll = typed.empty();
-    }
+    dialog.CurrentSetpointSpecific = SetpointValues.at(entry).Text;
+    OfferValue(entry, typed);
     if (CurrentModbusID != -1)
         Parts.Dialogs.ShowModal(dialog);
+}
+
+// The dialog starts with what was typed, or else with the present value. Before the first value it starts
+// with what it was last given, or, if it is strict, with no value.
+void TSetpointPage::OfferValue(std::size_t entry, const std::string& typed) {
+    const TListRow& row = SetpointValues.at(entry);
+    TInputDialog& dialog = Parts.InputDialog;
+    const bool present = typed.empty() || row.Code == "100"; // bits are not typed
+    dialog.PresentRaw.reset();
+    if (Parts.Extensions.InputDialogStrict) {
+        dialog.CurrentDatavalue = present ? std::string() : typed;
+        dialog.ValueSelectAll = typed.empty();
+    }
+    if (CurrentSetpointValue.empty())
+        return;
+    if (entry >= CurrentSetpointValue.size())
+        throw EListError(entry);
+    const std::string& initial = present ? CurrentSetpointValue[entry] : typed;
+    if (!initial.empty())
+        dialog.CurrentDatavalue = initial;
+    dialog.ValueSelectAll = typed.empty();
+    if (Parts.Extensions.InputDialogStrict && present)
+        dialog.PresentRaw = RawListValue(row, ValueLine);
 }
 
 void TSetpointPage::SetpointGridSelectCell(int row) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Extensions.h"
 #include "core/HelpfileDoc.h"
 #include "core/controls/Menu.h"
 #include "core/controls/Simple.h"
@@ -59,6 +60,7 @@ class TSetpointPage {
         THelpfileDoc& HelpfileDoc;
         TInputDialog& InputDialog; // may be made after the page
         const TSetpointTexts& Texts;
+        const TExtensions& Extensions;
     };
 
     explicit TSetpointPage(const TParts& parts);
@@ -127,9 +129,11 @@ class TSetpointPage {
     void ShowRows(int selectedRow);
     bool CanEdit() const;
     void EditSetpoint(std::size_t entry, const std::string& typed);
+    void OfferValue(std::size_t entry, const std::string& typed);
 
     TParts Parts;
     std::optional<std::size_t> SelectedEntry; // also while the filter hides it
+    std::string ValueLine;                    // the data line of CurrentSetpointValue
 };
 
 } // namespace tidewell

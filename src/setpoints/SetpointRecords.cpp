@@ -1,5 +1,6 @@
 #include "setpoints/SetpointRecords.h"
 
+#include "core/ChosenFile.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
@@ -134,18 +135,23 @@ std::optional<std::filesystem::path> SaveLines(IFiles& files, IDialogs& dialogs,
             failed(error.what());
             dialogs.ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
         }
-        const auto other = ChooseCsvFile(dialogs, dialog);
+        const auto other = ChooseCsvFile(files, dialogs, dialog);
         if (!other)
             return std::nullopt;
         path = *other;
     }
 }
 
-std::optional<std::filesystem::path> ChooseCsvFile(IDialogs& dialogs, const TFileDialog& dialog) {
-    auto path = dialogs.SaveFile(dialog);
-    if (path && path->filename().string().find(".csv") == std::string::npos)
-        *path += ".csv";
-    return path;
+std::optional<std::filesystem::path> ChooseCsvFile(const IFiles& files, IDialogs& dialogs,
+                                                   const TFileDialog& dialog) {
+    for (;;) {
+        auto path = dialogs.SaveFile(dialog);
+        if (!path || path->filename().string().find(".csv") != std::string::npos)
+            return path;
+        path = WithEnding(*std::move(path), ".csv");
+        if (!dialog.AskOverwrite || MayReplace(files, dialogs, *path))
+            return path;
+    }
 }
 
 } // namespace tidewell

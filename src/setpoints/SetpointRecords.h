@@ -69,6 +69,7 @@ std::optional<std::filesystem::path> SaveLines(IFiles& files, IDialogs& dialogs,
                                                const TFileDialog& dialog,
                                                const std::function<void(const std::string&)>& failed);
 // What the user chose, with ".csv" behind a name that does not hold it.
-std::optional<std::filesystem::path> ChooseCsvFile(IDialogs& dialogs, const TFileDialog& dialog);
+std::optional<std::filesystem::path> ChooseCsvFile(const IFiles& files, IDialogs& dialogs,
+                                                   const TFileDialog& dialog);
 
 } // namespace tidewell

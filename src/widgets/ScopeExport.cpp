@@ -5,7 +5,6 @@
 #include <QBuffer>
 #include <QPageSize>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QSvgGenerator>
 
 namespace tidewell {
@@ -57,23 +56,15 @@ QImage PictureOf(TScopePlot& plot, QSize size, double scale) {
     return image;
 }
 
-std::string SavePicture(TScopePlot& plot, QSize size, double scale, std::filesystem::path file) {
-    if (!file.has_extension())
-        file += ".png";
-    const QString extension = QString::fromStdString(file.extension().string()).toLower();
-    QByteArray bytes;
-    if (extension == QLatin1String(".png"))
-        bytes = PngOf(plot, size, scale);
-    else if (extension == QLatin1String(".svg"))
-        bytes = SvgOf(plot, size);
-    else if (extension == QLatin1String(".pdf"))
-        bytes = PdfOf(plot, size);
-    else
-        return "Cannot write " + file.string() + ": pictures are .png, .svg or .pdf";
-    QSaveFile out(QString::fromStdString(file.string()));
-    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit())
-        return "Cannot write " + file.string() + ": " + out.errorString().toStdString();
-    return {};
+std::string PictureBytes(TScopePlot& plot, QSize size, double scale, EPictureType type) {
+    switch (type) {
+    case EPictureType::Svg:
+        return SvgOf(plot, size).toStdString();
+    case EPictureType::Pdf:
+        return PdfOf(plot, size).toStdString();
+    default:
+        return PngOf(plot, size, scale).toStdString();
+    }
 }
 
 } // namespace tidewell

@@ -3,7 +3,6 @@
 #include <QImage>
 #include <QSize>
 
-#include <filesystem>
 #include <string>
 
 namespace tidewell {
@@ -12,8 +11,9 @@ class TScopePlot;
 
 QImage PictureOf(TScopePlot& plot, QSize size, double scale);
 
-// Writes the picture as PNG, SVG or PDF, by the file's extension; one without gets ".png". Returns what went
-// wrong, with the file's name, or nothing. A file that was there is replaced whole or not at all.
-std::string SavePicture(TScopePlot& plot, QSize size, double scale, std::filesystem::path file);
+enum class EPictureType { Png, Svg, Pdf };
+
+// The bytes of a file of that type.
+std::string PictureBytes(TScopePlot& plot, QSize size, double scale, EPictureType type);
 
 } // namespace tidewell

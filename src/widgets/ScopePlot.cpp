@@ -70,6 +70,8 @@ class TDrawn : public QCPLayerable {
   protected:
     void applyDefaultAntialiasingHint(QCPPainter* painter) const override { painter->setAntialiasing(false); }
     void draw(QCPPainter* painter) override { Paint(*painter); }
+    // The library moves it up by a pixel; the lowest row is to be drawn, too.
+    QRect clipRect() const override { return QCPLayerable::clipRect().adjusted(0, 0, 0, 1); }
 
   private:
     std::function<void(QCPPainter&)> Paint;

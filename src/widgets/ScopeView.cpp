@@ -92,12 +92,9 @@ void TScopeView::CopyPicture() {
 }
 
 void TScopeView::SavePicture() {
-    const auto file = Services.AskPictureFile();
-    if (!file)
-        return;
-    const std::string error = tidewell::SavePicture(ThePlot, size(), devicePixelRatioF(), *file);
-    if (!error.empty())
-        Services.TellError(error);
+    Services.SavePicture([this](EPictureType type) {
+        return PictureBytes(ThePlot, size(), devicePixelRatioF(), type);
+    });
 }
 
 void TScopeView::ShowChannelSettings() {

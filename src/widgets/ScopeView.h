@@ -1,5 +1,6 @@
 #pragma once
 
+#include "widgets/ScopeExport.h"
 #include "widgets/ScopeGestures.h"
 #include "widgets/ScopePicture.h"
 #include "widgets/ScopePlot.h"
@@ -10,9 +11,7 @@
 #include <QTimer>
 #include <QWidget>
 
-#include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 
 namespace tidewell {
@@ -26,9 +25,8 @@ class TScopeView : public QWidget {
   public:
     // What the view asks of its owner.
     struct TServices {
-        // A file to save the picture to; nothing when the user cancels.
-        std::function<std::optional<std::filesystem::path>()> AskPictureFile;
-        std::function<void(const std::string&)> TellError;
+        // Asks for a file and its type, and saves the bytes that the picture has in that type.
+        std::function<void(const std::function<std::string(EPictureType)>& bytes)> SavePicture;
     };
 
     // The surface must outlive the view.

@@ -19,6 +19,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -193,6 +194,19 @@ TEST_F(BindersTest, MemosGrowLineByLine) {
     memo.Add("anew");
     EXPECT_EQ(view.toPlainText(), "anew");
     EXPECT_TRUE(view.isReadOnly());
+
+    // A long line moves the text aside neither before nor after it is first seen; the last line is in view.
+    view.resize(200, 100);
+    for (int line = 0; line < 20; ++line)
+        memo.Add(line % 2 == 0 ? "short" : std::string(300, 'm'));
+    window.Show();
+    for (const char* last : {"short", "another"}) {
+        EXPECT_GT(view.horizontalScrollBar()->maximum(), 0);
+        EXPECT_EQ(view.horizontalScrollBar()->value(), 0);
+        EXPECT_EQ(view.verticalScrollBar()->value(), view.verticalScrollBar()->maximum());
+        memo.Add(std::string(400, 'm'));
+        memo.Add(last);
+    }
 }
 
 TEST_F(BindersTest, TreesKeepTheSelectionUnderTheRightButton) {

@@ -79,9 +79,15 @@ class DialogsTest : public testing::Test {
 TEST_F(DialogsTest, TheKeyboardAloneLeadsFromTheLogonToALinkedController) {
     Robot.On("NabtoLogOn", [](QWidget&) { Type("service\twrong\n"); });
     OnMessage("Username or password is incorrect.");
+    QApplication::setCursorFlashTime(0);
     Robot.On("NabtoLogOn", [](QWidget& logon) {
         EXPECT_EQ(Focused(), "EditUser");
-        EXPECT_EQ(Child<QLineEdit>(logon, "EditPW").text(), "");
+        auto& password = Child<QLineEdit>(logon, "EditPW");
+        EXPECT_EQ(password.text(), "");
+        const QImage image = password.grab(password.rect().adjusted(3, 4, -3, -4)).toImage();
+        for (int x = 0; x < image.width(); ++x)
+            ASSERT_EQ(image.pixel(x, image.height() / 2), image.pixel(image.width() - 1, image.height() / 2))
+                << "a caret at " << x;
         Type("service\ttidewell\n");
     });
     On("SetupForm", [](QWidget&) {

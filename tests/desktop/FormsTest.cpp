@@ -4,6 +4,7 @@
 #include "desktop/binders/EditBinder.h"
 #include "desktop/binders/FormBinder.h"
 #include "desktop/binders/SimpleBinders.h"
+#include "support/MemoryFiles.h"
 #include "widgets/Child.h"
 #include "widgets/FormResizer.h"
 
@@ -58,7 +59,8 @@ class FormsTest : public testing::Test {
     void Later(const std::function<void()>& action) { QTimer::singleShot(20, &Guard, action); }
 
     TTestDesk Desk;
-    TViewContext Context{Application(), Desk.Dialogs, Desk.Hold};
+    TMemoryFiles Files;
+    TViewContext Context{Application(), Desk.Dialogs, Desk.Hold, Files};
     TSmallForm Form;
     QObject Guard;
 };

@@ -2,13 +2,16 @@
 
 #include "Support.h"
 #include "core/controls/Lists.h"
+#include "desktop/QtText.h"
 #include "graph/GraphPage.h"
 #include "model/Profile.h"
 #include "support/MemoryFiles.h"
 #include "widgets/Child.h"
 #include "widgets/ScopeView.h"
 
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
 #include <QTest>
@@ -38,7 +41,7 @@ class GraphPageViewTest : public testing::Test {
         auto& column = NewChild<QVBoxLayout>(Window);
         auto& panel = NewChild<QWidget>(Window);
         AddGraphControls(panel, Page, Desk.Dialogs);
-        column.addWidget(&NewChild<TGraphPageView>(Window, Page, Desk.Dialogs), 1);
+        column.addWidget(&NewChild<TGraphPageView>(Window, Page, Desk.Dialogs, Files), 1);
         column.addWidget(&panel);
         Window.resize(800, 500);
         Window.show();
@@ -102,6 +105,41 @@ TEST_F(GraphPageViewTest, TheScrollBarTellsEachMove) {
     EXPECT_EQ(Page.graph.XAxis.Min.Value(), 10);
     using enum EScrollCode;
     EXPECT_EQ(told, (std::vector<std::pair<EScrollCode, int>>{{Track, 3}, {Track, 2}, {End, 2}, {End, 1}}));
+}
+
+// By the type chosen, whatever the name looks like.
+TEST_F(GraphPageViewTest, APictureIsSavedInTheTypeChosen) {
+    auto& view = static_cast<TScopeView&>(Find<QWidget>("graph"));
+    const std::filesystem::path folder = std::filesystem::temp_directory_path();
+    Files.CreateDirectories(folder);
+    const auto save = [&](const char* type, const char* name) {
+        const TOnNext<QFileDialog> choose([&](QFileDialog& box) {
+            box.setDirectory(PathToQt(folder));
+            box.selectNameFilter(QString::fromLatin1(type));
+            box.findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromLatin1(name));
+            static_cast<QDialog&>(box).done(QDialog::Accepted);
+        });
+        view.SavePicture();
+    };
+    save("SVG (*.svg)", "Plant 3.2");
+    save("PDF (*.pdf)", "Plant.PDF");
+    save("PNG (*.png)", "plain");
+    EXPECT_NE(Files.Read(folder / "Plant 3.2.svg").find("<svg"), std::string::npos);
+    EXPECT_TRUE(Files.Read(folder / "Plant.PDF").starts_with("%PDF"));
+    EXPECT_TRUE(Files.Read(folder / "plain.png").starts_with("\x89PNG"));
+    {
+        const TOnMessageBox no([](QMessageBox& box) { box.done(QMessageBox::No); });
+        save("PDF (*.pdf)", "Plant 3");
+        Files.Put(folder / "Plant 3.pdf", "kept");
+        save("PDF (*.pdf)", "Plant 3");
+    }
+    EXPECT_EQ(Files.Read(folder / "Plant 3.pdf"), "kept");
+    Files.Room = 3;
+    const TOnMessageBox told([&](QMessageBox& box) {
+        EXPECT_TRUE(box.text().startsWith("Cannot write ")) << box.text().toStdString();
+        box.accept();
+    });
+    save("PNG (*.png)", "full.png");
 }
 
 TEST_F(GraphPageViewTest, AClickOnABitFieldShowsItsBits) {

@@ -33,7 +33,7 @@ class LoadSetpointsView : public TSetpointProgram {
                                    "Boost;          45 min          ;45;0;300;0;0;40103;9;"})
             file += std::string(record) + "\n";
         Files.Put("/t/f.csv", file);
-        View.emplace(Form(), TViewContext{test::Application(), Dialogs, Hold});
+        View.emplace(Form(), TViewContext{test::Application(), Dialogs, Hold, Files});
         EXPECT_TRUE(Form().LoadForm("/t/f.csv"));
         Form().Open();
         QCoreApplication::processEvents();

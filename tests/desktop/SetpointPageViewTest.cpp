@@ -45,7 +45,7 @@ class SetpointPageView : public TSetpointProgram {
         Start();
         Main().LiveLog.TimerLogAutostart->SetEnabled(false);
         Main().WindowSetpoint1.Click();
-        View.emplace(Main(), Program->NabtoDevice, TViewContext{Application(), Dialogs, Hold});
+        View.emplace(Main(), Program->NabtoDevice, TViewContext{Application(), Dialogs, Hold, Files});
         View->resize(1000, 700);
         View->show();
         View->activateWindow();

@@ -144,6 +144,9 @@ TEST(DatalogReader, TellsWhatIsNoDatalog) {
     TReaderRig rig;
     rig.Dialogs.ExpectOpenFiles("Open it", {"/t/none.csv"});
     EXPECT_THROW(rig.Reader.OpenDatalogfile1Click(), EInOutError);
+    rig.Profile.GraphPoints.at(0).Error = "a bad row";
+    EXPECT_THROW(rig.OpenFiles({Rows(1, 9) + Header}), EConvertError);
+    EXPECT_FALSE(rig.FileProgressBar.Visible());
 }
 
 TEST(DatalogReader, GoesStepByStep) {

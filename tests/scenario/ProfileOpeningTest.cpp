@@ -1,3 +1,4 @@
+#include "core/TextFile.h"
 #include "scenario/ProgramFixture.h"
 
 #include <gmock/gmock.h>
@@ -80,6 +81,47 @@ TEST_F(TProfileChoice, ShowsAnotherProfileInEveryPart) {
     const std::string before = Files.Content[Profile];
     Close();
     EXPECT_EQ(Files.Content[Profile], before);
+}
+
+TEST_F(TProfileChoice, TellsAFileThatHoldsNoProfileAndALogWithoutValues) {
+    Start();
+    const std::string good = Files.Content[OtherProfile];
+    const auto open = [this] {
+        OpenProfileByMenu(OtherProfile);
+        Time.Advance(1000);
+    };
+    const TNotice& notice = Main().ProfileOpening.NoticeProfile;
+    const TNotice& noValues = Main().LiveLog.NoticeNoValues;
+    const auto told = [this](const TNotice& line) {
+        return line.Visible() ? std::ranges::count(Main().MemoEventLog.Lines(), line.Text.Caption()) : -1;
+    };
+    Files.Put(OtherProfile, EncodeText(good, EEncoding::Utf16LittleEndian).substr(2)); // without its mark
+    open();
+    EXPECT_EQ(notice.Text.Caption(),
+              std::string(OtherProfile) + " holds nothing of a profile, so nothing of it is shown.");
+    EXPECT_EQ(told(notice), 1);
+    Main().StartLog(false, true);
+    Time.Advance(20'000);
+    EXPECT_EQ(told(noValues), 1);
+    Main().StopLog();
+    EXPECT_EQ(told(noValues), -1);
+    Files.Content.erase(OtherProfile);
+    open();
+    EXPECT_EQ(notice.Text.Caption(),
+              std::string(OtherProfile) +
+                  " could not be read, so nothing of it is shown: Cannot read " + OtherProfile +
+                  ": No such file or directory");
+    Files.Put(OtherProfile, EncodeText(good, EEncoding::Utf16LittleEndian));
+    open();
+    EXPECT_THAT(Devices(), testing::ElementsAre("Device Loft 120"));
+    EXPECT_EQ(told(notice), -1);
+    Main().StartLog(false, true);
+    RunUntilRows(1);
+    EXPECT_EQ(told(noValues), -1);
+    Close(); // which writes the graph settings
+    EEncoding encoding{};
+    EXPECT_THAT(DecodeText(Files.Content[OtherProfile], encoding), testing::HasSubstr("[VisibleGraph]"));
+    EXPECT_EQ(encoding, EEncoding::Utf16LittleEndian);
 }
 
 TEST_F(TProfileChoice, AsksTwiceOrThriceAndTheLastAnswerDecides) {

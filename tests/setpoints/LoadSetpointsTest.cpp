@@ -133,12 +133,17 @@ TEST_F(LoadSetpoints, ARunTellsEachStepOfEachKindOfRecord) {
     Dialogs.ExpectMessage(Result(4, 4));
     for (int second = 0; second < 10; ++second)
         Dialogs.AllowMessage("Cannot write " + ResultPath(second) + ": No such file or directory");
+    // The dialog asks about the name as it was typed.
+    Files.Put("/t/kept.csv", "kept");
+    Dialogs.ExpectSaveFile("Save the result of the setpoint write", "/t/kept");
+    Dialogs.ExpectMessage("/t/kept.csv already exists. Replace it?", EModalResult::No);
     Dialogs.ExpectSaveFile("Save the result of the setpoint write", "/t/r");
     Form().ButWriteSetpoints.Click();
     EXPECT_EQ(shown, 5);
     EXPECT_EQ(Form().ErrorCount, 4);
     ExpectGolden("each_kind_of_record.csv", Files.Read("/t/r.csv"));
     EXPECT_EQ(EventLog().back(), "Saved file /t/r.csv");
+    EXPECT_EQ(Files.Read("/t/kept.csv"), "kept");
     EXPECT_THAT(EventLog(), testing::Contains(testing::StartsWith(
                                 "Result of the setpoint write not saved: Cannot write /t/log/systemlog/")));
     // A result of the same second stays.

@@ -235,6 +235,47 @@ TEST_F(SetpointPage, OpensTheInputDialogWhileValuesAreLogged) {
         EXPECT_THROW(grid.OnDblClick(row), EListError) << row;
 }
 
+TEST_F(SetpointPage, SendsAnUntouchedValueAsItStandsIfStrict) {
+    OpenList({Row("a low", {{4, "65535"}, {9, "102"}}), Row("b high", {{4, "65535"}, {9, "103"}}),
+              Row("c wide", {{3, "-5"}, {4, "2147483647"}}), Row("d tenths", {{5, "1"}, {6, "7"}})});
+    Choose(0, 0);
+    Main().LiveLog.DatalogOn = true;
+    const auto sent = [this](int row, const std::string& value, const std::string& retyped = {}) {
+        if (!value.empty())
+            Page().ApplyDataLine("1;d;t;" + value + ";");
+        Libraries.Calls.clear();
+        std::string text;
+        Dialogs.ExpectForm("InputDialog", [&](TForm& form) {
+            text = Dialog().EValue.Text();
+            if (!retyped.empty())
+                Dialog().EValue.Enter(retyped);
+            if (!value.empty())
+                PressReturn(form);
+            form.Close();
+        });
+        Page().SetpointGrid.OnDblClick(row);
+        const auto writes = Writes();
+        return writes.empty() ? "'" + text + "'" : writes.front().substr(2);
+    };
+    struct {
+        bool Strict;
+        std::vector<std::string> Sent;
+    } const cases[] = {{false, {"'left'", "65", "16640", "52502", "99"}},
+                       {true, {"''", "16640", "65", "52501", "99"}}};
+    for (const auto& c : cases) {
+        Program->Extensions.InputDialogStrict = c.Strict;
+        Choose(0, 0);
+        Dialog().CurrentDatavalue = "left";
+        std::vector<std::string> seen{sent(4, "")};
+        for (const auto& [row, value] :
+             std::map<int, std::string>{{1, "16640"}, {2, "65"}, {3, "123456789"}, {4, "99"}})
+            seen.push_back(sent(row, value));
+        EXPECT_EQ(seen, c.Sent);
+        EXPECT_EQ(sent(1, "16640", "A"), "65"); // typed, if the same
+        EXPECT_EQ(sent(2, "0", "A"), "16640");
+    }
+}
+
 TEST_F(SetpointPage, FiltersByNameUnitOrAddress) {
     OpenList({Row("1 Zuluft \u00C4rger", {{9, "4"}, {18, "7"}}), Row("2 Abluft", {{9, "13"}, {18, "none"}}),
               Row("3 zu", {{9, "4"}, {18, "9"}}), Row("4"), Row("5")});

@@ -16,35 +16,36 @@ TScriptedDialogs::~TScriptedDialogs() {
 }
 
 void TScriptedDialogs::ExpectMessage(const std::string& text, EModalResult answer) {
-    Script.push_back({"message", text, answer, {}, {}, {}, {}, {}});
+    Script.push_back({"message", text, answer, {}, {}, {}, {}, {}, 0});
 }
 
 void TScriptedDialogs::AllowMessage(const std::string& text, EModalResult answer) {
-    Allowed.push_back({"message", text, answer, {}, {}, {}, {}, {}});
+    Allowed.push_back({"message", text, answer, {}, {}, {}, {}, {}, 0});
 }
 
 void TScriptedDialogs::ExpectInput(const std::string& title, std::optional<std::string> answer) {
-    Script.push_back({"input", title, EModalResult::None, std::move(answer), {}, {}, {}, {}});
+    Script.push_back({"input", title, EModalResult::None, std::move(answer), {}, {}, {}, {}, 0});
 }
 
 void TScriptedDialogs::ExpectOpenFile(const std::string& title, std::optional<std::filesystem::path> answer) {
-    Script.push_back({"open", title, EModalResult::None, {}, std::move(answer), {}, {}, {}});
+    Script.push_back({"open", title, EModalResult::None, {}, std::move(answer), {}, {}, {}, 0});
 }
 
 void TScriptedDialogs::ExpectOpenFiles(const std::string& title, std::vector<std::filesystem::path> answer) {
     Script.push_back({"open many", title, EModalResult::None, {}, {}, {}, {}, std::move(answer)});
 }
 
-void TScriptedDialogs::ExpectSaveFile(const std::string& title, std::optional<std::filesystem::path> answer) {
-    Script.push_back({"save", title, EModalResult::None, {}, std::move(answer), {}, {}, {}});
+void TScriptedDialogs::ExpectSaveFile(const std::string& title, std::optional<std::filesystem::path> answer,
+                                      std::size_t filter) {
+    Script.push_back({"save", title, EModalResult::None, {}, std::move(answer), {}, {}, {}, filter});
 }
 
 void TScriptedDialogs::ExpectForm(const std::string& name, std::function<void(TForm&)> action) {
-    Script.push_back({"form", name, EModalResult::None, {}, {}, std::move(action), {}, {}});
+    Script.push_back({"form", name, EModalResult::None, {}, {}, std::move(action), {}, {}, 0});
 }
 
 void TScriptedDialogs::ExpectPopup(const std::string& name, std::function<void(TPopupMenu&)> action) {
-    Script.push_back({"popup", name, EModalResult::None, {}, {}, {}, std::move(action), {}});
+    Script.push_back({"popup", name, EModalResult::None, {}, {}, {}, std::move(action), {}, 0});
 }
 
 std::vector<std::string> TScriptedDialogs::Texts() const {
@@ -103,10 +104,12 @@ std::vector<std::filesystem::path> TScriptedDialogs::OpenFiles(const TFileDialog
     return step ? step->Paths : std::vector<std::filesystem::path>();
 }
 
-std::optional<std::filesystem::path> TScriptedDialogs::SaveFile(const TFileDialog& dialog) {
+std::optional<std::filesystem::path> TScriptedDialogs::SaveFile(const TFileDialog& dialog,
+                                                                std::size_t& filter) {
     Shown.push_back({EMessageKind::Plain, dialog.Title, EButtons::OkCancel});
     LastFileDialog = dialog;
     const auto step = Take("save", dialog.Title);
+    filter = step ? step->Filter : 0;
     return step ? step->Path : std::nullopt;
 }
 

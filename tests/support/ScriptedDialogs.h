@@ -22,7 +22,8 @@ class TScriptedDialogs : public IDialogs {
     void ExpectInput(const std::string& title, std::optional<std::string> answer);
     void ExpectOpenFile(const std::string& title, std::optional<std::filesystem::path> answer);
     void ExpectOpenFiles(const std::string& title, std::vector<std::filesystem::path> answer);
-    void ExpectSaveFile(const std::string& title, std::optional<std::filesystem::path> answer);
+    void ExpectSaveFile(const std::string& title, std::optional<std::filesystem::path> answer,
+                        std::size_t filter = 0);
     // The next modal form must bear this Name. The action drives it; if it sets no result the form is closed.
     void ExpectForm(const std::string& name, std::function<void(TForm&)> action);
     void ExpectPopup(const std::string& name, std::function<void(TPopupMenu&)> action = {});
@@ -47,7 +48,8 @@ class TScriptedDialogs : public IDialogs {
                                         const std::string& text) override;
     std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) override;
     std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) override;
-    std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) override;
+    using IDialogs::SaveFile;
+    std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog, std::size_t& filter) override;
     EModalResult ShowModal(TForm& form) override;
     void Show(TForm& form) override;
     void Popup(TPopupMenu& menu) override;
@@ -68,6 +70,7 @@ class TScriptedDialogs : public IDialogs {
         std::function<void(TForm&)> Form;
         std::function<void(TPopupMenu&)> Menu;
         std::vector<std::filesystem::path> Paths;
+        std::size_t Filter = 0;
     };
     std::optional<TStep> Take(const std::string& kind, const std::string& text);
 

@@ -48,7 +48,12 @@ class IDialogs {
     virtual std::optional<std::filesystem::path> OpenFile(const TFileDialog& dialog) = 0;
     // One or more files, in the dialog's order; none when the user cancels.
     virtual std::vector<std::filesystem::path> OpenFiles(const TFileDialog& dialog) = 0;
-    virtual std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) = 0;
+    // filter: index of the one that the user left the dialog with.
+    virtual std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog, std::size_t& filter) = 0;
+    std::optional<std::filesystem::path> SaveFile(const TFileDialog& dialog) {
+        std::size_t filter = 0;
+        return SaveFile(dialog, filter);
+    }
 
     // Runs the form's OnShow, then blocks until its ModalResult is set or it is closed (Cancel).
     virtual EModalResult ShowModal(TForm& form) = 0;

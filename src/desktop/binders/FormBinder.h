@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/controls/Form.h"
+#include "core/ports/IFiles.h"
 #include "desktop/DeliveryHold.h"
 #include "desktop/QtApplication.h"
 #include "desktop/binders/Binding.h"
@@ -14,6 +15,7 @@ struct TViewContext {
     TQtApplication& Application;
     IDialogs& Dialogs;
     TDeliveryHold& Hold;
+    IFiles& Files;
 };
 
 // A top-level window: its name, title and size, closing by the frame, and the keys that the form sees first.

@@ -10,6 +10,8 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QScrollBar>
+#include <QTextBlock>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -110,6 +112,22 @@ class TRadioButtons : public QObject {
     std::vector<std::string> Shown;
 };
 
+// A caret at the end would go along to the end of each line, and the view with it, far to the right.
+void AppendLine(QPlainTextEdit& view, const QString& line) {
+    QTextCursor caret = view.textCursor();
+    const bool follows = !caret.hasSelection() && caret.block() == view.document()->lastBlock();
+    view.appendPlainText(line);
+    if (!follows)
+        return;
+    const QScrollBar& vertical = *view.verticalScrollBar();
+    const int left = view.horizontalScrollBar()->value();
+    const int top = vertical.value();
+    caret.setPosition(view.document()->lastBlock().position());
+    view.setTextCursor(caret);
+    view.horizontalScrollBar()->setValue(left);
+    view.verticalScrollBar()->setValue(top);
+}
+
 } // namespace
 
 void BindListBox(QListWidget& view, TListBox& list, IDialogs& dialogs) {
@@ -169,7 +187,7 @@ void BindMemo(QPlainTextEdit& view, TMemo& memo) {
     });
     Keep(view, memo.LineAdded.Connect([&view, shown](const std::string& line) {
         ++*shown;
-        view.appendPlainText(ToQt(line));
+        AppendLine(view, ToQt(line));
     }));
     Keep(view, memo.TopRequested.Connect([&view] { view.moveCursor(QTextCursor::Start); }));
 }

@@ -1,5 +1,9 @@
 #include "desktop/views/GraphPageView.h"
 
+#include "core/ChosenFile.h"
+#include "core/Guard.h"
+#include "core/Numbers.h"
+#include "core/ports/IFiles.h"
 #include "desktop/QtText.h"
 #include "desktop/binders/ScrollBarBinder.h"
 #include "desktop/binders/SimpleBinders.h"
@@ -16,6 +20,11 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <QWidgetAction>
+
+#include <array>
+#include <functional>
+#include <string>
+#include <utility>
 
 namespace tidewell {
 
@@ -40,31 +49,46 @@ class TKeyedScrollBar : public QScrollBar {
     }
 };
 
-TScopeView::TServices ServicesBy(IDialogs& dialogs) {
-    return {[&dialogs]() -> std::optional<std::filesystem::path> {
-                TFileDialog dialog;
-                dialog.Title = "Save the picture";
-                dialog.Filters = {{"PNG", "*.png"}, {"SVG", "*.svg"}, {"PDF", "*.pdf"}};
-                auto file = dialogs.SaveFile(dialog);
-                if (!file || file->has_extension())
-                    return file;
-                *file += ".png"; // the dialog has asked about the name as it was typed
-                std::error_code unknown;
-                if (std::filesystem::exists(*file, unknown) &&
-                    dialogs.ShowMessageBox(EMessageKind::Confirmation,
-                                           file->string() + " already exists. Replace it?",
-                                           EButtons::YesNo) != EModalResult::Yes)
-                    return std::nullopt;
-                return file;
-            },
-            [&dialogs](const std::string& text) {
-                dialogs.ShowMessageBox(EMessageKind::Error, text, EButtons::Ok);
-            }};
+struct TPictureChoice {
+    EPictureType Type;
+    const char* Caption;
+    const char* Ending;
+};
+constexpr std::array pictureChoices{TPictureChoice{EPictureType::Png, "PNG", ".png"},
+                                    TPictureChoice{EPictureType::Svg, "SVG", ".svg"},
+                                    TPictureChoice{EPictureType::Pdf, "PDF", ".pdf"}};
+
+// The type is the one chosen, whatever the name looks like; a name that does not end so is given its ending.
+void SavePicture(IDialogs& dialogs, IFiles& files, const std::function<std::string(EPictureType)>& bytes) {
+    TFileDialog dialog;
+    dialog.Title = "Save the picture";
+    for (const TPictureChoice& choice : pictureChoices)
+        dialog.Filters.push_back({choice.Caption, std::string("*") + choice.Ending});
+    std::size_t filter = 0;
+    auto file = dialogs.SaveFile(dialog, filter);
+    if (!file)
+        return;
+    const TPictureChoice& choice = pictureChoices.at(filter);
+    if (!SameText(file->extension().string(), choice.Ending)) {
+        file = WithEnding(*std::move(file), choice.Ending);
+        if (!MayReplace(files, dialogs, *file))
+            return;
+    }
+    const auto writer = files.Replace(*file);
+    writer->Write(bytes(choice.Type));
+    writer->Commit();
+}
+
+TScopeView::TServices ServicesBy(IDialogs& dialogs, IFiles& files) {
+    return {[&dialogs, &files](const std::function<std::string(EPictureType)>& bytes) {
+        RunGuarded(dialogs, [&] { SavePicture(dialogs, files, bytes); });
+    }};
 }
 
 } // namespace
 
-TGraphPageView::TGraphPageView(TGraphPage& page, IDialogs& dialogs, QWidget* parent) : QWidget(parent) {
+TGraphPageView::TGraphPageView(TGraphPage& page, IDialogs& dialogs, IFiles& files, QWidget* parent)
+    : QWidget(parent) {
     auto& column = NewChild<QVBoxLayout>(*this);
     column.setContentsMargins(0, 0, 0, 0);
     auto& line = NewChild<QLabel>(*this);
@@ -75,7 +99,7 @@ TGraphPageView::TGraphPageView(TGraphPage& page, IDialogs& dialogs, QWidget* par
     line.setPalette(grey);
     column.addWidget(&line, 1);
     BindLabel(line, page.LblGraphPageEmpty);
-    auto& graph = NewChild<TScopeView>(*this, page.graph, ServicesBy(dialogs));
+    auto& graph = NewChild<TScopeView>(*this, page.graph, ServicesBy(dialogs, files));
     graph.setObjectName(QStringLiteral("graph"));
     column.addWidget(&graph, 1);
     KeepInStep(graph, page.LblGraphPageEmpty,

@@ -8,12 +8,13 @@ class QMenu;
 
 namespace tidewell {
 
+class IFiles;
 class TGraphPage;
 
 // The graph page: the plot, and a line in its place until there are curves.
 class TGraphPageView : public QWidget {
   public:
-    TGraphPageView(TGraphPage& page, IDialogs& dialogs, QWidget* parent);
+    TGraphPageView(TGraphPage& page, IDialogs& dialogs, IFiles& files, QWidget* parent);
 };
 
 // Scroll bar and zoom buttons, on the panel below the tabs.

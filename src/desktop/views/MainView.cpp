@@ -101,7 +101,7 @@ void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text,
 }
 
 void TMainView::AddGraphPage() {
-    Tabs.addTab(&NewChild<TGraphPageView>(Tabs, Form.GraphPage, Context.Dialogs), QString());
+    Tabs.addTab(&NewChild<TGraphPageView>(Tabs, Form.GraphPage, Context.Dialogs, Context.Files), QString());
 }
 
 void TMainView::AddErrorLogPage() {
