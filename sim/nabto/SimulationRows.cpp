@@ -127,7 +127,7 @@ struct TFaultName {
     EArgument Argument;
 };
 
-constexpr std::array<TFaultName, 19> FaultNames{{
+constexpr std::array<TFaultName, 20> FaultNames{{
     {"Latency", EFault::Latency, EArgument::Time},
     {"NoAnswer", EFault::NoAnswer, EArgument::On},
     {"Error", EFault::Error, EArgument::Text},

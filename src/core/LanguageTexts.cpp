@@ -151,7 +151,9 @@ TEventLogTexts ReadEventLogTexts(const TIniFile& languageFile) {
                   {texts.InterfaceMissing, "InterfaceMissing"},
                   {texts.NoLibrary, "NoLibrary"},
                   {texts.NumberReplaced, "NumberReplaced"},
-                  {texts.NoToken, "NoToken"}});
+                  {texts.NoToken, "NoToken"},
+                  {texts.NoConnection, "NoConnection"},
+                  {texts.DeviceNotSaved, "DeviceNotSaved"}});
     return texts;
 }
 

@@ -139,11 +139,13 @@ struct TFirmwareUpdateTexts {
 
 // What the event log tells of libraries, files and the service. A text that is missing keeps the English one.
 struct TEventLogTexts {
-    std::string LibraryNotLoaded = "Library %1 not loaded: %2";        // file, reason
-    std::string InterfaceMissing = "Interface file missing: %1";       // path
-    std::string NoLibrary = "the library is not loaded";               // why there is no session
-    std::string NumberReplaced = "%1'%2' is not possible, %3 is used"; // place, text, number
+    std::string LibraryNotLoaded = "Library %1 not loaded: %2";               // file, reason
+    std::string InterfaceMissing = "Interface file missing: %1";              // path
+    std::string NoLibrary = "the library or one of its functions is missing"; // why there is no session
+    std::string NumberReplaced = "%1'%2' is not possible, %3 is used";        // place, text, number
     std::string NoToken = "Signed in, but the service gave no token";
+    std::string NoConnection = "No connection: %1";         // reason
+    std::string DeviceNotSaved = "Device %1 not saved: %2"; // id, reason
 };
 
 // Lines of the event log about the link. A text that is missing keeps the English one.

@@ -68,12 +68,13 @@ TStartOptions OptionsOf(int argc, char** argv, const TFileVersion& version) {
 
 // In the language of the installation, if there is one.
 std::optional<std::string> TextAskedFor(int argc, char** argv, const TFileVersion& version) {
-    std::error_code unknown;
-    const auto executable = std::filesystem::read_symlink("/proc/self/exe", unknown);
-    const auto folder = FolderOf(executable);
-    const TDiskFiles files;
-    const TIniFile language(files, GetLanguageFile(files, FindSystemFile(files, folder), folder));
-    return TextAskedFor(ArgumentsOf(argc, argv), version, ReadCommandLineTexts(language));
+    return TextAskedFor(ArgumentsOf(argc, argv), version, [] {
+        std::error_code unknown;
+        const auto folder = FolderOf(std::filesystem::read_symlink("/proc/self/exe", unknown));
+        const TDiskFiles files;
+        return ReadCommandLineTexts(
+            TIniFile(files, GetLanguageFile(files, FindSystemFile(files, folder), folder)));
+    });
 }
 
 // The query runs after the form's own: only a form that is about to close is painted.

@@ -259,7 +259,7 @@ void TNabtoDevice::SaveDevice() {
         systemFile.WriteText("CommInitNabto", "Device", device);
         systemFile.Save(Files);
     } catch (const TError& error) {
-        Host.AddEventLog("Device " + device + " not saved: " + error.what());
+        Host.AddEventLog(FillText(EventLogTexts.DeviceNotSaved, {device, error.what()}));
     }
 }
 

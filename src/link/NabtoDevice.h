@@ -48,6 +48,7 @@ class TNabtoDevice : public TForm {
     class IHost : public TFlashDatalog::IHost, public TDeviceInForce::IHost {
       public:
         bool FormOpen() const override = 0;
+        void AddEventLog(const std::string& line) override = 0;
         virtual void UpdateTimerTimer() = 0; // the values of a cycle are there
         virtual void StopLog() = 0;
         virtual void Setup1Click() = 0;

@@ -112,9 +112,7 @@ void TSdDatalogReader::Convert(const std::filesystem::path& path, std::vector<st
             time += std::chrono::minutes(1);
         }
     } catch (const EConvertError& error) {
-        const EConvertError named(path.string() + ", line " + std::to_string(line + 1) + ": " + error.what());
-        TellRefused(named.what());
-        throw named;
+        throw EConvertError(path.string() + ", line " + std::to_string(line + 1) + ": " + error.what());
     }
     rows.emplace_back(headerMark);
 }
@@ -169,7 +167,12 @@ void TSdDatalogReader::Open_sd_datalogClick() {
         std::vector<std::string> rows;
         bool headers = false;
         for (const auto& path : paths) {
-            Convert(path, rows);
+            try {
+                Convert(path, rows);
+            } catch (const TError& error) {
+                TellRefused(error.what());
+                throw;
+            }
             if (rows.empty())
                 throw EListError(-1);
             if (rows.back().find(headerMark) != std::string::npos) {

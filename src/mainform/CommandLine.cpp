@@ -141,11 +141,12 @@ TCommandLineTexts ReadCommandLineTexts(const TIniFile& languageFile) {
 }
 
 std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments,
-                                        const TFileVersion& version, const TCommandLineTexts& texts) {
+                                        const TFileVersion& version,
+                                        const std::function<TCommandLineTexts()>& readTexts) {
     if (arguments.empty())
         return std::nullopt;
     if (arguments.front() == "--help")
-        return HelpText(texts);
+        return HelpText(readTexts());
     if (arguments.front() == "--version")
         return "Tidewell " + version.Text() + "\n";
     return std::nullopt;

@@ -4,6 +4,7 @@
 #include "core/IniFile.h"
 #include "core/ports/IDialogs.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -38,7 +39,8 @@ TCommandLineTexts ReadCommandLineTexts(const TIniFile& languageFile);
 
 // The text to show when the first argument asks for no more than a text; nothing if it does not.
 std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments,
-                                        const TFileVersion& version, const TCommandLineTexts& texts);
+                                        const TFileVersion& version,
+                                        const std::function<TCommandLineTexts()>& readTexts);
 
 // What an option does at once, besides being kept.
 class ICommandLineActions {

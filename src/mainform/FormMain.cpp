@@ -5,9 +5,9 @@
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
-#include "core/Numbers.h"
 #include "core/TextFile.h"
 #include "logging/DatalogWriter.h"
+#include "mainform/FormMainTexts.h"
 #include "mainform/NabtoUserFolder.h"
 
 #include <algorithm>
@@ -31,10 +31,7 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
                      const TExtensions& extensions, TUNabto& nabto, const TForms& forms)
     : Ports(ports), Options(options), Forms(forms), FCurrentInifilesPath(paths), Extensions(extensions),
       SignIn(ports, {*this, paths, options, _commandLineParameters, EventLogTexts, forms.NabtoLogOn,
-                     forms.NabtoDevice,
-                     [this] {
-                         return IsOpen();
-                     }}),
+                     forms.NabtoDevice}),
       LinkedDevice(_commandLineParameters, forms.NabtoDevice, [this]() -> TApiClient& { return Client(); }),
       ModbusPanel(ports.Files, ports.Wait), Profile(ports.Files),
       ContextHelp(ports.Dialogs, ports.Files, ports.Process, MemoEventLog),
@@ -194,11 +191,11 @@ void TFormMain::FormCreate() {
     DeleteNabtoUserFolder();
     ConnectUpdate();
     ConnectService();
-    EventLogTexts = ReadEventLogTexts(TIniFile(Ports.Files, FCurrentInifilesPath.Languagefile));
+    ReadTexts(TIniFile(Ports.Files, FCurrentInifilesPath.Languagefile), *this);
     SignIn.MakeClient();
     StatusBar.SetText(PanelVersion, VersionText(Options.Version));
     SetClientSize(initialWidth, Ports.Dialogs.WorkAreaHeight());
-    ReadConfigurationFiles();
+    ReadSystemFile();
     TheTab.SetActivePageIndex(graphTabIndex);
     ModbusPanel.SetMpanelWorkingpath(FCurrentInifilesPath.directorypath);
     ModbusPanel.SetMpanelSystempath(FCurrentInifilesPath.Systemfile);
@@ -211,54 +208,7 @@ void TFormMain::FormCreate() {
     GraphPage.GraphZoomFactor = 1;
 }
 
-void TFormMain::ReadConfigurationFiles() {
-    const TIniFile language(Ports.Files, FCurrentInifilesPath.Languagefile);
-    Texts = ReadHeadApplTexts(language);
-    ApplyTexts(Texts);
-    SetpointPage.CategoryPanelSetpoints.SetCaption(Texts.CategoryPanelSetpoint);
-    SetpointPage.CategoryPanelDebug.SetCaption(Texts.CategoryPanelEventlog);
-    LoggingTexts = {Texts.MessageLoggingStart, Texts.MessageLoggingStop, Texts.MessageClearGraphData,
-                    Texts.TrafficButtonON,     Texts.TrafficButtonOFF,   Texts.DialogSaveDatalogFile};
-    ReadOwnTexts(language, "LiveLog",
-                 {{LoggingTexts.LogStopped, "LogStopped"},
-                  {LoggingTexts.NoSession, "NoSession"},
-                  {LoggingTexts.AutoStartSpared, "AutoStartSpared"},
-                  {LoggingTexts.NoValues, "NoValues"}});
-    ProfileOpening.Texts = ReadProfileTexts(language);
-    ProfileOpening.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
-    GraphPage.Graphitems1.SetCaption(Texts.PopupMenu_GraphToolbar);
-    GraphPage.Hold1.SetCaption(Texts.PopupMenu_Hold);
-    GraphPage.zoomall1.SetCaption(Texts.PopupMenu_ZoomAll);
-    GraphPage.Cleargraph1.SetCaption(Texts.PopupMenu_ClearGraph);
-    GraphPage.Exportdatatocsv1.SetCaption(Texts.PopupMenu_Exportdatatocsv);
-    DatalogReader.DialogOpenDatalogFileCaption = Texts.DialogOpenDatalogFileCaption;
-    SdDatalogReader.MessageStopLog = Texts.MessageStopLog;
-    SdDatalogReader.DialogOpenProfileCaption = Texts.DialogOpenProfileCaption;
-    SdDatalogReader.DialogOpenDatalogFileCaption = Texts.DialogOpenDatalogFileCaption;
-    CsvExport.DialogSaveDatalogFile = Texts.DialogSaveDatalogFile;
-    const TUnitTexts units = ReadUnitTexts(language);
-    ProfileOpening.TestfileComport = units.TestfileComport;
-    SetpointTexts = {ReadSetpointHeadlines(language),
-                     units.DataUnits,
-                     units.UserUnits,
-                     Texts.DialogOpenProfileCaption,
-                     Texts.DialogSaveDatalogFile,
-                     units.TestfileComport.ValueAt(0),
-                     ReadSetpointFileTexts(language)};
-    ReadOwnTexts(language, "SdDatalog", {{SdDatalogReader.FileRefused, "FileRefused"}});
-    const TNabtodriverTexts driver = ReadNabtodriverTexts(language);
-    DeviceID.SetCaption(driver.ButChangeID);
-    but_swupdate.SetCaption(driver.ButFWupdate);
-    but_errorlog.SetCaption(driver.ButErrorlog);
-    SetpointPage.LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
-    GraphPage.LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
-    std::string hideNotice = "Hide this line";
-    ReadOwnTexts(language, "Notices", {{hideNotice, "Hide"}});
-    for (TNotice* notice : Notices())
-        notice->Hide.SetHint(hideNotice);
-    if (const std::string stop = language.ReadText("ReadBack", "Stop"); !stop.empty())
-        ButStopReadBack.SetCaption(stop);
-
+void TFormMain::ReadSystemFile() {
     Configuration = ReadConfiguration(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile));
     for (const TReplacedNumber& number : Configuration.Replaced)
         MemoEventLog.Add(LineOn(number, EventLogTexts));
@@ -281,7 +231,7 @@ void TFormMain::CreateDirectories() {
 
 void TFormMain::InitTimerTimer() {
     InitTimer->SetEnabled(false);
-    if (!Visible())
+    if (!IsOpen())
         return; // not shown yet, or closing
     LiveLog.UpdateTimerCallBackEvents.ClearStrings();
     // A bad profile is told, and must not cost the sign-in.
@@ -292,7 +242,7 @@ void TFormMain::InitTimerTimer() {
                               static_cast<TControl*>(&Forms.NabtoDevice.LedNabto),
                               static_cast<TControl*>(&Forms.NabtoDevice.lblConnectedUser)})
         control->SetVisible(nabto);
-    if (!Visible() || (nabto && !StartLink()))
+    if (!IsOpen() || (nabto && !StartLink()))
         return;
     SignIn.ForgetPasswords(); // which a program without a link has never asked for
     RunGuarded(Ports.Dialogs, [this] { GraphPage.GraphInit(true); });
@@ -312,7 +262,7 @@ void TFormMain::DoPortScanMode() {
     if (ModbusPanel.DeviceList.Count() > 0 && !ModbusPanel.DeviceList.GetDevice(0).ReadList.empty())
         ModbusPanel.PingTestModbusID =
             std::to_string(ModbusPanel.GetModbusIDFromDeviceName(ModbusPanel.DeviceList.GetDevice(0).Name));
-    while (ModbusPanel.doTest && Visible()) {
+    while (ModbusPanel.doTest && IsOpen()) {
         Ports.Wait.Sleep(portScanPoll);
         Ports.Wait.ProcessMessages();
     }
@@ -326,7 +276,7 @@ bool TFormMain::StartLink() {
         Close();
         return false;
     }
-    if (!Visible())
+    if (!IsOpen())
         return false;
     StatusBar.Repaint();
     ShowButtonDevid = _commandLineParameters.devid.empty();
@@ -337,7 +287,7 @@ bool TFormMain::StartLink() {
             ProfileOpening.TestProfileNabto(_commandLineParameters.devid, Client(),
                                             Configuration.AutoLoadProfile);
     });
-    return Visible();
+    return IsOpen();
 }
 
 // Those of another device, or another profile, must not stand beside what is shown now.
@@ -352,7 +302,7 @@ void TFormMain::OpenProfile2Click() {
         return;
     if (Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Texts.MessageStopLog, EButtons::OkCancel) !=
             EModalResult::Ok ||
-        !Visible()) // closed while it was asked
+        !IsOpen()) // closed while it was asked
         return;
     StopLog();
     ProfileOpening.OpenFileProfile();
@@ -361,7 +311,7 @@ void TFormMain::OpenProfile2Click() {
 }
 
 void TFormMain::Setup1Click() {
-    if (!Visible())
+    if (!IsOpen())
         return; // closed below a message that leads here
     StopLog();
     LiveLog.TimerLogAutostart->SetEnabled(false); // no start of its own below the dialog
@@ -370,7 +320,7 @@ void TFormMain::Setup1Click() {
         Forms.SetupForm.GetLocalDevices();
     Ports.Dialogs.ShowModal(Forms.SetupForm);
     StatusBar.Repaint();
-    if (Visible() && !NabtoDeleteUsers->Enabled())
+    if (IsOpen() && !NabtoDeleteUsers->Enabled())
         NabtoDeleteUsers->SetEnabled(true);
 }
 

@@ -105,8 +105,7 @@ class TFormMain : public TFormMainControls {
     TCommandLineParameters _commandLineParameters;
     bool ShowButtonDevid = false;
     bool AskBeforeClose = true; // false when nobody is there to answer
-    // False once the form is closed or the program is asked to end.
-    bool IsOpen() const { return Visible() && !Ports.Application.Terminated(); }
+    bool IsOpen() const override { return Visible() && !Ports.Application.Terminated(); }
 
     TFormMainHosts Hosts{*this};
 
@@ -142,7 +141,7 @@ class TFormMain : public TFormMainControls {
     std::unique_ptr<ITimer> CloseAgain;       // 60000 ms, once, after a close that could not save
 
   private:
-    void ReadConfigurationFiles();
+    void ReadSystemFile();
     void ConnectControls();
     void ConnectUpdate();
     void ConnectService();

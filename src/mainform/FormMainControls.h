@@ -18,6 +18,8 @@ namespace tidewell {
 struct TFormMainControls : TForm {
     TFormMainControls();
 
+    // False once the form is closed or the program is asked to end: then nothing is asked or begun any more.
+    virtual bool IsOpen() const = 0;
     // Captions from the language file; an entry without a key keeps its text.
     void ApplyTexts(const THeadApplTexts& texts);
 

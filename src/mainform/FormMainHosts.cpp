@@ -39,7 +39,7 @@ void TFormMainHosts::TLiveLogHost::RepaintStatusBar() {
 }
 
 bool TFormMainHosts::TLiveLogHost::FormOpen() {
-    return Main.Visible();
+    return Main.IsOpen();
 }
 
 void TFormMainHosts::TLiveLogHost::ApplyDataLine(const std::string& line) {
@@ -175,7 +175,7 @@ void TFormMainHosts::TInputDialogHost::RepaintStatusBar() {
 }
 
 bool TFormMainHosts::TReadBackHost::FormOpen() const {
-    return Main.Visible();
+    return Main.IsOpen();
 }
 
 void TFormMainHosts::TDatalogHost::StopLog() {
@@ -187,7 +187,7 @@ void TFormMainHosts::TDatalogHost::OpenProfile(const std::filesystem::path& path
 }
 
 bool TFormMainHosts::TDatalogHost::FormOpen() const {
-    return Main.Visible();
+    return Main.IsOpen();
 }
 
 } // namespace tidewell

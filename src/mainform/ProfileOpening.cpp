@@ -109,7 +109,7 @@ std::filesystem::path TProfileOpening::ProfileOfDevice(const TAutoLoadProfile& a
 
 void TProfileOpening::AskForProfile(const std::string& message) {
     Ports.Dialogs.ShowMessage(message);
-    if (!Parts.Controls.Visible())
+    if (!Parts.Controls.IsOpen())
         return;
     Parts.Paths.plsfile.clear();
     Parts.Controls.FileProgressBar.SetVisible(false);
@@ -123,7 +123,7 @@ void TProfileOpening::TestProfileNabto(const std::string& devid, TApiClient& cli
     if (!Parts.Device.initialized && Parts.Device.init(devid, client) != 0)
         return;
     const bool answers = DeviceAnswers();
-    if (!Parts.Controls.Visible())
+    if (!Parts.Controls.IsOpen())
         return; // closed while the pings ran the event loop
     if (!answers) {
         Ports.Dialogs.ShowMessage(TestfileComport.Value("Erroritemnumberdoesnotmatch"));

@@ -30,12 +30,14 @@ void TSignIn::MakeClient() {
     Http = Ports.MakeHttp(cloud.CaFile);
     ApiClient =
         std::make_unique<TApiClient>(*Http, Ports.Dialogs, TCloudAddress{cloud.ApiHost, cloud.ApiPort});
-    ApiClient->MayCall = Parts.IsOpen;
+    ApiClient->MayCall = [this] {
+        return Parts.Controls.IsOpen();
+    };
     ApiClient->OnNoToken = [this, &eventLog] {
         eventLog.Add(Parts.Texts.NoToken);
     };
-    ApiClient->OnNoConnection = [&eventLog](const std::string& reason) {
-        const std::string line = "No connection: " + reason;
+    ApiClient->OnNoConnection = [this, &eventLog](const std::string& reason) {
+        const std::string line = FillText(Parts.Texts.NoConnection, {reason});
         if (eventLog.Lines().empty() || eventLog.Lines().back() != line) // keep-alive fails again and again
             eventLog.Add(line);
     };
@@ -56,7 +58,7 @@ bool TSignIn::Run() {
         Parts.Controls.StatusBar.Repaint();
         Ports.Wait.Sleep(0); // painted before the server's answer is waited for
     });
-    return logon.Run(*ApiClient, Parts.Parameters.UserNamePW, [this] { return !Parts.Controls.Visible(); }) ==
+    return logon.Run(*ApiClient, Parts.Parameters.UserNamePW, [this] { return !Parts.Controls.IsOpen(); }) ==
            0;
 }
 
@@ -69,7 +71,7 @@ void TSignIn::ForgetPasswords() {
 void TSignIn::KeepAliveTimerTimer() {
     KeepAliveTimer->SetEnabled(false);
     ApiClient->KeepAlive();
-    KeepAliveTimer->SetEnabled(Parts.IsOpen());
+    KeepAliveTimer->SetEnabled(Parts.Controls.IsOpen());
 }
 
 void TSignIn::InitDevice(const std::string& devid) {

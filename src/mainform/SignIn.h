@@ -9,7 +9,6 @@
 #include "mainform/FormMainControls.h"
 #include "mainform/Ports.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -27,7 +26,6 @@ class TSignIn : private ICommandLineActions {
         const TEventLogTexts& Texts;
         TNabtoLogOn& LogOn;
         TNabtoDevice& Device;
-        std::function<bool()> IsOpen; // false once the program is closed
     };
 
     TSignIn(const TPorts& ports, TParts parts);

@@ -178,6 +178,7 @@ TEST(SdDatalogReader, StandsFilesOfManyKinds) {
     rig.Dialogs.ExpectOpenFile("Profile", "/t/profile/card.SDpls");
     rig.Dialogs.ExpectOpenFiles("Datalog", {"/t/none.DAL"});
     EXPECT_THROW(rig.Reader.Open_sd_datalogClick(), EInOutError);
+    EXPECT_THAT(rig.MemoEventLog.Lines().back(), testing::HasSubstr("refused: Cannot read /t/none.DAL"));
 }
 
 TEST(SdDatalogReader, JoinsFilesAndCutsManyDown) {

@@ -149,5 +149,19 @@ TEST_F(TCloseInTheMiddle, OfTheRefusalToLogWithoutAProfile) {
     ExpectEnded();
 }
 
+// A change of language ends the program first, and closes the form behind the message loop.
+TEST_F(TCloseInTheMiddle, OfAReadBackByAChangeOfLanguage) {
+    Start();
+    Time.After(3000, [this] {
+        EXPECT_TRUE(Main().ReadBack.Running());
+        Application.Terminate();
+        StepsAtClose = Log.size();
+    });
+    Main().SetpointFiles.SetpointSaveSetpoints("Device Aria 450");
+    EXPECT_THAT(Main().MemoEventLog.Lines(), testing::Contains("Setpoints not saved: the reading was ended"));
+    Program->Finish();
+    ExpectEnded();
+}
+
 } // namespace
 } // namespace tidewell::test

@@ -381,7 +381,7 @@ TEST_F(TRefusals, OfAMissingNativeLibraryAreTold) {
     Start();
     EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example");
     for (const char* line : {"Library nabto_client_api not loaded: there is none",
-                             "NOT CONNECTED TO BASESTATION! the library is not loaded"})
+                             "NOT CONNECTED TO BASESTATION! the library or one of its functions is missing"})
         EXPECT_THAT(Main().MemoEventLog.Lines(), Contains(line));
     Close();
     CheckLog();
