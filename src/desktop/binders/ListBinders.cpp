@@ -112,20 +112,24 @@ class TRadioButtons : public QObject {
     std::vector<std::string> Shown;
 };
 
-// A caret at the end would go along to the end of each line, and the view with it, far to the right.
+// A caret at the end would go along to the end of each line, and the view with it, far to the right. Where
+// the last line is in view, the new one is.
 void AppendLine(QPlainTextEdit& view, const QString& line) {
     QTextCursor caret = view.textCursor();
-    const bool follows = !caret.hasSelection() && caret.block() == view.document()->lastBlock();
+    const QTextCursor last(view.document()->lastBlock());
+    const bool follows = !caret.hasSelection() && caret.block() == last.block();
+    const bool seen = view.viewport()->rect().contains(view.cursorRect(last));
     view.appendPlainText(line);
     if (!follows)
         return;
-    const QScrollBar& vertical = *view.verticalScrollBar();
-    const int left = view.horizontalScrollBar()->value();
-    const int top = vertical.value();
+    QScrollBar& horizontal = *view.horizontalScrollBar();
+    QScrollBar& vertical = *view.verticalScrollBar();
+    const int left = horizontal.value();
+    const int top = seen ? vertical.maximum() : vertical.value();
     caret.setPosition(view.document()->lastBlock().position());
     view.setTextCursor(caret);
-    view.horizontalScrollBar()->setValue(left);
-    view.verticalScrollBar()->setValue(top);
+    horizontal.setValue(left);
+    vertical.setValue(top);
 }
 
 } // namespace
