@@ -39,7 +39,7 @@ class ProgramTest : public testing::Test {
         environment.insert("QT_QPA_PLATFORM", "offscreen");
         Program.setProcessEnvironment(environment);
         Program.setProcessChannelMode(QProcess::MergedChannels);
-        Program.start(QCoreApplication::applicationDirPath() + "/tidewell", QStringList());
+        Program.start(QCoreApplication::applicationDirPath() + "/tidewell", {"-LoginUserPW", "me;secret"});
         ASSERT_TRUE(Program.waitForStarted());
     }
 
@@ -83,6 +83,11 @@ TEST_F(ProgramTest, ATermSignalClosesItInOrder) {
     Install(quiet);
     Start();
     WaitForMainForm();
+    // The list of processes shows it.
+    QFile commandLine(QString("/proc/%1/cmdline").arg(Program.processId()));
+    ASSERT_TRUE(commandLine.open(QIODevice::ReadOnly));
+    const QByteArray shown = commandLine.readAll();
+    EXPECT_TRUE(shown.contains("me") && !shown.contains("secret"));
     QFile::remove(Folder.filePath("shot.png"));
     Signal(SIGTERM);
     ASSERT_TRUE(Program.waitForFinished(30'000));
