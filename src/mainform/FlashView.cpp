@@ -67,6 +67,7 @@ void TFlashView::Restore(const TBefore& before) {
     Parts.Controls.SetCaption(before.Caption);
     if (before.Profile.ProfileLoaded)
         Parts.Controls.MemoEventLog.Add(before.Profile.currentprofilefile.string() + " opened");
+    Parts.ProfileOpening.TellFault();
     RunGuarded(Ports.Dialogs, [this] { Parts.GraphPage.GraphInit(true); });
     Parts.GraphPage.ApplySettings(before.Channels);
 }

@@ -51,6 +51,8 @@ class TProfileOpening {
     TEvent<> OnOtherProfile; // another file than before is being opened
 
     void OpenProfile(const std::filesystem::path& path);
+    // What is wrong with the file of the open profile, if anything: in the event log and on the form.
+    void TellFault();
     // Asks for a file. A cancel leaves the program with no profile.
     void OpenFileProfile();
     // After OpenProfile: rebuilds devices, tree, poll questions, settings and graph from plsfile.
@@ -64,7 +66,6 @@ class TProfileOpening {
     // The profile that belongs to what the device reports, with autoload; empty if it is not known.
     std::filesystem::path ProfileOfDevice(const TAutoLoadProfile& autoload) const;
     void AskForProfile(const std::string& message);
-    void TellFault();
 
     const TPorts& Ports;
     TParts Parts;
