@@ -140,7 +140,7 @@ void ReadAndSave(benchmark::State& state) {
         StartPeak();
         const std::size_t before = Peak();
         TFlashRecords records;
-        auto bytes = stream.Read(ringBytes);
+        auto bytes = stream.Read(ringBytes).AtLength(ringBytes);
         if (!bytes)
             std::abort();
         records.Add(*std::move(bytes), 1);

@@ -3,6 +3,7 @@
 // QT_QPA_PLATFORM=offscreen in the environment.
 
 #include "SetpointRig.h"
+#include "core/DiskFiles.h"
 #include "desktop/QtApplication.h"
 #include "desktop/views/SetpointPageView.h"
 
@@ -74,6 +75,7 @@ class TGridRig {
 
     TPaintCount Painted;
     TNoDialogs Dialogs;
+    TDiskFiles Files;
     TDeliveryHold Hold;
     TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
     TMemo MemoEventLog{"MemoEventLog"};
@@ -82,7 +84,7 @@ class TGridRig {
          [this](int grid, int group) {
              Rig.Page.ArrangeSetpointPage(grid, group);
          }},
-        TViewContext{*static_cast<TQtApplication*>(QCoreApplication::instance()), Dialogs, Hold},
+        TViewContext{*static_cast<TQtApplication*>(QCoreApplication::instance()), Dialogs, Hold, Files},
         nullptr};
     QTableView* Grid = nullptr; // children of the view, here and below
     QLineEdit* Filter = nullptr;

@@ -85,6 +85,7 @@ class TNoDialogs : public IDialogs {
     EModalResult ShowModal(TForm&) override { return EModalResult::Cancel; }
     void Show(TForm&) override {}
     void Popup(TPopupMenu&) override {}
+    bool IsModalOpen() const override { return false; }
     void SetWaitCursor(bool) override {}
     int WorkAreaHeight() const override { return 0; }
 };

@@ -131,7 +131,9 @@ class TDatalogHost : public IDatalogHost {
 class TChoosingDialogs : public TNoDialogs {
   public:
     std::vector<std::filesystem::path> OpenFiles(const TFileDialog&) override { return {Chosen}; }
-    std::optional<std::filesystem::path> SaveFile(const TFileDialog&, std::size_t&) override { return Target; }
+    std::optional<std::filesystem::path> SaveFile(const TFileDialog&, std::size_t&) override {
+        return Target;
+    }
     std::filesystem::path Chosen;
     std::filesystem::path Target = Folder() / "read_bench_export.csv";
 };

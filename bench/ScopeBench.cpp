@@ -128,9 +128,8 @@ class TPainted : public QObject {
 class TWindow {
   public:
     explicit TWindow(TSLScope& scope)
-        : View(scope, {[] { return std::nullopt; },
-                       [](const std::string&) {
-                       }}) {
+        : View(scope, {[](const auto&) {
+               }}) {
         scope.RefreshInterval = 0;
         View.resize(width, height);
         View.show();

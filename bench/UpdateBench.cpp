@@ -4,6 +4,7 @@
 #include "IdlePorts.h"
 #include "core/Crc16.h"
 #include "core/DiskFiles.h"
+#include "core/Extensions.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "core/controls/StatusBar.h"
@@ -131,9 +132,8 @@ struct TUploadRig {
     std::string Device = "410000000001.remote.example";
     std::filesystem::path CurrentUpdateSWFile = "/config.fwc";
     TUpdateStatus Status{Clock};
-    TUpdateRun Run{Wait, Nabto, Status, Device, [] {
-                       return true;
-                   }};
+    TExtensions Extensions;
+    TUpdateRun Run{Wait, Nabto, Status, Device, [] { return true; }, Extensions};
     TFileUpload Upload{
         {Dialogs, Files, Clock, Nabto, Run, memoDebug, streamDelayEdit, Device, CurrentUpdateSWFile}};
 };
