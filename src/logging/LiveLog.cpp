@@ -125,7 +125,7 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     TimerLogAutostart->SetEnabled(false); // this start is the one
     if (Parts.Host.NabtoEnabled() && Parts.Host.InitLink() != 0)
         return;
-    if (!Parts.Profile.ProfileLoaded) {
+    if (!Parts.Profile.MayLog()) {
         Parts.Dialogs.ShowMessageBox(EMessageKind::Information, "Profile NOT loaded...", EButtons::Ok);
         Parts.Host.ShowSetpointPage();
         Parts.Host.Setup1Click();

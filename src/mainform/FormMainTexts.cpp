@@ -38,7 +38,9 @@ void ReadTexts(const TIniFile& language, TFormMain& main) {
                           main.Texts.DialogOpenProfileCaption,
                           main.Texts.DialogSaveDatalogFile,
                           units.TestfileComport.ValueAt(0),
-                          ReadSetpointFileTexts(language)};
+                          ReadSetpointFileTexts(language),
+                          TSetpointTexts().RowsOfFormer};
+    ReadOwnTexts(language, "SetpointPage", {{main.SetpointTexts.RowsOfFormer, "RowsOfFormer"}});
     ReadOwnTexts(language, "SdDatalog", {{main.SdDatalogReader.FileRefused, "FileRefused"}});
     const TNabtodriverTexts driver = ReadNabtodriverTexts(language);
     main.DeviceID.SetCaption(driver.ButChangeID);

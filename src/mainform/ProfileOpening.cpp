@@ -126,6 +126,10 @@ void TProfileOpening::TestProfileNabto(const std::string& devid, TApiClient& cli
     if (!Parts.Controls.IsOpen())
         return; // closed while the pings ran the event loop
     if (!answers) {
+        // What another device has chosen goes on serving files, but not this one.
+        Parts.Profile.DeviceSilent = Parts.Profile.OfDevice;
+        if (Parts.Profile.OfDevice)
+            Parts.Paths.plsfile.clear();
         Ports.Dialogs.ShowMessage(TestfileComport.Value("Erroritemnumberdoesnotmatch"));
         return;
     }
@@ -138,6 +142,7 @@ void TProfileOpening::TestProfileNabto(const std::string& devid, TApiClient& cli
     if (Ports.Files.FileExists(Parts.Paths.plsfile)) {
         Parts.Controls.FileProgressBar.SetVisible(false);
         OpenProfile(Parts.Paths.plsfile);
+        Parts.Profile.OfDevice = true;
         ReloadDeviceData();
         return;
     }

@@ -62,6 +62,8 @@ void TProfile::Open(const std::filesystem::path& path) {
     }
     VisibleGraph = file.ReadSection(visibleSection);
     ProfileLoaded = true;
+    OfDevice = false;
+    DeviceSilent = false;
     currentprofilefile = path;
     ReadFailure = file.ReadFailure();
     HoldsNoProfile = ReadFailure.empty() &&

@@ -30,6 +30,10 @@ struct TFlashPage {
 // The graph side of the open profile.
 struct TProfileGraph {
     bool ProfileLoaded = false;
+    bool OfDevice = false;     // was chosen by the model that the device reported
+    bool DeviceSilent = false; // the device linked to since then has reported none
+    // Nothing is logged by a profile that may be of another device than the one linked to.
+    bool MayLog() const { return ProfileLoaded && !DeviceSilent; }
     std::vector<std::string> GraphValues; // values of GraphPoints, in file order
     std::vector<TGraphPoint> GraphPoints; // the same, parsed
     std::size_t GraphEnableCount = 0;     // how many of them are channels

@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/ports/IClock.h"
 #include "core/ports/IDialogs.h"
@@ -90,6 +91,7 @@ void TSetpointPage::ConnectControls() {
     SetpointGrid.OnSelectCell = [this](int row) {
         SetpointGridSelectCell(row);
     };
+    LblSetpointRows.SetVisible(false);
     SetpointFilter.OnChange = [this] {
         SetpointFilterChange();
     };
@@ -106,6 +108,10 @@ void TSetpointPage::BuildSetpointTree() {
         roots.push_back(std::move(root));
     }
     SetpointTreeView.SetNodes(std::move(roots));
+    const std::filesystem::path former = std::exchange(TreeProfile, Parts.Panel.GlobalPlsFilePath);
+    if (former != TreeProfile && Parts.Extensions.SetpointPageForgetRows)
+        ForgetRows();
+    ShowWhoseRows();
 }
 
 void TSetpointPage::ArrangeSetpointPage(int gridClientWidth, int groupClientHeight) {
@@ -154,6 +160,7 @@ void TSetpointPage::ReadGroup(std::string_view device, std::string_view group) {
         if (candidate.Name == device) {
             Parts.Panel.SelectedDevice = index;
             SetpointValues.clear();
+            RowsProfile = TreeProfile;
             paraIds.clear();
             for (const TStringTable& grid : candidate.ReadListText)
                 for (std::size_t row = 0; row < grid.RowCount(); ++row)
@@ -167,12 +174,31 @@ void TSetpointPage::ReadGroup(std::string_view device, std::string_view group) {
 
 void TSetpointPage::ShowGroup() {
     LblSetpointPageEmpty.SetVisible(false);
+    ShowWhoseRows();
     CurrentSetpointValue.clear();
     SelectedEntry.reset();
     FilterRows();
     // The grid keeps its current row, as far as there is one.
     const int last = static_cast<int>(ShownRows.size());
     ShowRows(last == 0 ? -1 : std::min(SetpointGrid.SelectedRow(), last));
+}
+
+void TSetpointPage::ShowWhoseRows() {
+    const bool former = !SetpointValues.empty() && RowsProfile != TreeProfile;
+    LblSetpointRows.SetVisible(former);
+    LblSetpointRows.SetCaption(former ? FillText(Parts.Texts.RowsOfFormer, {RowsProfile.filename().string(),
+                                                                            TreeProfile.filename().string()})
+                                      : std::string());
+}
+
+void TSetpointPage::ForgetRows() {
+    SetpointListReady = false;
+    SetpointValues.clear();
+    Parts.HelpfileDoc.ParaID.clear();
+    Parts.HelpfileDoc.currentParaID = 0;
+    CurrentModbusID = -1;
+    ShowGroup();
+    LblSetpointPageEmpty.SetVisible(true);
 }
 
 // Values show at once, and not only with the next cycle.

@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -67,7 +68,8 @@ class TSetpointPage {
     TSetpointPage(const TSetpointPage&) = delete;
     TSetpointPage& operator=(const TSetpointPage&) = delete;
 
-    // A root per device of the panel, below it the groups of its list rows.
+    // A root per device of the panel, below it the groups of its list rows. The rows of a group chosen before
+    // stay, unless they are to be forgotten with their profile.
     void BuildSetpointTree();
     // Client sizes in pixels, of SetpointGrid and of the group of the two category panels.
     void ArrangeSetpointPage(int gridClientWidth, int groupClientHeight);
@@ -109,6 +111,8 @@ class TSetpointPage {
     TLabel LblSetpointCount{"LblSetpointCount"};         // "n of m setpoints", as the filter lets pass
     TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear; hidden once a group is chosen
 
+    TLabel LblSetpointRows{"LblSetpointRows"}; // that the rows are of a former profile, while they are
+
     std::vector<TListRow> SetpointValues;          // list rows of the chosen group
     std::vector<std::string> CurrentSetpointValue; // shown value of each of them; empty before the first line
     std::vector<std::size_t> ShownRows; // entries that the filter lets pass; grid row r shows r - 1
@@ -123,6 +127,8 @@ class TSetpointPage {
     std::string UnitOf(const TListRow& row) const;
     void ReadGroup(std::string_view device, std::string_view group);
     void ShowGroup();
+    void ShowWhoseRows();
+    void ForgetRows();
     void ShowCurrentValues();
     void FilterRows();
     void SetpointFilterChange();
@@ -132,6 +138,8 @@ class TSetpointPage {
     void OfferValue(std::size_t entry, const std::string& typed);
 
     TParts Parts;
+    std::filesystem::path TreeProfile;        // that the tree was built of
+    std::filesystem::path RowsProfile;        // likewise SetpointValues
     std::optional<std::size_t> SelectedEntry; // also while the filter hides it
     std::string ValueLine;                    // the data line of CurrentSetpointValue
 };

@@ -28,6 +28,8 @@ struct TSetpointTexts {
     std::string DialogSaveDatalogFile;
     std::string SetpointFileRefused; // first line of section TestfileComport
     TSetpointFileTexts Files;
+    // Line above the grid. A text that is missing keeps the English one; the names of two profiles.
+    std::string RowsOfFormer = "These rows are of the former profile %1. Choose a group to see those of %2.";
 };
 
 } // namespace tidewell

@@ -120,6 +120,86 @@ TEST_F(TProfileChoice, TellsAFileThatHoldsNoProfileAndALogWithoutValues) {
     EXPECT_EQ(encoding, EEncoding::Utf16LittleEndian);
 }
 
+// What the grid shows belongs to the open profile, or says that it does not.
+TEST_F(TProfileChoice, TellsWhoseRowsTheGridKeeps) {
+    const std::filesystem::path copy = "/t/profile/Copy.pls";
+    Files.Put(copy, Files.Content[Profile]);
+    for (const bool forget : {false, true}) {
+        SCOPED_TRACE(forget);
+        Start();
+        Program->Extensions.SetpointPageForgetRows = forget;
+        RunUntilRows(3);
+        TSetpointPage& page = Main().SetpointPage;
+        const auto choose = [&page](int group) {
+            page.SetpointTreeView.SetSelected(TTreeView::TSelection{0, group});
+            page.SetpointTreeView.OnClick();
+        };
+        choose(0);
+        EXPECT_NE(page.SetpointGridDrawCell(1, 1).Text, "");
+        EXPECT_FALSE(page.LblSetpointRows.Visible());
+        const std::string name = page.SetpointGridDrawCell(0, 1).Text;
+        OpenProfileByMenu(copy);
+        Time.Advance(1000);
+        EXPECT_EQ(page.LblSetpointRows.Visible(), !forget);
+        EXPECT_EQ(page.SetpointGridDrawCell(0, 1).Text, forget ? "" : name);
+        EXPECT_EQ(page.SetpointGridDrawCell(1, 1).Text, "");
+        EXPECT_EQ(page.CurrentModbusID == -1, forget);
+        EXPECT_EQ(page.LblSetpointPageEmpty.Visible(), forget);
+        if (!forget) {
+            EXPECT_EQ(
+                page.LblSetpointRows.Caption(),
+                "These rows are of the former profile Aria450_english.pls. Choose a group to see those of "
+                "Copy.pls.");
+        }
+        // Values come with the first cycle.
+        choose(0);
+        EXPECT_FALSE(page.LblSetpointRows.Visible() || page.LblSetpointPageEmpty.Visible());
+        EXPECT_NE(page.SetpointGridDrawCell(0, 1).Text, "");
+        EXPECT_EQ(page.SetpointGridDrawCell(1, 1).Text, "");
+        Main().StartLog(false, true);
+        RunUntilRows(1);
+        EXPECT_NE(page.SetpointGridDrawCell(1, 1).Text, "");
+        Close();
+    }
+}
+
+// The profile that one device has chosen is none of another that keeps silent.
+TEST_F(TProfileChoice, IsNoneForASilentDevice) {
+    const std::string silent = Language("TestfileComport", "Erroritemnumberdoesnotmatch");
+    const auto link = [this](const std::string& id) {
+        Dialogs.ExpectForm("SetupForm", [this, id](TForm&) {
+            Program->SetupForm.txtRemote.Enter(id);
+            Program->SetupForm.ButCommOk.Click();
+        });
+    };
+    Start();
+    RunUntilRows(2);
+    Main().SetpointPage.SetpointTreeView.SetSelected(TTreeView::TSelection{0, 0});
+    Main().SetpointPage.SetpointTreeView.OnClick();
+    EXPECT_NE(Main().SetpointPage.SetpointGridDrawCell(1, 1).Text, "");
+    Nabto.FindController("410000000002")->Faults.Replace({TFault{EFault::NoAnswer, 0, {}, {}}});
+    link("410000000002");
+    Dialogs.ExpectMessage(silent);
+    Main().Setup1.Click();
+    EXPECT_EQ(Main().SetpointPage.SetpointGridDrawCell(1, 1).Text, ""); // those were the former device's
+    EXPECT_TRUE(Main().FCurrentInifilesPath.plsfile.empty());
+    Dialogs.ExpectMessage("Profile NOT loaded...");
+    link("410000000001");
+    Main().TrafficButton.Click();
+    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_TRUE(Main().Profile.MayLog()); // the first device has answered again
+    EXPECT_EQ(Main().FCurrentInifilesPath.plsfile, Profile);
+
+    link("410000000002");
+    Dialogs.ExpectMessage(silent);
+    Main().Setup1.Click();
+    // Files are still shown by it, and it keeps the settings of the graph.
+    EXPECT_TRUE(Main().Profile.ProfileLoaded);
+    Main().GraphPage.graph.Channels[0].SetVisible(false);
+    Close();
+    EXPECT_EQ(TIniFile(Files, Profile).ReadText("VisibleGraph", "graph 0"), "False");
+}
+
 TEST_F(TProfileChoice, AsksTwiceOrThriceAndTheLastAnswerDecides) {
     struct TCase {
         std::string Fault;

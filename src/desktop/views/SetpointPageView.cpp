@@ -98,6 +98,11 @@ void TSetpointPageView::AddGrid(QSplitter& split) {
     auto& areaColumn = NewChild<QVBoxLayout>(area);
     areaColumn.setContentsMargins(0, 0, 0, 0);
     areaColumn.setSpacing(0);
+    auto& whoseRows = NewChild<QLabel>(area);
+    whoseRows.setMargin(filterMargin);
+    whoseRows.setWordWrap(true);
+    areaColumn.addWidget(&whoseRows);
+    BindLabel(whoseRows, Parts.Page.LblSetpointRows);
     AddFilter(area, areaColumn);
     Grid = &NewChild<QTableView>(area);
     Grid->setFrameShape(QFrame::NoFrame);
