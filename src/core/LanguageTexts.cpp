@@ -164,6 +164,7 @@ TLinkTexts ReadLinkTexts(const TIniFile& languageFile) {
                   {texts.NotSignedIn, "NotSignedIn"},
                   {texts.NotLocal, "NotLocal"},
                   {texts.NoUserName, "NoUserName"},
+                  {texts.InUse, "InUse"},
                   {texts.SessionLost, "SessionLost"},
                   {texts.SessionBack, "SessionBack"},
                   {texts.SessionNotBack, "SessionNotBack"},

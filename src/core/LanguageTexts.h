@@ -154,6 +154,7 @@ struct TLinkTexts {
     std::string NotSignedIn = "nobody is signed in";
     std::string NotLocal = "in an offline session it must have been found on the local network";
     std::string NoUserName = "the service gave no user name";
+    std::string InUse = "a running action keeps another device";
     std::string SessionLost = "The session has ended and is opened anew"; // the library's reason follows
     std::string SessionBack = "The session is open again";
     std::string SessionNotBack = "The session cannot be opened"; // likewise; it is tried again

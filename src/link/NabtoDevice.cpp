@@ -193,8 +193,11 @@ void TNabtoDevice::ReadLanguage() {
 
 int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
     const int result = Link(deviceid, apiClient);
-    if (result != 0)
-        Host.AddEventLog(LinkTexts.NotLinked + " " + device + ": " + NoLinkCause);
+    if (result != 0) {
+        const std::string asked = deviceid.empty() ? device : InForce.AddressOf(deviceid);
+        Host.AddEventLog(LinkTexts.NotLinked + " " + asked + ": " +
+                         (result == deviceInUse ? LinkTexts.InUse : NoLinkCause));
+    }
     return result;
 }
 
