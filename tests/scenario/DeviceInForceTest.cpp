@@ -247,6 +247,7 @@ TEST_F(TDeviceInForce, IsKeptToTheEndOfAnAction) {
     {
         const TDeviceUse::THold hold(Driver().Use);
         EXPECT_EQ(Driver().init(Remote, Main().Client()), -4);
+        EXPECT_THAT(EventLog().back(), testing::EndsWith(": a running action keeps another device"));
         EXPECT_EQ(Driver().device, Address);
     }
     EXPECT_NE(Save(), "no file");
