@@ -166,6 +166,9 @@ void TContinuousUpdate::TimerContUpdateTimer() {
     if (Parts.Use.Taken() || (Strict() && Parts.Dialogs.IsModalOpen()))
         return;
     TimerContUpdate->SetEnabled(false);
+    const TDeviceUse::TAction action(Parts.Use);
+    if (!action)
+        return UpdateDone({});
     if (Strict() && Parts.device != TestedDevice)
         return EndTest(Parts.Status.Texts.OtherDevice);
     if (UseMultibleFiles && UseMultibleFilesList && UseMultibleFilesResultList) {

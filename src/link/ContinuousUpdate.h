@@ -79,7 +79,7 @@ class TContinuousUpdate {
 
     const TParts Parts;
     std::string TestedDevice;
-    std::string IdleCaption; // of the button, before the test
+    std::string IdleCaption;  // of the button, before the test
     TConnection FollowStatus; // a running update that is not the test's cannot be joined
 };
 

@@ -58,7 +58,7 @@ std::optional<std::string> TDeviceInForce::Take() {
 bool TDeviceInForce::Identify() {
     if (Taking)
         return false;
-    if (Parts.Nabto.PingedLast().empty() || SameText(Parts.Nabto.PingedLast(), Parts.device))
+    if (!Parts.Nabto.MayDescribeAnother(Parts.device) || SameText(Parts.Nabto.PingedLast(), Parts.device))
         return true;
     const TFlagged taking(Taking);
     return Ping();

@@ -21,8 +21,9 @@ class TEepromReader {
   public:
     // What a read gave.
     struct TResult {
-        // The word list; empty on a failure, and when the program was closed meanwhile. Zeros stand for what a
-        // stream was too slow to give; key Service/Strict leaves it out, and keeps what came of a lost stream.
+        // The word list; empty on a failure, and when the program was closed meanwhile. Zeros stand for what
+        // a stream was too slow to give; key Service/Strict leaves it out, and keeps what came of a lost
+        // stream.
         std::string Words;
         TReadReport Report;
     };

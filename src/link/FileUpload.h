@@ -119,7 +119,7 @@ class TFileUpload {
 
     const TParts Parts;
     std::chrono::milliseconds Started{}; // of the running RPC upload
-    bool Missed = false; // a packet of it was given up
+    bool Missed = false;                 // a packet of it was given up
     bool IsTaken = false;
 };
 

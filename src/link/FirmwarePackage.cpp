@@ -123,8 +123,8 @@ void CheckMask(const TFirmwarePackage& package, const TFirmwareUpdateTexts& text
         report(FillText(texts.ChosenBeyond, {mask, std::to_string(package.Files.size())}));
 }
 
-void CheckImages(const IFiles& files, const std::filesystem::path& directory,
-                 const TConfig& config, const TFirmwareUpdateTexts& texts, const TReport& report) {
+void CheckImages(const IFiles& files, const std::filesystem::path& directory, const TConfig& config,
+                 const TFirmwareUpdateTexts& texts, const TReport& report) {
     for (std::size_t i = 0; i < config.Package.Files.size(); ++i) {
         if (!config.Package.Sent(i))
             continue;

@@ -71,11 +71,14 @@ void TFirmwareUpdate::SelectConfigFile() {
 }
 
 bool TFirmwareUpdate::UpdateSW(const std::filesystem::path& configFile) {
-    if (!Parts.Run.ProgramOpen())
+    if (!Parts.Run.ProgramOpen() || Parts.Use.Taken())
         return false;
     const TDeviceUse::THold hold(Parts.Use);
-    if (!hold)
+    if (!hold) { // of which the user has been told; the continuous test counts it
+        if (Parts.Run.ProgramOpen())
+            OnUpdateDone({});
         return false;
+    }
     struct TRunning {
         const TParts& Parts;
         EUpdatePhase End = EUpdatePhase::Failed;
@@ -285,11 +288,15 @@ bool TFirmwareUpdate::RestartAndVerify() {
 
 EUpdateVerdict TFirmwareUpdate::RunRound() {
     Evidence.BeginRound();
-    AwaitDevice(RestartInUpdateMode());
+    const bool answeredAtOnce = AwaitDevice(RestartInUpdateMode());
     if (Strict() && !Evidence.RestartSeen()) { // whatever could be read is the former software's
         Parts.memoDebug.Add(Parts.Status.Texts.RestartNotSeen);
     } else {
         ReadCrcResult();
+        if (Strict() && answeredAtOnce) { // perhaps it was not down yet, and told its former versions
+            Parts.Nabto.ForgetVersions();
+            Parts.Run.Ping();
+        }
         CheckFiles();
     }
     return Evidence.Judge(Strict());
@@ -308,19 +315,20 @@ std::string TFirmwareUpdate::RestartInUpdateMode() {
     return reply;
 }
 
-void TFirmwareUpdate::AwaitDevice(const std::string& restartReply) {
+bool TFirmwareUpdate::AwaitDevice(const std::string& restartReply) {
     Parts.Status.SetPhase(EUpdatePhase::Waiting);
     if (Strict())
         Parts.Nabto.ForgetVersions();
-    bool answers = Parts.Run.Ping();
+    const bool atOnce = Parts.Run.Ping();
     const TDeviceReply told = ParseReply(restartReply);
     const bool accepted = !told.Error && told.Status && told.Status->Bits() == 0U;
-    Evidence.NoteRestart(accepted, !told.Error && !told.Status, answers);
-    for (; !answers; answers = Parts.Run.Ping())
+    Evidence.NoteRestart(accepted, atOnce);
+    for (bool answers = atOnce; !answers; answers = Parts.Run.Ping())
         for (int i = 0; i < pingPauses; ++i) {
             Parts.Run.Sleep(pingPause);
             Parts.Run.ProcessMessages();
         }
+    return atOnce;
 }
 
 // The last read counts; if it told nothing, with ServiceStrict the one before.

@@ -83,7 +83,8 @@ class TFirmwareUpdate {
     bool RestartAndVerify();
     EUpdateVerdict RunRound();
     std::string RestartInUpdateMode(); // the reply
-    void AwaitDevice(const std::string& restartReply);
+    // Whether it answered the first ping.
+    bool AwaitDevice(const std::string& restartReply);
     void ReadCrcResult();
     void CheckFiles();
     // Whether the device reports the expected version; nothing when there is none to compare.

@@ -95,7 +95,8 @@ class TFlashDatalog {
     TLabel DT_LabelFrom{"DT_LabelFrom", "Datum von :"};
     TLabel DT_LabelTo{"DT_LabelTo", "Datum bis :"};
     TButton DT_GetData{"DT_GetData"};
-    TLabel DT_LabelNotice{"DT_LabelNotice"}; // why nothing is downloaded; hidden while there is nothing to say
+    TLabel DT_LabelNotice{
+        "DT_LabelNotice"}; // why nothing is downloaded; hidden while there is nothing to say
 
   private:
     void ReadCounters();

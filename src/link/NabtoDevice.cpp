@@ -296,7 +296,8 @@ std::string TNabtoDevice::ReadValue(int CMD, int address, int obj) {
 
 std::string TNabtoDevice::SendValue(const TDeviceUse::TAction& action, int value, int address, int obj) {
     return Nabto.SendQuery(action.Device(), "setpointWriteValue.json",
-                           TUNabto::FormatSaveSetpoint(KnownObject(obj), address, value));
+                           TUNabto::FormatSaveSetpoint(KnownObject(obj), address, value),
+                           [&action] { return action.Kept(); });
 }
 
 std::string TNabtoDevice::GetDataList(const std::string& s) {

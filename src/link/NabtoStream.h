@@ -40,12 +40,12 @@ class TStreamProgress {
 struct TStreamRead {
     enum class EEnd { Complete, TimedOut, Broken, Failed, Ended };
     std::vector<std::uint8_t> Bytes; // that came
-    EEnd End = EEnd::Complete; // Failed: by an error between the chunks
+    EEnd End = EEnd::Complete;       // Failed: by an error between the chunks
 
     // The stream gives no more, or nobody wants it any more.
     bool Lost() const { return End == EEnd::Broken || End == EEnd::Ended; }
-    // The customary view of it: nothing of a stream that was lost, else the whole length, in which zero stands
-    // for what did not come.
+    // The customary view of it: nothing of a stream that was lost, else the whole length, in which zero
+    // stands for what did not come.
     std::optional<std::vector<std::uint8_t>> AtLength(std::uint32_t length) &&;
 };
 

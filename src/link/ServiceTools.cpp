@@ -105,8 +105,13 @@ void TServiceTools::butGetEepromValuesClick() {
         return;
     }
     std::string told = read.Report.Text(Parts.Texts);
-    if (!words.empty())
-        told += "\n" + FillText(Parts.Texts.SavedPart, {SaveEepromList(address, std::move(words), false)});
+    try {
+        if (!words.empty())
+            told +=
+                "\n" + FillText(Parts.Texts.SavedPart, {SaveEepromList(address, std::move(words), false)});
+    } catch (const EInOutError& error) {
+        told += std::string("\n") + error.what();
+    }
     Parts.Dialogs.ShowMessageBox(EMessageKind::Error, told, EButtons::Ok);
 }
 

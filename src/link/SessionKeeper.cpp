@@ -31,6 +31,7 @@ void TSessionKeeper::Keep(const TCredentials& credentials) {
 }
 
 void TSessionKeeper::SessionGone(TNabtoStatus status) {
+    GoneAgain = true;
     if (timerReopen->Enabled() || !Parts.FormOpen())
         return;
     Told = false;
@@ -43,16 +44,23 @@ void TSessionKeeper::timerReopenTimer() {
     timerReopen->SetEnabled(false);
     if (!Parts.FormOpen())
         return;
-    const TNabtoStatus status = Parts.Nabto.Reopen(Credentials.Username, Credentials.Password);
+    timerReopen->SetInterval(again); // until it stands
+    timerReopen->SetEnabled(true);
+    TNabtoStatus status = Parts.Nabto.Reopen(Credentials.Username, Credentials.Password);
+    const std::string device = Parts.Device;
+    bool answered = false;
+    if (status == NABTO_OK) {
+        GoneAgain = false;
+        answered = Parts.Nabto.ping(device);
+        if (GoneAgain)
+            status = NABTO_INVALID_SESSION;
+    }
     if (status != NABTO_OK) {
         if (!std::exchange(Told, true))
             Parts.Tell(Parts.Texts.SessionNotBack + ": " + Parts.Nabto.StatusText(status));
-        timerReopen->SetInterval(again);
-        timerReopen->SetEnabled(true);
         return;
     }
-    const std::string device = Parts.Device;
-    const bool answered = Parts.Nabto.ping(device);
+    timerReopen->SetEnabled(false);
     if (Parts.FormOpen())
         Parts.Tell(answered ? Parts.Texts.SessionBack
                             : Parts.Texts.SessionBack + ": " + Parts.Texts.NoAnswer + ", " + device);

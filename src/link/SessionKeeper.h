@@ -42,6 +42,7 @@ class TSessionKeeper {
     TCredentials Credentials;
     std::unique_ptr<ITimer> timerReopen; // enabled from the loss on until the session stands again
     bool Told = false;                   // that it cannot be opened
+    bool GoneAgain = false;              // since the last try
 };
 
 } // namespace tidewell

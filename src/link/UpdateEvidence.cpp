@@ -25,8 +25,8 @@ void TUpdateEvidence::BeginRound() {
         image.OtherVersion = false;
 }
 
-void TUpdateEvidence::NoteRestart(bool accepted, bool unanswered, bool stillThere) {
-    Restarted = accepted || (unanswered && !stillThere);
+void TUpdateEvidence::NoteRestart(bool accepted, bool stillThere) {
+    Restarted = accepted || !stillThere;
 }
 
 bool TUpdateEvidence::Failed(std::size_t image) const {
@@ -34,7 +34,8 @@ bool TUpdateEvidence::Failed(std::size_t image) const {
     return (result & 0xFF) != 0 && image < 32 && (static_cast<std::uint32_t>(result) >> image & 1U) != 0;
 }
 
-// Of an image that the device has tested it does not matter how it came there.
+// Of an image that the device has tested it does not matter how it came there, but for one that no road has
+// led to: there the device has tested the former one.
 EUpdateVerdict TUpdateEvidence::Judge(bool strict) const {
     if (strict && !Restarted)
         return EUpdateVerdict::RestartNotSeen;
@@ -51,8 +52,9 @@ EUpdateVerdict TUpdateEvidence::Judge(bool strict) const {
 }
 
 std::size_t TUpdateEvidence::FirstNotTaken() const {
-    const auto found = std::ranges::find_if(
-        Images, [](const TImage& image) { return image.Sent && !image.Verified && !image.Taken; });
+    const auto found = std::ranges::find_if(Images, [](const TImage& image) {
+        return image.Sent && !image.Taken && !(image.Verified && image.Tried);
+    });
     return static_cast<std::size_t>(found - Images.begin());
 }
 

@@ -24,11 +24,13 @@ class TUpdateEvidence {
 
     // A restart makes what the device said of its images and versions void.
     void BeginRound();
-    // Of the command: the device told that it takes it, or told nothing; and whether it answered right
-    // behind it.
-    void NoteRestart(bool accepted, bool unanswered, bool stillThere);
+    // Of the command: the device told that it takes it; and whether it answered right behind it.
+    void NoteRestart(bool accepted, bool stillThere);
     void NoteResult(std::optional<std::int32_t> result) { Result = result; }
-    void NoteTaken(std::size_t image, bool taken) { Images[image].Taken = taken; }
+    void NoteTaken(std::size_t image, bool taken) {
+        Images[image].Tried = true;
+        Images[image].Taken = taken;
+    }
     void NoteVersion(std::size_t image, bool expected) { Images[image].OtherVersion = !expected; }
 
     bool RestartSeen() const { return Restarted; }
@@ -42,6 +44,7 @@ class TUpdateEvidence {
     struct TImage {
         bool Sent = false;
         bool Verified = false;     // by the device's own test after the restart
+        bool Tried = false;        // there is a road for it
         bool Taken = false;        // the device acknowledged the whole of it
         bool OtherVersion = false; // it reports another version than the one expected
     };

@@ -52,8 +52,7 @@ void TUpdateStatus::SetPhase(EUpdatePhase phase) {
 }
 
 void TUpdateStatus::SetFile(std::size_t number, std::size_t count, const std::string& name) {
-    LabUpdateFile.SetCaption(
-        FillText(Texts.File, {std::to_string(number), std::to_string(count), name}));
+    LabUpdateFile.SetCaption(FillText(Texts.File, {std::to_string(number), std::to_string(count), name}));
     LabUpdateFile.SetVisible(true);
     UpdateProgress.SetPosition(0);
     UpdateProgress.SetVisible(true);

@@ -13,7 +13,17 @@ namespace tidewell {
 
 class IClock;
 
-enum class EUpdatePhase { Asking, Sending, Restarting, Waiting, Checking, SendingAgain, Succeeded, Failed, Stopped };
+enum class EUpdatePhase {
+    Asking,
+    Sending,
+    Restarting,
+    Waiting,
+    Checking,
+    SendingAgain,
+    Succeeded,
+    Failed,
+    Stopped
+};
 
 // How far a firmware update is, for the screen: what it does, which file it sends and how much of that, and
 // how long it has been running. PanelUpdate holds the other controls; it is hidden before the first update.

@@ -122,6 +122,8 @@ void TLiveLog::Tell(const std::string& line) {
 }
 
 void TLiveLog::StartLog(bool questionEnable, bool clearData) {
+    if (Parts.Opening.Taken())
+        return;                           // the rows that it would clear or go on are being read
     TimerLogAutostart->SetEnabled(false); // this start is the one
     if (Parts.Host.NabtoEnabled() && Parts.Host.InitLink() != 0)
         return;

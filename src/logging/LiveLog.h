@@ -129,7 +129,7 @@ class TLiveLog {
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
     TNotice NoticeNoValues{"NoticeNoValues"}; // while such cycles are all that the log gets
     bool DatalogOn = false;
-    TNotice LogNotice{"LogNotice"};                  // why no log runs any more
+    TNotice LogNotice{"LogNotice"};                  // why the log gets no rows, or has stopped
     const std::unique_ptr<ITimer> UpdateTimer;       // key Time; nothing enables it
     const std::unique_ptr<ITimer> TimerLogAutostart; // 5000 ms, once; enabled by the start of the program
 

@@ -311,8 +311,8 @@ void TFormMain::OpenProfile2Click() {
 }
 
 void TFormMain::Setup1Click() {
-    if (!IsOpen())
-        return; // closed below a message that leads here
+    if (!IsOpen() || Opening.Taken())
+        return; // closed below a message that leads here, or a file is being read
     StopLog();
     LiveLog.TimerLogAutostart->SetEnabled(false); // no start of its own below the dialog
     Forms.SetupForm.FormInit();

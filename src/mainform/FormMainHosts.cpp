@@ -101,6 +101,9 @@ std::filesystem::path TFormMainHosts::TNabtoDeviceHost::GetFlashLogProfilepath()
 
 void TFormMainHosts::TNabtoDeviceHost::ShowFlashDatalog(const std::filesystem::path& profile,
                                                         const std::filesystem::path& file) {
+    const TExclusiveUse::THold hold(Main.Opening);
+    if (!hold)
+        return;       // it is saved, and can be opened
     StopRunningLog(); // one that was started while the question was open
     Main.FlashView.Show(profile, file);
 }

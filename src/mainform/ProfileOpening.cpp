@@ -61,6 +61,7 @@ void TProfileOpening::OpenFileProfile() {
     } else {
         Parts.Profile.ProfileLoaded = false;
         Parts.Paths.plsfile.clear();
+        NoticeProfile.Clear();
     }
 }
 
@@ -128,8 +129,6 @@ void TProfileOpening::TestProfileNabto(const std::string& devid, TApiClient& cli
     if (!answers) {
         // What another device has chosen goes on serving files, but not this one.
         Parts.Profile.DeviceSilent = Parts.Profile.OfDevice;
-        if (Parts.Profile.OfDevice)
-            Parts.Paths.plsfile.clear();
         Ports.Dialogs.ShowMessage(TestfileComport.Value("Erroritemnumberdoesnotmatch"));
         return;
     }

@@ -5,7 +5,6 @@
 #include "model/ColorText.h"
 
 #include <algorithm>
-#include <array>
 
 namespace tidewell {
 
@@ -66,9 +65,11 @@ void TProfile::Open(const std::filesystem::path& path) {
     DeviceSilent = false;
     currentprofilefile = path;
     ReadFailure = file.ReadFailure();
-    HoldsNoProfile = ReadFailure.empty() &&
-                     std::ranges::none_of(std::array{graphSection, questionSection, settingsSection},
-                                          [&file](auto section) { return file.SectionExists(section); });
+    HoldsNoProfile =
+        ReadFailure.empty() && std::ranges::none_of(file.SectionNames(), [](const std::string& name) {
+            return SameText(name, graphSection) || SameText(name, settingsSection) ||
+                   name.find("Device") != std::string::npos;
+        });
 }
 
 void TProfile::ReadNabtoSection(const std::filesystem::path& path) {

@@ -31,7 +31,6 @@ std::int32_t FieldInteger(std::string_view text, std::string_view rowName, std::
     return *value;
 }
 
-
 // An 8-bit character; 0 is none.
 std::string CharacterText(std::uint32_t code) {
     if (code == 0)
@@ -132,7 +131,8 @@ std::optional<std::int64_t> RawListValue(const TListRow& row, std::string_view l
     const std::string_view value = data.Field(row.Structnumber);
     if (!row.Signed)
         return Low16(ToWideIntegerOr(value, 0));
-    return TryToInteger64(Trim(value));
+    const auto raw = TryToInteger64(Trim(value));
+    return raw && std::in_range<std::int32_t>(*raw) ? raw : std::nullopt;
 }
 
 std::string FormatRowLimits(std::string_view row, std::vector<std::string>& paraIds) {

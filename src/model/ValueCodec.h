@@ -28,7 +28,8 @@ struct TDatapointValue {
     double Value = 0;
     std::int32_t Raw = 0;
 };
-// The low 16 bits of an unsigned value, however wide; a signed one as it stands, 0 if it does not fit 32 bits.
+// The low 16 bits of an unsigned value, however wide; a signed one as it stands, 0 if it does not fit 32
+// bits.
 std::int32_t RawGraphValue(std::int64_t value, bool isUnsigned);
 // A value that is missing or no integer counts as raw 0.
 TDatapointValue CalculateDatapointValue(const TGraphPoint& point, const TSplitLine& line);

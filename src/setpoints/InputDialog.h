@@ -43,9 +43,9 @@ class TInputDialog : public TForm {
     // Captions and MessageWrongValue of section InputDialog.
     void FormCreate(const TIniFile& languageFile);
 
-    std::string CurrentSetpointSpecific; // list row, limits in shown form
-    std::string CurrentDatavalue;        // text to start with
-    bool ValueSelectAll = false;         // it is the present value, and not what the user began to type
+    std::string CurrentSetpointSpecific;    // list row, limits in shown form
+    std::string CurrentDatavalue;           // text to start with
+    bool ValueSelectAll = false;            // it is the present value, and not what the user began to type
     std::optional<std::int64_t> PresentRaw; // if any, what is sent while nobody touches the entry
 
     // The 16 digits of row 1 of the grid, most significant first. Throws ERangeError for a value that needs

@@ -38,10 +38,10 @@ TReadBack::EResult TReadBack::Run() {
         }
     } running(*this);
     Cancelled = false;
+    Device.ReadBack.SetDatapointList.clear(); // what an earlier order has left
     const TDeviceUse::TAction action(Device.Use);
     if (!action)
         return EResult::NotStarted;
-    Device.ReadBack.SetDatapointList.clear(); // what an earlier order has left
     Host.StartLog(false, true);
     Device.ReadBack.SetDatapointListCount = 0;
     Device.ReadBack.Error_SetDatapointListCount = 0;

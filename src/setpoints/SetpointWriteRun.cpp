@@ -109,8 +109,8 @@ void TSetpointWriteRun::WriteOne() {
         eeAddress = ToIntegerOr(found->second, -1);
         if (eeAddress >= 0) {
             const std::string answer = Parts.Device.SendValue(Parts.Action, value, eeAddress, 0);
-            // What a close has kept from being sent is not written.
-            if (!answer.empty() || Parts.Host.FormOpen())
+            // What a close or another device has kept from being sent is not written.
+            if (!answer.empty() || MayGoOn())
                 status = Parts.Device.GetResponsstatus(answer);
         }
     }

@@ -92,9 +92,8 @@ void TScopeView::CopyPicture() {
 }
 
 void TScopeView::SavePicture() {
-    Services.SavePicture([this](EPictureType type) {
-        return PictureBytes(ThePlot, size(), devicePixelRatioF(), type);
-    });
+    Services.SavePicture(
+        [this](EPictureType type) { return PictureBytes(ThePlot, size(), devicePixelRatioF(), type); });
 }
 
 void TScopeView::ShowChannelSettings() {

@@ -32,9 +32,12 @@ TEST(TextFile, DecodesAndEncodes) {
         EXPECT_EQ(EncodeText(text, EEncoding::Windows1252), text);
     // UTF-16 behind its mark, a pair of units too; half a pair or half a unit is none.
     using namespace std::string_view_literals;
-    for (const auto& [bytes, read] :
-         {std::pair{"\xFF\xFE" "a\0\xE9\0=\xD8\0\xDE"sv, EEncoding::Utf16LittleEndian},
-          std::pair{"\xFE\xFF" "\0a\0\xE9\xD8=\xDE\0"sv, EEncoding::Utf16BigEndian}}) {
+    for (const auto& [bytes, read] : {std::pair{"\xFF\xFE"
+                                                "a\0\xE9\0=\xD8\0\xDE"sv,
+                                                EEncoding::Utf16LittleEndian},
+                                      std::pair{"\xFE\xFF"
+                                                "\0a\0\xE9\xD8=\xDE\0"sv,
+                                                EEncoding::Utf16BigEndian}}) {
         const std::string text = DecodeText(bytes, encoding);
         EXPECT_EQ(text, "a\xC3\xA9\xF0\x9F\x98\x80");
         EXPECT_EQ(encoding, read);
@@ -44,7 +47,11 @@ TEST(TextFile, DecodesAndEncodes) {
             EXPECT_EQ(encoding, EEncoding::Windows1252);
         }
     }
-    EXPECT_EQ(EncodeText("\xC3\xBF\xC3\xBE" "ab", EEncoding::Windows1252), "\xC3\xBF\xC3\xBE" "ab");
+    EXPECT_EQ(EncodeText("\xC3\xBF\xC3\xBE"
+                         "ab",
+                         EEncoding::Windows1252),
+              "\xC3\xBF\xC3\xBE"
+              "ab");
     // Every byte survives, those without a character too.
     std::string bytes;
     for (int i = 255; i >= 0; --i)

@@ -41,7 +41,8 @@ class InputViewTest : public testing::Test {
         Device.device = "d";
         Device.initialized = true;
         Desk.Dialogs.RegisterView(Dialog, [this] {
-            return std::make_unique<TInputView>(Dialog, TViewContext{Application(), Desk.Dialogs, Desk.Hold, Files});
+            return std::make_unique<TInputView>(Dialog,
+                                                TViewContext{Application(), Desk.Dialogs, Desk.Hold, Files});
         });
     }
     ~InputViewTest() override { Desk.Dialogs.DestroyViews(); }

@@ -95,7 +95,9 @@ class ScopeViewTest : public testing::Test {
 
     TSLScope Scope;
     std::function<std::string(EPictureType)> PictureBytes; // of the last picture saved
-    TScopeView View{Scope, {[this](const auto& bytes) { PictureBytes = bytes; }}};
+    TScopeView View{Scope, {[this](const auto& bytes) {
+                        PictureBytes = bytes;
+                    }}};
 };
 
 } // namespace
@@ -461,7 +463,8 @@ TEST_F(ScopeViewTest, CopiesAndSavesThePicture) {
     const std::string png = PictureBytes(EPictureType::Png);
     EXPECT_TRUE(IsNear(QImage::fromData(QByteArray::fromStdString(png)).pixelColor(At(50, 2)), red));
     const std::string svg = PictureBytes(EPictureType::Svg);
-    EXPECT_TRUE(svg.find("<polyline") != std::string::npos || svg.find("<path") != std::string::npos) << svg.substr(0, 300);
+    EXPECT_TRUE(svg.find("<polyline") != std::string::npos || svg.find("<path") != std::string::npos)
+        << svg.substr(0, 300);
     EXPECT_NE(svg.find("curve"), std::string::npos);
     EXPECT_TRUE(PictureBytes(EPictureType::Pdf).starts_with("%PDF"));
 }

@@ -37,7 +37,9 @@ class TFixedDialogs : public TNoDialogs {
   public:
     std::optional<std::filesystem::path> OpenFile(const TFileDialog&) override { return Profile; }
     std::vector<std::filesystem::path> OpenFiles(const TFileDialog&) override { return Datalogs; }
-    std::optional<std::filesystem::path> SaveFile(const TFileDialog&, std::size_t&) override { return Target; }
+    std::optional<std::filesystem::path> SaveFile(const TFileDialog&, std::size_t&) override {
+        return Target;
+    }
     std::filesystem::path Profile;
     std::vector<std::filesystem::path> Datalogs;
     std::filesystem::path Target;

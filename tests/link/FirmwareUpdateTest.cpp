@@ -3,6 +3,7 @@
 #include "UpdateFixture.h"
 #include "core/Errors.h"
 #include "core/controls/Form.h"
+#include "link/UpdateEvidence.h"
 
 #include <numeric>
 #include <tuple>
@@ -603,6 +604,18 @@ TEST_F(TContinuousUpdateTest, StrictlyNothingRunsBehindTheStop) {
                           "_410000000002.txt: No space left on device");
     Continuous.ButContUpdateClick();
     EXPECT_EQ(memoDebug.Lines().back(), "Test results -> TestOk: 1 TestBad: 0");
+}
+
+// Its test is the former image's where no road has led.
+TEST(UpdateEvidence, WantsARoadForAVerifiedImage) {
+    TFirmwarePackage package{"1", 1, {TUpdateFile{}}};
+    TUpdateEvidence evidence(package);
+    evidence.NoteRestart(true, true);
+    evidence.NoteResult(0);
+    EXPECT_EQ(evidence.Judge(true), EUpdateVerdict::ImageNotTaken);
+    EXPECT_EQ(evidence.Judge(false), EUpdateVerdict::Good);
+    evidence.NoteTaken(0, false);
+    EXPECT_EQ(evidence.Judge(true), EUpdateVerdict::Good);
 }
 
 } // namespace

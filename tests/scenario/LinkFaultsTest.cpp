@@ -160,34 +160,41 @@ TEST_F(TLinkFaults, LogOnBelowADialog) {
     Close();
 }
 
-// The session ends, and for a while no new one can be opened.
+// The session ends; a new one cannot be opened for a while, or ends at once.
 TEST_F(TLinkFaults, EndAtALostSessionUnlessItIsReopened) {
     const std::string simulation = Files.Content[Simulation];
     const std::string system = Files.Content[SystemFile];
-    for (const std::string section : {"[Session]\nReopen=false\n", "[Session]\nReopen=true\n"}) {
-        const bool reopens = section.find("true") != std::string::npos;
+    const std::string noNetwork = "EndSessions=on; times=1\nnabtoOpenSession=NABTO_NO_NETWORK; times=4\n";
+    struct TCase {
+        bool Reopens;
+        std::string Faults;
+        int Pings;
+        const char* NotBack;
+    };
+    for (const auto& test : {TCase{false, noNetwork, 0, ""}, TCase{true, noNetwork, 1, "There is no network"},
+                             TCase{true, "EndSessions=on; times=2\n", 2, "The session is not valid"}}) {
         Files.Content[Simulation] = simulation;
-        Files.Content[SystemFile] = system + section;
+        Files.Content[SystemFile] = system + "[Session]\nReopen=" + (test.Reopens ? "true" : "false") + "\n";
         StartLogging();
-        Fresh += "\n[Library]\nEndSessions=on; times=1\nnabtoOpenSession=NABTO_NO_NETWORK; times=4\n";
+        Fresh += "\n[Library]\n" + test.Faults;
+        const std::ptrdiff_t pings = QueryCount("ping.json");
         SetFault("");
         Time.Advance(5000);
         const std::size_t before = Rows();
-        const std::ptrdiff_t pings = QueryCount("ping.json");
         Time.Advance(40000);
-        EXPECT_EQ(Rows() > before + 5, reopens);
-        EXPECT_EQ(QueryCount("ping.json"), pings + (reopens ? 1 : 0));
+        EXPECT_EQ(Rows() > before + 5, test.Reopens);
+        EXPECT_EQ(QueryCount("ping.json"), pings + test.Pings);
         std::vector<std::string> told = Main().MemoEventLog.Lines();
         std::erase_if(told, [](const std::string& line) { return !line.starts_with("The session"); });
-        if (reopens)
+        if (test.Reopens)
             EXPECT_THAT(told, testing::ElementsAre(
                                   "The session has ended and is opened anew: The session is not valid",
-                                  "The session cannot be opened: There is no network",
+                                  std::string("The session cannot be opened: ") + test.NotBack,
                                   "The session is open again"));
         else
             EXPECT_THAT(told, testing::IsEmpty());
-        EXPECT_EQ(Nabto.OpenSessions(), reopens ? 1U : 0U);
-        if (!reopens)
+        EXPECT_EQ(Nabto.OpenSessions(), test.Reopens ? 1U : 0U);
+        if (!test.Reopens)
             Dialogs.ExpectMessage("The session is not valid"); // at the close
         Close();
     }
@@ -206,6 +213,8 @@ TEST_F(TLinkFaults, OneOpeningAtATime) {
         Main().SdDatalogReader.Open_sd_datalogClick();
         Main().OpenProfile2Click();
         Main().TrafficButton.Click();
+        Main().StartLog(false, true);
+        Main().Setup1Click();
         ++asked;
     });
     Main().OpenDatalogfile1.Click();

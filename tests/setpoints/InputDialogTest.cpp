@@ -113,7 +113,9 @@ TEST_F(InputDialog, ConvertsChecksAndSends) {
         {tiny, "12345678", wrong}, // more digits than 32 bits hold
         {huge, "3999999999", "3"},
         {beyond, "2147483650", "3"},
-        {{.Max = "2.1474837E9", .Offset = "5"}, "2147483690", wrong}, // above 2^31 - 1, but not its shown form
+        {{.Max = "2.1474837E9", .Offset = "5"},
+         "2147483690",
+         wrong}, // above 2^31 - 1, but not its shown form
         {lowFirst, "AB", "16961"},
         {highFirst, "AB", "16706"},
         {lowFirst, "A", "65"},

@@ -117,8 +117,8 @@ class TFormBinding : public QObject {
 } // namespace
 
 void TDialogView::setVisible(bool visible) {
-    // The library tells the field that had the keyboard last that it has it again, even if the form is about to
-    // give it to another one: both would show a caret.
+    // The library tells the field that had the keyboard last that it has it again, even if the form is about
+    // to give it to another one: both would show a caret.
     if (QWidget* const last = focusWidget(); visible && !isVisible() && last != nullptr)
         last->clearFocus();
     const QWidget* const active = QApplication::activeWindow();

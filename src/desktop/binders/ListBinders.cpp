@@ -118,7 +118,8 @@ void AppendLine(QPlainTextEdit& view, const QString& line) {
     QTextCursor caret = view.textCursor();
     const QTextCursor last(view.document()->lastBlock());
     const bool follows = !caret.hasSelection() && caret.block() == last.block();
-    const bool seen = view.viewport()->rect().contains(view.cursorRect(last));
+    const QRect end = view.cursorRect(last);
+    const bool seen = end.bottom() >= 0 && end.top() < view.viewport()->height();
     view.appendPlainText(line);
     if (!follows)
         return;
