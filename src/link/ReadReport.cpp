@@ -5,7 +5,6 @@
 #include "link/NabtoStream.h"
 
 #include <algorithm>
-#include <iterator>
 #include <numeric>
 
 namespace tidewell {
@@ -98,9 +97,10 @@ std::vector<std::string> TReadReport::Lines(const TReadTexts& texts) const {
 }
 
 std::string TReadReport::Text(const TReadTexts& texts) const {
-    const auto lines = Lines(texts);
-    return std::accumulate(std::next(lines.begin()), lines.end(), lines.front(),
-                           [](std::string text, const std::string& line) { return text + "\n" + line; });
+    std::string text;
+    for (const std::string& line : Lines(texts))
+        text += (text.empty() ? "" : "\n") + line;
+    return text;
 }
 
 } // namespace tidewell

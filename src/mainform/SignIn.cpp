@@ -5,7 +5,6 @@
 #include "core/IniFile.h"
 #include "mainform/LogonLoop.h"
 
-#include <utility>
 
 namespace tidewell {
 
@@ -16,7 +15,7 @@ constexpr int keepAliveInterval = 300000;
 } // namespace
 
 TSignIn::TSignIn(const TPorts& ports, TParts parts)
-    : KeepAliveTimer(ports.Timers.CreateTimer()), Ports(ports), Parts(std::move(parts)) {
+    : KeepAliveTimer(ports.Timers.CreateTimer()), Ports(ports), Parts(parts) {
     KeepAliveTimer->SetInterval(keepAliveInterval);
     KeepAliveTimer->SetHandler([this] { KeepAliveTimerTimer(); });
 }

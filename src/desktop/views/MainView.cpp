@@ -56,10 +56,10 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
     column.addWidget(&controls);
     setCentralWidget(&centre);
     BindPanel(controls, Form.GraphControlsPanel);
-    AddNotice(column, Form.ReadBackPanel, Form.LblReadBack, {&Form.ButStopReadBack});
-    AddNotice(column, Form.UpdatePanel, Form.LblUpdate, {&Form.ButShowUpdate});
+    AddNotice(column, Form.ReadBackPanel, Form.LblReadBack, Form.ButStopReadBack);
+    AddNotice(column, Form.UpdatePanel, Form.LblUpdate, Form.ButShowUpdate);
     for (TNotice* notice : Form.Notices())
-        AddNotice(column, *notice, notice->Text, {&notice->Action, &notice->Hide});
+        AddNotice(column, *notice, notice->Text, notice->Action, &notice->Hide);
 
     AddSetpointPage();
     AddGraphPage();
@@ -79,8 +79,7 @@ void TMainView::AddSetpointPage() {
 }
 
 // What goes on, and what can be done about it.
-void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text,
-                          std::initializer_list<TButton*> buttons) {
+void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TButton& button, TButton* hide) {
     auto& frame = NewChild<QFrame>(*column.parentWidget());
     frame.setAutoFillBackground(true);
     frame.setBackgroundRole(QPalette::ToolTipBase);
@@ -92,10 +91,14 @@ void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text,
     label.setWordWrap(true);
     row.addWidget(&label, 1);
     BindLabel(label, text);
-    for (TButton* button : buttons) {
-        auto& push = NewChild<TRoomyButton>(frame);
-        row.addWidget(&push);
-        BindButton(push, *button, Context.Dialogs);
+    auto& push = NewChild<TRoomyButton>(frame);
+    row.addWidget(&push);
+    BindButton(push, button, Context.Dialogs);
+    if (hide) { // as wide as its sign wants
+        auto& cross = NewChild<QPushButton>(frame);
+        cross.setFixedWidth(2 * fontMetrics().height());
+        row.addWidget(&cross);
+        BindButton(cross, *hide, Context.Dialogs);
     }
     BindPanel(frame, panel);
 }

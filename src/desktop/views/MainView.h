@@ -4,8 +4,6 @@
 
 #include <QMainWindow>
 
-#include <initializer_list>
-
 class QPushButton;
 class QTabWidget;
 class QVBoxLayout;
@@ -29,7 +27,8 @@ class TMainView : public QMainWindow {
     void AddSetpointPage();
     void AddGraphPage();
     void AddErrorLogPage();
-    void AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, std::initializer_list<TButton*> buttons);
+    void AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TButton& button,
+                   TButton* hide = nullptr);
     void AddTabButtons();
     void AddStatusBar(TNabtoDevice& device);
     void ArrangeTabButtons();
