@@ -5,7 +5,6 @@
 #include "core/IniFile.h"
 #include "mainform/LogonLoop.h"
 
-
 namespace tidewell {
 
 namespace {

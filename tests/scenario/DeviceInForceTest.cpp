@@ -34,7 +34,7 @@ class TDeviceInForce : public TSetpointProgram {
             Dialogs.ExpectMessage(box.Line.substr(4), box.Answer);
     }
 
-    void Setup(const std::function<void(TSetupForm&)>& action) {
+    void SetupBy(const std::function<void(TSetupForm&)>& action) {
         Dialogs.ExpectForm("SetupForm", [this, action](TForm& form) {
             action(Program->SetupForm);
             bool handled = false;
@@ -44,7 +44,7 @@ class TDeviceInForce : public TSetpointProgram {
         Main().Setup1.Click();
     }
     void Ping(const std::string& text, const std::string& box) {
-        Setup([&](TSetupForm& setup) {
+        SetupBy([&](TSetupForm& setup) {
             setup.txtRemote.Enter(text);
             Dialogs.ExpectMessage(box);
             setup.butping.Click();
@@ -264,7 +264,7 @@ TEST_F(TDeviceInForce, IsKeptByAnEmptyFieldInAnOfflineSession) {
     Start();
     ASSERT_TRUE(Main().Client()._isLocalSession && Driver().initialized);
     EXPECT_EQ(Main()._commandLineParameters.devid, Address);
-    Setup([](TSetupForm& setup) { setup.ButCommOk.Click(); });
+    SetupBy([](TSetupForm& setup) { setup.ButCommOk.Click(); });
     EXPECT_TRUE(Driver().initialized);
     // A remote device cannot be reached; what was found local stays so.
     Ping(Remote, "You cannot connect to the remote device \"410000000003\" during an offline session.");
