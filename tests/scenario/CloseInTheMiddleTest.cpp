@@ -80,6 +80,20 @@ TEST_F(TCloseInTheMiddle, OfTheLogonDialog) {
     ExpectEnded();
 }
 
+TEST_F(TCloseInTheMiddle, OfARefusalBeforeAnOfflineSession) {
+    Arguments = {"-devid", Device};
+    Dialogs.ExpectForm("NabtoLogOn", [this](TForm&) {
+        Program->NabtoLogOn.EditUser.Enter("service");
+        Program->NabtoLogOn.EditPW.Enter("wrong");
+        Program->NabtoLogOn.offLineSessionCheckBox.SetChecked(true);
+        Program->NabtoLogOn.ButOk.Click();
+    });
+    Dialogs.ExpectMessage("Username or password is incorrect.");
+    CloseInNextDialog();
+    Start();
+    ExpectEnded();
+}
+
 TEST_F(TCloseInTheMiddle, OfTheSetupDialog) {
     Arguments = {"-LoginUserPW", "service;tidewell"};
     Dialogs.ExpectForm("SetupForm", [this](TForm&) { CloseMain(); });
