@@ -81,9 +81,7 @@ class TGridRig {
     TMemo MemoEventLog{"MemoEventLog"};
     TSetpointPageView View{
         {Rig.Page, PanelGroupSetpoints, MemoEventLog,
-         [this](int grid, int group) {
-             Rig.Page.ArrangeSetpointPage(grid, group);
-         }},
+         [this](int grid, int group) { Rig.Page.ArrangeSetpointPage(grid, group); }},
         TViewContext{*static_cast<TQtApplication*>(QCoreApplication::instance()), Dialogs, Hold, Files},
         nullptr};
     QTableView* Grid = nullptr; // children of the view, here and below

@@ -127,9 +127,7 @@ class TPainted : public QObject {
 // A surface in a window, drawn as soon as something has changed.
 class TWindow {
   public:
-    explicit TWindow(TSLScope& scope)
-        : View(scope, {[](const auto&) {
-               }}) {
+    explicit TWindow(TSLScope& scope) : View(scope, {[](const auto&) {}}) {
         scope.RefreshInterval = 0;
         View.resize(width, height);
         View.show();
@@ -301,15 +299,11 @@ int Run(int argc, char** argv) {
         Tell("Frame" + kind, times[1], times[0], "bare");
         frames.append(QString::number(times[1]));
     }
-    Tell("Legend of 36 other values", Medians({[&] {
-             bench.ShowOtherValues();
-         }})[0]);
+    Tell("Legend of 36 other values", Medians({[&] { bench.ShowOtherValues(); }})[0]);
     if (large)
         return EXIT_SUCCESS;
     const TValues values = Values(true);
-    Tell("Filling in the data", Medians({[&] {
-             bench.Fill(values);
-         }})[0]);
+    Tell("Filling in the data", Medians({[&] { bench.Fill(values); }})[0]);
     const int result = QProcess::execute(QCoreApplication::applicationFilePath(), frames);
     TellPage();
     return result;

@@ -55,9 +55,8 @@ TCertificate NewCertificate(const std::string& name, EVP_PKEY& key) {
     std::uint64_t serial = 0;
     std::array<unsigned char, 7> random{};
     Check(RAND_bytes(random.data(), static_cast<int>(random.size())) == 1, "get random bytes");
-    for (const unsigned char byte : random) {
+    for (const unsigned char byte : random)
         serial = (serial << 8U) | byte;
-    }
     ASN1_INTEGER_set_uint64(X509_get_serialNumber(certificate.get()), serial);
     X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -DaySeconds);
     X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 365 * DaySeconds);
@@ -82,9 +81,8 @@ bool IsAddress(const std::string& name) {
 
 std::string AlternativeNames(const std::vector<std::string>& names) {
     std::string value;
-    for (const std::string& name : names) {
+    for (const std::string& name : names)
         value += (value.empty() ? "" : ",") + std::string(IsAddress(name) ? "IP:" : "DNS:") + name;
-    }
     return value;
 }
 

@@ -32,13 +32,11 @@ std::string Base64Url(std::string_view bytes) {
     unsigned held = 0;
     for (const char byte : bytes) {
         bits = (bits << 8U) | static_cast<unsigned char>(byte);
-        for (held += 8; held >= 6; held -= 6) {
+        for (held += 8; held >= 6; held -= 6)
             text += digits[(bits >> (held - 6)) & 63U];
-        }
     }
-    if (held > 0) {
+    if (held > 0)
         text += digits[(bits << (6 - held)) & 63U];
-    }
     return text;
 }
 
@@ -101,17 +99,14 @@ TCloudReply TCloudService::Handle(const TCloudRequest& request) {
     const std::lock_guard lock(Guard);
     ++Requests;
     const TCloudFaults& faults = Config.Faults;
-    if (!FaultApplies(request)) {
+    if (!FaultApplies(request))
         return Route(request);
-    }
     TCloudReply reply =
         faults.RefuseCode != 0 ? Refusal(faults.RefuseCode, "Refused on purpose.") : Route(request);
-    if (faults.NoJson) {
+    if (faults.NoJson)
         reply.Body = "<html><body>Down for maintenance</body></html>";
-    }
-    if (faults.EmptyBody) {
+    if (faults.EmptyBody)
         reply.Body.clear();
-    }
     reply.DelayMs = faults.DelayMs;
     return reply;
 }
@@ -122,30 +117,24 @@ bool TCloudService::FaultApplies(const TCloudRequest& request) const {
 
 TCloudReply TCloudService::Route(const TCloudRequest& request) {
     std::string_view path = request.Path;
-    if (!path.starts_with(Prefix)) {
+    if (!path.starts_with(Prefix))
         return Refusal(404, "No such path.");
-    }
     path.remove_prefix(Prefix.size());
     const bool posted = path == "/login" || path == "/logout" || path == "/keepAlive";
-    if (!posted && path != "/Nabtouser" && !IsDevicePath(path)) {
+    if (!posted && path != "/Nabtouser" && !IsDevicePath(path))
         return Refusal(404, "No such path.");
-    }
-    if (request.Method != (posted ? "POST" : "GET")) {
+    if (request.Method != (posted ? "POST" : "GET"))
         return Refusal(405, "Not with this method.");
-    }
-    if (path == "/login") {
+    if (path == "/login")
         return Login(request);
-    }
 
     const auto session = FindSession(request);
-    if (session == Sessions.end()) {
+    if (session == Sessions.end())
         return NotLoggedIn();
-    }
     const std::string name = session->second.User;
     const auto user = Config.Users.find(name);
-    if (user == Config.Users.end()) {
+    if (user == Config.Users.end())
         return NotLoggedIn();
-    }
     if (path == "/logout") {
         Sessions.erase(session);
         return {};
@@ -165,19 +154,16 @@ TCloudReply TCloudService::Login(const TCloudRequest& request) {
     };
     const std::string* const name = text("Username");
     const std::string* const password = text("Password");
-    if (name == nullptr || password == nullptr) {
+    if (name == nullptr || password == nullptr)
         return Refusal(400, "The body has to be a JSON object with the texts Username and Password.");
-    }
     const auto user = Config.Users.find(*name);
-    if (user == Config.Users.end() || user->second.Password != *password) {
+    if (user == Config.Users.end() || user->second.Password != *password)
         return Refusal(401, "Wrong user name or password.");
-    }
     nlohmann::json flags = nlohmann::json::array();
     const std::size_t count =
         FaultApplies(request) ? static_cast<std::size_t>(Config.Faults.FlagCount) : user->second.Flags.size();
-    for (std::size_t index = 0; index < std::min(count, user->second.Flags.size()); ++index) {
+    for (std::size_t index = 0; index < std::min(count, user->second.Flags.size()); ++index)
         flags.push_back(user->second.Flags[index]);
-    }
     return {200, nlohmann::json{{"PermissionFlags", flags}}.dump(), OpenSession(*name), 0};
 }
 
@@ -188,12 +174,10 @@ TCloudReply TCloudService::Identity(const TCloudUser& user) const {
 TCloudReply TCloudService::Device(const TCloudUser& user, std::string_view path) const {
     const std::string_view id =
         path.substr(DevicePrefix.size(), path.size() - DevicePrefix.size() - DeviceSuffix.size());
-    if (std::find(Config.Devices.begin(), Config.Devices.end(), id) == Config.Devices.end()) {
+    if (std::find(Config.Devices.begin(), Config.Devices.end(), id) == Config.Devices.end())
         return Refusal(404, "No such device.");
-    }
-    if (std::find(user.Devices.begin(), user.Devices.end(), id) == user.Devices.end()) {
+    if (std::find(user.Devices.begin(), user.Devices.end(), id) == user.Devices.end())
         return Refusal(403, "This device is not yours.");
-    }
     return Identity(user);
 }
 
@@ -201,9 +185,8 @@ TCloudService::TSessions::iterator TCloudService::FindSession(const TCloudReques
     const auto oldest = Now() - std::chrono::seconds(Config.TokenLifetimeSeconds);
     std::erase_if(Sessions, [oldest](const auto& entry) { return entry.second.Opened <= oldest; });
     const auto session = Sessions.find(request.Authorization);
-    if (session == Sessions.end()) {
+    if (session == Sessions.end())
         return session;
-    }
     if (Config.TokenRequests > 0 && ++session->second.Requests > Config.TokenRequests) {
         Sessions.erase(session);
         return Sessions.end();

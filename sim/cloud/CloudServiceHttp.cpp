@@ -23,9 +23,8 @@ THttpReply NoReply(std::string why) {
 } // namespace
 
 THttpReply TCloudServiceHttp::Exchange(const THttpRequest& request) {
-    if (!Connected) {
+    if (!Connected)
         return NoReply("Failed to connect");
-    }
     THttpReply sent; // for its look-up of headers
     sent.Headers = request.Headers;
     const TCloudReply answer =
@@ -35,16 +34,14 @@ THttpReply TCloudServiceHttp::Exchange(const THttpRequest& request) {
         Wait.Sleep(limit);
         return NoReply("Operation timed out after " + std::to_string(limit) + " milliseconds");
     }
-    if (answer.DelayMs > 0) {
+    if (answer.DelayMs > 0)
         Wait.Sleep(answer.DelayMs);
-    }
     THttpReply reply;
     reply.Code = answer.Code;
     reply.Reason = "HTTP/1.1 " + std::to_string(answer.Code) + " " + std::string(ReasonPhrase(answer.Code));
     reply.Body = answer.Body;
-    if (!answer.Authorization.empty()) {
+    if (!answer.Authorization.empty())
         reply.Headers.emplace_back("Authorization", answer.Authorization);
-    }
     return reply;
 }
 

@@ -32,9 +32,8 @@ class THttpsServer::TImpl {
   public:
     TImpl(TCloudService& service, const TThrowAwayCertificates& certificates, int port)
         : Service(service), Server(&certificates.ServerCertificate(), &certificates.ServerKey()) {
-        if (!Server.is_valid()) {
+        if (!Server.is_valid())
             throw TError("The server certificate was not accepted");
-        }
         Server.set_socket_options(SetSocketOptions);
         Server.set_keep_alive_max_count(1);
         Server.set_payload_max_length(MaxRequestSize);
@@ -45,17 +44,15 @@ class THttpsServer::TImpl {
         Server.Post(".*", answer);
         BoundPort =
             port == 0 ? Server.bind_to_any_port(Address) : (Server.bind_to_port(Address, port) ? port : -1);
-        if (BoundPort <= 0) {
+        if (BoundPort <= 0)
             throw TError(std::string("Cannot listen on ") + Address + ":" + std::to_string(port));
-        }
         Listener = std::thread([this] {
             Server.listen_after_bind();
             Ended = true;
         });
         // Server.stop() does nothing before the loop runs.
-        while (!Server.is_running() && !Ended) {
+        while (!Server.is_running() && !Ended)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
     }
 
     ~TImpl() {
@@ -83,9 +80,8 @@ class THttpsServer::TImpl {
         }
         response.status = reply.Code;
         response.set_content(reply.Body, "application/json");
-        if (!reply.Authorization.empty()) {
+        if (!reply.Authorization.empty())
             response.set_header("Authorization", reply.Authorization);
-        }
     }
 
     TCloudService& Service;

@@ -37,9 +37,8 @@ struct TOptions {
 
 int ParsePort(const std::string& text) {
     const auto port = TryToInteger(text);
-    if (!port || *port < 0 || *port > 65535) {
+    if (!port || *port < 0 || *port > 65535)
         throw TError("--port " + text + ": not a port from 0 to 65535");
-    }
     return *port;
 }
 
@@ -51,32 +50,28 @@ TOptions ParseOptions(int count, char** arguments) {
             options.Help = true;
             return options;
         }
-        if (index + 1 >= count) {
+        if (index + 1 >= count)
             throw TError(name + ": a value is missing");
-        }
         const std::string value = arguments[index + 1];
-        if (name == "--config") {
+        if (name == "--config")
             options.Config = value;
-        } else if (name == "--ca-file") {
+        else if (name == "--ca-file")
             options.CaFile = value;
-        } else if (name == "--ready-file") {
+        else if (name == "--ready-file")
             options.ReadyFile = value;
-        } else if (name == "--port") {
+        else if (name == "--port")
             options.Port = ParsePort(value);
-        } else {
+        else
             throw TError(name + ": no such option");
-        }
     }
-    if (options.Config.empty() || options.CaFile.empty()) {
+    if (options.Config.empty() || options.CaFile.empty())
         throw TError("--config and --ca-file are needed");
-    }
     return options;
 }
 
 TCloudConfig ReadConfig(const TDiskFiles& files, const std::filesystem::path& path) {
-    if (!files.FileExists(path)) {
+    if (!files.FileExists(path))
         throw TError(path.string() + ": no such file");
-    }
     return ReadCloudConfig(TIniFile(files, path));
 }
 
@@ -90,9 +85,8 @@ void WriteFile(TDiskFiles& files, const std::filesystem::path& path, const std::
 sigset_t BlockSignals() {
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         sigaddset(&signals, signal);
-    }
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     return signals;
 }
@@ -118,9 +112,8 @@ int Run(const TOptions& options) {
     // The server first: where another one runs, that one's authority must stay.
     const THttpsServer server(service, certificates, options.Port);
     WriteFile(files, options.CaFile, certificates.AuthorityPem());
-    if (!options.ReadyFile.empty()) {
+    if (!options.ReadyFile.empty())
         WriteFile(files, options.ReadyFile, std::to_string(server.Port()) + "\n");
-    }
     std::cout << "https://localhost:" << server.Port() << "/api/v1.2" << std::endl;
     RunUntilEnded(signals, service, files, options.Config);
     return EXIT_SUCCESS;

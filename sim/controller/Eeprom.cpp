@@ -18,9 +18,8 @@ constexpr std::uint32_t NewestError = 7;
 // What would pass the end is cut off.
 void Put(std::string& eeprom, std::int32_t address, const std::string& bytes) {
     const auto at = static_cast<std::size_t>(address);
-    if (at < eeprom.size()) {
+    if (at < eeprom.size())
         eeprom.replace(at, std::min(bytes.size(), eeprom.size() - at), bytes.substr(0, eeprom.size() - at));
-    }
 }
 
 // The newest event first. Errors come and go in turns, so that at last none is left.
@@ -53,9 +52,8 @@ std::string EepromBytes(const TEepromSetup& setup, const TIdentity& identity, TF
                         std::int64_t startMinutes) {
     std::string eeprom(static_cast<std::size_t>(setup.Size), ErasedByte);
     std::string words;
-    for (const auto& [name, number] : identity) {
+    for (const auto& [name, number] : identity)
         AppendWord(words, static_cast<std::uint32_t>(number));
-    }
     Put(eeprom, 0, words);
     if (setup.LogCounters) {
         std::string counters;
@@ -63,9 +61,8 @@ std::string EepromBytes(const TEepromSetup& setup, const TIdentity& identity, TF
         AppendWord(counters, static_cast<std::uint32_t>(log.InUse));
         Put(eeprom, *setup.LogCounters, counters);
     }
-    if (setup.ErrorLog) {
+    if (setup.ErrorLog)
         Put(eeprom, *setup.ErrorLog, ErrorEvents(setup.ErrorEvents, startMinutes));
-    }
     return eeprom;
 }
 

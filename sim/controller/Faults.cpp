@@ -98,24 +98,19 @@ bool CanBeDue(EFault fault, std::string_view query) {
 TConditionCounter::TConditionCounter(TFaultCondition condition) : Condition(std::move(condition)) {}
 
 bool TConditionCounter::Fits(const TOccasion& occasion) const {
-    if (occasion.NowMs < Condition.FromMs || (Condition.ToMs && occasion.NowMs >= *Condition.ToMs)) {
+    if (occasion.NowMs < Condition.FromMs || (Condition.ToMs && occasion.NowMs >= *Condition.ToMs))
         return false;
-    }
-    if (!Condition.Query.empty() && Condition.Query != occasion.Query) {
+    if (!Condition.Query.empty() && Condition.Query != occasion.Query)
         return false;
-    }
-    if (Condition.State && occasion.State != *Condition.State) {
+    if (Condition.State && occasion.State != *Condition.State)
         return false;
-    }
     if (Condition.Block) {
         const std::int64_t first = TFlashRing::AddressOf(*Condition.Block);
-        if (first >= occasion.Flash.second || first + TFlashRing::BlockSize <= occasion.Flash.first) {
+        if (first >= occasion.Flash.second || first + TFlashRing::BlockSize <= occasion.Flash.first)
             return false;
-        }
     }
-    if (!Condition.Obj && !Condition.Address) {
+    if (!Condition.Obj && !Condition.Address)
         return true;
-    }
     return std::any_of(occasion.Touched.begin(), occasion.Touched.end(), [this](const TRegisterAddress& at) {
         return (!Condition.Obj || *Condition.Obj == at.Obj) &&
                (!Condition.Address || *Condition.Address == at.Address);
@@ -123,9 +118,8 @@ bool TConditionCounter::Fits(const TOccasion& occasion) const {
 }
 
 bool TConditionCounter::Strikes(const TOccasion& occasion) {
-    if (!Fits(occasion)) {
+    if (!Fits(occasion))
         return false;
-    }
     const std::size_t number = Seen++;
     return number >= Condition.Skip && (!Condition.Times || number - Condition.Skip < *Condition.Times);
 }
@@ -138,9 +132,8 @@ const TFault* FindFault(const std::vector<TFault>& due, EFault kind) {
 
 void TFaults::Replace(const std::vector<TFault>& faults) {
     Armed.clear();
-    for (const TFault& fault : faults) {
+    for (const TFault& fault : faults)
         Add(fault);
-    }
 }
 
 void TFaults::Add(const TFault& fault) {
@@ -149,11 +142,9 @@ void TFaults::Add(const TFault& fault) {
 
 std::vector<TFault> TFaults::Due(const TOccasion& occasion) {
     std::vector<TFault> due;
-    for (TArmed& armed : Armed) {
-        if (Concerns(armed.Fault.Kind, occasion.Kind) && armed.Counter.Strikes(occasion)) {
+    for (TArmed& armed : Armed)
+        if (Concerns(armed.Fault.Kind, occasion.Kind) && armed.Counter.Strikes(occasion))
             due.push_back(armed.Fault);
-        }
-    }
     return due;
 }
 

@@ -51,9 +51,8 @@ std::int64_t TFlashRing::Slot(std::int64_t nowMs) const {
 }
 
 TFlashRing::TPosition TFlashRing::Position(std::int64_t nowMs) const {
-    if (StartBlock >= BlockCount) {
+    if (StartBlock >= BlockCount)
         return {StartBlock, StartInUse};
-    }
     const std::int64_t written = Slot(nowMs) / RecordsPerBlock - Slot(0) / RecordsPerBlock;
     const std::int64_t inUse =
         std::max<std::int64_t>(StartInUse, std::min<std::int64_t>(StartInUse + written, BlockCount - 1));
@@ -68,9 +67,8 @@ std::string TFlashRing::Record(std::int64_t slot) const {
     bytes.reserve(RecordSize);
     AppendWord(bytes, time.Day | time.Month << 5U | time.Year << 9U);
     AppendWord(bytes, time.Hour << 8U | time.Minute);
-    for (std::size_t i = 0; i < MostValues; ++i) {
+    for (std::size_t i = 0; i < MostValues; ++i)
         AppendWord(bytes, i < Values.size() ? Values[i].Bits(movedMs) : 0);
-    }
     return bytes;
 }
 
@@ -79,9 +77,8 @@ std::string TFlashRing::RecordAt(std::int32_t block, std::int32_t index, std::in
     const std::int32_t distance = Around(std::int64_t{position.Block} - block);
     const std::int64_t next = Slot(nowMs);
     const std::int64_t slot = (next / RecordsPerBlock - distance) * RecordsPerBlock + index;
-    if (Values.empty() || distance > position.InUse || slot >= next || slot < 0) {
+    if (Values.empty() || distance > position.InUse || slot >= next || slot < 0)
         return std::string(RecordSize, ErasedByte);
-    }
     return Record(slot);
 }
 

@@ -25,9 +25,8 @@ constexpr std::int64_t TestArea = 0; // what is written there goes nowhere
 constexpr std::size_t MostPayload = 256;
 
 std::int64_t Within(std::int64_t value, std::int64_t most, const std::string& name) {
-    if (value < 0 || value > most) {
+    if (value < 0 || value > most)
         throw ERequestRefused("member \"" + name + "\" is out of range");
-    }
     return value;
 }
 
@@ -37,9 +36,8 @@ std::string Payload(const TJson& request) {
         payload += static_cast<char>(
             static_cast<unsigned char>(Within(NumberMember(element, "payload"), 255, "payload")));
     }
-    if (payload.size() > MostPayload) {
+    if (payload.size() > MostPayload)
         throw ERequestRefused("member \"list\" is too long");
-    }
     return payload;
 }
 
@@ -58,11 +56,9 @@ void TService::Configure(const TServiceSetup& setup, const TRegisterBank& values
     Ring.StartBlock = setup.LogBlock;
     Ring.StartInUse = setup.LogInUse;
     Ring.Values.clear();
-    for (const TServiceSetup::TLogValue& value : setup.LogValues) {
-        if (const auto motion = values.Motion(value.Table, value.At)) {
+    for (const TServiceSetup::TLogValue& value : setup.LogValues)
+        if (const auto motion = values.Motion(value.Table, value.At))
             Ring.Values.push_back(*motion);
-        }
-    }
 }
 
 std::int64_t TService::Execute(const TCall& call) {
@@ -73,27 +69,20 @@ std::int64_t TService::Execute(const TCall& call) {
         const std::int64_t echo = number + (wrongEcho != nullptr ? wrongEcho->Number : 0);
         return (refusal != nullptr ? refusal->Number : Packet(call)) | (echo & 0xFFFF) << 16U;
     }
-    if (refusal != nullptr) {
+    if (refusal != nullptr)
         return refusal->Number;
-    }
-    if (call.Query == "admincmd.json") {
+    if (call.Query == "admincmd.json")
         return AdminCommand(call);
-    }
-    if (call.Query == "prepareUpdate.json") {
+    if (call.Query == "prepareUpdate.json")
         return PrepareUpdate(call);
-    }
-    if (call.Query == "flashWrite.json") {
+    if (call.Query == "flashWrite.json")
         return PrepareWrite(call);
-    }
-    if (call.Query == "flashRead.json") {
+    if (call.Query == "flashRead.json")
         return PrepareRead(call, ETransfer::ReadFlash);
-    }
-    if (call.Query == "eepReadRaw.json") {
+    if (call.Query == "eepReadRaw.json")
         return PrepareRead(call, ETransfer::ReadEeprom);
-    }
-    if (call.Query == "FlashWriteNostream.json") {
+    if (call.Query == "FlashWriteNostream.json")
         return Command(call);
-    }
     if (call.Query == "SystemIdentify.json") {
         NumberMember(call.Request, "SystemIdentify");
         return Done;
@@ -103,9 +92,8 @@ std::int64_t TService::Execute(const TCall& call) {
 
 std::int64_t TService::AdminCommand(const TCall& call) {
     const std::int64_t cmd = TextMember(call.Request, "cmd");
-    if (!Setup || (cmd & 0xFFFF) != RestartCommand) {
+    if (!Setup || (cmd & 0xFFFF) != RestartCommand)
         return NotPossible;
-    }
     const std::vector<TFault> due = call.Faults.Due({EOccasion::Restart, {}, {}, {}, call.NowMs});
     const TFault* const late = FindFault(due, EFault::LateReturn);
     Update.Restart(static_cast<std::uint32_t>(cmd >> 16 & 0xFFFF), call.NowMs,
@@ -121,17 +109,14 @@ std::int64_t TService::PrepareUpdate(const TCall& call) {
     const std::int64_t file = TextMember(call.Request, "fileid");
     const std::int64_t size = TextMember(call.Request, "filesize");
     const std::int64_t crc32 = TextMember(call.Request, "crc32");
-    if (!Setup) {
+    if (!Setup)
         return NotPossible;
-    }
     const std::optional<std::uint32_t> address = Images.Announce(file, size, crc32);
-    if (!address) {
+    if (!address)
         return NotReady;
-    }
     Dialogue.Abort();
-    if (FindFault(call.Due, EFault::OldResult) == nullptr) {
+    if (FindFault(call.Due, EFault::OldResult) == nullptr)
         Update.Announce(*Images.Current());
-    }
     return *address;
 }
 
@@ -139,9 +124,8 @@ std::int64_t TService::PrepareWrite(const TCall& call) {
     const std::int64_t address = TextMember(call.Request, "address");
     const std::int64_t length = TextMember(call.Request, "length");
     const std::optional<std::int32_t> file = Images.FileAt(address, length);
-    if (!Setup || (!file && address != TestArea)) {
+    if (!Setup || (!file && address != TestArea))
         return NotPossible;
-    }
     Prepared = {};
     if (file) {
         Prepared.Kind = ETransfer::WriteImage;
@@ -157,9 +141,8 @@ std::int64_t TService::PrepareRead(const TCall& call, ETransfer kind) {
     const std::int64_t size = !Setup                          ? 0
                               : kind == ETransfer::ReadEeprom ? std::int64_t{Setup->Eeprom.Size}
                                                               : FlashSize;
-    if (address < 0 || length < 0 || address > size || length > size - address || !Setup) {
+    if (address < 0 || length < 0 || address > size || length > size - address || !Setup)
         return NotPossible;
-    }
     const TFault* const fewer = FindFault(call.Due, EFault::ShortRead);
     Prepared = {};
     Prepared.Kind = kind;
@@ -191,27 +174,22 @@ std::int64_t TService::Packet(const TCall& call) {
 }
 
 bool TService::Away(TFaults& faults, TIdentity& identity, std::int64_t nowMs) {
-    if (!Update.Restarting()) {
+    if (!Update.Restarting())
         return false;
-    }
-    if (Update.Away(nowMs) || !faults.Due({EOccasion::Return, {}, {}, {}, nowMs}).empty()) {
+    if (Update.Away(nowMs) || !faults.Due({EOccasion::Return, {}, {}, {}, nowMs}).empty())
         return true;
-    }
     std::uint32_t spoiled = 0;
-    if (Update.TestsImages()) {
-        for (const TFault& fault : faults.Due({EOccasion::ImageTest, {}, {}, {}, nowMs})) {
+    if (Update.TestsImages())
+        for (const TFault& fault : faults.Due({EOccasion::ImageTest, {}, {}, {}, nowMs}))
             spoiled |= 1U << static_cast<unsigned>(fault.Number - 1);
-        }
-    }
     for (const auto& [name, number] : Update.Return(spoiled, nowMs)) {
         const auto member =
             std::find_if(identity.begin(), identity.end(),
                          [&wanted = name](const auto& entry) { return entry.first == wanted; });
-        if (member != identity.end()) {
+        if (member != identity.end())
             member->second = number;
-        } else {
+        else
             identity.emplace_back(name, number);
-        }
     }
     return false;
 }
@@ -235,19 +213,17 @@ std::string TService::ReadStream(std::size_t most) {
     const std::size_t length = std::min(most, Open.Length - Open.Moved);
     const std::int64_t from = Open.Address + static_cast<std::int64_t>(Open.Moved);
     std::string bytes;
-    if (Open.Kind == ETransfer::ReadFlash) {
+    if (Open.Kind == ETransfer::ReadFlash)
         bytes = FlashBytes(from, length, Open.NowMs);
-    } else if (Open.Kind == ETransfer::ReadEeprom) {
+    else if (Open.Kind == ETransfer::ReadEeprom)
         bytes = Open.Eeprom.substr(static_cast<std::size_t>(from), length);
-    }
     Open.Moved += bytes.size();
     return bytes;
 }
 
 void TService::WriteStream(std::string_view bytes) {
-    if (Open.Kind == ETransfer::WriteImage) {
+    if (Open.Kind == ETransfer::WriteImage)
         Images.Append(Open.File, bytes);
-    }
 }
 
 } // namespace tidewell

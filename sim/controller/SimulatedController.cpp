@@ -27,9 +27,8 @@ std::string ErrorReply(const std::string& body) {
 
 std::int64_t DelayOf(const std::vector<TFault>& due, EFault kind) {
     std::int64_t delay = 0;
-    for (const TFault& fault : due) {
+    for (const TFault& fault : due)
         delay += fault.Kind == kind ? fault.Number : 0;
-    }
     return delay;
 }
 
@@ -39,15 +38,12 @@ std::size_t Amount(std::int64_t number) {
 
 // What to answer instead of carrying the query out; nothing when all is well.
 std::optional<std::string> Spoiled(const std::vector<TFault>& due) {
-    if (const TFault* fault = FindFault(due, EFault::Error)) {
+    if (const TFault* fault = FindFault(due, EFault::Error))
         return ErrorReply(fault->Text);
-    }
-    if (const TFault* fault = FindFault(due, EFault::Garbage)) {
+    if (const TFault* fault = FindFault(due, EFault::Garbage))
         return fault->Text;
-    }
-    if (const TFault* fault = FindFault(due, EFault::Huge)) {
+    if (const TFault* fault = FindFault(due, EFault::Huge))
         return std::string(Amount(fault->Number), 'x');
-    }
     return std::nullopt;
 }
 
@@ -61,9 +57,8 @@ TOccasion OccasionOf(const std::string& queryName, const TJson& request, std::in
         if (occasion.Kind == EOccasion::Read) {
             occasion.Touched = ReadAddresses(request);
         } else if (occasion.Kind == EOccasion::Write) {
-            for (const TWriteEntry& entry : WriteEntries(request)) {
+            for (const TWriteEntry& entry : WriteEntries(request))
                 occasion.Touched.push_back(entry.At);
-            }
         } else if (request.contains("nostreamstate")) {
             occasion.State = NumberMember(request, "nostreamstate");
         } else if (queryName == "flashRead.json") {
@@ -117,37 +112,30 @@ TControllerReply TSimulatedController::Query(const std::string& queryName, std::
 
 TJson TSimulatedController::Execute(const std::string& queryName, const TJson& request,
                                     const std::vector<TFault>& due, std::int64_t nowMs) {
-    if (queryName == "ping.json") {
+    if (queryName == "ping.json")
         return Ping(request);
-    }
-    if (queryName == "setpointReadValue.json") {
+    if (queryName == "setpointReadValue.json")
         return Read(ETable::Setpoint, request, due, nowMs);
-    }
-    if (queryName == "datapointReadValue.json") {
+    if (queryName == "datapointReadValue.json")
         return Read(ETable::Datapoint, request, due, nowMs);
-    }
-    if (queryName == "setpointWriteValue.json") {
+    if (queryName == "setpointWriteValue.json")
         return Write(request, due);
-    }
     return {{"status", Service.Execute({queryName, request, due, Faults, Identity, nowMs})}};
 }
 
 TJson TSimulatedController::Ping(const TJson& request) {
     if (request.contains("user")) {
         TextMember(request, "usernumber");
-        if (!request["user"].is_string()) {
+        if (!request["user"].is_string())
             throw ERequestRefused("member \"user\" is no text");
-        }
         User = request["user"].get<std::string>();
         return {{"status", 0}};
     }
-    if (TextMember(request, "ping") != PingWord) {
+    if (TextMember(request, "ping") != PingWord)
         throw ERequestRefused("wrong ping");
-    }
     TJson response{{"Pong", PongWord}};
-    for (const auto& [name, value] : Identity) {
+    for (const auto& [name, value] : Identity)
         response[name] = value;
-    }
     return response;
 }
 
@@ -156,21 +144,17 @@ TJson TSimulatedController::Read(ETable table, const TJson& request, const std::
     TJson data = TJson::array();
     for (const TRegisterAddress at : ReadAddresses(request)) {
         std::optional<std::int32_t> value = Values.Read(table, at, nowMs);
-        if (const auto result = Service.CrcResult(at, nowMs); result && table == ETable::Setpoint) {
+        if (const auto result = Service.CrcResult(at, nowMs); result && table == ETable::Setpoint)
             value = result;
-        }
-        if (!value) {
+        if (!value)
             throw ERequestRefused("unknown " + Shown(at));
-        }
         data.push_back({{"value", *value}});
     }
     if (const TFault* fault = FindFault(due, EFault::WrongCount)) {
-        for (std::int64_t i = 0; i < fault->Number; ++i) {
+        for (std::int64_t i = 0; i < fault->Number; ++i)
             data.push_back({{"value", 0}});
-        }
-        for (std::int64_t i = 0; i > fault->Number && !data.empty(); --i) {
+        for (std::int64_t i = 0; i > fault->Number && !data.empty(); --i)
             data.erase(data.size() - 1);
-        }
     }
     return {{"data", data}};
 }
@@ -188,9 +172,8 @@ TJson TSimulatedController::Write(const TJson& request, const std::vector<TFault
             break;
         }
     }
-    if (const TFault* fault = FindFault(due, EFault::RefuseWrite)) {
+    if (const TFault* fault = FindFault(due, EFault::RefuseWrite))
         return {{"status", fault->Number}};
-    }
     const TFault* const change = FindFault(due, EFault::ChangeAfterWrite);
     for (const TWriteEntry& entry : entries) {
         Values.Write(entry.At,
@@ -200,9 +183,8 @@ TJson TSimulatedController::Write(const TJson& request, const std::vector<TFault
 }
 
 bool TSimulatedController::OpenStream(std::int64_t nowMs) {
-    if (Away(nowMs) || !Faults.Due(StreamOccasion(EOccasion::StreamOpen, nowMs)).empty()) {
+    if (Away(nowMs) || !Faults.Due(StreamOccasion(EOccasion::StreamOpen, nowMs)).empty())
         return false;
-    }
     Service.OpenStream();
     Received.clear();
     StreamMoved = 0;
@@ -243,9 +225,8 @@ TStreamPiece TSimulatedController::ReadStream(std::size_t capacity, std::int64_t
             return piece;
         }
     }
-    if (piece.Outcome != EStreamOutcome::Done) {
+    if (piece.Outcome != EStreamOutcome::Done)
         return piece;
-    }
     piece.Bytes = Service.ReadStream(most);
     if (!piece.Bytes.empty()) {
         StreamMoved += piece.Bytes.size();
@@ -271,17 +252,15 @@ TStreamPiece TSimulatedController::WriteStream(std::string_view bytes, std::int6
     }
     const std::vector<TFault> due = Faults.Due(StreamOccasion(EOccasion::StreamWrite, nowMs));
     const std::size_t most = Limit(bytes.size(), due, piece);
-    if (piece.Outcome == EStreamOutcome::Done && FindFault(due, EFault::BufferFull) != nullptr) {
+    if (piece.Outcome == EStreamOutcome::Done && FindFault(due, EFault::BufferFull) != nullptr)
         piece.Outcome = EStreamOutcome::Full;
-    }
     if (piece.Outcome == EStreamOutcome::Done) {
         // A piece is taken whole or not at all: what would pass the break is lost with it.
         Received += bytes.substr(0, most);
         Service.WriteStream(bytes.substr(0, most));
         StreamMoved += most;
-        if (most < bytes.size()) {
+        if (most < bytes.size())
             piece.Outcome = EStreamOutcome::Closed;
-        }
     }
     return piece;
 }

@@ -28,9 +28,8 @@ enum EState : std::int64_t {
 
 TUploadDialogue::EAnswer TUploadDialogue::Begin(ETarget target) {
     const std::optional<std::int32_t> file = Images.Current();
-    if (!file) {
+    if (!file)
         return target == ETarget::Main ? NotYet : Refused;
-    }
     Images.Clear(*file);
     Target = target;
     LastNumber.reset();
@@ -38,13 +37,11 @@ TUploadDialogue::EAnswer TUploadDialogue::Begin(ETarget target) {
 }
 
 TUploadDialogue::EAnswer TUploadDialogue::PreErase(std::int64_t nowMs) {
-    if (EraseUntilMs && nowMs < *EraseUntilMs) {
+    if (EraseUntilMs && nowMs < *EraseUntilMs)
         return Busy;
-    }
     EraseUntilMs = std::max(nowMs, ResetUntilMs) + EraseMs;
-    if (Target == ETarget::Other && Images.Current()) {
+    if (Target == ETarget::Other && Images.Current())
         Images.Clear(*Images.Current());
-    }
     return Done;
 }
 
@@ -61,16 +58,14 @@ TUploadDialogue::EAnswer TUploadDialogue::Command(std::int64_t state, std::int64
     case Init:
         return Begin(ETarget::Other); // also during the reset, behind which it is done
     case WaitDisplayCheck:
-        if (nowMs < ResetUntilMs) {
+        if (nowMs < ResetUntilMs)
             return NotYet;
-        }
         return Target == ETarget::Other ? Done : Refused;
     case StartPreErase:
         return PreErase(nowMs);
     case WaitPreErase:
-        if (!EraseUntilMs) {
+        if (!EraseUntilMs)
             return Refused;
-        }
         return nowMs < *EraseUntilMs ? Busy : Done;
     case StartProgram: {
         const bool open = Target == ETarget::Other;
@@ -80,9 +75,8 @@ TUploadDialogue::EAnswer TUploadDialogue::Command(std::int64_t state, std::int64
     case Go:
         return Done;
     case DeInit:
-        if (Target != ETarget::None && Images.Current()) {
+        if (Target != ETarget::None && Images.Current())
             Images.Clear(*Images.Current());
-        }
         Abort();
         return Done;
     default:
@@ -94,22 +88,17 @@ TUploadDialogue::EAnswer TUploadDialogue::Packet(std::int64_t state, std::uint16
                                                  std::string_view payload, std::int64_t nowMs) {
     const bool open = (state == MainData && Target == ETarget::Main) ||
                       (state == Data && Target == ETarget::Other && EraseUntilMs.has_value());
-    if (!open || !Images.Current()) {
+    if (!open || !Images.Current())
         return Refused;
-    }
-    if (Target == ETarget::Other && nowMs < *EraseUntilMs) {
+    if (Target == ETarget::Other && nowMs < *EraseUntilMs)
         return Busy;
-    }
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(payload.data());
-    if (Crc16(Crc16Start, std::span(bytes, payload.size()), true) != crc) {
+    if (Crc16(Crc16Start, std::span(bytes, payload.size()), true) != crc)
         return WrongCrc;
-    }
-    if (LastNumber == number) {
+    if (LastNumber == number)
         return Done;
-    }
-    if (LastNumber && number != static_cast<std::uint16_t>(*LastNumber + 1)) {
+    if (LastNumber && number != static_cast<std::uint16_t>(*LastNumber + 1))
         return WrongNumber;
-    }
     Images.Append(*Images.Current(), payload);
     LastNumber = number;
     return Done;

@@ -24,29 +24,23 @@ std::optional<std::string> UndeclaredMember(const TInterfaceDefinition::TQuery& 
                                             std::string_view request) {
     const TJson json = TJson::parse(request, nullptr, false);
     if (json.is_object() && json.contains("request") && json["request"].is_object()) {
-        for (const auto& [name, value] : json["request"].items()) {
-            if (!query.Request.contains(name)) {
+        for (const auto& [name, value] : json["request"].items())
+            if (!query.Request.contains(name))
                 return name;
-            }
-        }
     }
     return std::nullopt;
 }
 
 std::string Declared(const TInterfaceDefinition::TQuery& query, std::string reply) {
     TJson json = TJson::parse(reply, nullptr, false);
-    if (!json.is_object() || !json.contains("response") || !json["response"].is_object()) {
+    if (!json.is_object() || !json.contains("response") || !json["response"].is_object())
         return reply;
-    }
     TJson kept = TJson::object();
-    for (const auto& [name, value] : json["response"].items()) {
-        if (query.Response.contains(name)) {
+    for (const auto& [name, value] : json["response"].items())
+        if (query.Response.contains(name))
             kept[name] = value;
-        }
-    }
-    if (kept.size() == json["response"].size()) {
+    if (kept.size() == json["response"].size())
         return reply;
-    }
     json["response"] = std::move(kept);
     return JsonText(json);
 }

@@ -31,9 +31,8 @@ void Log(TSimulatedNabto& nabto, std::string call, std::initializer_list<const c
 // Runs the work on the bound library; no exception leaves it.
 template <typename TWork>
 std::uint8_t Guarded(TWork work) {
-    if (bound == nullptr) {
+    if (bound == nullptr)
         return NABTO_API_NOT_INITIALIZED;
-    }
     try {
         return work(*bound);
     } catch (const std::exception& error) {
@@ -65,9 +64,8 @@ uint8_t NABTO_CALL nabtoShutdown(void) {
 uint8_t NABTO_CALL nabtoOpenSession(void** session, const char* email, const char* password) {
     return Guarded([&](TSimulatedNabto& nabto) {
         Log(nabto, "nabtoOpenSession", {email, password});
-        if (session == nullptr || email == nullptr || password == nullptr) {
+        if (session == nullptr || email == nullptr || password == nullptr)
             return NABTO_ILLEGAL_PARAMETER;
-        }
         return nabto.OpenSession(email, password, *session);
     });
 }
@@ -82,9 +80,8 @@ uint8_t NABTO_CALL nabtoCloseSession(void* session) {
 uint8_t NABTO_CALL nabtoCreateProfile(const char* email, const char* password) {
     return Guarded([&](TSimulatedNabto& nabto) {
         Log(nabto, "nabtoCreateProfile", {email, password});
-        if (email == nullptr || password == nullptr) {
+        if (email == nullptr || password == nullptr)
             return NABTO_ILLEGAL_PARAMETER;
-        }
         return nabto.CreateProfile(email, password);
     });
 }
@@ -92,14 +89,12 @@ uint8_t NABTO_CALL nabtoCreateProfile(const char* email, const char* password) {
 uint8_t NABTO_CALL nabtoRpcSetDefaultInterface(void* session, const char* definition, char** error) {
     return Guarded([&](TSimulatedNabto& nabto) {
         Log(nabto, "nabtoRpcSetDefaultInterface", {definition});
-        if (definition == nullptr || error == nullptr) {
+        if (definition == nullptr || error == nullptr)
             return NABTO_ILLEGAL_PARAMETER;
-        }
         std::string reason;
         const TNabtoStatus status = nabto.RpcSetDefaultInterface(session, definition, reason);
-        if (!reason.empty()) {
+        if (!reason.empty())
             *error = nabto.Memory.Text(reason);
-        }
         return status;
     });
 }
@@ -107,14 +102,12 @@ uint8_t NABTO_CALL nabtoRpcSetDefaultInterface(void* session, const char* defini
 uint8_t NABTO_CALL nabtoRpcInvoke(void* session, const char* url, char** response) {
     return Guarded([&](TSimulatedNabto& nabto) {
         Log(nabto, "nabtoRpcInvoke", {url});
-        if (url == nullptr || response == nullptr) {
+        if (url == nullptr || response == nullptr)
             return NABTO_ILLEGAL_PARAMETER;
-        }
         std::optional<std::string> reply;
         const TNabtoStatus status = nabto.RpcInvoke(session, url, reply);
-        if (reply) {
+        if (reply)
             *response = nabto.Memory.Text(*reply);
-        }
         return status;
     });
 }
@@ -122,9 +115,8 @@ uint8_t NABTO_CALL nabtoRpcInvoke(void* session, const char* url, char** respons
 uint8_t NABTO_CALL nabtoStreamOpen(void** stream, void* session, const char* device) {
     return Guarded([&](TSimulatedNabto& nabto) {
         Log(nabto, "nabtoStreamOpen", {device});
-        if (stream == nullptr || device == nullptr) {
+        if (stream == nullptr || device == nullptr)
             return NABTO_ILLEGAL_PARAMETER;
-        }
         return nabto.StreamOpen(session, device, *stream);
     });
 }
@@ -139,9 +131,8 @@ uint8_t NABTO_CALL nabtoStreamClose(void* stream) {
 uint8_t NABTO_CALL nabtoStreamReadIntoBuf(void* stream, unsigned char* buffer, size_t capacity, size_t* got) {
     return Guarded([&](TSimulatedNabto& nabto) {
         Log(nabto, "nabtoStreamReadIntoBuf", {std::to_string(capacity).c_str()});
-        if (buffer == nullptr || got == nullptr) {
+        if (buffer == nullptr || got == nullptr)
             return NABTO_ILLEGAL_PARAMETER;
-        }
         std::string bytes;
         const TNabtoStatus status = nabto.StreamRead(stream, capacity, bytes);
         std::copy(bytes.begin(), bytes.end(), buffer);
@@ -172,9 +163,8 @@ void NABTO_CALL nabtoFree(void* text) {
 uint8_t NABTO_CALL nabtoGetLocalDevices(char*** devices, int* count) {
     return Guarded([&](TSimulatedNabto& nabto) {
         Log(nabto, "nabtoGetLocalDevices", {});
-        if (devices == nullptr || count == nullptr) {
+        if (devices == nullptr || count == nullptr)
             return NABTO_ILLEGAL_PARAMETER;
-        }
         std::vector<std::string> ids;
         const TNabtoStatus status = nabto.GetLocalDevices(ids);
         if (status == NABTO_OK) {

@@ -15,9 +15,8 @@ char* THandedOut::Text(std::string_view text) {
 
 char** THandedOut::Texts(const std::vector<std::string>& texts) {
     auto memory = std::make_unique<char*[]>(texts.size() + 1);
-    for (std::size_t i = 0; i < texts.size(); ++i) {
+    for (std::size_t i = 0; i < texts.size(); ++i)
         memory[i] = Text(texts[i]);
-    }
     char** const given = memory.get();
     ArraysOut.emplace(given, std::move(memory));
     return given;

@@ -22,9 +22,7 @@ class TInProcessLibrary::TLibrary : public ILibrary {
 };
 
 TInProcessLibrary::TInProcessLibrary(TSimulatedNabto& nabto) : Nabto(nabto) {
-    Nabto.OnCall = [this](const std::string& call) {
-        Calls.push_back(call);
-    };
+    Nabto.OnCall = [this](const std::string& call) { Calls.push_back(call); };
 }
 
 TInProcessLibrary::~TInProcessLibrary() {
@@ -32,9 +30,8 @@ TInProcessLibrary::~TInProcessLibrary() {
 }
 
 TLoadedLibrary TInProcessLibrary::Load(const std::string& name) {
-    if (!Present || name != "nabto_client_api") {
+    if (!Present || name != "nabto_client_api")
         return {nullptr, name, "there is none"};
-    }
     return {std::make_unique<TLibrary>(Nabto, Missing), name, {}};
 }
 

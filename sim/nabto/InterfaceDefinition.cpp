@@ -29,17 +29,15 @@ class TXmlReader {
     std::optional<TTag> Next() {
         while (true) {
             const std::size_t start = Rest.find('<');
-            if (start == std::string_view::npos) {
+            if (start == std::string_view::npos)
                 return std::nullopt;
-            }
             Rest.remove_prefix(start);
-            if (Rest.starts_with("<!--")) {
+            if (Rest.starts_with("<!--"))
                 SkipBehind("-->");
-            } else if (Rest.starts_with("<?") || Rest.starts_with("<!")) {
+            else if (Rest.starts_with("<?") || Rest.starts_with("<!"))
                 SkipBehind(">");
-            } else {
+            else
                 return ReadTag();
-            }
         }
     }
 
@@ -50,18 +48,16 @@ class TXmlReader {
 
     void SkipBehind(std::string_view end) {
         const std::size_t found = Rest.find(end);
-        if (found == std::string_view::npos) {
+        if (found == std::string_view::npos)
             Fail("unclosed \"" + std::string(Rest.substr(0, 20)) + "\"");
-        }
         Rest.remove_prefix(found + end.size());
     }
 
     void SkipBlanks() { Rest.remove_prefix(std::min(Rest.find_first_not_of(Blanks), Rest.size())); }
 
     bool Take(char character) {
-        if (Rest.empty() || Rest.front() != character) {
+        if (Rest.empty() || Rest.front() != character)
             return false;
-        }
         Rest.remove_prefix(1);
         return true;
     }
@@ -70,9 +66,8 @@ class TXmlReader {
         const std::size_t length = std::min(Rest.find_first_of(NameEnd), Rest.size());
         std::string name(Rest.substr(0, length));
         Rest.remove_prefix(length);
-        if (name.empty() || name.find_first_of("<\"'&") != std::string::npos) {
+        if (name.empty() || name.find_first_of("<\"'&") != std::string::npos)
             Fail("bad name \"" + name + "\"");
-        }
         return name;
     }
 
@@ -83,19 +78,16 @@ class TXmlReader {
         tag.Name = TakeName();
         while (true) {
             SkipBlanks();
-            if (Take('>')) {
+            if (Take('>'))
                 return tag;
-            }
             if (Take('/')) {
                 tag.SelfClosed = true;
-                if (tag.Closing || !Take('>')) {
+                if (tag.Closing || !Take('>'))
                     Fail("bad tag \"" + tag.Name + "\"");
-                }
                 return tag;
             }
-            if (Rest.empty()) {
+            if (Rest.empty())
                 Fail("unclosed tag \"" + tag.Name + "\"");
-            }
             ReadAttribute(tag);
         }
     }
@@ -107,9 +99,8 @@ class TXmlReader {
         SkipBlanks();
         const char quote = Rest.empty() ? '\0' : Rest.front();
         const std::size_t end = quote == '"' || quote == '\'' ? Rest.find(quote, 1) : std::string_view::npos;
-        if (!equals || end == std::string_view::npos) {
+        if (!equals || end == std::string_view::npos)
             Fail("attribute \"" + name + "\" of tag \"" + tag.Name + "\" has no quoted value");
-        }
         tag.Attributes[name] = std::string(Rest.substr(1, end - 1));
         Rest.remove_prefix(end + 1);
     }
@@ -127,18 +118,16 @@ TInterfaceDefinition::TInterfaceDefinition(std::string_view xml) {
     std::size_t membersDepth = 0;
     while (const std::optional<TTag> tag = reader.Next()) {
         if (tag->Closing) {
-            if (open.empty() || open.back() != tag->Name) {
+            if (open.empty() || open.back() != tag->Name)
                 throw TError("Interface definition refused: unexpected end of \"" + tag->Name + "\"");
-            }
             open.pop_back();
             members = open.size() < membersDepth ? nullptr : members;
             continue;
         }
         const auto name = tag->Attributes.find("name");
         if (tag->Name == "query") {
-            if (name == tag->Attributes.end()) {
+            if (name == tag->Attributes.end())
                 throw TError("Interface definition refused: a query without a name");
-            }
             query = &Queries[name->second];
             members = nullptr;
         } else if (query != nullptr && (tag->Name == "request" || tag->Name == "response")) {
@@ -147,16 +136,13 @@ TInterfaceDefinition::TInterfaceDefinition(std::string_view xml) {
         } else if (members != nullptr && open.size() == membersDepth && name != tag->Attributes.end()) {
             members->insert(name->second);
         }
-        if (!tag->SelfClosed) {
+        if (!tag->SelfClosed)
             open.push_back(tag->Name);
-        }
     }
-    if (!open.empty()) {
+    if (!open.empty())
         throw TError("Interface definition refused: \"" + open.back() + "\" is not closed");
-    }
-    if (Queries.empty()) {
+    if (Queries.empty())
         throw TError("Interface definition refused: it declares no query");
-    }
 }
 
 const TInterfaceDefinition::TQuery* TInterfaceDefinition::Find(std::string_view queryName) const {

@@ -40,9 +40,8 @@ std::vector<std::string> SplitWords(std::string_view text) {
     std::vector<std::string> words;
     while (true) {
         text = Trim(text);
-        if (text.empty()) {
+        if (text.empty())
             return words;
-        }
         const std::string_view word = text.substr(0, text.find_first_of(" \t"));
         words.emplace_back(word);
         text.remove_prefix(word.size());
@@ -51,19 +50,16 @@ std::vector<std::string> SplitWords(std::string_view text) {
 
 std::vector<std::string> SplitNames(std::string_view text) {
     std::vector<std::string> names;
-    for (const std::string_view piece : SplitStrictly(text, ',')) {
-        if (const std::string_view name = Trim(piece); !name.empty()) {
+    for (const std::string_view piece : SplitStrictly(text, ','))
+        if (const std::string_view name = Trim(piece); !name.empty())
             names.emplace_back(name);
-        }
-    }
     return names;
 }
 
 std::int32_t ParseInteger(std::string_view text) {
     const std::optional<std::int32_t> value = TryToInteger(text);
-    if (!value) {
+    if (!value)
         throw TError(Quoted(text) + " is no integer");
-    }
     return *value;
 }
 
@@ -81,23 +77,19 @@ std::size_t ParseCount(std::string_view text) {
 }
 
 double ParseReal(std::string_view text) {
-    if (const std::optional<std::int32_t> whole = TryToInteger(text)) {
+    if (const std::optional<std::int32_t> whole = TryToInteger(text))
         return ParseIntegerWithin(text, -32768, 65535);
-    }
     const std::optional<double> value = TryToFloat(text);
-    if (!value || !(*value >= -32768 && *value <= 65535)) {
+    if (!value || !(*value >= -32768 && *value <= 65535))
         throw TError(Quoted(text) + " is no number of 16 bits");
-    }
     return *value;
 }
 
 bool ParseYesNo(std::string_view text) {
-    if (SameText(text, "true")) {
+    if (SameText(text, "true"))
         return true;
-    }
-    if (SameText(text, "false")) {
+    if (SameText(text, "false"))
         return false;
-    }
     throw TError(Quoted(text) + " is neither true nor false");
 }
 
@@ -113,9 +105,8 @@ std::int64_t ParseTime(std::string_view text) {
         rest.remove_prefix(unit.size());
         const double factor = unit == "m" ? 60000 : unit == "s" ? 1000 : 1;
         const bool known = factor > 1 || unit == "ms" || unit.empty();
-        if (!number || !known || *number * factor > Most) {
+        if (!number || !known || *number * factor > Most)
             throw TError(Quoted(text) + " is no time such as 250ms, 10s or 2m30s");
-        }
         total += *number * factor;
     } while (!rest.empty());
     return std::llround(std::min(total, Most));

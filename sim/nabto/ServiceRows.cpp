@@ -38,34 +38,28 @@ void ParseImage(const std::string& number, const std::string& text, TImageStore:
     const std::int32_t address = ParseIntegerWithin(row.Head, ImagesBegin, ImagesEnd - 1);
     TImageSetup image;
     image.Address = static_cast<std::uint32_t>(address);
-    for (const TRowText::TOption& option : row.Options) {
-        if (option.Name == "room") {
+    for (const TRowText::TOption& option : row.Options)
+        if (option.Name == "room")
             image.Room = static_cast<std::uint32_t>(ParseIntegerWithin(option.Value, 1, ImagesEnd - address));
-        } else if (option.Name == "version") {
+        else if (option.Name == "version")
             image.Version = option.Value;
-        } else if (option.Name == "number") {
+        else if (option.Name == "number")
             image.Number = ParseInteger(option.Value);
-        } else {
+        else
             throw TError("unknown option \"" + option.Name + "\"");
-        }
-    }
-    if (image.Room == 0) {
+    if (image.Room == 0)
         throw TError("it has no option \"room\"");
-    }
-    for (const auto& [other, place] : images) {
+    for (const auto& [other, place] : images)
         if (other != file && image.Address < place.Address + place.Room &&
-            place.Address < image.Address + image.Room) {
+            place.Address < image.Address + image.Room)
             throw TError("its room overlaps that of image " + std::to_string(other));
-        }
-    }
     images[file] = image;
 }
 
 TRegisterAddress ParseSetpoint(const std::string& text) {
     const std::size_t slash = text.find('/');
-    if (slash == std::string::npos) {
+    if (slash == std::string::npos)
         return {0, ParseIntegerWithin(text, 0, MostAddress)};
-    }
     return {ParseIntegerWithin(text.substr(0, slash), 0, MostAddress),
             ParseIntegerWithin(text.substr(slash + 1), 0, MostAddress)};
 }
@@ -74,9 +68,8 @@ std::vector<TServiceSetup::TLogValue> ParseLogValues(const std::string& text) {
     std::vector<TServiceSetup::TLogValue> values;
     for (const std::string& name : SplitNames(text)) {
         const TValueRun run = ParsePlace(name);
-        for (std::int32_t i = 0; i < run.Count; ++i) {
+        for (std::int32_t i = 0; i < run.Count; ++i)
             values.push_back({run.Table, {run.First.Obj, run.First.Address + i}});
-        }
     }
     if (values.size() > TFlashRing::MostValues) {
         throw TError("a record has room for " + std::to_string(TFlashRing::MostValues) + " values, not " +
@@ -91,29 +84,28 @@ void ParseServiceRow(const std::string& key, const std::string& text, TServiceSe
     const auto* const time =
         std::find_if(TimeKeys.begin(), TimeKeys.end(),
                      [&key](const TTimeKey& candidate) { return SameText(key, candidate.Name); });
-    if (time != TimeKeys.end()) {
+    if (time != TimeKeys.end())
         setup.*time->Time = ParseTime(text);
-    } else if (constexpr std::string_view Image = "image "; LowerCase(key).starts_with(Image)) {
+    else if (constexpr std::string_view Image = "image "; LowerCase(key).starts_with(Image))
         ParseImage(key.substr(Image.size()), text, setup.Images);
-    } else if (SameText(key, "CrcResult")) {
+    else if (SameText(key, "CrcResult"))
         setup.CrcResult = ParseSetpoint(text);
-    } else if (SameText(key, "LogValues")) {
+    else if (SameText(key, "LogValues"))
         setup.LogValues = ParseLogValues(text);
-    } else if (SameText(key, "LogBlock")) {
+    else if (SameText(key, "LogBlock"))
         setup.LogBlock = ParseIntegerWithin(text, 0, MostWord);
-    } else if (SameText(key, "LogInUse")) {
+    else if (SameText(key, "LogInUse"))
         setup.LogInUse = ParseIntegerWithin(text, 0, MostWord);
-    } else if (SameText(key, "LogCounters")) {
+    else if (SameText(key, "LogCounters"))
         setup.Eeprom.LogCounters = ParseIntegerWithin(text, 0, MostWord);
-    } else if (SameText(key, "ErrorLog")) {
+    else if (SameText(key, "ErrorLog"))
         setup.Eeprom.ErrorLog = ParseIntegerWithin(text, 0, MostWord);
-    } else if (SameText(key, "ErrorEvents")) {
+    else if (SameText(key, "ErrorEvents"))
         setup.Eeprom.ErrorEvents = ParseIntegerWithin(text, 0, 100);
-    } else if (SameText(key, "EepromSize")) {
+    else if (SameText(key, "EepromSize"))
         setup.Eeprom.Size = ParseIntegerWithin(text, 0, MostWord + 1);
-    } else {
+    else
         throw TError("unknown key");
-    }
 }
 
 } // namespace tidewell

@@ -13,12 +13,9 @@ using namespace tidewell;
 class TLoadedLibrary {
   public:
     TLoadedLibrary() : Nabto(Files, Time) {
-        if (const char* path = std::getenv("TIDEWELL_SIMULATION")) {
+        if (const char* path = std::getenv("TIDEWELL_SIMULATION"))
             Nabto.SimulationFile = path;
-        }
-        Nabto.OnReport = [](const std::string& line) {
-            std::fprintf(stderr, "%s\n", line.c_str());
-        };
+        Nabto.OnReport = [](const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); };
         BindEntryPoints(&Nabto);
     }
     ~TLoadedLibrary() { BindEntryPoints(nullptr); }

@@ -19,11 +19,9 @@ constexpr std::size_t IdLength = 12;
 // A library encrypts; here it is enough that the profile tells one password from another.
 std::string ProfileText(std::string_view email, std::string_view password) {
     std::uint64_t hash = 0xCBF29CE484222325ULL;
-    for (const std::string_view part : {email, std::string_view("\n"), password}) {
-        for (const char character : part) {
+    for (const std::string_view part : {email, std::string_view("\n"), password})
+        for (const char character : part)
             hash = (hash ^ static_cast<unsigned char>(character)) * 0x100000001B3ULL;
-        }
-    }
     return "simulated profile " + std::to_string(hash) + "\n";
 }
 
@@ -86,9 +84,8 @@ void TSimulatedNabto::Take(const TSimulation& simulation) {
         if (found == Controllers.end()) {
             Controllers.push_back(std::make_unique<TController>(setup));
             found = std::prev(Controllers.end());
-            for (const TValueRun& run : setup.Values) {
+            for (const TValueRun& run : setup.Values)
                 (*found)->Device.Values.Add(run);
-            }
             (*found)->Device.Service.SetClock(Time.LocalMinutes() - NowMs() / 60000);
         }
         TController& controller = **found;
@@ -96,9 +93,8 @@ void TSimulatedNabto::Take(const TSimulation& simulation) {
         controller.Device.WriteStatus = setup.WriteStatus;
         controller.Device.StreamPiece = setup.StreamPiece;
         controller.Device.Faults.Replace(setup.Faults);
-        if (setup.Service) {
+        if (setup.Service)
             controller.Device.Service.Configure(*setup.Service, controller.Device.Values);
-        }
     }
     Setup = simulation;
     Setup.Controllers.clear();
@@ -106,11 +102,9 @@ void TSimulatedNabto::Take(const TSimulation& simulation) {
 }
 
 TSimulatedController* TSimulatedNabto::FindController(std::string_view nameOrId) {
-    for (const auto& controller : Controllers) {
-        if (controller->Setup.Name == nameOrId || controller->Setup.Id == nameOrId) {
+    for (const auto& controller : Controllers)
+        if (controller->Setup.Name == nameOrId || controller->Setup.Id == nameOrId)
             return &controller->Device;
-        }
-    }
     return nullptr;
 }
 
@@ -120,9 +114,8 @@ void TSimulatedNabto::AddLibraryFault(const TLibraryFault& fault) {
 
 void TSimulatedNabto::SetLibraryFaults(const std::vector<TLibraryFault>& faults) {
     LibraryFaults.clear();
-    for (const TLibraryFault& fault : faults) {
+    for (const TLibraryFault& fault : faults)
         AddLibraryFault(fault);
-    }
 }
 
 std::int64_t TSimulatedNabto::NowMs() const {
@@ -130,9 +123,8 @@ std::int64_t TSimulatedNabto::NowMs() const {
 }
 
 void TSimulatedNabto::Report(const std::string& line) const {
-    if (OnReport) {
+    if (OnReport)
         OnReport(line);
-    }
 }
 
 void TSimulatedNabto::WaitAnswerTimeout() {
@@ -143,14 +135,11 @@ std::optional<TNabtoStatus> TSimulatedNabto::Prevented(std::string_view function
     Refresh();
     TOccasion occasion;
     occasion.NowMs = NowMs();
-    for (TArmedLibraryFault& armed : LibraryFaults) {
-        if (armed.Fault.Function == function && armed.Counter.Strikes(occasion)) {
+    for (TArmedLibraryFault& armed : LibraryFaults)
+        if (armed.Fault.Function == function && armed.Counter.Strikes(occasion))
             return static_cast<TNabtoStatus>(armed.Fault.Status);
-        }
-    }
-    if (needsStartup && !Started) {
+    if (needsStartup && !Started)
         return NABTO_API_NOT_INITIALIZED;
-    }
     return std::nullopt;
 }
 
@@ -175,15 +164,13 @@ TNabtoStatus TSimulatedNabto::ReadFile() {
 }
 
 void TSimulatedNabto::Refresh() {
-    if (FileInUse.empty() || NowMs() - LastLookMs < LookIntervalMs) {
+    if (FileInUse.empty() || NowMs() - LastLookMs < LookIntervalMs)
         return;
-    }
     LastLookMs = NowMs();
     try {
         std::string bytes = Files.Read(FileInUse);
-        if (bytes == FileBytes) {
+        if (bytes == FileBytes)
             return;
-        }
         FileBytes = std::move(bytes);
     } catch (const EInOutError&) {
         return; // an editor may be replacing it
@@ -196,27 +183,23 @@ void TSimulatedNabto::Refresh() {
 }
 
 TNabtoStatus TSimulatedNabto::Startup(const std::filesystem::path& home) {
-    if (!Epoch) {
+    if (!Epoch)
         Epoch = Time.NowMs();
-    }
     if (!Configured) {
         Home = home;
-        if (const TNabtoStatus status = ReadFile(); status != NABTO_OK) {
+        if (const TNabtoStatus status = ReadFile(); status != NABTO_OK)
             return status;
-        }
     }
-    if (const auto prevented = Prevented("nabtoStartup", false)) {
+    if (const auto prevented = Prevented("nabtoStartup", false))
         return *prevented;
-    }
     Home = home;
     Started = true;
     return NABTO_OK;
 }
 
 TNabtoStatus TSimulatedNabto::Shutdown() {
-    if (const auto prevented = Prevented("nabtoShutdown", false)) {
+    if (const auto prevented = Prevented("nabtoShutdown", false))
         return *prevented;
-    }
     Streams.clear();
     Sessions.clear();
     Started = false;
@@ -229,19 +212,15 @@ std::filesystem::path TSimulatedNabto::ProfilePath(const std::string& email) con
 
 TNabtoStatus TSimulatedNabto::OpenSession(const std::string& email, const std::string& password,
                                           void*& session) {
-    if (const auto prevented = Prevented("nabtoOpenSession")) {
+    if (const auto prevented = Prevented("nabtoOpenSession"))
         return *prevented;
-    }
-    if (!IsFileName(email)) {
+    if (!IsFileName(email))
         return NABTO_ILLEGAL_PARAMETER;
-    }
-    if (!Files.FileExists(ProfilePath(email))) {
+    if (!Files.FileExists(ProfilePath(email)))
         return NABTO_NO_PROFILE;
-    }
     try {
-        if (Files.Read(ProfilePath(email)) != ProfileText(email, password)) {
+        if (Files.Read(ProfilePath(email)) != ProfileText(email, password))
             return NABTO_UNLOCK_PK_FAILED;
-        }
     } catch (const EInOutError&) {
         return NABTO_OPEN_CERT_OR_PK_FAILED;
     }
@@ -251,31 +230,26 @@ TNabtoStatus TSimulatedNabto::OpenSession(const std::string& email, const std::s
 }
 
 TNabtoStatus TSimulatedNabto::CloseSession(const void* session) {
-    if (const auto prevented = Prevented("nabtoCloseSession", false)) {
+    if (const auto prevented = Prevented("nabtoCloseSession", false))
         return *prevented;
-    }
-    if (session == nullptr) {
+    if (session == nullptr)
         return NABTO_OK; // a program that never opened one closes it all the same
-    }
-    if (FindSession(session) == nullptr) {
+    if (FindSession(session) == nullptr)
         return NABTO_INVALID_SESSION;
-    }
-    std::erase_if(Streams, [session](const auto& stream) { return stream->Session == session; });
+    std::erase_if(
+        Streams, [session](const auto& stream) { return stream->Session == session; });
     std::erase_if(Sessions, [session](const auto& entry) { return entry.get() == session; });
     return NABTO_OK;
 }
 
 TNabtoStatus TSimulatedNabto::CreateProfile(const std::string& email, const std::string& password) {
-    if (const auto prevented = Prevented("nabtoCreateProfile")) {
+    if (const auto prevented = Prevented("nabtoCreateProfile"))
         return *prevented;
-    }
-    if (!IsFileName(email)) {
+    if (!IsFileName(email))
         return NABTO_ILLEGAL_PARAMETER;
-    }
     const auto user = Setup.Users.find(email);
-    if (!Setup.AnyUser && (user == Setup.Users.end() || user->second != password)) {
+    if (!Setup.AnyUser && (user == Setup.Users.end() || user->second != password))
         return NABTO_PORTAL_LOGIN_FAILURE;
-    }
     try {
         Files.CreateDirectories(Home / "users");
         const std::unique_ptr<IFileWriter> writer = Files.Replace(ProfilePath(email));
@@ -319,9 +293,8 @@ TNabtoStatus TSimulatedNabto::RpcSetDefaultInterface(const void* session, std::s
         return *prevented;
     }
     TSession* const found = FindSession(session);
-    if (found == nullptr) {
+    if (found == nullptr)
         return NABTO_INVALID_SESSION;
-    }
     try {
         found->Interface = TInterfaceDefinition(definition); // a refused one leaves the old one
         return NABTO_OK;
@@ -335,29 +308,24 @@ std::optional<std::string> TSimulatedNabto::Refusal(const TSession& session, con
                                                     std::string_view requestJson) {
     const TInterfaceDefinition::TQuery* const query =
         session.Interface ? session.Interface->Find(queryName) : nullptr;
-    if (query == nullptr) {
+    if (query == nullptr)
         return "the interface definition in force has no query " + queryName;
-    }
-    if (const auto name = UndeclaredMember(*query, requestJson)) {
+    if (const auto name = UndeclaredMember(*query, requestJson))
         return "query " + queryName + " has no request member " + *name;
-    }
     return std::nullopt;
 }
 
 TNabtoStatus TSimulatedNabto::RpcInvoke(const void* session, std::string_view url,
                                         std::optional<std::string>& response) {
-    if (const auto prevented = Prevented("nabtoRpcInvoke")) {
+    if (const auto prevented = Prevented("nabtoRpcInvoke"))
         return *prevented;
-    }
     EndSessionsIfDue();
     const TSession* const found = FindSession(session);
-    if (found == nullptr) {
+    if (found == nullptr)
         return NABTO_INVALID_SESSION;
-    }
     const std::optional<TNabtoUrl> parts = SplitUrl(url);
-    if (!parts) {
+    if (!parts)
         return NABTO_INVALID_RESOURCE;
-    }
     const std::string queryName(parts->Query);
     if (const std::optional<std::string> refusal = Refusal(*found, queryName, parts->Json)) {
         response = ErrorReply(*refusal);
@@ -383,40 +351,33 @@ TNabtoStatus TSimulatedNabto::Ask(const TSession& session, TController& controll
         WaitAnswerTimeout();
         return NABTO_CONNECT_TO_HOST_FAILED;
     }
-    if (reply.DelayMs > 0) {
+    if (reply.DelayMs > 0)
         Time.Sleep(reply.DelayMs);
-    }
     const TInterfaceDefinition::TQuery* const query = session.Interface->Find(queryName);
     response = Declared(*query, std::move(reply.Text));
     return NABTO_OK;
 }
 
 TNabtoStatus TSimulatedNabto::GetLocalDevices(std::vector<std::string>& ids) {
-    if (const auto prevented = Prevented("nabtoGetLocalDevices")) {
+    if (const auto prevented = Prevented("nabtoGetLocalDevices"))
         return *prevented;
-    }
-    for (const auto& controller : Controllers) {
-        if (controller->Setup.Local) {
+    for (const auto& controller : Controllers)
+        if (controller->Setup.Local)
             ids.push_back(controller->Setup.Id);
-        }
-    }
     return NABTO_OK;
 }
 
 void TSimulatedNabto::Free(const void* memory) {
-    if (!Memory.Free(memory)) {
+    if (!Memory.Free(memory))
         Report("nabtoFree: memory that the library did not give out, or that was freed before");
-    }
 }
 
 TNabtoStatus TSimulatedNabto::StreamOpen(const void* session, std::string_view device, void*& stream) {
-    if (const auto prevented = Prevented("nabtoStreamOpen")) {
+    if (const auto prevented = Prevented("nabtoStreamOpen"))
         return *prevented;
-    }
     const TSession* const found = FindSession(session);
-    if (found == nullptr) {
+    if (found == nullptr)
         return NABTO_INVALID_SESSION;
-    }
     TController* const controller = Reach(device);
     if (controller == nullptr || !controller->Accepts(found->Email) ||
         !controller->Device.OpenStream(NowMs())) {
@@ -429,49 +390,41 @@ TNabtoStatus TSimulatedNabto::StreamOpen(const void* session, std::string_view d
 }
 
 TNabtoStatus TSimulatedNabto::StreamClose(const void* stream) {
-    if (const auto prevented = Prevented("nabtoStreamClose")) {
+    if (const auto prevented = Prevented("nabtoStreamClose"))
         return *prevented;
-    }
     const std::size_t closed =
         std::erase_if(Streams, [stream](const auto& entry) { return entry.get() == stream; });
     return closed == 1 ? NABTO_OK : NABTO_INVALID_STREAM;
 }
 
 TNabtoStatus TSimulatedNabto::StreamRead(const void* stream, std::size_t capacity, std::string& bytes) {
-    if (const auto prevented = Prevented("nabtoStreamReadIntoBuf")) {
+    if (const auto prevented = Prevented("nabtoStreamReadIntoBuf"))
         return *prevented;
-    }
     const TStream* const found = FindStream(stream);
-    if (found == nullptr) {
+    if (found == nullptr)
         return NABTO_INVALID_STREAM;
-    }
     TStreamPiece piece = found->Controller->Device.ReadStream(capacity, NowMs());
-    if (piece.DelayMs > 0) {
+    if (piece.DelayMs > 0)
         Time.Sleep(piece.DelayMs);
-    }
     if (piece.Outcome == EStreamOutcome::Silent) {
         WaitAnswerTimeout();
         return NABTO_STREAM_CLOSED;
     }
-    if (piece.Outcome == EStreamOutcome::Closed) {
+    if (piece.Outcome == EStreamOutcome::Closed)
         return NABTO_STREAM_CLOSED;
-    }
     bytes = std::move(piece.Bytes);
     return NABTO_OK;
 }
 
 TNabtoStatus TSimulatedNabto::StreamWrite(const void* stream, std::string_view bytes) {
-    if (const auto prevented = Prevented("nabtoStreamWrite")) {
+    if (const auto prevented = Prevented("nabtoStreamWrite"))
         return *prevented;
-    }
     const TStream* const found = FindStream(stream);
-    if (found == nullptr) {
+    if (found == nullptr)
         return NABTO_INVALID_STREAM;
-    }
     const TStreamPiece piece = found->Controller->Device.WriteStream(bytes, NowMs());
-    if (piece.DelayMs > 0) {
+    if (piece.DelayMs > 0)
         Time.Sleep(piece.DelayMs);
-    }
     switch (piece.Outcome) {
     case EStreamOutcome::Done:
         return NABTO_OK;

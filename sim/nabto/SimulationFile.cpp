@@ -23,9 +23,8 @@ constexpr std::int32_t MostCopies = 1000;
 void Append(std::vector<TControllerSetup>& controllers, TControllerSetup setup) {
     const bool taken = std::any_of(controllers.begin(), controllers.end(),
                                    [&](const TControllerSetup& other) { return other.Id == setup.Id; });
-    if (taken) {
+    if (taken)
         throw TError("another controller has the id " + setup.Id);
-    }
     controllers.push_back(std::move(setup));
 }
 
@@ -33,9 +32,8 @@ void Append(std::vector<TControllerSetup>& controllers, TControllerSetup setup) 
 std::string IdBehind(const std::string& id, std::int32_t steps) {
     std::string next = id;
     for (std::int64_t rest = steps, place = static_cast<std::int64_t>(id.size()) - 1; rest > 0; --place) {
-        if (place < 0) {
+        if (place < 0)
             throw TError("there are no " + std::to_string(steps) + " ids behind " + id);
-        }
         char& digit = next[static_cast<std::size_t>(place)];
         rest += digit - '0';
         digit = static_cast<char>('0' + rest % 10);
@@ -83,11 +81,9 @@ void TReader::EachRow(const std::string& section, const std::function<void(const
 }
 
 void TReader::CheckSections() const {
-    for (const std::string& name : Ini.SectionNames()) {
-        if (!Known.contains(LowerCase(name))) {
+    for (const std::string& name : Ini.SectionNames())
+        if (!Known.contains(LowerCase(name)))
             throw TError(ShownPath + ": section \"" + name + "\" belongs to nothing");
-        }
-    }
 }
 
 bool TReader::ReadIdentity(const TRow& row, TIdentity& identity) const {
@@ -110,9 +106,8 @@ TControllerSetup TReader::ReadController(const std::string& name) {
     EachRow(section, [&](const TRow& row) {
         if (SameText(row.Name, "Id")) {
             const bool digits = row.Value.find_first_not_of("0123456789") == std::string::npos;
-            if (!digits || row.Value.size() != 12) {
+            if (!digits || row.Value.size() != 12)
                 throw TError("\"" + row.Value + "\" is no id of 12 digits");
-            }
             setup.Id = row.Value;
         } else if (SameText(row.Name, "Local")) {
             setup.Local = ParseYesNo(row.Value);
@@ -134,15 +129,13 @@ TControllerSetup TReader::ReadController(const std::string& name) {
             throw TError("unknown key");
         }
     });
-    if (setup.Id.empty()) {
+    if (setup.Id.empty())
         Fail(section, "Id", "it is missing");
-    }
     for (const char* needed : {"Model", "Devicenumber"}) {
         const bool present = std::any_of(setup.Identity.begin(), setup.Identity.end(),
                                          [&](const auto& member) { return member.first == needed; });
-        if (!present) {
+        if (!present)
             Fail(section, needed, "it is missing");
-        }
     }
     EachRow("Values " + values,
             [&](const TRow& row) { setup.Values.push_back(ParseValueRow(row.Name, row.Value)); });
@@ -153,15 +146,13 @@ TControllerSetup TReader::ReadController(const std::string& name) {
 
 void TReader::ReadService(const std::string& name, TControllerSetup& setup) {
     const std::string section = "Service " + name;
-    if (!Ini.SectionExists(section)) {
+    if (!Ini.SectionExists(section))
         return;
-    }
     TServiceSetup& service = setup.Service.emplace();
     EachRow(section, [&](const TRow& row) { ParseServiceRow(row.Name, row.Value, service); });
     TRegisterBank bank;
-    for (const TValueRun& run : setup.Values) {
+    for (const TValueRun& run : setup.Values)
         bank.Add(run);
-    }
     for (const TServiceSetup::TLogValue& value : service.LogValues) {
         if (!bank.Motion(value.Table, value.At)) {
             Fail(section, "LogValues",
@@ -177,21 +168,20 @@ TSimulation TReader::Read(std::string_view bytes) {
     TSimulation simulation;
     std::vector<std::string> names;
     EachRow("Simulation", [&](const TRow& row) {
-        if (SameText(row.Name, "Controllers")) {
+        if (SameText(row.Name, "Controllers"))
             names = SplitNames(row.Value);
-        } else if (SameText(row.Name, "Domain")) {
+        else if (SameText(row.Name, "Domain"))
             simulation.Domain = row.Value;
-        } else if (SameText(row.Name, "AnswerTimeout")) {
+        else if (SameText(row.Name, "AnswerTimeout"))
             simulation.AnswerTimeoutMs = ParseTime(row.Value);
-        } else {
+        else
             throw TError("unknown key");
-        }
     });
-    if (names.empty()) {
+    if (names.empty())
         Fail("Simulation", "Controllers", "it names no controller");
-    }
     simulation.AnyUser = !Ini.SectionExists("Users");
-    EachRow("Users", [&](const TRow& row) { simulation.Users[row.Name] = row.Value; });
+    EachRow(
+        "Users", [&](const TRow& row) { simulation.Users[row.Name] = row.Value; });
     EachRow("Library", [&](const TRow& row) {
         simulation.LibraryFaults.push_back(ParseLibraryRow(row.Name, row.Value));
     });

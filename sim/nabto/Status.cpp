@@ -50,11 +50,9 @@ const char* StatusText(std::uint8_t status) {
 }
 
 std::optional<TNabtoStatus> StatusByName(std::string_view name) {
-    for (std::size_t i = 0; i < Rows.size(); ++i) {
-        if (Rows[i].Name == name) {
+    for (std::size_t i = 0; i < Rows.size(); ++i)
+        if (Rows[i].Name == name)
             return static_cast<TNabtoStatus>(i);
-        }
-    }
     return std::nullopt;
 }
 

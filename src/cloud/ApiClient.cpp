@@ -46,47 +46,40 @@ nlohmann::json ParseObject(const std::string& body) {
     } catch (const nlohmann::json::parse_error& error) {
         throw TError("the reply is no JSON, error at byte " + std::to_string(error.byte));
     }
-    if (!json.is_object()) {
+    if (!json.is_object())
         throw TError("the reply is no JSON object");
-    }
     return json;
 }
 
 bool FlagValue(const nlohmann::json& member, std::size_t index) {
-    if (member.is_boolean()) {
+    if (member.is_boolean())
         return member.get<bool>();
-    }
-    if (member.is_string()) {
+    if (member.is_string())
         return member.get_ref<const std::string&>() == "true";
-    }
-    if (member.is_number()) {
+    if (member.is_number())
         return member.get<double>() != 0.0;
-    }
     throw TError("member " + std::to_string(index) + " of PermissionFlags is no boolean");
 }
 
 std::array<bool, TApiClient::PermissionCount> ParsePermissions(const std::string& body) {
     const nlohmann::json json = ParseObject(body);
     const auto flags = json.find("PermissionFlags");
-    if (flags == json.end() || !flags->is_array()) {
+    if (flags == json.end() || !flags->is_array())
         throw TError("the reply has no array PermissionFlags");
-    }
     std::array<bool, TApiClient::PermissionCount> result{};
     if (flags->size() < result.size()) {
         throw TError("PermissionFlags has " + std::to_string(flags->size()) + " members instead of " +
                      std::to_string(result.size()));
     }
-    for (std::size_t index = 0; index < result.size(); ++index) {
+    for (std::size_t index = 0; index < result.size(); ++index)
         result[index] = FlagValue((*flags)[index], index);
-    }
     return result;
 }
 
 std::string TextMember(const nlohmann::json& json, const char* name) {
     const auto member = json.find(name);
-    if (member == json.end() || !member->is_string()) {
+    if (member == json.end() || !member->is_string())
         throw TError(std::string("the reply has no text ") + name);
-    }
     return member->get<std::string>();
 }
 
@@ -118,41 +111,36 @@ TApiClient::TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& addr
       BaseUrl("https://" + address.Host + ":" + std::to_string(address.Port) + "/api/v1.2") {}
 
 THttpReply TApiClient::Exchange(const THttpRequest& request) {
-    if (!HostKnown) {
+    if (!HostKnown)
         return NoReply("key ApiHost in section [Cloud] of the system file is missing or empty");
-    }
     const TWaitCursor busy(Dialogs); // a server that is slow to answer holds the screen
     return Http.Exchange(request);
 }
 
 THttpReply TApiClient::Call(const std::string& method, const std::string& url, const std::string& body,
                             bool authorize, std::chrono::milliseconds limit) {
-    if (MayCall && !MayCall()) {
+    if (MayCall && !MayCall())
         return NoReply("the program is closed");
-    }
     THttpRequest request{
         method, url, {{"Accept", "application/json"}, {"Content-Type", "application/json"}}, body};
     request.ConnectTimeout = std::min(request.ConnectTimeout, limit);
     request.WholeTimeout = limit;
-    if (authorize) {
+    if (authorize)
         request.Headers.emplace_back("Authorization", token);
-    }
     THttpReply reply = Exchange(request);
     LastFailure = reply.Code == 200 ? std::string() : RaisedText(reply);
     if (reply.Code < 0) {
         debugLines.push_back("No connection: " + reply.Error);
-        if (OnNoConnection) {
+        if (OnNoConnection)
             OnNoConnection(reply.Error);
-        }
     }
     return reply;
 }
 
 int TApiClient::Login(const std::string& username, const std::string& password) {
     _isLoggedIn = false;
-    if (TokenUser != username) {
+    if (TokenUser != username)
         token.clear();
-    }
     TokenUser = username;
     try {
         const std::string body =
@@ -186,9 +174,8 @@ int TApiClient::LoginReply(const THttpReply& reply) {
     }
     // The rights of a former login must not outlive it.
     permissions.fill(false);
-    if (!reply.Body.empty()) {
+    if (!reply.Body.empty())
         permissions = ParsePermissions(reply.Body);
-    }
     if (!CanUseDatalogger()) {
         token.clear();
         return -3;
@@ -196,9 +183,8 @@ int TApiClient::LoginReply(const THttpReply& reply) {
     token = reply.Header("Authorization");
     if (token.empty()) {
         debugLines.emplace_back("ERROR: The reply of the login has no token.");
-        if (OnNoToken) {
+        if (OnNoToken)
             OnNoToken();
-        }
     }
     _isLoggedIn = true;
     return 0;
@@ -212,9 +198,8 @@ int TApiClient::Logout() {
         const THttpReply reply = Call("POST", BaseUrl + "/logout", {}, true);
         if (Raised(reply)) {
             const bool notLoggedIn = reply.Code == 401;
-            if (notLoggedIn) {
+            if (notLoggedIn)
                 debugLines.emplace_back("UNORTHORIZED: Not logged in.");
-            }
             debugLines.push_back(RefusedLine(reply) + ExceptionPart(reply));
             return notLoggedIn ? -3 : -1;
         }
@@ -235,9 +220,8 @@ int TApiClient::GetNabtoUserInfo(const std::string& deviceID, TCredentials& cred
 
 int TApiClient::BeginOfflineSession() {
     const int result = FetchIdentity("/Nabtouser", _creds);
-    if (result == 0) {
+    if (result == 0)
         _isLocalSession = true;
-    }
     return result;
 }
 
@@ -248,9 +232,8 @@ int TApiClient::FetchIdentity(const std::string& path, TCredentials& credentials
         reply = Call("GET", BaseUrl + path, {}, true);
         if (Raised(reply)) {
             const bool notLoggedIn = reply.Code == 401;
-            if (notLoggedIn) {
+            if (notLoggedIn)
                 debugLines.emplace_back("UNORTHORIZED: Not logged in.");
-            }
             debugLines.push_back(RefusedLine(reply) + ExceptionPart(reply));
             return notLoggedIn ? -3 : -1;
         }
@@ -276,9 +259,8 @@ int TApiClient::FetchIdentity(const std::string& path, TCredentials& credentials
 }
 
 int TApiClient::GetOfflineSessionCredentials(TCredentials& credentials) const {
-    if (!_isLocalSession) {
+    if (!_isLocalSession)
         return -1;
-    }
     credentials = _creds;
     return 0;
 }
@@ -289,9 +271,8 @@ int TApiClient::KeepAlive() {
         const THttpReply reply = Call("POST", BaseUrl + "/keepAlive", {}, true, KeepAliveLimit);
         if (Raised(reply)) {
             const bool notLoggedIn = reply.Code == 401;
-            if (notLoggedIn) {
+            if (notLoggedIn)
                 debugLines.emplace_back("UNAUTHORIZED: Not logged in.");
-            }
             debugLines.push_back("ERROR: Request failed with Errorcode: " + CodeText(reply) +
                                  ExceptionPart(reply));
             return notLoggedIn ? -3 : -1;
@@ -301,9 +282,8 @@ int TApiClient::KeepAlive() {
             return -1;
         }
         // A server that does not roll the token sends none; the one held is then still good.
-        if (const std::string rolled = reply.Header("Authorization"); !rolled.empty()) {
+        if (const std::string rolled = reply.Header("Authorization"); !rolled.empty())
             token = rolled;
-        }
         return 0;
     } catch (const std::exception& error) {
         debugLines.push_back(std::string("ERROR in login: Unable to call the API. Reason: ") + error.what());
@@ -312,9 +292,8 @@ int TApiClient::KeepAlive() {
 }
 
 void TApiClient::SetAccessToken(const std::string& jwt) {
-    if (Trim(jwt).empty()) {
+    if (Trim(jwt).empty())
         return;
-    }
     token = "Bearer " + jwt;
     TokenUser.clear();
     _isLoggedIn = true;

@@ -31,23 +31,26 @@ class TReplyCollector {
     bool TooLarge() const { return Overflow; }
 
     bool AddBody(std::string_view bytes) noexcept {
-        return Guarded(bytes.size(), [&] { Reply.Body.append(bytes); });
+        return Guarded(
+            bytes.size(), [&] { Reply.Body.append(bytes); });
     }
 
     // One header line, its line end included. A status line begins anew: what came before belonged to an
     // interim reply.
     bool AddHeader(std::string_view line) noexcept {
-        return Guarded(line.size(), [&] {
-            const std::string_view text = Trim(line);
-            if (line.starts_with("HTTP/")) {
-                Reply.Reason = text;
-                Reply.Headers.clear();
-            } else if ((line.starts_with(' ') || line.starts_with('\t')) && !Reply.Headers.empty()) {
-                Reply.Headers.back().second.append(" ").append(text);
-            } else if (const std::size_t colon = text.find(':'); colon != std::string_view::npos) {
-                Reply.Headers.emplace_back(Trim(text.substr(0, colon)), Trim(text.substr(colon + 1)));
-            }
-        });
+        return Guarded(
+            line.size(),
+            [&] {
+                const std::string_view text = Trim(line);
+                if (line.starts_with("HTTP/")) {
+                    Reply.Reason = text;
+                    Reply.Headers.clear();
+                } else if ((line.starts_with(' ') || line.starts_with('\t')) && !Reply.Headers.empty()) {
+                    Reply.Headers.back().second.append(" ").append(text);
+                } else if (const std::size_t colon = text.find(':'); colon != std::string_view::npos) {
+                    Reply.Headers.emplace_back(Trim(text.substr(0, colon)), Trim(text.substr(colon + 1)));
+                }
+            });
     }
 
   private:
@@ -89,9 +92,8 @@ class TCurl {
 
     template <typename TValue>
     void Set(CURLoption option, TValue value) {
-        if (Failed == CURLE_OK) {
+        if (Failed == CURLE_OK)
             Failed = curl_easy_setopt(Handle.get(), option, value);
-        }
     }
 
     void AddHeader(const std::string& name, const std::string& value) {
@@ -139,9 +141,8 @@ std::string HostOf(const std::string& url) {
     const std::unique_ptr<CURLU, TCurlFree> parts(curl_url());
     char* text = nullptr;
     if (!parts || curl_url_set(parts.get(), CURLUPART_URL, url.c_str(), 0) != CURLUE_OK ||
-        curl_url_get(parts.get(), CURLUPART_HOST, &text, 0) != CURLUE_OK) {
+        curl_url_get(parts.get(), CURLUPART_HOST, &text, 0) != CURLUE_OK)
         return {};
-    }
     const std::unique_ptr<char, TCurlFree> host(text);
     return host.get();
 }
@@ -154,10 +155,12 @@ bool IsLoopback(const std::string& url) {
 
 // A line break in a header's value would let the value add headers of its own.
 bool HasControlCharacter(std::string_view text) {
-    return std::any_of(text.begin(), text.end(), [](char character) {
-        const auto code = static_cast<unsigned char>(character);
-        return code < 32 || code == 127;
-    });
+    return std::any_of(
+        text.begin(), text.end(),
+        [](char character) {
+            const auto code = static_cast<unsigned char>(character);
+            return code < 32 || code == 127;
+        });
 }
 
 void SetSecurity(TCurl& curl, const TCurlSettings& settings, const std::string& url) {
@@ -170,16 +173,14 @@ void SetSecurity(TCurl& curl, const TCurlSettings& settings, const std::string& 
         curl.Set(CURLOPT_CAINFO, settings.CaFile.c_str());
         curl.Set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
     }
-    if (IsLoopback(url)) {
+    if (IsLoopback(url))
         curl.Set(CURLOPT_PROXY, "");
-    }
 }
 
 std::string Explain(CURLcode code, const TCurl& curl, const TReplyCollector& collector,
                     const TCurlSettings& settings, const std::string& url) {
-    if (collector.TooLarge()) {
+    if (collector.TooLarge())
         return "The reply is larger than " + std::to_string(settings.MaxReplySize) + " bytes";
-    }
     const std::string store = settings.CaFile.empty() ? "the system's trust store"
                                                       : "the CA file \"" + settings.CaFile.string() + "\"";
     switch (code) {
@@ -201,13 +202,11 @@ THttpReply NoReply(std::string why) {
 }
 
 THttpReply Run(const THttpRequest& request, const TCurlSettings& settings) {
-    if (!LibraryReady()) {
+    if (!LibraryReady())
         return NoReply("The HTTPS library could not be started");
-    }
     TCurl curl;
-    if (!curl) {
+    if (!curl)
         return NoReply("The HTTPS library gives no handle");
-    }
     THttpReply reply;
     TReplyCollector collector(reply, settings.MaxReplySize);
     SetSecurity(curl, settings, request.Url);
@@ -228,15 +227,13 @@ THttpReply Run(const THttpRequest& request, const TCurlSettings& settings) {
         curl.Set(CURLOPT_POSTFIELDS, request.Body.c_str());
     }
     for (const auto& [name, value] : request.Headers) {
-        if (HasControlCharacter(name) || HasControlCharacter(value)) {
+        if (HasControlCharacter(name) || HasControlCharacter(value))
             return NoReply("The header " + name + " has a control character in it");
-        }
         curl.AddHeader(name, value);
     }
     const CURLcode code = curl.Perform();
-    if (code != CURLE_OK) {
+    if (code != CURLE_OK)
         return NoReply(Explain(code, curl, collector, settings, request.Url));
-    }
     reply.Code = curl.ResponseCode();
     return reply;
 }
@@ -247,9 +244,8 @@ TCurlHttp::TCurlHttp(TCurlSettings settings) : Settings(std::move(settings)) {}
 
 THttpReply TCurlHttp::Exchange(const THttpRequest& request) {
     try {
-        if (request.Method != "GET" && request.Method != "POST") {
+        if (request.Method != "GET" && request.Method != "POST")
             return NoReply("The method " + request.Method + " is not supported");
-        }
         return Run(request, Settings);
     } catch (const std::exception& error) {
         return NoReply(error.what());

@@ -24,15 +24,9 @@ TNabtoLogOn::TNabtoLogOn(ILibraryLoader& libraries, IProcess& process, IDialogs&
     offLineSessionCheckBox.SetHint("Check this box if you want to be able to work with local device while "
                                    "the PC is not connected to the "
                                    "internet. This will prevent access to any non-local devices.");
-    ButOk.OnClick = [this] {
-        ButOkClick();
-    };
-    ButCancel.OnClick = [this] {
-        SetModalResult(EModalResult::Cancel);
-    };
-    EditPW.OnReturn = [this] {
-        EditPWKeyDown(EKey::Return);
-    };
+    ButOk.OnClick = [this] { ButOkClick(); };
+    ButCancel.OnClick = [this] { SetModalResult(EModalResult::Cancel); };
+    EditPW.OnReturn = [this] { EditPWKeyDown(EKey::Return); };
     OnKeyDown = [this](EKey key, bool& handled) {
         if (key == EKey::Escape) {
             handled = true;
@@ -43,9 +37,7 @@ TNabtoLogOn::TNabtoLogOn(ILibraryLoader& libraries, IProcess& process, IDialogs&
         FormActivate();
         EditUser.SetFocus();
     };
-    OnClose = [this] {
-        FormClose();
-    };
+    OnClose = [this] { FormClose(); };
 }
 
 void TNabtoLogOn::EnableSaveButton() {

@@ -11,9 +11,11 @@ namespace tidewell {
 namespace {
 
 bool Before(std::string_view a, std::string_view b) {
-    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-        return static_cast<unsigned char>(LowerCase(x)) < static_cast<unsigned char>(LowerCase(y));
-    });
+    return std::lexicographical_compare(
+        a.begin(), a.end(), b.begin(), b.end(),
+        [](char x, char y) {
+            return static_cast<unsigned char>(LowerCase(x)) < static_cast<unsigned char>(LowerCase(y));
+        });
 }
 
 bool IsQuoted(std::string_view value) {

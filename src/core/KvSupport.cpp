@@ -32,8 +32,8 @@ std::size_t CharacterLength(std::string_view text) {
 }
 
 std::size_t CharacterCount(std::string_view text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char c) { return !IsContinuation(c); }));
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char c) { return !IsContinuation(c); }));
 }
 
 // Where the field that begins here ends: at its ';' or at the end of the row.
@@ -125,14 +125,13 @@ std::size_t NumberEnd(std::string_view text, bool& isNumber) {
     std::size_t i = text.starts_with('-') ? 1 : 0;
     std::size_t digits = 0;
     bool point = false;
-    for (; i < text.size(); ++i) {
+    for (; i < text.size(); ++i)
         if (text[i] >= '0' && text[i] <= '9')
             ++digits;
         else if (text[i] == '.' && !point)
             point = true;
         else
             break;
-    }
     isNumber = i == text.size() && digits > 0;
     return i;
 }

@@ -68,13 +68,15 @@ TStartOptions OptionsOf(int argc, char** argv, const TFileVersion& version) {
 
 // In the language of the installation, if there is one.
 std::optional<std::string> TextAskedFor(int argc, char** argv, const TFileVersion& version) {
-    return TextAskedFor(ArgumentsOf(argc, argv), version, [] {
-        std::error_code unknown;
-        const auto folder = FolderOf(std::filesystem::read_symlink("/proc/self/exe", unknown));
-        const TDiskFiles files;
-        return ReadCommandLineTexts(
-            TIniFile(files, GetLanguageFile(files, FindSystemFile(files, folder), folder)));
-    });
+    return TextAskedFor(
+        ArgumentsOf(argc, argv), version,
+        [] {
+            std::error_code unknown;
+            const auto folder = FolderOf(std::filesystem::read_symlink("/proc/self/exe", unknown));
+            const TDiskFiles files;
+            return ReadCommandLineTexts(
+                TIniFile(files, GetLanguageFile(files, FindSystemFile(files, folder), folder)));
+        });
 }
 
 // The query runs after the form's own: only a form that is about to close is painted.
@@ -113,29 +115,32 @@ TPorts TDesktop::Ports() {
 
 void TDesktop::RegisterViews(TProgram& program) {
     const TViewContext context{Application, Dialogs, Hold, Files};
-    Dialogs.RegisterView(program.Splashscreen, [&program, context] {
-        return std::make_unique<TSplashView>(program.Splashscreen, context);
-    });
-    Dialogs.RegisterView(program.FormMain, [&program, context] {
-        return std::make_unique<TMainView>(program.FormMain, program.NabtoDevice, context);
-    });
-    Dialogs.RegisterPopup(program.FormMain.GraphPage.GraphBinaryPopup,
-                          [&program](QMenu& menu) { FillBinaryPopup(menu, program.FormMain.GraphPage); });
-    Dialogs.RegisterView(program.NabtoDevice, [&program, context] {
-        return std::make_unique<TDeviceView>(program.NabtoDevice, context);
-    });
-    Dialogs.RegisterView(program.NabtoLogOn, [&program, context] {
-        return std::make_unique<TLogOnView>(program.NabtoLogOn, context);
-    });
-    Dialogs.RegisterView(program.languagedialog, [&program, context] {
-        return std::make_unique<TLanguageView>(program.languagedialog, context);
-    });
-    Dialogs.RegisterView(program.SetupForm, [&program, context] {
-        return std::make_unique<TSetupView>(program.SetupForm, context);
-    });
-    Dialogs.RegisterView(program.InputDialog, [&program, context] {
-        return std::make_unique<TInputView>(program.InputDialog, context);
-    });
+    Dialogs.RegisterView(
+        program.Splashscreen,
+        [&program, context] { return std::make_unique<TSplashView>(program.Splashscreen, context); });
+    Dialogs.RegisterView(
+        program.FormMain,
+        [&program, context] {
+            return std::make_unique<TMainView>(program.FormMain, program.NabtoDevice, context);
+        });
+    Dialogs.RegisterPopup(
+        program.FormMain.GraphPage.GraphBinaryPopup,
+        [&program](QMenu& menu) { FillBinaryPopup(menu, program.FormMain.GraphPage); });
+    Dialogs.RegisterView(
+        program.NabtoDevice,
+        [&program, context] { return std::make_unique<TDeviceView>(program.NabtoDevice, context); });
+    Dialogs.RegisterView(
+        program.NabtoLogOn,
+        [&program, context] { return std::make_unique<TLogOnView>(program.NabtoLogOn, context); });
+    Dialogs.RegisterView(
+        program.languagedialog,
+        [&program, context] { return std::make_unique<TLanguageView>(program.languagedialog, context); });
+    Dialogs.RegisterView(
+        program.SetupForm,
+        [&program, context] { return std::make_unique<TSetupView>(program.SetupForm, context); });
+    Dialogs.RegisterView(
+        program.InputDialog,
+        [&program, context] { return std::make_unique<TInputView>(program.InputDialog, context); });
     Dialogs.RegisterView(program.LoadSetpoints, [&program, context] {
         return std::make_unique<TLoadSetpointsView>(program.LoadSetpoints, context);
     });

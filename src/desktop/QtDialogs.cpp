@@ -110,10 +110,12 @@ QString FilterText(const TFileFilter& filter) {
 } // namespace
 
 TQtDialogs::TQtDialogs(TQtApplication& application) : Application(application) {
-    QObject::connect(&application, &QGuiApplication::focusWindowChanged, &Guard, [this](QWindow* window) {
-        if (window != nullptr)
-            Brought = nullptr;
-    });
+    QObject::connect(
+        &application, &QGuiApplication::focusWindowChanged, &Guard,
+        [this](QWindow* window) {
+            if (window != nullptr)
+                Brought = nullptr;
+        });
 }
 
 TQtDialogs::~TQtDialogs() {

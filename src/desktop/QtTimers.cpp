@@ -13,7 +13,8 @@ class TQtTimer : public ITimer {
     TQtTimer(TDeliveryHold& hold, IDialogs& dialogs) : Hold(hold), Dialogs(dialogs) {
         Timer.setTimerType(Qt::PreciseTimer);
         Timer.setInterval(1000);
-        QObject::connect(&Timer, &QTimer::timeout, &Timer, [this] { Tick(); });
+        QObject::connect(
+            &Timer, &QTimer::timeout, &Timer, [this] { Tick(); });
         Released = Hold.Released.Connect([this] {
             if (Due)
                 QMetaObject::invokeMethod(

@@ -71,12 +71,8 @@ void TGraphPage::ConnectSurface() {
         graph.YAxis.AdditionalAxes[1].Axis.ToolBar.Buttons.ZoomOff.PerformClick();
         TimeLabels.AdjustNumberOfLabelsToScreen();
     };
-    graph.OnContextPopup = [this](int, int) {
-        Parts.Dialogs.Popup(PopupMenu);
-    };
-    graph.OnOverChannel = [this](std::size_t index, const TSLPoint&) {
-        CurrentChannelindex = index;
-    };
+    graph.OnContextPopup = [this](int, int) { Parts.Dialogs.Popup(PopupMenu); };
+    graph.OnOverChannel = [this](std::size_t index, const TSLPoint&) { CurrentChannelindex = index; };
     graph.Legend.Channels.OnItemClick = [this](std::size_t index, bool& handled) {
         handled = true;
         graphLegendChannelsItemClick(index);
@@ -110,18 +106,10 @@ void TGraphPage::ConnectMenu() {
         graph.ZoomOff();
         graph.SetHold(false);
     };
-    Cleargraph1.OnClick = [this] {
-        ClearGraphPage();
-    };
-    GraphScroll.OnScroll = [this](EScrollCode code, int position) {
-        GraphScrollScroll(code, position);
-    };
-    GraphZoomPlusButton.OnClick = [this] {
-        GraphZoomPlusButtonClick();
-    };
-    GraphZoomMinusButton.OnClick = [this] {
-        GraphZoomMinusButtonClick();
-    };
+    Cleargraph1.OnClick = [this] { ClearGraphPage(); };
+    GraphScroll.OnScroll = [this](EScrollCode code, int position) { GraphScrollScroll(code, position); };
+    GraphZoomPlusButton.OnClick = [this] { GraphZoomPlusButtonClick(); };
+    GraphZoomMinusButton.OnClick = [this] { GraphZoomMinusButtonClick(); };
 }
 
 void TGraphPage::GraphInit(bool rebuild) {

@@ -67,7 +67,8 @@ void TSLChannelData::DropFrom(double x) {
 }
 
 void TSLChannelData::GetDrawYData(double* buffer) const {
-    std::transform(Content.begin(), Content.end(), buffer, [](const TSLPoint& point) { return point.Y; });
+    std::transform(
+        Content.begin(), Content.end(), buffer, [](const TSLPoint& point) { return point.Y; });
 }
 
 const std::string& TSLDisplayChannel::Name() const {

@@ -29,9 +29,7 @@ TContinuousUpdate::TContinuousUpdate(const TParts& parts)
     : TimerContUpdate(parts.Timers.CreateTimer()), Parts(parts) {
     TimerContUpdate->SetInterval(interval);
     TimerContUpdate->SetHandler([this] { TimerContUpdateTimer(); });
-    Parts.Update.OnUpdateDone = [this](const TUpdateEnd& end) {
-        UpdateDone(end);
-    };
+    Parts.Update.OnUpdateDone = [this](const TUpdateEnd& end) { UpdateDone(end); };
     FollowStatus = Parts.Status.Changed.Connect(
         [this] { Parts.ButContUpdate.SetEnabled(!Parts.Status.Running() || RPCEnableMultibleUpdate); });
 }

@@ -180,9 +180,7 @@ bool TFirmwarePackage::Verified(std::size_t position) const {
 
 TFirmwarePackage ReadFirmwarePackage(const IFiles& files, const std::filesystem::path& configFile) {
     const TFirmwareUpdateTexts texts;
-    const auto refuse = [](const std::string& mistake) {
-        throw EConvertError(mistake);
-    };
+    const auto refuse = [](const std::string& mistake) { throw EConvertError(mistake); };
     TFirmwarePackage package = ReadConfig(files, configFile, texts, refuse).Package;
     const auto transferFile = configFile.parent_path() / transferFileName;
     if (files.FileExists(transferFile))
@@ -193,9 +191,7 @@ TFirmwarePackage ReadFirmwarePackage(const IFiles& files, const std::filesystem:
 TCheckedPackage CheckFirmwarePackage(const IFiles& files, const std::filesystem::path& configFile,
                                      const TFirmwareUpdateTexts& texts) {
     std::vector<std::string> mistakes;
-    const auto report = [&mistakes](const std::string& mistake) {
-        mistakes.push_back(mistake);
-    };
+    const auto report = [&mistakes](const std::string& mistake) { mistakes.push_back(mistake); };
     TConfig config = ReadConfig(files, configFile, texts, report);
     const auto directory = configFile.parent_path();
     if (config.Package.Files.empty())

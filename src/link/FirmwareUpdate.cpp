@@ -41,9 +41,7 @@ std::uint32_t Number(const std::string& text) {
 } // namespace
 
 TFirmwareUpdate::TFirmwareUpdate(const TParts& parts) : Parts(parts) {
-    Parts.Status.ButUpdateStop.OnClick = [this] {
-        StopClick();
-    };
+    Parts.Status.ButUpdateStop.OnClick = [this] { StopClick(); };
 }
 
 bool TFirmwareUpdate::Strict() const {

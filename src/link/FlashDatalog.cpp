@@ -60,22 +60,12 @@ TFlashDatalog::TFlashDatalog(const TParts& parts)
     const std::string hint = "Days, hours and minutes back from now; click to enter days";
     for (TMaskEdit* edit : {&DT_MaskeditStartDate, &DT_MaskeditEndDate}) {
         edit->SetHint(hint);
-        edit->OnClick = [this, edit] {
-            EditClick(*edit);
-        };
-        edit->OnExit = [this, edit] {
-            EditExit(*edit);
-        };
+        edit->OnClick = [this, edit] { EditClick(*edit); };
+        edit->OnExit = [this, edit] { EditExit(*edit); };
     }
-    DayTracker.OnChange = [this] {
-        DayTrackerChange();
-    };
-    ButFlashDatalog.OnClick = [this] {
-        ButFlashDatalogClick();
-    };
-    DT_GetData.OnClick = [this] {
-        DownloadFlashLog();
-    };
+    DayTracker.OnChange = [this] { DayTrackerChange(); };
+    ButFlashDatalog.OnClick = [this] { ButFlashDatalogClick(); };
+    DT_GetData.OnClick = [this] { DownloadFlashLog(); };
     DayTrackerChange();
 }
 

@@ -35,18 +35,10 @@ TIdentityPanel::TIdentityPanel(IDialogs& dialogs, TUNabto& nabto, const std::str
     : Dialogs(dialogs), Nabto(nabto), Device(device) {
     PanelDevice.SetVisible(false);
     btnSaveInfo.SetEnabled(false);
-    btnDeviceID.OnClick = [this] {
-        Ask("Device ID", "Enter Device ID:", factorydeviceid, lblDeviceID);
-    };
-    btnCryptoKey.OnClick = [this] {
-        Ask("CryptoKey", "Enter CryptoKey:", factorycryptokey, lblCryptoKey);
-    };
-    btnUserAccount.OnClick = [this] {
-        btnUserAccountClick();
-    };
-    btnSaveInfo.OnClick = [this] {
-        btnSaveInfoClick();
-    };
+    btnDeviceID.OnClick = [this] { Ask("Device ID", "Enter Device ID:", factorydeviceid, lblDeviceID); };
+    btnCryptoKey.OnClick = [this] { Ask("CryptoKey", "Enter CryptoKey:", factorycryptokey, lblCryptoKey); };
+    btnUserAccount.OnClick = [this] { btnUserAccountClick(); };
+    btnSaveInfo.OnClick = [this] { btnSaveInfoClick(); };
 }
 
 void TIdentityPanel::Ask(const std::string& title, const std::string& prompt, std::string& text,

@@ -195,8 +195,8 @@ void TUNabto::ForgetVersions() {
 }
 
 bool TUNabto::MayDescribeAnother(const std::string& device) const {
-    return !std::ranges::all_of(Described,
-                                [&device](const std::string& pinged) { return SameText(pinged, device); });
+    return !std::ranges::all_of(
+        Described, [&device](const std::string& pinged) { return SameText(pinged, device); });
 }
 
 bool TUNabto::isGateway() const {

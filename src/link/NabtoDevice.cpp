@@ -69,49 +69,21 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
       Dialogs(dialogs), Wait(wait), Files(files), Paths(paths), Extensions(extensions), Nabto(nabto),
       Panel(panel), Host(host),
       SessionKeeper({timers, nabto, LinkTexts, device, [&host] { return host.FormOpen(); },
-                     [&host](const std::string& line) {
-                         host.AddEventLog(line);
-                     }}) {
+                     [&host](const std::string& line) { host.AddEventLog(line); }}) {
     InitControls();
-    Use.Take = [this] {
-        return InForce.Take();
-    };
-    Use.TellLost = [this](const std::string& lost) {
-        InForce.TellLost(lost);
-    };
-    btnPing.OnClick = [this] {
-        btnPingClick();
-    };
-    butChangeDeviceID.OnClick = [this] {
-        butChangeDeviceIDClick();
-    };
-    ButAccount.OnClick = [this] {
-        Identity.PanelDevice.SetVisible(!Identity.PanelDevice.Visible());
-    };
-    btnClearLog.OnClick = [this] {
-        memoDebug.Clear();
-    };
-    btnShowReadList.OnClick = [this] {
-        btnShowReadListClick();
-    };
-    ButErorlog.OnClick = [this] {
-        ButErorlogClick();
-    };
-    BtnUpdate.OnClick = [this] {
-        BtnUpdateClick();
-    };
-    ButContUpdate.OnClick = [this] {
-        ContinuousUpdate.ButContUpdateClick();
-    };
-    OnShow = [this] {
-        FormShow();
-    };
-    OnCloseQuery = [this](bool& mayClose) {
-        FormCloseQuery(mayClose);
-    };
-    OnClose = [this] {
-        FormClose();
-    };
+    Use.Take = [this] { return InForce.Take(); };
+    Use.TellLost = [this](const std::string& lost) { InForce.TellLost(lost); };
+    btnPing.OnClick = [this] { btnPingClick(); };
+    butChangeDeviceID.OnClick = [this] { butChangeDeviceIDClick(); };
+    ButAccount.OnClick = [this] { Identity.PanelDevice.SetVisible(!Identity.PanelDevice.Visible()); };
+    btnClearLog.OnClick = [this] { memoDebug.Clear(); };
+    btnShowReadList.OnClick = [this] { btnShowReadListClick(); };
+    ButErorlog.OnClick = [this] { ButErorlogClick(); };
+    BtnUpdate.OnClick = [this] { BtnUpdateClick(); };
+    ButContUpdate.OnClick = [this] { ContinuousUpdate.ButContUpdateClick(); };
+    OnShow = [this] { FormShow(); };
+    OnCloseQuery = [this](bool& mayClose) { FormCloseQuery(mayClose); };
+    OnClose = [this] { FormClose(); };
 }
 
 TNabtoDevice::~TNabtoDevice() {
@@ -145,15 +117,9 @@ void TNabtoDevice::InitControls() {
 void TNabtoDevice::FormCreate() {
     Cycle.queryCounter = 0;
     Cycle.isLastResultError = false;
-    Nabto.FOnUpdateProgress = [this](TStreamProgress&) {
-        ShowProgress();
-    };
-    Nabto.MayGoOn = [this] {
-        return !FlashDatalog.Stopped() && !UpdateRun.Stopped();
-    };
-    Nabto.MayAsk = [this] {
-        return Host.FormOpen();
-    };
+    Nabto.FOnUpdateProgress = [this](TStreamProgress&) { ShowProgress(); };
+    Nabto.MayGoOn = [this] { return !FlashDatalog.Stopped() && !UpdateRun.Stopped(); };
+    Nabto.MayAsk = [this] { return Host.FormOpen(); };
     ReadLanguage();
     Nabto.OnInterfaceMissing = [this](const std::filesystem::path& path) {
         Host.AddEventLog(FillText(EventLogTexts.InterfaceMissing, {path.string()}));
@@ -295,9 +261,9 @@ std::string TNabtoDevice::ReadValue(int CMD, int address, int obj) {
 }
 
 std::string TNabtoDevice::SendValue(const TDeviceUse::TAction& action, int value, int address, int obj) {
-    return Nabto.SendQuery(action.Device(), "setpointWriteValue.json",
-                           TUNabto::FormatSaveSetpoint(KnownObject(obj), address, value),
-                           [&action] { return action.Kept(); });
+    return Nabto.SendQuery(
+        action.Device(), "setpointWriteValue.json",
+        TUNabto::FormatSaveSetpoint(KnownObject(obj), address, value), [&action] { return action.Kept(); });
 }
 
 std::string TNabtoDevice::GetDataList(const std::string& s) {

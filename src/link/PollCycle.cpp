@@ -186,9 +186,7 @@ std::optional<TValueList> TPollCycle::Ask(const TQuestion& question) {
     else
         return TValueList{question.Text, true}; // nothing to send: the question stands for its reply
     const std::string request = TUNabto::ValueToJson(question.Address, question.Length, question.Obj);
-    const auto counts = [this, number] {
-        return number == Latest && AskedDevice == Device;
-    };
+    const auto counts = [this, number] { return number == Latest && AskedDevice == Device; };
     HeldUpTicks = 0;
     timerHeldUp->SetEnabled(true);
     const TAtExit answered([this] { timerHeldUp->SetEnabled(false); });

@@ -67,8 +67,9 @@ bool TReadReport::Whole() const {
 }
 
 std::uint32_t TReadReport::Came() const {
-    return std::accumulate(Parts.begin(), Parts.end(), std::uint32_t{0},
-                           [](std::uint32_t came, const TReadPart& part) { return came + part.Came; });
+    return std::accumulate(
+        Parts.begin(), Parts.end(), std::uint32_t{0},
+        [](std::uint32_t came, const TReadPart& part) { return came + part.Came; });
 }
 
 std::string TReadReport::Reason() const {

@@ -46,21 +46,11 @@ std::uint32_t Asked(const TEdit& edit, const TLabel& label, std::int64_t factor)
 
 TServiceTools::TServiceTools(const TParts& parts) : Parts(parts) {
     InitControls();
-    butGetEepromValues.OnClick = [this] {
-        butGetEepromValuesClick();
-    };
-    BtnReadFlash.OnClick = [this] {
-        BtnReadFlashClick();
-    };
-    BtnWriteFlash.OnClick = [this] {
-        BtnWriteFlashClick();
-    };
-    Button1.OnClick = [this] {
-        Button1Click();
-    };
-    ExtendedSystemVersion.OnClick = [this] {
-        ExtendedSystemVersionClick();
-    };
+    butGetEepromValues.OnClick = [this] { butGetEepromValuesClick(); };
+    BtnReadFlash.OnClick = [this] { BtnReadFlashClick(); };
+    BtnWriteFlash.OnClick = [this] { BtnWriteFlashClick(); };
+    Button1.OnClick = [this] { Button1Click(); };
+    ExtendedSystemVersion.OnClick = [this] { ExtendedSystemVersionClick(); };
 }
 
 void TServiceTools::InitControls() {
@@ -76,13 +66,9 @@ void TServiceTools::InitControls() {
     Button1.SetHint("Resets the secondary processor of the device");
     ExtendedSystemVersion.SetHint("Asks the device for its extended version data");
     for (TEdit* edit : {&RErrorlogStart, &RErrorlogLength})
-        edit->OnReturn = [this] {
-            butGetEepromValues.Click();
-        };
+        edit->OnReturn = [this] { butGetEepromValues.Click(); };
     for (TEdit* edit : {&editReadAddress, &editReadLength})
-        edit->OnReturn = [this] {
-            BtnReadFlash.Click();
-        };
+        edit->OnReturn = [this] { BtnReadFlash.Click(); };
 }
 
 void TServiceTools::butGetEepromValuesClick() {

@@ -25,9 +25,7 @@ TSessionKeeper::~TSessionKeeper() {
 void TSessionKeeper::Keep(const TCredentials& credentials) {
     Credentials = credentials;
     timerReopen->SetEnabled(false);
-    Parts.Nabto.OnSessionGone = [this](TNabtoStatus status) {
-        SessionGone(status);
-    };
+    Parts.Nabto.OnSessionGone = [this](TNabtoStatus status) { SessionGone(status); };
 }
 
 void TSessionKeeper::SessionGone(TNabtoStatus status) {

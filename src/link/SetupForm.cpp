@@ -32,24 +32,12 @@ TSetupForm::TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentIni
     ListBoxLocalDevices.SetVisible(false);
     butping.SetVisible(false);
     ButCommCancel.SetVisible(false);
-    OnKeyDown = [this](EKey key, bool& handled) {
-        FormKeyDown(key, handled);
-    };
-    ButCommOk.OnClick = [this] {
-        ButCommOkClick();
-    };
-    ButCommCancel.OnClick = [this] {
-        ButCommCancelClick();
-    };
-    ButDeviceSearch.OnClick = [this] {
-        ButDeviceSearchClick();
-    };
-    butping.OnClick = [this] {
-        butpingClick();
-    };
-    ListBoxLocalDevices.OnClick = [this] {
-        ListBoxLocalDevicesClick();
-    };
+    OnKeyDown = [this](EKey key, bool& handled) { FormKeyDown(key, handled); };
+    ButCommOk.OnClick = [this] { ButCommOkClick(); };
+    ButCommCancel.OnClick = [this] { ButCommCancelClick(); };
+    ButDeviceSearch.OnClick = [this] { ButDeviceSearchClick(); };
+    butping.OnClick = [this] { butpingClick(); };
+    ListBoxLocalDevices.OnClick = [this] { ListBoxLocalDevicesClick(); };
     Device.Use.AddControls(
         {&ButCommOk, &butping}); // an update of the continuous test can begin below the dialog
 }

@@ -77,99 +77,41 @@ void TFormMain::ConnectControls() {
         InitTimer->SetEnabled(false);
         InitTimer->SetEnabled(true);
     };
-    OnCloseQuery = [this](bool& mayClose) {
-        FormCloseQuery(mayClose);
-    };
-    OnClose = [this] {
-        FormClose();
-    };
-    OnResize = [this] {
-        FormResize();
-    };
-    OnKeyDown = [this](EKey key, bool& handled) {
-        FormKeyDown(key, handled);
-    };
-    TheTab.OnChange = [this] {
-        TheTabChange();
-    };
-    TrafficButton.OnClick = [this] {
-        LiveLog.TrafficButtonClick();
-    };
-    DeviceID.OnClick = [this] {
-        Setup1Click();
-    };
-    but_swupdate.OnClick = [this] {
-        but_swupdateClick();
-    };
-    OpenProfile2.OnClick = [this] {
-        OpenProfile2Click();
-    };
-    OpenDatalogfile1.OnClick = [this] {
-        DatalogReader.OpenDatalogfile1Click();
-    };
-    Open_sd_datalog.OnClick = [this] {
-        SdDatalogReader.Open_sd_datalogClick();
-    };
-    GraphPage.Exportdatatocsv1.OnClick = [this] {
-        CsvExport.Exportdatatocsv1Click();
-    };
-    SaveUserDatalog1.OnClick = [this] {
-        LiveLog.SaveUserDatalog1Click();
-    };
-    StartLog1.OnClick = [this] {
-        TrafficButton.Click();
-    };
-    WindowSetpoint1.OnClick = [this] {
-        TheTab.SetActivePage(TabSetpoint);
-    };
-    WindowGraph1.OnClick = [this] {
-        TheTab.SetActivePage(TabGraph);
-    };
-    SetpointPage.Savesetpoints1.OnClick = [this] {
-        SetpointFiles.Savesetpoints1Click();
-    };
-    SetpointPage.Loadsetpointfromfile1.OnClick = [this] {
-        SetpointFiles.Loadsetpointfromfile1Click();
-    };
-    ButStopReadBack.OnClick = [this] {
-        ReadBack.Cancel();
-    };
+    OnCloseQuery = [this](bool& mayClose) { FormCloseQuery(mayClose); };
+    OnClose = [this] { FormClose(); };
+    OnResize = [this] { FormResize(); };
+    OnKeyDown = [this](EKey key, bool& handled) { FormKeyDown(key, handled); };
+    TheTab.OnChange = [this] { TheTabChange(); };
+    TrafficButton.OnClick = [this] { LiveLog.TrafficButtonClick(); };
+    DeviceID.OnClick = [this] { Setup1Click(); };
+    but_swupdate.OnClick = [this] { but_swupdateClick(); };
+    OpenProfile2.OnClick = [this] { OpenProfile2Click(); };
+    OpenDatalogfile1.OnClick = [this] { DatalogReader.OpenDatalogfile1Click(); };
+    Open_sd_datalog.OnClick = [this] { SdDatalogReader.Open_sd_datalogClick(); };
+    GraphPage.Exportdatatocsv1.OnClick = [this] { CsvExport.Exportdatatocsv1Click(); };
+    SaveUserDatalog1.OnClick = [this] { LiveLog.SaveUserDatalog1Click(); };
+    StartLog1.OnClick = [this] { TrafficButton.Click(); };
+    WindowSetpoint1.OnClick = [this] { TheTab.SetActivePage(TabSetpoint); };
+    WindowGraph1.OnClick = [this] { TheTab.SetActivePage(TabGraph); };
+    SetpointPage.Savesetpoints1.OnClick = [this] { SetpointFiles.Savesetpoints1Click(); };
+    SetpointPage.Loadsetpointfromfile1.OnClick = [this] { SetpointFiles.Loadsetpointfromfile1Click(); };
+    ButStopReadBack.OnClick = [this] { ReadBack.Cancel(); };
     Opening.AddControls(
         {&OpenProfile2, &OpenDatalogfile1, &Open_sd_datalog, &Setup1, &DeviceID, &StartLog1, &TrafficButton});
-    ProfileOpening.OnOtherProfile = LinkedDevice.OnOther = [this] {
-        ForgetValues();
-    };
+    ProfileOpening.OnOtherProfile = LinkedDevice.OnOther = [this] { ForgetValues(); };
     ReadBackChanged = ReadBack.Changed.Connect([this] { ShowReadBack(); });
-    Setup1.OnClick = [this] {
-        Setup1Click();
-    };
-    Nabtodebug1.OnClick = [this] {
-        Nabtodebug1Click();
-    };
-    Changelanguage1.OnClick = [this] {
-        Changelanguage1Click();
-    };
-    Close1.OnClick = [this] {
-        Close1Click();
-    };
+    Setup1.OnClick = [this] { Setup1Click(); };
+    Nabtodebug1.OnClick = [this] { Nabtodebug1Click(); };
+    Changelanguage1.OnClick = [this] { Changelanguage1Click(); };
+    Close1.OnClick = [this] { Close1Click(); };
 }
 
 void TFormMain::ConnectService() {
-    Forms.NabtoDevice.Cycle.OnEmptyCycle = [this] {
-        LiveLog.CycleWithoutValues();
-    };
-    but_errorlog.OnClick = [this] {
-        but_errorlogClick();
-    };
-    Errorlog1.OnClick = [this] {
-        ErrorLog.Errorlog1Click();
-    };
-    FlasDatalog1.OnClick = [this] {
-        FlasDatalog1Click();
-    };
-    Forms.NabtoDevice.Cycle.OnFailed = [this](const std::string& reason) {
-        LiveLog.PollingFailed(reason);
-    };
+    Forms.NabtoDevice.Cycle.OnEmptyCycle = [this] { LiveLog.CycleWithoutValues(); };
+    but_errorlog.OnClick = [this] { but_errorlogClick(); };
+    Errorlog1.OnClick = [this] { ErrorLog.Errorlog1Click(); };
+    FlasDatalog1.OnClick = [this] { FlasDatalog1Click(); };
+    Forms.NabtoDevice.Cycle.OnFailed = [this](const std::string& reason) { LiveLog.PollingFailed(reason); };
     // A read that is under way is one of this device and this profile.
     Forms.NabtoDevice.Use.AddControls(
         {&but_errorlog, &but_swupdate, &FlasDatalog1, &DeviceID, &Setup1, &OpenProfile2});
@@ -182,9 +124,7 @@ void TFormMain::ConnectUpdate() {
          {static_cast<TControl*>(&status.LabUpdatePhase), static_cast<TControl*>(&status.LabUpdateFile),
           static_cast<TControl*>(&status.UpdateProgress)})
         FollowUpdate.push_back(shown->Changed.Connect([this] { ShowUpdate(); }));
-    ButShowUpdate.OnClick = [this] {
-        Ports.Dialogs.Show(Forms.NabtoDevice);
-    };
+    ButShowUpdate.OnClick = [this] { Ports.Dialogs.Show(Forms.NabtoDevice); };
 }
 
 void TFormMain::FormCreate() {

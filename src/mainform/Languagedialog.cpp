@@ -13,18 +13,14 @@ Tlanguagedialog::Tlanguagedialog(const TPorts& ports, const TStartOptions& optio
                                  const TCurrentInifilesPath& paths)
     : TForm("languagedialog"), Ports(ports), Options(options), Paths(paths) {
     SetClientSize(InitialWidth, InitialHeight);
-    OnShow = [this] {
-        FormShow();
-    };
+    OnShow = [this] { FormShow(); };
     OnKeyDown = [this](EKey key, bool& handled) {
         if (key == EKey::Escape) {
             handled = true;
             Close();
         }
     };
-    Button.OnClick = [this] {
-        ButtonClick();
-    };
+    Button.OnClick = [this] { ButtonClick(); };
 }
 
 void Tlanguagedialog::FormShow() {

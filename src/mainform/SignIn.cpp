@@ -28,12 +28,8 @@ void TSignIn::MakeClient() {
     Http = Ports.MakeHttp(cloud.CaFile);
     ApiClient =
         std::make_unique<TApiClient>(*Http, Ports.Dialogs, TCloudAddress{cloud.ApiHost, cloud.ApiPort});
-    ApiClient->MayCall = [this] {
-        return Parts.Controls.IsOpen();
-    };
-    ApiClient->OnNoToken = [this, &eventLog] {
-        eventLog.Add(Parts.Texts.NoToken);
-    };
+    ApiClient->MayCall = [this] { return Parts.Controls.IsOpen(); };
+    ApiClient->OnNoToken = [this, &eventLog] { eventLog.Add(Parts.Texts.NoToken); };
     ApiClient->OnNoConnection = [this, &eventLog](const std::string& reason) {
         const std::string line = FillText(Parts.Texts.NoConnection, {reason});
         if (eventLog.Lines().empty() || eventLog.Lines().back() != line) // keep-alive fails again and again
@@ -52,10 +48,12 @@ bool TSignIn::Run() {
     }
     if (ApiClient->_isLoggedIn)
         return true;
-    TLogonLoop logon(Ports.Dialogs, Parts.LogOn, Parts.Device.lblConnectedUser, [this] {
-        Parts.Controls.StatusBar.Repaint();
-        Ports.Wait.Sleep(0); // painted before the server's answer is waited for
-    });
+    TLogonLoop logon(
+        Ports.Dialogs, Parts.LogOn, Parts.Device.lblConnectedUser,
+        [this] {
+            Parts.Controls.StatusBar.Repaint();
+            Ports.Wait.Sleep(0); // painted before the server's answer is waited for
+        });
     return logon.Run(*ApiClient, Parts.Parameters.UserNamePW, [this] { return !Parts.Controls.IsOpen(); }) ==
            0;
 }

@@ -15,7 +15,8 @@ namespace {
 constexpr std::string_view setpointFunction = "3";
 
 bool HoldsKey(const TIniSection& section, std::string_view key) {
-    return std::ranges::any_of(section.Rows(), [&](const auto& row) { return SameText(row.Name, key); });
+    return std::ranges::any_of(
+        section.Rows(), [&](const auto& row) { return SameText(row.Name, key); });
 }
 
 // The rows of a list section as the grids keep them: the key's name is the last field.

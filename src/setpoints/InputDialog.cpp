@@ -56,33 +56,17 @@ TInputDialog::TInputDialog(const TParts& parts) : TForm("InputDialog"), Parts(pa
     binaryvaluegrid.ColWidths.assign(bitCount, bitWidth);
     binaryvaluegrid.ColWidths.back() = lastBitWidth;
     binaryvaluegrid.BoxRect = BoxOf;
-    binaryvaluegrid.OnClick = [this](const TCellClick& click) {
-        binaryvaluegridClick(click);
-    };
-    EValue.OnChange = [this] {
-        Touched = true;
-    };
-    ButSend.OnClick = [this] {
-        ButSendClick();
-    };
-    ButCancel.OnClick = [this] {
-        Close();
-    };
-    OnShow = [this] {
-        FormShow();
-    };
-    OnKeyDown = [this](EKey key, bool& handled) {
-        FormKeyDown(key, handled);
-    };
-    OnCloseQuery = [this](bool&) {
-        Parts.Host.RepaintStatusBar();
-    };
+    binaryvaluegrid.OnClick = [this](const TCellClick& click) { binaryvaluegridClick(click); };
+    EValue.OnChange = [this] { Touched = true; };
+    ButSend.OnClick = [this] { ButSendClick(); };
+    ButCancel.OnClick = [this] { Close(); };
+    OnShow = [this] { FormShow(); };
+    OnKeyDown = [this](EKey key, bool& handled) { FormKeyDown(key, handled); };
+    OnCloseQuery = [this](bool&) { Parts.Host.RepaintStatusBar(); };
 }
 
 void TInputDialog::FormCreate(const TIniFile& languageFile) {
-    const auto text = [&languageFile](const char* key) {
-        return languageFile.ReadText("InputDialog", key);
-    };
+    const auto text = [&languageFile](const char* key) { return languageFile.ReadText("InputDialog", key); };
     SetCaption(text("Header"));
     ButSend.SetCaption(text("ButOk"));
     ButCancel.SetCaption(text("ButCancel"));

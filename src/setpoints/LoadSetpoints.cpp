@@ -62,37 +62,19 @@ TLoadSetpoints::TLoadSetpoints(const TParts& parts) : TForm("LoadSetpoints"), Pa
                               static_cast<TControl*>(&LabReadBack), static_cast<TControl*>(&ButEndReadBack)})
         control->SetVisible(false);
     setpointgrid.BoxRect = CheckBoxRect;
-    setpointgrid.OnDrawCell = [this](int column, int row) {
-        return setpointgridDrawCell(column, row);
-    };
-    setpointgrid.OnClick = [this](const TCellClick& click) {
-        setpointgridClick(click);
-    };
+    setpointgrid.OnDrawCell = [this](int column, int row) { return setpointgridDrawCell(column, row); };
+    setpointgrid.OnClick = [this](const TCellClick& click) { setpointgridClick(click); };
     setpointgrid.OnKeyPress = [this](const std::string& key) {
         if (key == " ")
             ToggleCheck(setpointgrid.SelectedRow());
     };
-    ButcheckAll.OnClick = [this] {
-        ButcheckAllClick();
-    };
-    ButClearAll.OnClick = [this] {
-        ButClearAllClick();
-    };
-    ButWriteSetpoints.OnClick = [this] {
-        ButWriteSetpointsClick();
-    };
-    ButCancel.OnClick = [this] {
-        Close();
-    };
-    ResultList.OnClick = [this] {
-        ShowGrid(true);
-    };
-    ButEndReadBack.OnClick = [this] {
-        Parts.ReadBack.Cancel();
-    };
-    OnCloseQuery = [this](bool& mayClose) {
-        mayClose = !Running;
-    };
+    ButcheckAll.OnClick = [this] { ButcheckAllClick(); };
+    ButClearAll.OnClick = [this] { ButClearAllClick(); };
+    ButWriteSetpoints.OnClick = [this] { ButWriteSetpointsClick(); };
+    ButCancel.OnClick = [this] { Close(); };
+    ResultList.OnClick = [this] { ShowGrid(true); };
+    ButEndReadBack.OnClick = [this] { Parts.ReadBack.Cancel(); };
+    OnCloseQuery = [this](bool& mayClose) { mayClose = !Running; };
     OnKeyDown = [this](EKey key, bool& handled) {
         handled = key == EKey::Escape;
         if (handled)
@@ -263,9 +245,7 @@ TSelectedSetpoints TLoadSetpoints::CollectSelectedSetpoints() const {
     for (std::size_t i = 0; i < LoadSetpointValues.size(); ++i) {
         if (!Checked(i + 1))
             continue;
-        const auto field = [&](std::size_t column) {
-            return GetRowField(LoadSetpointValues[i], column);
-        };
+        const auto field = [&](std::size_t column) { return GetRowField(LoadSetpointValues[i], column); };
         selected.ValueAdrList.push_back({field(SetpointColumn::ModbusAdr), field(SetpointColumn::RawValue)});
         selected.ValueNamelist.push_back(
             {field(SetpointColumn::SetpointName), field(SetpointColumn::FormattedValue)});

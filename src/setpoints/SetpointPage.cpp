@@ -67,34 +67,16 @@ TSetpointPage::TSetpointPage(const TParts& parts) : Parts(parts) {
 }
 
 void TSetpointPage::ConnectControls() {
-    SetpointTreeView.OnClick = [this] {
-        SetpointTreeViewClick();
-    };
-    SetpointTreeView.OnKeyPress = [this](const std::string& key) {
-        SetpointTreeViewKeyPress(key);
-    };
-    SetpointTreeView.OnRightMouseButton = [this] {
-        SetpointTreeViewMouseDown(true);
-    };
-    SetpointTreeView.OnOtherMouseButton = [this] {
-        SetpointTreeViewMouseDown(false);
-    };
-    SetpointGrid.OnDrawCell = [this](int column, int row) {
-        return SetpointGridDrawCell(column, row);
-    };
-    SetpointGrid.OnDblClick = [this](int row) {
-        SetpointGridDblClick(row);
-    };
-    SetpointGrid.OnKeyPress = [this](const std::string& key) {
-        SetpointGridKeyPress(key);
-    };
-    SetpointGrid.OnSelectCell = [this](int row) {
-        SetpointGridSelectCell(row);
-    };
+    SetpointTreeView.OnClick = [this] { SetpointTreeViewClick(); };
+    SetpointTreeView.OnKeyPress = [this](const std::string& key) { SetpointTreeViewKeyPress(key); };
+    SetpointTreeView.OnRightMouseButton = [this] { SetpointTreeViewMouseDown(true); };
+    SetpointTreeView.OnOtherMouseButton = [this] { SetpointTreeViewMouseDown(false); };
+    SetpointGrid.OnDrawCell = [this](int column, int row) { return SetpointGridDrawCell(column, row); };
+    SetpointGrid.OnDblClick = [this](int row) { SetpointGridDblClick(row); };
+    SetpointGrid.OnKeyPress = [this](const std::string& key) { SetpointGridKeyPress(key); };
+    SetpointGrid.OnSelectCell = [this](int row) { SetpointGridSelectCell(row); };
     LblSetpointRows.SetVisible(false);
-    SetpointFilter.OnChange = [this] {
-        SetpointFilterChange();
-    };
+    SetpointFilter.OnChange = [this] { SetpointFilterChange(); };
 }
 
 void TSetpointPage::BuildSetpointTree() {

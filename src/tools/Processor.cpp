@@ -29,9 +29,7 @@ std::string InstructionFields() {
     unsigned b = 0;
     unsigned c = 0;
     unsigned d = 0;
-    const auto add = [&fields](unsigned word) {
-        fields += std::to_string(word) + ";";
-    };
+    const auto add = [&fields](unsigned word) { fields += std::to_string(word) + ";"; };
     if (__get_cpuid(0, &a, &b, &c, &d) == 0)
         return fields;
     for (const unsigned word : {b, d, c})

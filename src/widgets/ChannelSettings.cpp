@@ -65,7 +65,8 @@ TChannelSettings::TChannelSettings(TSLScope& scope, QWidget* parent) : QDialog(p
 
     auto& buttons = NewChild<QDialogButtonBox>(*this);
     buttons.setStandardButtons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    connect(&buttons, &QDialogButtonBox::accepted, this, [this] { accept(); });
+    connect(
+        &buttons, &QDialogButtonBox::accepted, this, [this] { accept(); });
     connect(&buttons, &QDialogButtonBox::rejected, this, [this] { reject(); });
     column.addWidget(&buttons);
 

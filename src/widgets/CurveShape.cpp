@@ -20,8 +20,9 @@ TSlice SliceOf(const TScopeCurve& curve, const TAxisMap& x, double left, double 
     const auto& points = curve.Points;
     if (!curve.LeftToRight)
         return {0, points.size()};
-    const auto begin = std::lower_bound(points.begin(), points.end(), x.Value(left),
-                                        [](const TSLPoint& point, double value) { return point.X < value; });
+    const auto begin = std::lower_bound(
+        points.begin(), points.end(), x.Value(left),
+        [](const TSLPoint& point, double value) { return point.X < value; });
     const auto end = std::upper_bound(begin, points.end(), x.Value(right),
                                       [](double value, const TSLPoint& point) { return value < point.X; });
     return {static_cast<std::size_t>(begin - points.begin()) - (begin != points.begin() ? 1U : 0U),

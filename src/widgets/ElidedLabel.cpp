@@ -29,9 +29,7 @@ QSize TElidedLabel::minimumSizeHint() const {
 
 void TElidedLabel::paintEvent(QPaintEvent*) {
     QFont shrunk = font();
-    const auto elided = [&] {
-        return QFontMetrics(shrunk, this).elidedText(text(), Mode, width());
-    };
+    const auto elided = [&] { return QFontMetrics(shrunk, this).elidedText(text(), Mode, width()); };
     QString shown = elided();
     for (int share = 100 - step; share >= smallest && shown != text(); share -= step) {
         shrunk.setPointSizeF(font().pointSizeF() * share / 100);

@@ -102,12 +102,11 @@ void TScopeDrawing::DrawVectors(QPainter& painter, const QRect& plot) {
         traced.Trace(curve, map, plot);
         painter.setPen(
             QPen(Readable(curve.Color, Colors.Plot), lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        for (std::size_t i = 0; i < traced.Count(); ++i) {
+        for (std::size_t i = 0; i < traced.Count(); ++i)
             if (traced[i].size() == 1)
                 painter.drawPoint(traced[i][0]);
             else
                 painter.drawPolyline(traced[i].data(), static_cast<int>(traced[i].size()));
-        }
     }
 }
 

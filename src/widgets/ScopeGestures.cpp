@@ -227,20 +227,24 @@ void TScopeGestures::Wheel(const QWheelEvent& event) {
 }
 
 void TScopeGestures::PanBy(double x, double y) {
-    Change({0, 1, 2, 3}, [&](std::size_t axis) {
-        const TSLRange range = RangeOf(Picture.Shown, axis);
-        const double shift = (axis == 0 ? x : y) * (range.Upper - range.Lower);
-        return TSLRange{range.Lower + shift, range.Upper + shift};
-    });
+    Change(
+        {0, 1, 2, 3},
+        [&](std::size_t axis) {
+            const TSLRange range = RangeOf(Picture.Shown, axis);
+            const double shift = (axis == 0 ? x : y) * (range.Upper - range.Lower);
+            return TSLRange{range.Lower + shift, range.Upper + shift};
+        });
 }
 
 void TScopeGestures::ZoomBy(double factor, bool alongX) {
-    Change(alongX ? TAxes{0} : ZoomAxes(), [&](std::size_t axis) {
-        const TSLRange range = RangeOf(Picture.Shown, axis);
-        const double middle = (range.Lower + range.Upper) / 2;
-        const double half = (range.Upper - range.Lower) / 2 * factor;
-        return TSLRange{middle - half, middle + half};
-    });
+    Change(
+        alongX ? TAxes{0} : ZoomAxes(),
+        [&](std::size_t axis) {
+            const TSLRange range = RangeOf(Picture.Shown, axis);
+            const double middle = (range.Lower + range.Upper) / 2;
+            const double half = (range.Upper - range.Lower) / 2 * factor;
+            return TSLRange{middle - half, middle + half};
+        });
 }
 
 void TScopeGestures::ZoomOff() {

@@ -102,9 +102,9 @@ void TScopePicture::TakeCursor(const TSLScope& scope) {
 }
 
 bool TScopePicture::UsesAxis(int yAxisIndex) const {
-    return std::any_of(Curves.begin(), Curves.end(), [yAxisIndex](const TScopeCurve& curve) {
-        return curve.Visible && curve.YAxisIndex == yAxisIndex;
-    });
+    return std::any_of(
+        Curves.begin(), Curves.end(),
+        [yAxisIndex](const TScopeCurve& curve) { return curve.Visible && curve.YAxisIndex == yAxisIndex; });
 }
 
 } // namespace tidewell

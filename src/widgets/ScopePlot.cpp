@@ -159,7 +159,8 @@ class TScopePlot::TImpl {
         Canvas.layer(QStringLiteral("legend"))->setMode(QCPLayer::lmBuffered);
         Canvas.layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmBuffered);
         AddDrawn();
-        QObject::connect(&Canvas, &QCustomPlot::beforeReplot, &Canvas, [this] { Arrange(); });
+        QObject::connect(
+            &Canvas, &QCustomPlot::beforeReplot, &Canvas, [this] { Arrange(); });
         QObject::connect(&Canvas, &QCustomPlot::afterReplot, &Canvas, [this] { TellRects(); });
     }
 
@@ -224,11 +225,14 @@ class TScopePlot::TImpl {
             painter.setClipRect(Plot());
             Drawing.DrawCurves(painter, Plot(), painter.modes().testFlag(QCPPainter::pmVectorized));
         });
-        Add("axes", [this](QCPPainter& painter) {
-            painter.setFont(Canvas.font());
-            Drawing.DrawTexts(painter, Plot());
-        });
-        Add("legend", [this](QCPPainter& painter) { PaintLegend(painter); });
+        Add(
+            "axes",
+            [this](QCPPainter& painter) {
+                painter.setFont(Canvas.font());
+                Drawing.DrawTexts(painter, Plot());
+            });
+        Add(
+            "legend", [this](QCPPainter& painter) { PaintLegend(painter); });
         Add("overlay", [this](QCPPainter& painter) { Drawing.DrawOverlay(painter, Plot()); });
     }
 };

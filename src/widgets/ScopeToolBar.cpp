@@ -32,18 +32,20 @@ TScopeToolBar::TScopeToolBar(TSLScope& scope, TScopeGestures& gestures, TActions
     setAutoFillBackground(true);
     setCursor(Qt::ArrowCursor);
     QWidget& group = AddGroup();
-    Pan = &AddButton(group, "Pan", QStringLiteral("Drag to pan"), EScopeIcon::Pan,
-                     [this] { Gestures.PanMode = Pan->isChecked(); });
+    Pan = &AddButton(
+        group, "Pan", QStringLiteral("Drag to pan"), EScopeIcon::Pan,
+        [this] { Gestures.PanMode = Pan->isChecked(); });
     Cursor = &AddButton(group, "Cursor", QStringLiteral("Cursor: its values stand in the legend"),
                         EScopeIcon::Cursor, [this] { Gestures.ShowCursor(Cursor->isChecked()); });
     for (QToolButton* button : {Pan, Cursor})
         button->setCheckable(true);
-    AddButton(group, "ZoomOff", QStringLiteral("Zoom off"), EScopeIcon::ZoomOff,
-              [this] { Gestures.ZoomOff(); });
-    AddButton(group, "ChannelSettings", QStringLiteral("Channel settings"), EScopeIcon::Channels,
-              [this] { Actions.ChannelSettings(); });
-    AddButton(group, "Copy", QStringLiteral("Copy the picture"), EScopeIcon::Copy,
-              [this] { Actions.Copy(); });
+    AddButton(
+        group, "ZoomOff", QStringLiteral("Zoom off"), EScopeIcon::ZoomOff, [this] { Gestures.ZoomOff(); });
+    AddButton(
+        group, "ChannelSettings", QStringLiteral("Channel settings"), EScopeIcon::Channels,
+        [this] { Actions.ChannelSettings(); });
+    AddButton(
+        group, "Copy", QStringLiteral("Copy the picture"), EScopeIcon::Copy, [this] { Actions.Copy(); });
     AddButton(group, "Save", QStringLiteral("Save the picture"), EScopeIcon::Save,
               [this] { Actions.Save(); });
     for (std::size_t axis = 0; axis < scopeAxes; ++axis)

@@ -33,9 +33,7 @@ TScopeView::TScopeView(TSLScope& scope, TServices services, QWidget* parent)
       ToolBar(NewChild<TScopeToolBar>(*this, scope, Gestures,
                                       TScopeToolBar::TActions{[this] { ShowChannelSettings(); },
                                                               [this] { CopyPicture(); },
-                                                              [this] {
-                                                                  SavePicture();
-                                                              }})),
+                                                              [this] { SavePicture(); }})),
       Changed(scope.Redraw.Changed.Connect([this] { Schedule(); })) {
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);

@@ -146,9 +146,7 @@ TEST_F(ApiClient, LoginWithoutTheRightKeepsNothingOfTheFormerLogin) {
 
 TEST_F(ApiClient, LoginDropsTheTokenOfAnotherUser) {
     int told = 0;
-    Client.OnNoToken = [&told] {
-        ++told;
-    };
+    Client.OnNoToken = [&told] { ++told; };
     const THttpReply refused = Reply(401, "Unauthorized");
     THttpReply bare = Reply(200, "OK", Flags(10, "true"));
     bare.Headers.clear();
@@ -332,9 +330,7 @@ TEST_F(ApiClient, WhatElseIsRaisedEndsInTheDiary) {
 
 TEST_F(ApiClient, TellsWhyThereIsNoConnection) {
     std::vector<std::string> reasons;
-    Client.OnNoConnection = [&](const std::string& reason) {
-        reasons.push_back(reason);
-    };
+    Client.OnNoConnection = [&](const std::string& reason) { reasons.push_back(reason); };
     Http.Replies = {NoReply(), Reply(200, "OK"), Reply(500, "Oops")};
     for (int call = 0; call < 3; ++call) {
         Client.KeepAlive();

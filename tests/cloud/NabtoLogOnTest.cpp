@@ -35,8 +35,7 @@ struct TLogOn : testing::Test {
     std::string LastPW;
     TExtensions Extensions;
     TNabtoLogOn LogOn{KHelper, Process, Dialogs, Paths, Extensions, [this] {
-                          return LastPW;
-                      }};
+                          return LastPW; }};
 };
 
 TEST_F(TLogOn, PreparesThePasswordOnOk) {

@@ -92,9 +92,7 @@ TEST_F(BindersTest, ButtonsCheckBoxesAndLampsWork) {
         if (++clicks == 1)
             throw EConvertError("'x' is not a number");
     };
-    box.OnClick = [&] {
-        clicks += box.Checked() ? 10 : 100;
-    };
+    box.OnClick = [&] { clicks += box.Checked() ? 10 : 100; };
     TWindow window;
     auto& buttonView = window.Add<QPushButton>();
     auto& boxView = window.Add<QCheckBox>();
@@ -216,9 +214,7 @@ TEST_F(BindersTest, MemosGrowLineByLine) {
 TEST_F(BindersTest, TreesKeepTheSelectionUnderTheRightButton) {
     TTreeView tree("Tree");
     tree.OnClick = Hear("c");
-    tree.OnKeyPress = [&](const std::string& key) {
-        Heard += key == "\r" ? "k" : "?";
-    };
+    tree.OnKeyPress = [&](const std::string& key) { Heard += key == "\r" ? "k" : "?"; };
     tree.OnRightMouseButton = Hear("r");
     tree.OnOtherMouseButton = Hear("o");
     TWindow window;
@@ -248,9 +244,7 @@ TEST_F(BindersTest, GridsShowRowZeroAsTheHeading) {
     grid.Cells.SetColCount(2);
     grid.OnDblClick = Hear("d");
     grid.OnSelectCell = Hear("s");
-    grid.OnKeyPress = [&](const std::string& text) {
-        Heard += "k" + text;
-    };
+    grid.OnKeyPress = [&](const std::string& text) { Heard += "k" + text; };
     TWindow window;
     auto& view = window.Add<QTableView>();
     view.resize(390, 290);

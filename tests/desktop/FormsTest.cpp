@@ -25,9 +25,7 @@ struct TSmallForm : TForm {
             Keys.push_back(key);
             handled = key == EKey::F2;
         };
-        Ok.OnClick = [this] {
-            SetModalResult(EModalResult::Ok);
-        };
+        Ok.OnClick = [this] { SetModalResult(EModalResult::Ok); };
     }
     TEdit Edit{"Edit"};
     TButton Ok{"Ok", "OK"};
@@ -70,12 +68,8 @@ class FormsTest : public testing::Test {
 TEST_F(FormsTest, AModalFormEndsByItsResultItsFrameOrEsc) {
     int shown = 0;
     int closed = 0;
-    Form.OnShow = [&] {
-        ++shown;
-    };
-    Form.OnClose = [&] {
-        ++closed;
-    };
+    Form.OnShow = [&] { ++shown; };
+    Form.OnClose = [&] { ++closed; };
     Later([this] {
         EXPECT_EQ(View().objectName(), "SmallForm");
         EXPECT_EQ(View().windowTitle(), "Small");
@@ -93,9 +87,7 @@ TEST_F(FormsTest, AModalFormEndsByItsResultItsFrameOrEsc) {
 
 TEST_F(FormsTest, AFormThatRefusesToCloseStaysOpen) {
     int asked = 0;
-    Form.OnCloseQuery = [&](bool& mayClose) {
-        mayClose = ++asked > 2;
-    };
+    Form.OnCloseQuery = [&](bool& mayClose) { mayClose = ++asked > 2; };
     Later([this] {
         View().close();
         EXPECT_TRUE(View().isVisible());
@@ -141,9 +133,7 @@ TEST_F(FormsTest, SizesGoBothWaysButNotDuringASleep) {
     Desk.Dialogs.Show(Form);
     QCoreApplication::processEvents();
     EXPECT_EQ(View().size(), QSize(300, 200));
-    Form.OnResize = [&] {
-        ++resized;
-    };
+    Form.OnResize = [&] { ++resized; };
     View().resize(320, 210);
     EXPECT_EQ(Form.ClientWidth(), 320);
     EXPECT_EQ(resized, 1);
@@ -162,9 +152,7 @@ TEST_F(FormsTest, SizesGoBothWaysButNotDuringASleep) {
 }
 
 TEST_F(FormsTest, AnExceptionOfOnShowIsShownAndTheFormStays) {
-    Form.OnShow = [] {
-        throw TError("no texts");
-    };
+    Form.OnShow = [] { throw TError("no texts"); };
     const TOnMessageBox answer([this](QMessageBox& box) {
         box.accept();
         Later([this] { Form.SetModalResult(EModalResult::Ok); });
@@ -178,9 +166,7 @@ TEST_F(FormsTest, WhatLeavesAnEventHandlerMeetsTheLastNet) {
         bool event(QEvent*) override { throw TError("from an event"); }
     } thrower;
     std::string text;
-    Application().OnException = [&](const std::exception& error) {
-        text = error.what();
-    };
+    Application().OnException = [&](const std::exception& error) { text = error.what(); };
     QEvent event(QEvent::User);
     QCoreApplication::sendEvent(&thrower, &event);
     Application().OnException = nullptr;

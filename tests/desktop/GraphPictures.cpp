@@ -100,13 +100,7 @@ void OpenDatalog(QWidget& window, TStage stage) {
 
 std::vector<TPicture> GraphPictures() {
     return {
-        {"main",
-         "FormMain",
-         linked,
-         {},
-         [](QWidget& window, TStage stage) {
-             Log(window, stage);
-         }},
+        {"main", "FormMain", linked, {}, [](QWidget& window, TStage stage) { Log(window, stage); }},
         {"graph-bits",
          "FormMain",
          linked,

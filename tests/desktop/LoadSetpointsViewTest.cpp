@@ -88,9 +88,7 @@ TEST_F(LoadSetpointsView, ChecksAreSetByMouseAndKeyboard) {
     EXPECT_EQ(Grid().model()->headerData(2, Qt::Horizontal).toString(), "Enabled");
     EXPECT_EQ(Grid().columnWidth(2), (Grid().viewport()->width() - 5) / 7);
     EXPECT_EQ(Selected(), "3 of 3 selected");
-    const auto painted = [this](int row) {
-        return Grid().viewport()->grab(Box(row)).toImage();
-    };
+    const auto painted = [this](int row) { return Grid().viewport()->grab(Box(row)).toImage(); };
     const QImage checked = painted(1);
     EXPECT_EQ(painted(3), checked);
     ClickAt(Box(3).topLeft() - QPoint(2, 2));

@@ -163,9 +163,7 @@ TEST(QtDialogs, APopupMenuRunsTheChosenEntry) {
     TMenuItem save("Save", "Save");
     menu.Items = {save};
     bool clicked = false;
-    save.OnClick = [&] {
-        clicked = true;
-    };
+    save.OnClick = [&] { clicked = true; };
     const TOnNext<QMenu> choose([](QMenu& view) {
         view.setActiveAction(view.actions().constFirst());
         QTest::keyClick(&view, Qt::Key_Return);

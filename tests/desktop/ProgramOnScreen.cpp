@@ -27,12 +27,8 @@ TProgramOnScreen::TProgramOnScreen() : Desktop(test::Application(), root) {
     Cloud = std::make_unique<TCloudService>(ReadCloudConfig(TIniFile(disk, source / "sim/cloud/cloud.ini")),
                                             [this] { return Time.Now(); });
     Nabto.SimulationFile = root / "nabto_config/simulation.ini";
-    Nabto.OnReport = [](const std::string& line) {
-        std::cerr << line << '\n';
-    };
-    Time.OnException = [this](const std::exception& error) {
-        Desktop.Application.OnException(error);
-    };
+    Nabto.OnReport = [](const std::string& line) { std::cerr << line << '\n'; };
+    Time.OnException = [this](const std::exception& error) { Desktop.Application.OnException(error); };
 }
 
 TProgramOnScreen::~TProgramOnScreen() {

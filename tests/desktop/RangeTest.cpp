@@ -63,9 +63,7 @@ class RangeTest : public testing::Test {
 
 TEST_F(RangeTest, KeysMoveTheThumbThatHasThem) {
     int changes = 0;
-    Bar.OnChange = [&changes] {
-        ++changes;
-    };
+    Bar.OnChange = [&changes] { ++changes; };
     Track.setFocus(Qt::TabFocusReason);
     Keys({Qt::Key_Right, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Left});
     EXPECT_EQ(Positions(), std::pair(11, 100));
@@ -100,12 +98,8 @@ TEST_F(RangeTest, TheMouseDragsTheNearerThumb) {
 TEST_F(RangeTest, AMaskEditKeepsItsShape) {
     int clicks = 0;
     int exits = 0;
-    Edit.OnClick = [&clicks] {
-        ++clicks;
-    };
-    Edit.OnExit = [&exits] {
-        ++exits;
-    };
+    Edit.OnClick = [&clicks] { ++clicks; };
+    Edit.OnExit = [&exits] { ++exits; };
     EXPECT_EQ(Field.displayText(), "D:__");
     Edit.SetText("D:7");
     EXPECT_EQ(Field.displayText(), "D:7_");

@@ -95,9 +95,7 @@ class ScopeViewTest : public testing::Test {
 
     TSLScope Scope;
     std::function<std::string(EPictureType)> PictureBytes; // of the last picture saved
-    TScopeView View{Scope, {[this](const auto& bytes) {
-                        PictureBytes = bytes;
-                    }}};
+    TScopeView View{Scope, {[this](const auto& bytes) { PictureBytes = bytes; }}};
 };
 
 } // namespace
@@ -249,9 +247,7 @@ TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
     Add("b", green, 1, {2, 2});
     Show();
     bool held = false;
-    Scope.OnContextPopup = [&](int, int) {
-        held = Scope.Hold();
-    };
+    Scope.OnContextPopup = [&](int, int) { held = Scope.Hold(); };
     const QPoint centre = At(50, 5);
     const QRect plot = View.Plot().PlotRect();
     struct TStep {
@@ -321,9 +317,7 @@ TEST_F(ScopeViewTest, TellsWhatLiesUnderTheMouse) {
         told.push_back(event + std::to_string(index) + " " + std::to_string(std::lround(point.X)) + " " +
                        std::to_string(std::lround(point.Y)));
     };
-    Scope.OnOverChannel = [&](std::size_t index, const TSLPoint& point) {
-        tell("over ", index, point);
-    };
+    Scope.OnOverChannel = [&](std::size_t index, const TSLPoint& point) { tell("over ", index, point); };
     Scope.Channels.OnClick = [&](std::size_t index, bool& handled, const TSLPoint& point) {
         handled = true;
         tell("click ", index, point);

@@ -32,9 +32,7 @@ const std::vector<std::string> linked = {"-devid", "410000000001", "-LoginUserPW
 
 // Presses a key in the main form.
 std::function<void(TStage)> Key(Qt::Key key) {
-    return [key](TStage stage) {
-        stage.Robot.On("FormMain", [key](QWidget&) { Press(key); });
-    };
+    return [key](TStage stage) { stage.Robot.On("FormMain", [key](QWidget&) { Press(key); }); };
 }
 
 void ClickOn(QWidget& window, const char* name) {
@@ -43,13 +41,7 @@ void ClickOn(QWidget& window, const char* name) {
 
 std::vector<TPicture> Pictures() {
     return {
-        {"logon",
-         "NabtoLogOn",
-         {},
-         {},
-         [](QWidget&, TStage) {
-             Type("service\ttidewell\t ");
-         }},
+        {"logon", "NabtoLogOn", {}, {}, [](QWidget&, TStage) { Type("service\ttidewell\t "); }},
         {"setup",
          "SetupForm",
          signedIn,

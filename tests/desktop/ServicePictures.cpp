@@ -66,20 +66,14 @@ std::vector<TPicture> ServicePictures() {
     constexpr int inDisplayFile = 9000; // ms
     return {
         {"update-running", "NabtoDevice", linked, OpenServiceForm,
-         [](QWidget&, TStage stage) {
-             ShowUpdateAfter(stage, inDisplayFile);
-         }},
+         [](QWidget&, TStage stage) { ShowUpdateAfter(stage, inDisplayFile); }},
         {"update-main",
          "FormMain",
          linked,
          {},
-         [](QWidget&, TStage stage) {
-             ShowUpdateAfter(stage, inDisplayFile);
-         }},
+         [](QWidget&, TStage stage) { ShowUpdateAfter(stage, inDisplayFile); }},
         {"update-done", "NabtoDevice", linked, OpenServiceForm,
-         [](QWidget&, TStage stage) {
-             Update(stage);
-         }},
+         [](QWidget&, TStage stage) { Update(stage); }},
         {"update-failed", "NabtoDevice", linked, OpenServiceForm,
          [](QWidget&, TStage stage) {
              std::vector<TFault> faults;
@@ -88,9 +82,7 @@ std::vector<TPicture> ServicePictures() {
              Update(stage);
          }},
         {"flash-datalog", "NabtoDevice", linked, OpenServiceForm,
-         [](QWidget& window, TStage) {
-             ShowFlashRange(window);
-         }},
+         [](QWidget& window, TStage) { ShowFlashRange(window); }},
         {"flash-graph", "FormMain", linked,
          [](TStage stage) {
              OpenServiceForm(stage);
@@ -100,16 +92,12 @@ std::vector<TPicture> ServicePictures() {
              });
              stage.Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
          },
-         [](QWidget&, TStage) {
-             QTest::qWait(drawn);
-         }},
+         [](QWidget&, TStage) { QTest::qWait(drawn); }},
         {"errorlog",
          "FormMain",
          linked,
          {},
-         [](QWidget& window, TStage) {
-             ClickOn(window, "but_errorlog");
-         }},
+         [](QWidget& window, TStage) { ClickOn(window, "but_errorlog"); }},
         {"service-panels", "NabtoDevice",
          LinkedWith({"-debugShowEEPanel", "true", "-debugShowFlashPanel", "true", "-debugContUpdate", "true",
                      "-debugShowExtendedVersionInfo", "true"}),

@@ -134,9 +134,7 @@ TEST_F(SetpointPageView, AGroupTakesThePlaceOfTheEmptyLine) {
 
 TEST_F(SetpointPageView, TheSelectedRowStandsOutByItsFontAlone) {
     ClickTree(0, 0);
-    const auto base = [this] {
-        return Grid().palette().color(QPalette::Base);
-    };
+    const auto base = [this] { return Grid().palette().color(QPalette::Base); };
     const QColor stripe = Ground(2);
     EXPECT_EQ(Ground(1), base());
     EXPECT_NE(stripe, base());

@@ -61,9 +61,7 @@ std::vector<TPicture> SetpointPictures() {
          "FormMain",
          linked,
          {},
-         [](QWidget& window, TStage stage) {
-             ShowSetpoints(window, stage, 0, 6);
-         }},
+         [](QWidget& window, TStage stage) { ShowSetpoints(window, stage, 0, 6); }},
         {"setpoints-filter",
          "FormMain",
          linked,
@@ -74,10 +72,7 @@ std::vector<TPicture> SetpointPictures() {
              Type("mode");
              QTest::qWait(300); // the button that empties the field fades in
          }},
-        {"input-number", "InputDialog", linked, EditSetpoint(0, 6),
-         [](QWidget&, TStage) {
-             Type("21,5");
-         }},
+        {"input-number", "InputDialog", linked, EditSetpoint(0, 6), [](QWidget&, TStage) { Type("21,5"); }},
         {"input-bits", "InputDialog", linked, EditSetpoint(0, 9), {}},
         {"input-characters", "InputDialog", linked, EditSetpoint(0, 11), {}},
         {"load", "LoadSetpoints", linked, LoadSetpoints,

@@ -21,9 +21,7 @@ class SimulatedInstallation : public testing::Test {
   protected:
     SimulatedInstallation() {
         Simulation.SimulationFile = Installation.Directory / "nabto_config/simulation.ini";
-        Simulation.OnReport = [](const std::string& line) {
-            ADD_FAILURE() << line;
-        };
+        Simulation.OnReport = [](const std::string& line) { ADD_FAILURE() << line; };
         EXPECT_EQ(Nabto.Init("somebody@example.com", "secret"), 0);
     }
 

@@ -248,9 +248,7 @@ TEST_F(TReadFlash, EndsWithTheProgramOrByTheUser) {
 
     for (const bool duringQuery : {true, false}) {
         Open = true;
-        (duringQuery ? OnQuery : OnRead) = [this] {
-            Open = false;
-        };
+        (duringQuery ? OnQuery : OnRead) = [this] { Open = false; };
         Flash.DownloadFlashLog();
         EXPECT_TRUE(Flash.MayClose());
         EXPECT_EQ(Calls().size(), duringQuery ? 1U : 3U);

@@ -69,9 +69,7 @@ class TNabtoDeviceTest : public testing::Test {
         Device.FormCreate();
     }
     void Answer(const std::string& reply) {
-        Library.Reply = [reply](const std::string&) {
-            return reply;
-        };
+        Library.Reply = [reply](const std::string&) { return reply; };
     }
 
     const char* const Interface = "/app/nabto_config/standalone.xml";
@@ -155,9 +153,7 @@ TEST_F(TNabtoDeviceTest, HandsWholeCyclesToTheHost) {
     EXPECT_EQ(Device.Showquestions(), "q1=0;3;100;1;\r\n");
     Device.init(id, Client);
     Answer(R"({"response":{"data":[{"value":5}]}})");
-    Device.FOnCycleDone = [this] {
-        Host.Events.push_back("cycle " + Device.NabtoResultstring());
-    };
+    Device.FOnCycleDone = [this] { Host.Events.push_back("cycle " + Device.NabtoResultstring()); };
     Device.startLog();
     Time.Advance(520);
     EXPECT_THAT(Host.Events, ElementsAre("cycle 5; ", "UpdateTimerTimer"));
@@ -265,9 +261,7 @@ TEST_F(TNabtoDeviceTest, ReadsTheErrorLog) {
     ASSERT_EQ(Host.Events.size(), 1U);
     EXPECT_TRUE(Host.Events[0].starts_with("7;0;0;"));
     EXPECT_THAT(Device.memoDebug.Lines(), testing::Contains("Read Address: 512"));
-    Library.OnCall = [this] {
-        Host.Open = false;
-    };
+    Library.OnCall = [this] { Host.Open = false; };
     Device.ButErorlog.OnClick(); // closed meanwhile
     EXPECT_EQ(Host.Events.size(), 1U);
 }

@@ -162,9 +162,7 @@ TEST_F(TNabtoTest, SendsAQueryBetweenTwoTurnsOfTheEventLoop) {
     Make().Init("u", "p");
     Calls();
     std::vector<std::string> order;
-    const auto turn = [&](const char* name) {
-        Time.After(0, [&order, name] { order.push_back(name); });
-    };
+    const auto turn = [&](const char* name) { Time.After(0, [&order, name] { order.push_back(name); }); };
     turn("before");
     Library.Reply = [&](const std::string&) -> std::optional<std::string> {
         order.push_back("call");
@@ -232,9 +230,7 @@ TEST_F(TNabtoTest, PingInstallsTheInterfaceThatFits) {
     const std::string url = "nabtoRpcInvoke session nabto://d/ping.json?json=" + PingRequest();
     const std::string pong = R"({"response":{"Pong":1886350951,"Model":)";
     const auto ping = [&](const std::string& reply) {
-        Library.Reply = [&reply](const std::string&) {
-            return reply;
-        };
+        Library.Reply = [&reply](const std::string&) { return reply; };
         return Nabto->ping("d");
     };
     EXPECT_TRUE(ping(pong + "30012}}"));
@@ -299,9 +295,7 @@ TEST_F(TNabtoStreamTest, AReadThatTakesTooLongOrThrowsKeepsWhatCame) {
     Dialogs.ExpectMessage("Stream Read, Timeout :(");
     EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), std::vector<std::uint8_t>(4));
     Library.Chunks = {{9}};
-    Nabto->FOnUpdateProgress = [](TStreamProgress&) {
-        throw EListError("no row");
-    };
+    Nabto->FOnUpdateProgress = [](TStreamProgress&) { throw EListError("no row"); };
     Dialogs.ExpectMessage("EListError error raised, with message : no row");
     EXPECT_EQ(Nabto->ReadStream(2).AtLength(2), (std::vector<std::uint8_t>{9, 0}));
 }
@@ -342,9 +336,7 @@ TEST_F(TNabtoStreamTest, WritesEndAtTheFirstOtherStatus) {
     EXPECT_EQ(Nabto->WriteStream(data, 0), NABTO_STREAM_CLOSED);
     EXPECT_THAT(Calls(), ElementsAre(Write, Close));
     // The event loop runs while a chunk is written, and its time is over.
-    Library.OnCall = [this] {
-        Time.Advance(1);
-    };
+    Library.OnCall = [this] { Time.Advance(1); };
     EXPECT_EQ(Nabto->WriteStream(data, 0), NABTO_OK);
     EXPECT_THAT(Calls(), ElementsAre(Write));
 }

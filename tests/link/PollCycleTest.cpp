@@ -164,9 +164,7 @@ TEST_F(TPollCycleTest, OddQuestionLists) {
 }
 
 TEST_F(TPollCycleTest, AStopDuringAQuestionEndsTheCycleWithIt) {
-    During[1] = [&] {
-        Cycle.stopLog();
-    };
+    During[1] = [&] { Cycle.stopLog(); };
     Start();
     Time.Advance(10000);
     EXPECT_THAT(Asked, ElementsAre("100"));
@@ -224,15 +222,11 @@ TEST_F(TPollCycleTest, GoesOnBelowADialogThatHoldsAQuestionUp) {
         Cycles.clear();
     }
     // A slow device is not a dialog, and what a dialog starts goes on by itself.
-    During[1] = During[2] = [&] {
-        Time.Sleep(1000);
-    };
+    During[1] = During[2] = [&] { Time.Sleep(1000); };
     Start();
     Time.Advance(2000 + 2 * 1050 + 50);
     EXPECT_THAT(Cycles, ElementsAre("1; -2; 3; "));
-    During = {{2, [&] {
-                   Time.Sleep(10);
-               }}};
+    During = {{2, [&] { Time.Sleep(10); }}};
     Start();
     Time.After(2105, [&] {
         Time.Advance(90);
@@ -266,9 +260,7 @@ TEST_F(TPollCycleTest, OnlyTheDeviceInForceSpeaks) {
 
 TEST_F(TPollCycleTest, ACycleThatFailedDuringAQuestionOfTheOldOneStaysEnded) {
     During[1] = [&] {
-        OnCycle = [] {
-            throw TError("disk full");
-        };
+        OnCycle = [] { throw TError("disk full"); };
         Cycle.startLog();
         EXPECT_THROW(Time.Advance(2150), TError);
     };
@@ -278,9 +270,7 @@ TEST_F(TPollCycleTest, ACycleThatFailedDuringAQuestionOfTheOldOneStaysEnded) {
 }
 
 TEST_F(TPollCycleTest, WhatTakesTheCycleMayStopRestartOrFail) {
-    OnCycle = [&] {
-        Cycle.stopLog();
-    };
+    OnCycle = [&] { Cycle.stopLog(); };
     Start();
     Time.Advance(2150);
     EXPECT_FALSE(Cycle.timerLogger->Enabled() || Cycle.timerQuery->Enabled());
@@ -295,13 +285,9 @@ TEST_F(TPollCycleTest, WhatTakesTheCycleMayStopRestartOrFail) {
     EXPECT_EQ(Cycle.NabtoResultstring, "1; -2; ");
     Time.Advance(100);
     EXPECT_EQ(Cycles.back(), "1; -2; 3; ");
-    OnCycle = [] {
-        throw TError("disk full");
-    };
+    OnCycle = [] { throw TError("disk full"); };
     std::string told;
-    Cycle.OnFailed = [&](const std::string& reason) {
-        told = reason;
-    };
+    Cycle.OnFailed = [&](const std::string& reason) { told = reason; };
     Start();
     EXPECT_THROW(Time.Advance(2150), TError);
     EXPECT_FALSE(Cycle.timerLogger->Enabled() || Cycle.timerQuery->Enabled() || Cycle.Dologging);

@@ -34,9 +34,7 @@ class TServiceFixture : public testing::Test, public TFlashDatalog::IHost {
                 OnQuery();
             return "{\"response\":{\"status\":" + std::to_string(Status) + "}}";
         };
-        Nabto.MayGoOn = [this] {
-            return !Flash.Stopped();
-        };
+        Nabto.MayGoOn = [this] { return !Flash.Stopped(); };
         Library.OnCall = [this] {
             if (OnRead && Library.Calls.back().starts_with("nabtoStreamReadIntoBuf"))
                 OnRead();

@@ -65,9 +65,7 @@ TEST_F(TServiceFixture, ListsEepromWordsInAFile) {
     Files.Room = 3;
     EXPECT_THROW(Tools.butGetEepromValues.OnClick(), EInOutError);
     EXPECT_FALSE(Use.Taken());
-    OnRead = [this] {
-        Open = false;
-    };
+    OnRead = [this] { Open = false; };
     Tools.butGetEepromValues.OnClick(); // closed meanwhile
     EXPECT_EQ(Files.List("/app/log/userlog", "*").size(), 2U);
 }

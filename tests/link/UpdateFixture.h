@@ -35,17 +35,13 @@ namespace tidewell::test {
 class TUpdateFixture : public testing::Test {
   protected:
     TUpdateFixture() {
-        Library.Reply = [this](const std::string& url) {
-            return Answer(url);
-        };
+        Library.Reply = [this](const std::string& url) { return Answer(url); };
         Library.OnCall = [this] {
             ++Exchanges;
             if (OnExchange)
                 OnExchange();
         };
-        Nabto.MayGoOn = [this] {
-            return Open && !Run.Stopped();
-        };
+        Nabto.MayGoOn = [this] { return Open && !Run.Stopped(); };
         streamDelayEdit.SetText("10");
     }
 

@@ -25,17 +25,13 @@ struct TEntry : testing::Test {
                   "done\nMessageApplicationReady=ready\nMessageFileStructureMissing=files "
                   "missing\nVersionString=Version\n[HeadAppl]\nappl_title=Tool\n");
         Files.Put("/t/cfg/logo.png", "\x89PNG");
-        Time.OnException = [this](const std::exception& error) {
-            Dialogs.ShowMessage(error.what());
-        };
+        Time.OnException = [this](const std::exception& error) { Dialogs.ShowMessage(error.what()); };
     }
     std::unique_ptr<TProgram> Build() {
-        return tidewell::Build(TPorts{Dialogs, Time, Time, Time, Files, Libraries, Process, Application,
-                                      Pictures,
-                                      [](const std::filesystem::path&) {
-                                          return std::make_unique<TScriptedHttp>();
-                                      }},
-                               TStartOptions{"/t", "/t/tidewell", Arguments, TFileVersion{1, 2, 3, 4}});
+        return tidewell::Build(
+            TPorts{Dialogs, Time, Time, Time, Files, Libraries, Process, Application, Pictures,
+                   [](const std::filesystem::path&) { return std::make_unique<TScriptedHttp>(); }},
+            TStartOptions{"/t", "/t/tidewell", Arguments, TFileVersion{1, 2, 3, 4}});
     }
     // The library is missing, and the end of the program says so.
     void ExpectNoLibraryAtTheEnd() {

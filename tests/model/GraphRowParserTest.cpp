@@ -60,9 +60,7 @@ TEST(GraphRowParser, ReadsEachFieldAsTheCodecDoes) {
 
 TEST(GraphRowParser, AgreesOnLinesOfChance) {
     std::mt19937 random(7);
-    const auto below = [&random](std::size_t end) {
-        return static_cast<std::size_t>(random() % end);
-    };
+    const auto below = [&random](std::size_t end) { return static_cast<std::size_t>(random() % end); };
     for (int round = 0; round < 200; ++round) {
         std::vector<TGraphPoint> points;
         for (std::size_t i = below(6); i > 0; --i)

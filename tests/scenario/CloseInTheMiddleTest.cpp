@@ -16,9 +16,7 @@ class TCloseInTheMiddle : public TProgramFixture {
     }
     // In the next message box or file dialog.
     void CloseInNextDialog() {
-        Dialogs.Meanwhile = [this] {
-            CloseMain();
-        };
+        Dialogs.Meanwhile = [this] { CloseMain(); };
     }
     // Asks nothing more, polls nothing more, and has left its files once.
     void ExpectEnded() {

@@ -287,76 +287,36 @@ TEST_F(TFirmwareUpdateScenario, PackagesThatAreBad) {
         std::function<void()> Change; // of a good package of two files
     };
     const auto config = [this](const std::string& lines) {
-        return [this, lines] {
-            Files.Put(packageFile, lines);
-        };
+        return [this, lines] { Files.Put(packageFile, lines); };
     };
     const auto transfer = [this](const std::string& lines) {
-        return [this, lines] {
-            Files.Put("/t/pkg/pc_cfg.fwc", lines);
-        };
+        return [this, lines] { Files.Put("/t/pkg/pc_cfg.fwc", lines); };
     };
     const std::vector<TCase> cases{
         {"no file name", config("Number of files: 1\nCRC32: 1\nSize: 300\n")},
         {"an empty one", config("")},
-        {"no configuration file",
-         [this] {
-             Files.Remove(packageFile);
-         }},
+        {"no configuration file", [this] { Files.Remove(packageFile); }},
         {"a checksum that is no number", config(a + "CRC32: 12 34\nSize: 300\n")},
         {"ends behind the checksum", config("Number of files: 1\n" + a + "CRC32: 1\n")},
         {"a mask that is too long", config("Number of files: 1" + std::string(40, '0') + "\n")},
         {"for another model", config("Number of files: 1\nFilename: AB30021_1.bin\n1\n1\n")},
-        {"mask shorter than the list",
-         [this] {
-             Edit(packageFile, "files: 11", "files: 1");
-         }},
-        {"mask of other digits",
-         [this] {
-             Edit(packageFile, "files: 11", "files: 30");
-         }},
-        {"size above that of the file",
-         [this] {
-             Edit(packageFile, "Size: 300", "Size: 301");
-         }},
-        {"size below it",
-         [this] {
-             Edit(packageFile, "Size: 200", "Size: 150");
-         }},
-        {"another checksum",
-         [this] {
-             Edit(packageFile, "CRC32: ", "CRC32: 1");
-         }},
-        {"first image missing",
-         [this] {
-             Files.Remove("/t/pkg/30021_1.bin");
-         }},
-        {"second image missing",
-         [this] {
-             Files.Remove("/t/pkg/30021_2.bin");
-         }},
+        {"mask shorter than the list", [this] { Edit(packageFile, "files: 11", "files: 1"); }},
+        {"mask of other digits", [this] { Edit(packageFile, "files: 11", "files: 30"); }},
+        {"size above that of the file", [this] { Edit(packageFile, "Size: 300", "Size: 301"); }},
+        {"size below it", [this] { Edit(packageFile, "Size: 200", "Size: 150"); }},
+        {"another checksum", [this] { Edit(packageFile, "CRC32: ", "CRC32: 1"); }},
+        {"first image missing", [this] { Files.Remove("/t/pkg/30021_1.bin"); }},
+        {"second image missing", [this] { Files.Remove("/t/pkg/30021_2.bin"); }},
         {"wrong fields and numbers beside the package",
          transfer("VersionFName1:1\nVersionFName1:3:215\nVersionFName1:one:215\nA_Transfer:0:1:0\n"
                   "A_Transfer:2:1\nA_Transfer:1:1:0:\nA_Transfer:9999:1:0\n")},
         {"numbers that are none beside it", transfer("VersionFName1:1:x\nA_Transfer:1:one:two\n")},
         {"a version that the controller does not tell",
          transfer("VersionFName9:1:215\nVersionFName1:2:215\n")},
-        {"nothing beside it",
-         [this] {
-             Files.Remove("/t/pkg/pc_cfg.fwc");
-         }},
-        {"no choice",
-         [this] {
-             Choice.reset();
-         }},
-        {"no update status",
-         [this] {
-             Edit(Profile, "DF_HPM_SETPKTNUM=900", "DF_HPM_SETPKTNUM=0");
-         }},
-        {"full disk",
-         [this] {
-             Files.Room = 0;
-         }},
+        {"nothing beside it", [this] { Files.Remove("/t/pkg/pc_cfg.fwc"); }},
+        {"no choice", [this] { Choice.reset(); }},
+        {"no update status", [this] { Edit(Profile, "DF_HPM_SETPKTNUM=900", "DF_HPM_SETPKTNUM=0"); }},
+        {"full disk", [this] { Files.Room = 0; }},
         {"other letters",
          [this] {
              Files.Put("/t/pkg/PC_Cfg.FWC", "; remarks: none\nHeading\nX_Transfer:2:1:1\n");

@@ -52,12 +52,8 @@ TProgramFixture::TProgramFixture() {
         Libraries.Calls.push_back(call);
         Log.push_back(ShortCall(call));
     };
-    Dialogs.OnMessage = [this](const std::string& text) {
-        Log.push_back("box " + text);
-    };
-    Nabto.OnReport = [](const std::string& line) {
-        ADD_FAILURE() << line;
-    };
+    Dialogs.OnMessage = [this](const std::string& text) { Log.push_back("box " + text); };
+    Nabto.OnReport = [](const std::string& line) { ADD_FAILURE() << line; };
     Time.OnException = [this](const std::exception& error) {
         Dialogs.ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
     };
@@ -195,9 +191,7 @@ void TProgramFixture::CheckLog() {
 }
 
 TStep TProgramFixture::SetupDialog(const std::function<void(TSetupForm&)>& action) {
-    return {"form SetupForm", [this, action] {
-                action(Program->SetupForm);
-            }};
+    return {"form SetupForm", [this, action] { action(Program->SetupForm); }};
 }
 
 TStep TProgramFixture::LogOn(const std::string& user, const std::string& password, bool offline) {
@@ -213,9 +207,7 @@ TStep TProgramFixture::LogOn(const std::string& user, const std::string& passwor
 }
 
 TStep TProgramFixture::CancelLogOn() {
-    return {"form NabtoLogOn", [this] {
-                Program->NabtoLogOn.ButCancel.Click();
-            }};
+    return {"form NabtoLogOn", [this] { Program->NabtoLogOn.ButCancel.Click(); }};
 }
 
 TStep TProgramFixture::LoginRequest(const std::string& user, const std::string& password, int code) {

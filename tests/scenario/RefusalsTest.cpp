@@ -81,9 +81,7 @@ TEST_F(TRefusals, OfALogon) {
         bool Online = true;
     };
     const auto logOn = LogOn("service", "tidewell");
-    const auto login = [](int code) {
-        return LoginRequest("service", "tidewell", code);
-    };
+    const auto login = [](int code) { return LoginRequest("service", "tidewell", code); };
     const TCase cases[] = {
         {"cancel", {}, {}},
         {"nothing typed in ten minutes",

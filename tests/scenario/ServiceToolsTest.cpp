@@ -240,9 +240,7 @@ TEST_F(TServiceTools, ADownloadThatFailsTellsWhere) {
     const std::string second = "0;02-03-2026;07:28:00;"; // of block 0, behind nothing
     const TLines segment{"Preparing Stream...", "Preperation Success", "Starting Stream...",
                          "Stream Started",      "Reading Stream...",   "Done Reading"};
-    const auto refused = [](int status) {
-        return "Stream preperation error: " + std::to_string(status);
-    };
+    const auto refused = [](int status) { return "Stream preperation error: " + std::to_string(status); };
     StartIdle();
     Main().FlasDatalog1.Click();
     for (const auto& [faults, boxes, memo, firstRow, lines] : std::vector<TCase>{

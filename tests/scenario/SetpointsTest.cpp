@@ -33,9 +33,7 @@ class TSetpoints : public TSetpointProgram {
 };
 
 TEST_F(TSetpoints, AreSavedEditedAndLoadedBack) {
-    const auto all = [](std::int32_t) {
-        return true;
-    };
+    const auto all = [](std::int32_t) { return true; };
     Start();
     RunUntilRows(2);
     const std::string saved = Save();
@@ -67,9 +65,7 @@ TEST_F(TSetpoints, AreSavedEditedAndLoadedBack) {
         const auto found = std::ranges::find(Page().SetpointValues, edit.Name, &TListRow::Name);
         ASSERT_NE(found, Page().SetpointValues.end());
         const int row = static_cast<int>(found - Page().SetpointValues.begin()) + 1;
-        const auto value = [&] {
-            return Page().SetpointGridDrawCell(1, row).Text;
-        };
+        const auto value = [&] { return Page().SetpointGridDrawCell(1, row).Text; };
         EXPECT_EQ(value(), edit.Before);
         Dialogs.ExpectForm("InputDialog", [&](TForm& form) {
             Dialog().EValue.Enter(edit.Entry);

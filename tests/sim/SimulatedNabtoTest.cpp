@@ -49,9 +49,7 @@ class TSimulatedNabtoTest : public ::testing::Test {
   protected:
     TSimulatedNabtoTest() {
         Put("");
-        Nabto.OnReport = [this](const std::string& line) {
-            Reports.push_back(line);
-        };
+        Nabto.OnReport = [this](const std::string& line) { Reports.push_back(line); };
     }
 
     void Put(const std::string& rows) {

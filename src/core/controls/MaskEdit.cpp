@@ -13,12 +13,11 @@ bool IsDigit(char c) {
 TMaskEdit::TMaskEdit(std::string name, std::string_view mask) : TControl(std::move(name)) {
     if (mask.starts_with('!'))
         mask.remove_prefix(1);
-    for (std::size_t i = 0; i < mask.size() && mask[i] != ';'; ++i) {
+    for (std::size_t i = 0; i < mask.size() && mask[i] != ';'; ++i)
         if (mask[i] == '\\' && i + 1 < mask.size())
             Shape.push_back(mask[++i]);
         else
             Shape.push_back(mask[i] == '9' ? '\0' : mask[i]);
-    }
     SetText({});
 }
 

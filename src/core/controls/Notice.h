@@ -16,9 +16,7 @@ class TNotice : public TPanel {
         : TPanel(name), Text("Lbl" + name), Action("But" + name), Hide("ButHide" + name, "\u2715") {
         SetVisible(false);
         Action.SetVisible(false);
-        Hide.OnClick = [this] {
-            Clear();
-        };
+        Hide.OnClick = [this] { Clear(); };
     }
 
     void Show(const std::string& text) {

@@ -59,12 +59,14 @@ void Keep(QObject& view, TConnection connection) {
 
 void BindControl(QWidget& view, TControl& control) {
     view.setObjectName(ToQt(control.Name()));
-    KeepInStep(view, control, [&view, &control] {
-        if (view.isHidden() == control.Visible())
-            view.setVisible(control.Visible());
-        Enable(view, control.Enabled());
-        view.setToolTip(ToolTip(control.Hint()));
-    });
+    KeepInStep(
+        view, control,
+        [&view, &control] {
+            if (view.isHidden() == control.Visible())
+                view.setVisible(control.Visible());
+            Enable(view, control.Enabled());
+            view.setToolTip(ToolTip(control.Hint()));
+        });
     Keep(view, control.FocusRequested.Connect([&view] { view.setFocus(Qt::OtherFocusReason); }));
 }
 

@@ -25,9 +25,7 @@ bool IsDark(const QPalette& palette) {
 // The stripe's colour over that of the window.
 QColor StripeColor(const QPalette& palette) {
     const QColor base = palette.color(QPalette::Base);
-    const auto mix = [](float over, float under) {
-        return over * stripeShare + under * (1 - stripeShare);
-    };
+    const auto mix = [](float over, float under) { return over * stripeShare + under * (1 - stripeShare); };
     return QColor::fromRgbF(mix(stripeTint.redF(), base.redF()), mix(stripeTint.greenF(), base.greenF()),
                             mix(stripeTint.blueF(), base.blueF()));
 }

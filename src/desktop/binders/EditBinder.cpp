@@ -51,14 +51,16 @@ void BindEdit(QLineEdit& view, TEdit& edit, IDialogs& dialogs) {
     BindControl(view, edit);
     if (edit.Masked())
         view.setStyleSheet(QStringLiteral("lineedit-password-character: 42")); // '*'
-    KeepInStep(view, edit, [&view, &edit] {
-        const QString text = ToQt(edit.Text());
-        SetLimit(view, edit.MaxLength(), static_cast<int>(text.size()));
-        view.setEchoMode(edit.Masked() ? QLineEdit::Password : QLineEdit::Normal);
-        view.setReadOnly(edit.ReadOnly());
-        if (view.text() != text)
-            view.setText(text);
-    });
+    KeepInStep(
+        view, edit,
+        [&view, &edit] {
+            const QString text = ToQt(edit.Text());
+            SetLimit(view, edit.MaxLength(), static_cast<int>(text.size()));
+            view.setEchoMode(edit.Masked() ? QLineEdit::Password : QLineEdit::Normal);
+            view.setReadOnly(edit.ReadOnly());
+            if (view.text() != text)
+                view.setText(text);
+        });
     Keep(view, edit.SelectAllRequested.Connect([&view] { view.selectAll(); }));
     Keep(view, edit.CaretAtEndRequested.Connect([&view] { view.end(false); }));
     view.installEventFilter(&NewChild<TReturnFilter>(view, edit, dialogs));

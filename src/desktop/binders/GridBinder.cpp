@@ -30,7 +30,8 @@ class TGridBinding : public QObject {
         View.installEventFilter(this);
         View.viewport()->installEventFilter(this);
         // Not the current index, which moves to the first row when the view just gets the keyboard.
-        connect(View.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { TakeRow(); });
+        connect(
+            View.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { TakeRow(); });
         connect(View.horizontalHeader(), &QHeaderView::sectionDoubleClicked, this,
                 [this] { DoubleClick(0); });
         FitRows();
@@ -113,7 +114,8 @@ class TGridBinding : public QObject {
     }
 
     void DoubleClick(int row) {
-        RunGuarded(Dialogs, [this, row] { Grid.OnDblClick(row); });
+        RunGuarded(
+            Dialogs, [this, row] { Grid.OnDblClick(row); });
     }
 
     bool KeyPress(const QKeyEvent& event) {

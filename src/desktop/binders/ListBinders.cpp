@@ -30,7 +30,8 @@ QStringList ToList(const std::vector<std::string>& rows) {
 
 void Click(TItemsControl& items, int index, IDialogs& dialogs) {
     if (index >= 0)
-        RunGuarded(dialogs, [&items, index] { items.ClickItem(index); });
+        RunGuarded(
+            dialogs, [&items, index] { items.ClickItem(index); });
 }
 
 // The keys that pick the current row of a list, which is the first one when Tab comes in.
@@ -153,14 +154,16 @@ void BindListBox(QListWidget& view, TListBox& list, IDialogs& dialogs) {
 
 void BindComboBox(QComboBox& view, TComboBox& box, IDialogs& dialogs) {
     BindControl(view, box);
-    KeepInStep(view, box, [&view, &box, shown = std::vector<std::string>()]() mutable {
-        if (shown != box.Items()) {
-            shown = box.Items();
-            view.clear();
-            view.addItems(ToList(shown));
-        }
-        view.setCurrentIndex(box.ItemIndex());
-    });
+    KeepInStep(
+        view, box,
+        [&view, &box, shown = std::vector<std::string>()]() mutable {
+            if (shown != box.Items()) {
+                shown = box.Items();
+                view.clear();
+                view.addItems(ToList(shown));
+            }
+            view.setCurrentIndex(box.ItemIndex());
+        });
     QObject::connect(&view, &QComboBox::activated, &view,
                      [&box, &dialogs](int index) { Click(box, index, dialogs); });
 }

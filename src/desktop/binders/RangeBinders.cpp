@@ -19,12 +19,11 @@ constexpr QChar missing = u'_';
 // In the toolkit's terms "0" is a digit that may be missing.
 QString InputMask(const TMaskEdit& edit) {
     QString mask;
-    for (const char literal : edit.Places()) {
+    for (const char literal : edit.Places())
         if (literal == '\0')
             mask += u'0';
         else
             mask += QStringLiteral("\\") + QChar::fromLatin1(literal);
-    }
     return mask + u';' + missing;
 }
 
@@ -66,15 +65,19 @@ class TMaskFilter : public QObject {
 
 void BindTrackBar2(TTwoThumbTrackBar& view, TTrackBar2& bar, IDialogs& dialogs) {
     BindControl(view, bar);
-    KeepInStep(view, bar, [&view, &bar] {
-        view.SetRange(bar.Min(), bar.Max());
-        view.SetPositions(bar.LowerPosition(), bar.UpperPosition());
-        view.SetTickFrequency(bar.Frequency());
-        view.SetPageSize(bar.PageSize());
-        view.SetThumbColor(QColor(bar.ThumbColor().Red(), bar.ThumbColor().Green(), bar.ThumbColor().Blue()));
-    });
+    KeepInStep(
+        view, bar,
+        [&view, &bar] {
+            view.SetRange(bar.Min(), bar.Max());
+            view.SetPositions(bar.LowerPosition(), bar.UpperPosition());
+            view.SetTickFrequency(bar.Frequency());
+            view.SetPageSize(bar.PageSize());
+            view.SetThumbColor(
+                QColor(bar.ThumbColor().Red(), bar.ThumbColor().Green(), bar.ThumbColor().Blue()));
+        });
     view.OnLowerMoved = [&bar, &dialogs](int position) {
-        RunGuarded(dialogs, [&] { bar.SetLowerPosition(position); });
+        RunGuarded(
+            dialogs, [&] { bar.SetLowerPosition(position); });
     };
     view.OnUpperMoved = [&bar, &dialogs](int position) {
         RunGuarded(dialogs, [&] { bar.SetUpperPosition(position); });
@@ -84,14 +87,16 @@ void BindTrackBar2(TTwoThumbTrackBar& view, TTrackBar2& bar, IDialogs& dialogs) 
 void BindMaskEdit(QLineEdit& view, TMaskEdit& edit, IDialogs& dialogs) {
     BindControl(view, edit);
     view.setInputMask(InputMask(edit));
-    KeepInStep(view, edit, [&view, &edit] {
-        const QString text = ToQt(edit.Text()).replace(u' ', missing);
-        if (view.displayText() == text)
-            return;
-        const int caret = view.cursorPosition();
-        view.setText(text);
-        view.setCursorPosition(caret);
-    });
+    KeepInStep(
+        view, edit,
+        [&view, &edit] {
+            const QString text = ToQt(edit.Text()).replace(u' ', missing);
+            if (view.displayText() == text)
+                return;
+            const int caret = view.cursorPosition();
+            view.setText(text);
+            view.setCursorPosition(caret);
+        });
     QObject::connect(&view, &QLineEdit::textEdited, &view, [&view, &edit, &dialogs] {
         RunGuarded(dialogs, [&] { edit.SetText(FromQt(view.displayText())); });
     });

@@ -66,25 +66,29 @@ void BindImage(TPictureView& view, TImage& image) {
 void BindButton(QPushButton& view, TButton& button, IDialogs& dialogs) {
     BindControl(view, button);
     view.setAutoDefault(false);
-    KeepInStep(view, button, [&view, &button, shown = std::optional<TColor>()]() mutable {
-        const QString caption = ToQt(button.Caption());
-        if (view.text() != caption)
-            view.setText(caption);
-        if (shown == button.Color())
-            return;
-        shown = button.Color();
-        view.setPalette(shown ? Coloured(ToQt(*shown)) : QPalette());
-    });
+    KeepInStep(
+        view, button,
+        [&view, &button, shown = std::optional<TColor>()]() mutable {
+            const QString caption = ToQt(button.Caption());
+            if (view.text() != caption)
+                view.setText(caption);
+            if (shown == button.Color())
+                return;
+            shown = button.Color();
+            view.setPalette(shown ? Coloured(ToQt(*shown)) : QPalette());
+        });
     QObject::connect(&view, &QPushButton::clicked, &view,
                      [&button, &dialogs] { RunGuarded(dialogs, [&button] { button.Click(); }); });
 }
 
 void BindCheckBox(QCheckBox& view, TCheckBox& checkBox, IDialogs& dialogs) {
     BindControl(view, checkBox);
-    KeepInStep(view, checkBox, [&] {
-        view.setText(ToQt(checkBox.Caption()));
-        view.setChecked(checkBox.Checked());
-    });
+    KeepInStep(
+        view, checkBox,
+        [&] {
+            view.setText(ToQt(checkBox.Caption()));
+            view.setChecked(checkBox.Checked());
+        });
     QObject::connect(&view, &QCheckBox::clicked, &view, [&checkBox, &dialogs](bool checked) {
         RunGuarded(dialogs, [&checkBox, checked] {
             checkBox.SetChecked(checked);

@@ -120,7 +120,8 @@ void BindTree(QTreeWidget& view, TTreeView& tree, IDialogs& dialogs) {
     view.setColumnCount(1);
     view.setEditTriggers(QAbstractItemView::NoEditTriggers);
     auto& binding = NewChild<TTreeBinding>(view, view, tree, dialogs);
-    KeepInStep(view, tree, [&binding] { binding.Sync(); });
+    KeepInStep(
+        view, tree, [&binding] { binding.Sync(); });
     Keep(view, tree.ExpandAllRequested.Connect([&view] { view.expandAll(); }));
 }
 

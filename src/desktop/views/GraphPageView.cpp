@@ -81,7 +81,8 @@ void SavePicture(IDialogs& dialogs, IFiles& files, const std::function<std::stri
 
 TScopeView::TServices ServicesBy(IDialogs& dialogs, IFiles& files) {
     return {[&dialogs, &files](const std::function<std::string(EPictureType)>& bytes) {
-        RunGuarded(dialogs, [&] { SavePicture(dialogs, files, bytes); });
+        RunGuarded(
+            dialogs, [&] { SavePicture(dialogs, files, bytes); });
     }};
 }
 

@@ -38,16 +38,18 @@ QColor Mixed(const QColor& over, const QColor& under, double strength) {
 
 void BindBitGrid(TBitGridView& view, TStringGrid& grid, IDialogs& dialogs) {
     BindControl(view, grid);
-    KeepInStep(view, grid, [&view, &grid] {
-        QStringList names;
-        std::vector<bool> bits;
-        for (std::size_t column = 0; column < grid.Cells.ColCount(); ++column) {
-            names.append(ToQt(grid.Cells.Cell(column, 0)));
-            bits.push_back(grid.Cells.Cell(column, 1) == "1");
-        }
-        view.SetNames(names);
-        view.SetBits(std::move(bits));
-    });
+    KeepInStep(
+        view, grid,
+        [&view, &grid] {
+            QStringList names;
+            std::vector<bool> bits;
+            for (std::size_t column = 0; column < grid.Cells.ColCount(); ++column) {
+                names.append(ToQt(grid.Cells.Cell(column, 0)));
+                bits.push_back(grid.Cells.Cell(column, 1) == "1");
+            }
+            view.SetNames(names);
+            view.SetBits(std::move(bits));
+        });
     view.OnClick = [&grid, &dialogs](const TCellClick& click) {
         RunGuarded(dialogs, [&] { grid.OnClick(click); });
     };

@@ -143,8 +143,9 @@ void TMainView::AddStatusBar(TNabtoDevice& device) {
     bar.SetBarHeight(TFormMain::StatusBarHeight);
     auto& led = NewChild<TLedView>(bar);
     BindLed(led, device.LedNabto);
-    bar.Place(TFormMain::PanelLink, led,
-              [](const QRect& panel) { return QRect(panel.topLeft(), QSize(16, panel.height())); });
+    bar.Place(
+        TFormMain::PanelLink, led,
+        [](const QRect& panel) { return QRect(panel.topLeft(), QSize(16, panel.height())); });
     const auto behindLed = [](const QRect& panel) {
         return QRect(panel.x() + 20, panel.y() + 1, panel.width() - 24, panel.height() - 1);
     };

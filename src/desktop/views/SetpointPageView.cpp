@@ -129,10 +129,12 @@ void TSetpointPageView::AddFilter(QWidget& area, QVBoxLayout& column) {
     BindLabel(count, Parts.Page.LblSetpointCount);
     // Works while the area is shown, wherever in the window the keyboard is.
     auto& find = NewChild<QShortcut>(area, QKeySequence(QKeySequence::Find));
-    connect(&find, &QShortcut::activated, this, [this] {
-        Filter->setFocus(Qt::ShortcutFocusReason);
-        Filter->selectAll();
-    });
+    connect(
+        &find, &QShortcut::activated, this,
+        [this] {
+            Filter->setFocus(Qt::ShortcutFocusReason);
+            Filter->selectAll();
+        });
     Keep(*Filter, Context.Application.KeyPreview.Connect(
                       [this](const QWidget& widget, QKeyEvent& event, bool& handled) {
                           if (&widget == Filter && event.modifiers() == Qt::NoModifier)

@@ -72,7 +72,8 @@ void TSetupView::BindPicking(QListWidget& view, TListBox& list, const TViewConte
                                                     const QWidget& widget, const QKeyEvent& event, bool&) {
              const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
              if (enter && &widget == &view && view.currentRow() >= 0)
-                 RunGuarded(dialogs, [&] { list.ClickItem(view.currentRow()); });
+                 RunGuarded(
+                     dialogs, [&] { list.ClickItem(view.currentRow()); });
          }));
     Keep(view, list.Changed.Connect([this, &list, shown = false]() mutable {
         if (std::exchange(shown, list.Visible()) && !shown)
