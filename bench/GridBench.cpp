@@ -28,6 +28,7 @@ constexpr int screenHeight = 1080;
 class TGridRig {
   public:
     TGridRig() {
+        View.OnResize = [this](int grid, int group) { Rig.Page.ArrangeSetpointPage(grid, group); };
         View.resize(screenWidth, screenHeight);
         View.show();
         Grid = View.findChild<QTableView*>(QStringLiteral("SetpointGrid"));
@@ -80,8 +81,7 @@ class TGridRig {
     TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
     TMemo MemoEventLog{"MemoEventLog"};
     TSetpointPageView View{
-        {Rig.Page, PanelGroupSetpoints, MemoEventLog,
-         [this](int grid, int group) { Rig.Page.ArrangeSetpointPage(grid, group); }},
+        Rig.Page, PanelGroupSetpoints, MemoEventLog,
         TViewContext{*static_cast<TQtApplication*>(QCoreApplication::instance()), Dialogs, Hold, Files},
         nullptr};
     QTableView* Grid = nullptr; // children of the view, here and below

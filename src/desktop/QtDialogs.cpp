@@ -1,10 +1,11 @@
 #include "desktop/QtDialogs.h"
 
+#include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/Guard.h"
 #include "core/controls/Form.h"
 #include "desktop/QtText.h"
-#include "desktop/binders/MenuBinder.h"
+#include "desktop/binders/Bind.h"
 
 #include <QCursor>
 #include <QEventLoop>
@@ -80,23 +81,17 @@ void AddButtons(QMessageBox& box, EButtons buttons) {
     }
 }
 
-// While one lives, whoever waits can see the mouse again: something asks for it.
-class TOrdinaryCursor {
-  public:
-    TOrdinaryCursor() : Waiting(QApplication::overrideCursor() != nullptr) {
-        if (Waiting)
-            QApplication::restoreOverrideCursor();
-    }
-    ~TOrdinaryCursor() {
-        if (Waiting)
+// Until the end of the block that keeps the result, whoever waits can see the mouse again: something asks for
+// it.
+[[nodiscard]] auto OrdinaryCursor() {
+    const bool waiting = QApplication::overrideCursor() != nullptr;
+    if (waiting)
+        QApplication::restoreOverrideCursor();
+    return TAtExit([waiting] {
+        if (waiting)
             QApplication::setOverrideCursor(Qt::WaitCursor);
-    }
-    TOrdinaryCursor(const TOrdinaryCursor&) = delete;
-    TOrdinaryCursor& operator=(const TOrdinaryCursor&) = delete;
-
-  private:
-    bool Waiting;
-};
+    });
+}
 
 QString FilterText(const TFileFilter& filter) {
     const QString masks = ToQt(filter.Mask).replace(u';', u' ');
@@ -181,8 +176,8 @@ EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& te
         std::cerr << text << '\n';
         return Escaped(buttons);
     }
-    const TQtApplication::TEndingHold hold(Application);
-    const TOrdinaryCursor ordinary;
+    const auto held = Application.HoldEnding();
+    const auto ordinary = OrdinaryCursor();
     const TKindLook look = LookOf(kind);
     QMessageBox box(TopWindow());
     box.setObjectName(QStringLiteral("MessageBox"));
@@ -211,7 +206,7 @@ std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const 
                                                 const std::string& text) {
     if (Cancelling)
         return std::nullopt;
-    const TOrdinaryCursor ordinary;
+    const auto ordinary = OrdinaryCursor();
     QInputDialog box(TopWindow());
     box.setObjectName(QStringLiteral("InputBox"));
     box.setWindowTitle(ToQt(title));
@@ -245,7 +240,7 @@ std::vector<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& 
                                                              std::size_t& filter) {
     if (Cancelling)
         return {};
-    const TOrdinaryCursor ordinary;
+    const auto ordinary = OrdinaryCursor();
     const bool save = mode == EFileMode::Save;
     QFileDialog box(TopWindow(), ToQt(dialog.Title), PathToQt(dialog.InitialDirectory));
     box.setObjectName(save ? QStringLiteral("SaveDialog") : QStringLiteral("OpenDialog"));
@@ -278,7 +273,7 @@ EModalResult TQtDialogs::ShowModal(TForm& form) {
         return EModalResult::Cancel;
     if (form.Visible())
         form.Hide(); // a window becomes modal only while it is hidden
-    const TOrdinaryCursor ordinary;
+    const auto ordinary = OrdinaryCursor();
     QWidget* const below = TopWindow();
     QWidget& view = ViewOf(form);
     view.setWindowModality(Qt::ApplicationModal);
@@ -335,7 +330,7 @@ void TQtDialogs::Popup(TPopupMenu& menu) {
     if (const auto own = Popups.find(&menu); own != Popups.end())
         own->second(view);
     else
-        BindPopupMenu(view, menu, *this);
+        Bind(view, menu, *this);
     view.exec(QCursor::pos());
 }
 

@@ -1,5 +1,6 @@
 #include "Support.h"
-#include "desktop/views/MainView.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/views/Views.h"
 #include "scenario/SetpointProgram.h"
 
 #include <QHelpEvent>
@@ -11,7 +12,7 @@
 #include <QToolTip>
 #include <QTreeWidget>
 
-#include <optional>
+#include <memory>
 
 namespace tidewell::test {
 
@@ -45,7 +46,7 @@ class SetpointPageView : public TSetpointProgram {
         Start();
         Main().LiveLog.TimerLogAutostart->SetEnabled(false);
         Main().WindowSetpoint1.Click();
-        View.emplace(Main(), Program->NabtoDevice, TViewContext{Application(), Dialogs, Hold, Files});
+        View = ViewOf(Main(), Program->NabtoDevice, TViewContext{Application(), Dialogs, Hold, Files});
         View->resize(1000, 700);
         View->show();
         View->activateWindow();
@@ -97,7 +98,7 @@ class SetpointPageView : public TSetpointProgram {
     }
 
     TDeliveryHold Hold;
-    std::optional<TMainView> View;
+    std::unique_ptr<QWidget> View;
 };
 
 } // namespace

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "desktop/binders/Binding.h"
-
 #include <QWidget>
 
 class QMenu;
 
 namespace tidewell {
 
+class IDialogs;
 class IFiles;
 class TGraphPage;
 

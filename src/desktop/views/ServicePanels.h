@@ -1,19 +1,16 @@
 #pragma once
 
-#include "desktop/binders/FormBinder.h"
-
-class QVBoxLayout;
-
 namespace tidewell {
 
+class TBox;
 class TFlashDatalog;
 class TServiceTools;
 
 // Panels of the service form, added to a column. They show while the form shows them.
 
 // The range of the flash datalog: slider, its ends, the edits of its thumbs, the download.
-void AddFlashRange(QVBoxLayout& column, TFlashDatalog& flash, const TViewContext& context);
+void AddFlashRange(TBox& column, TFlashDatalog& flash);
 // Flash and EEPROM by address.
-void AddReadPanels(QVBoxLayout& column, TServiceTools& tools, const TViewContext& context);
+void AddReadPanels(TBox& column, TServiceTools& tools);
 
 } // namespace tidewell

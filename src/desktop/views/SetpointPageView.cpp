@@ -1,32 +1,14 @@
 #include "desktop/views/SetpointPageView.h"
 
-#include "desktop/binders/CellDelegate.h"
-#include "desktop/binders/EditBinder.h"
-#include "desktop/binders/GridBinder.h"
-#include "desktop/binders/ListBinders.h"
-#include "desktop/binders/SimpleBinders.h"
-#include "desktop/binders/SizeBinder.h"
-#include "desktop/binders/TreeBinder.h"
-#include "desktop/views/EmptyLine.h"
+#include "desktop/binders/GridCells.h"
+#include "desktop/views/Builder.h"
 #include "setpoints/SetpointPage.h"
-#include "widgets/CaptionPanel.h"
-#include "widgets/Child.h"
 #include "widgets/FormResizer.h"
-#include "widgets/RoomyRows.h"
 
-#include <QHBoxLayout>
 #include <QHelpEvent>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QShortcut>
 #include <QSplitter>
-#include <QTableView>
-#include <QTreeWidget>
-#include <QVBoxLayout>
-
-#include <utility>
 
 namespace tidewell {
 
@@ -47,16 +29,24 @@ class TTreeRows : public TRoomyRows {
     }
 };
 
+template <class TControl>
+auto& AddCaptioned(QSplitter& group, TPanel& panel, TControl& control, IDialogs& dialogs) {
+    auto& captioned = NewBound<TCaptionPanel>(group, panel, dialogs);
+    auto& content = NewBound(captioned, control, dialogs);
+    content.setFrameShape(QFrame::NoFrame);
+    captioned.SetContent(content);
+    return content;
+}
+
 } // namespace
 
-TSetpointPageView::TSetpointPageView(TParts parts, const TViewContext& context, QWidget* parent)
-    : QWidget(parent), Parts(std::move(parts)), Context(context) {
-    auto& row = NewChild<QVBoxLayout>(*this);
-    row.setContentsMargins(0, 0, 0, 0);
-    auto& split = NewChild<QSplitter>(*this, Qt::Horizontal);
+TSetpointPageView::TSetpointPageView(TSetpointPage& page, TPanel& group, TMemo& eventLog,
+                                     const TViewContext& context, QWidget* parent)
+    : QWidget(parent), Page(page), Context(context) {
+    auto& split = TBox(TBox::Column, *this, Context.Dialogs).Margins(0).AddWidget<QSplitter>();
+    split.setOrientation(Qt::Horizontal);
     split.setChildrenCollapsible(false);
-    row.addWidget(&split);
-    AddGroup(split);
+    AddGroup(split, group, eventLog);
     AddGrid(split);
     auto& resizer = NewChild<TFormResizer>(*this);
     resizer.Add(*Group, {2, 1});
@@ -65,70 +55,45 @@ TSetpointPageView::TSetpointPageView(TParts parts, const TViewContext& context, 
         OnNewSize(*sized, Context, [this] { TellSize(); });
 }
 
-void TSetpointPageView::AddGroup(QSplitter& split) {
+void TSetpointPageView::AddGroup(QSplitter& split, TPanel& group, TMemo& eventLog) {
     Group = &NewChild<QSplitter>(split, Qt::Vertical);
     Group->setChildrenCollapsible(false);
-    BindPanel(*Group, Parts.PanelGroupSetpoints);
-    auto& treePanel = NewChild<TCaptionPanel>(*Group);
-    auto& tree = NewChild<QTreeWidget>(treePanel);
+    Bind(*Group, group, Context.Dialogs);
+    QTreeWidget& tree =
+        AddCaptioned(*Group, Page.CategoryPanelSetpoints, Page.SetpointTreeView, Context.Dialogs);
     tree.setIndentation(treeIndent);
     tree.setItemDelegate(&NewChild<TTreeRows>(tree));
-    tree.setFrameShape(QFrame::NoFrame);
-    treePanel.SetContent(tree);
-    BindPanel(treePanel, Parts.Page.CategoryPanelSetpoints);
-    BindTree(tree, Parts.Page.SetpointTreeView, Context.Dialogs);
-    auto& logPanel = NewChild<TCaptionPanel>(*Group);
-    auto& log = NewChild<QPlainTextEdit>(logPanel);
-    log.setFrameShape(QFrame::NoFrame);
-    logPanel.SetContent(log);
-    BindPanel(logPanel, Parts.Page.CategoryPanelDebug);
-    BindMemo(log, Parts.MemoEventLog);
+    AddCaptioned(*Group, Page.CategoryPanelDebug, eventLog, Context.Dialogs);
 }
 
 void TSetpointPageView::AddGrid(QSplitter& split) {
-    auto& right = NewChild<QWidget>(split);
-    auto& column = NewChild<QVBoxLayout>(right);
-    column.setContentsMargins(0, 0, 0, 0);
-    TLabel& empty = Parts.Page.LblSetpointPageEmpty;
+    TBox column = TBox(TBox::Column, NewChild<QWidget>(split), Context.Dialogs).Margins(0);
+    TLabel& empty = Page.LblSetpointPageEmpty;
     AddEmptyLine(column, empty);
     // The line stands in place of the grid.
-    auto& area = NewChild<QWidget>(right);
-    column.addWidget(&area, 1);
-    KeepInStep(area, empty, [&area, &empty] { area.setVisible(!empty.Visible()); });
-    auto& areaColumn = NewChild<QVBoxLayout>(area);
-    areaColumn.setContentsMargins(0, 0, 0, 0);
-    areaColumn.setSpacing(0);
-    auto& whoseRows = NewChild<QLabel>(area);
+    TBox area = column.AddPanel(TBox::Column, 1).Spacing(0);
+    KeepInStep(area.Parent, empty, [&view = area.Parent, &empty] { view.setVisible(!empty.Visible()); });
+    QLabel& whoseRows = area.Add(Page.LblSetpointRows);
     whoseRows.setMargin(filterMargin);
     whoseRows.setWordWrap(true);
-    areaColumn.addWidget(&whoseRows);
-    BindLabel(whoseRows, Parts.Page.LblSetpointRows);
-    AddFilter(area, areaColumn);
-    Grid = &NewChild<QTableView>(area);
+    AddFilter(area);
+    Grid = &area.Add(Page.SetpointGrid);
     Grid->setFrameShape(QFrame::NoFrame);
     // A bar that comes and goes would change the widths of the columns.
     Grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    areaColumn.addWidget(Grid);
-    BindGrid(*Grid, Parts.Page.SetpointGrid, Context.Dialogs);
 }
 
-void TSetpointPageView::AddFilter(QWidget& area, QVBoxLayout& column) {
-    auto& row = NewLayout<QHBoxLayout>(column);
-    row.setContentsMargins(filterMargin, filterMargin, filterMargin, filterMargin);
-    row.setSpacing(2 * filterMargin);
-    Filter = &NewChild<QLineEdit>(area);
+void TSetpointPageView::AddFilter(TBox& area) {
+    TBox row = area.AddBox(TBox::Row).Margins(filterMargin).Spacing(2 * filterMargin);
+    Filter = &row.Add(Page.SetpointFilter, 1);
     Filter->setPlaceholderText(QStringLiteral("Filter by name, unit or address (Ctrl+F)"));
     Filter->setAccessibleName(QStringLiteral("Filter"));
     Filter->setClearButtonEnabled(true);
     Filter->setMaximumWidth(filterWidth);
-    row.addWidget(Filter, 1);
-    auto& count = NewChild<QLabel>(area);
-    row.addWidget(&count);
-    row.addStretch();
-    BindEdit(*Filter, Parts.Page.SetpointFilter, Context.Dialogs);
-    BindLabel(count, Parts.Page.LblSetpointCount);
+    row.Add(Page.LblSetpointCount);
+    row.AddStretch();
     // Works while the area is shown, wherever in the window the keyboard is.
-    auto& find = NewChild<QShortcut>(area, QKeySequence(QKeySequence::Find));
+    auto& find = NewChild<QShortcut>(area.Parent, QKeySequence(QKeySequence::Find));
     connect(
         &find, &QShortcut::activated, this,
         [this] {
@@ -145,8 +110,7 @@ void TSetpointPageView::AddFilter(QWidget& area, QVBoxLayout& column) {
 void TSetpointPageView::PreviewFilterKey(QKeyEvent& event, bool& handled) {
     switch (event.key()) {
     case Qt::Key_Escape:
-        RunGuarded(Context.Dialogs,
-                   [&] { handled = !event.isAutoRepeat() && Parts.Page.ClearSetpointFilter(); });
+        RunGuarded(Context.Dialogs, [&] { handled = !event.isAutoRepeat() && Page.ClearSetpointFilter(); });
         break;
     case Qt::Key_Down:
         handled = true;
@@ -162,7 +126,7 @@ void TSetpointPageView::PreviewFilterKey(QKeyEvent& event, bool& handled) {
 void TSetpointPageView::TellSize() {
     const int width =
         Grid->isVisible() ? Grid->viewport()->width() : Grid->parentWidget()->parentWidget()->width();
-    Parts.Resized(width, Group->height());
+    OnResize(width, Group->height());
 }
 
 } // namespace tidewell

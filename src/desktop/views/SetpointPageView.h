@@ -2,15 +2,13 @@
 
 #include "desktop/binders/FormBinder.h"
 
-#include <functional>
-
 class QLineEdit;
 class QSplitter;
 class QTableView;
-class QVBoxLayout;
 
 namespace tidewell {
 
+class TBox;
 class TMemo;
 class TPanel;
 class TSetpointPage;
@@ -20,24 +18,20 @@ class TSetpointPage;
 // to be made before the form is bound.
 class TSetpointPageView : public QWidget {
   public:
-    struct TParts {
-        TSetpointPage& Page;
-        TPanel& PanelGroupSetpoints;
-        TMemo& MemoEventLog;
-        // Client sizes in pixels, of the grid and of the group of the two category panels.
-        std::function<void(int gridClientWidth, int groupClientHeight)> Resized;
-    };
+    TSetpointPageView(TSetpointPage& page, TPanel& group, TMemo& eventLog, const TViewContext& context,
+                      QWidget* parent);
 
-    TSetpointPageView(TParts parts, const TViewContext& context, QWidget* parent);
+    // Client sizes in pixels: the grid's width, and the height of the group of the two category panels.
+    TEvent<int, int> OnResize;
 
   private:
-    void AddGroup(QSplitter& split);
+    void AddGroup(QSplitter& split, TPanel& group, TMemo& eventLog);
     void AddGrid(QSplitter& split);
-    void AddFilter(QWidget& area, QVBoxLayout& column);
+    void AddFilter(TBox& area);
     void PreviewFilterKey(QKeyEvent& event, bool& handled);
     void TellSize();
 
-    const TParts Parts;
+    TSetpointPage& Page;
     const TViewContext Context;
     QSplitter* Group = nullptr; // children, here and below
     QTableView* Grid = nullptr;
