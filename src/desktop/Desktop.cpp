@@ -6,7 +6,6 @@
 #include "desktop/ProcessSignals.h"
 #include "desktop/QtText.h"
 #include "desktop/binders/FormBinder.h"
-#include "desktop/views/GraphPageView.h"
 #include "desktop/views/Views.h"
 #include "mainform/CommandLine.h"
 #include "mainform/Program.h"

@@ -25,17 +25,22 @@ namespace tidewell {
 
 namespace {
 
-// What the frame or Esc answers.
-EModalResult Escaped(EButtons buttons) {
+struct TButtonsLook {
+    QMessageBox::StandardButtons Shown;
+    QMessageBox::StandardButton Escape;
+    EModalResult Escaped; // what the frame or Esc answers
+};
+
+TButtonsLook LookOf(EButtons buttons) {
     switch (buttons) {
     case EButtons::YesNo:
-        return EModalResult::No;
+        return {QMessageBox::Yes | QMessageBox::No, QMessageBox::No, EModalResult::No};
     case EButtons::OkCancel:
-        return EModalResult::Cancel;
+        return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel, EModalResult::Cancel};
     case EButtons::Ok:
         break;
     }
-    return EModalResult::Ok;
+    return {QMessageBox::Ok, QMessageBox::Ok, EModalResult::Ok};
 }
 
 struct TKindLook {
@@ -62,23 +67,6 @@ TKindLook LookOf(EMessageKind kind) {
 // Line breaks of any kind as Qt shows them.
 QString Lines(const std::string& text) {
     return ToQt(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
-}
-
-void AddButtons(QMessageBox& box, EButtons buttons) {
-    switch (buttons) {
-    case EButtons::Ok:
-        box.setStandardButtons(QMessageBox::Ok);
-        box.setEscapeButton(QMessageBox::Ok);
-        break;
-    case EButtons::OkCancel:
-        box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-        box.setEscapeButton(QMessageBox::Cancel);
-        break;
-    case EButtons::YesNo:
-        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-        box.setEscapeButton(QMessageBox::No);
-        break;
-    }
 }
 
 // Until the end of the block that keeps the result, whoever waits can see the mouse again: something asks for
@@ -172,9 +160,10 @@ void TQtDialogs::CancelAll() {
 }
 
 EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) {
+    const TButtonsLook offered = LookOf(buttons);
     if (Cancelling) {
         std::cerr << text << '\n';
-        return Escaped(buttons);
+        return offered.Escaped;
     }
     const auto held = Application.HoldEnding();
     const auto ordinary = OrdinaryCursor();
@@ -187,18 +176,17 @@ EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& te
     box.setTextFormat(Qt::PlainText);
     box.setText(Lines(text));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    AddButtons(box, buttons);
+    box.setStandardButtons(offered.Shown);
+    box.setEscapeButton(offered.Escape);
     box.exec();
     QAbstractButton* const clicked = box.clickedButton();
-    if (clicked == nullptr)
-        return Escaped(buttons);
-    switch (box.standardButton(clicked)) {
+    switch (clicked != nullptr ? box.standardButton(clicked) : QMessageBox::NoButton) {
     case QMessageBox::Ok:
         return EModalResult::Ok;
     case QMessageBox::Yes:
         return EModalResult::Yes;
     default:
-        return Escaped(buttons);
+        return offered.Escaped;
     }
 }
 

@@ -4,6 +4,11 @@
 #include <QPixmap>
 #include <QSvgRenderer>
 
+// The linker leaves out what is in a library and named by nobody. Not to be called from within a namespace.
+static void KeepResources() {
+    Q_INIT_RESOURCE(icons);
+}
+
 namespace tidewell {
 
 namespace {
@@ -11,6 +16,7 @@ namespace {
 constexpr int side = 16; // pixels at 100 %
 
 QPixmap Draw(const QString& name, int size) {
+    KeepResources();
     QPixmap pixmap(size, size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);

@@ -1,11 +1,10 @@
-#include "desktop/views/GraphPageView.h"
-
 #include "core/ChosenFile.h"
 #include "core/Guard.h"
 #include "core/Numbers.h"
 #include "core/ports/IFiles.h"
 #include "desktop/QtText.h"
 #include "desktop/views/Builder.h"
+#include "desktop/views/Views.h"
 #include "graph/GraphPage.h"
 #include "widgets/BitViews.h"
 #include "widgets/ScopeView.h"
@@ -75,11 +74,10 @@ void SavePicture(IDialogs& dialogs, IFiles& files, const std::function<std::stri
 
 } // namespace
 
-TGraphPageView::TGraphPageView(TGraphPage& page, IDialogs& dialogs, IFiles& files, QWidget* parent)
-    : QWidget(parent) {
-    TBox column = TBox(TBox::Column, *this, dialogs).Margins(0);
+void FillGraphPage(QWidget& view, TGraphPage& page, IDialogs& dialogs, IFiles& files) {
+    TBox column = TBox(TBox::Column, view, dialogs).Margins(0);
     AddEmptyLine(column, page.LblGraphPageEmpty);
-    auto& graph = NewChild<TScopeView>(*this, page.graph);
+    auto& graph = NewChild<TScopeView>(view, page.graph);
     graph.OnSavePicture = [&dialogs, &files](const std::function<std::string(EPictureType)>& bytes) {
         RunGuarded(dialogs, [&] { SavePicture(dialogs, files, bytes); });
     };
@@ -89,7 +87,7 @@ TGraphPageView::TGraphPageView(TGraphPage& page, IDialogs& dialogs, IFiles& file
                [&page, &graph] { graph.setVisible(!page.LblGraphPageEmpty.Visible()); });
 }
 
-void AddGraphControls(QWidget& panel, TGraphPage& page, IDialogs& dialogs) {
+void FillGraphControls(QWidget& panel, TGraphPage& page, IDialogs& dialogs) {
     panel.setFixedHeight(controlsHeight);
     TBox row = TBox(TBox::Row, panel, dialogs).Margins(0).Spacing(0);
     auto& scroll = NewChild<TKeyedScrollBar>(panel, Qt::Horizontal);

@@ -1,7 +1,5 @@
 #include "desktop/binders/FormBinder.h"
 #include "desktop/views/Builder.h"
-#include "desktop/views/GraphPageView.h"
-#include "desktop/views/SetpointPageView.h"
 #include "desktop/views/Views.h"
 #include "link/NabtoDevice.h"
 #include "mainform/FormMain.h"
@@ -45,11 +43,17 @@ void AddNotices(TBox& column, TFormMain& form) {
 }
 
 void AddSetpointPage(QTabWidget& tabs, TFormMain& form, const TViewContext& context) {
-    auto& page = NewChild<TSetpointPageView>(tabs, form.SetpointPage, form.PanelGroupSetpoints,
-                                             form.MemoEventLog, context);
-    page.OnResize = [&form](int gridClientWidth, int groupClientHeight) {
-        form.SetpointPageResized(gridClientWidth, groupClientHeight);
-    };
+    auto& page = NewChild<QWidget>(tabs);
+    FillSetpointPage(page, form.SetpointPage, form.PanelGroupSetpoints, form.MemoEventLog, context,
+                     [&form](int gridClientWidth, int groupClientHeight) {
+                         form.SetpointPageResized(gridClientWidth, groupClientHeight);
+                     });
+    tabs.addTab(&page, QString());
+}
+
+void AddGraphPage(QTabWidget& tabs, TFormMain& form, const TViewContext& context) {
+    auto& page = NewChild<QWidget>(tabs);
+    FillGraphPage(page, form.GraphPage, context.Dialogs, context.Files);
     tabs.addTab(&page, QString());
 }
 
@@ -109,12 +113,12 @@ std::unique_ptr<QWidget> ViewOf(TFormMain& form, TNabtoDevice& device, const TVi
     TBox column = TBox(TBox::Column, NewChild<QWidget>(*view), dialogs).Margins(0).Spacing(0);
     column.Layout.addWidget(&tabs, 1);
     auto& controls = column.AddWidget<QWidget>();
-    AddGraphControls(controls, form.GraphPage, dialogs);
+    FillGraphControls(controls, form.GraphPage, dialogs);
     view->setCentralWidget(&column.Parent);
     Bind(controls, form.GraphControlsPanel, dialogs);
     AddNotices(column, form);
     AddSetpointPage(tabs, form, context);
-    tabs.addTab(&NewChild<TGraphPageView>(tabs, form.GraphPage, dialogs, context.Files), QString());
+    AddGraphPage(tabs, form, context);
     AddErrorLogPage(tabs, form, dialogs);
     Bind(tabs, form.TheTab, dialogs);
     AddTabButtons(tabs, form, dialogs);

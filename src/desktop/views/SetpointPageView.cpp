@@ -1,7 +1,7 @@
-#include "desktop/views/SetpointPageView.h"
-
+#include "desktop/binders/FormBinder.h"
 #include "desktop/binders/GridCells.h"
 #include "desktop/views/Builder.h"
+#include "desktop/views/Views.h"
 #include "setpoints/SetpointPage.h"
 #include "widgets/FormResizer.h"
 
@@ -38,95 +38,94 @@ auto& AddCaptioned(QSplitter& group, TPanel& panel, TControl& control, IDialogs&
     return content;
 }
 
-} // namespace
-
-TSetpointPageView::TSetpointPageView(TSetpointPage& page, TPanel& group, TMemo& eventLog,
-                                     const TViewContext& context, QWidget* parent)
-    : QWidget(parent), Page(page), Context(context) {
-    auto& split = TBox(TBox::Column, *this, Context.Dialogs).Margins(0).AddWidget<QSplitter>();
-    split.setOrientation(Qt::Horizontal);
-    split.setChildrenCollapsible(false);
-    AddGroup(split, group, eventLog);
-    AddGrid(split);
-    auto& resizer = NewChild<TFormResizer>(*this);
-    resizer.Add(*Group, {2, 1});
-    resizer.Add(split, {1, 3});
-    for (QWidget* sized : {static_cast<QWidget*>(Group), Grid->viewport()})
-        OnNewSize(*sized, Context, [this] { TellSize(); });
-}
-
-void TSetpointPageView::AddGroup(QSplitter& split, TPanel& group, TMemo& eventLog) {
-    Group = &NewChild<QSplitter>(split, Qt::Vertical);
-    Group->setChildrenCollapsible(false);
-    Bind(*Group, group, Context.Dialogs);
-    QTreeWidget& tree =
-        AddCaptioned(*Group, Page.CategoryPanelSetpoints, Page.SetpointTreeView, Context.Dialogs);
+// The tree above the event log.
+QSplitter& AddGroup(QSplitter& split, TSetpointPage& page, TPanel& panel, TMemo& eventLog,
+                    IDialogs& dialogs) {
+    auto& group = NewChild<QSplitter>(split, Qt::Vertical);
+    group.setChildrenCollapsible(false);
+    Bind(group, panel, dialogs);
+    QTreeWidget& tree = AddCaptioned(group, page.CategoryPanelSetpoints, page.SetpointTreeView, dialogs);
     tree.setIndentation(treeIndent);
     tree.setItemDelegate(&NewChild<TTreeRows>(tree));
-    AddCaptioned(*Group, Page.CategoryPanelDebug, eventLog, Context.Dialogs);
+    AddCaptioned(group, page.CategoryPanelDebug, eventLog, dialogs);
+    return group;
 }
 
-void TSetpointPageView::AddGrid(QSplitter& split) {
-    TBox column = TBox(TBox::Column, NewChild<QWidget>(split), Context.Dialogs).Margins(0);
-    TLabel& empty = Page.LblSetpointPageEmpty;
+void GoToGrid(QTableView& grid) {
+    grid.setFocus(Qt::OtherFocusReason);
+    if (!grid.selectionModel()->hasSelection())
+        grid.selectRow(0);
+}
+
+// Esc and Down in the filter, before the form sees them.
+void PreviewKeys(QLineEdit& filter, TSetpointPage& page, QTableView& grid, const TViewContext& context) {
+    const auto preview = [&filter, &page, &grid, &dialogs = context.Dialogs](
+                             const QWidget& widget, const QKeyEvent& event, bool& handled) {
+        if (&widget != &filter || event.modifiers() != Qt::NoModifier)
+            return;
+        if (event.key() == Qt::Key_Escape) {
+            RunGuarded(dialogs, [&] { handled = !event.isAutoRepeat() && page.ClearSetpointFilter(); });
+        } else if (event.key() == Qt::Key_Down) {
+            handled = true;
+            GoToGrid(grid);
+        }
+    };
+    Keep(filter, context.Application.KeyPreview.Connect(preview));
+}
+
+QLineEdit& AddFilter(TBox& area, TSetpointPage& page) {
+    TBox row = area.AddBox(TBox::Row).Margins(filterMargin).Spacing(2 * filterMargin);
+    QLineEdit& filter = row.Add(page.SetpointFilter, 1);
+    filter.setPlaceholderText(QStringLiteral("Filter by name, unit or address (Ctrl+F)"));
+    filter.setAccessibleName(QStringLiteral("Filter"));
+    filter.setClearButtonEnabled(true);
+    filter.setMaximumWidth(filterWidth);
+    row.Add(page.LblSetpointCount);
+    row.AddStretch();
+    // Works while the area is shown, wherever in the window the keyboard is.
+    auto& find = NewChild<QShortcut>(area.Parent, QKeySequence(QKeySequence::Find));
+    QObject::connect(&find, &QShortcut::activated, &filter, [&filter] {
+        filter.setFocus(Qt::ShortcutFocusReason);
+        filter.selectAll();
+    });
+    return filter;
+}
+
+QTableView& AddGrid(TBox& column, TSetpointPage& page, const TViewContext& context) {
+    TLabel& empty = page.LblSetpointPageEmpty;
     AddEmptyLine(column, empty);
     // The line stands in place of the grid.
     TBox area = column.AddPanel(TBox::Column, 1).Spacing(0);
     KeepInStep(area.Parent, empty, [&view = area.Parent, &empty] { view.setVisible(!empty.Visible()); });
-    QLabel& whoseRows = area.Add(Page.LblSetpointRows);
+    QLabel& whoseRows = area.Add(page.LblSetpointRows);
     whoseRows.setMargin(filterMargin);
     whoseRows.setWordWrap(true);
-    AddFilter(area);
-    Grid = &area.Add(Page.SetpointGrid);
-    Grid->setFrameShape(QFrame::NoFrame);
+    QLineEdit& filter = AddFilter(area, page);
+    QTableView& grid = area.Add(page.SetpointGrid);
+    grid.setFrameShape(QFrame::NoFrame);
     // A bar that comes and goes would change the widths of the columns.
-    Grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    grid.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    PreviewKeys(filter, page, grid, context);
+    return grid;
 }
 
-void TSetpointPageView::AddFilter(TBox& area) {
-    TBox row = area.AddBox(TBox::Row).Margins(filterMargin).Spacing(2 * filterMargin);
-    Filter = &row.Add(Page.SetpointFilter, 1);
-    Filter->setPlaceholderText(QStringLiteral("Filter by name, unit or address (Ctrl+F)"));
-    Filter->setAccessibleName(QStringLiteral("Filter"));
-    Filter->setClearButtonEnabled(true);
-    Filter->setMaximumWidth(filterWidth);
-    row.Add(Page.LblSetpointCount);
-    row.AddStretch();
-    // Works while the area is shown, wherever in the window the keyboard is.
-    auto& find = NewChild<QShortcut>(area.Parent, QKeySequence(QKeySequence::Find));
-    connect(
-        &find, &QShortcut::activated, this,
-        [this] {
-            Filter->setFocus(Qt::ShortcutFocusReason);
-            Filter->selectAll();
+} // namespace
+
+void FillSetpointPage(QWidget& view, TSetpointPage& page, TPanel& groupPanel, TMemo& eventLog,
+                      const TViewContext& context, std::function<void(int, int)> resized) {
+    auto& split = TBox(TBox::Column, view, context.Dialogs).Margins(0).AddWidget<QSplitter>();
+    split.setOrientation(Qt::Horizontal);
+    split.setChildrenCollapsible(false);
+    QSplitter& group = AddGroup(split, page, groupPanel, eventLog, context.Dialogs);
+    TBox column = TBox(TBox::Column, NewChild<QWidget>(split), context.Dialogs).Margins(0);
+    QTableView& grid = AddGrid(column, page, context);
+    auto& resizer = NewChild<TFormResizer>(view);
+    resizer.Add(group, {2, 1});
+    resizer.Add(split, {1, 3});
+    for (QWidget* sized : {static_cast<QWidget*>(&group), grid.viewport()})
+        OnNewSize(*sized, context, [&group, &grid, &right = column.Parent, resized] {
+            resized(grid.isVisible() ? grid.viewport()->width() : right.width(), group.height());
         });
-    Keep(*Filter, Context.Application.KeyPreview.Connect(
-                      [this](const QWidget& widget, QKeyEvent& event, bool& handled) {
-                          if (&widget == Filter && event.modifiers() == Qt::NoModifier)
-                              PreviewFilterKey(event, handled);
-                      }));
-}
-
-void TSetpointPageView::PreviewFilterKey(QKeyEvent& event, bool& handled) {
-    switch (event.key()) {
-    case Qt::Key_Escape:
-        RunGuarded(Context.Dialogs, [&] { handled = !event.isAutoRepeat() && Page.ClearSetpointFilter(); });
-        break;
-    case Qt::Key_Down:
-        handled = true;
-        Grid->setFocus(Qt::OtherFocusReason);
-        if (!Grid->selectionModel()->hasSelection())
-            Grid->selectRow(0);
-        break;
-    default:
-        break;
-    }
-}
-
-void TSetpointPageView::TellSize() {
-    const int width =
-        Grid->isVisible() ? Grid->viewport()->width() : Grid->parentWidget()->parentWidget()->width();
-    OnResize(width, Group->height());
 }
 
 } // namespace tidewell

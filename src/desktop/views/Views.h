@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 class QMenu;
@@ -7,12 +8,17 @@ class QWidget;
 
 namespace tidewell {
 
+class IDialogs;
+class IFiles;
 class TFormMain;
 class TGraphPage;
 class TInputDialog;
 class TLoadSetpoints;
+class TMemo;
 class TNabtoDevice;
 class TNabtoLogOn;
+class TPanel;
+class TSetpointPage;
 class TSetupForm;
 class TSplashscreen;
 class Tlanguagedialog;
@@ -35,5 +41,20 @@ std::unique_ptr<QWidget> ViewOf(TLoadSetpoints& form, const TViewContext& contex
 // closes it, Enter does what the button with the keyboard does, else a ping.
 std::unique_ptr<QWidget> ViewOf(TNabtoDevice& form, const TViewContext& context);
 std::unique_ptr<QWidget> ViewOf(TFormMain& form, TNabtoDevice& device, const TViewContext& context);
+
+// Parts of the main form's window, laid out on a widget.
+
+// The tree above the event log on the left; on the right the filter field above the grid. Ctrl+F goes to the
+// filter, and Down from there to the grid. Esc empties the filter before it goes to the form, so the page has
+// to be made before the form is bound. Told are client sizes in pixels: the grid's width, and the height of
+// the group of the two category panels.
+void FillSetpointPage(QWidget& view, TSetpointPage& page, TPanel& groupPanel, TMemo& eventLog,
+                      const TViewContext& context, std::function<void(int, int)> resized);
+// The plot, and a line in its place until there are curves.
+void FillGraphPage(QWidget& view, TGraphPage& page, IDialogs& dialogs, IFiles& files);
+// Scroll bar and zoom buttons, on the panel below the tabs.
+void FillGraphControls(QWidget& panel, TGraphPage& page, IDialogs& dialogs);
+// The bits of a channel, as the one entry of a menu.
+void FillBinaryPopup(QMenu& menu, const TGraphPage& page);
 
 } // namespace tidewell
