@@ -112,7 +112,7 @@ QTableView& AddGrid(TBox& column, TSetpointPage& page, const TViewContext& conte
 } // namespace
 
 void FillSetpointPage(QWidget& view, TSetpointPage& page, TPanel& groupPanel, TMemo& eventLog,
-                      const TViewContext& context, std::function<void(int, int)> resized) {
+                      const TViewContext& context, const std::function<void(int, int)>& resized) {
     auto& split = TBox(TBox::Column, view, context.Dialogs).Margins(0).AddWidget<QSplitter>();
     split.setOrientation(Qt::Horizontal);
     split.setChildrenCollapsible(false);

@@ -49,7 +49,7 @@ std::unique_ptr<QWidget> ViewOf(TFormMain& form, TNabtoDevice& device, const TVi
 // to be made before the form is bound. Told are client sizes in pixels: the grid's width, and the height of
 // the group of the two category panels.
 void FillSetpointPage(QWidget& view, TSetpointPage& page, TPanel& groupPanel, TMemo& eventLog,
-                      const TViewContext& context, std::function<void(int, int)> resized);
+                      const TViewContext& context, const std::function<void(int, int)>& resized);
 // The plot, and a line in its place until there are curves.
 void FillGraphPage(QWidget& view, TGraphPage& page, IDialogs& dialogs, IFiles& files);
 // Scroll bar and zoom buttons, on the panel below the tabs.
