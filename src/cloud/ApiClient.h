@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/controls/Control.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IHttp.h"
 
@@ -39,10 +40,8 @@ class TApiClient {
     TCredentials _creds;          // of the offline session
     std::vector<std::string> debugLines;
     std::string LastFailure; // status line or reason, when the last exchange was not done; else empty
-    // Takes the reason whenever the server gave no reply at all. May be empty.
-    std::function<void(const std::string&)> OnNoConnection;
-    // A login that worked gave no token. May be empty.
-    std::function<void()> OnNoToken;
+    TEvent<const std::string&> OnNoConnection; // the server gave no reply at all, for that reason
+    TEvent<> OnNoToken;                        // a login that worked gave none
     // Unset, every call is made; false when the program has been closed, and then none is.
     std::function<bool()> MayCall;
 
@@ -67,6 +66,8 @@ class TApiClient {
     THttpReply Call(const std::string& method, const std::string& url, const std::string& body,
                     bool authorize, std::chrono::milliseconds limit = THttpRequest().WholeTimeout);
     int LoginReply(const THttpReply& reply);
+    // Notes the line, behind the other one where nobody is logged in. The result.
+    int Refused(const THttpReply& reply, const char* notLoggedIn, const std::string& line);
     int FetchIdentity(const std::string& path, TCredentials& credentials);
 
     IHttp& Http;

@@ -48,8 +48,7 @@ void TNabtoLogOn::EnableSaveButton() {
 void TNabtoLogOn::ForceLoadDll() {
     TLoadedLibrary loaded = Libraries.Load("KHelper");
     if (!loaded.Library) {
-        if (OnNotLoaded)
-            OnNotLoaded(loaded);
+        OnNotLoaded(loaded);
         Dialogs.ShowMessage("Error Dll not loaded");
         return;
     }

@@ -37,8 +37,8 @@ class TNabtoLogOn : public TForm {
     std::string LoginPassword;                   // in clear, as it came back through the tools
     std::string CLoginPassword;                  // scrambled
 
-    // Takes what came of loading the helper library, when it was not loaded. May be empty.
-    std::function<void(const TLoadedLibrary&)> OnNotLoaded;
+    // What came of loading the helper library, when it was not loaded.
+    TEvent<const TLoadedLibrary&> OnNotLoaded;
 
     void EnterUserName(const std::string& s) { EditUser.SetText(s); }
     void EnterPassword(const std::string& s) { EditPW.SetText(s); }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Numbers.h"
+
 #include <chrono>
 #include <string>
 #include <utility>
@@ -25,8 +27,19 @@ struct THttpReply {
     std::vector<std::pair<std::string, std::string>> Headers;
 
     // First header of that name, compared without regard to case; empty if there is none.
-    std::string Header(const std::string& name) const;
+    std::string Header(const std::string& name) const {
+        for (const auto& [key, value] : Headers)
+            if (SameText(key, name))
+                return value;
+        return {};
+    }
 };
+
+inline THttpReply NoReply(std::string why) {
+    THttpReply reply;
+    reply.Error = std::move(why);
+    return reply;
+}
 
 // One complete HTTPS exchange on a connection of its own. It blocks, and does not throw.
 class IHttp {
