@@ -1,10 +1,10 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -39,7 +39,10 @@ enum class ETable { Setpoint, Datapoint };
 struct TRegisterAddress {
     std::int32_t Obj = 0;
     std::int32_t Address = 0;
-    auto operator<=>(const TRegisterAddress&) const = default;
+    bool operator==(const TRegisterAddress&) const = default;
+    bool operator<(const TRegisterAddress& other) const {
+        return std::tie(Obj, Address) < std::tie(other.Obj, other.Address);
+    }
 };
 
 // Values at consecutive addresses that behave alike.
