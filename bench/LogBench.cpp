@@ -104,12 +104,11 @@ class TLogRig {
     TProgressBar FileProgressBar{"FileProgressBar"};
     TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
-    TLoggingTexts Texts;
     TCurrentInifilesPath Paths;
     TExtensions Extensions;
     TExclusiveUse Opening;
     TLiveLog Log{{Host, Dialogs, Clock, Files, Timers, Panel, Profile, Page, Buffers, TrafficButton,
-                  MemoEventLog, Texts, Paths, Extensions, Opening}};
+                  MemoEventLog, Paths, Extensions, Opening}};
     std::array<std::string, 16> Lines;
 };
 

@@ -114,13 +114,13 @@ void TNabtoDevice::InitControls() {
     btnShowReadList.SetHint("Lists the read questions of the open profile's devices");
 }
 
-void TNabtoDevice::FormCreate() {
+void TNabtoDevice::FormCreate(const TIniFile& language) {
     Cycle.queryCounter = 0;
     Cycle.isLastResultError = false;
     Nabto.FOnUpdateProgress = [this](TStreamProgress&) { ShowProgress(); };
     Nabto.MayGoOn = [this] { return !FlashDatalog.Stopped() && !UpdateRun.Stopped(); };
     Nabto.MayAsk = [this] { return Host.FormOpen(); };
-    ReadLanguage();
+    ReadLanguage(language);
     Nabto.OnInterfaceMissing = [this](const std::filesystem::path& path) {
         Host.AddEventLog(FillText(EventLogTexts.InterfaceMissing, {path.string()}));
     };
@@ -141,20 +141,19 @@ void TNabtoDevice::ReadConfiguration() {
     Cycle.SetIntervals(configuration.PauseTime, configuration.DelayBetweenQuestions);
 }
 
-void TNabtoDevice::ReadLanguage() {
-    const TIniFile language(Files, Paths.Languagefile);
-    UpdateStatus.Texts = ReadFirmwareUpdateTexts(language);
-    EventLogTexts = ReadEventLogTexts(language);
-    ReadTexts = ReadReadTexts(language);
-    LinkTexts = ReadLinkTexts(language);
-    const TNabtodriverTexts texts = ReadNabtodriverTexts(language);
-    btnPing.SetCaption(texts.Butping);
-    BtnUpdate.SetCaption(texts.ButFWupdate);
-    ButErorlog.SetCaption(texts.ButErrorlog);
-    butChangeDeviceID.SetCaption(texts.ButChangeID);
-    ButAccount.SetCaption(texts.ButAccount);
-    FlashDatalog.ApplyTexts(texts);
-    InForce.Texts = ReadDeviceInForceTexts(language);
+void TNabtoDevice::ReadLanguage(const TIniFile& language) {
+    UpdateStatus.Texts.Read(language);
+    EventLogTexts.Read(language);
+    ReadTexts.Read(language);
+    LinkTexts.Read(language);
+    InForce.Texts.Read(language);
+    tidewell::ReadTexts(language, "Nabtodriver",
+                        {{btnPing, "Butping"},
+                         {BtnUpdate, "ButFWupdate"},
+                         {ButErorlog, "ButErrorlog"},
+                         {butChangeDeviceID, "ButChangeID"},
+                         {ButAccount, "ButAccount"}});
+    FlashDatalog.TakeTexts(language);
 }
 
 int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {

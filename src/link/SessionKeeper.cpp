@@ -60,8 +60,7 @@ void TSessionKeeper::timerReopenTimer() {
     }
     timerReopen->SetEnabled(false);
     if (Parts.FormOpen())
-        Parts.Tell(answered ? Parts.Texts.SessionBack
-                            : Parts.Texts.SessionBack + ": " + Parts.Texts.NoAnswer + ", " + device);
+        Parts.Tell(Parts.Texts.SessionBack + (answered ? "" : ": " + Parts.Texts.NoAnswer + ", " + device));
 }
 
 } // namespace tidewell

@@ -1,6 +1,6 @@
 #include "link/SetupForm.h"
 
-#include "core/IniFile.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/WaitCursor.h"
 
@@ -24,10 +24,8 @@ std::string Id(const std::string& device) {
 
 } // namespace
 
-TSetupForm::TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentInifilesPath& paths,
-                       TUNabto& nabto, TNabtoDevice& device, IHost& host)
-    : TForm("SetupForm"), Dialogs(dialogs), Files(files), Paths(paths), Nabto(nabto), Device(device),
-      Host(host) {
+TSetupForm::TSetupForm(IDialogs& dialogs, TUNabto& nabto, TNabtoDevice& device, IHost& host)
+    : TForm("SetupForm"), Dialogs(dialogs), Nabto(nabto), Device(device), Host(host) {
     PageControl1.Pages = {TabSheet};
     ListBoxLocalDevices.SetVisible(false);
     butping.SetVisible(false);
@@ -42,14 +40,14 @@ TSetupForm::TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentIni
         {&ButCommOk, &butping}); // an update of the continuous test can begin below the dialog
 }
 
-void TSetupForm::FormCreate() {
-    const TIniSection texts = TIniFile(Files, Paths.Languagefile).ReadSection("CommDialog");
-    SetCaption(texts.Value("Header"));
-    ButCommOk.SetCaption(texts.Value("ButCommOk"));
-    ButCommCancel.SetCaption(texts.Value("ButCommCancel"));
-    ButDeviceSearch.SetCaption(texts.Value("LabNabtoDeviceSearch"));
-    butping.SetCaption(texts.Value("LabNabtoDeviceping"));
-    TabSheet.SetCaption(texts.Value("TabsheetHeader"));
+void TSetupForm::FormCreate(const TIniFile& language) {
+    ReadTexts(language, "CommDialog",
+              {{*this, "Header"},
+               {ButCommOk, "ButCommOk"},
+               {ButCommCancel, "ButCommCancel"},
+               {ButDeviceSearch, "LabNabtoDeviceSearch"},
+               {butping, "LabNabtoDeviceping"},
+               {TabSheet, "TabsheetHeader"}});
 }
 
 void TSetupForm::FormInit() {

@@ -1,12 +1,10 @@
 #pragma once
 
 #include "cloud/ApiClient.h"
-#include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Pages.h"
 #include "core/controls/Simple.h"
-#include "core/ports/IFiles.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
 
@@ -30,8 +28,7 @@ class TSetupForm : public TForm {
         virtual void RepaintStatusBar() = 0;
     };
 
-    TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentInifilesPath& paths, TUNabto& nabto,
-               TNabtoDevice& device, IHost& host);
+    TSetupForm(IDialogs& dialogs, TUNabto& nabto, TNabtoDevice& device, IHost& host);
 
     TPageControl PageControl1{"PageControl1"};
     TTabSheet TabSheet{"TabSheet", "Communication"};
@@ -43,7 +40,7 @@ class TSetupForm : public TForm {
     TButton ButCommOk{"ButCommOk"};
     TButton ButCommCancel{"ButCommCancel"};
 
-    void FormCreate();
+    void FormCreate(const TIniFile& language);
     // Readies the dialog for a showing.
     void FormInit();
     void GetLocalDevices();
@@ -63,8 +60,6 @@ class TSetupForm : public TForm {
     void ShowInitFailure(int result, const std::string& otherwise);
 
     IDialogs& Dialogs;
-    const IFiles& Files;
-    const TCurrentInifilesPath& Paths;
     TUNabto& Nabto;
     TNabtoDevice& Device;
     IHost& Host;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Extensions.h"
+#include "core/LanguageTexts.h"
 #include "core/Paths.h"
 #include "core/controls/ExclusiveUse.h"
 #include "core/controls/Lists.h"
@@ -44,20 +45,14 @@ struct TUpdateTimerCallBackEvents {
     std::array<std::string_view, 7> Strings() const;
 };
 
-// The language texts of the live log.
-struct TLoggingTexts {
-    std::string MessageLoggingStart;
-    std::string MessageLoggingStop;
-    std::string MessageClearGraphData;
-    std::string TrafficButtonON;
-    std::string TrafficButtonOFF;
-    std::string DialogSaveDatalogFile;
-    // Words of our own, section LiveLog: lines of the event log and, but for AutoStartSpared, of the main
-    // form.
-    std::string LogStopped = "The log has stopped"; // the reason follows
-    std::string NoSession = "There is no session with the device: the log gets no values";
-    std::string AutoStartSpared = "A datalog file is open: the log does not start by itself";
-    std::string NoValues = "The profile asks the device for no value, so the log gets no row.";
+// Lines of the event log and, but for AutoStartSpared, of the main form.
+struct TLiveLogTexts : TOwnTexts {
+    TLiveLogTexts() : TOwnTexts("LiveLog") {}
+    TOwnText LogStopped{*this, "LogStopped", "The log has stopped"}; // the reason follows
+    TOwnText NoSession{*this, "NoSession", "There is no session with the device: the log gets no values"};
+    TOwnText AutoStartSpared{*this, "AutoStartSpared",
+                             "A datalog file is open: the log does not start by itself"};
+    TOwnText NoValues{*this, "NoValues", "The profile asks the device for no value, so the log gets no row."};
 };
 
 // Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
@@ -94,7 +89,6 @@ class TLiveLog {
         TLogBuffers& Buffers;
         TButton& TrafficButton;
         TMemo& MemoEventLog;
-        const TLoggingTexts& Texts;
         const TCurrentInifilesPath& Paths;
         const TExtensions& Extensions;
         const TExclusiveUse& Opening; // of a file or a profile
@@ -103,6 +97,8 @@ class TLiveLog {
     explicit TLiveLog(const TParts& parts);
     TLiveLog(const TLiveLog&) = delete;
     TLiveLog& operator=(const TLiveLog&) = delete;
+
+    void TakeTexts(const TIniFile& language);
 
     // FOnCycleDone: copies the answers of the cycle.
     void SetCycleResult(const std::string& nabtoResultstring);
@@ -126,6 +122,8 @@ class TLiveLog {
     std::string CreateDatalogHeader() const;
     void SaveUserDatalog1Click();
 
+    std::string TrafficButtonON, TrafficButtonOFF; // captions
+    TLiveLogTexts Texts;
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
     TNotice NoticeNoValues{"NoticeNoValues"}; // while such cycles are all that the log gets
     bool DatalogOn = false;
@@ -151,6 +149,7 @@ class TLiveLog {
     };
 
     TParts Parts;
+    std::string MessageLoggingStart, MessageLoggingStop, MessageClearGraphData, DialogSaveDatalogFile;
     bool NoValuesTold = false;
     TPartial LastPartial;
     std::string Line;                 // the data line at hand; kept for its memory

@@ -3,7 +3,6 @@
 #include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
-#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/OpenDialogFilters.h"
 #include "core/controls/Lists.h"
@@ -143,6 +142,14 @@ std::vector<std::filesystem::path> TSdDatalogReader::ChooseFiles() {
     dialog.SelectedFilter = OpenDialogSdDatalogFilter;
     dialog.FileMustExist = true;
     return Parts.Dialogs.OpenFiles(dialog);
+}
+
+void TSdDatalogReader::TakeTexts(const TIniFile& language) {
+    ReadTexts(language, "HeadAppl",
+              {{MessageStopLog, "MessageStopLog"},
+               {DialogOpenProfileCaption, "DialogOpenProfileCaption"},
+               {DialogOpenDatalogFileCaption, "DialogOpenDatalogFileCaption"}});
+    ReadOwnTexts(language, "SdDatalog", {{FileRefused, "FileRefused"}});
 }
 
 void TSdDatalogReader::Open_sd_datalogClick() {

@@ -19,10 +19,7 @@ class TSdDatalogReader {
     // EInOutError.
     void Open_sd_datalogClick();
 
-    std::string MessageStopLog;
-    std::string DialogOpenProfileCaption;
-    std::string DialogOpenDatalogFileCaption;
-    std::string FileRefused = "SD-card datalog refused: %1"; // of the event log; the file, or what is wrong
+    void TakeTexts(const TIniFile& language);
 
   private:
     bool ChooseProfile();
@@ -36,6 +33,8 @@ class TSdDatalogReader {
     void Draw(const std::vector<std::string>& rows, std::size_t labelInterval);
 
     TDatalogParts Parts;
+    std::string MessageStopLog, DialogOpenProfileCaption, DialogOpenDatalogFileCaption;
+    std::string FileRefused = "SD-card datalog refused: %1"; // of the event log; the file, or what is wrong
 };
 
 } // namespace tidewell

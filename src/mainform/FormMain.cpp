@@ -42,7 +42,7 @@ TFormMain::TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifil
           TGraphPage::TParts{Profile, LogBuffers, ports.Dialogs, ports.Wait, MemoEventLog, FileProgressBar}),
       LiveLog(TLiveLog::TParts{Hosts.LiveLog, ports.Dialogs, ports.Clock, ports.Files, ports.Timers,
                                ModbusPanel, Profile, GraphPage, LogBuffers, TrafficButton, MemoEventLog,
-                               LoggingTexts, paths, extensions, Opening}),
+                               paths, extensions, Opening}),
       DatalogReader(DatalogParts()), SdDatalogReader(DatalogParts()), CsvExport(DatalogParts()),
       ProfileOpening(ports, TProfileOpening::TParts{*this, paths, ModbusPanel, Profile, SetpointPage,
                                                     GraphPage, nabto, forms.NabtoDevice}),
@@ -127,11 +127,11 @@ void TFormMain::ConnectUpdate() {
     ButShowUpdate.OnClick = [this] { Ports.Dialogs.Show(Forms.NabtoDevice); };
 }
 
-void TFormMain::FormCreate() {
+void TFormMain::FormCreate(const TIniFile& language) {
     DeleteNabtoUserFolder();
     ConnectUpdate();
     ConnectService();
-    ReadTexts(TIniFile(Ports.Files, FCurrentInifilesPath.Languagefile), *this);
+    ReadTexts(language, *this);
     SignIn.MakeClient();
     StatusBar.SetText(PanelVersion, VersionText(Options.Version));
     SetClientSize(initialWidth, Ports.Dialogs.WorkAreaHeight());
@@ -152,7 +152,7 @@ void TFormMain::ReadSystemFile() {
     Configuration = ReadConfiguration(TIniFile(Ports.Files, FCurrentInifilesPath.Systemfile));
     for (const TReplacedNumber& number : Configuration.Replaced)
         MemoEventLog.Add(LineOn(number, EventLogTexts));
-    TrafficButton.SetCaption(Texts.TrafficButtonOFF);
+    TrafficButton.SetCaption(LiveLog.TrafficButtonOFF);
     LiveLog.UpdateTimer->SetInterval(Configuration.UpdateTimer.Time);
     LiveLog.UpdateTimerCallBackEvents.XAxisJump = Configuration.UpdateTimer.XAxisJump;
     LiveLog.UpdateTimerCallBackEvents.DatalogCount = Configuration.UpdateTimer.DatalogCount;

@@ -58,7 +58,7 @@ class TFormMain : public TFormMainControls {
               const TExtensions& extensions, TUNabto& nabto, const TForms& forms);
 
     // First stage of the start. Throws EConvertError for a key of the system file that is no boolean.
-    void FormCreate();
+    void FormCreate(const TIniFile& language);
     // Second stage, 200 ms after the message loop has started.
     void InitTimerTimer();
     void DoPortScanMode();
@@ -98,8 +98,11 @@ class TFormMain : public TFormMainControls {
     TNabtoDevice& Device() { return Forms.NabtoDevice; }
 
     TConfiguration Configuration;
-    THeadApplTexts Texts;
-    TLoggingTexts LoggingTexts;
+    struct {
+        std::string MessageStopLog; // question before a profile is opened
+        std::string EditNotAllowed; // shown nowhere
+        std::string ErrorMissingAdobe;
+    } Texts;
     TSetpointTexts SetpointTexts;
     TEventLogTexts EventLogTexts;
     TCommandLineParameters _commandLineParameters;

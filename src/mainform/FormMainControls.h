@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/LanguageTexts.h"
+#include "core/IniFile.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Menu.h"
@@ -21,7 +21,7 @@ struct TFormMainControls : TForm {
     // False once the form is closed or the program is asked to end: then nothing is asked or begun any more.
     virtual bool IsOpen() const = 0;
     // Captions from the language file; an entry without a key keeps its text.
-    void ApplyTexts(const THeadApplTexts& texts);
+    void TakeTexts(const TIniFile& language);
 
     TMainMenu MainMenu{"MainMenu"};
     TMenuItem filemenu{"filemenu"};

@@ -5,55 +5,25 @@
 namespace tidewell {
 
 void ReadTexts(const TIniFile& language, TFormMain& main) {
-    main.EventLogTexts = ReadEventLogTexts(language);
-    main.Texts = ReadHeadApplTexts(language);
-    main.ApplyTexts(main.Texts);
-    main.SetpointPage.CategoryPanelSetpoints.SetCaption(main.Texts.CategoryPanelSetpoint);
-    main.SetpointPage.CategoryPanelDebug.SetCaption(main.Texts.CategoryPanelEventlog);
-    main.LoggingTexts = {main.Texts.MessageLoggingStart,   main.Texts.MessageLoggingStop,
-                         main.Texts.MessageClearGraphData, main.Texts.TrafficButtonON,
-                         main.Texts.TrafficButtonOFF,      main.Texts.DialogSaveDatalogFile};
-    ReadOwnTexts(language, "LiveLog",
-                 {{main.LoggingTexts.LogStopped, "LogStopped"},
-                  {main.LoggingTexts.NoSession, "NoSession"},
-                  {main.LoggingTexts.AutoStartSpared, "AutoStartSpared"},
-                  {main.LoggingTexts.NoValues, "NoValues"}});
-    main.ProfileOpening.Texts = ReadProfileTexts(language);
-    main.ProfileOpening.DialogOpenProfileCaption = main.Texts.DialogOpenProfileCaption;
-    main.GraphPage.Graphitems1.SetCaption(main.Texts.PopupMenu_GraphToolbar);
-    main.GraphPage.Hold1.SetCaption(main.Texts.PopupMenu_Hold);
-    main.GraphPage.zoomall1.SetCaption(main.Texts.PopupMenu_ZoomAll);
-    main.GraphPage.Cleargraph1.SetCaption(main.Texts.PopupMenu_ClearGraph);
-    main.GraphPage.Exportdatatocsv1.SetCaption(main.Texts.PopupMenu_Exportdatatocsv);
-    main.DatalogReader.DialogOpenDatalogFileCaption = main.Texts.DialogOpenDatalogFileCaption;
-    main.SdDatalogReader.MessageStopLog = main.Texts.MessageStopLog;
-    main.SdDatalogReader.DialogOpenProfileCaption = main.Texts.DialogOpenProfileCaption;
-    main.SdDatalogReader.DialogOpenDatalogFileCaption = main.Texts.DialogOpenDatalogFileCaption;
-    main.CsvExport.DialogSaveDatalogFile = main.Texts.DialogSaveDatalogFile;
-    const TUnitTexts units = ReadUnitTexts(language);
-    main.ProfileOpening.TestfileComport = units.TestfileComport;
-    main.SetpointTexts = {ReadSetpointHeadlines(language),
-                          units.DataUnits,
-                          units.UserUnits,
-                          main.Texts.DialogOpenProfileCaption,
-                          main.Texts.DialogSaveDatalogFile,
-                          units.TestfileComport.ValueAt(0),
-                          ReadSetpointFileTexts(language),
-                          TSetpointTexts().RowsOfFormer};
-    ReadOwnTexts(language, "SetpointPage", {{main.SetpointTexts.RowsOfFormer, "RowsOfFormer"}});
-    ReadOwnTexts(language, "SdDatalog", {{main.SdDatalogReader.FileRefused, "FileRefused"}});
-    const TNabtodriverTexts driver = ReadNabtodriverTexts(language);
-    main.DeviceID.SetCaption(driver.ButChangeID);
-    main.but_swupdate.SetCaption(driver.ButFWupdate);
-    main.but_errorlog.SetCaption(driver.ButErrorlog);
-    main.SetpointPage.LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
-    main.GraphPage.LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
+    main.TakeTexts(language);
+    ReadTexts(language, "HeadAppl",
+              {{main.Texts.MessageStopLog, "MessageStopLog"},
+               {main.Texts.EditNotAllowed, "EditNotAllowed"},
+               {main.Texts.ErrorMissingAdobe, "ErrorMissingAdobe"}});
+    main.EventLogTexts.Read(language);
+    main.SignIn.Texts.Read(language);
+    main.SetpointTexts.Read(language);
+    main.SetpointPage.TakeTexts(language);
+    main.LiveLog.TakeTexts(language);
+    main.ProfileOpening.TakeTexts(language);
+    main.GraphPage.TakeTexts(language);
+    main.DatalogReader.TakeTexts(language);
+    main.SdDatalogReader.TakeTexts(language);
+    main.CsvExport.TakeTexts(language);
     std::string hideNotice = "Hide this line";
     ReadOwnTexts(language, "Notices", {{hideNotice, "Hide"}});
     for (TNotice* notice : main.Notices())
         notice->Hide.SetHint(hideNotice);
-    if (const std::string stop = language.ReadText("ReadBack", "Stop"); !stop.empty())
-        main.ButStopReadBack.SetCaption(stop);
 }
 
 } // namespace tidewell

@@ -2,7 +2,6 @@
 
 #include "core/Errors.h"
 #include "core/KvSupport.h"
-#include "core/LanguageTexts.h"
 #include "core/OpenDialogFilters.h"
 
 #include <exception>
@@ -18,11 +17,10 @@ constexpr std::size_t rowModelUnknown = 5;
 
 } // namespace
 
-TProfileTexts ReadProfileTexts(const TIniFile& languageFile) {
-    TProfileTexts texts;
-    ReadOwnTexts(languageFile, "ProfileOpening",
-                 {{texts.Unreadable, "Unreadable"}, {texts.NoProfile, "NoProfile"}});
-    return texts;
+void TProfileOpening::TakeTexts(const TIniFile& language) {
+    Texts.Read(language);
+    ReadTexts(language, "HeadAppl", {{DialogOpenProfileCaption, "DialogOpenProfileCaption"}});
+    TestfileComport = language.ReadSection("TestfileComport");
 }
 
 void TProfileOpening::OpenProfile(const std::filesystem::path& path) {

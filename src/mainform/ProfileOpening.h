@@ -3,6 +3,7 @@
 #include "cloud/ApiClient.h"
 #include "core/Configuration.h"
 #include "core/IniFile.h"
+#include "core/LanguageTexts.h"
 #include "core/Paths.h"
 #include "core/controls/Notice.h"
 #include "graph/GraphPage.h"
@@ -19,12 +20,12 @@
 
 namespace tidewell {
 
-// Words of our own, section ProfileOpening; %1 is the file, %2 the reason.
-struct TProfileTexts {
-    std::string Unreadable = "%1 could not be read, so nothing of it is shown: %2";
-    std::string NoProfile = "%1 holds nothing of a profile, so nothing of it is shown.";
+// %1 is the file, %2 the reason.
+struct TProfileTexts : TOwnTexts {
+    TProfileTexts() : TOwnTexts("ProfileOpening") {}
+    TOwnText Unreadable{*this, "Unreadable", "%1 could not be read, so nothing of it is shown: %2"};
+    TOwnText NoProfile{*this, "NoProfile", "%1 holds nothing of a profile, so nothing of it is shown."};
 };
-TProfileTexts ReadProfileTexts(const TIniFile& languageFile);
 
 // Chooses the profile, by the user or by the model that the device reports, and loads it into all that show
 // it.
@@ -43,8 +44,7 @@ class TProfileOpening {
 
     TProfileOpening(const TPorts& ports, const TParts& parts) : Ports(ports), Parts(parts) {}
 
-    std::string DialogOpenProfileCaption; // title of the file dialog
-    TIniSection TestfileComport;          // messages of the language file, some of them by position
+    void TakeTexts(const TIniFile& language);
     TProfileTexts Texts;
     TNotice NoticeProfile{"NoticeProfile"}; // what is wrong with the file of the open profile
 
@@ -69,6 +69,8 @@ class TProfileOpening {
 
     const TPorts& Ports;
     TParts Parts;
+    std::string DialogOpenProfileCaption; // title of the file dialog
+    TIniSection TestfileComport;          // messages of the language file, some of them by position
 };
 
 } // namespace tidewell

@@ -28,8 +28,7 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
       NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Splashscreen.FCurrentInifilesPath, Extensions,
                  [this] { return NabtoDevice.LastPW; }),
       languagedialog(Ports, Options, Splashscreen.FCurrentInifilesPath),
-      SetupForm(Ports.Dialogs, Ports.Files, Splashscreen.FCurrentInifilesPath, Nabto, NabtoDevice,
-                FormMain.Hosts.SetupForm),
+      SetupForm(Ports.Dialogs, Nabto, NabtoDevice, FormMain.Hosts.SetupForm),
       InputDialog(TInputDialog::TParts{Ports.Dialogs, FormMain.ModbusPanel, NabtoDevice,
                                        FormMain.MemoEventLog, FormMain.Hosts.InputDialog}),
       LoadSetpoints(TLoadSetpoints::TParts{
@@ -69,12 +68,14 @@ bool TProgram::Start() {
 }
 
 void TProgram::CreateForms() {
-    FormMain.FormCreate();
-    NabtoDevice.FormCreate();
+    const TIniFile& language = Splashscreen.Language;
+    FormMain.FormCreate(language);
+    NabtoDevice.FormCreate(language);
     Splashscreen.infostring.SetCaption(Splashscreen.Texts.MessageMainAppDone);
     Ports.Wait.Sleep(afterMainForm);
-    SetupForm.FormCreate();
-    InputDialog.FormCreate(TIniFile(Ports.Files, Splashscreen.FCurrentInifilesPath.Languagefile));
+    languagedialog.FormCreate(language);
+    SetupForm.FormCreate(language);
+    InputDialog.FormCreate(language);
 }
 
 void TProgram::Finish() {

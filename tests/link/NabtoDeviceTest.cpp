@@ -62,11 +62,10 @@ class TNabtoDeviceTest : public testing::Test {
         Files.Put(Paths.Systemfile,
                   "[CommInitNabto]\r\n; the link\r\nName=Vent\r\nEnabled=TRUE\r\nPauseTime=500\r\n"
                   "DelayBetweenQuestions=10\r\nDomain=Remote.example\r\nLastLoginUser=me\r\n");
-        Files.Put(Paths.Languagefile, "[Nabtodriver]\nButping=Anpingen\nlabfrom=von\nadjustdays=Tage\n");
         Files.Put("/app/p.pls", "[NabtoDevice]\nq1=0;3;100;1;\n");
         Files.Put(Interface, "<xml/>");
         Client._isLoggedIn = true;
-        Device.FormCreate();
+        Device.FormCreate(Language);
     }
     void Answer(const std::string& reply) {
         Library.Reply = [reply](const std::string&) { return reply; };
@@ -80,6 +79,7 @@ class TNabtoDeviceTest : public testing::Test {
     TFakeNabto Library;
     TFakeHttp Http;
     TFakeHost Host;
+    TIniFile Language{"[Nabtodriver]\nButping=Anpingen\nlabfrom=von\nadjustdays=Tage\n"};
     TApiClient Client{Http, Dialogs, {"api.example", 4161}};
     TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
     TModbusPanel Panel{Files, Time};
@@ -100,7 +100,7 @@ TEST_F(TNabtoDeviceTest, CreationReadsConfigurationAndTexts) {
     Files.Put(Paths.Systemfile, "[CommInitNabto]\nEnabled=0\n");
     EXPECT_FALSE(Device.isEnabled());
     Files.Put(Paths.Systemfile, "[CommInitNabto]\nPauseTime=soon\n");
-    EXPECT_THROW(Device.FormCreate(), EConvertError);
+    EXPECT_THROW(Device.FormCreate(Language), EConvertError);
 }
 
 TEST_F(TNabtoDeviceTest, TheDomainIsAddedOnceAndTheDeviceKept) {

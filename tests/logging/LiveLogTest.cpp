@@ -65,6 +65,11 @@ class TRig {
         Panel.SetMpanelPLSpath("/t/profile/a.pls");
         Panel.InitQuestionStringlistStructures();
         Page.GraphInit(true);
+        Log.TakeTexts(TIniFile(std::string("[HeadAppl]\nMessageLoggingStart=Started\n"
+                                           "MessageLoggingStop=Stopped\nTrafficButtonON=ON\n"
+                                           "TrafficButtonOFF=OFF\nDialogSaveDatalogFile=Save it\n"
+                                           "MessageClearGraphData=") +
+                               Question));
     }
     void Step(const std::string& values) {
         Log.SetCycleResult(values);
@@ -84,12 +89,11 @@ class TRig {
     TProgressBar FileProgressBar{"FileProgressBar"};
     TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
-    TLoggingTexts Texts{"Started", "Stopped", Question, "ON", "OFF", "Save it"};
     TExtensions Extensions;
     TExclusiveUse Opening;
     TCurrentInifilesPath Paths{{}, {}, {}, {}, "/t"};
     TLiveLog Log{{Host, Dialogs, Time, Files, Time, Panel, Profile, Page, Buffers, TrafficButton,
-                  MemoEventLog, Texts, Paths, Extensions, Opening}};
+                  MemoEventLog, Paths, Extensions, Opening}};
 };
 
 } // namespace
@@ -227,7 +231,7 @@ TEST(LiveLog, StartsByItselfOnce) {
             rig.Time.Advance(5000);
             EXPECT_EQ(rig.Log.DatalogOn, !(spare && file));
             EXPECT_EQ(rig.Page.DatalogFileOpen, spare && file);
-            EXPECT_EQ(rig.MemoEventLog.Lines().back() == rig.Texts.AutoStartSpared, spare && file);
+            EXPECT_EQ(rig.MemoEventLog.Lines().back() == rig.Log.Texts.AutoStartSpared, spare && file);
             EXPECT_FALSE(rig.Log.TimerLogAutostart->Enabled());
         }
 }
@@ -276,7 +280,7 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
         rig.Host.Linked = linked;
         rig.Log.StartLog(false, true);
         EXPECT_EQ(rig.Log.LogNotice.Visible(), !linked);
-        EXPECT_EQ(std::ranges::count(rig.MemoEventLog.Lines(), rig.Texts.NoSession), 1);
+        EXPECT_EQ(std::ranges::count(rig.MemoEventLog.Lines(), rig.Log.Texts.NoSession), 1);
     }
 
     // A start that is not to report only polls; one without a link does nothing.

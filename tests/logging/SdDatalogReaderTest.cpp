@@ -47,9 +47,9 @@ std::string Text(const std::vector<std::string>& lines, const char* end = "\r\n"
 class TSdRig : public TDatalogRig {
   public:
     explicit TSdRig(const std::string& profile = TwoChannels) : TDatalogRig(profile) {
-        Reader.MessageStopLog = Question;
-        Reader.DialogOpenProfileCaption = "Profile";
-        Reader.DialogOpenDatalogFileCaption = "Datalog";
+        Reader.TakeTexts(
+            TIniFile(std::string("[HeadAppl]\nMessageStopLog=") + Question +
+                     "\nDialogOpenProfileCaption=Profile\nDialogOpenDatalogFileCaption=Datalog\n"));
         Files.Put("/t/profile/card.SDpls", profile);
     }
     void OpenFiles(const std::vector<std::string>& contents) {
