@@ -1,5 +1,6 @@
 #include "link/ContinuousUpdate.h"
 
+#include "core/DeviceId.h"
 #include "core/Errors.h"
 #include "core/Extensions.h"
 #include "core/KvSupport.h"
@@ -150,7 +151,7 @@ void TContinuousUpdate::SaveReport(std::vector<std::string> lines) {
         Parts.Files.CreateDirectories(directory);
         WriteLines(Parts.Files,
                    directory / ("Continious_test_log_" + DateTimeStamp(Parts.Clock) + "_" +
-                                (Strict() ? TestedDevice : Parts.device).substr(0, 12) + ".txt"),
+                                DeviceIdOf(Strict() ? TestedDevice : Parts.device) + ".txt"),
                    lines);
     } catch (const EInOutError&) {
         for (const std::string& line : lines) // there it is not lost

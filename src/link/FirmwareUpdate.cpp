@@ -1,5 +1,6 @@
 #include "link/FirmwareUpdate.h"
 
+#include "core/DeviceId.h"
 #include "core/Errors.h"
 #include "core/Extensions.h"
 #include "core/IniFile.h"
@@ -32,7 +33,6 @@ constexpr int crcPause = 5000;
 
 constexpr std::uint32_t updateModeCommand = 42; // the file mask stands above its 16 bits
 constexpr std::int32_t crcResultOffset = 3;     // from the base of the update status
-constexpr std::size_t deviceIdLength = 12;
 
 std::uint32_t Number(const std::string& text) {
     return static_cast<std::uint32_t>(ToIntegerOr(text, 0));
@@ -138,7 +138,7 @@ std::optional<bool> TFirmwareUpdate::Perform(const std::filesystem::path& config
 }
 
 bool TFirmwareUpdate::AskDevice() {
-    const std::string id = Parts.device.substr(0, deviceIdLength);
+    const std::string id = DeviceIdOf(Parts.device);
     TMemo& memo = Parts.memoDebug;
     memo.Clear();
     memo.Add(id);
@@ -434,8 +434,7 @@ void TFirmwareUpdate::TellVerdict(EUpdateVerdict verdict) {
 void TFirmwareUpdate::SaveLog(bool success) {
     const auto directory = GetFlashLogLogpath(Parts.Paths);
     const std::string name = std::string(success ? "FW-Update_OK_" : "FW-Update_Error_") +
-                             DateTimeStamp(Parts.Clock) + "_" + Parts.device.substr(0, deviceIdLength) +
-                             ".log";
+                             DateTimeStamp(Parts.Clock) + "_" + DeviceIdOf(Parts.device) + ".log";
     try {
         Parts.Files.CreateDirectories(directory);
         WriteLines(Parts.Files, directory / name, Parts.memoDebug.Lines());

@@ -70,8 +70,8 @@ void SavePicture(IDialogs& dialogs, IFiles& files, const std::function<std::stri
         return;
     const TPictureChoice& choice = pictureChoices.at(filter);
     if (!SameText(file->extension().string(), choice.Ending)) {
-        file = WithEnding(*std::move(file), choice.Ending);
-        if (!MayReplace(files, dialogs, *file))
+        file = WithEnding(files, dialogs, *std::move(file), choice.Ending);
+        if (!file)
             return;
     }
     const auto writer = files.Replace(*file);
