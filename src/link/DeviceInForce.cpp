@@ -1,6 +1,6 @@
 #include "link/DeviceInForce.h"
 
-#include "core/Flagged.h"
+#include "core/AtExit.h"
 #include "core/Numbers.h"
 #include "core/controls/Simple.h"
 #include "core/controls/StatusBar.h"

@@ -5,6 +5,7 @@
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
+#include "core/Paths.h"
 #include "core/TextFile.h"
 #include "logging/DatalogWriter.h"
 #include "mainform/FormMainTexts.h"

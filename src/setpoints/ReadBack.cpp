@@ -1,5 +1,6 @@
 #include "setpoints/ReadBack.h"
 
+#include "core/AtExit.h"
 #include "core/Errors.h"
 #include "link/NabtoDevice.h"
 
@@ -23,20 +24,13 @@ TDeviceUse& TReadBack::Use() const {
 TReadBack::EResult TReadBack::Run() {
     if (IsRunning)
         throw TError("The setpoints are being read already");
-    struct TScope {
-        TReadBack& Owner;
-        explicit TScope(TReadBack& owner) : Owner(owner) {
-            Owner.IsRunning = true;
-            Owner.Changed.Emit();
-        }
-        TScope(const TScope&) = delete;
-        TScope& operator=(const TScope&) = delete;
-        ~TScope() {
-            Owner.IsRunning = false;
-            Owner.IsWaiting = false;
-            Owner.Changed.Emit();
-        }
-    } running(*this);
+    IsRunning = true;
+    const TAtExit done([this] {
+        IsRunning = false;
+        IsWaiting = false;
+        Changed.Emit();
+    });
+    Changed.Emit();
     Cancelled = false;
     Device.ReadBack.SetDatapointList.clear(); // what an earlier order has left
     const TDeviceUse::TAction action(Device.Use);
