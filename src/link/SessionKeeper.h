@@ -5,28 +5,18 @@
 #include "core/ports/ITimers.h"
 #include "link/NabtoClientApi.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 
 namespace tidewell {
 
-class TUNabto;
+struct TDeviceServices;
 
 // Opens a session anew that the library has ended, as it does after a suspend or a change of network, and
 // pings the device once. While it cannot be opened it is tried again from time to time.
 class TSessionKeeper {
   public:
-    struct TParts {
-        ITimers& Timers;
-        TUNabto& Nabto;
-        const TLinkTexts& Texts;
-        const std::string& Device; // in force
-        std::function<bool()> FormOpen;
-        std::function<void(const std::string&)> Tell; // takes lines of the event log
-    };
-
-    explicit TSessionKeeper(TParts parts);
+    TSessionKeeper(const TDeviceServices& services, const TLinkTexts& texts);
     ~TSessionKeeper();
     TSessionKeeper(const TSessionKeeper&) = delete;
     TSessionKeeper& operator=(const TSessionKeeper&) = delete;
@@ -38,7 +28,8 @@ class TSessionKeeper {
     void SessionGone(TNabtoStatus status);
     void timerReopenTimer();
 
-    TParts Parts;
+    const TDeviceServices& Services;
+    const TLinkTexts& Texts;
     TCredentials Credentials;
     std::unique_ptr<ITimer> timerReopen; // enabled from the loss on until the session stands again
     bool Told = false;                   // that it cannot be opened

@@ -24,10 +24,7 @@ std::string Id(const std::string& device) {
 
 } // namespace
 
-TSetupForm::TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentInifilesPath& paths,
-                       TUNabto& nabto, TNabtoDevice& device, IHost& host)
-    : TForm("SetupForm"), Dialogs(dialogs), Files(files), Paths(paths), Nabto(nabto), Device(device),
-      Host(host) {
+TSetupForm::TSetupForm(const TNeeds& needs) : TForm("SetupForm"), Needs(needs) {
     PageControl1.Pages = {TabSheet};
     ListBoxLocalDevices.SetVisible(false);
     butping.SetVisible(false);
@@ -38,12 +35,12 @@ TSetupForm::TSetupForm(IDialogs& dialogs, const IFiles& files, const TCurrentIni
     ButDeviceSearch.OnClick = [this] { ButDeviceSearchClick(); };
     butping.OnClick = [this] { butpingClick(); };
     ListBoxLocalDevices.OnClick = [this] { ListBoxLocalDevicesClick(); };
-    Device.Use.AddControls(
+    Needs.Device.Use.AddControls(
         {&ButCommOk, &butping}); // an update of the continuous test can begin below the dialog
 }
 
 void TSetupForm::FormCreate() {
-    const TIniSection texts = TIniFile(Files, Paths.Languagefile).ReadSection("CommDialog");
+    const TIniSection texts = TIniFile(Needs.Files, Needs.Paths.Languagefile).ReadSection("CommDialog");
     SetCaption(texts.Value("Header"));
     ButCommOk.SetCaption(texts.Value("ButCommOk"));
     ButCommCancel.SetCaption(texts.Value("ButCommCancel"));
@@ -61,10 +58,10 @@ void TSetupForm::FormInit() {
 }
 
 void TSetupForm::GetLocalDevices() {
-    const TWaitCursor busy(Dialogs);
+    const TWaitCursor busy(Needs.Dialogs);
     ListBoxLocalDevices.Clear();
     std::vector<std::string> rows;
-    for (const std::string& device : Nabto.GetLocal())
+    for (const std::string& device : Needs.Nabto.GetLocal())
         rows.push_back(Id(device));
     ListBoxLocalDevices.SetItems(std::move(rows));
     ListBoxLocalDevices.SetVisible(true);
@@ -78,23 +75,24 @@ bool TSetupForm::IsLocalDevice(const std::string& deviceID) const {
 }
 
 std::string TSetupForm::RemoveDoinInfo(const std::string& s) const {
-    return Device.Domain.empty() ? std::string() : Id(s);
+    return Needs.Device.Domain.empty() ? std::string() : Id(s);
 }
 
 void TSetupForm::ShowInitFailure(int result, const std::string& otherwise) {
-    Dialogs.ShowMessageBox(EMessageKind::Warning, InitFailureText(result, txtRemote.Text(), otherwise),
-                           EButtons::Ok);
+    Needs.Dialogs.ShowMessageBox(EMessageKind::Warning, InitFailureText(result, txtRemote.Text(), otherwise),
+                                 EButtons::Ok);
 }
 
 int TSetupForm::OpenLink(const std::string& device) {
-    const TWaitCursor busy(Dialogs);
-    Device.IsLocalDevice = IsLocalDevice(device.empty() ? Device.device : device); // which init keeps
-    return Device.init(device, Host.ApiClient());
+    const TWaitCursor busy(Needs.Dialogs);
+    Needs.Device.IsLocalDevice =
+        IsLocalDevice(device.empty() ? Needs.Device.device : device); // which init keeps
+    return Needs.Device.init(device, Needs.ApiClient);
 }
 
 void TSetupForm::ButCommOkClick() {
     const std::string typed = txtRemote.Text();
-    const std::string domain = Device.Domain;
+    const std::string domain = Needs.Device.Domain;
     if (!typed.empty() && !domain.empty() && LowerCase(typed).find(LowerCase(domain)) == std::string::npos)
         txtRemote.SetText(typed + "." + domain);
     const std::string device = txtRemote.Text();
@@ -103,12 +101,12 @@ void TSetupForm::ButCommOkClick() {
         ShowInitFailure(result, "An error occurred when initializing communication to the device.");
         return;
     }
-    Host.SetDeviceId(device);
+    Needs.Device.InForce.LinkedTo(device);
     SetModalResult(EModalResult::Ok);
     Close();
-    Host.TestProfileNabto();
-    Device.LblNabto.SetCaption("ID : " + device); // the text may be another by now
-    Host.RepaintStatusBar();
+    OnLinked();
+    Needs.Device.LblNabto.SetCaption("ID : " + device); // the text may be another by now
+    Needs.StatusBar.Repaint();
 }
 
 void TSetupForm::ButCommCancelClick() {
@@ -123,8 +121,8 @@ void TSetupForm::butpingClick() {
     const std::string device = txtRemote.Text();
     const int result = OpenLink(device);
     if (result == 0) {
-        const TWaitCursor busy(Dialogs); // a message box lifts it
-        Device.btnPing.OnClick();
+        const TWaitCursor busy(Needs.Dialogs); // a message box lifts it
+        Needs.Device.btnPing.OnClick();
     } else {
         ShowInitFailure(result, "An error occurred when trying to initialize the nabto connection.");
     }

@@ -1,6 +1,7 @@
 #include "logging/CsvExport.h"
 
 #include "core/Errors.h"
+#include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/WaitCursor.h"
 #include "core/controls/Lists.h"
@@ -76,7 +77,7 @@ class TColumn {
 } // namespace
 
 void TCsvExport::Exportdatatocsv1Click() {
-    Parts.Host.StopLog();
+    Parts.Log.StopLog();
     try {
         Export();
     } catch (const TError& error) {

@@ -4,6 +4,8 @@
 #include "core/Guard.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
+#include "core/ProgramState.h"
+#include "core/controls/StatusBar.h"
 #include "logging/DatalogWriter.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
@@ -46,6 +48,13 @@ TLiveLog::TLiveLog(const TParts& parts)
 
 void TLiveLog::SetCycleResult(const std::string& nabtoResultstring) {
     UpdateTimerCallBackEvents.str_ModbusEthernet = nabtoResultstring;
+}
+
+std::string TLiveLog::CurrentDataString() const {
+    std::string data;
+    for (const std::string_view text : UpdateTimerCallBackEvents.Strings())
+        data += text;
+    return data;
 }
 
 void TLiveLog::CycleWithoutValues() {
@@ -100,7 +109,7 @@ std::exception_ptr TLiveLog::LogRow(const std::array<std::string_view, 7>& strin
         }
     };
     show([&] { page.ExtendGraph(Line); });
-    show([&] { Parts.Host.ApplyDataLine(Line); });
+    show([&] { OnDataLine(Line); });
 
     const std::int64_t every = UpdateTimerCallBackEvents.DatalogCount;
     if (every == 0)
@@ -125,12 +134,11 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     if (Parts.Opening.Taken())
         return;                           // the rows that it would clear or go on are being read
     TimerLogAutostart->SetEnabled(false); // this start is the one
-    if (Parts.Host.NabtoEnabled() && Parts.Host.InitLink() != 0)
+    if (!Parts.Polling.Link())
         return;
     if (!Parts.Profile.MayLog()) {
         Parts.Dialogs.ShowMessageBox(EMessageKind::Information, "Profile NOT loaded...", EButtons::Ok);
-        Parts.Host.ShowSetpointPage();
-        Parts.Host.Setup1Click();
+        OnNoProfile();
         return;
     }
     bool keep = false;
@@ -140,7 +148,7 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
         // A log that cannot be saved goes on, so that its rows are not lost.
         keep = answer != EModalResult::Yes || !RunGuarded(Parts.Dialogs, [this] { SavePartialFile(); });
     }
-    if (!Parts.Host.FormOpen())
+    if (!Parts.Program.IsOpen())
         return; // closed while it was asked
     if (questionEnable ? !keep : clearData) {
         Parts.GraphPage.ClearGraphPage();
@@ -148,9 +156,9 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
         Parts.Buffers.DatalogCount = 0;
     }
     LogNotice.Clear();
-    Parts.Host.RepaintStatusBar();
+    Parts.StatusBar.Repaint();
     ForgetNoValues();
-    Parts.Host.StartPolling();
+    Parts.Polling.Start();
     Parts.TrafficButton.SetColor(RunningColor);
     Parts.TrafficButton.SetCaption(Parts.Texts.TrafficButtonON);
     if (clearData) {
@@ -158,7 +166,7 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
         DatalogOn = true;
         Parts.GraphPage.CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
     }
-    if (!Parts.Host.Polls())
+    if (!Parts.Polling.Running())
         Tell(Parts.Texts.NoSession);
 }
 
@@ -168,7 +176,7 @@ void TLiveLog::StopLog() {
     Parts.Panel.WannaClose = true;
     Parts.TrafficButton.SetColor(StoppedColor);
     Parts.TrafficButton.SetCaption(Parts.Texts.TrafficButtonOFF);
-    Parts.Host.StopPolling();
+    Parts.Polling.Stop();
     ForgetNoValues();
     ReportTraffic(Parts.Texts.MessageLoggingStop);
     DatalogOn = false;
@@ -182,7 +190,7 @@ void TLiveLog::TrafficButtonClick() {
         cursor.SetVisible(true);
     } else {
         StartLog(true, true);
-        Parts.Host.RepaintStatusBar();
+        Parts.StatusBar.Repaint();
         cursor.SetVisible(false);
     }
 }

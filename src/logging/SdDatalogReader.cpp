@@ -4,8 +4,10 @@
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
+#include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/OpenDialogFilters.h"
+#include "core/ProgramState.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "graph/GraphPage.h"
@@ -129,10 +131,10 @@ bool TSdDatalogReader::ChooseProfile() {
     dialog.SelectedFilter = OpenDialogSdProfileFilter;
     dialog.FileMustExist = true;
     if (const auto path = Parts.Dialogs.OpenFile(dialog))
-        Parts.Host.OpenProfile(*path);
+        OnOpenProfile(*path);
     Parts.GraphPage.GraphInit(true);
     Parts.GraphPage.ClearGraphPage();
-    return Parts.Profile.ProfileLoaded && Parts.Host.FormOpen();
+    return Parts.Profile.ProfileLoaded && Parts.Program.IsOpen();
 }
 
 std::vector<std::filesystem::path> TSdDatalogReader::ChooseFiles() {
@@ -151,17 +153,17 @@ void TSdDatalogReader::Open_sd_datalogClick() {
         return;
     if (Parts.Dialogs.ShowMessageBox(EMessageKind::Information, MessageStopLog, EButtons::OkCancel) !=
             EModalResult::Ok ||
-        !Parts.Host.FormOpen())
+        !Parts.Program.IsOpen())
         return;
     Parts.Profile.ProfileLoaded = false;
-    Parts.Host.StopLog();
+    Parts.Log.StopLog();
     if (!ChooseProfile())
         return;
     const auto paths = ChooseFiles();
-    if (!Parts.Host.FormOpen())
+    if (!Parts.Program.IsOpen())
         return;
     if (!paths.empty()) {
-        Parts.Host.StopLog();
+        Parts.Log.StopLog();
         Parts.GraphPage.ClearGraphPage();
         Parts.GraphPage.DatalogFileOpen = true;
         std::vector<std::string> rows;

@@ -19,6 +19,8 @@ class TSdDatalogReader {
     // EInOutError.
     void Open_sd_datalogClick();
 
+    TEvent<const std::filesystem::path&> OnOpenProfile; // the chosen files are drawn by that one
+
     std::string MessageStopLog;
     std::string DialogOpenProfileCaption;
     std::string DialogOpenDatalogFileCaption;

@@ -1,6 +1,9 @@
 #include "setpoints/ReadBack.h"
 
+#include "core/AtExit.h"
 #include "core/Errors.h"
+#include "core/LogControl.h"
+#include "core/ProgramState.h"
 #include "link/NabtoDevice.h"
 
 #include <algorithm>
@@ -23,41 +26,34 @@ TDeviceUse& TReadBack::Use() const {
 TReadBack::EResult TReadBack::Run() {
     if (IsRunning)
         throw TError("The setpoints are being read already");
-    struct TScope {
-        TReadBack& Owner;
-        explicit TScope(TReadBack& owner) : Owner(owner) {
-            Owner.IsRunning = true;
-            Owner.Changed.Emit();
-        }
-        TScope(const TScope&) = delete;
-        TScope& operator=(const TScope&) = delete;
-        ~TScope() {
-            Owner.IsRunning = false;
-            Owner.IsWaiting = false;
-            Owner.Changed.Emit();
-        }
-    } running(*this);
+    IsRunning = true;
+    Changed.Emit();
+    const TAtExit ended([this] {
+        IsRunning = false;
+        IsWaiting = false;
+        Changed.Emit();
+    });
     Cancelled = false;
     Device.ReadBack.SetDatapointList.clear(); // what an earlier order has left
     const TDeviceUse::TAction action(Device.Use);
     if (!action)
         return EResult::NotStarted;
-    Host.StartLog(false, true);
+    Log.StartLog(false, true);
     Device.ReadBack.SetDatapointListCount = 0;
     Device.ReadBack.Error_SetDatapointListCount = 0;
     IsWaiting = true;
     Changed.Emit();
     const EResult result = WaitForSnapshot(action);
-    Host.StopLog();
+    Log.StopLog();
     return result;
 }
 
 TReadBack::EResult TReadBack::WaitForSnapshot(const TDeviceUse::TAction& action) {
-    if (Host.FormOpen() && !Device.Cycle.Dologging)
+    if (Program.IsOpen() && !Device.Cycle.Dologging)
         return EResult::NotStarted;
     std::string shown = ProgressText();
     while (Device.ReadBack.SetDatapointListCount < snapshotReady) {
-        if (Cancelled || !Host.FormOpen() || !action.Kept())
+        if (Cancelled || !Program.IsOpen() || !action.Kept())
             return EResult::Ended;
         Wait.ProcessMessages();
         Wait.Sleep(round);

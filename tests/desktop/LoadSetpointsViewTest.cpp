@@ -25,7 +25,7 @@ class LoadSetpointsView : public TSetpointProgram {
   protected:
     LoadSetpointsView() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Page().SelectedSetpointParent = Page().SetpointTreeView.Nodes().at(0).Text;
         std::string file = "Created at : 1;\nDevice name : M;\nProfile : p;\nSetpointName;F;RawValue;\n";
         for (const char* record : {"Mode;          2          ;2;0;7;0;0;40101;7;",
@@ -126,8 +126,8 @@ TEST_F(LoadSetpointsView, ARunIsSeenFromWriteToResult) {
         View->close();
         EXPECT_TRUE(View->isVisible());
     });
-    const auto reading = Main().ReadBack.Changed.Connect([&] {
-        if (!Main().ReadBack.Running() || lookedAt != 1)
+    const auto reading = Program->ReadBack.Changed.Connect([&] {
+        if (!Program->ReadBack.Running() || lookedAt != 1)
             return;
         ++lookedAt;
         QCoreApplication::processEvents();

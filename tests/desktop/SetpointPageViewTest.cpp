@@ -43,9 +43,9 @@ class SetpointPageView : public TSetpointProgram {
   protected:
     SetpointPageView() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Main().WindowSetpoint1.Click();
-        View.emplace(Main(), Program->NabtoDevice, TViewContext{Application(), Dialogs, Hold, Files});
+        View.emplace(*Program, TViewContext{Application(), Dialogs, Hold, Files});
         View->resize(1000, 700);
         View->show();
         View->activateWindow();
@@ -78,7 +78,7 @@ class SetpointPageView : public TSetpointProgram {
         QTest::keyClick(&Grid(), Qt::Key(key), modifiers);
     }
     void StartLog() {
-        Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::Yes);
+        Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::Yes);
         Main().StartLog1.Click();
         RunUntilRows(1);
     }
@@ -166,7 +166,7 @@ TEST_F(SetpointPageView, RowsAreReachedAndEditedByTheKeyboard) {
         Press(key);
         EXPECT_EQ(Page().SetpointGrid.SelectedRow(), row) << key;
     }
-    EXPECT_EQ(Main().ContextHelp.HelpfileDoc.currentParaID, 101);
+    EXPECT_EQ(Program->ContextHelp.HelpfileDoc.currentParaID, 101);
     Press(Qt::Key_7); // in silence: nothing is logged
     StartLog();
     const auto expectEdit = [this](const std::string& value, bool selectAll) {
@@ -236,7 +236,7 @@ TEST_F(SetpointPageView, ADeviceIsSavedFromItsNodeAndTheReadingIsSeen) {
     auto& panel = Find<QWidget>("ReadBackPanel");
     EXPECT_FALSE(panel.isVisible());
     bool seen = false;
-    const auto watch = Main().ReadBack.Changed.Connect([&] {
+    const auto watch = Program->ReadBack.Changed.Connect([&] {
         QCoreApplication::processEvents();
         if (!panel.isVisible() || !Find<QLabel>("LblReadBack").text().contains("cycle 2 of 3"))
             return;

@@ -174,7 +174,7 @@ TEST_F(TReadFlash, TakesWholeRecordsAndOffersWhatIsThere) {
                             "nabtoStreamOpen", "nabtoStreamClose"));
     Tools.editReadAddress.SetText("all");
     Library.Chunks = {{1, 2, 3}};
-    Profile.clear();
+    World.Profile.FlashPage.FlashLogProfile.clear();
     Dialogs.ExpectMessage("Show?", EModalResult::Yes); // of the same minute, and nothing to show it with
     Read("3");
     EXPECT_EQ(FileText("FDlog_123456789012_02-03-20260800-2.csv"), header);

@@ -21,26 +21,26 @@ TEST_F(TDatalogGolden, SavesOpensAndExportsALog) {
     RunUntilRows(rows);
     const std::vector<double> live = Samples(rows - 1);
     ASSERT_GE(live.size(), 10 * (rows - 1));
-    Dialogs.ExpectSaveFile(Main().Texts.DialogSaveDatalogFile, "/t/log/userlog/saved");
+    Dialogs.ExpectSaveFile(Program->Texts.DialogSaveDatalogFile, "/t/log/userlog/saved");
     Main().SaveUserDatalog1.Click();
     ExpectSaved(saved);
 
     // The last row is not drawn, and two fewer rows than are drawn are exported.
-    Dialogs.ExpectOpenFiles(Main().Texts.DialogOpenDatalogFileCaption, {saved});
+    Dialogs.ExpectOpenFiles(Program->Texts.DialogOpenDatalogFileCaption, {saved});
     Main().OpenDatalogfile1.Click();
     EXPECT_FALSE(Main().FileProgressBar.Visible());
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), rows - 1);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows - 1);
     EXPECT_TRUE(Samples(rows - 1) == live);
-    Dialogs.ExpectSaveFile(Main().Texts.DialogSaveDatalogFile, exported);
-    Main().GraphPage.Exportdatatocsv1.Click();
+    Dialogs.ExpectSaveFile(Program->Texts.DialogSaveDatalogFile, exported);
+    Program->GraphPage.Exportdatatocsv1.Click();
     ExpectSaved(exported);
     EXPECT_EQ(SplitLines(Files.Content.at(exported)).size(), rows - 1);
 
     // A log that is not to clear the opened rows goes on behind them.
-    Dialogs.ExpectMessage(Main().LoggingTexts.MessageClearGraphData, EModalResult::No);
+    Dialogs.ExpectMessage(Program->LoggingTexts.MessageClearGraphData, EModalResult::No);
     Main().StartLog1.Click();
     RunUntilRows(2);
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), rows + 1);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows + 1);
     EXPECT_TRUE(Dialogs.AllAnswered());
     Close();
     EXPECT_THAT(FilesBelow("/t/log"), testing::Contains(testing::HasSubstr("/systemlog/datalog")));

@@ -20,15 +20,15 @@ class TMainForm : public TProgramFixture {
 
 TEST_F(TMainForm, ActsOnItsKeys) {
     Start();
-    Dialogs.ExpectMessage(Main().Texts.MessageStopLog, EModalResult::Cancel);
+    Dialogs.ExpectMessage(Program->Texts.MessageStopLog, EModalResult::Cancel);
     EXPECT_TRUE(Press(EKey::F2));
-    Dialogs.ExpectSaveFile(Main().Texts.DialogSaveDatalogFile, std::nullopt);
+    Dialogs.ExpectSaveFile(Program->Texts.DialogSaveDatalogFile, std::nullopt);
     Press(EKey::F4);
-    Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::Yes);
+    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::Yes);
     Press(EKey::F5);
-    EXPECT_TRUE(Main().LiveLog.DatalogOn);
+    EXPECT_TRUE(Program->LiveLog.DatalogOn);
     Press(EKey::F5);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
 
     Press(EKey::F6);
     EXPECT_TRUE(Main().TheTab.IsActive(Main().TabSetpoint));
@@ -40,10 +40,10 @@ TEST_F(TMainForm, ActsOnItsKeys) {
 
     Dialogs.ExpectForm("SetupForm", {});
     Press(EKey::F8);
-    Dialogs.ExpectMessage(Main().Texts.MessageClearGraphData, EModalResult::No);
+    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::No);
     Press(EKey::F5);
     Press(EKey::F11);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
     EXPECT_TRUE(Program->NabtoDevice.Visible());
     Dialogs.ExpectForm("languagedialog", {});
     Press(EKey::F12);
@@ -56,7 +56,7 @@ TEST_F(TMainForm, ActsOnItsKeys) {
     for (const EKey key : {EKey::F2, EKey::F3, EKey::F4, EKey::F5, EKey::F8, EKey::F12})
         Press(key);
     EXPECT_EQ(Dialogs.Shown.size(), shown);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
 
     Press(EKey::Escape);
     EXPECT_TRUE(Application.IsTerminated);

@@ -1,13 +1,13 @@
-#include "mainform/FormMainTexts.h"
+#include "mainform/ProgramTexts.h"
 
-#include "mainform/FormMain.h"
+#include "mainform/Program.h"
 
 namespace tidewell {
 
-void ReadTexts(const TIniFile& language, TFormMain& main) {
+void ReadTexts(const TIniFile& language, TProgram& main) {
     main.EventLogTexts = ReadEventLogTexts(language);
     main.Texts = ReadHeadApplTexts(language);
-    main.ApplyTexts(main.Texts);
+    main.FormMain.ApplyTexts(main.Texts);
     main.SetpointPage.CategoryPanelSetpoints.SetCaption(main.Texts.CategoryPanelSetpoint);
     main.SetpointPage.CategoryPanelDebug.SetCaption(main.Texts.CategoryPanelEventlog);
     main.LoggingTexts = {main.Texts.MessageLoggingStart,   main.Texts.MessageLoggingStop,
@@ -43,17 +43,17 @@ void ReadTexts(const TIniFile& language, TFormMain& main) {
     ReadOwnTexts(language, "SetpointPage", {{main.SetpointTexts.RowsOfFormer, "RowsOfFormer"}});
     ReadOwnTexts(language, "SdDatalog", {{main.SdDatalogReader.FileRefused, "FileRefused"}});
     const TNabtodriverTexts driver = ReadNabtodriverTexts(language);
-    main.DeviceID.SetCaption(driver.ButChangeID);
-    main.but_swupdate.SetCaption(driver.ButFWupdate);
-    main.but_errorlog.SetCaption(driver.ButErrorlog);
+    main.FormMain.DeviceID.SetCaption(driver.ButChangeID);
+    main.FormMain.but_swupdate.SetCaption(driver.ButFWupdate);
+    main.FormMain.but_errorlog.SetCaption(driver.ButErrorlog);
     main.SetpointPage.LblSetpointPageEmpty.SetCaption(language.ReadText("EmptyPages", "Setpoint"));
     main.GraphPage.LblGraphPageEmpty.SetCaption(language.ReadText("EmptyPages", "Graph"));
     std::string hideNotice = "Hide this line";
     ReadOwnTexts(language, "Notices", {{hideNotice, "Hide"}});
-    for (TNotice* notice : main.Notices())
+    for (TNotice* notice : main.FormMain.Notices)
         notice->Hide.SetHint(hideNotice);
     if (const std::string stop = language.ReadText("ReadBack", "Stop"); !stop.empty())
-        main.ButStopReadBack.SetCaption(stop);
+        main.FormMain.ButStopReadBack.SetCaption(stop);
 }
 
 } // namespace tidewell
