@@ -101,12 +101,11 @@ class TLogRig {
     TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
     TStatusBar StatusBar{"StatusBar", {}};
-    TLoggingTexts Texts;
     TCurrentInifilesPath Paths;
     TExtensions Extensions;
     TExclusiveUse Opening;
     TLiveLog Log{{Polling, Program, Dialogs, Clock, Files, Timers, Panel, Profile, Page, Buffers,
-                  TrafficButton, StatusBar, MemoEventLog, Texts, Paths, Extensions, Opening}};
+                  TrafficButton, StatusBar, MemoEventLog, Paths, Extensions, Opening}};
     std::array<std::string, 16> Lines;
 };
 

@@ -102,11 +102,10 @@ class TPageRig {
     TGraphPage GraphPage{{World.Profile, Buffers, Dialogs, Wait, World.MemoEventLog, FileProgressBar}};
     TIdlePolling Polling;
     TButton TrafficButton{"TrafficButton"};
-    TLoggingTexts LoggingTexts;
     TExclusiveUse Opening;
     TLiveLog LiveLog{{Polling, World.Program, Dialogs, Clock, Files, Timers, Panel, World.Profile, GraphPage,
-                      Buffers, TrafficButton, StatusBar, World.MemoEventLog, LoggingTexts, World.Paths,
-                      World.Extensions, Opening}};
+                      Buffers, TrafficButton, StatusBar, World.MemoEventLog, World.Paths, World.Extensions,
+                      Opening}};
     THelpfileDoc HelpfileDoc;
     TSetpointTexts Texts;
 

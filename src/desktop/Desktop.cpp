@@ -74,8 +74,7 @@ std::optional<std::string> TextAskedFor(int argc, char** argv, const TFileVersio
             std::error_code unknown;
             const auto folder = FolderOf(std::filesystem::read_symlink("/proc/self/exe", unknown));
             const TDiskFiles files;
-            return ReadCommandLineTexts(
-                TIniFile(files, GetLanguageFile(files, FindSystemFile(files, folder), folder)));
+            return TIniFile(files, GetLanguageFile(files, FindSystemFile(files, folder), folder));
         });
 }
 

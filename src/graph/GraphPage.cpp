@@ -3,6 +3,7 @@
 #include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
 #include "core/controls/Lists.h"
@@ -110,6 +111,16 @@ void TGraphPage::ConnectMenu() {
     GraphScroll.OnScroll = [this](EScrollCode code, int position) { GraphScrollScroll(code, position); };
     GraphZoomPlusButton.OnClick = [this] { GraphZoomPlusButtonClick(); };
     GraphZoomMinusButton.OnClick = [this] { GraphZoomMinusButtonClick(); };
+}
+
+void TGraphPage::TakeTexts(const TIniFile& language) {
+    ReadTexts(language, "HeadAppl",
+              {{Graphitems1, "PopupMenu_GraphToolbar"},
+               {Hold1, "PopupMenu_Hold"},
+               {zoomall1, "PopupMenu_ZoomAll"},
+               {Cleargraph1, "PopupMenu_ClearGraph"},
+               {Exportdatatocsv1, "PopupMenu_Exportdatatocsv"}});
+    ReadTexts(language, "EmptyPages", {{LblGraphPageEmpty, "Graph"}});
 }
 
 void TGraphPage::GraphInit(bool rebuild) {

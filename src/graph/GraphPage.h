@@ -19,6 +19,7 @@ namespace tidewell {
 
 class IDialogs;
 class IWait;
+class TIniFile;
 class TMemo;
 class TGraphRowParser;
 class TProfile;
@@ -58,6 +59,7 @@ class TGraphPage {
     TGraphPage(const TGraphPage&) = delete;
     TGraphPage& operator=(const TGraphPage&) = delete;
 
+    void TakeTexts(const TIniFile& language);
     // Sets the axes and clears the page; with rebuild also makes the channels anew from the open profile,
     // which has to follow every opening of one. Throws EConvertError for a visibility that is no boolean;
     // that channel is then visible, and all else done.

@@ -1,7 +1,6 @@
 #include "link/DeviceInForce.h"
 
 #include "core/Flagged.h"
-#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/ProgramState.h"
 #include "core/controls/Lists.h"
@@ -17,13 +16,6 @@ constexpr int noPermission = -3;
 constexpr int remoteInOfflineSession = 1030;
 constexpr std::size_t devicePanel = 1;
 } // namespace
-
-TDeviceInForceTexts ReadDeviceInForceTexts(const TIniFile& languageFile) {
-    TDeviceInForceTexts texts;
-    ReadOwnTexts(languageFile, "DeviceInForce",
-                 {{texts.NoAnswer, "NoAnswer"}, {texts.NotBegun, "NotBegun"}, {texts.Lost, "Lost"}});
-    return texts;
-}
 
 std::string InitFailureText(int result, const std::string& device, const std::string& otherwise) {
     if (result == noPermission)

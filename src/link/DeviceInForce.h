@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/LanguageTexts.h"
 #include "core/controls/Control.h"
 
 #include <optional>
@@ -7,17 +8,17 @@
 
 namespace tidewell {
 
-class TIniFile;
 class TNabtoDevice;
 struct TDeviceServices;
 
 // Words for a device that cannot be had. A text that is missing keeps the English one.
-struct TDeviceInForceTexts {
-    std::string NoAnswer = "The device %1 does not answer. Nothing was sent to it.";         // address
-    std::string NotBegun = "Nothing was sent: %1";                                           // reason
-    std::string Lost = "The device %1 was left in the middle of an action, which has ended"; // address
+struct TDeviceInForceTexts : TOwnTexts {
+    TDeviceInForceTexts() : TOwnTexts("DeviceInForce") {}
+    TOwnText NoAnswer{*this, "NoAnswer", "The device %1 does not answer. Nothing was sent to it."}; // address
+    TOwnText NotBegun{*this, "NotBegun", "Nothing was sent: %1"};                                   // reason
+    // Address.
+    TOwnText Lost{*this, "Lost", "The device %1 was left in the middle of an action, which has ended"};
 };
-TDeviceInForceTexts ReadDeviceInForceTexts(const TIniFile& languageFile);
 
 // What is shown when the driver's init fails with that result; otherwise is the text for any other failure.
 std::string InitFailureText(int result, const std::string& device, const std::string& otherwise);

@@ -2,9 +2,9 @@
 
 #include "core/Errors.h"
 #include "core/KvSupport.h"
-#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
+#include "link/FirmwareUpdateTexts.h"
 
 #include <algorithm>
 #include <array>

@@ -74,17 +74,18 @@ TFlashDatalog::TFlashDatalog(const TDeviceServices& services, TEepromReader& eep
     DayTrackerChange();
 }
 
-void TFlashDatalog::ApplyTexts(const TNabtodriverTexts& texts) {
-    ButFlashDatalog.SetCaption(texts.ButFlashdatalog);
-    DT_GetData.SetCaption(texts.ButGetFlashData);
-    DT_LabelToday.SetCaption(texts.labbegin);
-    DT_LabelEndDay.SetCaption(texts.labfinish);
-    DT_LabelFrom.SetCaption(texts.labfrom);
-    DT_LabelTo.SetCaption(texts.labto);
-    QuestionDatalog = texts.questiondatalog;
-    MischStrings.adjustdays = texts.adjustdays;
-    MischStrings.adjustdaysheader = texts.adjustdaysheader;
-    MischStrings.errorlogcounter = texts.errorlogcounter;
+void TFlashDatalog::TakeTexts(const TIniFile& language) {
+    ReadTexts(language, "Nabtodriver",
+              {{ButFlashDatalog, "ButFlashdatalog"},
+               {DT_GetData, "ButGetFlashData"},
+               {DT_LabelToday, "labbegin"},
+               {DT_LabelEndDay, "labfinish"},
+               {DT_LabelFrom, "labfrom"},
+               {DT_LabelTo, "labto"},
+               {QuestionDatalog, "questiondatalog"},
+               {MischStrings.adjustdays, "adjustdays"},
+               {MischStrings.adjustdaysheader, "adjustdaysheader"},
+               {MischStrings.errorlogcounter, "errorlogcounter"}});
 }
 
 void TFlashDatalog::ButFlashDatalogClick() {

@@ -26,7 +26,7 @@ class TFlashDatalog {
     TFlashDatalog(const TFlashDatalog&) = delete;
     TFlashDatalog& operator=(const TFlashDatalog&) = delete;
 
-    void ApplyTexts(const TNabtodriverTexts& texts);
+    void TakeTexts(const TIniFile& language);
 
     void ButFlashDatalogClick();
     // The slider's range, in up to three reads of which the last one saves.

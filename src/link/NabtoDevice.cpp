@@ -105,13 +105,13 @@ void TNabtoDevice::InitControls() {
     btnShowReadList.SetHint("Lists the read questions of the open profile's devices");
 }
 
-void TNabtoDevice::FormCreate() {
+void TNabtoDevice::FormCreate(const TIniFile& language) {
     Cycle.queryCounter = 0;
     Cycle.isLastResultError = false;
     Services.Nabto.FOnUpdateProgress = [this](TStreamProgress&) { ShowProgress(); };
     Services.Nabto.MayGoOn = [this] { return !FlashDatalog.Stopped() && !UpdateRun.Stopped(); };
     Services.Nabto.MayAsk = [this] { return Services.Program.IsOpen(); };
-    ReadLanguage();
+    ReadLanguage(language);
     Services.Nabto.OnInterfaceMissing = [this](const std::filesystem::path& path) {
         Services.MemoEventLog.Add(FillText(EventLogTexts.InterfaceMissing, {path.string()}));
     };
@@ -133,20 +133,19 @@ void TNabtoDevice::ReadConfiguration() {
     Cycle.SetIntervals(configuration.PauseTime, configuration.DelayBetweenQuestions);
 }
 
-void TNabtoDevice::ReadLanguage() {
-    const TIniFile language(Services.Files, Services.Paths.Languagefile);
-    UpdateStatus.Texts = ReadFirmwareUpdateTexts(language);
-    EventLogTexts = ReadEventLogTexts(language);
-    ReadTexts = ReadReadTexts(language);
-    LinkTexts = ReadLinkTexts(language);
-    const TNabtodriverTexts texts = ReadNabtodriverTexts(language);
-    btnPing.SetCaption(texts.Butping);
-    BtnUpdate.SetCaption(texts.ButFWupdate);
-    ButErorlog.SetCaption(texts.ButErrorlog);
-    butChangeDeviceID.SetCaption(texts.ButChangeID);
-    ButAccount.SetCaption(texts.ButAccount);
-    FlashDatalog.ApplyTexts(texts);
-    InForce.Texts = ReadDeviceInForceTexts(language);
+void TNabtoDevice::ReadLanguage(const TIniFile& language) {
+    UpdateStatus.Texts.Read(language);
+    EventLogTexts.Read(language);
+    ReadTexts.Read(language);
+    LinkTexts.Read(language);
+    InForce.Texts.Read(language);
+    tidewell::ReadTexts(language, "Nabtodriver",
+                        {{btnPing, "Butping"},
+                         {BtnUpdate, "ButFWupdate"},
+                         {ButErorlog, "ButErrorlog"},
+                         {butChangeDeviceID, "ButChangeID"},
+                         {ButAccount, "ButAccount"}});
+    FlashDatalog.TakeTexts(language);
 }
 
 int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {

@@ -41,7 +41,7 @@ class TNabtoDevice : public TForm {
 
     // Reads language texts and configuration. Throws EConvertError for a boolean or an interval that is none;
     // the settings then keep their defaults, and all else is in place.
-    void FormCreate();
+    void FormCreate(const TIniFile& language);
 
     // Takes the device (an empty id keeps the one in force) and opens the session if none stands. 0: go on,
     // even if the library failed, which the first ping then shows; -2 not logged in; -3 refused; 1030 a
@@ -136,7 +136,7 @@ class TNabtoDevice : public TForm {
     void btnPingClick();
     void btnShowReadListClick();
     void butChangeDeviceIDClick();
-    void ReadLanguage();
+    void ReadLanguage(const TIniFile& language);
     void ReadConfiguration();
     void SaveDevice();
     int GetCredentials(TCredentials& credentials);

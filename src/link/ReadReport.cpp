@@ -1,6 +1,5 @@
 #include "link/ReadReport.h"
 
-#include "core/LanguageTexts.h"
 #include "link/DeviceQueries.h"
 #include "link/NabtoStream.h"
 
@@ -8,31 +7,6 @@
 #include <numeric>
 
 namespace tidewell {
-
-TReadTexts ReadReadTexts(const TIniFile& languageFile) {
-    TReadTexts texts;
-    ReadOwnTexts(languageFile, "ServiceReads",
-                 {{texts.Refused, "Refused"},
-                  {texts.RefusedBecause, "RefusedBecause"},
-                  {texts.NoAnswer, "NoAnswer"},
-                  {texts.NoStream, "NoStream"},
-                  {texts.Broken, "Broken"},
-                  {texts.TimedOut, "TimedOut"},
-                  {texts.Ended, "Ended"},
-                  {texts.Blocks, "Blocks"},
-                  {texts.Bytes, "Bytes"},
-                  {texts.MissingBlocks, "MissingBlocks"},
-                  {texts.MissingBytes, "MissingBytes"},
-                  {texts.SavedPart, "SavedPart"},
-                  {texts.ShowPart, "ShowPart"},
-                  {texts.NotSaved, "NotSaved"},
-                  {texts.NoRecords, "NoRecords"},
-                  {texts.EmptyRange, "EmptyRange"},
-                  {texts.NoCounters, "NoCounters"},
-                  {texts.NoErrorLog, "NoErrorLog"},
-                  {texts.ErrorLogPart, "ErrorLogPart"}});
-    return texts;
-}
 
 void TReadPart::Take(const TStreamRead& read, const TReadTexts& texts) {
     Came = static_cast<std::uint32_t>(read.Bytes.size());
@@ -43,8 +17,7 @@ void TReadPart::Take(const TStreamRead& read, const TReadTexts& texts) {
         Reason = texts.TimedOut;
         return;
     case TStreamRead::EEnd::Ended:
-        Reason = texts.Ended;
-        return;
+        return; // of this nobody is told
     case TStreamRead::EEnd::Broken:
     case TStreamRead::EEnd::Failed:
     case TStreamRead::EEnd::Complete:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/LanguageTexts.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -8,35 +10,33 @@
 
 namespace tidewell {
 
-class TIniFile;
 struct TStreamRead;
 
 // What is told of reads of the device's memory. A text that is missing keeps the English one.
-struct TReadTexts {
+struct TReadTexts : TOwnTexts {
+    TReadTexts() : TOwnTexts("ServiceReads") {}
     // Why a part did not come.
-    std::string Refused = "the device refused (status %1)";
-    std::string RefusedBecause = "the device refused (%1)";
-    std::string NoAnswer = "the device did not answer";
-    std::string NoStream = "no stream could be opened";
-    std::string Broken = "the stream broke off";
-    std::string TimedOut = "nothing more came in time";
-    std::string Ended = "the reading was ended";
+    TOwnText Refused{*this, "Refused", "the device refused (status %1)"};
+    TOwnText RefusedBecause{*this, "RefusedBecause", "the device refused (%1)"};
+    TOwnText NoAnswer{*this, "NoAnswer", "the device did not answer"};
+    TOwnText NoStream{*this, "NoStream", "no stream could be opened"};
+    TOwnText Broken{*this, "Broken", "the stream broke off"};
+    TOwnText TimedOut{*this, "TimedOut", "nothing more came in time"};
     // How much came, and where the rest lies.
-    std::string Blocks = "Only %1 of %2 blocks were read.";
-    std::string Bytes = "Only %1 of %2 bytes were read.";
-    std::string MissingBlocks = "Blocks %1 to %2: %3";
-    std::string MissingBytes = "Bytes %1 to %2: %3";
+    TOwnText Blocks{*this, "Blocks", "Only %1 of %2 blocks were read."};
+    TOwnText Bytes{*this, "Bytes", "Only %1 of %2 bytes were read."};
+    TOwnText MissingBlocks{*this, "MissingBlocks", "Blocks %1 to %2: %3"};
+    TOwnText MissingBytes{*this, "MissingBytes", "Bytes %1 to %2: %3"};
     // What became of it.
-    std::string SavedPart = "What came is saved in %1.";
-    std::string ShowPart = "Show it on the graph?";
-    std::string NotSaved = "The flash datalog was read, but not saved.";
-    std::string NoRecords = "What was read holds no record of the flash datalog.";
-    std::string EmptyRange = "The range is empty, so nothing was read.";
-    std::string NoCounters = "The log's counters were not read, so the range is not known.";
-    std::string NoErrorLog = "The error log was not read: %1.";
-    std::string ErrorLogPart = "Only %1 of %2 events of the error log were read: %3.";
+    TOwnText SavedPart{*this, "SavedPart", "What came is saved in %1."};
+    TOwnText ShowPart{*this, "ShowPart", "Show it on the graph?"};
+    TOwnText NotSaved{*this, "NotSaved", "The flash datalog was read, but not saved."};
+    TOwnText NoRecords{*this, "NoRecords", "What was read holds no record of the flash datalog."};
+    TOwnText EmptyRange{*this, "EmptyRange", "The range is empty, so nothing was read."};
+    TOwnText NoCounters{*this, "NoCounters", "The log's counters were not read, so the range is not known."};
+    TOwnText NoErrorLog{*this, "NoErrorLog", "The error log was not read: %1."};
+    TOwnText ErrorLogPart{*this, "ErrorLogPart", "Only %1 of %2 events of the error log were read: %3."};
 };
-TReadTexts ReadReadTexts(const TIniFile& languageFile);
 
 // A part of a wanted range of the device's memory: how much of it came, and why no more. It is counted in
 // units, which are flash blocks or bytes.

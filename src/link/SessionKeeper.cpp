@@ -63,8 +63,8 @@ void TSessionKeeper::timerReopenTimer() {
     }
     timerReopen->SetEnabled(false);
     if (Services.Program.IsOpen())
-        Services.MemoEventLog.Add(answered ? Texts.SessionBack
-                                           : Texts.SessionBack + ": " + Texts.NoAnswer + ", " + device);
+        Services.MemoEventLog.Add(Texts.SessionBack +
+                                  (answered ? "" : ": " + Texts.NoAnswer + ", " + device));
 }
 
 } // namespace tidewell

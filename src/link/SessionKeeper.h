@@ -12,6 +12,23 @@ namespace tidewell {
 
 struct TDeviceServices;
 
+// Lines of the event log about the link.
+struct TLinkTexts : TOwnTexts {
+    TLinkTexts() : TOwnTexts("Link") {}
+    TOwnText NotLinked{*this, "NotLinked", "No link to the device"}; // its address and the cause follow
+    TOwnText NotSignedIn{*this, "NotSignedIn", "nobody is signed in"};
+    TOwnText NotLocal{*this, "NotLocal",
+                      "in an offline session it must have been found on the local network"};
+    TOwnText NoUserName{*this, "NoUserName", "the service gave no user name"};
+    TOwnText InUse{*this, "InUse", "a running action keeps another device"};
+    // The library's reason follows.
+    TOwnText SessionLost{*this, "SessionLost", "The session has ended and is opened anew"};
+    TOwnText SessionBack{*this, "SessionBack", "The session is open again"};
+    // Likewise; it is tried again.
+    TOwnText SessionNotBack{*this, "SessionNotBack", "The session cannot be opened"};
+    TOwnText NoAnswer{*this, "NoAnswer", "the device does not answer"};
+};
+
 // Opens a session anew that the library has ended, as it does after a suspend or a change of network, and
 // pings the device once. While it cannot be opened it is tried again from time to time.
 class TSessionKeeper {

@@ -1,6 +1,6 @@
 #include "link/SetupForm.h"
 
-#include "core/IniFile.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/WaitCursor.h"
 
@@ -39,14 +39,14 @@ TSetupForm::TSetupForm(const TNeeds& needs) : TForm("SetupForm"), Needs(needs) {
         {&ButCommOk, &butping}); // an update of the continuous test can begin below the dialog
 }
 
-void TSetupForm::FormCreate() {
-    const TIniSection texts = TIniFile(Needs.Files, Needs.Paths.Languagefile).ReadSection("CommDialog");
-    SetCaption(texts.Value("Header"));
-    ButCommOk.SetCaption(texts.Value("ButCommOk"));
-    ButCommCancel.SetCaption(texts.Value("ButCommCancel"));
-    ButDeviceSearch.SetCaption(texts.Value("LabNabtoDeviceSearch"));
-    butping.SetCaption(texts.Value("LabNabtoDeviceping"));
-    TabSheet.SetCaption(texts.Value("TabsheetHeader"));
+void TSetupForm::FormCreate(const TIniFile& language) {
+    ReadTexts(language, "CommDialog",
+              {{*this, "Header"},
+               {ButCommOk, "ButCommOk"},
+               {ButCommCancel, "ButCommCancel"},
+               {ButDeviceSearch, "LabNabtoDeviceSearch"},
+               {butping, "LabNabtoDeviceping"},
+               {TabSheet, "TabsheetHeader"}});
 }
 
 void TSetupForm::FormInit() {

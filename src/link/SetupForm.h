@@ -1,12 +1,10 @@
 #pragma once
 
 #include "cloud/ApiClient.h"
-#include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Pages.h"
 #include "core/controls/Simple.h"
-#include "core/ports/IFiles.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
 
@@ -20,8 +18,6 @@ class TSetupForm : public TForm {
   public:
     struct TNeeds {
         IDialogs& Dialogs;
-        const IFiles& Files;
-        const TCurrentInifilesPath& Paths;
         TApiClient& ApiClient;
         TUNabto& Nabto;
         TNabtoDevice& Device;
@@ -41,7 +37,7 @@ class TSetupForm : public TForm {
     TButton ButCommOk{"ButCommOk"};
     TButton ButCommCancel{"ButCommCancel"};
 
-    void FormCreate();
+    void FormCreate(const TIniFile& language);
     // Readies the dialog for a showing.
     void FormInit();
     void GetLocalDevices();

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/LanguageTexts.h"
 #include "core/controls/Signal.h"
 #include "core/controls/Simple.h"
+#include "link/FirmwareUpdateTexts.h"
 
 #include <chrono>
 #include <cstddef>

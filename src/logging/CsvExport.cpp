@@ -76,6 +76,10 @@ class TColumn {
 
 } // namespace
 
+void TCsvExport::TakeTexts(const TIniFile& language) {
+    ReadTexts(language, "HeadAppl", {{DialogSaveDatalogFile, "DialogSaveDatalogFile"}});
+}
+
 void TCsvExport::Exportdatatocsv1Click() {
     Parts.Log.StopLog();
     try {

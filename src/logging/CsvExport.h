@@ -17,13 +17,14 @@ class TCsvExport {
     // it. Every failure is told as "No data in graph buffer", its reason in the event log.
     void Exportdatatocsv1Click();
 
-    std::string DialogSaveDatalogFile; // title of the dialog
+    void TakeTexts(const TIniFile& language);
 
   private:
     void Export();
     void WriteTable(IFileWriter& file) const;
 
     TDatalogParts Parts;
+    std::string DialogSaveDatalogFile; // title of the dialog
 };
 
 } // namespace tidewell

@@ -38,6 +38,10 @@ bool WaitForPaint(const TDatalogParts& parts, std::size_t rows) {
     return parts.Program.IsOpen();
 }
 
+void TDatalogReader::TakeTexts(const TIniFile& language) {
+    ReadTexts(language, "HeadAppl", {{DialogOpenDatalogFileCaption, "DialogOpenDatalogFileCaption"}});
+}
+
 void TDatalogReader::OpenDatalogfile1Click() {
     const TExclusiveUse::THold hold(Parts.Opening);
     if (!hold || !Parts.Profile.ProfileLoaded)

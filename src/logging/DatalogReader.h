@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/LanguageTexts.h"
 #include "core/controls/ExclusiveUse.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IFiles.h"
@@ -44,10 +45,11 @@ class TDatalogReader {
     // begins with an empty file, or holds no rows but one, and EInOutError.
     void OpenDatalogfile1Click();
 
-    std::string DialogOpenDatalogFileCaption; // title of the dialog
+    void TakeTexts(const TIniFile& language);
 
   private:
     TDatalogParts Parts;
+    std::string DialogOpenDatalogFileCaption; // title of the dialog
 };
 
 // Shows the bar and tells the names of the chosen files to the event log.

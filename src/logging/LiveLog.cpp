@@ -46,6 +46,17 @@ TLiveLog::TLiveLog(const TParts& parts)
     TimerLogAutostart->SetHandler([this] { TimerLogAutostartTimer(); });
 }
 
+void TLiveLog::TakeTexts(const TIniFile& language) {
+    Texts.Read(language);
+    ReadTexts(language, "HeadAppl",
+              {{MessageLoggingStart, "MessageLoggingStart"},
+               {MessageLoggingStop, "MessageLoggingStop"},
+               {MessageClearGraphData, "MessageClearGraphData"},
+               {TrafficButtonON, "TrafficButtonON"},
+               {TrafficButtonOFF, "TrafficButtonOFF"},
+               {DialogSaveDatalogFile, "DialogSaveDatalogFile"}});
+}
+
 void TLiveLog::SetCycleResult(const std::string& nabtoResultstring) {
     UpdateTimerCallBackEvents.str_ModbusEthernet = nabtoResultstring;
 }
@@ -60,8 +71,8 @@ std::string TLiveLog::CurrentDataString() const {
 void TLiveLog::CycleWithoutValues() {
     if (std::exchange(NoValuesTold, true))
         return;
-    Parts.MemoEventLog.Add(Parts.Texts.NoValues);
-    NoticeNoValues.Show(Parts.Texts.NoValues);
+    Parts.MemoEventLog.Add(Texts.NoValues);
+    NoticeNoValues.Show(Texts.NoValues);
 }
 
 void TLiveLog::ForgetNoValues() {
@@ -122,7 +133,7 @@ std::exception_ptr TLiveLog::LogRow(const std::array<std::string_view, 7>& strin
 
 void TLiveLog::PollingFailed(const std::string& reason) {
     StopLog();
-    Tell(Parts.Texts.LogStopped + ": " + reason);
+    Tell(Texts.LogStopped + ": " + reason);
 }
 
 void TLiveLog::Tell(const std::string& line) {
@@ -143,8 +154,8 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     }
     bool keep = false;
     if (questionEnable) {
-        const auto answer = Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
-                                                         Parts.Texts.MessageClearGraphData, EButtons::YesNo);
+        const auto answer =
+            Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation, MessageClearGraphData, EButtons::YesNo);
         // A log that cannot be saved goes on, so that its rows are not lost.
         keep = answer != EModalResult::Yes || !RunGuarded(Parts.Dialogs, [this] { SavePartialFile(); });
     }
@@ -160,14 +171,14 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     ForgetNoValues();
     Parts.Polling.Start();
     Parts.TrafficButton.SetColor(RunningColor);
-    Parts.TrafficButton.SetCaption(Parts.Texts.TrafficButtonON);
+    Parts.TrafficButton.SetCaption(TrafficButtonON);
     if (clearData) {
-        ReportTraffic(Parts.Texts.MessageLoggingStart);
+        ReportTraffic(MessageLoggingStart);
         DatalogOn = true;
         Parts.GraphPage.CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
     }
     if (!Parts.Polling.Running())
-        Tell(Parts.Texts.NoSession);
+        Tell(Texts.NoSession);
 }
 
 void TLiveLog::StopLog() {
@@ -175,10 +186,10 @@ void TLiveLog::StopLog() {
         LogNotice.Clear(); // it was about the log that ends here
     Parts.Panel.WannaClose = true;
     Parts.TrafficButton.SetColor(StoppedColor);
-    Parts.TrafficButton.SetCaption(Parts.Texts.TrafficButtonOFF);
+    Parts.TrafficButton.SetCaption(TrafficButtonOFF);
     Parts.Polling.Stop();
     ForgetNoValues();
-    ReportTraffic(Parts.Texts.MessageLoggingStop);
+    ReportTraffic(MessageLoggingStop);
     DatalogOn = false;
     UpdateTimer->SetEnabled(false);
 }
@@ -201,7 +212,7 @@ void TLiveLog::TimerLogAutostartTimer() {
     TimerLogAutostart->SetEnabled(false);
     const bool fileOpen = Parts.GraphPage.DatalogFileOpen || Parts.GraphPage.FileRows > 0;
     if (Parts.Extensions.LogAutoStartSpareOpenFile && fileOpen) {
-        Parts.MemoEventLog.Add(Parts.Texts.AutoStartSpared);
+        Parts.MemoEventLog.Add(Texts.AutoStartSpared);
         return;
     }
     StartLog(false, true);
@@ -221,7 +232,7 @@ std::string TLiveLog::CreateDatalogHeader() const {
 void TLiveLog::SaveUserDatalog1Click() {
     StopLog();
     TFileDialog dialog;
-    dialog.Title = Parts.Texts.DialogSaveDatalogFile;
+    dialog.Title = DialogSaveDatalogFile;
     dialog.InitialDirectory = UserLogDirectory();
     dialog.Filters = {{"csv", "*.csv"}};
     const auto chosen = Parts.Dialogs.SaveFile(dialog);

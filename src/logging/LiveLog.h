@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Extensions.h"
+#include "core/LanguageTexts.h"
 #include "core/LogControl.h"
 #include "core/Paths.h"
 #include "core/controls/ExclusiveUse.h"
@@ -47,20 +48,14 @@ struct TUpdateTimerCallBackEvents {
     std::array<std::string_view, 7> Strings() const;
 };
 
-// The language texts of the live log.
-struct TLoggingTexts {
-    std::string MessageLoggingStart;
-    std::string MessageLoggingStop;
-    std::string MessageClearGraphData;
-    std::string TrafficButtonON;
-    std::string TrafficButtonOFF;
-    std::string DialogSaveDatalogFile;
-    // Words of our own, section LiveLog: lines of the event log and, but for AutoStartSpared, of the main
-    // form.
-    std::string LogStopped = "The log has stopped"; // the reason follows
-    std::string NoSession = "There is no session with the device: the log gets no values";
-    std::string AutoStartSpared = "A datalog file is open: the log does not start by itself";
-    std::string NoValues = "The profile asks the device for no value, so the log gets no row.";
+// Lines of the event log and, but for AutoStartSpared, of the main form.
+struct TLiveLogTexts : TOwnTexts {
+    TLiveLogTexts() : TOwnTexts("LiveLog") {}
+    TOwnText LogStopped{*this, "LogStopped", "The log has stopped"}; // the reason follows
+    TOwnText NoSession{*this, "NoSession", "There is no session with the device: the log gets no values"};
+    TOwnText AutoStartSpared{*this, "AutoStartSpared",
+                             "A datalog file is open: the log does not start by itself"};
+    TOwnText NoValues{*this, "NoValues", "The profile asks the device for no value, so the log gets no row."};
 };
 
 // Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
@@ -93,7 +88,6 @@ class TLiveLog : public ILogControl {
         TButton& TrafficButton;
         TStatusBar& StatusBar; // of the main form
         TMemo& MemoEventLog;
-        const TLoggingTexts& Texts;
         const TCurrentInifilesPath& Paths;
         const TExtensions& Extensions;
         const TExclusiveUse& Opening; // of a file or a profile
@@ -102,6 +96,8 @@ class TLiveLog : public ILogControl {
     explicit TLiveLog(const TParts& parts);
     TLiveLog(const TLiveLog&) = delete;
     TLiveLog& operator=(const TLiveLog&) = delete;
+
+    void TakeTexts(const TIniFile& language);
 
     // FOnCycleDone: copies the answers of the cycle.
     void SetCycleResult(const std::string& nabtoResultstring);
@@ -127,8 +123,10 @@ class TLiveLog : public ILogControl {
     // The values of the last cycle, joined; may be empty.
     std::string CurrentDataString() const;
 
-    TEvent<const std::string&> OnDataLine; // a row of the log, for the grid
-    TEvent<> OnNoProfile;                  // nothing can be logged before a profile is chosen
+    TEvent<const std::string&> OnDataLine;         // a row of the log, for the grid
+    TEvent<> OnNoProfile;                          // nothing can be logged before a profile is chosen
+    std::string TrafficButtonON, TrafficButtonOFF; // captions
+    TLiveLogTexts Texts;
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
     TNotice NoticeNoValues{"NoticeNoValues"}; // while such cycles are all that the log gets
     bool DatalogOn = false;
@@ -154,6 +152,7 @@ class TLiveLog : public ILogControl {
     };
 
     TParts Parts;
+    std::string MessageLoggingStart, MessageLoggingStop, MessageClearGraphData, DialogSaveDatalogFile;
     bool NoValuesTold = false;
     TPartial LastPartial;
     std::string Line;                 // the data line at hand; kept for its memory

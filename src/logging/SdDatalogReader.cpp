@@ -3,7 +3,6 @@
 #include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
-#include "core/LanguageTexts.h"
 #include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/OpenDialogFilters.h"
@@ -145,6 +144,14 @@ std::vector<std::filesystem::path> TSdDatalogReader::ChooseFiles() {
     dialog.SelectedFilter = OpenDialogSdDatalogFilter;
     dialog.FileMustExist = true;
     return Parts.Dialogs.OpenFiles(dialog);
+}
+
+void TSdDatalogReader::TakeTexts(const TIniFile& language) {
+    ReadTexts(language, "HeadAppl",
+              {{MessageStopLog, "MessageStopLog"},
+               {DialogOpenProfileCaption, "DialogOpenProfileCaption"},
+               {DialogOpenDatalogFileCaption, "DialogOpenDatalogFileCaption"}});
+    ReadOwnTexts(language, "SdDatalog", {{FileRefused, "FileRefused"}});
 }
 
 void TSdDatalogReader::Open_sd_datalogClick() {

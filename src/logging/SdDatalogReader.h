@@ -19,12 +19,9 @@ class TSdDatalogReader {
     // EInOutError.
     void Open_sd_datalogClick();
 
-    TEvent<const std::filesystem::path&> OnOpenProfile; // the chosen files are drawn by that one
+    void TakeTexts(const TIniFile& language);
 
-    std::string MessageStopLog;
-    std::string DialogOpenProfileCaption;
-    std::string DialogOpenDatalogFileCaption;
-    std::string FileRefused = "SD-card datalog refused: %1"; // of the event log; the file, or what is wrong
+    TEvent<const std::filesystem::path&> OnOpenProfile; // the chosen files are drawn by that one
 
   private:
     bool ChooseProfile();
@@ -38,6 +35,8 @@ class TSdDatalogReader {
     void Draw(const std::vector<std::string>& rows, std::size_t labelInterval);
 
     TDatalogParts Parts;
+    std::string MessageStopLog, DialogOpenProfileCaption, DialogOpenDatalogFileCaption;
+    std::string FileRefused = "SD-card datalog refused: %1"; // of the event log; the file, or what is wrong
 };
 
 } // namespace tidewell

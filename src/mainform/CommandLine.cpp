@@ -1,7 +1,6 @@
 #include "mainform/CommandLine.h"
 
 #include "core/KvSupport.h"
-#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 
 #include <algorithm>
@@ -83,8 +82,8 @@ class TEvaluation {
 struct TOption {
     std::string_view Name;
     TEvaluation::TAction Action;
-    std::string_view Value;               // as --help shows it
-    std::string TCommandLineTexts::*Help; // null: not shown
+    std::string_view Value;            // as --help shows it
+    TOwnText TCommandLineTexts::*Help; // null: not shown
 };
 
 constexpr std::string_view userNamePassword = "-LoginUserPW";
@@ -123,30 +122,16 @@ std::string HelpText(const TCommandLineTexts& texts) {
 
 } // namespace
 
-TCommandLineTexts ReadCommandLineTexts(const TIniFile& languageFile) {
-    TCommandLineTexts texts;
-    ReadOwnTexts(languageFile, "CommandLine",
-                 {{texts.Usage, "Usage"},
-                  {texts.devid, "devid"},
-                  {texts.LoginUserPW, "LoginUserPW"},
-                  {texts.jwt, "jwt"},
-                  {texts.debugShowFlashPanel, "debugShowFlashPanel"},
-                  {texts.debugShowEEPanel, "debugShowEEPanel"},
-                  {texts.debugContUpdate, "debugContUpdate"},
-                  {texts.debugShowExtendedVersionInfo, "debugShowExtendedVersionInfo"},
-                  {texts.help, "help"},
-                  {texts.version, "version"},
-                  {texts.UnknownOption, "UnknownOption"}});
-    return texts;
-}
-
 std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments,
                                         const TFileVersion& version,
-                                        const std::function<TCommandLineTexts()>& readTexts) {
+                                        const std::function<TIniFile()>& readLanguage) {
     if (arguments.empty())
         return std::nullopt;
-    if (arguments.front() == "--help")
-        return HelpText(readTexts());
+    if (arguments.front() == "--help") {
+        TCommandLineTexts texts;
+        texts.Read(readLanguage());
+        return HelpText(texts);
+    }
     if (arguments.front() == "--version")
         return "Tidewell " + version.Text() + "\n";
     return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include "core/FileVersion.h"
 #include "core/IniFile.h"
+#include "core/LanguageTexts.h"
 #include "core/ports/IDialogs.h"
 
 #include <functional>
@@ -21,26 +22,30 @@ struct TCommandLineParameters {
     std::string debugShowExtendedVersionInfo;
 };
 
-// What --help tells, and the line on an option that is not known. A missing text keeps the English one.
-struct TCommandLineTexts {
-    std::string Usage = "Usage: tidewell [option value]...";
-    std::string devid = "the 12 digits of a controller; without it the program asks";
-    std::string LoginUserPW = "name;password, to sign in without the dialog";
-    std::string jwt = "a token of the cloud, in place of a sign-in";
-    std::string debugShowFlashPanel = "true shows the reading of flash by address on the service form";
-    std::string debugShowEEPanel = "true shows the reading of EEPROM by address on the service form";
-    std::string debugContUpdate = "true shows the continuous update, a test that updates again and again";
-    std::string debugShowExtendedVersionInfo = "true shows the request for extended versions";
-    std::string help = "as the first argument: shows this and ends";
-    std::string version = "as the first argument: shows the version and ends";
-    std::string UnknownOption = "Unknown option: %1";
+// What --help tells, and the line on an option that is not known.
+struct TCommandLineTexts : TOwnTexts {
+    TCommandLineTexts() : TOwnTexts("CommandLine") {}
+    TOwnText Usage{*this, "Usage", "Usage: tidewell [option value]..."};
+    TOwnText devid{*this, "devid", "the 12 digits of a controller; without it the program asks"};
+    TOwnText LoginUserPW{*this, "LoginUserPW", "name;password, to sign in without the dialog"};
+    TOwnText jwt{*this, "jwt", "a token of the cloud, in place of a sign-in"};
+    TOwnText debugShowFlashPanel{*this, "debugShowFlashPanel",
+                                 "true shows the reading of flash by address on the service form"};
+    TOwnText debugShowEEPanel{*this, "debugShowEEPanel",
+                              "true shows the reading of EEPROM by address on the service form"};
+    TOwnText debugContUpdate{*this, "debugContUpdate",
+                             "true shows the continuous update, a test that updates again and again"};
+    TOwnText debugShowExtendedVersionInfo{*this, "debugShowExtendedVersionInfo",
+                                          "true shows the request for extended versions"};
+    TOwnText help{*this, "help", "as the first argument: shows this and ends"};
+    TOwnText version{*this, "version", "as the first argument: shows the version and ends"};
+    TOwnText UnknownOption{*this, "UnknownOption", "Unknown option: %1"};
 };
-TCommandLineTexts ReadCommandLineTexts(const TIniFile& languageFile);
 
 // The text to show when the first argument asks for no more than a text; nothing if it does not.
 std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments,
                                         const TFileVersion& version,
-                                        const std::function<TCommandLineTexts()>& readTexts);
+                                        const std::function<TIniFile()>& readLanguage);
 
 // What an option does at once, besides being kept.
 class ICommandLineActions {

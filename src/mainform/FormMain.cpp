@@ -48,23 +48,32 @@ TFormMain::TFormMain(const IApplication& application)
     Close1.OnClick = [this] { Close(); };
 }
 
-void TFormMain::ApplyTexts(const THeadApplTexts& texts) {
-    SetCaption(texts.appl_title);
-    TabSetpoint.SetCaption(texts.TabSetpoint);
-    TabGraph.SetCaption(texts.TabGraph);
-    filemenu.SetCaption(texts.FileMenu_Caption);
-    OpenProfile2.SetCaption(texts.FileMenu_OpenProfile);
-    OpenDatalogfile1.SetCaption(texts.FileMenu_OpenDatalogFile);
-    SaveUserDatalog1.SetCaption(texts.FileMenu_SaveUserDatalog);
-    Nabtodebug1.SetCaption(texts.FileMenu_Nabto);
-    StartLog1.SetCaption(texts.FileMenu_StartLog);
-    Close1.SetCaption(texts.FileMenu_CloseProgram);
-    WindowSetpoint1.SetCaption(texts.FileMenu_Activepage_setpoint);
-    WindowGraph1.SetCaption(texts.FileMenu_Activepage_graph);
-    CommPort1.SetCaption(texts.ComportMenu_Caption);
-    Setup1.SetCaption(texts.ComportMenu_Setup);
-    Language1.SetCaption(texts.Language_caption);
-    Changelanguage1.SetCaption(texts.LanguageMenu_Setup);
+void TFormMain::TakeTexts(const TIniFile& language) {
+    ReadTexts(language, "HeadAppl",
+              {{*this, "appl_title"},
+               {TabSetpoint, "TabSetpoint"},
+               {TabGraph, "TabGraph"},
+               {filemenu, "FileMenu_Caption"},
+               {OpenProfile2, "FileMenu_OpenProfile"},
+               {OpenDatalogfile1, "FileMenu_OpenDatalogFile"},
+               {SaveUserDatalog1, "FileMenu_SaveUserDatalog"},
+               {Nabtodebug1, "FileMenu_Nabto"},
+               {StartLog1, "FileMenu_StartLog"},
+               {Close1, "FileMenu_CloseProgram"},
+               {WindowSetpoint1, "FileMenu_Activepage_setpoint"},
+               {WindowGraph1, "FileMenu_Activepage_graph"},
+               {CommPort1, "ComportMenu_Caption"},
+               {Setup1, "ComportMenu_Setup"},
+               {Language1, "Language_caption"},
+               {Changelanguage1, "LanguageMenu_Setup"},
+               {EditNotAllowed, "EditNotAllowed"}});
+    ReadTexts(language, "Nabtodriver",
+              {{DeviceID, "ButChangeID"}, {but_swupdate, "ButFWupdate"}, {but_errorlog, "ButErrorlog"}});
+    std::string hideNotice = "Hide this line";
+    ReadOwnTexts(language, "Notices", {{hideNotice, "Hide"}});
+    for (TNotice* notice : Notices)
+        notice->Hide.SetHint(hideNotice);
+    ReadOwnTexts(language, "ReadBack", {{ButStopReadBack, "Stop"}});
 }
 
 void TFormMain::TheTabChange() {

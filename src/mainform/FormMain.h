@@ -16,9 +16,9 @@
 
 namespace tidewell {
 
+class TIniFile;
 class TReadBack;
 class TUpdateStatus;
-struct THeadApplTexts;
 
 // What lies on the main form. The tree, the grid and the two category panels belong to the setpoint page;
 // LblNabto, LedNabto and lblConnectedUser belong to the driver and are shown in panels 0 and 1 of the status
@@ -29,7 +29,7 @@ class TFormMain : public TForm, public IProgramState {
 
     bool IsOpen() const override { return Visible() && !Application.Terminated(); }
     // Captions from the language file; an entry without a key keeps its text.
-    void ApplyTexts(const THeadApplTexts& texts);
+    void TakeTexts(const TIniFile& language);
     void TheTabChange();
     void FormResize();
     void FormKeyDown(EKey key, bool& handled);
@@ -41,7 +41,8 @@ class TFormMain : public TForm, public IProgramState {
     void ShowUpdate(const TUpdateStatus& status);
     void ShowReadBack(const TReadBack& readBack);
 
-    TEvent<> OnHelp; // of the selected setpoint
+    TEvent<> OnHelp;            // of the selected setpoint
+    std::string EditNotAllowed; // shown nowhere
 
     TMainMenu MainMenu{"MainMenu"};
     TMenuItem filemenu{"filemenu"};

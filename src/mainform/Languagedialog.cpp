@@ -23,14 +23,12 @@ Tlanguagedialog::Tlanguagedialog(const TPorts& ports, const TStartOptions& optio
     Button.OnClick = [this] { ButtonClick(); };
 }
 
-void Tlanguagedialog::FormShow() {
-    const TIniFile language(Ports.Files, Paths.Languagefile);
-    const TLanguageTexts texts = ReadLanguageTexts(language);
-    Button.SetCaption(texts.butsave);
-    SetCaption(texts.header);
-    langgroup.SetCaption(texts.bulletheader);
-    Restart = texts.restart;
+void Tlanguagedialog::FormCreate(const TIniFile& language) {
+    ReadTexts(language, "Language",
+              {{Button, "butsave"}, {*this, "header"}, {langgroup, "bulletheader"}, {Restart, "restart"}});
+}
 
+void Tlanguagedialog::FormShow() {
     langgroup.SetItems(Ports.Files.List(Paths.configpath, "*.lng"));
     const std::string current =
         TIniFile(Ports.Files, Paths.Systemfile).ReadText("System", "LanguageFile_Current");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/IniFile.h"
 #include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
@@ -21,6 +22,7 @@ class Tlanguagedialog : public TForm {
     TRadioGroup langgroup{"langgroup"};
     TButton Button{"Button"};
 
+    void FormCreate(const TIniFile& language);
     void FormShow();
     // Throws EListError when no file is selected.
     void ButtonClick();

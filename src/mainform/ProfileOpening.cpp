@@ -2,7 +2,6 @@
 
 #include "core/Errors.h"
 #include "core/KvSupport.h"
-#include "core/LanguageTexts.h"
 #include "core/OpenDialogFilters.h"
 
 #include <exception>
@@ -18,18 +17,18 @@ constexpr std::size_t rowModelUnknown = 5;
 
 } // namespace
 
-TProfileTexts ReadProfileTexts(const TIniFile& languageFile) {
-    TProfileTexts texts;
-    ReadOwnTexts(languageFile, "ProfileOpening",
-                 {{texts.Unreadable, "Unreadable"}, {texts.NoProfile, "NoProfile"}});
-    return texts;
+void TProfileOpening::TakeTexts(const TIniFile& language) {
+    Texts.Read(language);
+    ReadTexts(language, "HeadAppl",
+              {{MessageStopLog, "MessageStopLog"}, {DialogOpenProfileCaption, "DialogOpenProfileCaption"}});
+    TestfileComport = language.ReadSection("TestfileComport");
 }
 
 void TProfileOpening::OpenProfile2Click() {
     const TExclusiveUse::THold hold(Parts.Opening);
     if (!hold)
         return;
-    if (Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Parts.MessageStopLog, EButtons::OkCancel) !=
+    if (Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, MessageStopLog, EButtons::OkCancel) !=
             EModalResult::Ok ||
         !Parts.Main.IsOpen()) // closed while it was asked
         return;

@@ -3,6 +3,7 @@
 #include "cloud/ApiClient.h"
 #include "core/Configuration.h"
 #include "core/IniFile.h"
+#include "core/LanguageTexts.h"
 #include "core/LogControl.h"
 #include "core/Paths.h"
 #include "core/controls/ExclusiveUse.h"
@@ -21,12 +22,12 @@
 
 namespace tidewell {
 
-// Words of our own, section ProfileOpening; %1 is the file, %2 the reason.
-struct TProfileTexts {
-    std::string Unreadable = "%1 could not be read, so nothing of it is shown: %2";
-    std::string NoProfile = "%1 holds nothing of a profile, so nothing of it is shown.";
+// %1 is the file, %2 the reason.
+struct TProfileTexts : TOwnTexts {
+    TProfileTexts() : TOwnTexts("ProfileOpening") {}
+    TOwnText Unreadable{*this, "Unreadable", "%1 could not be read, so nothing of it is shown: %2"};
+    TOwnText NoProfile{*this, "NoProfile", "%1 holds nothing of a profile, so nothing of it is shown."};
 };
-TProfileTexts ReadProfileTexts(const TIniFile& languageFile);
 
 // Chooses the profile, by the user or by the model that the device reports, and loads it into all that show
 // it.
@@ -46,13 +47,11 @@ class TProfileOpening {
         const std::string& devid; // that was linked to
         const TAutoLoadProfile& AutoLoad;
         TExclusiveUse& Opening; // of a file or a profile
-        const std::string& MessageStopLog;
     };
 
     TProfileOpening(const TPorts& ports, const TParts& parts) : Ports(ports), Parts(parts) {}
 
-    std::string DialogOpenProfileCaption; // title of the file dialog
-    TIniSection TestfileComport;          // messages of the language file, some of them by position
+    void TakeTexts(const TIniFile& language);
     TProfileTexts Texts;
     TNotice NoticeProfile{"NoticeProfile"}; // what is wrong with the file of the open profile
 
@@ -78,6 +77,9 @@ class TProfileOpening {
 
     const TPorts& Ports;
     TParts Parts;
+    std::string MessageStopLog;           // question before a profile is opened
+    std::string DialogOpenProfileCaption; // title of the file dialog
+    TIniSection TestfileComport;          // messages of the language file, some of them by position
 };
 
 } // namespace tidewell

@@ -2,7 +2,6 @@
 
 #include "core/Guard.h"
 #include "core/IniFile.h"
-#include "mainform/ProgramTexts.h"
 
 #include <utility>
 
@@ -31,7 +30,7 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
                                        FormMain.FileProgressBar}),
       LiveLog({Polling, FormMain, Ports.Dialogs, Ports.Clock, Ports.Files, Ports.Timers, ModbusPanel, Profile,
                GraphPage, LogBuffers, FormMain.TrafficButton, FormMain.StatusBar, FormMain.MemoEventLog,
-               LoggingTexts, Paths, Extensions, Opening}),
+               Paths, Extensions, Opening}),
       DatalogReader(DatalogParts()), SdDatalogReader(DatalogParts()), CsvExport(DatalogParts()),
       InputDialog({Ports.Dialogs, ModbusPanel, NabtoDevice, FormMain.MemoEventLog, FormMain.StatusBar}),
       SetpointPage({LiveLog, LogBuffers, GraphPage, Ports.Dialogs, Ports.Clock, ModbusPanel,
@@ -47,20 +46,20 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
                 FormMain.TheTab}),
       ProfileOpening(Ports, {FormMain, Paths, ModbusPanel, Profile, SetpointPage, GraphPage, LiveLog, Nabto,
                              NabtoDevice, ApiClient, _commandLineParameters.devid,
-                             Configuration.AutoLoadProfile, Opening, Texts.MessageStopLog}),
+                             Configuration.AutoLoadProfile, Opening}),
       FlashView(Ports, {FormMain, ModbusPanel, Profile, ProfileOpening, GraphPage, NabtoDevice}),
       NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Paths, Extensions,
                  [this] { return NabtoDevice.LastPW; }),
       SignIn(Ports, {FormMain, Paths, Options, _commandLineParameters, EventLogTexts, ApiClient, NabtoLogOn,
                      NabtoDevice}),
       languagedialog(Ports, Options, Paths),
-      SetupForm({Ports.Dialogs, Ports.Files, Paths, ApiClient, Nabto, NabtoDevice, FormMain.StatusBar}),
+      SetupForm({Ports.Dialogs, ApiClient, Nabto, NabtoDevice, FormMain.StatusBar}),
       UserFolder(Ports.Files, Ports.Timers, Paths.directorypath),
       DeviceActions({Ports.Dialogs, FormMain, NabtoDevice, SetupForm, ApiClient, LiveLog, ErrorLog, FlashView,
                      UserFolder, Opening}),
       StartUp(Ports, {Options, Paths, Configuration, _commandLineParameters, EventLogTexts, FormMain, SignIn,
                       NabtoDevice, UserFolder, ModbusPanel, LiveLog, GraphPage, SetpointPage, ProfileOpening,
-                      DeviceActions, Texts.TrafficButtonOFF}),
+                      DeviceActions}),
       CloseDown(Ports,
                 {Paths,
                  Configuration,
@@ -109,7 +108,7 @@ void TProgram::ConnectMainForm() {
     main.but_swupdate.OnClick = [this] { DeviceActions.but_swupdateClick(); };
     main.but_errorlog.OnClick = [this] { DeviceActions.but_errorlogClick(); };
     main.FlasDatalog1.OnClick = [this] { DeviceActions.FlasDatalog1Click(); };
-    main.OnHelp = [this] { ContextHelp.Show(Texts.ErrorMissingAdobe); };
+    main.OnHelp = [this] { ContextHelp.Show(); };
     main.OnResize = [this] {
         FormMain.FormResize();
         SetpointPage.ArrangeAgain();
@@ -214,13 +213,31 @@ bool TProgram::Start() {
 }
 
 void TProgram::CreateForms() {
-    ReadTexts(TIniFile(Ports.Files, Paths.Languagefile), *this);
+    const TIniFile& language = Splashscreen.Language;
+    TakeTexts();
     StartUp.FormCreate();
-    NabtoDevice.FormCreate();
+    NabtoDevice.FormCreate(language);
     Splashscreen.infostring.SetCaption(Splashscreen.Texts.MessageMainAppDone);
     Ports.Wait.Sleep(afterMainForm);
-    SetupForm.FormCreate();
-    InputDialog.FormCreate(TIniFile(Ports.Files, Paths.Languagefile));
+    languagedialog.FormCreate(language);
+    SetupForm.FormCreate(language);
+    InputDialog.FormCreate(language);
+}
+
+void TProgram::TakeTexts() {
+    const TIniFile& language = Splashscreen.Language;
+    EventLogTexts.Read(language);
+    SetpointTexts.Read(language);
+    SignIn.Texts.Read(language);
+    FormMain.TakeTexts(language);
+    ContextHelp.TakeTexts(language);
+    LiveLog.TakeTexts(language);
+    DatalogReader.TakeTexts(language);
+    SdDatalogReader.TakeTexts(language);
+    CsvExport.TakeTexts(language);
+    GraphPage.TakeTexts(language);
+    SetpointPage.TakeTexts(language);
+    ProfileOpening.TakeTexts(language);
 }
 
 void TProgram::Finish() {

@@ -60,8 +60,6 @@ class TProgram {
     TCurrentInifilesPath& Paths; // of the splash screen
     TExtensions Extensions;      // read once the system file is found
     TConfiguration Configuration;
-    THeadApplTexts Texts;
-    TLoggingTexts LoggingTexts;
     TSetpointTexts SetpointTexts;
     TEventLogTexts EventLogTexts;
     TCommandLineParameters _commandLineParameters;
@@ -107,6 +105,7 @@ class TProgram {
     void ConnectDevice();
     void ConnectUpdate();
     void CreateForms();
+    void TakeTexts();
     // Those of another device, or another profile, must not stand beside what is shown now.
     void ForgetValues();
     void ShowReadBack();

@@ -95,8 +95,7 @@ void TSignIn::EnableExtendedVersionInfo() {
 
 // On standard error as well, for who started the program.
 void TSignIn::TellUnknownOption(const std::string& name) {
-    const TIniFile language(Ports.Files, Parts.Paths.Languagefile);
-    const std::string line = FillText(ReadCommandLineTexts(language).UnknownOption, {name});
+    const std::string line = FillText(Texts.UnknownOption, {name});
     Parts.Main.MemoEventLog.Add(line);
     Ports.Application.WriteError(line);
 }

@@ -38,6 +38,7 @@ class TSignIn : private ICommandLineActions {
     void ForgetPasswords();
 
     std::unique_ptr<ITimer> KeepAliveTimer; // 300000 ms
+    TCommandLineTexts Texts;
 
   private:
     void KeepAliveTimerTimer();

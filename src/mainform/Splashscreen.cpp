@@ -2,8 +2,8 @@
 
 #include "core/Errors.h"
 #include "core/Housekeeping.h"
-#include "core/IniFile.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 
 #include <exception>
 #include <utility>
@@ -38,7 +38,13 @@ void TSplashscreen::FormStringInit() {
         Ports.Dialogs.ShowMessage("Error incorrect systemfile or languagefile application will close");
         Ports.Application.Terminate();
     }
-    Texts = ReadSplashscreenTexts(TIniFile(Ports.Files, paths.Languagefile));
+    Language = TIniFile(Ports.Files, paths.Languagefile);
+    ReadTexts(Language, "Splashscreen",
+              {{Texts.MessageLogFileDeleted, "MessageLogFileDeleted"},
+               {Texts.MessageMainAppDone, "MessageMainAppDone"},
+               {Texts.MessageApplicationReady, "MessageApplicationReady"},
+               {Texts.MessageFileStructureMissing, "MessageFileStructureMissing"},
+               {Texts.VersionString, "VersionString"}});
 }
 
 void TSplashscreen::CleanUpLogFiles() {

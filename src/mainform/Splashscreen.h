@@ -1,10 +1,12 @@
 #pragma once
 
-#include "core/LanguageTexts.h"
+#include "core/IniFile.h"
 #include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Simple.h"
 #include "mainform/Ports.h"
+
+#include <string>
 
 namespace tidewell {
 
@@ -29,7 +31,11 @@ class TSplashscreen : public TForm {
     TLabel infostring{"infostring"};
 
     TCurrentInifilesPath FCurrentInifilesPath;
-    TSplashscreenTexts Texts;
+    TIniFile Language{""}; // read by FormCreate
+    struct {
+        std::string MessageLogFileDeleted, MessageMainAppDone, MessageApplicationReady,
+            MessageFileStructureMissing, VersionString;
+    } Texts;
 
   private:
     const TPorts& Ports;

@@ -66,7 +66,7 @@ void TStartUp::ReadSystemFile() {
     configuration = ReadConfiguration(TIniFile(Ports.Files, Needs.Paths.Systemfile));
     for (const TReplacedNumber& number : configuration.Replaced)
         Needs.FormMain.MemoEventLog.Add(LineOn(number, Needs.Texts));
-    Needs.FormMain.TrafficButton.SetCaption(Needs.TrafficButtonOFF);
+    Needs.FormMain.TrafficButton.SetCaption(Needs.LiveLog.TrafficButtonOFF);
     Needs.LiveLog.UpdateTimer->SetInterval(configuration.UpdateTimer.Time);
     Needs.LiveLog.UpdateTimerCallBackEvents.XAxisJump = configuration.UpdateTimer.XAxisJump;
     Needs.LiveLog.UpdateTimerCallBackEvents.DatalogCount = configuration.UpdateTimer.DatalogCount;

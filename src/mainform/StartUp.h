@@ -41,7 +41,6 @@ class TStartUp {
         TSetpointPage& SetpointPage;
         TProfileOpening& ProfileOpening;
         TDeviceActions& DeviceActions;
-        const std::string& TrafficButtonOFF; // caption
     };
     TStartUp(const TPorts& ports, const TNeeds& needs);
 

@@ -1,8 +1,8 @@
 #include "setpoints/InputDialog.h"
 
 #include "core/Flagged.h"
-#include "core/IniFile.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/WaitCursor.h"
 #include "core/controls/StatusBar.h"
@@ -66,17 +66,17 @@ TInputDialog::TInputDialog(const TParts& parts) : TForm("InputDialog"), Parts(pa
     OnCloseQuery = [this](bool&) { Parts.StatusBar.Repaint(); };
 }
 
-void TInputDialog::FormCreate(const TIniFile& languageFile) {
-    const auto text = [&languageFile](const char* key) { return languageFile.ReadText("InputDialog", key); };
-    SetCaption(text("Header"));
-    ButSend.SetCaption(text("ButOk"));
-    ButCancel.SetCaption(text("ButCancel"));
-    LabId.SetCaption(text("DeviceLab"));
-    LabAdress.SetCaption(text("AdressLab"));
-    LabValue.SetCaption(text("ValueLab"));
-    LabMin.SetCaption(text("ValueMinLab"));
-    LabMax.SetCaption(text("ValueMaxLab"));
-    MessageWrongValue = text("MessageWrongValue");
+void TInputDialog::FormCreate(const TIniFile& language) {
+    ReadTexts(language, "InputDialog",
+              {{*this, "Header"},
+               {ButSend, "ButOk"},
+               {ButCancel, "ButCancel"},
+               {LabId, "DeviceLab"},
+               {LabAdress, "AdressLab"},
+               {LabValue, "ValueLab"},
+               {LabMin, "ValueMinLab"},
+               {LabMax, "ValueMaxLab"},
+               {MessageWrongValue, "MessageWrongValue"}});
 }
 
 void TInputDialog::FormShow() {

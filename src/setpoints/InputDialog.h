@@ -36,7 +36,7 @@ class TInputDialog : public TForm {
     explicit TInputDialog(const TParts& parts);
 
     // Captions and MessageWrongValue of section InputDialog.
-    void FormCreate(const TIniFile& languageFile);
+    void FormCreate(const TIniFile& language);
 
     std::string CurrentSetpointSpecific;    // list row, limits in shown form
     std::string CurrentDatavalue;           // text to start with

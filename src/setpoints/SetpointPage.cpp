@@ -82,6 +82,13 @@ void TSetpointPage::ConnectControls() {
     SetpointFilter.OnChange = [this] { SetpointFilterChange(); };
 }
 
+void TSetpointPage::TakeTexts(const TIniFile& language) {
+    ReadTexts(
+        language, "HeadAppl",
+        {{CategoryPanelSetpoints, "CategoryPanelSetpoint"}, {CategoryPanelDebug, "CategoryPanelEventlog"}});
+    ReadTexts(language, "EmptyPages", {{LblSetpointPageEmpty, "Setpoint"}});
+}
+
 void TSetpointPage::BuildSetpointTree() {
     std::vector<TTreeView::TNode> roots;
     for (const TMDevice& device : Parts.Panel.DeviceList) {

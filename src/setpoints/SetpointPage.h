@@ -63,6 +63,7 @@ class TSetpointPage {
     TSetpointPage(const TSetpointPage&) = delete;
     TSetpointPage& operator=(const TSetpointPage&) = delete;
 
+    void TakeTexts(const TIniFile& language);
     // A root per device of the panel, below it the groups of its list rows. The rows of a group chosen before
     // stay, unless they are to be forgotten with their profile.
     void BuildSetpointTree();

@@ -2,17 +2,17 @@
 
 namespace tidewell {
 
-TSetpointFileTexts ReadSetpointFileTexts(const TIniFile& languageFile) {
-    TSetpointFileTexts texts;
-    ReadOwnTexts(languageFile, "SetpointFiles",
-                 {{texts.NotSaved, "NotSaved"},
-                  {texts.ResultNotSaved, "ResultNotSaved"},
-                  {texts.NotStarted, "NotStarted"},
-                  {texts.Ended, "Ended"},
-                  {texts.Differed, "Differed"},
-                  {texts.OtherProfile, "OtherProfile"},
-                  {texts.UnknownDevice, "UnknownDevice"}});
-    return texts;
+void TSetpointTexts::Read(const TIniFile& language) {
+    for (std::size_t column = 0; column < SetpointHeadline.size(); ++column)
+        SetpointHeadline[column] = language.ReadText("SetpointHeadlines", "Col" + std::to_string(column));
+    DataUnits = language.ReadSection("DataUnits");
+    UserUnits = language.ReadSection("UserUnits");
+    SetpointFileRefused = language.ReadSection("TestfileComport").ValueAt(0);
+    ReadTexts(language, "HeadAppl",
+              {{DialogOpenProfileCaption, "DialogOpenProfileCaption"},
+               {DialogSaveDatalogFile, "DialogSaveDatalogFile"}});
+    Files.Read(language);
+    ReadOwnTexts(language, "SetpointPage", {{RowsOfFormer, "RowsOfFormer"}});
 }
 
 } // namespace tidewell

@@ -4,6 +4,7 @@
 #include "core/Errors.h"
 #include "core/Extensions.h"
 #include "core/LanguageTexts.h"
+#include "core/controls/Simple.h"
 #include "support/MemoryFiles.h"
 
 #include <gmock/gmock.h>
@@ -124,13 +125,17 @@ TEST(Configuration, ReadsTheCloud) {
     EXPECT_EQ(ReadCloudSettings(TIniFile(""), "/app").CaFile, "");
 }
 
-TEST(LanguageTexts, MissingTextsAreEmpty) {
-    const TIniFile file("[headappl]\nPopupMenu_Exportdatatocsv=Export = csv; all\n"
-                        "[SetpointHeadlines]\nCol0=No\nCol5=Unit\n[TestfileComport]\na=1\nb=2\n");
-    EXPECT_EQ(ReadHeadApplTexts(file).PopupMenu_Exportdatatocsv, "Export = csv; all");
-    EXPECT_EQ(ReadHeadApplTexts(file).TrafficButtonON + ReadLanguageTexts(file).restart, "");
-    EXPECT_THAT(ReadSetpointHeadlines(file), ElementsAre("No", "", "", "", "", "Unit"));
-    EXPECT_EQ(ReadUnitTexts(file).TestfileComport.ValueAt(1), "2");
+TEST(LanguageTexts, MissingTextsAreEmptyButForOurOwn) {
+    const TIniFile file("[headappl]\nPopupMenu_Exportdatatocsv=Export = csv; all\nempty=\n");
+    TLabel caption("caption", "here");
+    std::string missing = "here";
+    std::string kept = "here";
+    ReadTexts(file, "HeadAppl", {{caption, "PopupMenu_Exportdatatocsv"}, {missing, "TrafficButtonON"}});
+    EXPECT_EQ(caption.Caption(), "Export = csv; all");
+    EXPECT_EQ(missing, "");
+    ReadOwnTexts(file, "HeadAppl", {{kept, "empty"}, {missing, "PopupMenu_Exportdatatocsv"}});
+    EXPECT_EQ(kept, "here");
+    EXPECT_EQ(missing, caption.Caption());
 }
 
 } // namespace

@@ -78,7 +78,7 @@ class SetpointPageView : public TSetpointProgram {
         QTest::keyClick(&Grid(), Qt::Key(key), modifiers);
     }
     void StartLog() {
-        Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::Yes);
+        Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
         Main().StartLog1.Click();
         RunUntilRows(1);
     }

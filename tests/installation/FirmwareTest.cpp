@@ -1,6 +1,6 @@
 #include "Installation.h"
-#include "core/LanguageTexts.h"
 #include "link/FirmwarePackage.h"
+#include "link/FirmwareUpdateTexts.h"
 #include "sim/controller/Crc32.h"
 #include "sim/nabto/SimulationFile.h"
 

@@ -131,9 +131,7 @@ TEST_F(TServiceFixture, TheEditsAndTheSliderFollowEachOther) {
     Flash.DT_MaskeditStartDate.OnExit();
     EXPECT_EQ(edits(), "T:002S:00M:00 T:002S:00M:00");
 
-    TNabtodriverTexts texts;
-    texts.adjustdaysheader = "Days";
-    Flash.ApplyTexts(texts);
+    Flash.MischStrings.adjustdaysheader = "Days";
     int focus = 0;
     const auto focused = Flash.DT_GetData.FocusRequested.Connect([&focus] { ++focus; });
     for (const auto& [typed, position] :

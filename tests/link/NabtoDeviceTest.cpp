@@ -41,7 +41,6 @@ class TNabtoDeviceTest : public testing::Test {
         Files.Put(Paths.Systemfile,
                   "[CommInitNabto]\r\n; the link\r\nName=Vent\r\nEnabled=TRUE\r\nPauseTime=500\r\n"
                   "DelayBetweenQuestions=10\r\nDomain=Remote.example\r\nLastLoginUser=me\r\n");
-        Files.Put(Paths.Languagefile, "[Nabtodriver]\nButping=Anpingen\nlabfrom=von\nadjustdays=Tage\n");
         Files.Put("/app/p.pls", "[NabtoDevice]\nq1=0;3;100;1;\n");
         Files.Put(Interface, "<xml/>");
         Client._isLoggedIn = true;
@@ -49,7 +48,7 @@ class TNabtoDeviceTest : public testing::Test {
         World.Profile.ErrorLogOffset = 512;
         Device.OnSetup = [this] { Events.emplace_back("Setup1Click"); };
         Device.OnErrorlog = [this](const std::string& words, const std::string&) { Events.push_back(words); };
-        Device.FormCreate();
+        Device.FormCreate(Language);
     }
     void Answer(const std::string& reply) {
         Library.Reply = [reply](const std::string&) { return reply; };
@@ -62,6 +61,7 @@ class TNabtoDeviceTest : public testing::Test {
     TFakeNabto Library;
     TFakeHttp Http;
     std::vector<std::string> Events; // that were told upward
+    TIniFile Language{"[Nabtodriver]\nButping=Anpingen\nlabfrom=von\nadjustdays=Tage\n"};
     TIdleSurroundings World{Dialogs,
                             Time,
                             Time,
@@ -90,7 +90,7 @@ TEST_F(TNabtoDeviceTest, CreationReadsConfigurationAndTexts) {
     Files.Put(Paths.Systemfile, "[CommInitNabto]\nEnabled=0\n");
     EXPECT_FALSE(Device.isEnabled());
     Files.Put(Paths.Systemfile, "[CommInitNabto]\nPauseTime=soon\n");
-    EXPECT_THROW(Device.FormCreate(), EConvertError);
+    EXPECT_THROW(Device.FormCreate(Language), EConvertError);
 }
 
 TEST_F(TNabtoDeviceTest, TheDomainIsAddedOnceAndTheDeviceKept) {

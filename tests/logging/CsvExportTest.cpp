@@ -23,7 +23,7 @@ constexpr const char* NoData = "No data in graph buffer";
 class TExportRig : public TDatalogRig {
   public:
     explicit TExportRig(const std::string& profile = FiveChannels) : TDatalogRig(profile) {
-        Export.DialogSaveDatalogFile = "Save it";
+        Export.TakeTexts(TIniFile("[HeadAppl]\nDialogSaveDatalogFile=Save it\n"));
         Files.CreateDirectories("/t/log/exported");
         Page.CurrentLogStartDate = "02-03-2026";
     }

@@ -27,7 +27,9 @@ std::string Rows(int first, int last, const std::string& end = "\r\n") {
 
 class TReaderRig : public TDatalogRig {
   public:
-    TReaderRig() : TDatalogRig(OneChannel) { Reader.DialogOpenDatalogFileCaption = "Open it"; }
+    TReaderRig() : TDatalogRig(OneChannel) {
+        Reader.TakeTexts(TIniFile("[HeadAppl]\nDialogOpenDatalogFileCaption=Open it\n"));
+    }
     void OpenFiles(const std::vector<std::string>& contents) {
         std::vector<std::filesystem::path> paths;
         for (const std::string& content : contents) {

@@ -57,6 +57,11 @@ class TRig {
         Page.GraphInit(true);
         Log.OnDataLine = [this](const std::string& line) { Lines.push_back(line); };
         Log.OnNoProfile = [this] { Polling.Calls.emplace_back("no profile"); };
+        Log.TakeTexts(TIniFile(std::string("[HeadAppl]\nMessageLoggingStart=Started\n"
+                                           "MessageLoggingStop=Stopped\nTrafficButtonON=ON\n"
+                                           "TrafficButtonOFF=OFF\nDialogSaveDatalogFile=Save it\n"
+                                           "MessageClearGraphData=") +
+                               Question));
     }
     void Step(const std::string& values) {
         Log.SetCycleResult(values);
@@ -79,12 +84,11 @@ class TRig {
     TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
     TStatusBar StatusBar{"StatusBar", {}};
-    TLoggingTexts Texts{"Started", "Stopped", Question, "ON", "OFF", "Save it"};
     TExtensions Extensions;
     TExclusiveUse Opening;
     TCurrentInifilesPath Paths{{}, {}, {}, {}, "/t"};
     TLiveLog Log{{Polling, Program, Dialogs, Time, Files, Time, Panel, Profile, Page, Buffers, TrafficButton,
-                  StatusBar, MemoEventLog, Texts, Paths, Extensions, Opening}};
+                  StatusBar, MemoEventLog, Paths, Extensions, Opening}};
 };
 
 } // namespace
@@ -222,7 +226,7 @@ TEST(LiveLog, StartsByItselfOnce) {
             rig.Time.Advance(5000);
             EXPECT_EQ(rig.Log.DatalogOn, !(spare && file));
             EXPECT_EQ(rig.Page.DatalogFileOpen, spare && file);
-            EXPECT_EQ(rig.MemoEventLog.Lines().back() == rig.Texts.AutoStartSpared, spare && file);
+            EXPECT_EQ(rig.MemoEventLog.Lines().back() == rig.Log.Texts.AutoStartSpared, spare && file);
             EXPECT_FALSE(rig.Log.TimerLogAutostart->Enabled());
         }
 }
@@ -271,7 +275,7 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
         rig.Polling.Runs = linked;
         rig.Log.StartLog(false, true);
         EXPECT_EQ(rig.Log.LogNotice.Visible(), !linked);
-        EXPECT_EQ(std::ranges::count(rig.MemoEventLog.Lines(), rig.Texts.NoSession), 1);
+        EXPECT_EQ(std::ranges::count(rig.MemoEventLog.Lines(), rig.Log.Texts.NoSession), 1);
     }
 
     // A start that is not to report only polls; one without a link does nothing.

@@ -48,9 +48,9 @@ class TSdRig : public TDatalogRig {
   public:
     explicit TSdRig(const std::string& profile = TwoChannels) : TDatalogRig(profile) {
         Reader.OnOpenProfile = [this](const std::filesystem::path& path) { Profile.Open(path); };
-        Reader.MessageStopLog = Question;
-        Reader.DialogOpenProfileCaption = "Profile";
-        Reader.DialogOpenDatalogFileCaption = "Datalog";
+        Reader.TakeTexts(
+            TIniFile(std::string("[HeadAppl]\nMessageStopLog=") + Question +
+                     "\nDialogOpenProfileCaption=Profile\nDialogOpenDatalogFileCaption=Datalog\n"));
         Files.Put("/t/profile/card.SDpls", profile);
     }
     void OpenFiles(const std::vector<std::string>& contents) {

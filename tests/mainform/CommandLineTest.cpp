@@ -101,7 +101,7 @@ TEST_F(TCommandLine, TellsOptionsThatItDoesNotKnow) {
 
 TEST(CommandLineHelp, NamesTheOptionsOfTheGuide) {
     const auto text = [](const std::vector<std::string>& arguments) {
-        return TextAskedFor(arguments, {1, 2, 3, 4}, [] { return TCommandLineTexts(); });
+        return TextAskedFor(arguments, {1, 2, 3, 4}, [] { return TIniFile(""); });
     };
     const std::string help = text({"--help", "-devid"}).value_or("");
     std::size_t options = 0;

@@ -20,7 +20,7 @@ struct TLanguage : testing::Test {
         Files.Put("/t/cfg/deutsch.lng", "");
         Paths.configpath = "/t/cfg";
         Paths.Systemfile = "/t/cfg/system_x.inn";
-        Paths.Languagefile = "/t/cfg/english.lng";
+        Dialog.FormCreate(TIniFile(Files, "/t/cfg/english.lng"));
     }
     TMemoryFiles Files;
     TVirtualTime Time;

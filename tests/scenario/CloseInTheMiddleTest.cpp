@@ -54,7 +54,7 @@ TEST_F(TCloseInTheMiddle, OfTheFirstPings) {
 TEST_F(TCloseInTheMiddle, OfTheQuestionBeforeALog) {
     for (const EModalResult answer : {EModalResult::Yes, EModalResult::No}) {
         Start();
-        Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, answer);
+        Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), answer);
         CloseInNextDialog();
         Main().TrafficButton.Click();
         EXPECT_FALSE(Program->LiveLog.DatalogOn);
@@ -136,7 +136,7 @@ TEST_F(TCloseInTheMiddle, OfTheProfileDialog) {
 
 TEST_F(TCloseInTheMiddle, OfTheQuestionBeforeAProfile) {
     Start();
-    Dialogs.ExpectMessage(Program->Texts.MessageStopLog, EModalResult::Ok);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageStopLog"), EModalResult::Ok);
     CloseInNextDialog();
     Main().OpenProfile2.Click();
     ExpectEnded();

@@ -21,23 +21,23 @@ TEST_F(TDatalogGolden, SavesOpensAndExportsALog) {
     RunUntilRows(rows);
     const std::vector<double> live = Samples(rows - 1);
     ASSERT_GE(live.size(), 10 * (rows - 1));
-    Dialogs.ExpectSaveFile(Program->Texts.DialogSaveDatalogFile, "/t/log/userlog/saved");
+    Dialogs.ExpectSaveFile(Language("HeadAppl", "DialogSaveDatalogFile"), "/t/log/userlog/saved");
     Main().SaveUserDatalog1.Click();
     ExpectSaved(saved);
 
     // The last row is not drawn, and two fewer rows than are drawn are exported.
-    Dialogs.ExpectOpenFiles(Program->Texts.DialogOpenDatalogFileCaption, {saved});
+    Dialogs.ExpectOpenFiles(Language("HeadAppl", "DialogOpenDatalogFileCaption"), {saved});
     Main().OpenDatalogfile1.Click();
     EXPECT_FALSE(Main().FileProgressBar.Visible());
     EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows - 1);
     EXPECT_TRUE(Samples(rows - 1) == live);
-    Dialogs.ExpectSaveFile(Program->Texts.DialogSaveDatalogFile, exported);
+    Dialogs.ExpectSaveFile(Language("HeadAppl", "DialogSaveDatalogFile"), exported);
     Program->GraphPage.Exportdatatocsv1.Click();
     ExpectSaved(exported);
     EXPECT_EQ(SplitLines(Files.Content.at(exported)).size(), rows - 1);
 
     // A log that is not to clear the opened rows goes on behind them.
-    Dialogs.ExpectMessage(Program->LoggingTexts.MessageClearGraphData, EModalResult::No);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::No);
     Main().StartLog1.Click();
     RunUntilRows(2);
     EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows + 1);

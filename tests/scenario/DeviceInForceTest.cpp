@@ -200,7 +200,7 @@ TEST_F(TDeviceInForce, IsThatOfALogAndOfTheValueWrittenMeanwhile) {
     EXPECT_FALSE(Program->LiveLog.DatalogOn || Driver().Cycle.Dologging);
     Controller().Faults.Replace({});
     PingHub();
-    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::Yes);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
     Main().TrafficButton.Click();
     EXPECT_EQ(Exchanges(), Taking);
     RunUntilRows(2);

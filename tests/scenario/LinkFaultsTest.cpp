@@ -104,12 +104,12 @@ TEST_F(TLinkFaults, StopPollingWhenAPartialFileCannotBeWritten) {
     // The log counts as stopped, and says why.
     const TNotice& notice = Program->LiveLog.LogNotice;
     EXPECT_FALSE(Program->LiveLog.DatalogOn);
-    EXPECT_EQ(Main().TrafficButton.Caption(), Program->Texts.TrafficButtonOFF);
+    EXPECT_EQ(Main().TrafficButton.Caption(), Language("HeadAppl", "TrafficButtonOFF"));
     EXPECT_EQ(notice.Text.Caption(), "The log has stopped: " + Dialogs.Shown.back().Text);
     EXPECT_TRUE(notice.Visible());
     EXPECT_THAT(Main().MemoEventLog.Lines(), testing::Contains(notice.Text.Caption()));
     Files.Room = static_cast<std::size_t>(-1);
-    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::No);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::No);
     Main().TrafficButton.Click(); // goes on with the log as it is
     EXPECT_FALSE(notice.Visible());
     RunUntilRows(6);
@@ -205,7 +205,7 @@ TEST_F(TLinkFaults, OneOpeningAtATime) {
     Start();
     RunUntilRows(4);
     Program->LiveLog.SaveDataLogFile("/t/log/userlog/a.csv");
-    Dialogs.ExpectOpenFiles(Program->Texts.DialogOpenDatalogFileCaption, {"/t/log/userlog/a.csv"});
+    Dialogs.ExpectOpenFiles(Language("HeadAppl", "DialogOpenDatalogFileCaption"), {"/t/log/userlog/a.csv"});
     int asked = 0;
     Time.After(0, [&] {
         Main().OpenDatalogfile1.Click();

@@ -20,11 +20,11 @@ class TMainForm : public TProgramFixture {
 
 TEST_F(TMainForm, ActsOnItsKeys) {
     Start();
-    Dialogs.ExpectMessage(Program->Texts.MessageStopLog, EModalResult::Cancel);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageStopLog"), EModalResult::Cancel);
     EXPECT_TRUE(Press(EKey::F2));
-    Dialogs.ExpectSaveFile(Program->Texts.DialogSaveDatalogFile, std::nullopt);
+    Dialogs.ExpectSaveFile(Language("HeadAppl", "DialogSaveDatalogFile"), std::nullopt);
     Press(EKey::F4);
-    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::Yes);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
     Press(EKey::F5);
     EXPECT_TRUE(Program->LiveLog.DatalogOn);
     Press(EKey::F5);
@@ -40,7 +40,7 @@ TEST_F(TMainForm, ActsOnItsKeys) {
 
     Dialogs.ExpectForm("SetupForm", {});
     Press(EKey::F8);
-    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::No);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::No);
     Press(EKey::F5);
     Press(EKey::F11);
     EXPECT_FALSE(Program->LiveLog.DatalogOn);

@@ -25,8 +25,8 @@ class TProfileChoice : public TProgramFixture {
     }
     // As a click in the running program: the general handler shows what leaves it.
     void OpenProfileByMenu(std::optional<std::filesystem::path> path) {
-        Dialogs.ExpectMessage(Program->Texts.MessageStopLog, EModalResult::Ok);
-        Dialogs.ExpectOpenFile(Program->Texts.DialogOpenProfileCaption, std::move(path));
+        Dialogs.ExpectMessage(Language("HeadAppl", "MessageStopLog"), EModalResult::Ok);
+        Dialogs.ExpectOpenFile(Language("HeadAppl", "DialogOpenProfileCaption"), std::move(path));
         Time.After(0, [this] { Main().OpenProfile2.Click(); });
     }
     std::vector<std::string> Devices() {
@@ -40,7 +40,7 @@ class TProfileChoice : public TProgramFixture {
 TEST_F(TProfileChoice, GoesOnLoggingWhenTheQuestionIsCancelled) {
     Start();
     RunUntilRows(3);
-    Dialogs.ExpectMessage(Program->Texts.MessageStopLog, EModalResult::Cancel);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageStopLog"), EModalResult::Cancel);
     Main().OpenProfile2.Click();
     EXPECT_TRUE(Program->LiveLog.DatalogOn);
     EXPECT_EQ(Program->Paths.plsfile, Profile);
@@ -254,7 +254,7 @@ TEST_F(TProfileChoice, LeavesNothingOfTheFormerProfileInABadOne) {
     Time.Advance(1000);
     EXPECT_EQ(Program->Paths.plsfile, BadProfile);
     EXPECT_EQ(Program->NabtoDevice.Showquestions(), "Poll1=0;3;100;2;\r\n");
-    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::Yes);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
     Main().TrafficButton.Click();
     RunUntilRows(2);
     EXPECT_EQ(Program->LogBuffers.DataLogRawData.Columns(), 3u); // two values and the blank behind them
@@ -275,7 +275,7 @@ TEST_F(TProfileChoice, SignsInAfterABadProfile) {
     Start();
     EXPECT_THAT(Log, Contains(testing::StartsWith("POST /login ")));
     EXPECT_EQ(Main().Caption(), Profile); // of the device's model, after all
-    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::Yes);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
     Main().TrafficButton.Click();
     RunUntilRows(2);
     Close();

@@ -134,11 +134,11 @@ TEST_F(TServiceTools, TheFlashLogIsDownloadedAndShown) {
 
     // The reader of datalogs shows the same, but for the last row.
     const auto shown = Samples(rows - 1);
-    Dialogs.ExpectMessage(Program->Texts.MessageStopLog, EModalResult::Ok);
-    Dialogs.ExpectOpenFile(Program->Texts.DialogOpenProfileCaption, companion);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageStopLog"), EModalResult::Ok);
+    Dialogs.ExpectOpenFile(Language("HeadAppl", "DialogOpenProfileCaption"), companion);
     Main().OpenProfile2.Click();
     EXPECT_TRUE(Main().TabSetpoint.Visible() && Main().WindowSetpoint1.Enabled());
-    Dialogs.ExpectOpenFiles(Program->Texts.DialogOpenDatalogFileCaption,
+    Dialogs.ExpectOpenFiles(Language("HeadAppl", "DialogOpenDatalogFileCaption"),
                             {"/t/log/userlog/" + Saved("FDlog_*")[0]});
     Main().OpenDatalogfile1.Click();
     EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows - 1);
@@ -545,7 +545,7 @@ TEST_F(TServiceTools, TheOlderErrorLogAsksItsQuestionsUntilTheNewOne) {
     EXPECT_FALSE(Program->LiveLog.DatalogOn || Program->ErrorLog.ErrorLogActive);
     Program->Profile.ProfileLoaded = true;
     Program->ErrorLog.ErrorLogActiveCount = 3;
-    ExpectBoxes({Program->LoggingTexts.MessageClearGraphData});
+    ExpectBoxes({Language("HeadAppl", "MessageClearGraphData")});
     Main().Errorlog1.OnClick();
     EXPECT_TRUE(Program->LiveLog.DatalogOn && Program->ErrorLog.ErrorLogActive);
     EXPECT_EQ(Program->ErrorLog.ErrorLogActiveCount, 0U);

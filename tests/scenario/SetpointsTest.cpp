@@ -41,7 +41,7 @@ TEST_F(TSetpoints, AreSavedEditedAndLoadedBack) {
     ExpectGolden("aria450.csv", saved);
     EXPECT_EQ(ExpectFileHeld(saved, all), 76U);
 
-    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::No);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::No);
     Main().TrafficButton.Click();
     RunUntilRows(Program->LogBuffers.DatalogCount + 1);
     struct {

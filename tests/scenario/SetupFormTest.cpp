@@ -43,7 +43,7 @@ TEST_F(TSetupDialog, KeepsTheDeviceInForceWithoutText) {
     EXPECT_EQ(Driver().device, "410000000001.hv.example");
     EXPECT_EQ(Program->_commandLineParameters.devid, Device); // which the next start of the log takes
     EXPECT_EQ(Main().Caption(), Profile);
-    Dialogs.ExpectMessage(Program->Texts.MessageClearGraphData, EModalResult::Yes);
+    Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
     Main().TrafficButton.Click();
     RunUntilRows(2);
     Close();
