@@ -31,7 +31,6 @@ constexpr std::size_t magicLine = 361;
 constexpr std::size_t values = 16;
 constexpr std::array<std::string_view, 2> magics{"QX410_SD_datalog_by_Korvanium_A/S",
                                                  "SD_datalog_by_Korvanium_A/S"};
-constexpr std::string_view headerMark = ";[HeaderStart]";
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t manyRows = 10000;
 constexpr std::size_t truncation = 10; // every tenth row is kept
@@ -115,7 +114,7 @@ void TSdDatalogReader::Convert(const std::filesystem::path& path, std::vector<st
     } catch (const EConvertError& error) {
         throw EConvertError(path.string() + ", line " + std::to_string(line + 1) + ": " + error.what());
     }
-    rows.emplace_back(headerMark);
+    rows.emplace_back(HeaderMark);
 }
 
 void TSdDatalogReader::TellRefused(const std::string& what) {
@@ -184,7 +183,7 @@ void TSdDatalogReader::Open_sd_datalogClick() {
             }
             if (rows.empty())
                 throw EListError(-1);
-            if (rows.back().find(headerMark) != std::string::npos) {
+            if (rows.back().find(HeaderMark) != std::string::npos) {
                 headers = true;
                 rows.pop_back();
             }

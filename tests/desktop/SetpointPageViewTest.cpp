@@ -17,7 +17,7 @@ namespace tidewell::test {
 
 namespace {
 
-const QColor blue(0, 0, 255);
+const QColor deepBlue(0, 0, 255);
 const QColor lightBlue(150, 190, 255);
 
 // Of the whole application, until the end of the block.
@@ -140,16 +140,16 @@ TEST_F(SetpointPageView, TheSelectedRowStandsOutByItsFontAlone) {
     EXPECT_NE(stripe, base());
     EXPECT_EQ(Ground(4), stripe);
     for (const int row : {2, 3}) {
-        EXPECT_EQ(Pixels(row, blue), 0);
+        EXPECT_EQ(Pixels(row, deepBlue), 0);
         const QColor ground = Ground(row);
         ClickRow(row);
         EXPECT_EQ(Page().SetpointGrid.SelectedRow(), row);
-        EXPECT_GT(Pixels(row, blue), 20);
+        EXPECT_GT(Pixels(row, deepBlue), 20);
         EXPECT_EQ(Ground(row), ground);
     }
-    EXPECT_EQ(Pixels(2, blue), 0);
+    EXPECT_EQ(Pixels(2, deepBlue), 0);
     const TPaletteOf dark(QColor(40, 40, 40), Qt::white);
-    EXPECT_EQ(Pixels(3, blue), 0);
+    EXPECT_EQ(Pixels(3, deepBlue), 0);
     EXPECT_GT(Pixels(3, lightBlue), 20);
     EXPECT_EQ(Ground(3), base());
     EXPECT_LT(Ground(2).lightness(), 100);
