@@ -4,6 +4,7 @@
 #include "core/ports/IDialogs.h"
 #include "core/ports/ITimers.h"
 #include "core/ports/IWait.h"
+#include "logging/LiveLog.h"
 
 #include <chrono>
 #include <cstddef>
@@ -88,6 +89,14 @@ class TNoDialogs : public IDialogs {
     bool IsModalOpen() const override { return false; }
     void SetWaitCursor(bool) override {}
     int WorkAreaHeight() const override { return 0; }
+};
+
+class TIdlePolling : public TLiveLog::IPolling {
+  public:
+    bool Link() override { return true; }
+    void Start() override {}
+    void Stop() override {}
+    bool Running() const override { return true; }
 };
 
 } // namespace tidewell

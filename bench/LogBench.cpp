@@ -2,10 +2,12 @@
 
 #include "IdlePorts.h"
 #include "core/DiskFiles.h"
+#include "core/controls/StatusBar.h"
 #include "logging/LiveLog.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
 #include "model/ValueCodec.h"
+#include "tests/support/IdleProgram.h"
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -25,9 +27,9 @@ constexpr int ChannelCount = 36;
 constexpr int GridRowCount = 60;
 
 // Formats the values of a setpoint grid, as the setpoint page does at each step.
-class TGridHost : public TLiveLog::IHost {
+class TGridTexts {
   public:
-    TGridHost() {
+    TGridTexts() {
         constexpr std::array<const char*, 4> limits{"0;1000;1;0", "-400;900;1;0", "0;600;0;-50", "1;60;2;0"};
         std::vector<std::string> helpNumbers;
         for (int row = 0; row < GridRowCount; ++row) {
@@ -39,16 +41,7 @@ class TGridHost : public TLiveLog::IHost {
                                              helpNumbers)));
         }
     }
-    bool NabtoEnabled() override { return false; }
-    int InitLink() override { return 0; }
-    void StartPolling() override {}
-    void StopPolling() override {}
-    bool Polls() override { return true; }
-    void ShowSetpointPage() override {}
-    void Setup1Click() override {}
-    void RepaintStatusBar() override {}
-    bool FormOpen() override { return true; }
-    void ApplyDataLine(const std::string& line) override { FormatListValues(line, Texts, Rows); }
+    void ApplyDataLine(const std::string& line) { FormatListValues(line, Texts, Rows); }
 
   private:
     std::vector<TListRow> Rows;
@@ -74,6 +67,7 @@ class TLogRig {
     TLogRig() {
         FillProfile(Profile);
         Page.GraphInit(true);
+        Log.OnDataLine = [this](const std::string& line) { Grid.ApplyDataLine(line); };
         Log.UpdateTimerCallBackEvents.DatalogCount = std::numeric_limits<int>::max();
         std::mt19937 random(1); // the same values in each run
         for (std::string& line : Lines)
@@ -94,7 +88,9 @@ class TLogRig {
     TDiskFiles Files;
     TNoWait Wait;
     TNoDialogs Dialogs;
-    TGridHost Host;
+    TGridTexts Grid;
+    TIdlePolling Polling;
+    test::TIdleProgram Program;
     TBenchClock Clock;
     TIdleTimers Timers;
     TModbusPanel Panel{Files, Wait};
@@ -104,11 +100,12 @@ class TLogRig {
     TProgressBar FileProgressBar{"FileProgressBar"};
     TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
+    TStatusBar StatusBar{"StatusBar", {}};
     TCurrentInifilesPath Paths;
     TExtensions Extensions;
     TExclusiveUse Opening;
-    TLiveLog Log{{Host, Dialogs, Clock, Files, Timers, Panel, Profile, Page, Buffers, TrafficButton,
-                  MemoEventLog, Paths, Extensions, Opening}};
+    TLiveLog Log{{Polling, Program, Dialogs, Clock, Files, Timers, Panel, Profile, Page, Buffers,
+                  TrafficButton, StatusBar, MemoEventLog, Paths, Extensions, Opening}};
     std::array<std::string, 16> Lines;
 };
 

@@ -11,6 +11,7 @@
 #include "logging/LogBuffers.h"
 #include "model/GraphRowParser.h"
 #include "model/Profile.h"
+#include "tests/support/IdleProgram.h"
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
@@ -120,13 +121,6 @@ void ParseBare(const std::filesystem::path& path, std::size_t values, TBareColum
     ::close(file);
 }
 
-class TDatalogHost : public IDatalogHost {
-  public:
-    void StopLog() override {}
-    void OpenProfile(const std::filesystem::path&) override {}
-    bool FormOpen() const override { return true; }
-};
-
 // Chooses the one file, and saves to the other.
 class TChoosingDialogs : public TNoDialogs {
   public:
@@ -160,7 +154,8 @@ class TGraphRig {
     }
     void Export() { TCsvExport(Parts).Exportdatatocsv1Click(); }
 
-    TDatalogHost Host;
+    test::TIdleLog Log;
+    test::TIdleProgram Program;
     TDiskFiles Files;
     TNoWait Wait;
     TChoosingDialogs Dialogs;
@@ -171,7 +166,7 @@ class TGraphRig {
     TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = Folder();
     TExclusiveUse Opening;
-    TDatalogParts Parts{Host, Dialogs,      Files,           Wait,          Profile,
+    TDatalogParts Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

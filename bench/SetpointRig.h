@@ -7,7 +7,7 @@
 #include "link/NabtoDevice.h"
 #include "setpoints/InputDialog.h"
 #include "setpoints/SetpointPage.h"
-#include "tests/support/IdleDeviceHost.h"
+#include "tests/support/IdleSurroundings.h"
 
 #include <array>
 #include <cstddef>
@@ -52,18 +52,6 @@ class TNoLibraries : public ILibraryLoader {
     TLoadedLibrary Load(const std::string& name) override { return {nullptr, name, "there is none"}; }
 };
 
-class TBenchHost : public TSetpointPage::IHost, public test::TIdleDeviceHost, public TInputDialog::IHost {
-  public:
-    bool DatalogOn() const override { return true; }
-    bool DatalogFileOpen() const override { return false; }
-    std::string LastDatalogLine() const override { return {}; }
-    std::string CurrentDataString() const override { return Data; }
-    std::size_t DatalogCount() const override { return 1; }
-    void RepaintStatusBar() override {}
-
-    std::string Data;
-};
-
 // A page with one group of that many setpoints, chosen in the tree, and another one of a few.
 class TPageRig {
   public:
@@ -85,7 +73,9 @@ class TPageRig {
             units.push_back({std::to_string(code), "unit " + std::to_string(code)});
         Texts.DataUnits = TIniSection(std::move(units));
         Page.BuildSetpointTree();
-        Host.Data = Values(setpoints);
+        LiveLog.SetCycleResult(Values(setpoints));
+        LiveLog.DatalogOn = true;
+        Buffers.DatalogCount = 1;
         ChooseGroup(0);
         if (Page.ShownRows.size() != static_cast<std::size_t>(setpoints))
             std::abort();
@@ -102,19 +92,26 @@ class TPageRig {
     TBenchClock Clock;
     TIdleTimers Timers;
     TNoLibraries Libraries;
-    TBenchHost Host;
-    TCurrentInifilesPath Paths;
-    TModbusPanel Panel{Files, Wait};
-    TUNabto Nabto{Libraries, Dialogs, Timers, Wait, Files, "."};
-    TExtensions Extensions;
-    TNabtoDevice Device{Dialogs, Timers, Wait, Files, Clock, Paths, Extensions, Nabto, Panel, Host};
-    TMemo MemoEventLog{"MemoEventLog"};
-    TInputDialog InputDialog{{Dialogs, Panel, Device, MemoEventLog, Host}};
+    test::TIdleSurroundings World{Dialogs, Timers, Wait, Files, Clock, Libraries, {{}, {}, {}, {}, "."}};
+    TModbusPanel& Panel = World.Panel;
+    TNabtoDevice Device{World.Needs};
+    TStatusBar StatusBar{"StatusBar", {}};
+    TInputDialog InputDialog{{Dialogs, Panel, Device, World.MemoEventLog, StatusBar}};
+    TLogBuffers Buffers;
+    TProgressBar FileProgressBar{"FileProgressBar"};
+    TGraphPage GraphPage{{World.Profile, Buffers, Dialogs, Wait, World.MemoEventLog, FileProgressBar}};
+    TIdlePolling Polling;
+    TButton TrafficButton{"TrafficButton"};
+    TExclusiveUse Opening;
+    TLiveLog LiveLog{{Polling, World.Program, Dialogs, Clock, Files, Timers, Panel, World.Profile, GraphPage,
+                      Buffers, TrafficButton, StatusBar, World.MemoEventLog, World.Paths, World.Extensions,
+                      Opening}};
     THelpfileDoc HelpfileDoc;
     TSetpointTexts Texts;
 
   public:
-    TSetpointPage Page{{Host, Dialogs, Clock, Panel, HelpfileDoc, InputDialog, Texts, Extensions}};
+    TSetpointPage Page{{LiveLog, Buffers, GraphPage, Dialogs, Clock, Panel, HelpfileDoc, InputDialog, Texts,
+                        World.Extensions}};
 };
 
 } // namespace tidewell

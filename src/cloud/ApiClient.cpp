@@ -106,15 +106,21 @@ THttpReply NoReply(const char* why) {
 
 } // namespace
 
-TApiClient::TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& address)
-    : Http(http), Dialogs(dialogs), HostKnown(!address.Host.empty()),
-      BaseUrl("https://" + address.Host + ":" + std::to_string(address.Port) + "/api/v1.2") {}
+TApiClient::TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& address) : TApiClient(dialogs) {
+    UseService(http, address);
+}
+
+void TApiClient::UseService(IHttp& http, const TCloudAddress& address) {
+    Http = &http;
+    HostKnown = !address.Host.empty();
+    BaseUrl = "https://" + address.Host + ":" + std::to_string(address.Port) + "/api/v1.2";
+}
 
 THttpReply TApiClient::Exchange(const THttpRequest& request) {
     if (!HostKnown)
         return NoReply("key ApiHost in section [Cloud] of the system file is missing or empty");
     const TWaitCursor busy(Dialogs); // a server that is slow to answer holds the screen
-    return Http.Exchange(request);
+    return Http->Exchange(request);
 }
 
 THttpReply TApiClient::Call(const std::string& method, const std::string& url, const std::string& body,

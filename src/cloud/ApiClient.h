@@ -30,7 +30,10 @@ class TApiClient {
   public:
     static constexpr std::size_t PermissionCount = 64;
 
+    // UseService comes before all that asks the service.
+    explicit TApiClient(IDialogs& dialogs) : Dialogs(dialogs) {}
     TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& address);
+    void UseService(IHttp& http, const TCloudAddress& address);
 
     std::string token; // whole value of the Authorization header, "Bearer " and the JWT
     std::array<bool, PermissionCount> permissions{}; // of the last login; all false with SetAccessToken
@@ -69,10 +72,10 @@ class TApiClient {
     int LoginReply(const THttpReply& reply);
     int FetchIdentity(const std::string& path, TCredentials& credentials);
 
-    IHttp& Http;
+    IHttp* Http = nullptr;
     IDialogs& Dialogs;
     std::string TokenUser; // whose token it is; empty for one that was handed in
-    bool HostKnown;
+    bool HostKnown = false;
     std::string BaseUrl;
 };
 

@@ -118,13 +118,10 @@ void TDesktop::RegisterViews(TProgram& program) {
         program.Splashscreen,
         [&program, context] { return std::make_unique<TSplashView>(program.Splashscreen, context); });
     Dialogs.RegisterView(
-        program.FormMain,
-        [&program, context] {
-            return std::make_unique<TMainView>(program.FormMain, program.NabtoDevice, context);
-        });
+        program.FormMain, [&program, context] { return std::make_unique<TMainView>(program, context); });
     Dialogs.RegisterPopup(
-        program.FormMain.GraphPage.GraphBinaryPopup,
-        [&program](QMenu& menu) { FillBinaryPopup(menu, program.FormMain.GraphPage); });
+        program.GraphPage.GraphBinaryPopup,
+        [&program](QMenu& menu) { FillBinaryPopup(menu, program.GraphPage); });
     Dialogs.RegisterView(
         program.NabtoDevice,
         [&program, context] { return std::make_unique<TDeviceView>(program.NabtoDevice, context); });
@@ -147,7 +144,7 @@ void TDesktop::RegisterViews(TProgram& program) {
 
 void TDesktop::Close(TProgram& program) {
     Dialogs.CancelAll();
-    program.FormMain.AskBeforeClose = false;
+    program.CloseDown.AskBeforeClose = false;
     TForm& form = program.FormMain;
     if (!form.Visible()) {
         Application.Terminate();
@@ -159,7 +156,7 @@ void TDesktop::Close(TProgram& program) {
         RunGuarded(Dialogs, [&form] { form.Close(); });
     if (form.Visible()) {
         Dialogs.EndCancelAll();
-        program.FormMain.AskBeforeClose = true;
+        program.CloseDown.AskBeforeClose = true;
     }
 }
 

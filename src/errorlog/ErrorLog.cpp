@@ -3,6 +3,7 @@
 #include "core/Configuration.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
+#include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/Paths.h"
 #include "core/TextFile.h"
@@ -50,7 +51,7 @@ TErrorLog::TErrorLog(const TParts& parts) : Parts(parts) {
 void TErrorLog::EvalErrorlog(const std::string& wordList, const std::string& remark) {
     ErrorLogActive = false;
     ErrorLogActiveCount = 0;
-    Parts.Host.StopLog();
+    Parts.Log.StopLog();
     Memo.Clear();
     TabErrorlog.SetVisible(true);
     Parts.TheTab.SetActivePage(TabErrorlog);
@@ -87,14 +88,14 @@ void TErrorLog::AddEvents(const std::string& wordList) {
 void TErrorLog::Errorlog1Click() {
     if (!Parts.Profile.ProfileLoaded)
         return;
-    Parts.Host.StopLog();
+    Parts.Log.StopLog();
     Parts.Panel.ClearCycleReadList();
     if (Parts.Panel.DeviceList.Count() > 0)
         Parts.Panel.DeviceList.GetDevice(0).ReadList.clear();
     std::size_t number = Parts.Panel.CycleReadListGetNumbersInList();
     for (const auto& question : Parts.Settings.Qestion.Rows())
         Parts.Panel.CycleReadListAddQestion(question.Value + ";" + std::to_string(number++));
-    Parts.Host.StartLog(true, true);
+    Parts.Log.StartLog(true, true);
     ErrorLogActive = true;
     ErrorLogActiveCount = 0;
 }

@@ -12,6 +12,7 @@ namespace tidewell {
 
 class IClock;
 class IFiles;
+class ILogControl;
 class TModbusPanel;
 class TProfile;
 struct TCurrentInifilesPath;
@@ -24,17 +25,9 @@ std::string ErrorEventText(std::uint16_t MoDy, std::uint16_t MinErr);
 // Decodes the error log that was read from the device, shows it on a tab page of its own and saves it.
 class TErrorLog {
   public:
-    // What it needs of the main form.
-    class IHost {
-      public:
-        virtual ~IHost() = default;
-        virtual void StopLog() = 0;
-        virtual void StartLog(bool questionEnable, bool clearData) = 0;
-    };
-
     // All references outlive the error log.
     struct TParts {
-        IHost& Host;
+        ILogControl& Log;
         IFiles& Files;
         const IClock& Clock;
         const TCurrentInifilesPath& Paths;

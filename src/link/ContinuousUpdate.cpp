@@ -10,6 +10,7 @@
 #include "core/controls/Lists.h"
 #include "core/controls/StatusBar.h"
 #include "core/ports/IDialogs.h"
+#include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
 #include "link/FirmwarePackage.h"
 #include "link/FirmwareUpdate.h"
@@ -26,17 +27,19 @@ constexpr const char* savedText = "Continious test Stop result saved in userlog 
 constexpr const char* listFileName = "filecontdnltest.fwc";
 } // namespace
 
-TContinuousUpdate::TContinuousUpdate(const TParts& parts)
-    : TimerContUpdate(parts.Timers.CreateTimer()), Parts(parts) {
+TContinuousUpdate::TContinuousUpdate(const TDeviceServices& services, TUpdateStatus& status,
+                                     TFirmwareUpdate& update, TButton& butContUpdate)
+    : TimerContUpdate(services.Timers.CreateTimer()), Services(services), Status(status), Update(update),
+      ButContUpdate(butContUpdate) {
     TimerContUpdate->SetInterval(interval);
     TimerContUpdate->SetHandler([this] { TimerContUpdateTimer(); });
-    Parts.Update.OnUpdateDone = [this](const TUpdateEnd& end) { UpdateDone(end); };
-    FollowStatus = Parts.Status.Changed.Connect(
-        [this] { Parts.ButContUpdate.SetEnabled(!Parts.Status.Running() || RPCEnableMultibleUpdate); });
+    Update.OnUpdateDone = [this](const TUpdateEnd& end) { UpdateDone(end); };
+    FollowStatus = Status.Changed.Connect(
+        [this] { ButContUpdate.SetEnabled(!Status.Running() || RPCEnableMultibleUpdate); });
 }
 
 bool TContinuousUpdate::Strict() const {
-    return Parts.Extensions.ServiceStrict;
+    return Services.Extensions.ServiceStrict;
 }
 
 void TContinuousUpdate::ButContUpdateClick() {
@@ -44,8 +47,8 @@ void TContinuousUpdate::ButContUpdateClick() {
         EndTest({});
     } else if (RPCEnableMultibleUpdate) {
         StopTest();
-    } else if (!Parts.Use.Taken()) {
-        const TDeviceUse::TAction action(Parts.Use);
+    } else if (!Services.Use.Taken()) {
+        const TDeviceUse::TAction action(Services.Use);
         if (action)
             StartTest();
     }
@@ -55,15 +58,15 @@ void TContinuousUpdate::StartTest() {
     RPCEnableMultibleUpdate = true;
     ContUpdateACK = 0;
     ContUpdateNACK = 0;
-    DateTimeStart = Parts.Clock.Now();
-    IdleCaption = Parts.ButContUpdate.Caption();
-    Parts.ButContUpdate.SetCaption("Continuous RPC-Update started");
-    Parts.Update.SelectConfigFile();
-    TestedDevice = Parts.device;
+    DateTimeStart = Services.Clock.Now();
+    IdleCaption = ButContUpdate.Caption();
+    ButContUpdate.SetCaption("Continuous RPC-Update started");
+    Update.SelectConfigFile();
+    TestedDevice = Services.device;
     UseMultibleFiles = false;
-    if (Parts.EnableContineousUpdate &&
-        Parts.CurrentUpdateSWFile.string().find(listFileName) != std::string::npos) {
-        Parts.memoDebug.Add("Contineous fileupload with multible files enabled");
+    if (Services.EnableContineousUpdate &&
+        Services.CurrentUpdateSWFile.string().find(listFileName) != std::string::npos) {
+        Services.memoDebug.Add("Contineous fileupload with multible files enabled");
         bool listed = false;
         try {
             listed = LoadList();
@@ -76,16 +79,16 @@ void TContinuousUpdate::StartTest() {
         UseMultibleFiles = true;
         if (listed) {
             UseMultibleFilesActiveFileIndex = 1;
-            Parts.CurrentUpdateSWFile = ListedPath();
+            Services.CurrentUpdateSWFile = ListedPath();
         }
     }
-    Parts.Update.UpdateSW(Parts.CurrentUpdateSWFile);
+    Update.UpdateSW(Services.CurrentUpdateSWFile);
 }
 
 bool TContinuousUpdate::LoadList() {
     UseMultibleFilesResultList.emplace();
     UseMultibleFilesList.emplace();
-    const auto lines = ReadLines(Parts.Files, Parts.CurrentUpdateSWFile);
+    const auto lines = ReadLines(Services.Files, Services.CurrentUpdateSWFile);
     for (const std::string& line : lines)
         if (const auto end = line.find('='); end != std::string::npos)
             UseMultibleFilesList->emplace(line.substr(0, end), line.substr(end + 1));
@@ -100,9 +103,9 @@ std::filesystem::path TContinuousUpdate::ListedPath() const {
 }
 
 void TContinuousUpdate::StopTest() {
-    Parts.Dialogs.ShowMessage(savedText);
-    Parts.StatusBar.SetText(0, "");
-    Parts.ButContUpdate.SetCaption("Continuous RPC-Update stopped");
+    Services.Dialogs.ShowMessage(savedText);
+    Services.StatusBar.SetText(0, "");
+    ButContUpdate.SetCaption("Continuous RPC-Update stopped");
     const auto report = std::move(UseMultibleFilesResultList);
     RPCEnableMultibleUpdate = false;
     UseMultibleFiles = false;
@@ -115,10 +118,10 @@ void TContinuousUpdate::StopTest() {
 }
 
 void TContinuousUpdate::EndTest(const std::string& reason) {
-    const TFirmwareUpdateTexts& texts = Parts.Status.Texts;
+    const TFirmwareUpdateTexts& texts = Status.Texts;
     TimerContUpdate->SetEnabled(false);
-    Parts.StatusBar.SetText(0, "");
-    Parts.ButContUpdate.SetCaption(reason.empty() ? "Continuous RPC-Update stopped" : IdleCaption);
+    Services.StatusBar.SetText(0, "");
+    ButContUpdate.SetCaption(reason.empty() ? "Continuous RPC-Update stopped" : IdleCaption);
     auto report = std::exchange(UseMultibleFilesResultList, std::nullopt);
     RPCEnableMultibleUpdate = false;
     UseMultibleFiles = false;
@@ -139,46 +142,46 @@ void TContinuousUpdate::EndTest(const std::string& reason) {
         }
         text += (text.empty() ? "" : "\r\n") + saved;
     }
-    Parts.Dialogs.ShowMessage(text);
+    Services.Dialogs.ShowMessage(text);
 }
 
 void TContinuousUpdate::SaveReport(std::vector<std::string> lines) {
     lines.emplace_back("Continuous test report");
     lines.push_back("Test results -> TestOk: " + std::to_string(ContUpdateACK) +
                     " TestBad: " + std::to_string(ContUpdateNACK));
-    const auto directory = GetFlashLogLogpath(Parts.Paths);
+    const auto directory = GetFlashLogLogpath(Services.Paths);
     try {
-        Parts.Files.CreateDirectories(directory);
-        WriteLines(Parts.Files,
-                   directory / ("Continious_test_log_" + DateTimeStamp(Parts.Clock) + "_" +
-                                DeviceIdOf(Strict() ? TestedDevice : Parts.device) + ".txt"),
+        Services.Files.CreateDirectories(directory);
+        WriteLines(Services.Files,
+                   directory / ("Continious_test_log_" + DateTimeStamp(Services.Clock) + "_" +
+                                DeviceIdOf(Strict() ? TestedDevice : Services.device) + ".txt"),
                    lines);
     } catch (const EInOutError&) {
         for (const std::string& line : lines) // there it is not lost
-            Parts.memoDebug.Add(line);
+            Services.memoDebug.Add(line);
         throw;
     }
 }
 
 // A tick while the device is in use, or with ServiceStrict below a dialog, is put off to the next one.
 void TContinuousUpdate::TimerContUpdateTimer() {
-    if (Parts.Use.Taken() || (Strict() && Parts.Dialogs.IsModalOpen()))
+    if (Services.Use.Taken() || (Strict() && Services.Dialogs.IsModalOpen()))
         return;
     TimerContUpdate->SetEnabled(false);
-    const TDeviceUse::TAction action(Parts.Use);
+    const TDeviceUse::TAction action(Services.Use);
     if (!action)
         return UpdateDone({});
-    if (Strict() && Parts.device != TestedDevice)
-        return EndTest(Parts.Status.Texts.OtherDevice);
+    if (Strict() && Services.device != TestedDevice)
+        return EndTest(Status.Texts.OtherDevice);
     if (UseMultibleFiles && UseMultibleFilesList && UseMultibleFilesResultList) {
-        const auto& lines = Parts.memoDebug.Lines();
+        const auto& lines = Services.memoDebug.Lines();
         UseMultibleFilesResultList->insert(UseMultibleFilesResultList->end(), lines.begin(), lines.end());
         ++UseMultibleFilesActiveFileIndex;
         if (!UseMultibleFilesList->contains(std::to_string(UseMultibleFilesActiveFileIndex)))
             UseMultibleFilesActiveFileIndex = 1;
-        Parts.CurrentUpdateSWFile = ListedPath();
+        Services.CurrentUpdateSWFile = ListedPath();
     }
-    Parts.Update.UpdateSW(Parts.CurrentUpdateSWFile);
+    Update.UpdateSW(Services.CurrentUpdateSWFile);
 }
 
 void TContinuousUpdate::UpdateDone(const TUpdateEnd& end) {
@@ -187,8 +190,8 @@ void TContinuousUpdate::UpdateDone(const TUpdateEnd& end) {
     if (Strict() && !end.CannotStart.empty())
         return EndTest(end.CannotStart);
     ++(end.Success ? ContUpdateACK : ContUpdateNACK);
-    Parts.StatusBar.SetText(0, "Ctest result Ok->: " + std::to_string(ContUpdateACK) +
-                                   "Bad->: " + std::to_string(ContUpdateNACK));
+    Services.StatusBar.SetText(0, "Ctest result Ok->: " + std::to_string(ContUpdateACK) +
+                                      "Bad->: " + std::to_string(ContUpdateNACK));
     TimerContUpdate->SetEnabled(true);
 }
 

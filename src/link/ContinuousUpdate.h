@@ -15,15 +15,9 @@
 
 namespace tidewell {
 
-class IDialogs;
-class IFiles;
-class TDeviceUse;
 class TFirmwareUpdate;
-class TMemo;
-class TStatusBar;
 class TUpdateStatus;
-struct TCurrentInifilesPath;
-struct TExtensions;
+struct TDeviceServices;
 struct TUpdateEnd;
 
 // The continuous test: updates a device again and again, a minute apart, and counts the results. Its button
@@ -31,24 +25,8 @@ struct TUpdateEnd;
 // turn and leaves a report. With ServiceStrict it ends by itself when it cannot go on, and says why.
 class TContinuousUpdate {
   public:
-    struct TParts {
-        IDialogs& Dialogs;
-        IFiles& Files;
-        const IClock& Clock;
-        ITimers& Timers;
-        const TCurrentInifilesPath& Paths;
-        TDeviceUse& Use;
-        TUpdateStatus& Status;
-        TFirmwareUpdate& Update;
-        TMemo& memoDebug;
-        TStatusBar& StatusBar;
-        TButton& ButContUpdate;
-        const std::string& device;
-        const bool& EnableContineousUpdate;
-        std::filesystem::path& CurrentUpdateSWFile;
-        const TExtensions& Extensions;
-    };
-    explicit TContinuousUpdate(const TParts& parts);
+    TContinuousUpdate(const TDeviceServices& services, TUpdateStatus& status, TFirmwareUpdate& update,
+                      TButton& butContUpdate);
 
     // Throws EListError when a test without a list of packages is stopped, unless ServiceStrict is set: it
     // has no report.
@@ -77,7 +55,10 @@ class TContinuousUpdate {
     std::filesystem::path ListedPath() const; // of the active number; empty if there is none
     void UpdateDone(const TUpdateEnd& end);
 
-    const TParts Parts;
+    const TDeviceServices& Services;
+    TUpdateStatus& Status;
+    TFirmwareUpdate& Update;
+    TButton& ButContUpdate;
     std::string TestedDevice;
     std::string IdleCaption;  // of the button, before the test
     TConnection FollowStatus; // a running update that is not the test's cannot be joined

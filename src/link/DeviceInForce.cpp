@@ -2,10 +2,12 @@
 
 #include "core/AtExit.h"
 #include "core/Numbers.h"
-#include "core/controls/Simple.h"
-#include "core/controls/StatusBar.h"
+#include "core/ProgramState.h"
+#include "core/controls/Lists.h"
 #include "core/ports/IDialogs.h"
+#include "link/DeviceServices.h"
 #include "link/Nabto.h"
+#include "link/NabtoDevice.h"
 
 namespace tidewell {
 
@@ -25,62 +27,83 @@ std::string InitFailureText(int result, const std::string& device, const std::st
 
 std::string TDeviceInForce::AddressOf(const std::string& deviceid) const {
     const bool whole =
-        Parts.Domain.empty() || LowerCase(deviceid).find(LowerCase(Parts.Domain)) != std::string::npos;
-    return whole ? deviceid : deviceid + "." + Parts.Domain;
+        Device.Domain.empty() || LowerCase(deviceid).find(LowerCase(Device.Domain)) != std::string::npos;
+    return whole ? deviceid : deviceid + "." + Device.Domain;
+}
+
+const std::string& TDeviceInForce::Linked() const {
+    return Services.devid;
+}
+
+int TDeviceInForce::Init() {
+    if (!Linked().empty())
+        Device.IsLocalDevice = IsLocal; // and not what the setup dialog has found of another one
+    return Device.init(Linked(), Services.ApiClient);
+}
+
+void TDeviceInForce::LinkedTo(const std::string& device) {
+    const std::string linked = device.empty() ? Device.device : device;
+    const bool other = !SameText(AddressOf(Linked()), AddressOf(linked));
+    if (other || !device.empty())
+        Services.devid = linked;
+    IsLocal = Device.IsLocalDevice;
+    if (other)
+        OnOther();
 }
 
 std::optional<std::string> TDeviceInForce::Take() {
     if (Taking)
         return std::nullopt;
-    const std::string linked = Parts.Host.DeviceId();
-    if ((linked.empty() || SameText(Parts.device, AddressOf(linked))) &&
-        !Parts.Nabto.MayDescribeAnother(Parts.device))
-        return Parts.device;
+    const std::string& linked = Linked();
+    if ((linked.empty() || SameText(Device.device, AddressOf(linked))) &&
+        !Services.Nabto.MayDescribeAnother(Device.device))
+        return Device.device;
     const TFlagged taking(Taking);
-    const int result = Parts.Host.InitLink();
+    const int result = Init();
     if (result != 0) {
-        Refuse(InitFailureText(result, Parts.device,
+        Refuse(InitFailureText(result, Device.device,
                                "An error occurred when initializing communication to the device."));
         return std::nullopt;
     }
     ShowDevice();
-    return Ping() ? std::optional(Parts.device) : std::nullopt;
+    return Ping() ? std::optional(Device.device) : std::nullopt;
 }
 
 bool TDeviceInForce::Identify() {
     if (Taking)
         return false;
-    if (!Parts.Nabto.MayDescribeAnother(Parts.device) || SameText(Parts.Nabto.PingedLast(), Parts.device))
+    if (!Services.Nabto.MayDescribeAnother(Device.device) ||
+        SameText(Services.Nabto.PingedLast(), Device.device))
         return true;
     const TFlagged taking(Taking);
     return Ping();
 }
 
 bool TDeviceInForce::Ping() {
-    const std::string asked = Parts.device;
-    const bool answered = Parts.Nabto.ping(asked);
-    if (!Parts.Host.FormOpen())
+    const std::string asked = Device.device;
+    const bool answered = Services.Nabto.ping(asked);
+    if (!Services.Program.IsOpen())
         return false;
-    if (Parts.device != asked)
+    if (Device.device != asked)
         TellLost(asked);
     else if (!answered)
         Refuse(FillText(Texts.NoAnswer, {asked}));
-    return answered && Parts.device == asked;
+    return answered && Device.device == asked;
 }
 
 void TDeviceInForce::ShowDevice() const {
-    Parts.StatusBar.SetText(devicePanel, "Current DeviceID : " + Parts.device);
-    if (Parts.initialized) // else the label tells why not
-        Parts.LblNabto.SetCaption("ID : " + Parts.device);
+    Services.StatusBar.SetText(devicePanel, "Current DeviceID : " + Device.device);
+    if (Device.initialized) // else the label tells why not
+        Device.LblNabto.SetCaption("ID : " + Device.device);
 }
 
 void TDeviceInForce::Refuse(const std::string& reason) const {
-    Parts.Host.AddEventLog(FillText(Texts.NotBegun, {reason}));
-    Parts.Dialogs.ShowMessageBox(EMessageKind::Warning, reason, EButtons::Ok);
+    Services.MemoEventLog.Add(FillText(Texts.NotBegun, {reason}));
+    Services.Dialogs.ShowMessageBox(EMessageKind::Warning, reason, EButtons::Ok);
 }
 
 void TDeviceInForce::TellLost(const std::string& lost) const {
-    Parts.Host.AddEventLog(FillText(Texts.Lost, {lost}));
+    Services.MemoEventLog.Add(FillText(Texts.Lost, {lost}));
 }
 
 } // namespace tidewell

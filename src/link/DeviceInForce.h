@@ -1,17 +1,15 @@
 #pragma once
 
 #include "core/LanguageTexts.h"
+#include "core/controls/Control.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 
 namespace tidewell {
 
-class IDialogs;
-class TLabel;
-class TStatusBar;
-class TUNabto;
+class TNabtoDevice;
+struct TDeviceServices;
 
 // Words for a device that cannot be had. A text that is missing keeps the English one.
 struct TDeviceInForceTexts : TOwnTexts {
@@ -29,27 +27,16 @@ std::string InitFailureText(int result, const std::string& device, const std::st
 // another one, and with the facts and the interface definition of another one.
 class TDeviceInForce {
   public:
-    // What it needs of the main form.
-    class IHost {
-      public:
-        virtual ~IHost() = default;
-        // Id or address that was linked to; empty if none was: then the driver's own device is in force.
-        virtual std::string DeviceId() const = 0;
-        virtual int InitLink() = 0; // the driver's init with that id
-        virtual void AddEventLog(const std::string& line) = 0;
-        virtual bool FormOpen() const = 0; // false once the main form is closed
-    };
-    struct TParts {
-        IHost& Host;
-        IDialogs& Dialogs;
-        TUNabto& Nabto;
-        TLabel& LblNabto;
-        TStatusBar& StatusBar;
-        const std::string& device; // of the driver
-        const std::string& Domain;
-        const bool& initialized;
-    };
-    explicit TDeviceInForce(const TParts& parts) : Parts(parts) {}
+    TDeviceInForce(TNabtoDevice& device, const TDeviceServices& services)
+        : Device(device), Services(services) {}
+
+    // Id or address that was linked to; empty if none was: then the driver's own device is in force.
+    const std::string& Linked() const;
+    // The driver's init with it.
+    int Init();
+    // The setup dialog has linked to that device; empty for the one that the driver has.
+    void LinkedTo(const std::string& device);
+    TEvent<> OnOther; // another device than before was linked to
 
     // The driver's address for an id or address.
     std::string AddressOf(const std::string& deviceid) const;
@@ -68,7 +55,9 @@ class TDeviceInForce {
     void Refuse(const std::string& reason) const;
     void ShowDevice() const;
 
-    const TParts Parts;
+    TNabtoDevice& Device;
+    const TDeviceServices& Services;
+    bool IsLocal = false; // it was found on the local network when it was linked to
     bool Taking = false;
 };
 

@@ -1,6 +1,8 @@
 #include "link/EepromReader.h"
 
 #include "core/Extensions.h"
+#include "core/controls/Lists.h"
+#include "link/DeviceServices.h"
 #include "link/Nabto.h"
 
 #include <utility>
@@ -18,47 +20,47 @@ std::string BytesToWordList(std::span<const std::uint8_t> bytes) {
 
 TEepromReader::TResult TEepromReader::ReadEeprom(std::uint32_t address, std::uint32_t length) {
     TResult result;
-    memoDebug.Clear();
+    Services.memoDebug.Clear();
     if (length == 0)
         return result;
     TReadPart part{.First = address, .Wanted = length};
     result.Words = ReadPart(address, part);
     result.Report.Add(std::move(part));
-    if (Extensions.ServiceStrict && !result.Report.Whole() && !Nabto.Ended())
-        for (const std::string& line : result.Report.Lines(Texts))
-            memoDebug.Add(line);
+    if (Services.Extensions.ServiceStrict && !result.Report.Whole() && !Services.Nabto.Ended())
+        for (const std::string& line : result.Report.Lines(Services.ReadTexts))
+            Services.memoDebug.Add(line);
     return result;
 }
 
 std::string TEepromReader::ReadPart(std::uint32_t address, TReadPart& part) {
     const std::uint32_t length = part.Wanted;
-    memoDebug.Add("Preparing Stream... Read Eeprom values");
-    memoDebug.Add("Read Address: " + std::to_string(address));
-    memoDebug.Add("Read Length: " + std::to_string(length));
+    Services.memoDebug.Add("Preparing Stream... Read Eeprom values");
+    Services.memoDebug.Add("Read Address: " + std::to_string(address));
+    Services.memoDebug.Add("Read Length: " + std::to_string(length));
     const std::string reply =
-        Nabto.SendQuery(Device, "eepReadRaw.json", TUNabto::FormatRWData(address, length));
-    const std::int32_t status = Nabto.getResponseStatus(reply);
-    part.Reason = RefusalReason(reply, status, Texts);
-    if (status != 0 || Nabto.Ended())
+        Services.Nabto.SendQuery(Services.device, "eepReadRaw.json", TUNabto::FormatRWData(address, length));
+    const std::int32_t status = Services.Nabto.getResponseStatus(reply);
+    part.Reason = RefusalReason(reply, status, Services.ReadTexts);
+    if (status != 0 || Services.Nabto.Ended())
         return {};
-    memoDebug.Add("Preperation Success");
-    memoDebug.Add("Starting Stream...");
-    if (!Nabto.StartStream(Device)) {
-        part.Reason = Texts.NoStream;
+    Services.memoDebug.Add("Preperation Success");
+    Services.memoDebug.Add("Starting Stream...");
+    if (!Services.Nabto.StartStream(Services.device)) {
+        part.Reason = Services.ReadTexts.NoStream;
         return {};
     }
-    memoDebug.Add("Stream Started");
-    memoDebug.Add("Reading Stream...");
-    TStreamRead read = Nabto.ReadStream(length);
-    part.Take(read, Texts);
-    memoDebug.Add("Done Reading");
+    Services.memoDebug.Add("Stream Started");
+    Services.memoDebug.Add("Reading Stream...");
+    TStreamRead read = Services.Nabto.ReadStream(length);
+    part.Take(read, Services.ReadTexts);
+    Services.memoDebug.Add("Done Reading");
     std::string list;
-    if (Extensions.ServiceStrict)
+    if (Services.Extensions.ServiceStrict)
         list = BytesToWordList(std::span(read.Bytes).first(read.Bytes.size() / 2 * 2));
     else if (const auto bytes = std::move(read).AtLength(length))
         list = BytesToWordList(*bytes);
-    Nabto.StopStream();
-    memoDebug.Add("Stream is Closed now ");
+    Services.Nabto.StopStream();
+    Services.memoDebug.Add("Stream is Closed now ");
     return list;
 }
 

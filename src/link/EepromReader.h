@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/controls/Lists.h"
 #include "link/ReadReport.h"
 
 #include <cstdint>
@@ -9,8 +8,7 @@
 
 namespace tidewell {
 
-class TUNabto;
-struct TExtensions;
+struct TDeviceServices;
 
 // Each big-endian pair of bytes as an unsigned decimal number closed by ";": "513;1027;". Empty for an odd
 // number of bytes.
@@ -28,10 +26,7 @@ class TEepromReader {
         TReadReport Report;
     };
 
-    // device: address of the device in force, read at each use.
-    TEepromReader(TUNabto& nabto, TMemo& memo, const std::string& device, const TExtensions& extensions,
-                  const TReadTexts& texts)
-        : Nabto(nabto), memoDebug(memo), Device(device), Extensions(extensions), Texts(texts) {}
+    explicit TEepromReader(const TDeviceServices& services) : Services(services) {}
 
     TResult ReadEeprom(std::uint32_t address, std::uint32_t length); // in bytes
 
@@ -39,11 +34,7 @@ class TEepromReader {
     // Fills the part, and gives the words.
     std::string ReadPart(std::uint32_t address, TReadPart& part);
 
-    TUNabto& Nabto;
-    TMemo& memoDebug;
-    const std::string& Device;
-    const TExtensions& Extensions;
-    const TReadTexts& Texts;
+    const TDeviceServices& Services;
 };
 
 } // namespace tidewell

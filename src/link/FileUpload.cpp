@@ -7,6 +7,7 @@
 #include "core/ports/IClock.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IFiles.h"
+#include "link/DeviceServices.h"
 #include "link/FirmwarePackage.h"
 #include "link/Nabto.h"
 #include "link/UpdateRun.h"
@@ -73,34 +74,34 @@ std::span<const std::uint8_t> TFileUpload::TImage::Block(std::uint32_t block) co
 }
 
 void TFileUpload::Log(const std::string& line) {
-    Parts.memoDebug.Add(line);
+    Services.memoDebug.Add(line);
 }
 
 std::int32_t TFileUpload::Prepare(std::uint32_t fileId, std::uint32_t fileSize, std::uint32_t crc32) {
     std::int32_t answer = 0;
     for (int asked = 0; asked < mostAsked && answer < 2; ++asked)
-        answer = Parts.Run.Status("prepareUpdate.json", TUNabto::prepareUpdateData(fileId, fileSize, crc32));
+        answer = Run.Status("prepareUpdate.json", TUNabto::prepareUpdateData(fileId, fileSize, crc32));
     return answer;
 }
 
 TFileUpload::TImage TFileUpload::BeginRpcUpload(std::uint32_t fileId, std::uint32_t fileSize,
                                                 const std::filesystem::path& path, std::uint32_t crc32) {
-    Started = Parts.Clock.Monotonic();
+    Started = Services.Clock.Monotonic();
     Missed = false;
     IsTaken = false;
-    Parts.Nabto.currentstreamlength = fileSize;
+    Services.Nabto.currentstreamlength = fileSize;
     Log("PrepareUpdate return value -> " + std::to_string(Prepare(fileId, fileSize, crc32)));
-    return {Parts.Files, path, fileSize};
+    return {Services.Files, path, fileSize};
 }
 
 void TFileUpload::EndRpcUpload(const TImage& image, std::uint32_t fileSize, bool acknowledged) {
     IsTaken = acknowledged && !Missed && image.Bytes().size() == fileSize;
-    const auto elapsed = std::chrono::floor<std::chrono::seconds>(Parts.Clock.Monotonic() - Started);
+    const auto elapsed = std::chrono::floor<std::chrono::seconds>(Services.Clock.Monotonic() - Started);
     Log("RPC File upload done time elapsed ->" + std::to_string(elapsed.count()) + " sec");
 }
 
 std::int32_t TFileUpload::Command(ENostreamState state, std::uint32_t block) {
-    return Parts.Run.Status(
+    return Run.Status(
         "FlashWriteNostream.json",
         TUNabto::prepareFlashWriteNostream(static_cast<std::uint32_t>(state), block, commandPayload));
 }
@@ -115,7 +116,7 @@ std::int32_t TFileUpload::Await(ENostreamState state, const char* text,
                                 std::initializer_list<std::int32_t> answers, bool untilBusy) {
     for (int busyInRow = 0;;) {
         const std::int32_t answer = LoggedCommand(state, text);
-        Parts.Run.Sleep(commandPause);
+        Run.Sleep(commandPause);
         busyInRow = answer == busy ? busyInRow + 1 : 0;
         if (std::ranges::find(answers, answer) != answers.end() || (untilBusy && busyInRow == mostBusy))
             return answer;
@@ -124,7 +125,7 @@ std::int32_t TFileUpload::Await(ENostreamState state, const char* text,
 
 std::int32_t TFileUpload::FlashWriteBlock(std::uint32_t blockNumber, std::uint32_t packetCount,
                                           ENostreamState state, std::span<const std::uint8_t> data) {
-    Parts.Nabto.currentstreamprogress = static_cast<std::uint32_t>(blockNumber * blockSize);
+    Services.Nabto.currentstreamprogress = static_cast<std::uint32_t>(blockNumber * blockSize);
     int errors = 0;
     std::uint32_t index = 0;
     std::uint32_t status = 0;
@@ -133,21 +134,21 @@ std::int32_t TFileUpload::FlashWriteBlock(std::uint32_t blockNumber, std::uint32
         const auto packet = rest.first(std::min(packetSize, rest.size()));
         const std::uint16_t crc = Crc16(Crc16Start, packet, true);
         const auto answer = static_cast<std::uint32_t>(
-            Parts.Run.Status("FlashWriteNostreamV2.json",
-                             Parts.Nabto.V2prepareFlashWriteNostream(static_cast<std::uint32_t>(state),
-                                                                     RPCPacketNumber, crc, packet)));
+            Run.Status("FlashWriteNostreamV2.json",
+                       Services.Nabto.V2prepareFlashWriteNostream(static_cast<std::uint32_t>(state),
+                                                                  RPCPacketNumber, crc, packet)));
         status = answer & 0xFFFFU;
         const std::uint32_t echo = answer >> 16U;
-        Parts.Run.Sleep(ToInteger(Parts.streamDelayEdit.Text()));
+        Run.Sleep(ToInteger(streamDelayEdit.Text()));
         if (status == 0 && echo == RPCPacketNumber) {
             ++index;
             ++RPCPacketNumber;
             continue;
         }
         const std::string number = std::to_string(RPCPacketNumber);
-        Log(Parts.Clock.LongTime(Parts.Clock.Now()) + " ERROR-> " + " Status " + std::to_string(status) +
-            " PacketNumber send " + number + " PacketNumber Received " + number + " CRC16value " +
-            Hexadecimal(crc));
+        Log(Services.Clock.LongTime(Services.Clock.Now()) + " ERROR-> " + " Status " +
+            std::to_string(status) + " PacketNumber send " + number + " PacketNumber Received " + number +
+            " CRC16value " + Hexadecimal(crc));
         errors = status == 1 ? linkLost : errors + 1;
     } while (index < packetCount && errors <= mostPacketErrors);
     Missed = Missed || index < packetCount;
@@ -179,7 +180,7 @@ std::int32_t TFileUpload::ResetDisplay() {
         if (answer == done)
             do {
                 answer = LoggedCommand(ENostreamState::WaitReset, "Wait Reset status ->");
-                Parts.Run.Sleep(commandPause);
+                Run.Sleep(commandPause);
                 ++count;
             } while (answer != done && answer != refused && count < mostResetWaits);
         Log("status :" + std::to_string(answer) + " retrycount :" + std::to_string(count));
@@ -271,7 +272,7 @@ bool TFileUpload::RpcUploadMain(std::uint32_t fileId, std::uint32_t fileSize,
     for (int asked = 0; asked < mostMainAsked && answer != done; ++asked)
         answer = Command(ENostreamState::AskUpload);
     if (answer != done) {
-        Parts.Dialogs.ShowMessage("Device does not support RPC fileupload");
+        Services.Dialogs.ShowMessage("Device does not support RPC fileupload");
         return false;
     }
     Log("RPC Start write filedata");
@@ -286,8 +287,8 @@ bool TFileUpload::RpcUploadMain(std::uint32_t fileId, std::uint32_t fileSize,
 }
 
 bool TFileUpload::RpcPreErase() {
-    Parts.Nabto.currentstreamlength = 0;
-    Parts.Nabto.currentstreamprogress = 0;
+    Services.Nabto.currentstreamlength = 0;
+    Services.Nabto.currentstreamprogress = 0;
     const char* abortText = "RPC  DeInit and Abort upload status ->";
     std::int32_t answer = Await(ENostreamState::PreErase, "RPC Pre Erase status ->", {done, refused, busy});
     if (answer == done) {
@@ -303,18 +304,18 @@ bool TFileUpload::RpcPreErase() {
 
 bool TFileUpload::StreamUpload(std::uint32_t fileId, std::uint32_t fileSize, const std::string& fileName,
                                std::uint32_t crc32) {
-    const auto path = ImagePath(Parts.CurrentUpdateSWFile.parent_path(), fileName);
+    const auto path = ImagePath(Services.CurrentUpdateSWFile.parent_path(), fileName);
     IsTaken = false;
     for (int tries = 0; tries < mostTries;) {
         const std::int32_t address = Prepare(fileId, fileSize, crc32);
         if (address < 2) {
             // Not counted as a try.
-            Parts.Dialogs.ShowMessage(Parts.Nabto.LastError());
+            Services.Dialogs.ShowMessage(Services.Nabto.LastError());
         } else {
             Log("File" + std::to_string(fileId) + " Address: " + std::to_string(address));
             const bool open = OpenFlash(static_cast<std::uint32_t>(address), fileSize);
             if (open) {
-                Parts.Run.Sleep(streamPause);
+                Run.Sleep(streamPause);
                 Log("Trys: " + std::to_string(tries));
             }
             if (open && StreamWriteFile(fileId, path, fileSize))
@@ -329,13 +330,12 @@ bool TFileUpload::StreamUpload(std::uint32_t fileId, std::uint32_t fileSize, con
 // Readies the flash for a stream.
 bool TFileUpload::OpenFlash(std::uint32_t address, std::uint32_t fileSize) {
     for (int asked = 0; asked < mostAsked; ++asked) {
-        const std::int32_t answer =
-            Parts.Run.Status("flashWrite.json", TUNabto::FormatRWData(address, fileSize));
+        const std::int32_t answer = Run.Status("flashWrite.json", TUNabto::FormatRWData(address, fileSize));
         Log("flashWrite.json status-> " + std::to_string(answer));
         if (answer == done)
             return true;
         if (answer > 0)
-            Parts.Run.Sleep(flashPause);
+            Run.Sleep(flashPause);
     }
     return false;
 }
@@ -343,8 +343,8 @@ bool TFileUpload::OpenFlash(std::uint32_t address, std::uint32_t fileSize) {
 void TFileUpload::RestartDevice() {
     Log("Restarting device and trying again");
     for (int asked = 0; asked < mostAsked; ++asked) {
-        const std::int32_t answer = Parts.Run.Status("admincmd.json", TUNabto::GetCMD(restartCommand));
-        Parts.Run.Sleep(flashPause);
+        const std::int32_t answer = Run.Status("admincmd.json", TUNabto::GetCMD(restartCommand));
+        Run.Sleep(flashPause);
         if (answer == done)
             break;
     }
@@ -353,29 +353,29 @@ void TFileUpload::RestartDevice() {
 
 bool TFileUpload::StreamWriteFile(std::uint32_t fileId, const std::filesystem::path& path,
                                   std::uint32_t fileSize) {
-    const TImage image(Parts.Files, path, fileSize);
-    const std::int32_t delay = ToIntegerOr(Parts.streamDelayEdit.Text(), 0);
+    const TImage image(Services.Files, path, fileSize);
+    const std::int32_t delay = ToIntegerOr(streamDelayEdit.Text(), 0);
     if (image.Bytes().size() != fileSize) {
         Log("File" + std::to_string(fileId) + " has " + std::to_string(image.Bytes().size()) +
             " bytes, not " + std::to_string(fileSize) + ": nothing is sent");
         return true;
     }
     Log("Starting stream...");
-    if (!Parts.Nabto.StartStream(Parts.device))
+    if (!Services.Nabto.StartStream(Services.device))
         return false;
     Log("Writing file" + std::to_string(fileId) + " to stream...");
-    bool success = Parts.Nabto.WriteStream(image.Bytes(), delay) == NABTO_OK;
+    bool success = Services.Nabto.WriteStream(image.Bytes(), delay) == NABTO_OK;
     if (success) {
         Log("Write Success");
         Log("closing stream...");
     }
-    const bool closeFailed = Parts.Nabto.StopStream();
+    const bool closeFailed = Services.Nabto.StopStream();
     if (closeFailed)
         success = false;
     else
         Log("Stream Closed");
     IsTaken = success;
-    Parts.Run.Check();
+    Run.Check();
     return success;
 }
 

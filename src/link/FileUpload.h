@@ -11,13 +11,10 @@
 
 namespace tidewell {
 
-class IClock;
-class IDialogs;
 class IFiles;
 class TEdit;
-class TMemo;
-class TUNabto;
 class TUpdateRun;
+struct TDeviceServices;
 
 // The field "nostreamstate" of an upload without a stream.
 enum class ENostreamState : std::uint32_t {
@@ -41,18 +38,9 @@ enum class ENostreamState : std::uint32_t {
 // cannot be read and EUpdateEnded when the run is ended meanwhile.
 class TFileUpload {
   public:
-    struct TParts {
-        IDialogs& Dialogs;
-        const IFiles& Files;
-        const IClock& Clock;
-        TUNabto& Nabto;
-        TUpdateRun& Run;
-        TMemo& memoDebug;
-        const TEdit& streamDelayEdit; // ms after each packet or piece
-        const std::string& device;
-        const std::filesystem::path& CurrentUpdateSWFile;
-    };
-    explicit TFileUpload(const TParts& parts) : Parts(parts) {}
+    // streamDelayEdit: ms after each packet or piece.
+    TFileUpload(const TDeviceServices& services, TUpdateRun& run, const TEdit& edit)
+        : Services(services), Run(run), streamDelayEdit(edit) {}
 
     // fileName is relative to the directory of CurrentUpdateSWFile. A device that keeps refusing the
     // preparation is asked without limit.
@@ -117,7 +105,9 @@ class TFileUpload {
     bool OpenFlash(std::uint32_t address, std::uint32_t fileSize);
     void RestartDevice();
 
-    const TParts Parts;
+    const TDeviceServices& Services;
+    TUpdateRun& Run;
+    const TEdit& streamDelayEdit;
     std::chrono::milliseconds Started{}; // of the running RPC upload
     bool Missed = false;                 // a packet of it was given up
     bool IsTaken = false;

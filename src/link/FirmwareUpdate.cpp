@@ -1,5 +1,6 @@
 #include "link/FirmwareUpdate.h"
 
+#include "core/AtExit.h"
 #include "core/DeviceId.h"
 #include "core/Errors.h"
 #include "core/Extensions.h"
@@ -8,9 +9,11 @@
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/Paths.h"
+#include "core/ProgramState.h"
 #include "core/TextFile.h"
 #include "core/controls/Lists.h"
 #include "core/ports/IDialogs.h"
+#include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
 #include "link/FileUpload.h"
 #include "link/Nabto.h"
@@ -40,70 +43,67 @@ std::uint32_t Number(const std::string& text) {
 
 } // namespace
 
-TFirmwareUpdate::TFirmwareUpdate(const TParts& parts) : Parts(parts) {
-    Parts.Status.ButUpdateStop.OnClick = [this] { StopClick(); };
+TFirmwareUpdate::TFirmwareUpdate(const TDeviceServices& services, TUpdateRun& run, TUpdateStatus& status,
+                                 TFileUpload& upload)
+    : Services(services), Run(run), Status(status), Upload(upload) {
+    Status.ButUpdateStop.OnClick = [this] { StopClick(); };
 }
 
 bool TFirmwareUpdate::Strict() const {
-    return Parts.Extensions.ServiceStrict;
+    return Services.Extensions.ServiceStrict;
 }
 
 // The event loop runs within the run, which so stands still as long as the question does.
 void TFirmwareUpdate::StopClick() {
-    if (Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Parts.Status.Texts.StopUpdate,
-                                     EButtons::YesNo) != EModalResult::Yes)
+    if (Services.Dialogs.ShowMessageBox(EMessageKind::Confirmation, Status.Texts.StopUpdate,
+                                        EButtons::YesNo) != EModalResult::Yes)
         return;
-    Parts.Run.Stop();
-    Parts.Status.ButUpdateStop.SetEnabled(false);
+    Run.Stop();
+    Status.ButUpdateStop.SetEnabled(false);
 }
 
 void TFirmwareUpdate::SelectConfigFile() {
-    Parts.CurrentUpdateSWFile.clear();
+    Services.CurrentUpdateSWFile.clear();
     TFileDialog dialog;
     dialog.Title = "Open";
-    dialog.InitialDirectory = Parts.Paths.directorypath; // which is the current one
-    dialog.Filters = {{"Software Config File", Parts.EnableContineousUpdate ? "*.fwc" : "config.fwc"}};
+    dialog.InitialDirectory = Services.Paths.directorypath; // which is the current one
+    dialog.Filters = {{"Software Config File", Services.EnableContineousUpdate ? "*.fwc" : "config.fwc"}};
     dialog.FileMustExist = true;
-    if (const auto path = Parts.Dialogs.OpenFile(dialog))
-        Parts.CurrentUpdateSWFile = *path;
+    if (const auto path = Services.Dialogs.OpenFile(dialog))
+        Services.CurrentUpdateSWFile = *path;
 }
 
 bool TFirmwareUpdate::UpdateSW(const std::filesystem::path& configFile) {
-    if (!Parts.Run.ProgramOpen() || Parts.Use.Taken())
+    if (!Services.Program.IsOpen() || Services.Use.Taken())
         return false;
-    const TDeviceUse::THold hold(Parts.Use);
+    const TDeviceUse::THold hold(Services.Use);
     if (!hold) { // of which the user has been told; the continuous test counts it
-        if (Parts.Run.ProgramOpen())
+        if (Services.Program.IsOpen())
             OnUpdateDone({});
         return false;
     }
-    struct TRunning {
-        const TParts& Parts;
-        EUpdatePhase End = EUpdatePhase::Failed;
-        explicit TRunning(const TParts& parts) : Parts(parts) { Parts.Status.Begin(); }
-        ~TRunning() {
-            Parts.Run.Reset();
-            Parts.Status.End(End);
-        }
-        TRunning(const TRunning&) = delete;
-        TRunning& operator=(const TRunning&) = delete;
-    } running(Parts);
+    Status.Begin();
+    EUpdatePhase phase = EUpdatePhase::Failed;
+    const TAtExit end([this, &phase] {
+        Run.Reset();
+        Status.End(phase);
+    });
     Sending = false;
     CannotStart.clear();
     std::optional<bool> result;
     try {
         result = Perform(configFile);
     } catch (const EUpdateEnded& ended) {
-        Parts.memoDebug.Add(ended.what());
-        if (Parts.Run.ProgramOpen())
-            running.End = EUpdatePhase::Stopped;
+        Services.memoDebug.Add(ended.what());
+        if (Services.Program.IsOpen())
+            phase = EUpdatePhase::Stopped;
         result = false;
     } catch (const std::exception& error) {
         if (Sending) {
-            Parts.memoDebug.Add(error.what());
+            Services.memoDebug.Add(error.what());
             SaveLog(false);
         }
-        if (Strict() && Parts.Run.ProgramOpen())
+        if (Strict() && Services.Program.IsOpen())
             OnUpdateDone({false, error.what()});
         throw;
     }
@@ -113,8 +113,8 @@ bool TFirmwareUpdate::UpdateSW(const std::filesystem::path& configFile) {
         SaveLog(*result);
     const bool success = result.value_or(false);
     if (success)
-        running.End = EUpdatePhase::Succeeded;
-    if (Parts.Run.ProgramOpen())
+        phase = EUpdatePhase::Succeeded;
+    if (Services.Program.IsOpen())
         OnUpdateDone({success, CannotStart});
     return success;
 }
@@ -123,44 +123,44 @@ std::optional<bool> TFirmwareUpdate::Perform(const std::filesystem::path& config
     if (!AskDevice())
         return false;
     StatusAddress =
-        TIniFile(Parts.Files, Parts.Paths.plsfile).ReadInteger("NabtoSection", "DF_HPM_SETPKTNUM", 0);
+        TIniFile(Services.Files, Services.Paths.plsfile).ReadInteger("NabtoSection", "DF_HPM_SETPKTNUM", 0);
     if (StatusAddress == 0) {
         if (Strict())
-            Refuse({Parts.Status.Texts.NoUpdateStatus});
+            Refuse({Status.Texts.NoUpdateStatus});
         return std::nullopt;
     }
-    if (Parts.CurrentUpdateSWFile.empty()) {
+    if (Services.CurrentUpdateSWFile.empty()) {
         CannotStart = "Unable to open file";
-        Parts.Dialogs.ShowMessage(CannotStart);
+        Services.Dialogs.ShowMessage(CannotStart);
         return false;
     }
     return OpenPackage(configFile) && CheckModel() && SendFiles() && RestartAndVerify();
 }
 
 bool TFirmwareUpdate::AskDevice() {
-    const std::string id = DeviceIdOf(Parts.device);
-    TMemo& memo = Parts.memoDebug;
+    const std::string id = DeviceIdOf(Services.device);
+    TMemo& memo = Services.memoDebug;
     memo.Clear();
     memo.Add(id);
     memo.Add("Ping..");
-    Parts.Run.ProcessMessages();
-    if (!Parts.Run.Ping()) {
-        Parts.Dialogs.ShowMessage(Parts.Nabto.LastError());
+    Run.ProcessMessages();
+    if (!Run.Ping()) {
+        Services.Dialogs.ShowMessage(Services.Nabto.LastError());
         return false;
     }
     memo.Add("Ping Response: OK");
     memo.Add("DeviceID: " + id);
     memo.Add("Ping Response: OK");
-    memo.Add("Model: " + Parts.Nabto.model);
-    memo.Add("Varenummer: " + Parts.Nabto.varenummer);
-    memo.Add("HP SW version: " + Parts.Nabto.versionHP);
-    memo.Add("NP SW version: " + Parts.Nabto.versionNP);
-    memo.Add("BT SW version: " + Parts.Nabto.versionBT);
+    memo.Add("Model: " + Services.Nabto.model);
+    memo.Add("Varenummer: " + Services.Nabto.varenummer);
+    memo.Add("HP SW version: " + Services.Nabto.versionHP);
+    memo.Add("NP SW version: " + Services.Nabto.versionNP);
+    memo.Add("BT SW version: " + Services.Nabto.versionBT);
     return true;
 }
 
 bool TFirmwareUpdate::OpenPackage(const std::filesystem::path& configFile) {
-    TMemo& memo = Parts.memoDebug;
+    TMemo& memo = Services.memoDebug;
     memo.Add("Config File: " + configFile.string());
     Directory = configFile.parent_path();
     VersionMissing = false;
@@ -168,11 +168,11 @@ bool TFirmwareUpdate::OpenPackage(const std::filesystem::path& configFile) {
     std::vector<std::string> mistakes;
     try {
         if (Strict()) {
-            auto checked = CheckFirmwarePackage(Parts.Files, configFile, Parts.Status.Texts);
+            auto checked = CheckFirmwarePackage(Services.Files, configFile, Status.Texts);
             Package = std::move(checked.Package);
             mistakes = std::move(checked.Mistakes);
         } else {
-            Package = ReadFirmwarePackage(Parts.Files, configFile);
+            Package = ReadFirmwarePackage(Services.Files, configFile);
         }
     } catch (const EInOutError& error) {
         Refuse({error.what()});
@@ -189,33 +189,33 @@ bool TFirmwareUpdate::OpenPackage(const std::filesystem::path& configFile) {
         return true;
     if (const auto otherModel = Package.Files.empty() ? std::nullopt : OtherModel())
         mistakes.push_back(*otherModel);
-    mistakes.insert(mistakes.begin(), Parts.Status.Texts.BadPackage);
+    mistakes.insert(mistakes.begin(), Status.Texts.BadPackage);
     Refuse(mistakes);
     return false;
 }
 
 std::optional<std::string> TFirmwareUpdate::OtherModel() const {
     const std::string& filename = Package.Files.front().filename;
-    if (filename.empty() || FitsModel(filename, Parts.Nabto.model))
+    if (filename.empty() || FitsModel(filename, Services.Nabto.model))
         return std::nullopt;
     return "Firmware filename and controller model are not equal Firmware download will abort\n\rModel : " +
-           Parts.Nabto.model + " Filename : " + filename;
+           Services.Nabto.model + " Filename : " + filename;
 }
 
 bool TFirmwareUpdate::CheckModel() {
     if (Package.Files.empty())
-        throw EListError("List index out of bounds (0): the package " + Parts.CurrentUpdateSWFile.string() +
-                         " names no file");
+        throw EListError("List index out of bounds (0): the package " +
+                         Services.CurrentUpdateSWFile.string() + " names no file");
     const auto otherModel = OtherModel();
     if (otherModel) {
         CannotStart = *otherModel;
-        Parts.Dialogs.ShowMessage(*otherModel);
+        Services.Dialogs.ShowMessage(*otherModel);
     }
     return !otherModel;
 }
 
 bool TFirmwareUpdate::SendFiles() {
-    Parts.Status.SetPhase(EUpdatePhase::Sending);
+    Status.SetPhase(EUpdatePhase::Sending);
     for (std::size_t i = 0; i < Package.Files.size(); ++i)
         if (Package.Sent(i) && !SendFile(i, FirstRoad(Package.Files[i])))
             return false;
@@ -234,11 +234,11 @@ bool TFirmwareUpdate::SendFile(std::size_t position, ERoad road) {
         if (i == position)
             number = count;
     }
-    Parts.Status.SetFile(number, count, Package.Files[position].filename);
+    Status.SetFile(number, count, Package.Files[position].filename);
     Sending = true;
     try {
         const bool success = Transfer(position, road);
-        Evidence.NoteTaken(position, Parts.Upload.Taken());
+        Evidence.NoteTaken(position, Upload.Taken());
         return success;
     } catch (const EInOutError& error) {
         TellAndLog({error.what()});
@@ -250,7 +250,7 @@ bool TFirmwareUpdate::Transfer(std::size_t position, ERoad road) {
     const TUpdateFile& file = Package.Files[position];
     const auto number = static_cast<std::uint32_t>(position + 1);
     const auto path = ImagePath(Directory, file.filename);
-    TFileUpload& upload = Parts.Upload;
+    TFileUpload& upload = Upload;
     switch (road) {
     case ERoad::PreEraseAndStream:
         if (!upload.RpcPreErase())
@@ -275,7 +275,7 @@ bool TFirmwareUpdate::RestartAndVerify() {
     EUpdateVerdict verdict = EUpdateVerdict::RestartNotSeen;
     for (int round = 0; round < mostRounds && MayChange(verdict); ++round)
         verdict = RunRound();
-    Parts.memoDebug.Add("Update done!");
+    Services.memoDebug.Add("Update done!");
     const bool success = verdict == EUpdateVerdict::Good;
     if (success && VersionMissing)
         Tell("Some target software versions were missing, please verify manually after update");
@@ -288,12 +288,12 @@ EUpdateVerdict TFirmwareUpdate::RunRound() {
     Evidence.BeginRound();
     const bool answeredAtOnce = AwaitDevice(RestartInUpdateMode());
     if (Strict() && !Evidence.RestartSeen()) { // whatever could be read is the former software's
-        Parts.memoDebug.Add(Parts.Status.Texts.RestartNotSeen);
+        Services.memoDebug.Add(Status.Texts.RestartNotSeen);
     } else {
         ReadCrcResult();
         if (Strict() && answeredAtOnce) { // perhaps it was not down yet, and told its former versions
-            Parts.Nabto.ForgetVersions();
-            Parts.Run.Ping();
+            Services.Nabto.ForgetVersions();
+            Run.Ping();
         }
         CheckFiles();
     }
@@ -301,52 +301,51 @@ EUpdateVerdict TFirmwareUpdate::RunRound() {
 }
 
 std::string TFirmwareUpdate::RestartInUpdateMode() {
-    Parts.Status.SetPhase(EUpdatePhase::Restarting);
-    Parts.memoDebug.Add("Everything OK");
-    Parts.memoDebug.Add("Restarting Device in Update mode");
-    Parts.Run.Sleep(restartPause);
+    Status.SetPhase(EUpdatePhase::Restarting);
+    Services.memoDebug.Add("Everything OK");
+    Services.memoDebug.Add("Restarting Device in Update mode");
+    Run.Sleep(restartPause);
     const std::uint32_t command = Package.FileMaskBits << 16U | updateModeCommand;
     Sending = true;
-    std::string reply =
-        Parts.Run.SendQuery("admincmd.json", TUNabto::GetCMD(static_cast<std::int32_t>(command)));
-    Parts.memoDebug.Add("Update mode started, please wait...");
+    std::string reply = Run.SendQuery("admincmd.json", TUNabto::GetCMD(static_cast<std::int32_t>(command)));
+    Services.memoDebug.Add("Update mode started, please wait...");
     return reply;
 }
 
 bool TFirmwareUpdate::AwaitDevice(const std::string& restartReply) {
-    Parts.Status.SetPhase(EUpdatePhase::Waiting);
+    Status.SetPhase(EUpdatePhase::Waiting);
     if (Strict())
-        Parts.Nabto.ForgetVersions();
-    const bool atOnce = Parts.Run.Ping();
+        Services.Nabto.ForgetVersions();
+    const bool atOnce = Run.Ping();
     const TDeviceReply told = ParseReply(restartReply);
     const bool accepted = !told.Error && told.Status && told.Status->Bits() == 0U;
     Evidence.NoteRestart(accepted, atOnce);
-    for (bool answers = atOnce; !answers; answers = Parts.Run.Ping())
+    for (bool answers = atOnce; !answers; answers = Run.Ping())
         for (int i = 0; i < pingPauses; ++i) {
-            Parts.Run.Sleep(pingPause);
-            Parts.Run.ProcessMessages();
+            Run.Sleep(pingPause);
+            Run.ProcessMessages();
         }
     return atOnce;
 }
 
 // The last read counts; if it told nothing, with ServiceStrict the one before.
 void TFirmwareUpdate::ReadCrcResult() {
-    Parts.Status.SetPhase(EUpdatePhase::Checking);
+    Status.SetPhase(EUpdatePhase::Checking);
     std::string address = std::to_string(std::int64_t{StatusAddress} + crcResultOffset);
     std::string object = "0";
-    if (Parts.Nabto.isGateway()) {
+    if (Services.Nabto.isGateway()) {
         object = "8";
-    } else if (Parts.Nabto.isZelt4()) {
+    } else if (Services.Nabto.isZelt4()) {
         address = "39";
         object = "1";
     }
     for (int read = 0; read < mostCrcReads; ++read) {
-        Parts.Run.Sleep(crcPause);
-        std::string value = Parts.Nabto.JsonToValue(
-            Parts.Run.SendQuery("setpointReadValue.json", TUNabto::ValueToJson(address, "1", object)));
+        Run.Sleep(crcPause);
+        std::string value = Services.Nabto.JsonToValue(
+            Run.SendQuery("setpointReadValue.json", TUNabto::ValueToJson(address, "1", object)));
         if (const auto end = value.rfind(';'); end != std::string::npos)
             value.resize(end);
-        Parts.memoDebug.Add("CRC test resultat: " + value);
+        Services.memoDebug.Add("CRC test resultat: " + value);
         const auto result = TryToInteger(value);
         if (result || !Strict())
             Evidence.NoteResult(result);
@@ -368,11 +367,11 @@ void TFirmwareUpdate::CheckFiles() {
         if (VersionMismatch && (expected || !Strict()))
             Tell("Automatick Software verification failed, please verify manually");
         if (!Evidence.ResultKnown())
-            Parts.memoDebug.Add("CRC result of file " + std::to_string(i + 1) + " unknown");
+            Services.memoDebug.Add("CRC result of file " + std::to_string(i + 1) + " unknown");
         if (!Evidence.Failed(i))
             continue;
-        Parts.memoDebug.Add("CRC error in file " + std::to_string(i + 1) + " retrying");
-        Parts.Status.SetPhase(EUpdatePhase::SendingAgain);
+        Services.memoDebug.Add("CRC error in file " + std::to_string(i + 1) + " retrying");
+        Status.SetPhase(EUpdatePhase::SendingAgain);
         SendFile(i, RepeatRoad(Package.Files[i])); // the next round tells how it went
     }
 }
@@ -385,16 +384,16 @@ std::optional<bool> TFirmwareUpdate::CheckVersion(std::size_t position) {
         return std::nullopt;
     }
     const std::string* version = nullptr;
-    if (Parts.Nabto.isGateway()) {
+    if (Services.Nabto.isGateway()) {
         if (position != 0)
             return std::nullopt;
-        version = &Parts.Nabto.GatewayVersion;
+        version = &Services.Nabto.GatewayVersion;
     } else if (file.fileId == "VersionFName1") {
-        version = &Parts.Nabto.versionHP;
+        version = &Services.Nabto.versionHP;
     } else if (file.fileId == "VersionFName2") {
-        version = &Parts.Nabto.versionNP;
+        version = &Services.Nabto.versionNP;
     } else if (file.fileId == "VersionFName3") {
-        version = &Parts.Nabto.versionBT;
+        version = &Services.Nabto.versionBT;
     } else {
         VersionMissing = true;
     }
@@ -402,18 +401,18 @@ std::optional<bool> TFirmwareUpdate::CheckVersion(std::size_t position) {
 }
 
 void TFirmwareUpdate::Tell(const std::string& text) {
-    if (Parts.EnableContineousUpdate)
-        Parts.memoDebug.Add(text);
+    if (Services.EnableContineousUpdate)
+        Services.memoDebug.Add(text);
     else
-        Parts.Dialogs.ShowMessage(text);
+        Services.Dialogs.ShowMessage(text);
 }
 
 // The log keeps the reason.
 void TFirmwareUpdate::TellAndLog(const std::vector<std::string>& lines) {
     for (const std::string& line : lines)
-        Parts.memoDebug.Add(line);
-    if (!Parts.EnableContineousUpdate)
-        Parts.Dialogs.ShowMessage(Join(lines, "\r\n"));
+        Services.memoDebug.Add(line);
+    if (!Services.EnableContineousUpdate)
+        Services.Dialogs.ShowMessage(Join(lines, "\r\n"));
 }
 
 void TFirmwareUpdate::Refuse(const std::vector<std::string>& lines) {
@@ -422,7 +421,7 @@ void TFirmwareUpdate::Refuse(const std::vector<std::string>& lines) {
 }
 
 void TFirmwareUpdate::TellVerdict(EUpdateVerdict verdict) {
-    const TFirmwareUpdateTexts& texts = Parts.Status.Texts;
+    const TFirmwareUpdateTexts& texts = Status.Texts;
     if (verdict == EUpdateVerdict::RestartNotSeen)
         TellAndLog({texts.RestartNotSeen});
     else if (verdict == EUpdateVerdict::ResultUnknown)
@@ -432,12 +431,12 @@ void TFirmwareUpdate::TellVerdict(EUpdateVerdict verdict) {
 }
 
 void TFirmwareUpdate::SaveLog(bool success) {
-    const auto directory = GetFlashLogLogpath(Parts.Paths);
+    const auto directory = GetFlashLogLogpath(Services.Paths);
     const std::string name = std::string(success ? "FW-Update_OK_" : "FW-Update_Error_") +
-                             DateTimeStamp(Parts.Clock) + "_" + DeviceIdOf(Parts.device) + ".log";
+                             DateTimeStamp(Services.Clock) + "_" + DeviceIdOf(Services.device) + ".log";
     try {
-        Parts.Files.CreateDirectories(directory);
-        WriteLines(Parts.Files, directory / name, Parts.memoDebug.Lines());
+        Services.Files.CreateDirectories(directory);
+        WriteLines(Services.Files, directory / name, Services.memoDebug.Lines());
     } catch (const EInOutError& error) {
         Tell(error.what());
     }

@@ -14,17 +14,10 @@
 namespace tidewell {
 
 class EInOutError;
-class IClock;
-class IDialogs;
-class IFiles;
-class TDeviceUse;
 class TFileUpload;
-class TMemo;
-class TUNabto;
 class TUpdateRun;
 class TUpdateStatus;
-struct TCurrentInifilesPath;
-struct TExtensions;
+struct TDeviceServices;
 
 // How a run of an update ended.
 struct TUpdateEnd {
@@ -37,23 +30,9 @@ struct TUpdateEnd {
 // ServiceStrict it succeeds only by what the device said.
 class TFirmwareUpdate {
   public:
-    struct TParts {
-        IDialogs& Dialogs;
-        IFiles& Files;
-        const IClock& Clock;
-        const TCurrentInifilesPath& Paths;
-        TUNabto& Nabto;
-        TDeviceUse& Use;
-        TUpdateRun& Run;
-        TUpdateStatus& Status;
-        TFileUpload& Upload;
-        TMemo& memoDebug; // becomes the log
-        const std::string& device;
-        const bool& EnableContineousUpdate; // what is only to be verified is a line then, not a box
-        std::filesystem::path& CurrentUpdateSWFile;
-        const TExtensions& Extensions;
-    };
-    explicit TFirmwareUpdate(const TParts& parts);
+    // The services' memoDebug becomes the log of a run.
+    TFirmwareUpdate(const TDeviceServices& services, TUpdateRun& run, TUpdateStatus& status,
+                    TFileUpload& upload);
     TFirmwareUpdate(const TFirmwareUpdate&) = delete;
     TFirmwareUpdate& operator=(const TFirmwareUpdate&) = delete;
 
@@ -95,7 +74,10 @@ class TFirmwareUpdate {
     void TellVerdict(EUpdateVerdict verdict);
     void SaveLog(bool success);
 
-    const TParts Parts;
+    const TDeviceServices& Services;
+    TUpdateRun& Run;
+    TUpdateStatus& Status;
+    TFileUpload& Upload;
     // Of the running update.
     TFirmwarePackage Package;
     TUpdateEvidence Evidence;

@@ -8,12 +8,17 @@
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/Paths.h"
+#include "core/ProgramState.h"
+#include "core/controls/Lists.h"
 #include "core/controls/StatusBar.h"
 #include "core/ports/IDialogs.h"
+#include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
 #include "link/EepromReader.h"
 #include "link/Nabto.h"
 #include "link/ServiceFiles.h"
+#include "model/ModbusPanel.h"
+#include "model/Profile.h"
 
 #include <algorithm>
 #include <utility>
@@ -45,9 +50,9 @@ std::int32_t PositionOfText(const std::string& text) {
 
 } // namespace
 
-TFlashDatalog::TFlashDatalog(const TParts& parts)
+TFlashDatalog::TFlashDatalog(const TDeviceServices& services, TEepromReader& eeprom)
     : DT_MaskeditStartDate("DT_MaskeditStartDate", editMask),
-      DT_MaskeditEndDate("DT_MaskeditEndDate", editMask), Parts(parts) {
+      DT_MaskeditEndDate("DT_MaskeditEndDate", editMask), Services(services), Eeprom(eeprom) {
     ButFlashDatalog.SetVisible(false);
     PanelFDDatalog.SetVisible(false);
     DT_LabelNotice.SetVisible(false);
@@ -84,7 +89,7 @@ void TFlashDatalog::ButFlashDatalogClick() {
         PanelFDDatalog.SetVisible(false);
         return;
     }
-    const TDeviceUse::THold hold(Parts.Use);
+    const TDeviceUse::THold hold(Services.Use);
     if (!hold)
         return;
     PanelFDDatalog.SetVisible(true);
@@ -93,25 +98,25 @@ void TFlashDatalog::ButFlashDatalogClick() {
 }
 
 void TFlashDatalog::ReadCounters() {
-    const std::int32_t address = Parts.Host.FlashCounterAddress();
+    const std::int32_t address = Services.Profile.FlashPage.DF_FDCountNum;
     if (address == 0) {
-        Parts.Dialogs.ShowMessage(MischStrings.errorlogcounter);
+        Services.Dialogs.ShowMessage(MischStrings.errorlogcounter);
         PanelFDDatalog.SetVisible(false);
         return;
     }
     CountersOf.clear();
-    const auto read = Parts.Eeprom.ReadEeprom(static_cast<std::uint32_t>(address), counterBytes);
-    if (Parts.Extensions.ServiceStrict && !read.Report.Whole()) {
+    const auto read = Eeprom.ReadEeprom(static_cast<std::uint32_t>(address), counterBytes);
+    if (Services.Extensions.ServiceStrict && !read.Report.Whole()) {
         Notice(Obstacle());
         return;
     }
     if (read.Words.empty())
         return;
-    CountersOf = Parts.device;
+    CountersOf = Services.device;
     const std::string current = GetRowField(read.Words, 0);
     const std::string used = GetRowField(read.Words, 1);
-    Parts.memoDebug.Add("FLASHDATALOG_COUNT1 " + current);
-    Parts.memoDebug.Add("FLASHDATALOG_COUNT2 " + used);
+    Services.memoDebug.Add("FLASHDATALOG_COUNT1 " + current);
+    Services.memoDebug.Add("FLASHDATALOG_COUNT2 " + used);
     CurrentLogBlock = ToIntegerOr(current, 0);
     DayTracker.SetUpperPosition(ToIntegerOr(used, 0));
 }
@@ -128,13 +133,14 @@ void TFlashDatalog::Notice(const std::string& text) {
 }
 
 std::string TFlashDatalog::Obstacle() const {
-    if (Parts.Extensions.ServiceStrict && CountersOf != Parts.device)
-        return Parts.Texts.NoCounters;
+    if (Services.Extensions.ServiceStrict && CountersOf != Services.device)
+        return Services.ReadTexts.NoCounters;
     return {};
 }
 
 void TFlashDatalog::EditClick(TMaskEdit& edit) {
-    const auto answer = Parts.Dialogs.InputBox(MischStrings.adjustdaysheader, MischStrings.adjustdays, "0");
+    const auto answer =
+        Services.Dialogs.InputBox(MischStrings.adjustdaysheader, MischStrings.adjustdays, "0");
     if (!answer || answer->empty())
         return;
     const std::int32_t days = std::clamp(ToIntegerOr(DigitsOnly(*answer), 0), 0, longestDays);
@@ -153,17 +159,18 @@ void TFlashDatalog::EditExit(TMaskEdit& edit) {
 }
 
 void TFlashDatalog::DownloadFlashLog() {
-    const TDeviceUse::THold hold(Parts.Use);
+    const TDeviceUse::THold hold(Services.Use);
     if (!hold)
         return;
     Notice(Obstacle());
     if (DT_LabelNotice.Visible())
         return;
-    Parts.Host.StopRunningLog();
+    OnStopRunningLog();
     FlashBlocks = CalcFlashBlocks(DayTracker.LowerPosition(), DayTracker.UpperPosition(), CurrentLogBlock);
-    ReportFlashBlocks(FlashBlocks, DT_MaskeditStartDate.Text(), DT_MaskeditEndDate.Text(), Parts.memoDebug);
+    ReportFlashBlocks(FlashBlocks, DT_MaskeditStartDate.Text(), DT_MaskeditEndDate.Text(),
+                      Services.memoDebug);
     if (FlashBlocks.Empty())
-        Notice(Parts.Texts.EmptyRange);
+        Notice(Services.ReadTexts.EmptyRange);
     const auto& qlist = FlashBlocks.qlist;
     const auto read = [this, &qlist](std::size_t run, bool first, bool last) {
         const std::int32_t address = ToIntegerOr(qlist[2 * run], FlashBaseAddress);
@@ -190,10 +197,10 @@ void TFlashDatalog::Release() {
 void TFlashDatalog::ReadFlash(std::uint32_t address, std::uint32_t length) {
     if (length == 0)
         return;
-    const TDeviceUse::THold hold(Parts.Use);
+    const TDeviceUse::THold hold(Services.Use);
     if (!hold)
         return;
-    Parts.Host.StopRunningLog();
+    OnStopRunningLog();
     const TAtExit release([this] { Release(); });
     ReadFlashDatalog(address, {.First = address, .Wanted = length}, true, true);
     Conclude();
@@ -212,13 +219,13 @@ void TFlashDatalog::ReadFlashDatalog(std::uint32_t address, TReadPart part, bool
 }
 
 void TFlashDatalog::ReadSegment(std::uint32_t address, TReadPart& part, std::size_t firstNumber, bool last) {
-    TUNabto& nabto = Parts.Nabto;
-    TMemo& memo = Parts.memoDebug;
+    TUNabto& nabto = Services.Nabto;
+    TMemo& memo = Services.memoDebug;
     memo.Add("Preparing Stream...");
     const std::string reply =
-        nabto.SendQuery(Parts.device, "flashRead.json", TUNabto::FormatRWData(address, part.Wanted));
+        nabto.SendQuery(Services.device, "flashRead.json", TUNabto::FormatRWData(address, part.Wanted));
     const std::int32_t status = nabto.getResponseStatus(reply);
-    part.Reason = RefusalReason(reply, status, Parts.Texts);
+    part.Reason = RefusalReason(reply, status, Services.ReadTexts);
     if (Stopped())
         return;
     if (status != 0) {
@@ -228,19 +235,19 @@ void TFlashDatalog::ReadSegment(std::uint32_t address, TReadPart& part, std::siz
     memo.Add("Preperation Success");
     memo.Add("Starting Stream...");
     const TAtExit close([&nabto] { nabto.StopStream(); });
-    if (!nabto.StartStream(Parts.device)) {
-        part.Reason = Parts.Texts.NoStream;
+    if (!nabto.StartStream(Services.device)) {
+        part.Reason = Services.ReadTexts.NoStream;
         return;
     }
     memo.Add("Stream Started");
     memo.Add("Reading Stream...");
     TStreamRead read = ReadStream(part.Wanted);
-    part.Take(read, Parts.Texts);
-    Parts.StatusBar.SetText(progressPanel, {});
+    part.Take(read, Services.ReadTexts);
+    Services.StatusBar.SetText(progressPanel, {});
     memo.Add("Done Reading");
     if (Stopped())
         return;
-    if (Parts.Extensions.ServiceStrict) {
+    if (Services.Extensions.ServiceStrict) {
         SL_Datalist.Add(std::move(read.Bytes), firstNumber);
         return;
     }
@@ -255,25 +262,25 @@ void TFlashDatalog::ReadSegment(std::uint32_t address, TReadPart& part, std::siz
 TStreamRead TFlashDatalog::ReadStream(std::uint32_t length) {
     Reading = true;
     const TAtExit done([this] { Reading = false; });
-    return Parts.Nabto.ReadStream(length);
+    return Services.Nabto.ReadStream(length);
 }
 
 // Without the key the last segment saves, while its stream is open, and only if it came.
 void TFlashDatalog::Conclude() {
-    if (!Parts.Extensions.ServiceStrict || Stopped() || Report.Empty())
+    if (!Services.Extensions.ServiceStrict || Stopped() || Report.Empty())
         return;
-    const TReadTexts& texts = Parts.Texts;
+    const TReadTexts& texts = Services.ReadTexts;
     const bool whole = Report.Whole();
     std::string told;
     if (!whole) {
         for (const std::string& line : Report.Lines(texts)) {
-            Parts.memoDebug.Add(line);
-            Parts.Host.AddEventLog(ButFlashDatalog.Caption() + ": " + line);
+            Services.memoDebug.Add(line);
+            Services.MemoEventLog.Add(ButFlashDatalog.Caption() + ": " + line);
         }
         told = Report.Text(texts) + "\n";
     }
     const auto show = [this](const std::string& text) {
-        Parts.Dialogs.ShowMessageBox(EMessageKind::Error, text, EButtons::Ok);
+        Services.Dialogs.ShowMessageBox(EMessageKind::Error, text, EButtons::Ok);
     };
     if (Report.Came() == 0)
         return show(Report.Text(texts));
@@ -288,41 +295,41 @@ void TFlashDatalog::Conclude() {
 
 // What was read over a slow link must not be lost to a full disk: the user is asked for another place.
 bool TFlashDatalog::SaveDatalist(bool whole) {
-    const std::string header = Parts.Host.CreateDatalogHeader();
-    const auto directory = GetFlashLogLogpath(Parts.Paths);
+    const std::string header = DatalogHeader(Services.Panel, Services.Profile.currentprofilefile);
+    const auto directory = GetFlashLogLogpath(Services.Paths);
     PathLastSavedFDFile =
-        ServiceFilePath(Parts.Files, Parts.Clock, Parts.Paths, "FDlog_", Parts.device, whole);
+        ServiceFilePath(Services.Files, Services.Clock, Services.Paths, "FDlog_", Services.device, whole);
     const auto write = [this, &header](const std::filesystem::path& path) {
         PathLastSavedFDFile = path;
-        Parts.Files.CreateDirectories(path.parent_path());
-        SL_Datalist.Save(Parts.Files, path, header);
+        Services.Files.CreateDirectories(path.parent_path());
+        SL_Datalist.Save(Services.Files, path, header);
     };
     const auto choose = [this, &directory] {
         TFileDialog dialog;
         dialog.Title = ButFlashDatalog.Caption();
         dialog.InitialDirectory = directory;
         dialog.Filters = {{"csv", "*.csv"}};
-        auto chosen = Parts.Dialogs.SaveFile(dialog);
+        auto chosen = Services.Dialogs.SaveFile(dialog);
         if (chosen && !chosen->has_extension())
-            chosen = UnusedPath(Parts.Files, *chosen += ".csv");
+            chosen = UnusedPath(Services.Files, *chosen += ".csv");
         return chosen;
     };
-    return SaveOrElsewhere(Parts.Dialogs, PathLastSavedFDFile, write, choose).has_value();
+    return SaveOrElsewhere(Services.Dialogs, PathLastSavedFDFile, write, choose).has_value();
 }
 
 void TFlashDatalog::OfferFlashView(const std::string& question) {
     const TAtExit hide([this] { PanelFDDatalog.SetVisible(false); });
-    const bool show = Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation, question, EButtons::YesNo) ==
-                      EModalResult::Yes;
-    const auto profile = Parts.Host.GetFlashLogProfilepath();
-    if (show && Parts.Host.FormOpen() && !profile.empty())
-        Parts.Host.ShowFlashDatalog(profile, PathLastSavedFDFile);
+    const bool show = Services.Dialogs.ShowMessageBox(EMessageKind::Confirmation, question,
+                                                      EButtons::YesNo) == EModalResult::Yes;
+    const auto profile = Services.Profile.GetFlashLogProfilepath();
+    if (show && Services.Program.IsOpen() && !profile.empty())
+        OnShowFlashDatalog(profile, PathLastSavedFDFile);
 }
 
 bool TFlashDatalog::MayClose() {
-    if (!Reading || !Parts.Host.FormOpen())
+    if (!Reading || !Services.Program.IsOpen())
         return true;
-    const auto answer = Parts.Dialogs.ShowMessageBox(
+    const auto answer = Services.Dialogs.ShowMessageBox(
         EMessageKind::Confirmation, "The flash is still being read. Stop reading?", EButtons::YesNo);
     if (answer == EModalResult::Yes)
         StopRequested = Reading;
@@ -330,7 +337,7 @@ bool TFlashDatalog::MayClose() {
 }
 
 bool TFlashDatalog::Stopped() const {
-    return StopRequested || !Parts.Host.FormOpen();
+    return StopRequested || !Services.Program.IsOpen();
 }
 
 } // namespace tidewell

@@ -14,54 +14,15 @@
 
 namespace tidewell {
 
-class IClock;
-class IDialogs;
-class IFiles;
-class TDeviceUse;
 class TEepromReader;
-class TMemo;
-class TStatusBar;
-class TUNabto;
-struct TCurrentInifilesPath;
-struct TExtensions;
+struct TDeviceServices;
 struct TNabtodriverTexts;
 
 // Downloads a range of the log that the device keeps in its flash, saves it as a datalog and offers to show
 // it. The range is set on a slider, in blocks back from now.
 class TFlashDatalog {
   public:
-    // What it needs of the main form.
-    class IHost {
-      public:
-        virtual ~IHost() = default;
-        virtual void StopRunningLog() = 0; // nothing when none runs
-        virtual void AddEventLog(const std::string& line) = 0;
-        virtual std::int32_t FlashCounterAddress() const = 0; // DF_FDCountNum of the open profile; 0: no log
-        virtual std::string CreateDatalogHeader() const = 0;
-        // The companion profile for flash datalogs; empty if there is none.
-        virtual std::filesystem::path GetFlashLogProfilepath() const = 0;
-        // Shows the file on the graph page by that profile, and closes the device form.
-        virtual void ShowFlashDatalog(const std::filesystem::path& profile,
-                                      const std::filesystem::path& file) = 0;
-        virtual bool FormOpen() const = 0; // false once the main form is closed
-    };
-
-    struct TParts {
-        IHost& Host;
-        IDialogs& Dialogs;
-        IFiles& Files;
-        const IClock& Clock;
-        const TCurrentInifilesPath& Paths;
-        TUNabto& Nabto;
-        TDeviceUse& Use;
-        TEepromReader& Eeprom;
-        TMemo& memoDebug;
-        TStatusBar& StatusBar; // panel 2 shows the progress
-        const std::string& device;
-        const TExtensions& Extensions;
-        const TReadTexts& Texts;
-    };
-    explicit TFlashDatalog(const TParts& parts);
+    TFlashDatalog(const TDeviceServices& services, TEepromReader& eeprom);
     TFlashDatalog(const TFlashDatalog&) = delete;
     TFlashDatalog& operator=(const TFlashDatalog&) = delete;
 
@@ -76,6 +37,10 @@ class TFlashDatalog {
     // Before the device form closes: whether it may. Asks while a read runs; Yes ends the read.
     bool MayClose();
     bool Stopped() const; // by the user, or because the program was closed
+
+    TEvent<> OnStopRunningLog; // before the flash is read
+    // The user wants to see the file, by that companion profile.
+    TEvent<const std::filesystem::path&, const std::filesystem::path&> OnShowFlashDatalog;
 
     TFlashBlocks FlashBlocks; // of the last download
     std::int32_t CurrentLogBlock = 0;
@@ -116,7 +81,8 @@ class TFlashDatalog {
     bool SaveDatalist(bool whole);
     void OfferFlashView(const std::string& question);
 
-    const TParts Parts;
+    const TDeviceServices& Services;
+    TEepromReader& Eeprom;
     TFlashRecords SL_Datalist; // the rows gathered so far
     TReadReport Report;        // of the segments they come from
     std::string CountersOf;    // device that CurrentLogBlock was read from

@@ -2,6 +2,7 @@
 
 #include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
+#include "link/DeviceServices.h"
 #include "link/Nabto.h"
 
 #include <algorithm>
@@ -31,8 +32,7 @@ std::size_t DecodeHex(std::string_view digits, std::span<std::uint8_t> target) {
 
 } // namespace
 
-TIdentityPanel::TIdentityPanel(IDialogs& dialogs, TUNabto& nabto, const std::string& device)
-    : Dialogs(dialogs), Nabto(nabto), Device(device) {
+TIdentityPanel::TIdentityPanel(const TDeviceServices& services) : Services(services) {
     PanelDevice.SetVisible(false);
     btnSaveInfo.SetEnabled(false);
     btnDeviceID.OnClick = [this] { Ask("Device ID", "Enter Device ID:", factorydeviceid, lblDeviceID); };
@@ -43,7 +43,7 @@ TIdentityPanel::TIdentityPanel(IDialogs& dialogs, TUNabto& nabto, const std::str
 
 void TIdentityPanel::Ask(const std::string& title, const std::string& prompt, std::string& text,
                          TLabel& label) {
-    if (const auto answer = Dialogs.InputBox(title, prompt)) {
+    if (const auto answer = Services.Dialogs.InputBox(title, prompt)) {
         text = *answer;
         label.SetCaption(text);
     }
@@ -51,12 +51,12 @@ void TIdentityPanel::Ask(const std::string& title, const std::string& prompt, st
 }
 
 void TIdentityPanel::btnUserAccountClick() {
-    const auto answer = Dialogs.InputBox("User Account", "Enter user account (for example " +
-                                                             std::string(accountExample) + "):");
+    const auto answer = Services.Dialogs.InputBox("User Account", "Enter user account (for example " +
+                                                                      std::string(accountExample) + "):");
     if (!answer || answer->empty())
         return;
     useraccount = *answer;
-    Nabto.SendQuery(Device, "ping.json", UserAccountRequest("1", accountExample));
+    Services.Nabto.SendQuery(Services.device, "ping.json", UserAccountRequest("1", accountExample));
 }
 
 void TIdentityPanel::btnSaveInfoClick() {
@@ -67,7 +67,7 @@ void TIdentityPanel::btnSaveInfoClick() {
     const auto key = std::span(Identity).subspan(keyOffset, keySize);
     std::ranges::fill(key, std::uint8_t{0});
     if (DecodeHex(factorycryptokey, key) < keySize || factorycryptokey.size() != 2 * keySize)
-        Dialogs.ShowMessage("CryptoKey must be 32 hexadecimal digits");
+        Services.Dialogs.ShowMessage("CryptoKey must be 32 hexadecimal digits");
 }
 
 } // namespace tidewell

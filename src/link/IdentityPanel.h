@@ -8,14 +8,12 @@
 
 namespace tidewell {
 
-class IDialogs;
-class TUNabto;
+struct TDeviceServices;
 
 // The factory panel for a device's identity. What it prepares stays here: nothing sends it.
 class TIdentityPanel {
   public:
-    // device: address of the device in force, read at each use.
-    TIdentityPanel(IDialogs& dialogs, TUNabto& nabto, const std::string& device);
+    explicit TIdentityPanel(const TDeviceServices& services);
 
     TPanel PanelDevice{"PanelDevice"};
     TButton btnDeviceID{"btnDeviceID", "Device ID"};
@@ -38,9 +36,7 @@ class TIdentityPanel {
     void btnUserAccountClick();
     void btnSaveInfoClick();
 
-    IDialogs& Dialogs;
-    TUNabto& Nabto;
-    const std::string& Device;
+    const TDeviceServices& Services;
 };
 
 } // namespace tidewell

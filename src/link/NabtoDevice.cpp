@@ -4,10 +4,13 @@
 #include "core/Configuration.h"
 #include "core/DeviceId.h"
 #include "core/Errors.h"
+#include "core/Extensions.h"
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
+#include "core/ProgramState.h"
 #include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IWait.h"
@@ -48,29 +51,17 @@ int KnownObject(int obj) {
 
 } // namespace
 
-TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files,
-                           const IClock& clock, const TCurrentInifilesPath& paths,
-                           const TExtensions& extensions, TUNabto& nabto, TModbusPanel& panel, IHost& host)
-    : TForm("NabtoDevice", "Nabto"), Identity(dialogs, nabto, device),
-      Cycle(timers, nabto, panel, device, LblNabto, LedNabto, [this] { CycleDone(); }),
-      InForce({host, dialogs, nabto, LblNabto, StatusBar, device, Domain, initialized}), UpdateStatus(clock),
-      UpdateRun(
-          wait, nabto, UpdateStatus, device, [&host] { return host.FormOpen(); }, extensions),
-      Upload(
-          {dialogs, files, clock, nabto, UpdateRun, memoDebug, streamDelayEdit, device, CurrentUpdateSWFile}),
-      Update({dialogs, files, clock, paths, nabto, Use, UpdateRun, UpdateStatus, Upload, memoDebug, device,
-              EnableContineousUpdate, CurrentUpdateSWFile, extensions}),
-      ContinuousUpdate({dialogs, files, clock, timers, paths, Use, UpdateStatus, Update, memoDebug, StatusBar,
-                        ButContUpdate, device, EnableContineousUpdate, CurrentUpdateSWFile, extensions}),
-      Eeprom(nabto, memoDebug, device, extensions, ReadTexts),
-      FlashDatalog({host, dialogs, files, clock, paths, nabto, Use, Eeprom, memoDebug, StatusBar, device,
-                    extensions, ReadTexts}),
-      ServiceTools({dialogs, files, clock, paths, nabto, Use, Eeprom, FlashDatalog, memoDebug,
-                    Identity.LblJson, device, extensions, ReadTexts}),
-      Dialogs(dialogs), Wait(wait), Files(files), Paths(paths), Extensions(extensions), Nabto(nabto),
-      Panel(panel), Host(host),
-      SessionKeeper({timers, nabto, LinkTexts, device, [&host] { return host.FormOpen(); },
-                     [&host](const std::string& line) { host.AddEventLog(line); }}) {
+TNabtoDevice::TNabtoDevice(const TDeviceNeeds& needs)
+    : TForm("NabtoDevice", "Nabto"),
+      Services{
+          needs, Use, memoDebug, StatusBar, device, ReadTexts, EnableContineousUpdate, CurrentUpdateSWFile},
+      Identity(Services),
+      Cycle(needs.Timers, needs.Nabto, needs.Panel, device, LblNabto, LedNabto, [this] { CycleDone(); }),
+      InForce(*this, Services), UpdateStatus(needs.Clock), UpdateRun(Services, UpdateStatus),
+      Upload(Services, UpdateRun, streamDelayEdit), Update(Services, UpdateRun, UpdateStatus, Upload),
+      ContinuousUpdate(Services, UpdateStatus, Update, ButContUpdate), Eeprom(Services),
+      FlashDatalog(Services, Eeprom), ServiceTools(Services, Eeprom, FlashDatalog, Identity.LblJson),
+      ApiClient(&needs.ApiClient), SessionKeeper(Services, LinkTexts) {
     InitControls();
     Use.Take = [this] { return InForce.Take(); };
     Use.TellLost = [this](const std::string& lost) { InForce.TellLost(lost); };
@@ -88,10 +79,10 @@ TNabtoDevice::TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFil
 }
 
 TNabtoDevice::~TNabtoDevice() {
-    Nabto.FOnUpdateProgress = nullptr;
-    Nabto.MayGoOn = nullptr;
-    Nabto.MayAsk = nullptr;
-    Nabto.OnInterfaceMissing = nullptr;
+    Services.Nabto.FOnUpdateProgress = nullptr;
+    Services.Nabto.MayGoOn = nullptr;
+    Services.Nabto.MayAsk = nullptr;
+    Services.Nabto.OnInterfaceMissing = nullptr;
 }
 
 void TNabtoDevice::InitControls() {
@@ -118,27 +109,28 @@ void TNabtoDevice::InitControls() {
 void TNabtoDevice::FormCreate(const TIniFile& language) {
     Cycle.queryCounter = 0;
     Cycle.isLastResultError = false;
-    Nabto.FOnUpdateProgress = [this](TStreamProgress&) { ShowProgress(); };
-    Nabto.MayGoOn = [this] { return !FlashDatalog.Stopped() && !UpdateRun.Stopped(); };
-    Nabto.MayAsk = [this] { return Host.FormOpen(); };
+    Services.Nabto.FOnUpdateProgress = [this](TStreamProgress&) { ShowProgress(); };
+    Services.Nabto.MayGoOn = [this] { return !FlashDatalog.Stopped() && !UpdateRun.Stopped(); };
+    Services.Nabto.MayAsk = [this] { return Services.Program.IsOpen(); };
     ReadLanguage(language);
-    Nabto.OnInterfaceMissing = [this](const std::filesystem::path& path) {
-        Host.AddEventLog(FillText(EventLogTexts.InterfaceMissing, {path.string()}));
+    Services.Nabto.OnInterfaceMissing = [this](const std::filesystem::path& path) {
+        Services.MemoEventLog.Add(FillText(EventLogTexts.InterfaceMissing, {path.string()}));
     };
-    if (const TLoadedLibrary& loaded = Nabto.Loaded(); !loaded.Library)
-        Host.AddEventLog(FillText(EventLogTexts.LibraryNotLoaded, {loaded.File, loaded.Failure}));
+    if (const TLoadedLibrary& loaded = Services.Nabto.Loaded(); !loaded.Library)
+        Services.MemoEventLog.Add(FillText(EventLogTexts.LibraryNotLoaded, {loaded.File, loaded.Failure}));
     ReadConfiguration();
 }
 
 void TNabtoDevice::ReadConfiguration() {
-    const TNabtoConfiguration configuration = ReadNabtoConfiguration(TIniFile(Files, Paths.Systemfile));
+    const TNabtoConfiguration configuration =
+        ReadNabtoConfiguration(TIniFile(Services.Files, Services.Paths.Systemfile));
     name = configuration.Name;
     enabled = configuration.Enabled;
     LastUser = configuration.LastLoginUser;
     LastPW = configuration.LastLoginPW;
     Domain = configuration.Domain;
     for (const TReplacedNumber& number : configuration.Replaced)
-        Host.AddEventLog(LineOn(number, EventLogTexts));
+        Services.MemoEventLog.Add(LineOn(number, EventLogTexts));
     Cycle.SetIntervals(configuration.PauseTime, configuration.DelayBetweenQuestions);
 }
 
@@ -161,8 +153,8 @@ int TNabtoDevice::init(const std::string& deviceid, TApiClient& apiClient) {
     const int result = Link(deviceid, apiClient);
     if (result != 0) {
         const std::string asked = deviceid.empty() ? device : InForce.AddressOf(deviceid);
-        Host.AddEventLog(LinkTexts.NotLinked + " " + asked + ": " +
-                         (result == deviceInUse ? LinkTexts.InUse : NoLinkCause));
+        Services.MemoEventLog.Add(LinkTexts.NotLinked + " " + asked + ": " +
+                                  (result == deviceInUse ? LinkTexts.InUse : NoLinkCause));
     }
     return result;
 }
@@ -196,16 +188,17 @@ int TNabtoDevice::Link(const std::string& deviceid, TApiClient& apiClient) {
     }
     if (!initialized) {
         // A message of Init runs the event loop, in which another init may succeed.
-        const int result = Nabto.Init(credentials.Username, credentials.Password);
+        const int result = Services.Nabto.Init(credentials.Username, credentials.Password);
         if (result == 0) {
             initialized = true;
-            if (Extensions.SessionReopen)
+            if (Services.Extensions.SessionReopen)
                 SessionKeeper.Keep(credentials);
         }
         LblNabto.SetCaption(initialized ? "Connected to Basestation" : notConnected);
         if (!initialized) // the label soon tells something else
-            Host.AddEventLog(std::string(notConnected) + " " +
-                             (result < 0 ? EventLogTexts.NoLibrary : Nabto.StatusText(result)));
+            Services.MemoEventLog.Add(
+                std::string(notConnected) + " " +
+                (result < 0 ? EventLogTexts.NoLibrary : Services.Nabto.StatusText(result)));
     }
     return 0;
 }
@@ -224,16 +217,16 @@ int TNabtoDevice::NoLink(int result, const std::string& cause) {
 // The link does not depend on this key, so a system file that cannot be written only leaves a line.
 void TNabtoDevice::SaveDevice() {
     try {
-        TIniFile systemFile(Files, Paths.Systemfile);
+        TIniFile systemFile(Services.Files, Services.Paths.Systemfile);
         systemFile.WriteText("CommInitNabto", "Device", device);
-        systemFile.Save(Files);
+        systemFile.Save(Services.Files);
     } catch (const TError& error) {
-        Host.AddEventLog(FillText(EventLogTexts.DeviceNotSaved, {device, error.what()}));
+        Services.MemoEventLog.Add(FillText(EventLogTexts.DeviceNotSaved, {device, error.what()}));
     }
 }
 
 bool TNabtoDevice::isEnabled() const {
-    return ReadNabtoEnabled(TIniFile(Files, Paths.Systemfile));
+    return ReadNabtoEnabled(TIniFile(Services.Files, Services.Paths.Systemfile));
 }
 
 void TNabtoDevice::startLog() {
@@ -242,7 +235,7 @@ void TNabtoDevice::startLog() {
 }
 
 void TNabtoDevice::SetNabtoQuestion(const std::filesystem::path& path) {
-    Cycle.SetQuestions(ReadPollQuestions(Files, path));
+    Cycle.SetQuestions(ReadPollQuestions(Services.Files, path));
 }
 
 std::string TNabtoDevice::Showquestions() const {
@@ -257,29 +250,29 @@ std::string TNabtoDevice::ReadValue(int CMD, int address, int obj) {
         return {};
     const std::string request =
         TUNabto::ValueToJson(std::to_string(address), "1", std::to_string(KnownObject(obj)));
-    return Nabto.SendQuery(device, CMD == 3 ? readSetpoint : readDatapoint, request);
+    return Services.Nabto.SendQuery(device, CMD == 3 ? readSetpoint : readDatapoint, request);
 }
 
 std::string TNabtoDevice::SendValue(const TDeviceUse::TAction& action, int value, int address, int obj) {
-    return Nabto.SendQuery(
+    return Services.Nabto.SendQuery(
         action.Device(), "setpointWriteValue.json",
         TUNabto::FormatSaveSetpoint(KnownObject(obj), address, value), [&action] { return action.Kept(); });
 }
 
 std::string TNabtoDevice::GetDataList(const std::string& s) {
-    return Nabto.JsonToValue(s);
+    return Services.Nabto.JsonToValue(s);
 }
 
 std::int32_t TNabtoDevice::GetResponsstatus(const std::string& s) {
-    return Nabto.getResponseStatus(s);
+    return Services.Nabto.getResponseStatus(s);
 }
 
 bool TNabtoDevice::TryPing() {
-    return Nabto.ping(device);
+    return Services.Nabto.ping(device);
 }
 
 void TNabtoDevice::GetLocalDevices(TComboBox& sender) {
-    sender.SetItems(Nabto.GetLocal());
+    sender.SetItems(Services.Nabto.GetLocal());
 }
 
 void TNabtoDevice::SaveSetDatapointstringToStringlist() {
@@ -289,53 +282,55 @@ void TNabtoDevice::SaveSetDatapointstringToStringlist() {
 void TNabtoDevice::CycleDone() {
     SaveSetDatapointstringToStringlist();
     FOnCycleDone();
-    Host.UpdateTimerTimer();
 }
 
 void TNabtoDevice::ShowProgress() {
-    const std::uint64_t length = Nabto.currentstreamlength;
-    const std::uint64_t percent = length == 0 ? 0 : std::uint64_t{Nabto.currentstreamprogress} * 100 / length;
+    const std::uint64_t length = Services.Nabto.currentstreamlength;
+    const std::uint64_t percent =
+        length == 0 ? 0 : std::uint64_t{Services.Nabto.currentstreamprogress} * 100 / length;
     StatusBar.SetText(2, "progress " + std::to_string(percent) + " %");
     if (UpdateStatus.Running())
-        UpdateStatus.SetProgress(Nabto.currentstreamprogress, Nabto.currentstreamlength);
-    Wait.ProcessMessages();
+        UpdateStatus.SetProgress(Services.Nabto.currentstreamprogress, Services.Nabto.currentstreamlength);
+    Services.Wait.ProcessMessages();
 }
 
 void TNabtoDevice::btnPingClick() {
     const bool shown = Visible(); // the setup dialog pings too, while this form is hidden
     const std::string asked = device;
     memoDebug.Clear();
-    const bool answered = Nabto.ping(asked);
+    const bool answered = Services.Nabto.ping(asked);
     // The event loop ran: who has closed the form, or the program, waits for no answer.
-    if (!Host.FormOpen() || (shown && !Visible()))
+    if (!Services.Program.IsOpen() || (shown && !Visible()))
         return;
     if (!answered) {
-        Dialogs.ShowMessage("Device is not available");
+        Services.Dialogs.ShowMessage("Device is not available");
         return;
     }
     memoDebug.Add("DeviceID: " + asked);
     memoDebug.Add("Ping Response: OK");
-    if (!Nabto.SlaveDeviceNum.empty() && !Nabto.SlaveModel.empty())
-        Dialogs.ShowMessage("Gateway DeviceID: " + asked + "\rGateway Model: " + Nabto.model +
-                            "\rGateway Number: " + Nabto.varenummer +
-                            "\rGateway Version: " + Nabto.GatewayVersion +
-                            "\rSlave Number: " + Nabto.SlaveDeviceNum + "\rSlaveModel: " + Nabto.SlaveModel);
+    if (!Services.Nabto.SlaveDeviceNum.empty() && !Services.Nabto.SlaveModel.empty())
+        Services.Dialogs.ShowMessage("Gateway DeviceID: " + asked + "\rGateway Model: " +
+                                     Services.Nabto.model + "\rGateway Number: " + Services.Nabto.varenummer +
+                                     "\rGateway Version: " + Services.Nabto.GatewayVersion +
+                                     "\rSlave Number: " + Services.Nabto.SlaveDeviceNum +
+                                     "\rSlaveModel: " + Services.Nabto.SlaveModel);
     else
-        Dialogs.ShowMessage("DeviceID: " + asked + "\rModel: " + Nabto.model +
-                            "\rVarenummer: " + Nabto.varenummer + "\rHP SW version: " + Nabto.versionHP +
-                            "\rNP SW version: " + Nabto.versionNP + "\rBT SW version: " + Nabto.versionBT);
+        Services.Dialogs.ShowMessage(
+            "DeviceID: " + asked + "\rModel: " + Services.Nabto.model +
+            "\rVarenummer: " + Services.Nabto.varenummer + "\rHP SW version: " + Services.Nabto.versionHP +
+            "\rNP SW version: " + Services.Nabto.versionNP + "\rBT SW version: " + Services.Nabto.versionBT);
 }
 
 void TNabtoDevice::btnShowReadListClick() {
-    for (const std::string& row : SplitLines(Panel.CycleReadListGetListText()))
+    for (const std::string& row : SplitLines(Services.Panel.CycleReadListGetListText()))
         memoDebug.Add(row);
 }
 
 void TNabtoDevice::butChangeDeviceIDClick() {
     Hide();
-    Host.Setup1Click();
-    if (Host.FormOpen())
-        Dialogs.Show(*this);
+    OnSetup();
+    if (Services.Program.IsOpen())
+        Services.Dialogs.Show(*this);
 }
 
 void TNabtoDevice::ButErorlogClick() {
@@ -345,9 +340,9 @@ void TNabtoDevice::ButErorlogClick() {
         if (!hold)
             return;
         ErrorLogNotice.Clear();
-        read = Eeprom.ReadEeprom(static_cast<std::uint32_t>(Host.ErrorLogOffset()), ErrorLogBytes);
+        read = Eeprom.ReadEeprom(static_cast<std::uint32_t>(Services.Profile.ErrorLogOffset), ErrorLogBytes);
     }
-    if (!Host.FormOpen())
+    if (!Services.Program.IsOpen())
         return;
     const bool whole = read.Report.Whole();
     const std::size_t events = WholeErrorEvents(read.Report.Came());
@@ -358,14 +353,14 @@ void TNabtoDevice::ButErorlogClick() {
         told = FillText(ReadTexts.ErrorLogPart,
                         {std::to_string(events), std::to_string(ErrorLogEvents), read.Report.Reason()});
     ErrorLogNotice.Show(told);
-    if (!Extensions.ServiceStrict)
+    if (!Services.Extensions.ServiceStrict)
         told.clear();
     else if (!whole)
         read.Words = ErrorLogOfEvents(read.Words, events);
     if (!read.Words.empty())
-        Host.EvalErrorlog(read.Words, told);
+        OnErrorlog(read.Words, told);
     else if (!told.empty() && Visible())
-        Dialogs.ShowMessageBox(EMessageKind::Error, told, EButtons::Ok);
+        Services.Dialogs.ShowMessageBox(EMessageKind::Error, told, EButtons::Ok);
 }
 
 void TNabtoDevice::BtnUpdateClick() {
@@ -377,31 +372,32 @@ void TNabtoDevice::BtnUpdateClick() {
     ContinuousUpdate.UseMultibleFiles = false;
     Update.SelectConfigFile();
     const bool success = Update.UpdateSW(CurrentUpdateSWFile);
-    if (Host.FormOpen())
-        Dialogs.ShowMessage(success ? "Download success Device is online again" : "Error during update!");
+    if (Services.Program.IsOpen())
+        Services.Dialogs.ShowMessage(success ? "Download success Device is online again"
+                                             : "Error during update!");
 }
 
 void TNabtoDevice::FormShow() {
-    Host.AddEventLog("Nabto form active");
+    Services.MemoEventLog.Add("Nabto form active");
     StatusBar.SetText(1, "Current DeviceID : " + device);
     LblNabto.SetCaption("ID : " + device);
     BtnUpdate.SetVisible(true);
     FlashDatalog.ButFlashDatalog.SetVisible(true);
-    ButErorlog.SetVisible(Host.ErrorLogVisible());
-    butChangeDeviceID.SetVisible(Host.ShowButtonDevid());
+    ButErorlog.SetVisible(Services.Profile.NabtoErrorlogEnable);
+    butChangeDeviceID.SetVisible(ShowButtonDevid);
     ButContUpdate.SetVisible(EnableContineousUpdate);
     ServiceTools.ExtendedSystemVersion.SetVisible(Enable_debugShowExtendedVersionInfo);
 }
 
 void TNabtoDevice::FormCloseQuery(bool& mayClose) {
-    if (UpdateStatus.Running() && Host.FormOpen())
-        mayClose = Dialogs.ShowMessageBox(EMessageKind::Confirmation, UpdateStatus.Texts.CloseWindow,
-                                          EButtons::YesNo) == EModalResult::Yes;
+    if (UpdateStatus.Running() && Services.Program.IsOpen())
+        mayClose = Services.Dialogs.ShowMessageBox(EMessageKind::Confirmation, UpdateStatus.Texts.CloseWindow,
+                                                   EButtons::YesNo) == EModalResult::Yes;
     mayClose = mayClose && FlashDatalog.MayClose();
 }
 
 void TNabtoDevice::FormClose() {
-    Host.AddEventLog("Nabto form closed");
+    Services.MemoEventLog.Add("Nabto form closed");
     FlashDatalog.PanelFDDatalog.SetVisible(false);
 }
 

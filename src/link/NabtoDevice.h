@@ -1,8 +1,6 @@
 #pragma once
 
-#include "core/Extensions.h"
 #include "core/LanguageTexts.h"
-#include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Notice.h"
@@ -10,6 +8,7 @@
 #include "core/controls/StatusBar.h"
 #include "link/ContinuousUpdate.h"
 #include "link/DeviceInForce.h"
+#include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
 #include "link/EepromReader.h"
 #include "link/FileUpload.h"
@@ -29,39 +28,15 @@
 
 namespace tidewell {
 
-class IClock;
-class IDialogs;
-class IFiles;
-class ITimers;
-class IWait;
 class TApiClient;
-class TModbusPanel;
-class TUNabto;
 struct TCredentials;
 
 // The driver between the main form and one controller, and the service form of the link. Order of calls:
-// FormCreate, then init, then startLog; FOnCycleDone is fired, and the host's UpdateTimerTimer called, for
-// each whole poll cycle. LblNabto, LedNabto and lblConnectedUser are shown in the main form's status bar.
+// FormCreate, then init, then startLog; FOnCycleDone is fired for each whole poll cycle. LblNabto, LedNabto
+// and lblConnectedUser are shown in the main form's status bar.
 class TNabtoDevice : public TForm {
   public:
-    // What the driver needs of the main form.
-    class IHost : public TFlashDatalog::IHost, public TDeviceInForce::IHost {
-      public:
-        bool FormOpen() const override = 0;
-        void AddEventLog(const std::string& line) override = 0;
-        virtual void UpdateTimerTimer() = 0; // the values of a cycle are there
-        virtual void StopLog() = 0;
-        virtual void Setup1Click() = 0;
-        virtual bool ShowButtonDevid() const = 0;
-        virtual bool ErrorLogVisible() const = 0;
-        virtual std::int32_t ErrorLogOffset() const = 0; // EEPROM address
-        // Shows the events that these words hold, and the remark below them, if there is one.
-        virtual void EvalErrorlog(const std::string& wordList, const std::string& remark) = 0;
-    };
-
-    TNabtoDevice(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files, const IClock& clock,
-                 const TCurrentInifilesPath& paths, const TExtensions& extensions, TUNabto& nabto,
-                 TModbusPanel& panel, IHost& host);
+    explicit TNabtoDevice(const TDeviceNeeds& needs);
     ~TNabtoDevice() override;
 
     // Reads language texts and configuration. Throws EConvertError for a boolean or an interval that is none;
@@ -100,13 +75,17 @@ class TNabtoDevice : public TForm {
     const std::string& NabtoResultstring() const { return Cycle.NabtoResultstring; }
 
     TEvent<> FOnCycleDone; // a whole cycle stands in NabtoResultstring
-    std::string device;    // 12-digit id, for a remote device with "." and Domain
+    TEvent<> OnSetup;      // the user wants another device
+    // The error log was read: its words, and a remark to be shown below them, if there is one.
+    TEvent<const std::string&, const std::string&> OnErrorlog;
+    std::string device; // 12-digit id, for a remote device with "." and Domain
     std::string name;
     std::string Domain;
     std::string LastUser, LastPW;
     bool enabled = false;
-    bool initialized = false;   // a session stands
-    bool IsLocalDevice = false; // the id is in the list of local devices; set before init
+    bool initialized = false;     // a session stands
+    bool IsLocalDevice = false;   // the id is in the list of local devices; set before init
+    bool ShowButtonDevid = false; // the user chose the device in the setup dialog, and may choose another
     bool EnableContineousUpdate = false;
     bool Enable_debugShowExtendedVersionInfo = false;
 
@@ -130,19 +109,21 @@ class TNabtoDevice : public TForm {
 
     TNotice ErrorLogNotice{"ErrorLogNotice"}; // of the error log that was asked for last
 
+    std::filesystem::path CurrentUpdateSWFile; // the package in force
+    TDeviceUse Use;
+    TReadTexts ReadTexts;
+
+    const TDeviceServices Services; // which the tasks below share
+
     TIdentityPanel Identity;
     TReadBackSnapshot ReadBack;
     TPollCycle Cycle;
-
-    std::filesystem::path CurrentUpdateSWFile; // the package in force
-    TDeviceUse Use;
     TDeviceInForce InForce;
     TUpdateStatus UpdateStatus;
     TUpdateRun UpdateRun;
     TFileUpload Upload;
     TFirmwareUpdate Update;
     TContinuousUpdate ContinuousUpdate;
-    TReadTexts ReadTexts;
     TEepromReader Eeprom;
     TFlashDatalog FlashDatalog;
     TServiceTools ServiceTools;
@@ -163,16 +144,8 @@ class TNabtoDevice : public TForm {
     void CycleDone();
     void ShowProgress();
 
-    IDialogs& Dialogs;
-    IWait& Wait;
-    IFiles& Files;
-    const TCurrentInifilesPath& Paths;
-    const TExtensions& Extensions;
-    TUNabto& Nabto;
-    const TModbusPanel& Panel;
-    IHost& Host;
     TEventLogTexts EventLogTexts;
-    TApiClient* ApiClient = nullptr; // given to init
+    TApiClient* ApiClient; // given to init
     TLinkTexts LinkTexts;
     std::string NoLinkCause; // of the last refusal
     TSessionKeeper SessionKeeper;

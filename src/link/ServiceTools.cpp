@@ -9,6 +9,7 @@
 #include "core/controls/Lists.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IFiles.h"
+#include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
 #include "link/EepromReader.h"
 #include "link/FlashDatalog.h"
@@ -44,7 +45,9 @@ std::uint32_t Asked(const TEdit& edit, const TLabel& label, std::int64_t factor)
 
 } // namespace
 
-TServiceTools::TServiceTools(const TParts& parts) : Parts(parts) {
+TServiceTools::TServiceTools(const TDeviceServices& services, TEepromReader& eeprom,
+                             TFlashDatalog& flashDatalog, TLabel& lblJson)
+    : Services(services), Eeprom(eeprom), FlashDatalog(flashDatalog), LblJson(lblJson) {
     InitControls();
     butGetEepromValues.OnClick = [this] { butGetEepromValuesClick(); };
     BtnReadFlash.OnClick = [this] { BtnReadFlashClick(); };
@@ -76,29 +79,29 @@ void TServiceTools::butGetEepromValuesClick() {
     if (length == 0)
         return;
     const std::uint32_t address = Asked(RErrorlogStart, LabErrorlogStart, 1);
-    const TDeviceUse::THold hold(Parts.Use);
+    const TDeviceUse::THold hold(Services.Use);
     if (!hold)
         return;
-    const TEepromReader::TResult read = Parts.Eeprom.ReadEeprom(address, length);
-    if (Parts.Nabto.Ended())
+    const TEepromReader::TResult read = Eeprom.ReadEeprom(address, length);
+    if (Services.Nabto.Ended())
         return;
     std::vector<std::string> words;
     SplitRow(read.Words, words, false);
-    const bool whole = !Parts.Extensions.ServiceStrict || read.Report.Whole();
+    const bool whole = !Services.Extensions.ServiceStrict || read.Report.Whole();
     if (whole) {
         SaveEepromList(address, std::move(words), true);
-        Parts.Dialogs.ShowMessage("done... download");
+        Services.Dialogs.ShowMessage("done... download");
         return;
     }
-    std::string told = read.Report.Text(Parts.Texts);
+    std::string told = read.Report.Text(Services.ReadTexts);
     try {
         if (!words.empty())
-            told +=
-                "\n" + FillText(Parts.Texts.SavedPart, {SaveEepromList(address, std::move(words), false)});
+            told += "\n" + FillText(Services.ReadTexts.SavedPart,
+                                    {SaveEepromList(address, std::move(words), false)});
     } catch (const EInOutError& error) {
         told += std::string("\n") + error.what();
     }
-    Parts.Dialogs.ShowMessageBox(EMessageKind::Error, told, EButtons::Ok);
+    Services.Dialogs.ShowMessageBox(EMessageKind::Error, told, EButtons::Ok);
 }
 
 std::string TServiceTools::SaveEepromList(std::uint64_t address, std::vector<std::string> words, bool whole) {
@@ -106,55 +109,56 @@ std::string TServiceTools::SaveEepromList(std::uint64_t address, std::vector<std
         word.insert(0, "EENum- " + std::to_string(address) + ";");
         address += wordSize;
     }
-    const auto path = ServiceFilePath(Parts.Files, Parts.Clock, Parts.Paths, "EElist_", Parts.device, whole);
-    Parts.Files.CreateDirectories(path.parent_path());
-    WriteLines(Parts.Files, path, words);
+    const auto path =
+        ServiceFilePath(Services.Files, Services.Clock, Services.Paths, "EElist_", Services.device, whole);
+    Services.Files.CreateDirectories(path.parent_path());
+    WriteLines(Services.Files, path, words);
     return path.filename().string();
 }
 
 void TServiceTools::BtnReadFlashClick() {
     const std::int32_t length = ToIntegerOr(editReadLength.Text(), 0);
     const std::int32_t address = ToIntegerOr(editReadAddress.Text(), defaultAddress);
-    Parts.FlashDatalog.ReadFlash(static_cast<std::uint32_t>(address),
-                                 static_cast<std::uint32_t>(std::max(length, 0)));
+    FlashDatalog.ReadFlash(static_cast<std::uint32_t>(address),
+                           static_cast<std::uint32_t>(std::max(length, 0)));
 }
 
 void TServiceTools::BtnWriteFlashClick() {
-    const TDeviceUse::THold hold(Parts.Use);
+    const TDeviceUse::THold hold(Services.Use);
     if (!hold)
         return;
-    TUNabto& nabto = Parts.Nabto;
+    TUNabto& nabto = Services.Nabto;
     const std::string reply =
-        nabto.SendQuery(Parts.device, "flashWrite.json", TUNabto::FormatRWData(0, writeTestLength));
+        nabto.SendQuery(Services.device, "flashWrite.json", TUNabto::FormatRWData(0, writeTestLength));
     if (nabto.getResponseStatus(reply) != 0) {
-        Parts.LblJson.SetCaption("Unable to change to correct Stream Mode");
+        LblJson.SetCaption("Unable to change to correct Stream Mode");
         return;
     }
-    Parts.LblJson.SetCaption("Status: 0");
-    if (nabto.StartStream(Parts.device)) {
+    LblJson.SetCaption("Status: 0");
+    if (nabto.StartStream(Services.device)) {
         std::array<std::uint8_t, writeTestLength> bytes{};
         std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
-        Parts.LblJson.SetCaption(nabto.WriteStream(bytes, 0) == NABTO_OK ? "Write Success" : "Stream Error");
+        LblJson.SetCaption(nabto.WriteStream(bytes, 0) == NABTO_OK ? "Write Success" : "Stream Error");
     }
     nabto.StopStream();
 }
 
 void TServiceTools::Button1Click() {
-    const TDeviceUse::THold hold(Parts.Use);
+    const TDeviceUse::THold hold(Services.Use);
     if (!hold)
         return;
-    Parts.memoDebug.Add("ST reset send ");
-    Parts.Nabto.SendQuery(Parts.device, "FlashWriteNostream.json",
-                          TUNabto::prepareFlashWriteNostream(resetState, 0, {}));
+    Services.memoDebug.Add("ST reset send ");
+    Services.Nabto.SendQuery(Services.device, "FlashWriteNostream.json",
+                             TUNabto::prepareFlashWriteNostream(resetState, 0, {}));
 }
 
 void TServiceTools::ExtendedSystemVersionClick() {
-    const TDeviceUse::THold hold(Parts.Use);
+    const TDeviceUse::THold hold(Services.Use);
     if (!hold)
         return;
     // Only the device's own diary and the errormessage tell the answer.
-    Parts.Nabto.getResponseStatus(Parts.Nabto.SendQuery(Parts.device, "SystemIdentify.json",
-                                                        TUNabto::prepareSystemIdentify(extendedVersions)));
+    Services.Nabto.getResponseStatus(Services.Nabto.SendQuery(
+        Services.device, "SystemIdentify.json", TUNabto::prepareSystemIdentify(extendedVersions)));
 }
 
 } // namespace tidewell

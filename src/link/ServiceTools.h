@@ -8,38 +8,17 @@
 
 namespace tidewell {
 
-class IClock;
-class IDialogs;
-class IFiles;
-class TDeviceUse;
 class TEepromReader;
 class TFlashDatalog;
-class TMemo;
-class TUNabto;
-struct TCurrentInifilesPath;
-struct TExtensions;
-struct TReadTexts;
+struct TDeviceServices;
 
 // Tools for service work and for the development of device firmware. Their panels are shown by options of the
 // command line; nothing shows BtnWriteFlash and Button1.
 class TServiceTools {
   public:
-    struct TParts {
-        IDialogs& Dialogs;
-        IFiles& Files;
-        const IClock& Clock;
-        const TCurrentInifilesPath& Paths;
-        TUNabto& Nabto;
-        TDeviceUse& Use;
-        TEepromReader& Eeprom;
-        TFlashDatalog& FlashDatalog;
-        TMemo& memoDebug;
-        TLabel& LblJson;
-        const std::string& device;
-        const TExtensions& Extensions;
-        const TReadTexts& Texts;
-    };
-    explicit TServiceTools(const TParts& parts);
+    // LblJson tells what came of BtnWriteFlash.
+    TServiceTools(const TDeviceServices& services, TEepromReader& eeprom, TFlashDatalog& flashDatalog,
+                  TLabel& lblJson);
     TServiceTools(const TServiceTools&) = delete;
     TServiceTools& operator=(const TServiceTools&) = delete;
 
@@ -75,7 +54,10 @@ class TServiceTools {
     // The words from that address on; the file's name.
     std::string SaveEepromList(std::uint64_t address, std::vector<std::string> words, bool whole);
 
-    const TParts Parts;
+    const TDeviceServices& Services;
+    TEepromReader& Eeprom;
+    TFlashDatalog& FlashDatalog;
+    TLabel& LblJson;
 };
 
 } // namespace tidewell

@@ -1,5 +1,8 @@
 #include "link/SessionKeeper.h"
 
+#include "core/ProgramState.h"
+#include "core/controls/Lists.h"
+#include "link/DeviceServices.h"
 #include "link/Nabto.h"
 
 #include <utility>
@@ -13,54 +16,55 @@ constexpr int again = 10000;
 
 } // namespace
 
-TSessionKeeper::TSessionKeeper(TParts parts)
-    : Parts(std::move(parts)), timerReopen(Parts.Timers.CreateTimer()) {
+TSessionKeeper::TSessionKeeper(const TDeviceServices& services, const TLinkTexts& texts)
+    : Services(services), Texts(texts), timerReopen(services.Timers.CreateTimer()) {
     timerReopen->SetHandler([this] { timerReopenTimer(); });
 }
 
 TSessionKeeper::~TSessionKeeper() {
-    Parts.Nabto.OnSessionGone = nullptr;
+    Services.Nabto.OnSessionGone = nullptr;
 }
 
 void TSessionKeeper::Keep(const TCredentials& credentials) {
     Credentials = credentials;
     timerReopen->SetEnabled(false);
-    Parts.Nabto.OnSessionGone = [this](TNabtoStatus status) { SessionGone(status); };
+    Services.Nabto.OnSessionGone = [this](TNabtoStatus status) { SessionGone(status); };
 }
 
 void TSessionKeeper::SessionGone(TNabtoStatus status) {
     GoneAgain = true;
-    if (timerReopen->Enabled() || !Parts.FormOpen())
+    if (timerReopen->Enabled() || !Services.Program.IsOpen())
         return;
     Told = false;
-    Parts.Tell(Parts.Texts.SessionLost + ": " + Parts.Nabto.StatusText(status));
+    Services.MemoEventLog.Add(Texts.SessionLost + ": " + Services.Nabto.StatusText(status));
     timerReopen->SetInterval(atOnce);
     timerReopen->SetEnabled(true);
 }
 
 void TSessionKeeper::timerReopenTimer() {
     timerReopen->SetEnabled(false);
-    if (!Parts.FormOpen())
+    if (!Services.Program.IsOpen())
         return;
     timerReopen->SetInterval(again); // until it stands
     timerReopen->SetEnabled(true);
-    TNabtoStatus status = Parts.Nabto.Reopen(Credentials.Username, Credentials.Password);
-    const std::string device = Parts.Device;
+    TNabtoStatus status = Services.Nabto.Reopen(Credentials.Username, Credentials.Password);
+    const std::string device = Services.device;
     bool answered = false;
     if (status == NABTO_OK) {
         GoneAgain = false;
-        answered = Parts.Nabto.ping(device);
+        answered = Services.Nabto.ping(device);
         if (GoneAgain)
             status = NABTO_INVALID_SESSION;
     }
     if (status != NABTO_OK) {
         if (!std::exchange(Told, true))
-            Parts.Tell(Parts.Texts.SessionNotBack + ": " + Parts.Nabto.StatusText(status));
+            Services.MemoEventLog.Add(Texts.SessionNotBack + ": " + Services.Nabto.StatusText(status));
         return;
     }
     timerReopen->SetEnabled(false);
-    if (Parts.FormOpen())
-        Parts.Tell(Parts.Texts.SessionBack + (answered ? "" : ": " + Parts.Texts.NoAnswer + ", " + device));
+    if (Services.Program.IsOpen())
+        Services.MemoEventLog.Add(Texts.SessionBack +
+                                  (answered ? "" : ": " + Texts.NoAnswer + ", " + device));
 }
 
 } // namespace tidewell

@@ -5,13 +5,12 @@
 #include "core/ports/ITimers.h"
 #include "link/NabtoClientApi.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 
 namespace tidewell {
 
-class TUNabto;
+struct TDeviceServices;
 
 // Lines of the event log about the link.
 struct TLinkTexts : TOwnTexts {
@@ -34,16 +33,7 @@ struct TLinkTexts : TOwnTexts {
 // pings the device once. While it cannot be opened it is tried again from time to time.
 class TSessionKeeper {
   public:
-    struct TParts {
-        ITimers& Timers;
-        TUNabto& Nabto;
-        const TLinkTexts& Texts;
-        const std::string& Device; // in force
-        std::function<bool()> FormOpen;
-        std::function<void(const std::string&)> Tell; // takes lines of the event log
-    };
-
-    explicit TSessionKeeper(TParts parts);
+    TSessionKeeper(const TDeviceServices& services, const TLinkTexts& texts);
     ~TSessionKeeper();
     TSessionKeeper(const TSessionKeeper&) = delete;
     TSessionKeeper& operator=(const TSessionKeeper&) = delete;
@@ -55,7 +45,8 @@ class TSessionKeeper {
     void SessionGone(TNabtoStatus status);
     void timerReopenTimer();
 
-    TParts Parts;
+    const TDeviceServices& Services;
+    const TLinkTexts& Texts;
     TCredentials Credentials;
     std::unique_ptr<ITimer> timerReopen; // enabled from the loss on until the session stands again
     bool Told = false;                   // that it cannot be opened

@@ -10,8 +10,7 @@
 
 namespace tidewell {
 
-TSetupForm::TSetupForm(IDialogs& dialogs, TUNabto& nabto, TNabtoDevice& device, IHost& host)
-    : TForm("SetupForm"), Dialogs(dialogs), Nabto(nabto), Device(device), Host(host) {
+TSetupForm::TSetupForm(const TNeeds& needs) : TForm("SetupForm"), Needs(needs) {
     PageControl1.Pages = {TabSheet};
     ListBoxLocalDevices.SetVisible(false);
     butping.SetVisible(false);
@@ -22,7 +21,7 @@ TSetupForm::TSetupForm(IDialogs& dialogs, TUNabto& nabto, TNabtoDevice& device, 
     ButDeviceSearch.OnClick = [this] { ButDeviceSearchClick(); };
     butping.OnClick = [this] { butpingClick(); };
     ListBoxLocalDevices.OnClick = [this] { ListBoxLocalDevicesClick(); };
-    Device.Use.AddControls(
+    Needs.Device.Use.AddControls(
         {&ButCommOk, &butping}); // an update of the continuous test can begin below the dialog
 }
 
@@ -45,10 +44,10 @@ void TSetupForm::FormInit() {
 }
 
 void TSetupForm::GetLocalDevices() {
-    const TWaitCursor busy(Dialogs);
+    const TWaitCursor busy(Needs.Dialogs);
     ListBoxLocalDevices.Clear();
     std::vector<std::string> rows;
-    for (const std::string& device : Nabto.GetLocal())
+    for (const std::string& device : Needs.Nabto.GetLocal())
         rows.push_back(DeviceIdOf(device));
     ListBoxLocalDevices.SetItems(std::move(rows));
     ListBoxLocalDevices.SetVisible(true);
@@ -62,23 +61,24 @@ bool TSetupForm::IsLocalDevice(const std::string& deviceID) const {
 }
 
 std::string TSetupForm::RemoveDoinInfo(const std::string& s) const {
-    return Device.Domain.empty() ? std::string() : DeviceIdOf(s);
+    return Needs.Device.Domain.empty() ? std::string() : DeviceIdOf(s);
 }
 
 void TSetupForm::ShowInitFailure(int result, const std::string& otherwise) {
-    Dialogs.ShowMessageBox(EMessageKind::Warning, InitFailureText(result, txtRemote.Text(), otherwise),
-                           EButtons::Ok);
+    Needs.Dialogs.ShowMessageBox(EMessageKind::Warning, InitFailureText(result, txtRemote.Text(), otherwise),
+                                 EButtons::Ok);
 }
 
 int TSetupForm::OpenLink(const std::string& device) {
-    const TWaitCursor busy(Dialogs);
-    Device.IsLocalDevice = IsLocalDevice(device.empty() ? Device.device : device); // which init keeps
-    return Device.init(device, Host.ApiClient());
+    const TWaitCursor busy(Needs.Dialogs);
+    Needs.Device.IsLocalDevice =
+        IsLocalDevice(device.empty() ? Needs.Device.device : device); // which init keeps
+    return Needs.Device.init(device, Needs.ApiClient);
 }
 
 void TSetupForm::ButCommOkClick() {
     const std::string typed = txtRemote.Text();
-    const std::string domain = Device.Domain;
+    const std::string domain = Needs.Device.Domain;
     if (!typed.empty() && !domain.empty() && LowerCase(typed).find(LowerCase(domain)) == std::string::npos)
         txtRemote.SetText(typed + "." + domain);
     const std::string device = txtRemote.Text();
@@ -87,12 +87,12 @@ void TSetupForm::ButCommOkClick() {
         ShowInitFailure(result, "An error occurred when initializing communication to the device.");
         return;
     }
-    Host.SetDeviceId(device);
+    Needs.Device.InForce.LinkedTo(device);
     SetModalResult(EModalResult::Ok);
     Close();
-    Host.TestProfileNabto();
-    Device.LblNabto.SetCaption("ID : " + device); // the text may be another by now
-    Host.RepaintStatusBar();
+    OnLinked();
+    Needs.Device.LblNabto.SetCaption("ID : " + device); // the text may be another by now
+    Needs.StatusBar.Repaint();
 }
 
 void TSetupForm::ButCommCancelClick() {
@@ -107,8 +107,8 @@ void TSetupForm::butpingClick() {
     const std::string device = txtRemote.Text();
     const int result = OpenLink(device);
     if (result == 0) {
-        const TWaitCursor busy(Dialogs); // a message box lifts it
-        Device.btnPing.OnClick();
+        const TWaitCursor busy(Needs.Dialogs); // a message box lifts it
+        Needs.Device.btnPing.OnClick();
     } else {
         ShowInitFailure(result, "An error occurred when trying to initialize the nabto connection.");
     }

@@ -16,19 +16,16 @@ namespace tidewell {
 // until a link stands or the user gives up.
 class TSetupForm : public TForm {
   public:
-    // What the dialog needs of the main form.
-    class IHost {
-      public:
-        virtual ~IHost() = default;
-        virtual TApiClient& ApiClient() = 0;
-        // The id or address that the link was made with, for the next start of the log; empty for the
-        // driver's own device.
-        virtual void SetDeviceId(const std::string& device) = 0;
-        virtual void TestProfileNabto() = 0;
-        virtual void RepaintStatusBar() = 0;
+    struct TNeeds {
+        IDialogs& Dialogs;
+        TApiClient& ApiClient;
+        TUNabto& Nabto;
+        TNabtoDevice& Device;
+        TStatusBar& StatusBar; // of the main form
     };
+    explicit TSetupForm(const TNeeds& needs);
 
-    TSetupForm(IDialogs& dialogs, TUNabto& nabto, TNabtoDevice& device, IHost& host);
+    TEvent<> OnLinked; // a link stands, and the dialog is closed
 
     TPageControl PageControl1{"PageControl1"};
     TTabSheet TabSheet{"TabSheet", "Communication"};
@@ -59,10 +56,7 @@ class TSetupForm : public TForm {
     int OpenLink(const std::string& device); // result of the driver's init
     void ShowInitFailure(int result, const std::string& otherwise);
 
-    IDialogs& Dialogs;
-    TUNabto& Nabto;
-    TNabtoDevice& Device;
-    IHost& Host;
+    const TNeeds Needs;
 };
 
 } // namespace tidewell

@@ -3,15 +3,12 @@
 #include "core/Errors.h"
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
 namespace tidewell {
 
-class IWait;
-class TUNabto;
 class TUpdateStatus;
-struct TExtensions;
+struct TDeviceServices;
 
 // Ends an update from any depth; its text is the last line of the log.
 class EUpdateEnded : public TError {
@@ -30,11 +27,8 @@ class EProgramClosed : public EUpdateEnded {
 // loop of an update.
 class TUpdateRun {
   public:
-    // programOpen: false once the program is closed. device: its address, read at each request.
-    TUpdateRun(IWait& wait, TUNabto& nabto, TUpdateStatus& status, const std::string& device,
-               std::function<bool()> programOpen, const TExtensions& extensions);
+    TUpdateRun(const TDeviceServices& services, TUpdateStatus& status) : Services(services), Screen(status) {}
 
-    bool ProgramOpen() const { return IsOpen(); }
     void Stop() { IsStopped = true; } // of the run under way
     void Reset() { IsStopped = false; }
     bool Stopped() const { return IsStopped; }
@@ -47,12 +41,8 @@ class TUpdateRun {
 
   private:
     void Ask(); // before each exchange
-    IWait& Wait;
-    TUNabto& Nabto;
+    const TDeviceServices& Services;
     TUpdateStatus& Screen;
-    const std::string& Device;
-    std::function<bool()> IsOpen;
-    const TExtensions& Extensions;
     bool IsStopped = false;
 };
 

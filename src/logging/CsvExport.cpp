@@ -2,6 +2,7 @@
 
 #include "core/ChosenFile.h"
 #include "core/Errors.h"
+#include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/WaitCursor.h"
 #include "core/controls/Lists.h"
@@ -80,7 +81,7 @@ void TCsvExport::TakeTexts(const TIniFile& language) {
 }
 
 void TCsvExport::Exportdatatocsv1Click() {
-    Parts.Host.StopLog();
+    Parts.Log.StopLog();
     try {
         Export();
     } catch (const TError& error) {

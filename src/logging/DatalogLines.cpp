@@ -11,7 +11,6 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::string_view headerMark = ";[HeaderStart]";
 constexpr std::size_t keptHeader = 1024;
 
 } // namespace
@@ -97,7 +96,7 @@ TDatalogLines::TDatalogLines(const IFiles& files, std::vector<std::filesystem::p
             ++rows;
             // Few lines hold a "[" at all.
             marked = std::memchr(line.data(), '[', line.size()) != nullptr &&
-                     line.find(headerMark) != std::string_view::npos;
+                     line.find(HeaderMark) != std::string_view::npos;
             if (marked)
                 last = line.substr(0, keptHeader);
         }

@@ -35,8 +35,10 @@ class TDatalogLineReader {
     bool InLongLine = false;
 };
 
-// The lines of datalog files, one file behind the other, read block by block. A last line with
-// ";[HeaderStart]" is no row. CR LF, LF and CR all end a line, and a last line needs no end.
+inline constexpr std::string_view HeaderMark = ";[HeaderStart]";
+
+// The lines of datalog files, one file behind the other, read block by block. A last line with the mark is no
+// row. CR LF, LF and CR all end a line, and a last line needs no end.
 class TDatalogLines : public IDataLines {
   public:
     // Counts the lines. Throws EInOutError for a file that cannot be read, EListError when the first files

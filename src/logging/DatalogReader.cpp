@@ -1,6 +1,8 @@
 #include "logging/DatalogReader.h"
 
+#include "core/LogControl.h"
 #include "core/OpenDialogFilters.h"
+#include "core/ProgramState.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "graph/GraphPage.h"
@@ -33,7 +35,7 @@ bool WaitForPaint(const TDatalogParts& parts, std::size_t rows) {
     parts.Wait.ProcessMessages();
     parts.Wait.Sleep(afterNames);
     parts.FileProgressBar.SetMax(static_cast<int>(rows));
-    return parts.Host.FormOpen();
+    return parts.Program.IsOpen();
 }
 
 void TDatalogReader::TakeTexts(const TIniFile& language) {
@@ -51,13 +53,13 @@ void TDatalogReader::OpenDatalogfile1Click() {
     dialog.SelectedFilter = OpenDialogCsvFilter;
     dialog.FileMustExist = true;
     const auto paths = Parts.Dialogs.OpenFiles(dialog);
-    if (!Parts.Host.FormOpen())
+    if (!Parts.Program.IsOpen())
         return;
     if (paths.empty()) {
         Parts.FileProgressBar.SetVisible(false);
         return;
     }
-    Parts.Host.StopLog();
+    Parts.Log.StopLog();
     Parts.GraphPage.ClearGraphPage();
     Parts.GraphPage.DatalogFileOpen = true;
     TDatalogLines lines(Parts.Files, paths);

@@ -13,23 +13,17 @@
 
 namespace tidewell {
 
+class ILogControl;
+class IProgramState;
 class TGraphPage;
 class TMemo;
 class TProfile;
 class TProgressBar;
 
-// What opens datalogs asks of the main form.
-class IDatalogHost {
-  public:
-    virtual ~IDatalogHost() = default;
-    virtual void StopLog() = 0;
-    virtual void OpenProfile(const std::filesystem::path& path) = 0;
-    virtual bool FormOpen() const = 0; // false once the main form is closed
-};
-
 // What the datalog readers and the export work on. All outlive them.
 struct TDatalogParts {
-    IDatalogHost& Host;
+    ILogControl& Log;
+    const IProgramState& Program;
     IDialogs& Dialogs;
     IFiles& Files;
     IWait& Wait;

@@ -3,7 +3,6 @@
 #include "core/BlockWriter.h"
 #include "graph/TextColumn.h"
 #include "logging/LogBuffers.h"
-#include "model/ModbusPanel.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -36,14 +35,6 @@ void WriteRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row,
 }
 
 } // namespace
-
-std::string DatalogHeader(const TModbusPanel& panel, const std::filesystem::path& currentprofilefile) {
-    std::string header = ";[HeaderStart]";
-    for (const TMDevice& device : panel.DeviceList)
-        for (const std::string& question : device.ReadList)
-            header += question;
-    return header + currentprofilefile.string() + "[HeaderEnd]";
-}
 
 void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatalogRows& rows,
                   std::string_view header) {

@@ -9,12 +9,8 @@
 
 namespace tidewell {
 
-class TModbusPanel;
 class TRawLog;
 class TTextColumn;
-
-// The header line of a datalog, without line end: the read questions of all devices, then the profile's path.
-std::string DatalogHeader(const TModbusPanel& panel, const std::filesystem::path& currentprofilefile);
 
 // The rows of a datalog file, as views of the log.
 struct TDatalogRows {

@@ -5,6 +5,8 @@
 #include "core/Guard.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
+#include "core/ProgramState.h"
+#include "core/controls/StatusBar.h"
 #include "logging/DatalogWriter.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
@@ -60,6 +62,13 @@ void TLiveLog::SetCycleResult(const std::string& nabtoResultstring) {
     UpdateTimerCallBackEvents.str_ModbusEthernet = nabtoResultstring;
 }
 
+std::string TLiveLog::CurrentDataString() const {
+    std::string data;
+    for (const std::string_view text : UpdateTimerCallBackEvents.Strings())
+        data += text;
+    return data;
+}
+
 void TLiveLog::CycleWithoutValues() {
     if (std::exchange(NoValuesTold, true))
         return;
@@ -112,7 +121,7 @@ std::exception_ptr TLiveLog::LogRow(const std::array<std::string_view, 7>& strin
         }
     };
     show([&] { page.ExtendGraph(Line); });
-    show([&] { Parts.Host.ApplyDataLine(Line); });
+    show([&] { OnDataLine(Line); });
 
     const std::int64_t every = UpdateTimerCallBackEvents.DatalogCount;
     if (every == 0)
@@ -137,12 +146,11 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     if (Parts.Opening.Taken())
         return;                           // the rows that it would clear or go on are being read
     TimerLogAutostart->SetEnabled(false); // this start is the one
-    if (Parts.Host.NabtoEnabled() && Parts.Host.InitLink() != 0)
+    if (!Parts.Polling.Link())
         return;
     if (!Parts.Profile.MayLog()) {
         Parts.Dialogs.ShowMessageBox(EMessageKind::Information, "Profile NOT loaded...", EButtons::Ok);
-        Parts.Host.ShowSetpointPage();
-        Parts.Host.Setup1Click();
+        OnNoProfile();
         return;
     }
     bool keep = false;
@@ -152,7 +160,7 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
         // A log that cannot be saved goes on, so that its rows are not lost.
         keep = answer != EModalResult::Yes || !RunGuarded(Parts.Dialogs, [this] { SavePartialFile(); });
     }
-    if (!Parts.Host.FormOpen())
+    if (!Parts.Program.IsOpen())
         return; // closed while it was asked
     if (questionEnable ? !keep : clearData) {
         Parts.GraphPage.ClearGraphPage();
@@ -160,9 +168,9 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
         Parts.Buffers.DatalogCount = 0;
     }
     LogNotice.Clear();
-    Parts.Host.RepaintStatusBar();
+    Parts.StatusBar.Repaint();
     ForgetNoValues();
-    Parts.Host.StartPolling();
+    Parts.Polling.Start();
     Parts.TrafficButton.SetColor(RunningColor);
     Parts.TrafficButton.SetCaption(TrafficButtonON);
     if (clearData) {
@@ -170,7 +178,7 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
         DatalogOn = true;
         Parts.GraphPage.CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
     }
-    if (!Parts.Host.Polls())
+    if (!Parts.Polling.Running())
         Tell(Texts.NoSession);
 }
 
@@ -180,7 +188,7 @@ void TLiveLog::StopLog() {
     Parts.Panel.WannaClose = true;
     Parts.TrafficButton.SetColor(StoppedColor);
     Parts.TrafficButton.SetCaption(TrafficButtonOFF);
-    Parts.Host.StopPolling();
+    Parts.Polling.Stop();
     ForgetNoValues();
     ReportTraffic(MessageLoggingStop);
     DatalogOn = false;
@@ -194,7 +202,7 @@ void TLiveLog::TrafficButtonClick() {
         cursor.SetVisible(true);
     } else {
         StartLog(true, true);
-        Parts.Host.RepaintStatusBar();
+        Parts.StatusBar.Repaint();
         cursor.SetVisible(false);
     }
 }

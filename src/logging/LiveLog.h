@@ -2,6 +2,7 @@
 
 #include "core/Extensions.h"
 #include "core/LanguageTexts.h"
+#include "core/LogControl.h"
 #include "core/Paths.h"
 #include "core/controls/ExclusiveUse.h"
 #include "core/controls/Lists.h"
@@ -26,8 +27,10 @@
 
 namespace tidewell {
 
+class IProgramState;
 class TModbusPanel;
 class TProfile;
+class TStatusBar;
 
 // The seven strings, joined in order, are the values of a cycle; only str_ModbusEthernet is ever filled.
 struct TUpdateTimerCallBackEvents {
@@ -57,28 +60,23 @@ struct TLiveLogTexts : TOwnTexts {
 
 // Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
 // memory until ClearGraphPage.
-class TLiveLog {
+class TLiveLog : public ILogControl {
   public:
-    // What the live log asks of the main form.
-    class IHost {
+    // The poll cycle that the rows come from, which lies beside the live log.
+    class IPolling {
       public:
-        virtual ~IHost() = default;
-        virtual bool NabtoEnabled() = 0;     // TNabtoDevice.isEnabled
-        virtual int InitLink() = 0;          // TNabtoDevice.init with the current id; 0: the link stands
-        virtual void StartPolling() = 0;     // TNabtoDevice.startLog
-        virtual void StopPolling() = 0;      // TNabtoDevice.stopLog
-        virtual bool Polls() = 0;            // questions are asked
-        virtual void ShowSetpointPage() = 0; // makes TabSetpoint visible and enables WindowSetpoint1
-        virtual void Setup1Click() = 0;
-        virtual void RepaintStatusBar() = 0;
-        virtual bool FormOpen() = 0; // false once the main form is closed
-        // Shows the line's values in the grid, if SetpointListReady.
-        virtual void ApplyDataLine(const std::string& line) = 0;
+        virtual ~IPolling() = default;
+        virtual bool
+        Link() = 0; // to the device in force, unless the link is switched off; false: there is none
+        virtual void Start() = 0;
+        virtual void Stop() = 0;
+        virtual bool Running() const = 0; // questions are asked
     };
 
     // All references outlive the live log.
     struct TParts {
-        IHost& Host;
+        IPolling& Polling;
+        const IProgramState& Program;
         IDialogs& Dialogs;
         const IClock& Clock;
         IFiles& Files;
@@ -88,6 +86,7 @@ class TLiveLog {
         TGraphPage& GraphPage;
         TLogBuffers& Buffers;
         TButton& TrafficButton;
+        TStatusBar& StatusBar; // of the main form
         TMemo& MemoEventLog;
         const TCurrentInifilesPath& Paths;
         const TExtensions& Extensions;
@@ -108,12 +107,11 @@ class TLiveLog {
     void UpdateTimerTimer();
     // A cycle has ended without a value; told once per start.
     void CycleWithoutValues();
-    // With QuestionEnable asks whether to clear the old log, which is saved to a partial file first; if that
-    // fails, the log goes on. ClearData also says whether the start is reported.
-    void StartLog(bool questionEnable, bool clearData);
+    // The old log is saved to a partial file before it is cleared; if that fails, the log goes on.
+    void StartLog(bool questionEnable, bool clearData) override;
     // The driver asks no more questions: the log counts as stopped, and says why.
     void PollingFailed(const std::string& reason);
-    void StopLog();
+    void StopLog() override;
     void TrafficButtonClick();
     void TimerLogAutostartTimer();
     // Makes the last level of the path's directory if it is missing. Throws EInOutError; an old file then
@@ -122,6 +120,11 @@ class TLiveLog {
     std::string CreateDatalogHeader() const;
     void SaveUserDatalog1Click();
 
+    // The values of the last cycle, joined; may be empty.
+    std::string CurrentDataString() const;
+
+    TEvent<const std::string&> OnDataLine;         // a row of the log, for the grid
+    TEvent<> OnNoProfile;                          // nothing can be logged before a profile is chosen
     std::string TrafficButtonON, TrafficButtonOFF; // captions
     TLiveLogTexts Texts;
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;

@@ -3,8 +3,10 @@
 #include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
+#include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/OpenDialogFilters.h"
+#include "core/ProgramState.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "graph/GraphPage.h"
@@ -29,7 +31,6 @@ constexpr std::size_t magicLine = 361;
 constexpr std::size_t values = 16;
 constexpr std::array<std::string_view, 2> magics{"QX410_SD_datalog_by_Korvanium_A/S",
                                                  "SD_datalog_by_Korvanium_A/S"};
-constexpr std::string_view headerMark = ";[HeaderStart]";
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t manyRows = 10000;
 constexpr std::size_t truncation = 10; // every tenth row is kept
@@ -113,7 +114,7 @@ void TSdDatalogReader::Convert(const std::filesystem::path& path, std::vector<st
     } catch (const EConvertError& error) {
         throw EConvertError(path.string() + ", line " + std::to_string(line + 1) + ": " + error.what());
     }
-    rows.emplace_back(headerMark);
+    rows.emplace_back(HeaderMark);
 }
 
 void TSdDatalogReader::TellRefused(const std::string& what) {
@@ -128,10 +129,10 @@ bool TSdDatalogReader::ChooseProfile() {
     dialog.SelectedFilter = OpenDialogSdProfileFilter;
     dialog.FileMustExist = true;
     if (const auto path = Parts.Dialogs.OpenFile(dialog))
-        Parts.Host.OpenProfile(*path);
+        OnOpenProfile(*path);
     Parts.GraphPage.GraphInit(true);
     Parts.GraphPage.ClearGraphPage();
-    return Parts.Profile.ProfileLoaded && Parts.Host.FormOpen();
+    return Parts.Profile.ProfileLoaded && Parts.Program.IsOpen();
 }
 
 std::vector<std::filesystem::path> TSdDatalogReader::ChooseFiles() {
@@ -158,17 +159,17 @@ void TSdDatalogReader::Open_sd_datalogClick() {
         return;
     if (Parts.Dialogs.ShowMessageBox(EMessageKind::Information, MessageStopLog, EButtons::OkCancel) !=
             EModalResult::Ok ||
-        !Parts.Host.FormOpen())
+        !Parts.Program.IsOpen())
         return;
     Parts.Profile.ProfileLoaded = false;
-    Parts.Host.StopLog();
+    Parts.Log.StopLog();
     if (!ChooseProfile())
         return;
     const auto paths = ChooseFiles();
-    if (!Parts.Host.FormOpen())
+    if (!Parts.Program.IsOpen())
         return;
     if (!paths.empty()) {
-        Parts.Host.StopLog();
+        Parts.Log.StopLog();
         Parts.GraphPage.ClearGraphPage();
         Parts.GraphPage.DatalogFileOpen = true;
         std::vector<std::string> rows;
@@ -182,7 +183,7 @@ void TSdDatalogReader::Open_sd_datalogClick() {
             }
             if (rows.empty())
                 throw EListError(-1);
-            if (rows.back().find(headerMark) != std::string::npos) {
+            if (rows.back().find(HeaderMark) != std::string::npos) {
                 headers = true;
                 rows.pop_back();
             }

@@ -21,6 +21,8 @@ class TSdDatalogReader {
 
     void TakeTexts(const TIniFile& language);
 
+    TEvent<const std::filesystem::path&> OnOpenProfile; // the chosen files are drawn by that one
+
   private:
     bool ChooseProfile();
     std::vector<std::filesystem::path> ChooseFiles();

@@ -1,6 +1,7 @@
 #include "mainform/ContextHelp.h"
 
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 
 namespace tidewell {
 
@@ -16,7 +17,11 @@ int TContextHelp::CurrentPage() const {
     return 1;
 }
 
-void TContextHelp::Show(const std::string& errorMissingAdobe) {
+void TContextHelp::TakeTexts(const TIniFile& language) {
+    ReadTexts(language, "HeadAppl", {{ErrorMissingAdobe, "ErrorMissingAdobe"}});
+}
+
+void TContextHelp::Show() {
     if (!HelpfileDoc.Fileexist)
         return;
     const std::string page = std::to_string(CurrentPage());
@@ -27,7 +32,7 @@ void TContextHelp::Show(const std::string& errorMissingAdobe) {
     if (FileIsLocked(Files, HelpfileDoc.DocAndPath))
         Process.CloseWindow(HelpfileDoc.Doc + " - Adobe Reader");
     if (!Process.Start(HelpfileDoc.PDFReaderPrg, {"/A", "Page=" + page + "&zoom=100", document}))
-        Dialogs.ShowMessage(errorMissingAdobe);
+        Dialogs.ShowMessage(ErrorMissingAdobe);
 }
 
 } // namespace tidewell

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/HelpfileDoc.h"
+#include "core/IniFile.h"
 #include "core/controls/Lists.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IFiles.h"
@@ -16,8 +17,9 @@ class TContextHelp {
 
     THelpfileDoc HelpfileDoc;
 
-    // Opens the page of the selected row. errorMissingAdobe is shown when the reader cannot be started.
-    void Show(const std::string& errorMissingAdobe);
+    void TakeTexts(const TIniFile& language);
+    // Opens the page of the selected row.
+    void Show();
 
   private:
     int CurrentPage() const;
@@ -26,6 +28,7 @@ class TContextHelp {
     const IFiles& Files;
     IProcess& Process;
     TMemo& MemoEventLog;
+    std::string ErrorMissingAdobe; // the reader cannot be started
 };
 
 } // namespace tidewell

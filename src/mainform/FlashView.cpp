@@ -42,9 +42,9 @@ void TFlashView::Show(const std::filesystem::path& profile, const std::filesyste
         Restore(before);
         throw;
     }
-    Parts.Controls.TheTab.SetActivePage(Parts.Controls.TabGraph);
-    Parts.Controls.TabSetpoint.SetVisible(false);
-    Parts.Controls.WindowSetpoint1.SetEnabled(false);
+    Parts.Main.TheTab.SetActivePage(Parts.Main.TabGraph);
+    Parts.Main.TabSetpoint.SetVisible(false);
+    Parts.Main.WindowSetpoint1.SetEnabled(false);
     Parts.Profile.ProfileLoaded = false;
 }
 
@@ -56,7 +56,7 @@ void TFlashView::Draw(IDataLines& lines) {
 }
 
 TFlashView::TBefore TFlashView::Before() const {
-    return {Parts.Profile, Parts.GraphPage.ChannelSettings(), Parts.Controls.Caption(),
+    return {Parts.Profile, Parts.GraphPage.ChannelSettings(), Parts.Main.Caption(),
             Parts.Panel.GlobalPlsFilePath};
 }
 
@@ -64,9 +64,9 @@ TFlashView::TBefore TFlashView::Before() const {
 void TFlashView::Restore(const TBefore& before) {
     static_cast<TProfileGraph&>(Parts.Profile) = before.Profile;
     Parts.Panel.SetMpanelPLSpath(before.PlsFilePath);
-    Parts.Controls.SetCaption(before.Caption);
+    Parts.Main.SetCaption(before.Caption);
     if (before.Profile.ProfileLoaded)
-        Parts.Controls.MemoEventLog.Add(before.Profile.currentprofilefile.string() + " opened");
+        Parts.Main.MemoEventLog.Add(before.Profile.currentprofilefile.string() + " opened");
     Parts.ProfileOpening.TellFault();
     RunGuarded(Ports.Dialogs, [this] { Parts.GraphPage.GraphInit(true); });
     Parts.GraphPage.ApplySettings(before.Channels);

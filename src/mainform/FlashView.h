@@ -2,7 +2,7 @@
 
 #include "graph/GraphPage.h"
 #include "link/NabtoDevice.h"
-#include "mainform/FormMainControls.h"
+#include "mainform/FormMain.h"
 #include "mainform/Ports.h"
 #include "mainform/ProfileOpening.h"
 #include "model/ModbusPanel.h"
@@ -18,7 +18,7 @@ namespace tidewell {
 class TFlashView {
   public:
     struct TParts {
-        TFormMainControls& Controls;
+        TFormMain& Main;
         TModbusPanel& Panel;
         TProfile& Profile;
         TProfileOpening& ProfileOpening;

@@ -1,170 +1,104 @@
 #pragma once
 
-#include "core/Configuration.h"
-#include "core/Extensions.h"
+#include "core/ProgramState.h"
 #include "core/controls/ControlLock.h"
+#include "core/controls/Form.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Menu.h"
 #include "core/controls/Notice.h"
-#include "errorlog/ErrorLog.h"
-#include "graph/GraphPage.h"
-#include "link/Nabto.h"
-#include "link/NabtoDevice.h"
-#include "link/SetupForm.h"
-#include "logging/CsvExport.h"
-#include "logging/DatalogReader.h"
-#include "logging/LiveLog.h"
-#include "logging/LogBuffers.h"
-#include "logging/SdDatalogReader.h"
-#include "mainform/CommandLine.h"
-#include "mainform/ContextHelp.h"
-#include "mainform/FlashView.h"
-#include "mainform/FormMainControls.h"
-#include "mainform/FormMainHosts.h"
-#include "mainform/Languagedialog.h"
-#include "mainform/LinkedDevice.h"
-#include "mainform/Ports.h"
-#include "mainform/ProfileOpening.h"
-#include "mainform/SignIn.h"
-#include "model/ModbusPanel.h"
-#include "model/Profile.h"
-#include "setpoints/InputDialog.h"
-#include "setpoints/LoadSetpoints.h"
-#include "setpoints/ReadBack.h"
-#include "setpoints/SetpointFiles.h"
-#include "setpoints/SetpointPage.h"
-#include "setpoints/SetpointTexts.h"
+#include "core/controls/Pages.h"
+#include "core/controls/StatusBar.h"
+#include "core/ports/IApplication.h"
 
-#include <functional>
-#include <memory>
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace tidewell {
 
-// The main form: owner of the open profile, the log, the graph and the cloud client, and the one that passes
-// between them. What each of them does is told by its own class.
-class TFormMain : public TFormMainControls {
+class TIniFile;
+class TReadBack;
+class TUpdateStatus;
+
+// What lies on the main form. The tree, the grid and the two category panels belong to the setpoint page;
+// LblNabto, LedNabto and lblConnectedUser belong to the driver and are shown in panels 0 and 1 of the status
+// bar.
+class TFormMain : public TForm, public IProgramState {
   public:
-    // The other forms; they may be made after this one.
-    struct TForms {
-        TNabtoDevice& NabtoDevice;
-        TNabtoLogOn& NabtoLogOn;
-        Tlanguagedialog& languagedialog;
-        TSetupForm& SetupForm;
-        TInputDialog& InputDialog;
-        TLoadSetpoints& LoadSetpoints;
-    };
+    explicit TFormMain(const IApplication& application);
 
-    TFormMain(const TPorts& ports, TStartOptions& options, TCurrentInifilesPath& paths,
-              const TExtensions& extensions, TUNabto& nabto, const TForms& forms);
-
-    // First stage of the start. Throws EConvertError for a key of the system file that is no boolean.
-    void FormCreate(const TIniFile& language);
-    // Second stage, 200 ms after the message loop has started.
-    void InitTimerTimer();
-    void DoPortScanMode();
-
-    void StartLog(bool questionEnable, bool clearData) { LiveLog.StartLog(questionEnable, clearData); }
-    void StopLog() { LiveLog.StopLog(); }
-    void UpdateTimerTimer() { LiveLog.UpdateTimerTimer(); }
-    void SaveDataLogFile(const std::filesystem::path& path) { LiveLog.SaveDataLogFile(path); }
-
-    void OpenProfile2Click();
-    void Setup1Click();
-    void Close1Click() { Close(); }
-    void Changelanguage1Click();
-    void Nabtodebug1Click();
-    void but_swupdateClick();
-    void but_errorlogClick();
-    void FlasDatalog1Click();
-    void ShowInFront() { Ports.Dialogs.Show(*this); }
-    void NabtoDeleteUsersTimer();
-    void DeleteNabtoUserFolder();
+    bool IsOpen() const override { return Visible() && !Application.Terminated(); }
+    // Captions from the language file; an entry without a key keeps its text.
+    void TakeTexts(const TIniFile& language);
     void TheTabChange();
     void FormResize();
     void FormKeyDown(EKey key, bool& handled);
-    // Asks before a firmware update is cut off by the close.
-    void FormCloseQuery(bool& mayClose);
-    void FormClose();
-    // The view tells the sizes, in pixels, that the setpoint page has got.
-    void SetpointPageResized(int gridClientWidth, int groupClientHeight);
 
-    // The lines of our rooms, shown above the status bar in this order.
-    std::vector<TNotice*> Notices() {
-        return {&ProfileOpening.NoticeProfile, &LiveLog.NoticeNoValues, &LiveLog.LogNotice,
-                &Forms.NabtoDevice.ErrorLogNotice};
-    }
+    // While a firmware update runs, all but the way to its form and the close; the others are controls of the
+    // form's rooms.
+    void LockForUpdate(bool running, std::vector<TControl*> others);
+    // The service form, which tells more, may be closed or covered.
+    void ShowUpdate(const TUpdateStatus& status);
+    void ShowReadBack(const TReadBack& readBack);
 
-    TApiClient& Client() { return SignIn.Client(); } // from FormCreate on
-    TNabtoDevice& Device() { return Forms.NabtoDevice; }
+    TEvent<> OnHelp;            // of the selected setpoint
+    std::string EditNotAllowed; // shown nowhere
 
-    TConfiguration Configuration;
-    struct {
-        std::string MessageStopLog; // question before a profile is opened
-        std::string EditNotAllowed; // shown nowhere
-        std::string ErrorMissingAdobe;
-    } Texts;
-    TSetpointTexts SetpointTexts;
-    TEventLogTexts EventLogTexts;
-    TCommandLineParameters _commandLineParameters;
-    bool ShowButtonDevid = false;
-    bool AskBeforeClose = true; // false when nobody is there to answer
-    bool IsOpen() const override { return Visible() && !Ports.Application.Terminated(); }
+    TMainMenu MainMenu{"MainMenu"};
+    TMenuItem filemenu{"filemenu"};
+    TMenuItem OpenProfile2{"OpenProfile2"};
+    TMenuItem OpenDatalogfile1{"OpenDatalogfile1"};
+    TMenuItem Open_sd_datalog{"Open_sd_datalog", "SD-Card datalog"};
+    TMenuItem SaveUserDatalog1{"SaveUserDatalog1"};
+    TMenuItem Nabtodebug1{"Nabtodebug1"};
+    TMenuItem StartLog1{"StartLog1"};
+    TMenuItem WindowSetpoint1{"WindowSetpoint1"};
+    TMenuItem WindowGraph1{"WindowGraph1"};
+    TMenuItem Errorlog1{"Errorlog1", "Show Device Errorlog"};
+    TMenuItem FlasDatalog1{"FlasDatalog1", "FlashDatalog"};
+    TMenuItem Close1{"Close1"};
+    TMenuItem CommPort1{"CommPort1"};
+    TMenuItem Setup1{"Setup1"};
+    TMenuItem Language1{"Language1"};
+    TMenuItem Changelanguage1{"Changelanguage1"};
 
-    TFormMainHosts Hosts{*this};
+    // On the tab strip, at its right end, from right to left.
+    TButton TrafficButton{"TrafficButton"};
+    TButton DeviceID{"DeviceID"};
+    TButton but_swupdate{"but_swupdate"};
+    TButton but_errorlog{"but_errorlog"};
+
+    TPageControl TheTab{"TheTab"};
+    TTabSheet TabSetpoint{"TabSetpoint"};
+    TTabSheet TabGraph{"TabGraph"};
+
+    // On TabSetpoint, left: the tree above, the event log below; right: the grid.
+    TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
+    TMemo MemoEventLog{"MemoEventLog"};
+    TPanel GraphControlsPanel{"GraphControlsPanel"};
+
+    static constexpr std::size_t PanelLink = 0;     // LedNabto and LblNabto
+    static constexpr std::size_t PanelUser = 1;     // lblConnectedUser
+    static constexpr std::size_t PanelProgress = 2; // FileProgressBar
+    static constexpr std::size_t PanelVersion = 3;  // centred text
+    static constexpr int StatusBarHeight = 19;      // pixels
+    TStatusBar StatusBar;
+    TProgressBar FileProgressBar{"FileProgressBar"};
+
+    // Above the status bar: the lines of the rooms, in this order.
+    std::vector<TNotice*> Notices;
+    // In the same place, while setpoints are read back; the bar then shows how far.
+    TPanel ReadBackPanel{"ReadBackPanel"};
+    TLabel LblReadBack{"LblReadBack"};
+    TButton ButStopReadBack{"ButStopReadBack", "Stop waiting"};
+    // Likewise while a firmware update runs. The bar shows how much of a file is sent.
+    TPanel UpdatePanel{"UpdatePanel"};
+    TLabel LblUpdate{"LblUpdate"};
+    TButton ButShowUpdate{"ButShowUpdate"};
 
   private:
-    const TPorts& Ports;
-    TStartOptions& Options;
-    TForms Forms;
-
-  public:
-    TCurrentInifilesPath& FCurrentInifilesPath;
-    const TExtensions& Extensions;
-    TSignIn SignIn;
-    TLinkedDevice LinkedDevice;
-    TModbusPanel ModbusPanel;
-    TProfile Profile;
-    TContextHelp ContextHelp;
-    TSetpointPage SetpointPage;
-    TLogBuffers LogBuffers;
-    TGraphPage GraphPage;
-    TExclusiveUse Opening; // of a file or a profile
-    TLiveLog LiveLog;
-    TDatalogReader DatalogReader;
-    TSdDatalogReader SdDatalogReader;
-    TCsvExport CsvExport;
-    TProfileOpening ProfileOpening;
-    TErrorLog ErrorLog;
-    TFlashView FlashView;
-    TReadBack ReadBack;
-    TSetpointFiles SetpointFiles;
-
-    std::unique_ptr<ITimer> InitTimer;        // 200 ms, once
-    std::unique_ptr<ITimer> NabtoDeleteUsers; // 30000 ms, once, after the setup dialog
-    std::unique_ptr<ITimer> CloseAgain;       // 60000 ms, once, after a close that could not save
-
-  private:
-    void ReadSystemFile();
-    void ConnectControls();
-    void ConnectUpdate();
-    void ConnectService();
-    // While a firmware update runs, all but the way to its form and the close.
-    void LockForUpdate(bool running);
-    void ShowUpdate();
-    TDatalogParts DatalogParts();
-    void ShowReadBack();
-    void ForgetValues();
-    void CreateDirectories();
-    // Sign-in and profile, with the link enabled. False when the program is about to end.
-    bool StartLink();
-    // What is kept at the close, in order. Each may throw.
-    std::vector<std::function<void()>> ClosingSaves();
-
-    TConnection ReadBackChanged;
+    const IApplication& Application;
     TControlLock UpdateLock;
-    std::vector<TConnection> FollowUpdate;
-    int GridClientWidth = 0;
-    int GroupClientHeight = 0;
 };
 
 } // namespace tidewell

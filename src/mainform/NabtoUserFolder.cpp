@@ -4,13 +4,28 @@
 
 namespace tidewell {
 
-void DeleteNabtoUserFolder(IFiles& files, const std::filesystem::path& directory) {
-    const auto users = directory / "nabto_config" / "users";
-    for (const std::string& name : files.List(users, "*")) {
+namespace {
+constexpr int deleteUsersInterval = 30000;
+} // namespace
+
+TNabtoUserFolder::TNabtoUserFolder(IFiles& files, ITimers& timers, const std::filesystem::path& directory)
+    : NabtoDeleteUsers(timers.CreateTimer()), Files(files), Directory(directory) {
+    NabtoDeleteUsers->SetInterval(deleteUsersInterval);
+    NabtoDeleteUsers->SetHandler([this] { NabtoDeleteUsersTimer(); });
+}
+
+void TNabtoUserFolder::NabtoDeleteUsersTimer() {
+    DeleteNabtoUserFolder();
+    NabtoDeleteUsers->SetEnabled(false);
+}
+
+void TNabtoUserFolder::DeleteNabtoUserFolder() {
+    const auto users = Directory / "nabto_config" / "users";
+    for (const std::string& name : Files.List(users, "*")) {
         if (name.starts_with('.'))
             continue; // hidden files are not the library's
         try {
-            files.Remove(users / name);
+            Files.Remove(users / name);
         } catch (const EInOutError&) {
             // The next run tries again.
         }

@@ -19,16 +19,31 @@ constexpr std::size_t rowModelUnknown = 5;
 
 void TProfileOpening::TakeTexts(const TIniFile& language) {
     Texts.Read(language);
-    ReadTexts(language, "HeadAppl", {{DialogOpenProfileCaption, "DialogOpenProfileCaption"}});
+    ReadTexts(language, "HeadAppl",
+              {{MessageStopLog, "MessageStopLog"}, {DialogOpenProfileCaption, "DialogOpenProfileCaption"}});
     TestfileComport = language.ReadSection("TestfileComport");
+}
+
+void TProfileOpening::OpenProfile2Click() {
+    const TExclusiveUse::THold hold(Parts.Opening);
+    if (!hold)
+        return;
+    if (Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, MessageStopLog, EButtons::OkCancel) !=
+            EModalResult::Ok ||
+        !Parts.Main.IsOpen()) // closed while it was asked
+        return;
+    Parts.Log.StopLog();
+    OpenFileProfile();
+    Parts.GraphPage.GraphInit(true);
+    Parts.GraphPage.ClearGraphPage();
 }
 
 void TProfileOpening::OpenProfile(const std::filesystem::path& path) {
     if (path != Parts.Profile.currentprofilefile)
         OnOtherProfile();
     Parts.Profile.Open(path);
-    Parts.Controls.MemoEventLog.Add(path.string() + " opened");
-    Parts.Controls.SetCaption(path.string());
+    Parts.Main.MemoEventLog.Add(path.string() + " opened");
+    Parts.Main.SetCaption(path.string());
     Parts.Panel.SetMpanelPLSpath(path);
     TellFault();
 }
@@ -42,7 +57,7 @@ void TProfileOpening::TellFault() {
     const std::string fault = profile.HoldsNoProfile
                                   ? FillText(Texts.NoProfile, {file})
                                   : FillText(Texts.Unreadable, {file, profile.ReadFailure});
-    Parts.Controls.MemoEventLog.Add(fault);
+    Parts.Main.MemoEventLog.Add(fault);
     NoticeProfile.Show(fault);
 }
 
@@ -73,12 +88,12 @@ void TProfileOpening::ReloadDeviceData() {
     }
     Parts.SetpointPage.BuildSetpointTree();
     // Back from a flash datalog, which is shown without them.
-    Parts.Controls.TabSetpoint.SetVisible(true);
-    Parts.Controls.WindowSetpoint1.SetEnabled(true);
-    Parts.Controls.TheTab.SetActivePage(Parts.Controls.TabGraph);
+    Parts.Main.TabSetpoint.SetVisible(true);
+    Parts.Main.WindowSetpoint1.SetEnabled(true);
+    Parts.Main.TheTab.SetActivePage(Parts.Main.TabGraph);
     Parts.Device.SetNabtoQuestion(Parts.Paths.plsfile);
     Parts.Profile.ReadNabtoSection(Parts.Paths.plsfile);
-    Parts.Controls.FlasDatalog1.SetVisible(Parts.Profile.FlashPage.doFlashPage);
+    Parts.Main.FlasDatalog1.SetVisible(Parts.Profile.FlashPage.doFlashPage);
     Parts.GraphPage.GraphInit(true);
     if (fault)
         std::rethrow_exception(fault);
@@ -90,7 +105,7 @@ bool TProfileOpening::DeviceAnswers() {
     return Parts.Nabto.ping(Parts.Device.device);
 }
 
-std::filesystem::path TProfileOpening::ProfileOfDevice(const TAutoLoadProfile& autoload) const {
+std::filesystem::path TProfileOpening::ProfileOfDevice() const {
     const TUNabto& nabto = Parts.Nabto;
     const auto profile = [this](const std::string& name) {
         return TProfile::PadCurrentProfileExtension(Parts.Paths.directorypath / "profile" /
@@ -98,31 +113,30 @@ std::filesystem::path TProfileOpening::ProfileOfDevice(const TAutoLoadProfile& a
                                                     Parts.Paths.Languagefile);
     };
     if (nabto.SlaveDeviceNum.empty() || nabto.SlaveModel.empty()) {
-        const auto name = autoload.Model.Find(nabto.model);
-        if (name && autoload.ItemNumber.Find(nabto.varenummer))
+        const auto name = Parts.AutoLoad.Model.Find(nabto.model);
+        if (name && Parts.AutoLoad.ItemNumber.Find(nabto.varenummer))
             return profile(*name);
         return {};
     }
-    return profile(autoload.Model.Value(nabto.SlaveDeviceNum + "_" + nabto.SlaveModel));
+    return profile(Parts.AutoLoad.Model.Value(nabto.SlaveDeviceNum + "_" + nabto.SlaveModel));
 }
 
 void TProfileOpening::AskForProfile(const std::string& message) {
     Ports.Dialogs.ShowMessage(message);
-    if (!Parts.Controls.IsOpen())
+    if (!Parts.Main.IsOpen())
         return;
     Parts.Paths.plsfile.clear();
-    Parts.Controls.FileProgressBar.SetVisible(false);
+    Parts.Main.FileProgressBar.SetVisible(false);
     OpenFileProfile();
     ReloadDeviceData();
 }
 
-void TProfileOpening::TestProfileNabto(const std::string& devid, TApiClient& client,
-                                       const TAutoLoadProfile& autoload) {
-    Parts.Controls.FileProgressBar.SetVisible(false);
-    if (!Parts.Device.initialized && Parts.Device.init(devid, client) != 0)
+void TProfileOpening::TestProfileNabto() {
+    Parts.Main.FileProgressBar.SetVisible(false);
+    if (!Parts.Device.initialized && Parts.Device.init(Parts.devid, Parts.ApiClient) != 0)
         return;
     const bool answers = DeviceAnswers();
-    if (!Parts.Controls.IsOpen())
+    if (!Parts.Main.IsOpen())
         return; // closed while the pings ran the event loop
     if (!answers) {
         // What another device has chosen goes on serving files, but not this one.
@@ -130,14 +144,14 @@ void TProfileOpening::TestProfileNabto(const std::string& devid, TApiClient& cli
         Ports.Dialogs.ShowMessage(TestfileComport.Value("Erroritemnumberdoesnotmatch"));
         return;
     }
-    if (!autoload.doAutoloadProfile) {
+    if (!Parts.AutoLoad.doAutoloadProfile) {
         if (!Parts.Profile.ProfileLoaded)
             AskForProfile(TestfileComport.ValueAt(rowModelUnknown) + " " + Parts.Nabto.model);
         return;
     }
-    Parts.Paths.plsfile = ProfileOfDevice(autoload);
+    Parts.Paths.plsfile = ProfileOfDevice();
     if (Ports.Files.FileExists(Parts.Paths.plsfile)) {
-        Parts.Controls.FileProgressBar.SetVisible(false);
+        Parts.Main.FileProgressBar.SetVisible(false);
         OpenProfile(Parts.Paths.plsfile);
         Parts.Profile.OfDevice = true;
         ReloadDeviceData();
@@ -145,7 +159,7 @@ void TProfileOpening::TestProfileNabto(const std::string& devid, TApiClient& cli
     }
     AskForProfile(TestfileComport.ValueAt(rowProfileMissing) + " " +
                   ShownDirectory(Parts.Paths.directorypath) + "profile\\" +
-                  autoload.Model.Value(Parts.Nabto.model));
+                  Parts.AutoLoad.Model.Value(Parts.Nabto.model));
 }
 
 } // namespace tidewell

@@ -4,12 +4,14 @@
 #include "core/Configuration.h"
 #include "core/IniFile.h"
 #include "core/LanguageTexts.h"
+#include "core/LogControl.h"
 #include "core/Paths.h"
+#include "core/controls/ExclusiveUse.h"
 #include "core/controls/Notice.h"
 #include "graph/GraphPage.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
-#include "mainform/FormMainControls.h"
+#include "mainform/FormMain.h"
 #include "mainform/Ports.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
@@ -32,14 +34,19 @@ struct TProfileTexts : TOwnTexts {
 class TProfileOpening {
   public:
     struct TParts {
-        TFormMainControls& Controls;
+        TFormMain& Main;
         TCurrentInifilesPath& Paths;
         TModbusPanel& Panel;
         TProfile& Profile;
         TSetpointPage& SetpointPage;
         TGraphPage& GraphPage;
+        ILogControl& Log;
         TUNabto& Nabto;
         TNabtoDevice& Device;
+        TApiClient& ApiClient;
+        const std::string& devid; // that was linked to
+        const TAutoLoadProfile& AutoLoad;
+        TExclusiveUse& Opening; // of a file or a profile
     };
 
     TProfileOpening(const TPorts& ports, const TParts& parts) : Ports(ports), Parts(parts) {}
@@ -50,6 +57,7 @@ class TProfileOpening {
 
     TEvent<> OnOtherProfile; // another file than before is being opened
 
+    void OpenProfile2Click();
     void OpenProfile(const std::filesystem::path& path);
     // What is wrong with the file of the open profile, if anything: in the event log and on the form.
     void TellFault();
@@ -58,17 +66,18 @@ class TProfileOpening {
     // After OpenProfile: rebuilds devices, tree, poll questions, settings and graph from plsfile.
     void ReloadDeviceData();
     // Pings the device, and opens the profile of its model as the configuration tells.
-    void TestProfileNabto(const std::string& devid, TApiClient& client, const TAutoLoadProfile& autoload);
+    void TestProfileNabto();
 
   private:
     // Two pings when the first is answered, else three; the last one decides.
     bool DeviceAnswers();
-    // The profile that belongs to what the device reports, with autoload; empty if it is not known.
-    std::filesystem::path ProfileOfDevice(const TAutoLoadProfile& autoload) const;
+    // The profile that belongs to what the device reports; empty if it is not known.
+    std::filesystem::path ProfileOfDevice() const;
     void AskForProfile(const std::string& message);
 
     const TPorts& Ports;
     TParts Parts;
+    std::string MessageStopLog;           // question before a profile is opened
     std::string DialogOpenProfileCaption; // title of the file dialog
     TIniSection TestfileComport;          // messages of the language file, some of them by position
 };

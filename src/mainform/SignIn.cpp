@@ -22,15 +22,14 @@ TSignIn::TSignIn(const TPorts& ports, TParts parts)
 void TSignIn::MakeClient() {
     const TCloudSettings cloud =
         ReadCloudSettings(TIniFile(Ports.Files, Parts.Paths.Systemfile), Parts.Paths.directorypath);
-    TMemo& eventLog = Parts.Controls.MemoEventLog;
+    TMemo& eventLog = Parts.Main.MemoEventLog;
     for (const TReplacedNumber& number : cloud.Replaced)
         eventLog.Add(LineOn(number, Parts.Texts));
     Http = Ports.MakeHttp(cloud.CaFile);
-    ApiClient =
-        std::make_unique<TApiClient>(*Http, Ports.Dialogs, TCloudAddress{cloud.ApiHost, cloud.ApiPort});
-    ApiClient->MayCall = [this] { return Parts.Controls.IsOpen(); };
-    ApiClient->OnNoToken = [this, &eventLog] { eventLog.Add(Parts.Texts.NoToken); };
-    ApiClient->OnNoConnection = [this, &eventLog](const std::string& reason) {
+    Parts.ApiClient.UseService(*Http, {cloud.ApiHost, cloud.ApiPort});
+    Parts.ApiClient.MayCall = [this] { return Parts.Main.IsOpen(); };
+    Parts.ApiClient.OnNoToken = [this, &eventLog] { eventLog.Add(Parts.Texts.NoToken); };
+    Parts.ApiClient.OnNoConnection = [this, &eventLog](const std::string& reason) {
         const std::string line = FillText(Parts.Texts.NoConnection, {reason});
         if (eventLog.Lines().empty() || eventLog.Lines().back() != line) // keep-alive fails again and again
             eventLog.Add(line);
@@ -46,15 +45,15 @@ bool TSignIn::Run() {
         Ports.Dialogs.ShowMessage("Some parameters were not parsed correctly. Closing the program.");
         return false;
     }
-    if (ApiClient->_isLoggedIn)
+    if (Parts.ApiClient._isLoggedIn)
         return true;
     TLogonLoop logon(
         Ports.Dialogs, Parts.LogOn, Parts.Device.lblConnectedUser,
         [this] {
-            Parts.Controls.StatusBar.Repaint();
+            Parts.Main.StatusBar.Repaint();
             Ports.Wait.Sleep(0); // painted before the server's answer is waited for
         });
-    return logon.Run(*ApiClient, Parts.Parameters.UserNamePW, [this] { return !Parts.Controls.IsOpen(); }) ==
+    return logon.Run(Parts.ApiClient, Parts.Parameters.UserNamePW, [this] { return !Parts.Main.IsOpen(); }) ==
            0;
 }
 
@@ -66,16 +65,16 @@ void TSignIn::ForgetPasswords() {
 
 void TSignIn::KeepAliveTimerTimer() {
     KeepAliveTimer->SetEnabled(false);
-    ApiClient->KeepAlive();
-    KeepAliveTimer->SetEnabled(Parts.Controls.IsOpen());
+    Parts.ApiClient.KeepAlive();
+    KeepAliveTimer->SetEnabled(Parts.Main.IsOpen());
 }
 
 void TSignIn::InitDevice(const std::string& devid) {
-    Parts.Device.Link(devid, *ApiClient); // a failure shows at the first ping
+    Parts.Device.Link(devid, Parts.ApiClient); // a failure shows at the first ping
 }
 
 void TSignIn::SetAccessToken(const std::string& jwt) {
-    ApiClient->SetAccessToken(jwt);
+    Parts.ApiClient.SetAccessToken(jwt);
 }
 
 void TSignIn::ShowEEpromPanel() {
@@ -97,7 +96,7 @@ void TSignIn::EnableExtendedVersionInfo() {
 // On standard error as well, for who started the program.
 void TSignIn::TellUnknownOption(const std::string& name) {
     const std::string line = FillText(Texts.UnknownOption, {name});
-    Parts.Controls.MemoEventLog.Add(line);
+    Parts.Main.MemoEventLog.Add(line);
     Ports.Application.WriteError(line);
 }
 

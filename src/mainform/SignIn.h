@@ -6,7 +6,7 @@
 #include "core/Paths.h"
 #include "link/NabtoDevice.h"
 #include "mainform/CommandLine.h"
-#include "mainform/FormMainControls.h"
+#include "mainform/FormMain.h"
 #include "mainform/Ports.h"
 
 #include <memory>
@@ -19,20 +19,20 @@ namespace tidewell {
 class TSignIn : private ICommandLineActions {
   public:
     struct TParts {
-        TFormMainControls& Controls;
+        TFormMain& Main;
         const TCurrentInifilesPath& Paths;
         TStartOptions& Options;
         TCommandLineParameters& Parameters;
         const TEventLogTexts& Texts;
+        TApiClient& ApiClient;
         TNabtoLogOn& LogOn;
         TNabtoDevice& Device;
     };
 
     TSignIn(const TPorts& ports, TParts parts);
 
-    // From the system file.
+    // Brings the client to the service that the system file names.
     void MakeClient();
-    TApiClient& Client() { return *ApiClient; } // from MakeClient on
     // By the command line or by the logon. False when the program has to end. No password is left afterwards.
     bool Run();
     void ForgetPasswords();
@@ -53,7 +53,6 @@ class TSignIn : private ICommandLineActions {
     const TPorts& Ports;
     const TParts Parts;
     std::unique_ptr<IHttp> Http;
-    std::unique_ptr<TApiClient> ApiClient;
 };
 
 } // namespace tidewell

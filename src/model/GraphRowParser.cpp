@@ -13,7 +13,6 @@ namespace tidewell {
 namespace {
 
 constexpr std::size_t firstValue = 3;
-constexpr std::int32_t firstUnsignedType = 200;
 constexpr std::int32_t lastField = 65535; // of any line that is no mistake
 constexpr std::uint32_t safeDigits = 9;   // any number of that many digits fits 32 bits
 
@@ -62,7 +61,7 @@ TGraphRowParser::TGraphRowParser(std::span<const TGraphPoint> points) {
         TWanted wanted;
         wanted.IsMissing = point.Structnumber < 0 || point.Structnumber > lastField;
         wanted.Field = wanted.IsMissing ? 0 : static_cast<std::size_t>(point.Structnumber);
-        wanted.Unsigned16 = point.Type >= firstUnsignedType;
+        wanted.Unsigned16 = point.Unsigned();
         wanted.Offset = point.Offset;
         wanted.Divide = point.Decimal > 0;
         wanted.Power = Scaled(1, -std::abs(std::clamp(point.Decimal, -290, 290)));

@@ -207,4 +207,12 @@ std::size_t TModbusPanel::GetProfileListCellsNameValue(std::string_view name,
     return target.size();
 }
 
+std::string DatalogHeader(const TModbusPanel& panel, const std::filesystem::path& currentprofilefile) {
+    std::string header = ";[HeaderStart]";
+    for (const TMDevice& device : panel.DeviceList)
+        for (const std::string& question : device.ReadList)
+            header += question;
+    return header + currentprofilefile.string() + "[HeaderEnd]";
+}
+
 } // namespace tidewell

@@ -114,4 +114,7 @@ class TModbusPanel {
     IWait& Wait;
 };
 
+// The header line of a datalog, without line end: the read questions of all devices, then the profile's path.
+std::string DatalogHeader(const TModbusPanel& panel, const std::filesystem::path& currentprofilefile);
+
 } // namespace tidewell

@@ -12,7 +12,6 @@ namespace tidewell {
 namespace {
 
 constexpr std::size_t graphChannelField = 12;
-constexpr std::int32_t firstUnsignedType = 200;
 
 std::int32_t Low16(std::int64_t value) {
     return static_cast<std::int32_t>(static_cast<std::uint64_t>(value) & 0xFFFFU);
@@ -74,7 +73,7 @@ TDatapointValue CalculateDatapointValue(const TGraphPoint& point, const TSplitLi
     if (!point.Error.empty())
         throw EConvertError(point.Error);
     const std::int32_t raw =
-        RawGraphValue(ToWideIntegerOr(line.Field(point.Structnumber), 0), point.Type >= firstUnsignedType);
+        RawGraphValue(ToWideIntegerOr(line.Field(point.Structnumber), 0), point.Unsigned());
     const long double s = static_cast<long double>(raw) + static_cast<long double>(point.Offset);
     return {static_cast<double>(Scaled(s, point.Decimal)), raw};
 }

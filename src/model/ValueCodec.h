@@ -21,6 +21,7 @@ struct TGraphPoint {
     std::int32_t Decimal = 0;
     std::int32_t Type = 0;
     std::string Error; // empty: the four numbers are good
+    bool Unsigned() const { return Type >= 200; }
 };
 TGraphPoint ParseGraphPoint(std::string_view graphRow);
 

@@ -5,6 +5,7 @@
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/WaitCursor.h"
+#include "core/controls/StatusBar.h"
 #include "core/ports/IDialogs.h"
 #include "link/NabtoDevice.h"
 #include "model/ListField.h"
@@ -62,7 +63,7 @@ TInputDialog::TInputDialog(const TParts& parts) : TForm("InputDialog"), Parts(pa
     ButCancel.OnClick = [this] { Close(); };
     OnShow = [this] { FormShow(); };
     OnKeyDown = [this](EKey key, bool& handled) { FormKeyDown(key, handled); };
-    OnCloseQuery = [this](bool&) { Parts.Host.RepaintStatusBar(); };
+    OnCloseQuery = [this](bool&) { Parts.StatusBar.Repaint(); };
 }
 
 void TInputDialog::FormCreate(const TIniFile& language) {

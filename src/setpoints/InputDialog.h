@@ -18,24 +18,19 @@ class IDialogs;
 class TIniFile;
 class TModbusPanel;
 class TNabtoDevice;
+class TStatusBar;
 
 // The modal dialog that changes one setpoint: a number, 16 bits, or two characters. It converts the entry to
 // the raw integer of the device, checks the row's limits and sends it. The caller sets its
 // fields before each showing.
 class TInputDialog : public TForm {
   public:
-    // What the dialog needs of the main form.
-    class IHost {
-      public:
-        virtual ~IHost() = default;
-        virtual void RepaintStatusBar() = 0;
-    };
     struct TParts {
         IDialogs& Dialogs;
         const TModbusPanel& Panel; // its selected device gives the Modbus ID
         TNabtoDevice& Device;
         TMemo& MemoEventLog;
-        IHost& Host;
+        TStatusBar& StatusBar; // of the main form
     };
 
     explicit TInputDialog(const TParts& parts);

@@ -5,8 +5,10 @@
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
+#include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/Paths.h"
+#include "core/ProgramState.h"
 #include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
 #include "link/NabtoDevice.h"
@@ -241,7 +243,7 @@ void TLoadSetpoints::ShowRun(bool running) {
 }
 
 void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, bool report) {
-    TSetpointWriteRun run({Parts.Dialogs, Parts.Panel, Parts.Device, action, Parts.ReadBack, Parts.Host,
+    TSetpointWriteRun run({Parts.Dialogs, Parts.Panel, Parts.Device, action, Parts.ReadBack, Parts.Program,
                            ResultList, ProgressBar, progresslabel},
                           Parts.SelectedSetpointParent, DeviceSetpointProfilelist, Selected);
     const std::size_t writes = Selected.ValueAdrList.size();
@@ -252,7 +254,7 @@ void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, b
             Selected = {};
             ShowRun(false);
         });
-        Parts.Host.StopLog();
+        Parts.Log.StopLog();
         ResultList.Clear();
         LastWriteResultList.clear();
         ErrorCount = 0;
@@ -262,7 +264,7 @@ void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, b
             run.Run();
     }
     if (writes == 0) {
-        Parts.Host.StopLog();
+        Parts.Log.StopLog();
         ShowGrid(true);
         Parts.Dialogs.ShowMessage("Please select a setpoint...");
         return;
@@ -273,7 +275,7 @@ void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, b
         const std::string text = "Setpointwrite is done. Number of write Errors " +
                                  std::to_string(run.ErrorCount) + " Number of Read error " +
                                  std::to_string(run.ReadErrorCount) + " Resultfile saved in systemlog folder";
-        if (Parts.Host.FormOpen())
+        if (Parts.Program.IsOpen())
             Parts.Dialogs.ShowMessage(text);
         LastWriteResultList.emplace_back("Result of load setpoints");
         LastWriteResultList.push_back(text);

@@ -17,6 +17,8 @@ namespace tidewell {
 class IClock;
 class IDialogs;
 class IFiles;
+class ILogControl;
+class IProgramState;
 class TModbusPanel;
 class TNabtoDevice;
 struct TSetpointFileTexts;
@@ -32,7 +34,8 @@ class TLoadSetpoints : public TForm {
         TModbusPanel& Panel;
         TNabtoDevice& Device;
         TReadBack& ReadBack;
-        TReadBack::IHost& Host;
+        ILogControl& Log;
+        const IProgramState& Program;
         TMemo& MemoEventLog;
         const TSetpointFileTexts& Texts;
         const std::string& SelectedSetpointParent; // text of the device node; empty if none

@@ -2,6 +2,8 @@
 
 #include "core/AtExit.h"
 #include "core/Errors.h"
+#include "core/LogControl.h"
+#include "core/ProgramState.h"
 #include "link/NabtoDevice.h"
 
 #include <algorithm>
@@ -25,33 +27,33 @@ TReadBack::EResult TReadBack::Run() {
     if (IsRunning)
         throw TError("The setpoints are being read already");
     IsRunning = true;
-    const TAtExit done([this] {
+    Changed.Emit();
+    const TAtExit ended([this] {
         IsRunning = false;
         IsWaiting = false;
         Changed.Emit();
     });
-    Changed.Emit();
     Cancelled = false;
     Device.ReadBack.SetDatapointList.clear(); // what an earlier order has left
     const TDeviceUse::TAction action(Device.Use);
     if (!action)
         return EResult::NotStarted;
-    Host.StartLog(false, true);
+    Log.StartLog(false, true);
     Device.ReadBack.SetDatapointListCount = 0;
     Device.ReadBack.Error_SetDatapointListCount = 0;
     IsWaiting = true;
     Changed.Emit();
     const EResult result = WaitForSnapshot(action);
-    Host.StopLog();
+    Log.StopLog();
     return result;
 }
 
 TReadBack::EResult TReadBack::WaitForSnapshot(const TDeviceUse::TAction& action) {
-    if (Host.FormOpen() && !Device.Cycle.Dologging)
+    if (Program.IsOpen() && !Device.Cycle.Dologging)
         return EResult::NotStarted;
     std::string shown = ProgressText();
     while (Device.ReadBack.SetDatapointListCount < snapshotReady) {
-        if (Cancelled || !Host.FormOpen() || !action.Kept())
+        if (Cancelled || !Program.IsOpen() || !action.Kept())
             return EResult::Ended;
         Wait.ProcessMessages();
         Wait.Sleep(round);

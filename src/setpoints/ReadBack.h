@@ -9,6 +9,8 @@
 
 namespace tidewell {
 
+class ILogControl;
+class IProgramState;
 class TNabtoDevice;
 
 // Orders a read-back snapshot of all values and waits for it: starts the log, serves events until two whole
@@ -16,14 +18,6 @@ class TNabtoDevice;
 // the user has stopped the log, it waits until Cancel, or until the main form is closed.
 class TReadBack {
   public:
-    // What it needs of the main form.
-    class IHost {
-      public:
-        virtual ~IHost() = default;
-        virtual void StartLog(bool questionEnable, bool clearData) = 0;
-        virtual void StopLog() = 0;
-        virtual bool FormOpen() const = 0; // false once the main form is closed
-    };
     enum class EResult {
         Done,       // rows 0 and 1 are the snapshot
         Failed,     // the cycles differed three times or more
@@ -36,8 +30,8 @@ class TReadBack {
         int Max = 0;
     };
 
-    // The device may be made later.
-    TReadBack(IHost& host, IWait& wait, TNabtoDevice& device) : Host(host), Wait(wait), Device(device) {}
+    TReadBack(ILogControl& log, const IProgramState& program, IWait& wait, TNabtoDevice& device)
+        : Log(log), Program(program), Wait(wait), Device(device) {}
     TReadBack(const TReadBack&) = delete;
     TReadBack& operator=(const TReadBack&) = delete;
 
@@ -60,7 +54,8 @@ class TReadBack {
   private:
     EResult WaitForSnapshot(const TDeviceUse::TAction& action);
 
-    IHost& Host;
+    ILogControl& Log;
+    const IProgramState& Program;
     IWait& Wait;
     TNabtoDevice& Device;
     bool IsRunning = false;

@@ -3,7 +3,9 @@
 #include "core/ChosenFile.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
+#include "core/LogControl.h"
 #include "core/OpenDialogFilters.h"
+#include "core/ProgramState.h"
 #include "core/TextFile.h"
 #include "core/controls/Lists.h"
 #include "model/ModbusPanel.h"
@@ -27,13 +29,13 @@ void TSetpointFiles::Savesetpoints1Click() {
         return;
     const std::string deviceName = Parts.SelectedSetpointParent; // which a click may change meanwhile
     if (deviceName.empty()) {
-        Parts.Host.StopLog();
+        Parts.Log.StopLog();
         return;
     }
     const TDeviceUse::TAction action(Parts.ReadBack.Use());
     if (!action)
         return;
-    Parts.Host.StopLog();
+    Parts.Log.StopLog();
     SetpointSaveSetpoints(deviceName);
 }
 
@@ -66,7 +68,7 @@ void TSetpointFiles::Save(const std::string& deviceName) {
     auto recordLines = SetpointLines(std::move(records), Parts.Texts, Parts.Dialogs);
     lines.insert(lines.end(), std::make_move_iterator(recordLines.begin()),
                  std::make_move_iterator(recordLines.end()));
-    if (!Parts.Host.FormOpen())
+    if (!Parts.Program.IsOpen())
         return;
     TFileDialog dialog;
     dialog.Title = Parts.Texts.DialogSaveDatalogFile;
@@ -110,7 +112,7 @@ std::vector<std::string> TSetpointFiles::HeadLines(const std::string& deviceName
 void TSetpointFiles::Loadsetpointfromfile1Click() {
     if (Parts.ReadBack.Running())
         return;
-    Parts.Host.StopLog();
+    Parts.Log.StopLog();
     TFileDialog dialog;
     dialog.Title = Parts.Texts.DialogOpenProfileCaption;
     dialog.InitialDirectory = Parts.directorypath / "setpoint";
@@ -128,7 +130,7 @@ void TSetpointFiles::Loadsetpointfromfile1Click() {
     }
     Parts.MemoEventLog.Add("Load Setpointfile " + path->string());
     Parts.LoadSetpoints.ResultList.Clear();
-    if (Parts.Host.FormOpen())
+    if (Parts.Program.IsOpen())
         Parts.Dialogs.ShowModal(Parts.LoadSetpoints);
 }
 

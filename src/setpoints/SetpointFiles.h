@@ -12,6 +12,8 @@ namespace tidewell {
 class IClock;
 class IDialogs;
 class IFiles;
+class ILogControl;
+class IProgramState;
 class TLoadSetpoints;
 class TMemo;
 class TModbusPanel;
@@ -25,7 +27,8 @@ class TSetpointFiles {
         IFiles& Files;
         const IClock& Clock;
         const TModbusPanel& Panel;
-        TReadBack::IHost& Host;
+        ILogControl& Log;
+        const IProgramState& Program;
         TReadBack& ReadBack;
         TLoadSetpoints& LoadSetpoints; // may be made later
         TMemo& MemoEventLog;

@@ -6,6 +6,9 @@
 #include "core/Numbers.h"
 #include "core/ports/IClock.h"
 #include "core/ports/IDialogs.h"
+#include "graph/GraphPage.h"
+#include "logging/LiveLog.h"
+#include "logging/LogBuffers.h"
 #include "model/ListField.h"
 #include "setpoints/InputDialog.h"
 
@@ -104,6 +107,8 @@ void TSetpointPage::BuildSetpointTree() {
 }
 
 void TSetpointPage::ArrangeSetpointPage(int gridClientWidth, int groupClientHeight) {
+    GridClientWidth = gridClientWidth;
+    GroupClientHeight = groupClientHeight;
     const int unit = (gridClientWidth - 5) / 7;
     std::vector<int> widths(shownColumns, unit);
     widths.front() = 3 * unit;
@@ -192,16 +197,16 @@ void TSetpointPage::ForgetRows() {
 
 // Values show at once, and not only with the next cycle.
 void TSetpointPage::ShowCurrentValues() {
-    if (!Parts.Host.DatalogOn() && Parts.Host.DatalogFileOpen()) {
-        if (const std::string line = Parts.Host.LastDatalogLine(); !line.empty())
+    if (!Parts.LiveLog.DatalogOn && Parts.GraphPage.DatalogFileOpen) {
+        if (const std::string& line = Parts.GraphPage.DatalogLastLineSetpoint; !line.empty())
             ApplyDataLine(line);
         return;
     }
-    const std::string data = Parts.Host.CurrentDataString();
+    const std::string data = Parts.LiveLog.CurrentDataString();
     if (data.empty())
         return;
     const TTime now = Parts.Clock.Now();
-    ApplyDataLine(std::to_string(Parts.Host.DatalogCount()) + ';' + Parts.Clock.ShortDate(now) + ';' +
+    ApplyDataLine(std::to_string(Parts.LogBuffers.DatalogCount) + ';' + Parts.Clock.ShortDate(now) + ';' +
                   Parts.Clock.LongTime(now) + ';' + data + "\r\n");
 }
 
@@ -307,7 +312,7 @@ std::string TSetpointPage::UnitOf(const TListRow& row) const {
 }
 
 bool TSetpointPage::CanEdit() const {
-    return !SetpointValues.empty() && Parts.Host.DatalogOn();
+    return !SetpointValues.empty() && Parts.LiveLog.DatalogOn;
 }
 
 void TSetpointPage::SetpointGridDblClick(int row) {

@@ -22,7 +22,10 @@ namespace tidewell {
 
 class IClock;
 class IDialogs;
+class TGraphPage;
 class TInputDialog;
+class TLiveLog;
+class TLogBuffers;
 
 // One of a group of stacked panels; collapsed, only its caption is left.
 class TCategoryPanel : public TPanel {
@@ -43,23 +46,15 @@ class TCategoryPanel : public TPanel {
 // rows stands in its cells.
 class TSetpointPage {
   public:
-    // What the page needs of the main form.
-    class IHost {
-      public:
-        virtual ~IHost() = default;
-        virtual bool DatalogOn() const = 0;
-        virtual bool DatalogFileOpen() const = 0;          // the graph shows a datalog from a file
-        virtual std::string LastDatalogLine() const = 0;   // of that datalog
-        virtual std::string CurrentDataString() const = 0; // values of the last cycle; may be empty
-        virtual std::size_t DatalogCount() const = 0;
-    };
     struct TParts {
-        IHost& Host;
+        const TLiveLog& LiveLog;
+        const TLogBuffers& LogBuffers;
+        const TGraphPage& GraphPage;
         IDialogs& Dialogs;
         const IClock& Clock;
         TModbusPanel& Panel;
         THelpfileDoc& HelpfileDoc;
-        TInputDialog& InputDialog; // may be made after the page
+        TInputDialog& InputDialog;
         const TSetpointTexts& Texts;
         const TExtensions& Extensions;
     };
@@ -74,6 +69,7 @@ class TSetpointPage {
     void BuildSetpointTree();
     // Client sizes in pixels, of SetpointGrid and of the group of the two category panels.
     void ArrangeSetpointPage(int gridClientWidth, int groupClientHeight);
+    void ArrangeAgain() { ArrangeSetpointPage(GridClientWidth, GroupClientHeight); } // in those told last
     // Renews CurrentSetpointValue from a data line "<number>;<date>;<time>;<values>"; nothing while
     // SetpointListReady is false. Throws EConvertError for a row with a bad field.
     void ApplyDataLine(std::string_view line);
@@ -139,6 +135,8 @@ class TSetpointPage {
     void OfferValue(std::size_t entry, const std::string& typed);
 
     TParts Parts;
+    int GridClientWidth = 0;
+    int GroupClientHeight = 0;
     std::filesystem::path TreeProfile;        // that the tree was built of
     std::filesystem::path RowsProfile;        // likewise SetpointValues
     std::optional<std::size_t> SelectedEntry; // also while the filter hides it

@@ -4,6 +4,7 @@
 #include "core/Guard.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
+#include "core/ProgramState.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "link/NabtoDevice.h"
@@ -76,7 +77,7 @@ void TSetpointWriteRun::Run() {
 }
 
 bool TSetpointWriteRun::MayGoOn() const {
-    return Parts.Host.FormOpen() && Parts.Action.Kept();
+    return Parts.Program.IsOpen() && Parts.Action.Kept();
 }
 
 void TSetpointWriteRun::ShowWaiting() {

@@ -12,6 +12,7 @@
 namespace tidewell {
 
 class IDialogs;
+class IProgramState;
 class TColorList;
 class TLabel;
 class TModbusPanel;
@@ -39,7 +40,7 @@ class TSetpointWriteRun {
         TNabtoDevice& Device;
         const TDeviceUse::TAction& Action; // whose device is written
         TReadBack& ReadBack;
-        TReadBack::IHost& Host;
+        const IProgramState& Program;
         TColorList& ResultList;
         TProgressBar& ProgressBar;
         TLabel& progresslabel;

@@ -208,7 +208,7 @@ TEST_F(DialogsTest, TheSetupDialogWorksByMouseAndKeys) {
         });
         Click(view, "butping");
     });
-    Screen.Program->FormMain.Setup1Click();
+    Screen.Program->DeviceActions.Setup1Click();
     EXPECT_FALSE(SetupForm().Visible());
     EXPECT_EQ(SetupForm().txtRemote.Text(), "1");
     EXPECT_EQ(Screen.Program->NabtoDevice.device, "410000000002.hv.example"); // from the ping alone
@@ -241,7 +241,7 @@ TEST_F(DialogsTest, TheLanguageIsChosenByKeysAndAWrongOneIsTold) {
         OnMessage("The language is changed. The program now ends and starts again.");
         Type("\n");
     });
-    Screen.Program->FormMain.Changelanguage1Click();
+    Screen.Program->FormMain.Changelanguage1.Click();
     EXPECT_THAT(Screen.Files.Content[TProgramOnScreen::SystemFile],
                 HasSubstr("LanguageFile_Current=deutsch.lng"));
     EXPECT_THAT(Screen.Process.Calls, ElementsAre("start /opt/tidewell/tidewell"));

@@ -26,7 +26,7 @@ TScopeView& View(QWidget& window) {
 }
 
 TGraphPage& Page(TStage stage) {
-    return stage.Screen.Program->FormMain.GraphPage;
+    return stage.Screen.Program->GraphPage;
 }
 
 // Logs with some curves more than the installation shows.

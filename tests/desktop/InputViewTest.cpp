@@ -7,7 +7,7 @@
 #include "link/NabtoDevice.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/InputDialog.h"
-#include "support/IdleDeviceHost.h"
+#include "support/IdleSurroundings.h"
 #include "support/MemoryFiles.h"
 #include "widgets/BitGridView.h"
 
@@ -24,10 +24,6 @@ namespace {
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
-
-struct THost : TIdleDeviceHost, TInputDialog::IHost {
-    void RepaintStatusBar() override {}
-};
 
 const std::string tenths = "0;Supply air;512;0.0;10.0;1;0;40101;3;1;;;;;0;Air;";
 const std::string bits =
@@ -81,16 +77,12 @@ class InputViewTest : public testing::Test {
     TTestDesk Desk;
     TMemoryFiles Files;
     TFakeNabto Library;
-    THost Host;
-    TCurrentInifilesPath Paths{"/t/s.inn", {}, {}, {}, "/t"};
-    TModbusPanel Panel{Files, Desk.Wait};
-    TUNabto Nabto{Library, Desk.Dialogs, Desk.Timers, Desk.Wait, Files, "/t"};
     TQtClock Clock;
-    TExtensions Extensions;
-    TNabtoDevice Device{Desk.Dialogs, Desk.Timers, Desk.Wait, Files, Clock,
-                        Paths,        Extensions,  Nabto,     Panel, Host};
-    TMemo Log{"MemoEventLog"};
-    TInputDialog Dialog{{Desk.Dialogs, Panel, Device, Log, Host}};
+    TIdleSurroundings World{
+        Desk.Dialogs, Desk.Timers, Desk.Wait, Files, Clock, Library, {"/t/s.inn", {}, {}, {}, "/t"}};
+    TNabtoDevice Device{World.Needs};
+    TStatusBar StatusBar{"StatusBar", {}};
+    TInputDialog Dialog{{Desk.Dialogs, World.Panel, Device, World.MemoEventLog, StatusBar}};
 };
 
 } // namespace

@@ -24,7 +24,7 @@ using testing::IsEmpty;
 // By section and key.
 using TKey = std::pair<std::string, std::string>;
 using TTexts = std::map<TKey, std::string>;
-using TCaptions = std::map<std::string, std::string>;
+using TCaptionMap = std::map<std::string, std::string>;
 
 class LanguageTest : public testing::Test {
   protected:
@@ -62,8 +62,8 @@ class LanguageTest : public testing::Test {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    TCaptions Captions(int process) const {
-        TCaptions captions;
+    TCaptionMap Captions(int process) const {
+        TCaptionMap captions;
         const auto noted = QJsonDocument::fromJson(Read(Note("captions", process))).object();
         for (auto caption = noted.begin(); caption != noted.end(); ++caption)
             captions[caption.key().toStdString()] = caption.value().toString().toStdString();
@@ -115,10 +115,10 @@ TEST_F(LanguageTest, AllCaptionsChangeWithARestartAndBack) {
         EXPECT_EQ(Read(Note("ended", process)), process == 0 ? "2" : "1");
     const TTexts english = Texts("english.lng");
     const TTexts german = Texts("deutsch.lng");
-    const TCaptions before = Captions(0);
-    const TCaptions between = Captions(1);
+    const TCaptionMap before = Captions(0);
+    const TCaptionMap between = Captions(1);
     EXPECT_EQ(Captions(2), [&] {
-        TCaptions again = before;
+        TCaptionMap again = before;
         again.erase("MessageBox/restart");
         return again;
     }());

@@ -34,7 +34,7 @@ QString Notes(const char* kind, int process) {
 }
 
 // The file is there only as a whole.
-void Write(const QString& path, const QByteArray& text) {
+void WriteWhole(const QString& path, const QByteArray& text) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
         std::cerr << "Cannot write " << path.toStdString() << '\n';
@@ -130,7 +130,7 @@ class TTour {
     }
     // The notes stand before the key that ends the program.
     void End(Qt::Key key) {
-        Write(Notes("captions", Process), Captions.Json());
+        WriteWhole(Notes("captions", Process), Captions.Json());
         Press(key);
     }
 
@@ -158,7 +158,7 @@ int RunLanguageTour(int argc, char** argv) {
     // Once there is an event loop to make timers for.
     qAddPreRoutine([] { tour = std::make_unique<TTour>(NumberOfThisProcess()); });
     const int code = RunDesktop(argc, argv, {1, 0, 0, 1});
-    Write(Notes("ended", process), QByteArray::number(argc));
+    WriteWhole(Notes("ended", process), QByteArray::number(argc));
     return code;
 }
 

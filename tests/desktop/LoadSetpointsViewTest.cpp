@@ -17,15 +17,15 @@ namespace tidewell::test {
 
 namespace {
 
-const QColor grey(0x80, 0x80, 0x80);
-const QColor green(0, 128, 0);
-const QColor red(255, 0, 0);
+const QColor greyResult(0x80, 0x80, 0x80);
+const QColor greenResult(0, 128, 0);
+const QColor redResult(255, 0, 0);
 
 class LoadSetpointsView : public TSetpointProgram {
   protected:
     LoadSetpointsView() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Page().SelectedSetpointParent = Page().SetpointTreeView.Nodes().at(0).Text;
         std::string file = "Created at : 1;\nDevice name : M;\nProfile : p;\nSetpointName;F;RawValue;\n";
         for (const char* record : {"Mode;          2          ;2;0;7;0;0;40101;7;",
@@ -122,25 +122,25 @@ TEST_F(LoadSetpointsView, ARunIsSeenFromWriteToResult) {
         EXPECT_FALSE(Find<QWidget>("ButPanel").isVisible() || Find<QLabel>("LabHint").isVisible());
         EXPECT_EQ(Find<QProgressBar>("ProgressBar").value(), 1);
         EXPECT_EQ(Find<QLabel>("progresslabel").text(), "Address : 49999 Value : 5");
-        EXPECT_EQ(ResultColor(1), grey); // though it is written
+        EXPECT_EQ(ResultColor(1), greyResult); // though it is written
         View->close();
         EXPECT_TRUE(View->isVisible());
     });
-    const auto reading = Main().ReadBack.Changed.Connect([&] {
-        if (!Main().ReadBack.Running() || lookedAt != 1)
+    const auto reading = Program->ReadBack.Changed.Connect([&] {
+        if (!Program->ReadBack.Running() || lookedAt != 1)
             return;
         ++lookedAt;
         QCoreApplication::processEvents();
         EXPECT_TRUE(Find<QPushButton>("ButEndReadBack").isVisible());
         EXPECT_NE(Find<QLabel>("LabReadBack").text(), "");
-        EXPECT_EQ(ResultColor(1), grey);
+        EXPECT_EQ(ResultColor(1), greyResult);
     });
     Dialogs.ExpectMessage(Result(1, 0));
     QTest::mouseClick(&Find<QPushButton>("ButWriteSetpoints"), Qt::LeftButton);
     EXPECT_EQ(lookedAt, 2);
     ASSERT_EQ(Results().model()->rowCount(), 3);
-    EXPECT_EQ(ResultColor(1), green);
-    EXPECT_EQ(ResultColor(2), red);
+    EXPECT_EQ(ResultColor(1), greenResult);
+    EXPECT_EQ(ResultColor(2), redResult);
     EXPECT_EQ(Results().model()->index(0, 0).data().toString().trimmed(),
               QString::fromStdString(Form().ResultList.Rows().at(0).Caption));
     EXPECT_FALSE(Find<QPushButton>("ButEndReadBack").isVisible());
@@ -151,8 +151,8 @@ TEST_F(LoadSetpointsView, ARunIsSeenFromWriteToResult) {
     dark.setColor(QPalette::Base, QColor(40, 40, 40));
     Results().setPalette(dark);
     for (const int row : {1, 2}) {
-        EXPECT_EQ(ResultColor(row).hslHue(), (row == 1 ? green : red).hslHue());
-        EXPECT_GT(ResultColor(row).lightness(), (row == 1 ? green : red).lightness());
+        EXPECT_EQ(ResultColor(row).hslHue(), (row == 1 ? greenResult : redResult).hslHue());
+        EXPECT_GT(ResultColor(row).lightness(), (row == 1 ? greenResult : redResult).lightness());
     }
     EXPECT_EQ(View->focusWidget(), &Results());
     QTest::mouseClick(Results().viewport(), Qt::LeftButton);

@@ -250,13 +250,13 @@ TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
     Scope.OnContextPopup = [&](int, int) { held = Scope.Hold(); };
     const QPoint centre = At(50, 5);
     const QRect plot = View.Plot().PlotRect();
-    struct TStep {
+    struct TGesture {
         const char* Name;
         std::function<void()> Do;
         TSLZoomRect Shown; // the third Y axis never zooms
     };
     const TSLZoomRect whole{{0, 100}, {{{0, 10}, {0, 100}, {0, 1}}}};
-    const std::vector<TStep> steps{
+    const std::vector<TGesture> steps{
         {"wheel", [&] { Wheel(centre, 1); }, {{0, 100}, {{{1, 9}, {10, 90}, {0, 1}}}}},
         {"double click", [&] { QTest::mouseDClick(&View, Qt::LeftButton, {}, centre); }, whole},
         {"wheel along X", [&] { Wheel(centre, 1, Qt::ControlModifier); }, {{10, 90}, whole.Y}},
@@ -283,7 +283,7 @@ TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
          },
          {{0, 100}, {{{0, 10}, {0, 100}, {0, 1}}}}},
     };
-    for (const TStep& step : steps) {
+    for (const TGesture& step : steps) {
         step.Do();
         QCoreApplication::processEvents();
         const TSLZoomRect shown = Scope.ShownRect();

@@ -148,7 +148,7 @@ TEST_F(ServiceScreens, TheFlashLogComesToTheGraph) {
     });
     Run();
     // From block 22 back to block 90.
-    const auto& channels = Screen.Program->FormMain.GraphPage.graph.Channels;
+    const auto& channels = Screen.Program->GraphPage.graph.Channels;
     EXPECT_EQ(channels[0].Data.Points().size(), 68 * 16U);
     EXPECT_FALSE(View(Screen.Program->NabtoDevice).isVisible());
     EXPECT_EQ(Kept("FDlog_*").size(), 1U);

@@ -17,7 +17,7 @@ namespace tidewell::test {
 
 namespace {
 
-const QColor blue(0, 0, 255);
+const QColor deepBlue(0, 0, 255);
 const QColor lightBlue(150, 190, 255);
 
 // Of the whole application, until the end of the block.
@@ -43,9 +43,9 @@ class SetpointPageView : public TSetpointProgram {
   protected:
     SetpointPageView() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Main().WindowSetpoint1.Click();
-        View.emplace(Main(), Program->NabtoDevice, TViewContext{Application(), Dialogs, Hold, Files});
+        View.emplace(*Program, TViewContext{Application(), Dialogs, Hold, Files});
         View->resize(1000, 700);
         View->show();
         View->activateWindow();
@@ -140,16 +140,16 @@ TEST_F(SetpointPageView, TheSelectedRowStandsOutByItsFontAlone) {
     EXPECT_NE(stripe, base());
     EXPECT_EQ(Ground(4), stripe);
     for (const int row : {2, 3}) {
-        EXPECT_EQ(Pixels(row, blue), 0);
+        EXPECT_EQ(Pixels(row, deepBlue), 0);
         const QColor ground = Ground(row);
         ClickRow(row);
         EXPECT_EQ(Page().SetpointGrid.SelectedRow(), row);
-        EXPECT_GT(Pixels(row, blue), 20);
+        EXPECT_GT(Pixels(row, deepBlue), 20);
         EXPECT_EQ(Ground(row), ground);
     }
-    EXPECT_EQ(Pixels(2, blue), 0);
+    EXPECT_EQ(Pixels(2, deepBlue), 0);
     const TPaletteOf dark(QColor(40, 40, 40), Qt::white);
-    EXPECT_EQ(Pixels(3, blue), 0);
+    EXPECT_EQ(Pixels(3, deepBlue), 0);
     EXPECT_GT(Pixels(3, lightBlue), 20);
     EXPECT_EQ(Ground(3), base());
     EXPECT_LT(Ground(2).lightness(), 100);
@@ -166,7 +166,7 @@ TEST_F(SetpointPageView, RowsAreReachedAndEditedByTheKeyboard) {
         Press(key);
         EXPECT_EQ(Page().SetpointGrid.SelectedRow(), row) << key;
     }
-    EXPECT_EQ(Main().ContextHelp.HelpfileDoc.currentParaID, 101);
+    EXPECT_EQ(Program->ContextHelp.HelpfileDoc.currentParaID, 101);
     Press(Qt::Key_7); // in silence: nothing is logged
     StartLog();
     const auto expectEdit = [this](const std::string& value, bool selectAll) {
@@ -236,7 +236,7 @@ TEST_F(SetpointPageView, ADeviceIsSavedFromItsNodeAndTheReadingIsSeen) {
     auto& panel = Find<QWidget>("ReadBackPanel");
     EXPECT_FALSE(panel.isVisible());
     bool seen = false;
-    const auto watch = Main().ReadBack.Changed.Connect([&] {
+    const auto watch = Program->ReadBack.Changed.Connect([&] {
         QCoreApplication::processEvents();
         if (!panel.isVisible() || !Find<QLabel>("LblReadBack").text().contains("cycle 2 of 3"))
             return;

@@ -47,7 +47,7 @@ void LoadSetpoints(TStage stage) {
         screen.Nabto.FindController(screen.Arguments.at(1))
             ->Faults.Replace({{EFault::RefuseWrite, 3, "", {.Address = 107}}});
         TProgram& program = *screen.Program;
-        program.FormMain.SetpointPage.SelectedSetpointParent = "Device Aria 450";
+        program.SetpointPage.SelectedSetpointParent = "Device Aria 450";
         program.LoadSetpoints.LoadForm("/opt/tidewell/setpoint/aria450.csv");
         screen.Desktop.Dialogs.ShowModal(program.LoadSetpoints);
     });

@@ -2,6 +2,7 @@
 
 #include "core/Configuration.h"
 #include "core/Errors.h"
+#include "core/LogControl.h"
 #include "core/Paths.h"
 #include "core/TextFile.h"
 #include "model/ModbusPanel.h"
@@ -33,7 +34,7 @@ TEST(ErrorLog, DecodesAnEvent) {
         EXPECT_EQ(ErrorEventText(MoDy, MinErr), text);
 }
 
-class TErrorLogTest : public testing::Test, public TErrorLog::IHost {
+class TErrorLogTest : public testing::Test, public ILogControl {
   protected:
     TErrorLogTest() {
         TheTab.Pages = {Setpoints};

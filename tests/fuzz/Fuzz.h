@@ -7,6 +7,7 @@
 #include "logging/DatalogReader.h"
 #include "logging/LogBuffers.h"
 #include "model/Profile.h"
+#include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
 
 #include <filesystem>
@@ -46,12 +47,10 @@ class TFixedDialogs : public TNoDialogs {
 };
 
 // A graph page and what opens files on it.
-class TFuzzRig : public IDatalogHost {
+class TFuzzRig {
   public:
-    void StopLog() override {}
-    void OpenProfile(const std::filesystem::path& path) override { Profile.Open(path); }
-    bool FormOpen() const override { return true; }
-
+    TIdleLog Log;
+    TIdleProgram Program;
     TMemoryFiles Files;
     TNoWait Wait;
     TFixedDialogs Dialogs;
@@ -62,8 +61,8 @@ class TFuzzRig : public IDatalogHost {
     TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
     TExclusiveUse Opening;
-    TDatalogParts Parts{*this, Dialogs,      Files,           Wait,          Profile,
-                        Page,  MemoEventLog, FileProgressBar, directorypath, Opening};
+    TDatalogParts Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
+                        Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 
 } // namespace tidewell::test

@@ -47,7 +47,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         rig.Files.Put(rig.Dialogs.Datalogs.back(), FileOf(TakeUpTo(bytes, nextFile)));
     }
     try {
-        TSdDatalogReader(rig.Parts).Open_sd_datalogClick();
+        TSdDatalogReader reader(rig.Parts);
+        reader.OnOpenProfile = [&rig](const std::filesystem::path& path) { rig.Profile.Open(path); };
+        reader.Open_sd_datalogClick();
         const std::size_t rows = rig.Page.graph.Channels[0].Data.GetSize();
         Require(rows > 0 && rows % 360 == 0, "rows are missing");
         Require(rig.Page.graph.Labels.Count() > 12, "labels are missing");

@@ -37,7 +37,7 @@ std::string RowText(int firstValue) {
 }
 
 const std::string header = ";[HeaderStart]x[HeaderEnd]\r\n";
-const std::string fileName = "FDlog_123456789012_02-03-20260800.csv";
+const std::string flashFile = "FDlog_123456789012_02-03-20260800.csv";
 
 TEST(FlashBlocks, CoversTheRangeInUpToThreeRuns) {
     struct TCase {
@@ -159,7 +159,7 @@ class TReadFlash : public TServiceFixture {
     std::string Read(const std::string& length) {
         Tools.editReadLength.SetText(length);
         Tools.BtnReadFlash.OnClick();
-        return FileText(fileName);
+        return FileText(flashFile);
     }
 };
 
@@ -172,7 +172,7 @@ TEST_F(TReadFlash, TakesWholeRecordsAndOffersWhatIsThere) {
                             "nabtoStreamOpen", "nabtoStreamClose"));
     Tools.editReadAddress.SetText("all");
     Library.Chunks = {{1, 2, 3}};
-    Profile.clear();
+    World.Profile.FlashPage.FlashLogProfile.clear();
     Dialogs.ExpectMessage("Show?", EModalResult::Yes); // of the same minute, and nothing to show it with
     Read("3");
     EXPECT_EQ(FileText("FDlog_123456789012_02-03-20260800-2.csv"), header);
@@ -210,7 +210,7 @@ TEST_F(TReadFlash, AShortReadCountsWithZerosForTheRest) {
 }
 
 TEST_F(TReadFlash, AFileThatCannotBeWrittenIsSavedElsewhere) {
-    const std::string full = "Cannot write /app/log/userlog/" + fileName + ": No space left on device";
+    const std::string full = "Cannot write /app/log/userlog/" + flashFile + ": No space left on device";
     Files.Room = 10;
     Dialogs.ExpectMessage(full);
     Dialogs.ExpectSaveFile("Flash Datalog", std::nullopt);

@@ -5,7 +5,7 @@
 #include "core/Errors.h"
 #include "link/Nabto.h"
 #include "model/ModbusPanel.h"
-#include "support/IdleDeviceHost.h"
+#include "support/IdleSurroundings.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
@@ -35,27 +35,6 @@ struct TFakeHttp : IHttp {
     std::string Body = R"({"User":"u","ID":"p"})";
 };
 
-struct TFakeHost : TIdleDeviceHost {
-    void UpdateTimerTimer() override { Events.emplace_back("UpdateTimerTimer"); }
-    void StopLog() override { Events.emplace_back("StopLog"); }
-    void Setup1Click() override { Events.emplace_back("Setup1Click"); }
-    void AddEventLog(const std::string& line) override { Events.push_back(line); }
-    bool ShowButtonDevid() const override { return Devid; }
-    bool ErrorLogVisible() const override { return ErrorLog; }
-    bool FormOpen() const override { return Open; }
-    void StopRunningLog() override { Events.emplace_back("StopRunningLog"); }
-    std::int32_t FlashCounterAddress() const override { return 256; }
-    std::string CreateDatalogHeader() const override { return ";[HeaderStart]"; }
-    std::int32_t ErrorLogOffset() const override { return 512; }
-    void EvalErrorlog(const std::string& wordList, const std::string&) override {
-        Events.push_back(wordList);
-    }
-    std::vector<std::string> Events;
-    bool Devid = true;
-    bool ErrorLog = true;
-    bool Open = true;
-};
-
 class TNabtoDeviceTest : public testing::Test {
   protected:
     TNabtoDeviceTest() {
@@ -65,6 +44,10 @@ class TNabtoDeviceTest : public testing::Test {
         Files.Put("/app/p.pls", "[NabtoDevice]\nq1=0;3;100;1;\n");
         Files.Put(Interface, "<xml/>");
         Client._isLoggedIn = true;
+        Client.UseService(Http, {"api.example", 4161});
+        World.Profile.ErrorLogOffset = 512;
+        Device.OnSetup = [this] { Events.emplace_back("Setup1Click"); };
+        Device.OnErrorlog = [this](const std::string& words, const std::string&) { Events.push_back(words); };
         Device.FormCreate(Language);
     }
     void Answer(const std::string& reply) {
@@ -72,19 +55,26 @@ class TNabtoDeviceTest : public testing::Test {
     }
 
     const char* const Interface = "/app/nabto_config/standalone.xml";
-    TCurrentInifilesPath Paths{"/app/cfg/system_x.inn", "/app/cfg/deutsch.lng", {}, "/app/cfg", "/app"};
     TMemoryFiles Files;
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
     TFakeNabto Library;
     TFakeHttp Http;
-    TFakeHost Host;
+    std::vector<std::string> Events; // that were told upward
     TIniFile Language{"[Nabtodriver]\nButping=Anpingen\nlabfrom=von\nadjustdays=Tage\n"};
-    TApiClient Client{Http, Dialogs, {"api.example", 4161}};
-    TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
-    TModbusPanel Panel{Files, Time};
-    TExtensions Extensions;
-    TNabtoDevice Device{Dialogs, Time, Time, Files, Time, Paths, Extensions, Nabto, Panel, Host};
+    TIdleSurroundings World{Dialogs,
+                            Time,
+                            Time,
+                            Files,
+                            Time,
+                            Library,
+                            {"/app/cfg/system_x.inn", "/app/cfg/deutsch.lng", {}, "/app/cfg", "/app"}};
+    const TCurrentInifilesPath& Paths = World.Paths;
+    TApiClient& Client = World.ApiClient;
+    TUNabto& Nabto = World.Nabto;
+    TModbusPanel& Panel = World.Panel;
+    TNabtoDevice Device{World.Needs};
+    const std::vector<std::string>& EventLog = World.MemoEventLog.Lines();
 };
 
 TEST_F(TNabtoDeviceTest, CreationReadsConfigurationAndTexts) {
@@ -124,8 +114,8 @@ TEST_F(TNabtoDeviceTest, TheDomainIsAddedOnceAndTheDeviceKept) {
     Files.Unwritable.insert(Paths.Systemfile);
     EXPECT_EQ(Device.init("999999999999", Client), 0);
     EXPECT_EQ(Files.Read(Paths.Systemfile), before);
-    ASSERT_EQ(Host.Events.size(), 1U);
-    EXPECT_THAT(Host.Events[0], testing::StartsWith("Device 999999999999.Remote.example not saved: "));
+    ASSERT_EQ(EventLog.size(), 1U);
+    EXPECT_THAT(EventLog[0], testing::StartsWith("Device 999999999999.Remote.example not saved: "));
 }
 
 TEST_F(TNabtoDeviceTest, ALinkNeedsAnIdentityAndAStartedLibrary) {
@@ -139,24 +129,24 @@ TEST_F(TNabtoDeviceTest, ALinkNeedsAnIdentityAndAStartedLibrary) {
     Library.Results["nabtoStartup"] = {NABTO_FAILED};
     EXPECT_EQ(Device.init(id, Client), 0);
     EXPECT_EQ(Device.LblNabto.Caption(), "NOT CONNECTED TO BASESTATION!");
-    EXPECT_EQ(Host.Events.back(), "NOT CONNECTED TO BASESTATION! failed");
+    EXPECT_EQ(EventLog.back(), "NOT CONNECTED TO BASESTATION! failed");
     Device.startLog();
     EXPECT_FALSE(Device.Cycle.timerLogger->Enabled());
     Files.Content.erase(Interface);
     EXPECT_EQ(Device.init(id, Client), 0);
     EXPECT_EQ(Device.LblNabto.Caption(), "Connected to Basestation");
-    EXPECT_EQ(Host.Events.back(), "Interface file missing: " + std::string(Interface));
+    EXPECT_EQ(EventLog.back(), "Interface file missing: " + std::string(Interface));
 }
 
-TEST_F(TNabtoDeviceTest, HandsWholeCyclesToTheHost) {
+TEST_F(TNabtoDeviceTest, TellsOfWholeCycles) {
     Device.SetNabtoQuestion("/app/p.pls");
     EXPECT_EQ(Device.Showquestions(), "q1=0;3;100;1;\r\n");
     Device.init(id, Client);
     Answer(R"({"response":{"data":[{"value":5}]}})");
-    Device.FOnCycleDone = [this] { Host.Events.push_back("cycle " + Device.NabtoResultstring()); };
+    Device.FOnCycleDone = [this] { Events.push_back("cycle " + Device.NabtoResultstring()); };
     Device.startLog();
     Time.Advance(520);
-    EXPECT_THAT(Host.Events, ElementsAre("cycle 5; ", "UpdateTimerTimer"));
+    EXPECT_THAT(Events, ElementsAre("cycle 5; "));
     EXPECT_EQ(Device.ReadBack.SetDatapointListCount, 1);
     EXPECT_EQ(Device.NabtoResultstring(), "");
     Device.stopLog();
@@ -206,7 +196,7 @@ TEST_F(TNabtoDeviceTest, AFormClosedDuringItsPingTellsNothing) {
     };
     Device.btnPing.Click();
     Library.Reply = [this](const std::string&) {
-        Host.Open = false;
+        World.Program.Open = false;
         return R"({"response":{"Pong":1886350951}})";
     };
     Device.btnPing.Click();
@@ -228,7 +218,7 @@ TEST_F(TNabtoDeviceTest, TheFormShowsWhatItsSettingsAllow) {
     Device.FlashDatalog.PanelFDDatalog.SetVisible(true);
     for (const bool set : {true, false}) {
         Device.EnableContineousUpdate = Device.Enable_debugShowExtendedVersionInfo = set;
-        Host.ErrorLog = Host.Devid = set;
+        World.Profile.NabtoErrorlogEnable = Device.ShowButtonDevid = set;
         Dialogs.Show(Device);
         EXPECT_TRUE(Device.BtnUpdate.Visible() && Device.FlashDatalog.ButFlashDatalog.Visible());
         for (const TButton* button : {&Device.ButErorlog, &Device.ButContUpdate, &Device.butChangeDeviceID,
@@ -238,32 +228,34 @@ TEST_F(TNabtoDeviceTest, TheFormShowsWhatItsSettingsAllow) {
     }
     EXPECT_EQ(Device.StatusBar.Panels()[1].Text, "Current DeviceID : d");
     EXPECT_EQ(Device.LblNabto.Caption(), "ID : d");
-    Host.Devid = true;
+    Device.ShowButtonDevid = true;
     Dialogs.Show(Device);
-    Host.Events.clear();
+    Events.clear();
+    World.MemoEventLog.Clear();
     Device.butChangeDeviceID.Click();
     EXPECT_TRUE(Device.Visible());
     Device.Close();
     EXPECT_FALSE(Device.FlashDatalog.PanelFDDatalog.Visible());
-    EXPECT_THAT(Host.Events, ElementsAre("Setup1Click", "Nabto form active", "Nabto form closed"));
+    EXPECT_THAT(Events, ElementsAre("Setup1Click"));
+    EXPECT_THAT(EventLog, ElementsAre("Nabto form active", "Nabto form closed"));
 }
 
 TEST_F(TNabtoDeviceTest, ReadsTheErrorLog) {
     Device.device = "d";
     Answer(R"({"response":{"status":1}})");
     Device.ButErorlog.OnClick();
-    EXPECT_THAT(Host.Events, IsEmpty());
+    EXPECT_THAT(Events, IsEmpty());
     Answer(R"({"response":{"status":0}})");
     std::vector<std::uint8_t> bytes(400);
     bytes[1] = 7;
     Library.Chunks = {bytes, bytes};
     Device.ButErorlog.OnClick();
-    ASSERT_EQ(Host.Events.size(), 1U);
-    EXPECT_TRUE(Host.Events[0].starts_with("7;0;0;"));
+    ASSERT_EQ(Events.size(), 1U);
+    EXPECT_TRUE(Events[0].starts_with("7;0;0;"));
     EXPECT_THAT(Device.memoDebug.Lines(), testing::Contains("Read Address: 512"));
-    Library.OnCall = [this] { Host.Open = false; };
+    Library.OnCall = [this] { World.Program.Open = false; };
     Device.ButErorlog.OnClick(); // closed meanwhile
-    EXPECT_EQ(Host.Events.size(), 1U);
+    EXPECT_EQ(Events.size(), 1U);
 }
 
 TEST_F(TNabtoDeviceTest, ShowsProgressInWholePercent) {

@@ -1,16 +1,14 @@
 #pragma once
 
 #include "FakeNabto.h"
-#include "core/Extensions.h"
-#include "core/Paths.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "core/controls/StatusBar.h"
 #include "link/DeviceUse.h"
 #include "link/EepromReader.h"
 #include "link/FlashDatalog.h"
-#include "link/Nabto.h"
 #include "link/ServiceTools.h"
+#include "support/IdleSurroundings.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
@@ -26,7 +24,7 @@
 namespace tidewell::test {
 
 // The service tools and a device that answers as it is told.
-class TServiceFixture : public testing::Test, public TFlashDatalog::IHost {
+class TServiceFixture : public testing::Test {
   protected:
     TServiceFixture() {
         Library.Reply = [this](const std::string&) {
@@ -39,17 +37,16 @@ class TServiceFixture : public testing::Test, public TFlashDatalog::IHost {
             if (OnRead && Library.Calls.back().starts_with("nabtoStreamReadIntoBuf"))
                 OnRead();
         };
+        Flash.OnStopRunningLog = [this] { Events.emplace_back("StopRunningLog"); };
+        Flash.OnShowFlashDatalog = [this](const std::filesystem::path& profile,
+                                          const std::filesystem::path& file) {
+            Events.push_back("show " + profile.string() + " " + file.string());
+        };
+        World.Profile.currentprofilefile = "x";
+        World.Profile.FlashPage.DF_FDCountNum = 256;
+        World.Profile.FlashPage.FlashLogProfile = "/app/profile/p_Flash.pls";
+        Files.Put("/app/profile/p_Flash.pls", "");
     }
-
-    void StopRunningLog() override { Events.emplace_back("StopRunningLog"); }
-    void AddEventLog(const std::string& line) override { Events.push_back(line); }
-    std::int32_t FlashCounterAddress() const override { return 256; }
-    std::string CreateDatalogHeader() const override { return ";[HeaderStart]x[HeaderEnd]"; }
-    std::filesystem::path GetFlashLogProfilepath() const override { return Profile; }
-    void ShowFlashDatalog(const std::filesystem::path& profile, const std::filesystem::path& file) override {
-        Events.push_back("show " + profile.string() + " " + file.string());
-    }
-    bool FormOpen() const override { return Open; }
 
     // What went to the library since the last call, without handles, URL prefix and the reads of streams.
     std::vector<std::string> Calls() {
@@ -74,25 +71,32 @@ class TServiceFixture : public testing::Test, public TFlashDatalog::IHost {
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
     TFakeNabto Library;
-    TCurrentInifilesPath Paths{"/app/cfg/system_x.inn", "/app/cfg/english.lng", {}, "/app/cfg", "/app"};
-    TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
+    TIdleSurroundings World{Dialogs,
+                            Time,
+                            Time,
+                            Files,
+                            Time,
+                            Library,
+                            {"/app/cfg/system_x.inn", "/app/cfg/english.lng", {}, "/app/cfg", "/app"}};
+    TUNabto& Nabto = World.Nabto;
+    TExtensions& Extensions = World.Extensions;
+    bool& Open = World.Program.Open;
     std::string device = "123456789012.remote.example";
     TMemo memoDebug{"memoDebug"};
     TStatusBar StatusBar{"StatusBar", {{1, {}, false}, {1, {}, false}, {1, {}, false}}};
     TLabel LblJson{"LblJson"};
     TDeviceUse Use;
-    TExtensions Extensions;
     TReadTexts Texts;
-    TEepromReader Eeprom{Nabto, memoDebug, device, Extensions, Texts};
-    TFlashDatalog Flash{{*this, Dialogs, Files, Time, Paths, Nabto, Use, Eeprom, memoDebug, StatusBar, device,
-                         Extensions, Texts}};
-    TServiceTools Tools{{Dialogs, Files, Time, Paths, Nabto, Use, Eeprom, Flash, memoDebug, LblJson, device,
-                         Extensions, Texts}};
+    bool EnableContineousUpdate = false;
+    std::filesystem::path CurrentUpdateSWFile;
+    const TDeviceServices Services{
+        World.Needs, Use, memoDebug, StatusBar, device, Texts, EnableContineousUpdate, CurrentUpdateSWFile};
+    TEepromReader Eeprom{Services};
+    TFlashDatalog Flash{Services, Eeprom};
+    TServiceTools Tools{Services, Eeprom, Flash, LblJson};
 
     std::vector<std::string> Events; // that the main form was asked for
-    std::filesystem::path Profile = "/app/profile/p_Flash.pls";
-    bool Open = true;
-    int Status = 0; // of each query
+    int Status = 0;                  // of each query
     std::function<void()> OnQuery;
     std::function<void()> OnRead;
 };

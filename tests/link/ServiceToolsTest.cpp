@@ -10,7 +10,7 @@ using testing::IsEmpty;
 
 using TBytes = std::vector<std::uint8_t>;
 
-const std::string fileName = "EElist_123456789012_02-03-20260800.csv";
+const std::string eepromFile = "EElist_123456789012_02-03-20260800.csv";
 
 TEST(EepromReader, PairsOfBytesAreWords) {
     EXPECT_EQ(BytesToWordList(TBytes{2, 1, 4, 3}), "513;1027;");
@@ -44,7 +44,7 @@ TEST_F(TServiceFixture, ListsEepromWordsInAFile) {
     Library.Chunks = {{2, 1, 4, 3, 6, 5}};
     Dialogs.ExpectMessage("done... download");
     Tools.butGetEepromValues.OnClick();
-    EXPECT_EQ(FileText(fileName), "EENum- 512;513\r\nEENum- 514;1027\r\nEENum- 516;1541\r\n");
+    EXPECT_EQ(FileText(eepromFile), "EENum- 512;513\r\nEENum- 514;1027\r\nEENum- 516;1541\r\n");
 
     Status = 1; // the list is saved empty
     Dialogs.ExpectMessage("done... download");

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "FakeNabto.h"
-#include "core/Extensions.h"
 #include "core/KvSupport.h"
-#include "core/Paths.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "core/controls/StatusBar.h"
@@ -11,9 +9,10 @@
 #include "link/DeviceUse.h"
 #include "link/FileUpload.h"
 #include "link/FirmwareUpdate.h"
-#include "link/Nabto.h"
+#include "link/ReadReport.h"
 #include "link/UpdateRun.h"
 #include "link/UpdateStatus.h"
+#include "support/IdleSurroundings.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
@@ -72,12 +71,21 @@ class TUpdateFixture : public testing::Test {
 
     std::function<void()> OnExchange; // at each call of the library
     int Exchanges = 0;
-    TCurrentInifilesPath Paths{"/app/cfg/s.inn", {}, "/app/profile/p.pls", "/app/cfg", "/app"};
     TMemoryFiles Files;
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
     TFakeNabto Library;
-    TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
+    TIdleSurroundings World{Dialogs,
+                            Time,
+                            Time,
+                            Files,
+                            Time,
+                            Library,
+                            {"/app/cfg/s.inn", {}, "/app/profile/p.pls", "/app/cfg", "/app"}};
+    TUNabto& Nabto = World.Nabto;
+    TCurrentInifilesPath& Paths = World.Paths;
+    TExtensions& Extensions = World.Extensions;
+    bool& Open = World.Program.Open;
     TMemo memoDebug{"memoDebug"};
     TEdit streamDelayEdit{"streamDelayEdit"};
     TButton ButContUpdate{"ButContUpdate"};
@@ -85,18 +93,16 @@ class TUpdateFixture : public testing::Test {
     std::string Device = "410000000001.remote.example";
     std::filesystem::path CurrentUpdateSWFile = "/pkg/config.fwc";
     bool EnableContineousUpdate = false;
-    bool Open = true; // the program
-    TExtensions Extensions;
     TDeviceUse Use;
+    TReadTexts ReadTexts;
+    const TDeviceServices Services{
+        World.Needs,        Use, memoDebug, StatusBar, Device, ReadTexts, EnableContineousUpdate,
+        CurrentUpdateSWFile};
     TUpdateStatus UpdateStatus{Time};
-    TUpdateRun Run{Time, Nabto, UpdateStatus, Device, [this] { return Open; }, Extensions};
-    TFileUpload Upload{
-        {Dialogs, Files, Time, Nabto, Run, memoDebug, streamDelayEdit, Device, CurrentUpdateSWFile}};
-    TFirmwareUpdate Update{{Dialogs, Files, Time, Paths, Nabto, Use, Run, UpdateStatus, Upload, memoDebug,
-                            Device, EnableContineousUpdate, CurrentUpdateSWFile, Extensions}};
-    TContinuousUpdate Continuous{{Dialogs, Files, Time, Time, Paths, Use, UpdateStatus, Update, memoDebug,
-                                  StatusBar, ButContUpdate, Device, EnableContineousUpdate,
-                                  CurrentUpdateSWFile, Extensions}};
+    TUpdateRun Run{Services, UpdateStatus};
+    TFileUpload Upload{Services, Run, streamDelayEdit};
+    TFirmwareUpdate Update{Services, Run, UpdateStatus, Upload};
+    TContinuousUpdate Continuous{Services, UpdateStatus, Update, ButContUpdate};
 
     std::optional<std::string> Ping; // the answer; nothing while the device is away
     std::string CrcReply = R"({"response":{"data":[{"value":0}]}})";

@@ -62,7 +62,7 @@ TEST(CsvExport, SavesATableForASpreadsheet) {
     EXPECT_EQ(lines[2], "08:00:00;0,00;0,00;0,00;-0,01");
     EXPECT_EQ(lines[3], "08:00:01;0,10;-1,00;-10000000,00;0,00");
     EXPECT_EQ(lines[99], "08:00:07;9,70;-97,00;-9,7E8;0,96");
-    EXPECT_EQ(rig.Stopped, 1);
+    EXPECT_EQ(rig.TDatalogRig::Log.Stopped, 1);
     EXPECT_EQ(rig.MemoEventLog.Lines().back(), "Saved Visualgraphdata /t/log/exported/a.csv");
     EXPECT_EQ(rig.Dialogs.LastFileDialog.InitialDirectory, "/t/log/exported");
     EXPECT_EQ(rig.Dialogs.LastFileDialog.Filters.at(0).Mask, "*.csv");
@@ -130,7 +130,7 @@ TEST(CsvExport, TellsEveryFailureInTheSameWords) {
         rig.Export.Exportdatatocsv1Click();
         EXPECT_EQ(rig.Files.Read("/t/log/exported/a.csv"), "old");
         EXPECT_FALSE(rig.Dialogs.WaitCursor);
-        EXPECT_EQ(rig.Stopped, 1);
+        EXPECT_EQ(rig.TDatalogRig::Log.Stopped, 1);
     }
 }
 

@@ -160,7 +160,7 @@ TEST(DatalogReader, GoesStepByStep) {
         EXPECT_EQ(rig.FileProgressBar.Position(), 10);
         EXPECT_EQ(rig.Page.GraphSampleCount(), 0U);
         EXPECT_TRUE(rig.Page.DatalogFileOpen);
-        EXPECT_EQ(rig.Stopped, 1);
+        EXPECT_EQ(rig.Log.Stopped, 1);
     });
     rig.OpenFiles({Rows(1, 3) + Header, Rows(4, 9) + Header});
     EXPECT_THAT(rig.MemoEventLog.Lines(),
@@ -178,16 +178,16 @@ TEST(DatalogReader, GoesStepByStep) {
     // Cancelled: all stays, and a bar that a failed opening has left goes.
     rig.FileProgressBar.SetVisible(true);
     rig.OpenFiles({});
-    EXPECT_EQ(rig.Stopped, 1);
+    EXPECT_EQ(rig.Log.Stopped, 1);
     EXPECT_EQ(rig.Page.GraphSampleCount(), 8U);
     EXPECT_FALSE(rig.FileProgressBar.Visible());
 
     // The form is closed while it waits.
-    rig.Time.After(0, [&rig] { rig.Open = false; });
+    rig.Time.After(0, [&rig] { rig.Program.Open = false; });
     rig.OpenFiles({Rows(1, 3) + Header});
     EXPECT_EQ(rig.Page.GraphSampleCount(), 0U);
 
-    rig.Open = true;
+    rig.Program.Open = true;
     rig.Profile.ProfileLoaded = false;
     rig.Reader.OpenDatalogfile1Click(); // shows nothing
 }

@@ -6,6 +6,7 @@
 #include "logging/DatalogReader.h"
 #include "logging/LogBuffers.h"
 #include "model/Profile.h"
+#include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
@@ -19,19 +20,15 @@
 namespace tidewell::test {
 
 // What opens and exports datalogs works on, with the profile "/t/profile/a.pls" opened.
-class TDatalogRig : public IDatalogHost {
+class TDatalogRig {
   public:
     explicit TDatalogRig(const std::string& profileText, int xAxisJump = 1000) {
         Files.Put("/t/profile/a.pls", profileText);
         Page.XAxisJump = xAxisJump;
-        OpenProfile("/t/profile/a.pls");
+        Profile.Open("/t/profile/a.pls");
         Page.GraphInit(true);
         FileProgressBar.SetVisible(false);
     }
-    void StopLog() override { ++Stopped; }
-    void OpenProfile(const std::filesystem::path& path) override { Profile.Open(path); }
-    bool FormOpen() const override { return Open; }
-
     // What a channel holds of each sample; of the plot surface, or of the page's own table.
     std::vector<double> Drawn(std::size_t channel) const {
         std::vector<double> values(Page.graph.Channels[channel].Data.GetSize());
@@ -45,8 +42,8 @@ class TDatalogRig : public IDatalogHost {
         return values;
     }
 
-    bool Open = true;
-    int Stopped = 0;
+    TIdleLog Log;
+    TIdleProgram Program;
     TMemoryFiles Files;
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
@@ -57,8 +54,8 @@ class TDatalogRig : public IDatalogHost {
     TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
     TExclusiveUse Opening;
-    TDatalogParts Parts{*this, Dialogs,      Files,           Time,          Profile,
-                        Page,  MemoEventLog, FileProgressBar, directorypath, Opening};
+    TDatalogParts Parts{Log,  Program,      Dialogs,         Files,         Time,   Profile,
+                        Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 
 } // namespace tidewell::test

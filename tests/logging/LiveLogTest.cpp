@@ -1,8 +1,10 @@
 #include "logging/LiveLog.h"
 
 #include "core/Errors.h"
+#include "core/controls/StatusBar.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
+#include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
@@ -19,32 +21,20 @@ using testing::ElementsAre;
 
 namespace {
 
-class TRecordingHost : public TLiveLog::IHost {
+class TRecordingPolling : public TLiveLog::IPolling {
   public:
-    bool NabtoEnabled() override { return Enabled; }
-    int InitLink() override { return Told("init", LinkResult); }
-    void StartPolling() override { Told("startLog"); }
-    void StopPolling() override { Told("stopLog"); }
-    bool Polls() override { return Linked; }
-    void ShowSetpointPage() override { Told("TabSetpoint"); }
-    void Setup1Click() override { Told("Setup1Click"); }
-    void RepaintStatusBar() override { Told("repaint"); }
-    bool FormOpen() override { return Open; }
-    void ApplyDataLine(const std::string& line) override { Lines.push_back(line); }
+    bool Link() override {
+        Calls.emplace_back("link");
+        return Links;
+    }
+    void Start() override { Calls.emplace_back("start"); }
+    void Stop() override { Calls.emplace_back("stop"); }
+    bool Running() const override { return Runs; }
     std::vector<std::string> TakeCalls() { return std::exchange(Calls, {}); }
 
-    bool Enabled = true;
-    bool Open = true;
-    bool Linked = true;
-    int LinkResult = 0;
+    bool Links = true;
+    bool Runs = true;
     std::vector<std::string> Calls;
-    std::vector<std::string> Lines; // given to the grid
-
-  private:
-    int Told(const std::string& call, int result = 0) {
-        Calls.push_back(call);
-        return result;
-    }
 };
 
 constexpr const char* ProfileText = "[MainDevice]\r\nEnable=True\r\nR1=1;3;0;2;Setpoints;\r\n"
@@ -65,6 +55,8 @@ class TRig {
         Panel.SetMpanelPLSpath("/t/profile/a.pls");
         Panel.InitQuestionStringlistStructures();
         Page.GraphInit(true);
+        Log.OnDataLine = [this](const std::string& line) { Lines.push_back(line); };
+        Log.OnNoProfile = [this] { Polling.Calls.emplace_back("no profile"); };
         Log.TakeTexts(TIniFile(std::string("[HeadAppl]\nMessageLoggingStart=Started\n"
                                            "MessageLoggingStop=Stopped\nTrafficButtonON=ON\n"
                                            "TrafficButtonOFF=OFF\nDialogSaveDatalogFile=Save it\n"
@@ -81,7 +73,9 @@ class TRig {
     test::TMemoryFiles Files;
     test::TVirtualTime Time;
     test::TScriptedDialogs Dialogs;
-    TRecordingHost Host;
+    TRecordingPolling Polling;
+    test::TIdleProgram Program;
+    std::vector<std::string> Lines; // given to the grid
     TModbusPanel Panel{Files, Time};
     TProfile Profile{Files};
     TMemo MemoEventLog{"MemoEventLog"};
@@ -89,11 +83,12 @@ class TRig {
     TProgressBar FileProgressBar{"FileProgressBar"};
     TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
+    TStatusBar StatusBar{"StatusBar", {}};
     TExtensions Extensions;
     TExclusiveUse Opening;
     TCurrentInifilesPath Paths{{}, {}, {}, {}, "/t"};
-    TLiveLog Log{{Host, Dialogs, Time, Files, Time, Panel, Profile, Page, Buffers, TrafficButton,
-                  MemoEventLog, Paths, Extensions, Opening}};
+    TLiveLog Log{{Polling, Program, Dialogs, Time, Files, Time, Panel, Profile, Page, Buffers, TrafficButton,
+                  StatusBar, MemoEventLog, Paths, Extensions, Opening}};
 };
 
 } // namespace
@@ -116,7 +111,7 @@ TEST(LiveLog, SavesTheRowsOfEachLogAndTheHeader) {
         for (std::size_t row = 0; row < test.Cycles.size(); ++row) {
             const std::string stamp = "02-03-2026;08:00:0" + std::to_string(row * 2) + ';';
             rig.Step(test.Cycles[row]);
-            EXPECT_EQ(rig.Host.Lines.back(), std::to_string(row) + ';' + stamp + test.Cycles[row]);
+            EXPECT_EQ(rig.Lines.back(), std::to_string(row) + ';' + stamp + test.Cycles[row]);
             expected += std::to_string(row + 1) + ';' + stamp + test.Lines[row] + "\r\n";
         }
         EXPECT_THROW(rig.Log.SaveDataLogFile("/t/new/deep/datalog.csv"), EInOutError);
@@ -151,7 +146,7 @@ TEST(LiveLog, JoinsAllSevenStringsAndSkipsAnEmptyLine) {
     rig.Step("1; ");
     events.ClearStrings();
     rig.Log.UpdateTimerTimer();
-    EXPECT_THAT(rig.Host.Lines, ElementsAre("1;02-03-2026;08:00:00;a; 1; z"));
+    EXPECT_THAT(rig.Lines, ElementsAre("1;02-03-2026;08:00:00;a; 1; z"));
     rig.Log.SaveDataLogFile(Partial);
     EXPECT_THAT(rig.Saved(Partial), testing::HasSubstr("\r\n3;;;")); // a row that was never dated
 }
@@ -209,7 +204,7 @@ TEST(LiveLog, KeepsARowThatGraphAndGridCannotShow) {
         EXPECT_THAT([&] { rig.Step("1; 2; "); },
                     testing::ThrowsMessage<EConvertError>(testing::HasSubstr("Bad")));
     EXPECT_EQ(rig.Buffers.DatalogCount, 2U);
-    EXPECT_EQ(rig.Host.Lines.size(), 2U);
+    EXPECT_EQ(rig.Lines.size(), 2U);
     EXPECT_EQ(rig.Page.DataLogDataValues.At(2, 1), 2);
     EXPECT_THAT(rig.Saved("/t/log/userlog/datalog02-03-20260800partial.csv"),
                 testing::StartsWith("1;02-03-2026;"));
@@ -241,7 +236,7 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
     // The first start saves an empty log.
     rig.Dialogs.ExpectMessage(Question, EModalResult::Yes);
     rig.Log.TrafficButtonClick();
-    EXPECT_THAT(rig.Host.TakeCalls(), ElementsAre("init", "repaint", "startLog", "repaint"));
+    EXPECT_THAT(rig.Polling.TakeCalls(), ElementsAre("link", "start"));
     EXPECT_EQ(rig.Saved(Partial), Header);
     EXPECT_TRUE(rig.Log.DatalogOn);
     EXPECT_EQ(rig.Page.CurrentLogStartDate, "02-03-2026");
@@ -252,7 +247,7 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
     rig.Step("1; ");
     rig.Time.Advance(5 * 60'000);
     rig.Log.TrafficButtonClick();
-    EXPECT_THAT(rig.Host.TakeCalls(), ElementsAre("stopLog"));
+    EXPECT_THAT(rig.Polling.TakeCalls(), ElementsAre("stop"));
     EXPECT_TRUE(rig.Panel.WannaClose && !rig.Log.DatalogOn && rig.Page.graph.Cursors[0].Visible());
     EXPECT_EQ(rig.TrafficButton.Color(), TColor{0x808080});
     EXPECT_EQ(rig.TrafficButton.Caption(), "OFF");
@@ -277,7 +272,7 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
     // One that the driver takes no notice of says so, as long as it is so.
     for (const bool linked : {false, true}) {
         rig.Log.StopLog();
-        rig.Host.Linked = linked;
+        rig.Polling.Runs = linked;
         rig.Log.StartLog(false, true);
         EXPECT_EQ(rig.Log.LogNotice.Visible(), !linked);
         EXPECT_EQ(std::ranges::count(rig.MemoEventLog.Lines(), rig.Log.Texts.NoSession), 1);
@@ -286,11 +281,11 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
     // A start that is not to report only polls; one without a link does nothing.
     rig.Log.StopLog();
     rig.Step("3; ");
-    rig.Host.TakeCalls();
+    rig.Polling.TakeCalls();
     rig.Log.StartLog(false, false);
-    rig.Host.LinkResult = -2;
+    rig.Polling.Links = false;
     rig.Log.StartLog(true, true);
-    EXPECT_THAT(rig.Host.TakeCalls(), ElementsAre("init", "repaint", "startLog", "init"));
+    EXPECT_THAT(rig.Polling.TakeCalls(), ElementsAre("link", "start", "link"));
     EXPECT_FALSE(rig.Log.DatalogOn);
     EXPECT_EQ(rig.Buffers.DatalogCount, 1U);
 }

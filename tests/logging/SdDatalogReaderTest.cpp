@@ -47,6 +47,7 @@ std::string Text(const std::vector<std::string>& lines, const char* end = "\r\n"
 class TSdRig : public TDatalogRig {
   public:
     explicit TSdRig(const std::string& profile = TwoChannels) : TDatalogRig(profile) {
+        Reader.OnOpenProfile = [this](const std::filesystem::path& path) { Profile.Open(path); };
         Reader.TakeTexts(
             TIniFile(std::string("[HeadAppl]\nMessageStopLog=") + Question +
                      "\nDialogOpenProfileCaption=Profile\nDialogOpenDatalogFileCaption=Datalog\n"));
@@ -105,7 +106,7 @@ TEST(SdDatalogReader, DrawsTheMinutesBeforeTheStamp) {
     EXPECT_FALSE(rig.FileProgressBar.Visible());
     EXPECT_EQ(rig.Profile.currentprofilefile, "/t/profile/card.SDpls");
     EXPECT_EQ(rig.MemoEventLog.Lines().back(), "/t/0.DAL");
-    EXPECT_EQ(rig.Stopped, 2);
+    EXPECT_EQ(rig.Log.Stopped, 2);
     EXPECT_EQ(rig.Dialogs.Shown[0].Kind, EMessageKind::Information);
     EXPECT_EQ(rig.Dialogs.Shown[0].Buttons, EButtons::OkCancel);
     EXPECT_EQ(rig.Dialogs.LastFileDialog.InitialDirectory, "/t");

@@ -15,6 +15,7 @@ using testing::IsEmpty;
 
 struct THelp : testing::Test {
     void Fill() {
+        Help.TakeTexts(TIniFile("[HeadAppl]\nErrorMissingAdobe=no reader\n"));
         Files.Put("/t/Help/aria.pdf", "");
         Help.HelpfileDoc = {true, "/t/Help/aria.pdf", "aria.pdf", "/reader", {}, 0, {{101, 7}, {102, 9}}};
     }
@@ -28,7 +29,7 @@ struct THelp : testing::Test {
 TEST_F(THelp, IsInertUnlessThereIsAHelpFile) {
     Fill();
     Help.HelpfileDoc.Fileexist = THelpfileDoc().Fileexist;
-    Help.Show("no reader");
+    Help.Show();
     EXPECT_THAT(Process.Calls, IsEmpty());
     EXPECT_THAT(EventLog.Lines(), IsEmpty());
 }
@@ -43,7 +44,7 @@ TEST_F(THelp, OpensThePageOfTheSelectedRow) {
         EventLog.Clear();
         Process.Calls.clear();
         Help.HelpfileDoc.currentParaID = test.ParaID;
-        Help.Show("no reader");
+        Help.Show();
         EXPECT_THAT(EventLog.Lines(),
                     ElementsAre("helpfile/t/Help/aria.pdf -> page" + test.Page + " ParaIDnum-> " +
                                 std::to_string(test.ParaID) + " Readerprg /reader"));
@@ -57,7 +58,7 @@ TEST_F(THelp, ClosesTheReaderThatHoldsTheFileAndTellsWhenItCannotStart) {
     Files.Locked.insert("/t/Help/aria.pdf");
     Process.CanStart = false;
     Dialogs.ExpectMessage("no reader");
-    Help.Show("no reader");
+    Help.Show();
     EXPECT_THAT(Process.Calls, ElementsAre("close aria.pdf - Adobe Reader",
                                            "start /reader [/A] [Page=0&zoom=100] [/t/Help/aria.pdf]"));
 }

@@ -76,7 +76,7 @@ TEST_F(TEntry, LeavesAnEventLogAnEmptyDatalogAndADebugLog) {
     program->Start();
     Time.Advance(200);
     EXPECT_TRUE(Dialogs.Shown.empty());
-    program->FormMain.Close1Click();
+    program->FormMain.Close();
     EXPECT_TRUE(Application.IsTerminated);
     EXPECT_THAT(FilesIn("/t/log/systemlog"),
                 ElementsAre("02-03-2026080002debug.log", "02-03-2026080002eventlog.log",
@@ -137,11 +137,11 @@ TEST_F(TEntry, KeepsTheFormOpenOnceWhenTheLogCannotBeSaved) {
     Time.Advance(200);
     const std::string eventlog = "/t/log/systemlog/02-03-2026080002eventlog.log";
     Files.Unwritable.insert(eventlog);
-    EXPECT_THROW(program->FormMain.Close1Click(), EInOutError);
+    EXPECT_THROW(program->FormMain.Close(), EInOutError);
     EXPECT_TRUE(program->FormMain.Visible());
     EXPECT_THAT(FilesIn("/t/log/systemlog"), ElementsAre()); // the rest has not run
     Dialogs.ExpectMessage("Cannot write " + eventlog + ": Permission denied");
-    program->FormMain.Close1Click();
+    program->FormMain.Close();
     EXPECT_TRUE(Application.IsTerminated);
     EXPECT_THAT(FilesIn("/t/log/systemlog"),
                 ElementsAre("02-03-2026080002debug.log", "datalog02-03-20260800.csv"));
@@ -153,7 +153,7 @@ TEST_F(TEntry, KeepsTheDatalogOfAnEarlierRunInTheSameMinute) {
     auto program = Build();
     program->Start();
     Time.Advance(200);
-    program->FormMain.Close1Click();
+    program->FormMain.Close();
     EXPECT_EQ(Files.Content["/t/log/systemlog/datalog02-03-20260800.csv"], "earlier");
     EXPECT_TRUE(Files.FileExists("/t/log/systemlog/datalog02-03-20260800-2.csv"));
     ExpectNoLibraryAtTheEnd();
@@ -196,7 +196,7 @@ TEST_F(TEntry, OffersTheProfileDialogUnlessTheDeviceDecides) {
     Time.Advance(200);
     EXPECT_EQ(Dialogs.LastFileDialog.InitialDirectory, "/t/profile");
     EXPECT_EQ(Dialogs.LastFileDialog.Filters[1].Mask, " *.zls;*.csv");
-    EXPECT_EQ(program->FormMain.ModbusPanel.PingTestModbusID, "7");
+    EXPECT_EQ(program->ModbusPanel.PingTestModbusID, "7");
     EXPECT_EQ(program->FormMain.Caption(), "/t/profile/x.pls");
     EXPECT_THAT(program->FormMain.MemoEventLog.Lines(), testing::Contains("/t/profile/x.pls opened"));
     ExpectNoLibraryAtTheEnd();

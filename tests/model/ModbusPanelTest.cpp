@@ -16,14 +16,14 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* profilePath = "/t/M3_english.pls";
+constexpr const char* panelPath = "/t/M3_english.pls";
 
 class ModbusPanel : public testing::Test {
   protected:
     void Load(const std::string& profile) {
-        Files.Put(profilePath, profile);
+        Files.Put(panelPath, profile);
         Panel.SetMpanelWorkingpath("/t");
-        Panel.SetMpanelPLSpath(profilePath);
+        Panel.SetMpanelPLSpath(panelPath);
         Panel.InitQuestionStringlistStructures();
     }
     const TMDevice& Device(std::size_t index) const { return Panel.DeviceList.GetDevice(index); }

@@ -9,7 +9,7 @@ namespace {
 class TCloseInTheMiddle : public TProgramFixture {
   protected:
     void CloseMain() {
-        Main().Close1Click();
+        Main().Close();
         EXPECT_TRUE(Application.IsTerminated);
         ShownAtClose = Dialogs.Shown.size();
         StepsAtClose = Log.size();
@@ -43,7 +43,7 @@ TEST_F(TCloseInTheMiddle, OfTheFirstPings) {
         });
         Start();
         ExpectEnded();
-        EXPECT_FALSE(Main().Profile.ProfileLoaded);
+        EXPECT_FALSE(Program->Profile.ProfileLoaded);
         Program.reset();
         Libraries.Calls.clear();
         for (const auto& path : FilesBelow("/t/log"))
@@ -57,7 +57,7 @@ TEST_F(TCloseInTheMiddle, OfTheQuestionBeforeALog) {
         Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), answer);
         CloseInNextDialog();
         Main().TrafficButton.Click();
-        EXPECT_FALSE(Main().LiveLog.DatalogOn);
+        EXPECT_FALSE(Program->LiveLog.DatalogOn);
         ExpectEnded();
         Program.reset();
         for (const auto& path : FilesBelow("/t/log"))
@@ -165,11 +165,11 @@ TEST_F(TCloseInTheMiddle, OfTheRefusalToLogWithoutAProfile) {
 TEST_F(TCloseInTheMiddle, OfAReadBackByAChangeOfLanguage) {
     Start();
     Time.After(3000, [this] {
-        EXPECT_TRUE(Main().ReadBack.Running());
+        EXPECT_TRUE(Program->ReadBack.Running());
         Application.Terminate();
         StepsAtClose = Log.size();
     });
-    Main().SetpointFiles.SetpointSaveSetpoints("Device Aria 450");
+    Program->SetpointFiles.SetpointSaveSetpoints("Device Aria 450");
     EXPECT_THAT(Main().MemoEventLog.Lines(), testing::Contains("Setpoints not saved: the reading was ended"));
     Program->Finish();
     ExpectEnded();

@@ -29,10 +29,10 @@ TEST_F(TDatalogGolden, SavesOpensAndExportsALog) {
     Dialogs.ExpectOpenFiles(Language("HeadAppl", "DialogOpenDatalogFileCaption"), {saved});
     Main().OpenDatalogfile1.Click();
     EXPECT_FALSE(Main().FileProgressBar.Visible());
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), rows - 1);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows - 1);
     EXPECT_TRUE(Samples(rows - 1) == live);
     Dialogs.ExpectSaveFile(Language("HeadAppl", "DialogSaveDatalogFile"), exported);
-    Main().GraphPage.Exportdatatocsv1.Click();
+    Program->GraphPage.Exportdatatocsv1.Click();
     ExpectSaved(exported);
     EXPECT_EQ(SplitLines(Files.Content.at(exported)).size(), rows - 1);
 
@@ -40,7 +40,7 @@ TEST_F(TDatalogGolden, SavesOpensAndExportsALog) {
     Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::No);
     Main().StartLog1.Click();
     RunUntilRows(2);
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), rows + 1);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows + 1);
     EXPECT_TRUE(Dialogs.AllAnswered());
     Close();
     EXPECT_THAT(FilesBelow("/t/log"), testing::Contains(testing::HasSubstr("/systemlog/datalog")));

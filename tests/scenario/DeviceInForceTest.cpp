@@ -59,7 +59,7 @@ class TDeviceInForce : public TSetpointProgram {
     }
     void StartIdle() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Log.clear();
     }
     void Silence(const std::string& query) {
@@ -197,7 +197,7 @@ TEST_F(TDeviceInForce, IsThatOfALogAndOfTheValueWrittenMeanwhile) {
     Silence("ping.json");
     Dialogs.ExpectMessage("The device " + Address + " does not answer. Nothing was sent to it.");
     Main().TrafficButton.Click();
-    EXPECT_FALSE(Main().LiveLog.DatalogOn || Driver().Cycle.Dologging);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn || Driver().Cycle.Dologging);
     Controller().Faults.Replace({});
     PingHub();
     Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
@@ -246,7 +246,7 @@ TEST_F(TDeviceInForce, IsKeptToTheEndOfAnAction) {
     EXPECT_THAT(Exchanges(), ElementsAre("user 410000000003"));
     {
         const TDeviceUse::THold hold(Driver().Use);
-        EXPECT_EQ(Driver().init(Remote, Main().Client()), -4);
+        EXPECT_EQ(Driver().init(Remote, Program->ApiClient), -4);
         EXPECT_THAT(EventLog().back(), testing::EndsWith(": a running action keeps another device"));
         EXPECT_EQ(Driver().device, Address);
     }
@@ -262,8 +262,8 @@ TEST_F(TDeviceInForce, IsKeptByAnEmptyFieldInAnOfflineSession) {
         Program->SetupForm.ButCommOk.Click();
     });
     Start();
-    ASSERT_TRUE(Main().Client()._isLocalSession && Driver().initialized);
-    EXPECT_EQ(Main()._commandLineParameters.devid, Address);
+    ASSERT_TRUE(Program->ApiClient._isLocalSession && Driver().initialized);
+    EXPECT_EQ(Program->_commandLineParameters.devid, Address);
     SetupBy([](TSetupForm& setup) { setup.ButCommOk.Click(); });
     EXPECT_TRUE(Driver().initialized);
     // A remote device cannot be reached; what was found local stays so.

@@ -503,8 +503,8 @@ class TCutUpdate : public TFirmwareUpdateScenario {
             if (!cut.Lost) // nothing but the end of the program ends some waits
                 Time.After(300000, [this, run = Runs] {
                     if (run == Runs && Driver().UpdateStatus.Running()) {
-                        Main().AskBeforeClose = false;
-                        Main().Close1Click();
+                        Program->CloseDown.AskBeforeClose = false;
+                        Main().Close();
                     }
                 });
         };

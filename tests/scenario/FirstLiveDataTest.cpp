@@ -14,10 +14,10 @@ TEST_F(TFirstLiveData, LogsFiftyCyclesWithNoClickAndLeavesItsFiles) {
     const auto before = Files.Content;
     Start();
     EXPECT_EQ(Program->FormMain.Caption(), Profile);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
-    EXPECT_TRUE(Main().LiveLog.TimerLogAutostart->Enabled());
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
+    EXPECT_TRUE(Program->LiveLog.TimerLogAutostart->Enabled());
     Time.Advance(5000);
-    EXPECT_TRUE(Main().LiveLog.DatalogOn);
+    EXPECT_TRUE(Program->LiveLog.DatalogOn);
     RunUntilRows(50);
     EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example -> Pause Data");
     Close();

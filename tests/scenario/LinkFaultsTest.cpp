@@ -17,7 +17,7 @@ class TLinkFaults : public TProgramFixture {
         Start();
         RunUntilRows(3);
     }
-    std::size_t Rows() { return Main().LogBuffers.DatalogCount; }
+    std::size_t Rows() { return Program->LogBuffers.DatalogCount; }
     std::string Label() { return Program->NabtoDevice.LblNabto.Caption(); }
     std::string Fresh;
 };
@@ -49,7 +49,7 @@ TEST_F(TLinkFaults, StopTheRowsAndLoseNone) {
         EXPECT_EQ(Program->NabtoDevice.LedNabto.TrueColor(), TALed::Green);
     }
     // No row was made of a partial or a wrong cycle: the last column is the blank behind the last value.
-    const auto& raw = Main().LogBuffers.DataLogRawData;
+    const auto& raw = Program->LogBuffers.DataLogRawData;
     EXPECT_EQ(raw.Columns(), 127u);
     for (std::size_t row = 0; row < Rows(); ++row) {
         EXPECT_EQ(raw.At(0, row), raw.At(0, 0));
@@ -83,12 +83,12 @@ TEST_F(TLinkFaults, EndTheStartWithoutAProfileWhenTheDeviceIsSilent) {
     Files.Content[Simulation] += "\n[Faults aria1]\nNoAnswer=on\n";
     Dialogs.ExpectMessage(Language("TestfileComport", "Erroritemnumberdoesnotmatch"));
     Start();
-    EXPECT_FALSE(Main().Profile.ProfileLoaded);
+    EXPECT_FALSE(Program->Profile.ProfileLoaded);
     EXPECT_FALSE(Main().DeviceID.Visible());
     Dialogs.ExpectMessage("Profile NOT loaded...");
     Dialogs.ExpectForm("SetupForm", {});
     Time.Advance(5000);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
     Close();
 }
 
@@ -102,8 +102,8 @@ TEST_F(TLinkFaults, StopPollingWhenAPartialFileCannotBeWritten) {
     EXPECT_EQ(Rows(), 4u); // the fifth row is in the buffers, but not counted
     EXPECT_THAT(FilesBelow("/t/log/userlog"), testing::IsEmpty());
     // The log counts as stopped, and says why.
-    const TNotice& notice = Main().LiveLog.LogNotice;
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    const TNotice& notice = Program->LiveLog.LogNotice;
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
     EXPECT_EQ(Main().TrafficButton.Caption(), Language("HeadAppl", "TrafficButtonOFF"));
     EXPECT_EQ(notice.Text.Caption(), "The log has stopped: " + Dialogs.Shown.back().Text);
     EXPECT_TRUE(notice.Visible());
@@ -115,9 +115,9 @@ TEST_F(TLinkFaults, StopPollingWhenAPartialFileCannotBeWritten) {
     RunUntilRows(6);
     EXPECT_EQ(FilesBelow("/t/log/userlog").size(), 1u);
     // Each row bears its own time, and none is left of the step that failed.
-    const auto& times = Main().GraphPage.GraphDataLabelsTimeText;
+    const auto& times = Program->GraphPage.GraphDataLabelsTimeText;
     EXPECT_EQ(times.Count(), Rows());
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), Rows());
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), Rows());
     EXPECT_EQ(times.At(Rows() - 1), Time.LongTime(Time.Now()));
     Close();
 }
@@ -128,7 +128,7 @@ TEST_F(TLinkFaults, SendNoQuestionAfterAClose) {
     std::size_t calls = 0;
     Time.After(50, [&] { // due with the question, and so delivered just before it is sent
         EXPECT_FALSE(Program->NabtoDevice.Cycle.timerQuery->Enabled());
-        Main().Close1Click();
+        Main().Close();
         calls = Libraries.Calls.size();
     });
     Time.Advance(60000);
@@ -140,8 +140,8 @@ TEST_F(TLinkFaults, SendNoQuestionAfterAClose) {
 TEST_F(TLinkFaults, LogOnBelowADialog) {
     StartLogging();
     SetFault("Latency=100ms");
-    Main().SetpointPage.SetpointTreeView.SetSelected(TTreeView::TSelection{0, 0});
-    Main().SetpointPage.SetpointTreeView.OnClick();
+    Program->SetpointPage.SetpointTreeView.SetSelected(TTreeView::TSelection{0, 0});
+    Program->SetpointPage.SetpointTreeView.OnClick();
     Dialogs.ExpectForm("InputDialog", [this](TForm&) {
         const std::size_t before = Rows();
         Time.Advance(60000);
@@ -151,7 +151,7 @@ TEST_F(TLinkFaults, LogOnBelowADialog) {
     ASSERT_TRUE(Time.AdvanceUntil([this] { return Label().ends_with("-> Get Data"); }, 10000));
     Time.After(100, [this] {
         EXPECT_FALSE(Program->NabtoDevice.Cycle.timerQuery->Enabled());
-        Main().SetpointPage.SetpointGrid.OnDblClick(1);
+        Program->SetpointPage.SetpointGrid.OnDblClick(1);
     });
     Time.Advance(200);
     const std::size_t before = Rows();
@@ -204,23 +204,23 @@ TEST_F(TLinkFaults, EndAtALostSessionUnlessItIsReopened) {
 TEST_F(TLinkFaults, OneOpeningAtATime) {
     Start();
     RunUntilRows(4);
-    Main().SaveDataLogFile("/t/log/userlog/a.csv");
+    Program->LiveLog.SaveDataLogFile("/t/log/userlog/a.csv");
     Dialogs.ExpectOpenFiles(Language("HeadAppl", "DialogOpenDatalogFileCaption"), {"/t/log/userlog/a.csv"});
     int asked = 0;
     Time.After(0, [&] {
         Main().OpenDatalogfile1.Click();
-        Main().DatalogReader.OpenDatalogfile1Click();
-        Main().SdDatalogReader.Open_sd_datalogClick();
-        Main().OpenProfile2Click();
+        Program->DatalogReader.OpenDatalogfile1Click();
+        Program->SdDatalogReader.Open_sd_datalogClick();
+        Program->ProfileOpening.OpenProfile2Click();
         Main().TrafficButton.Click();
-        Main().StartLog(false, true);
-        Main().Setup1Click();
+        Program->LiveLog.StartLog(false, true);
+        Program->DeviceActions.Setup1Click();
         ++asked;
     });
     Main().OpenDatalogfile1.Click();
     EXPECT_EQ(asked, 1);
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), 3u);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), 3u);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
     EXPECT_TRUE(Main().TrafficButton.Enabled());
     Close();
 }
@@ -232,7 +232,7 @@ TEST_F(TLinkFaults, CloseInOrderInTheMiddleOfAQuestion) {
     ASSERT_TRUE(Time.AdvanceUntil([this] { return Label().ends_with("-> Get Data"); }, 10000));
     Time.After(100, [this] { // delivered by the event loop that the question runs
         EXPECT_FALSE(Program->NabtoDevice.Cycle.timerQuery->Enabled());
-        Main().Close1Click();
+        Main().Close();
     });
     Time.Advance(5000);
     EXPECT_TRUE(Application.IsTerminated);

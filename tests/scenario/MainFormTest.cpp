@@ -26,9 +26,9 @@ TEST_F(TMainForm, ActsOnItsKeys) {
     Press(EKey::F4);
     Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
     Press(EKey::F5);
-    EXPECT_TRUE(Main().LiveLog.DatalogOn);
+    EXPECT_TRUE(Program->LiveLog.DatalogOn);
     Press(EKey::F5);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
 
     Press(EKey::F6);
     EXPECT_TRUE(Main().TheTab.IsActive(Main().TabSetpoint));
@@ -43,7 +43,7 @@ TEST_F(TMainForm, ActsOnItsKeys) {
     Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::No);
     Press(EKey::F5);
     Press(EKey::F11);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
     EXPECT_TRUE(Program->NabtoDevice.Visible());
     Dialogs.ExpectForm("languagedialog", {});
     Press(EKey::F12);
@@ -56,7 +56,7 @@ TEST_F(TMainForm, ActsOnItsKeys) {
     for (const EKey key : {EKey::F2, EKey::F3, EKey::F4, EKey::F5, EKey::F8, EKey::F12})
         Press(key);
     EXPECT_EQ(Dialogs.Shown.size(), shown);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
 
     Press(EKey::Escape);
     EXPECT_TRUE(Application.IsTerminated);

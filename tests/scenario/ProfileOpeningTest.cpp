@@ -31,7 +31,7 @@ class TProfileChoice : public TProgramFixture {
     }
     std::vector<std::string> Devices() {
         std::vector<std::string> names;
-        for (const TMDevice& device : Main().ModbusPanel.DeviceList)
+        for (const TMDevice& device : Program->ModbusPanel.DeviceList)
             names.push_back(device.Name);
         return names;
     }
@@ -42,8 +42,8 @@ TEST_F(TProfileChoice, GoesOnLoggingWhenTheQuestionIsCancelled) {
     RunUntilRows(3);
     Dialogs.ExpectMessage(Language("HeadAppl", "MessageStopLog"), EModalResult::Cancel);
     Main().OpenProfile2.Click();
-    EXPECT_TRUE(Main().LiveLog.DatalogOn);
-    EXPECT_EQ(Main().FCurrentInifilesPath.plsfile, Profile);
+    EXPECT_TRUE(Program->LiveLog.DatalogOn);
+    EXPECT_EQ(Program->Paths.plsfile, Profile);
     RunUntilRows(6);
     Close();
 }
@@ -53,11 +53,11 @@ TEST_F(TProfileChoice, HasNoProfileAfterACancelledFileDialog) {
     RunUntilRows(3);
     OpenProfileByMenu(std::nullopt);
     Time.Advance(1000);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
-    EXPECT_FALSE(Main().Profile.ProfileLoaded);
-    EXPECT_TRUE(Main().FCurrentInifilesPath.plsfile.empty());
-    EXPECT_EQ(Main().Profile.currentprofilefile, Profile);
-    EXPECT_EQ(Main().LogBuffers.DatalogCount, 0u);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->Profile.ProfileLoaded);
+    EXPECT_TRUE(Program->Paths.plsfile.empty());
+    EXPECT_EQ(Program->Profile.currentprofilefile, Profile);
+    EXPECT_EQ(Program->LogBuffers.DatalogCount, 0u);
     const std::string before = Files.Content[Profile];
     Close();
     EXPECT_EQ(Files.Content[Profile], before); // no profile, no settings written back
@@ -71,13 +71,13 @@ TEST_F(TProfileChoice, ShowsAnotherProfileInEveryPart) {
     EXPECT_EQ(Main().Caption(), OtherProfile);
     EXPECT_THAT(Main().MemoEventLog.Lines(), Contains(std::string(OtherProfile) + " opened"));
     EXPECT_THAT(Devices(), testing::ElementsAre("Device Loft 120"));
-    ASSERT_FALSE(Main().SetpointPage.SetpointTreeView.Nodes().empty());
-    EXPECT_EQ(Main().SetpointPage.SetpointTreeView.Nodes().front().Text, "Device Loft 120");
+    ASSERT_FALSE(Program->SetpointPage.SetpointTreeView.Nodes().empty());
+    EXPECT_EQ(Program->SetpointPage.SetpointTreeView.Nodes().front().Text, "Device Loft 120");
     const TIniSection questions = TIniFile(Files, OtherProfile).ReadSection("NabtoDevice");
     EXPECT_EQ(Program->NabtoDevice.Cycle.Questions.Count(), questions.Count());
     EXPECT_EQ(Program->NabtoDevice.Cycle.Questions.ValueAt(0), questions.ValueAt(0));
-    EXPECT_EQ(Main().GraphPage.graph.Channels.Count(),
-              static_cast<std::size_t>(Main().Profile.GraphEnableCount));
+    EXPECT_EQ(Program->GraphPage.graph.Channels.Count(),
+              static_cast<std::size_t>(Program->Profile.GraphEnableCount));
     const std::string before = Files.Content[Profile];
     Close();
     EXPECT_EQ(Files.Content[Profile], before);
@@ -90,8 +90,8 @@ TEST_F(TProfileChoice, TellsAFileThatHoldsNoProfileAndALogWithoutValues) {
         OpenProfileByMenu(OtherProfile);
         Time.Advance(1000);
     };
-    const TNotice& notice = Main().ProfileOpening.NoticeProfile;
-    const TNotice& noValues = Main().LiveLog.NoticeNoValues;
+    const TNotice& notice = Program->ProfileOpening.NoticeProfile;
+    const TNotice& noValues = Program->LiveLog.NoticeNoValues;
     const auto told = [this](const TNotice& line) {
         return line.Visible() ? std::ranges::count(Main().MemoEventLog.Lines(), line.Text.Caption()) : -1;
     };
@@ -100,10 +100,10 @@ TEST_F(TProfileChoice, TellsAFileThatHoldsNoProfileAndALogWithoutValues) {
     EXPECT_EQ(notice.Text.Caption(),
               std::string(OtherProfile) + " holds nothing of a profile, so nothing of it is shown.");
     EXPECT_EQ(told(notice), 1);
-    Main().StartLog(false, true);
+    Program->LiveLog.StartLog(false, true);
     Time.Advance(20'000);
     EXPECT_EQ(told(noValues), 1);
-    Main().StopLog();
+    Program->LiveLog.StopLog();
     EXPECT_EQ(told(noValues), -1);
     Files.Content.erase(OtherProfile);
     open();
@@ -129,7 +129,7 @@ TEST_F(TProfileChoice, TellsWhoseRowsTheGridKeeps) {
         Start();
         Program->Extensions.SetpointPageForgetRows = forget;
         RunUntilRows(3);
-        TSetpointPage& page = Main().SetpointPage;
+        TSetpointPage& page = Program->SetpointPage;
         const auto choose = [&page](int group) {
             page.SetpointTreeView.SetSelected(TTreeView::TSelection{0, group});
             page.SetpointTreeView.OnClick();
@@ -156,7 +156,7 @@ TEST_F(TProfileChoice, TellsWhoseRowsTheGridKeeps) {
         EXPECT_FALSE(page.LblSetpointRows.Visible() || page.LblSetpointPageEmpty.Visible());
         EXPECT_NE(page.SetpointGridDrawCell(0, 1).Text, "");
         EXPECT_EQ(page.SetpointGridDrawCell(1, 1).Text, "");
-        Main().StartLog(false, true);
+        Program->LiveLog.StartLog(false, true);
         RunUntilRows(1);
         EXPECT_NE(page.SetpointGridDrawCell(1, 1).Text, "");
         Close();
@@ -174,27 +174,27 @@ TEST_F(TProfileChoice, IsNoneForASilentDevice) {
     };
     Start();
     RunUntilRows(2);
-    Main().SetpointPage.SetpointTreeView.SetSelected(TTreeView::TSelection{0, 0});
-    Main().SetpointPage.SetpointTreeView.OnClick();
-    EXPECT_NE(Main().SetpointPage.SetpointGridDrawCell(1, 1).Text, "");
+    Program->SetpointPage.SetpointTreeView.SetSelected(TTreeView::TSelection{0, 0});
+    Program->SetpointPage.SetpointTreeView.OnClick();
+    EXPECT_NE(Program->SetpointPage.SetpointGridDrawCell(1, 1).Text, "");
     Nabto.FindController("410000000002")->Faults.Replace({TFault{EFault::NoAnswer, 0, {}, {}}});
     link("410000000002");
     Dialogs.ExpectMessage(silent);
     Main().Setup1.Click();
-    EXPECT_EQ(Main().SetpointPage.SetpointGridDrawCell(1, 1).Text, ""); // those were the former device's
+    EXPECT_EQ(Program->SetpointPage.SetpointGridDrawCell(1, 1).Text, ""); // those were the former device's
     Dialogs.ExpectMessage("Profile NOT loaded...");
     link("410000000001");
     Main().TrafficButton.Click();
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
-    EXPECT_TRUE(Main().Profile.MayLog()); // the first device has answered again
-    EXPECT_EQ(Main().FCurrentInifilesPath.plsfile, Profile);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
+    EXPECT_TRUE(Program->Profile.MayLog()); // the first device has answered again
+    EXPECT_EQ(Program->Paths.plsfile, Profile);
 
     link("410000000002");
     Dialogs.ExpectMessage(silent);
     Main().Setup1.Click();
     // Files are still shown by it, and it keeps the settings of the graph.
-    EXPECT_TRUE(Main().Profile.ProfileLoaded);
-    Main().GraphPage.graph.Channels[0].SetVisible(false);
+    EXPECT_TRUE(Program->Profile.ProfileLoaded);
+    Program->GraphPage.graph.Channels[0].SetVisible(false);
     Close();
     EXPECT_EQ(TIniFile(Files, Profile).ReadText("VisibleGraph", "graph 0"), "False");
 }
@@ -222,7 +222,7 @@ TEST_F(TProfileChoice, AsksTwiceOrThriceAndTheLastAnswerDecides) {
             Dialogs.ExpectMessage(Language("TestfileComport", "Erroritemnumberdoesnotmatch"));
         Start();
         EXPECT_EQ(QueryCount("ping.json"), test.Pings);
-        EXPECT_EQ(Main().Profile.ProfileLoaded, test.Answers);
+        EXPECT_EQ(Program->Profile.ProfileLoaded, test.Answers);
         Close();
     }
 }
@@ -241,7 +241,7 @@ TEST_F(TProfileChoice, IsTheUsersWithoutAutoload) {
     Dialogs.ExpectOpenFile(title, Profile);
     Start();
     EXPECT_EQ(Main().Caption(), Profile);
-    EXPECT_FALSE(Main().LiveLog.TimerLogAutostart->Enabled());
+    EXPECT_FALSE(Program->LiveLog.TimerLogAutostart->Enabled());
     Close();
 }
 
@@ -252,12 +252,12 @@ TEST_F(TProfileChoice, LeavesNothingOfTheFormerProfileInABadOne) {
     OpenProfileByMenu(BadProfile);
     Dialogs.ExpectMessage(BadProfileMessage);
     Time.Advance(1000);
-    EXPECT_EQ(Main().FCurrentInifilesPath.plsfile, BadProfile);
+    EXPECT_EQ(Program->Paths.plsfile, BadProfile);
     EXPECT_EQ(Program->NabtoDevice.Showquestions(), "Poll1=0;3;100;2;\r\n");
     Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
     Main().TrafficButton.Click();
     RunUntilRows(2);
-    EXPECT_EQ(Main().LogBuffers.DataLogRawData.Columns(), 3u); // two values and the blank behind them
+    EXPECT_EQ(Program->LogBuffers.DataLogRawData.Columns(), 3u); // two values and the blank behind them
     const std::string former = Files.Content[Profile];
     Close();
     EXPECT_EQ(Files.Content[Profile], former);
@@ -286,8 +286,8 @@ TEST_F(TProfileChoice, IsTheUsersWhenTheOneOfTheModelIsMissing) {
     Dialogs.ExpectMessage(Language("TestfileComport", "ProfileMissing") + " \\t\\profile\\Aria450");
     Dialogs.ExpectOpenFile(Language("HeadAppl", "DialogOpenProfileCaption"), std::nullopt);
     Start();
-    EXPECT_FALSE(Main().Profile.ProfileLoaded);
-    EXPECT_TRUE(Main().FCurrentInifilesPath.plsfile.empty());
+    EXPECT_FALSE(Program->Profile.ProfileLoaded);
+    EXPECT_TRUE(Program->Paths.plsfile.empty());
     Close();
 }
 

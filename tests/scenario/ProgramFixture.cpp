@@ -78,7 +78,7 @@ TProgram& TProgramFixture::Start() {
 }
 
 void TProgramFixture::Close() {
-    Program->FormMain.Close1Click();
+    Program->FormMain.Close();
     Program->Finish();
     Program.reset();
 }
@@ -96,12 +96,13 @@ std::string TProgramFixture::Language(const std::string& section, const std::str
 }
 
 void TProgramFixture::RunUntilRows(std::size_t rows) {
-    ASSERT_TRUE(Time.AdvanceUntil([this, rows] { return Main().LogBuffers.DatalogCount >= rows; }, 3600000));
+    ASSERT_TRUE(
+        Time.AdvanceUntil([this, rows] { return Program->LogBuffers.DatalogCount >= rows; }, 3600000));
 }
 
 std::vector<double> TProgramFixture::Samples(std::size_t rows) {
     std::vector<double> samples;
-    const TSampleTable& table = Main().GraphPage.DataLogDataValues;
+    const TSampleTable& table = Program->GraphPage.DataLogDataValues;
     for (std::size_t channel = 0; channel < table.Channels(); ++channel)
         for (std::size_t row = 0; row < rows; ++row)
             samples.push_back(table.At(channel, row));

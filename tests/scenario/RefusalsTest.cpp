@@ -146,7 +146,7 @@ TEST_F(TRefusals, OfTheCommandLineRepeatUntilSomethingEndsThem) {
             if (number < 5)
                 return;
             if (test.Closes)
-                Main().Close1Click();
+                Main().Close();
             else
                 Cloud->SetFaults({});
         });
@@ -276,7 +276,7 @@ TEST_F(TRefusals, OfATokenOfTheCommandLineStandInTheStatusBar) {
     Time.Advance(20000);
     EXPECT_EQ(Program->NabtoDevice.LblNabto.Caption(),
               "Not authorized to device \"410000000001.hv.example\" (status not ok)");
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
     EXPECT_THAT(Causes(), ElementsAre("HTTP/1.1 401 Unauthorized",
                                       "HTTP/1.1 401 Unauthorized")); // profile and log; sign-in is over
     Close();
@@ -303,7 +303,7 @@ TEST_F(TRefusals, OfAnOfflineSessionAskAgain) {
     Arguments = {};
     Start();
     Time.Advance(20000);
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
     EXPECT_THAT(Causes(), testing::Each("nobody is signed in"));
     Close();
     CheckLog();
@@ -340,7 +340,7 @@ TEST_F(TRefusals, OfAnExpiredTokenLeaveTheLinkAsItIs) {
     Time.Advance(5 * 60000);
     DropPollsFromLog();
     CheckLog();
-    EXPECT_GT(Main().LogBuffers.DatalogCount, 2500u);
+    EXPECT_GT(Program->LogBuffers.DatalogCount, 2500u);
 
     Expect({SetupDialog([](TSetupForm& setup) {
                 setup.ButCommOk.Click();
@@ -350,7 +350,7 @@ TEST_F(TRefusals, OfAnExpiredTokenLeaveTheLinkAsItIs) {
     Expect({DeviceRequest(Device, 401)}); // nor does a log start any more
     Main().Setup1.Click();
     Main().TrafficButton.Click();
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
     DropPollsFromLog();
     CheckLog();
     EXPECT_THAT(Causes(), ElementsAre("HTTP/1.1 401 Unauthorized", "HTTP/1.1 401 Unauthorized"));

@@ -30,7 +30,7 @@ class TServiceTools : public TProgramFixture {
     }
     void StartIdle() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Log.clear();
     }
     // From now on the controller does what the test says.
@@ -118,15 +118,15 @@ TEST_F(TServiceTools, TheFlashLogIsDownloadedAndShown) {
 
     const auto lines = Lines("FDlog_*");
     ASSERT_EQ(lines.size(), rows + 1);
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), rows);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows);
     for (std::size_t row = 0; row < rows; ++row) {
         constexpr std::size_t outdoorAir = 79; // with one decimal
         const int value = ToIntegerOr(GetRowField(lines[row], outdoorAir), 0);
-        EXPECT_EQ(Main().GraphPage.DataLogDataValues.At(0, row), value / 10.0) << row;
+        EXPECT_EQ(Program->GraphPage.DataLogDataValues.At(0, row), value / 10.0) << row;
     }
     EXPECT_TRUE(Main().TheTab.IsActive(Main().TabGraph));
     EXPECT_FALSE(Main().TabSetpoint.Visible() || Main().WindowSetpoint1.Enabled());
-    EXPECT_FALSE(Main().Profile.ProfileLoaded || Program->NabtoDevice.Visible());
+    EXPECT_FALSE(Program->Profile.ProfileLoaded || Program->NabtoDevice.Visible());
     EXPECT_FALSE(Flash().PanelFDDatalog.Visible() || Main().FileProgressBar.Visible());
     EXPECT_EQ(Program->NabtoDevice.StatusBar.Panels()[2].Text, "");
     const std::string companion = "/t/profile/Aria450_english_Flash.pls";
@@ -141,7 +141,7 @@ TEST_F(TServiceTools, TheFlashLogIsDownloadedAndShown) {
     Dialogs.ExpectOpenFiles(Language("HeadAppl", "DialogOpenDatalogFileCaption"),
                             {"/t/log/userlog/" + Saved("FDlog_*")[0]});
     Main().OpenDatalogfile1.Click();
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), rows - 1);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows - 1);
     EXPECT_TRUE(Samples(rows - 1) == shown);
     Close();
 }
@@ -158,7 +158,7 @@ TEST_F(TServiceTools, TheWholeRingComesInItsOrder) {
     const auto lines = Lines("FDlog_*");
     constexpr std::size_t rows = 6607 * 16;
     ASSERT_EQ(lines.size(), rows + 1);
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), rows);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), rows);
     sys_time<minutes> time = sys_days(March / 2 / 2026) + 8h;
     std::size_t number = rows - 1; // the second read begins with the last number once more
     for (std::size_t row = rows; row-- > 0; --number) {
@@ -193,22 +193,22 @@ TEST_F(TServiceTools, ACompanionProfileThatIsBadOrMissing) {
     Files.Remove(companion); // nothing is shown
     download({});
     EXPECT_EQ(Main().Caption(), Profile);
-    EXPECT_TRUE(Main().Profile.ProfileLoaded && Main().TabSetpoint.Visible() &&
+    EXPECT_TRUE(Program->Profile.ProfileLoaded && Main().TabSetpoint.Visible() &&
                 Program->NabtoDevice.Visible());
     EXPECT_FALSE(Flash().PanelFDDatalog.Visible());
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), 0U);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), 0U);
 
     Files.Put(companion, whole);
     Edit(companion, "graph 0=true", "graph 0=perhaps"); // told, and the channel is visible
     download({companion.string() + ": [VisibleGraph] graph 0: 'perhaps' is not a valid boolean value"});
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), 16U);
-    EXPECT_FALSE(Main().Profile.ProfileLoaded);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), 16U);
+    EXPECT_FALSE(Program->Profile.ProfileLoaded);
 
     Files.Put(companion, ""); // no curves
     download({});
     EXPECT_EQ(Main().Caption(), companion);
-    EXPECT_EQ(Main().GraphPage.GraphSampleCount(), 0U);
-    EXPECT_EQ(Main().GraphPage.GraphDataLabelsTimeText.Count(), 16U);
+    EXPECT_EQ(Program->GraphPage.GraphSampleCount(), 0U);
+    EXPECT_EQ(Program->GraphPage.GraphDataLabelsTimeText.Count(), 16U);
     EXPECT_FALSE(Main().TabSetpoint.Visible());
     Close();
 }
@@ -404,11 +404,11 @@ TEST_F(TStrictServiceTools, WhatCameOfTheErrorLogAndTheEepromIsSavedAndTheRestTo
     EXPECT_EQ(lines.back(), part);
     EXPECT_TRUE(std::equal(lines.begin() + 1, lines.end() - 1, whole.begin() + 1));
     lines.emplace_back("File saved in userlog directory");
-    EXPECT_EQ(Main().ErrorLog.Memo.Lines(), lines);
+    EXPECT_EQ(Program->ErrorLog.Memo.Lines(), lines);
     SetController("Refuse=2; query=eepReadRaw.json");
     Main().but_errorlog.Click();
     EXPECT_EQ(notice.Text.Caption(), refused);
-    Main().Nabtodebug1Click();
+    Program->DeviceActions.Nabtodebug1Click();
     ExpectBoxes({refused});
     Program->NabtoDevice.ButErorlog.Click();
     EXPECT_EQ(Saved("errorlog *").size(), 1U);
@@ -470,7 +470,7 @@ TEST_F(TServiceTools, CountersThatAreOddLeaveNothingBroken) {
         Flash().ButFlashDatalog.Click();
     }
     EXPECT_EQ(Flash().DT_LabelNotice.Caption(), "");
-    Main().Profile.FlashPage.DF_FDCountNum = 0;
+    Program->Profile.FlashPage.DF_FDCountNum = 0;
     ExpectBoxes({Language("Nabtodriver", "errorlogcounter")});
     Flash().ButFlashDatalog.Click();
     EXPECT_FALSE(Flash().PanelFDDatalog.Visible());
@@ -480,10 +480,10 @@ TEST_F(TServiceTools, CountersThatAreOddLeaveNothingBroken) {
 
 TEST_F(TServiceTools, TheErrorLogGetsItsPage) {
     StartIdle();
-    Main().StartLog(false, true);
+    Program->LiveLog.StartLog(false, true);
     Main().but_errorlog.Click();
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
-    auto& page = Main().ErrorLog;
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
+    auto& page = Program->ErrorLog;
     EXPECT_TRUE(Main().TheTab.IsActive(page.TabErrorlog));
     TLines lines = Lines("errorlog 02-03-2026080002.csv");
     ExpectGolden("errorlog.csv", Text("errorlog *"));
@@ -523,7 +523,7 @@ TEST_F(TServiceTools, TheErrorLogGetsItsPage) {
     SetController("", "LogBlock=1\nErrorEvents=1");
     EXPECT_TRUE(notice.Visible());
     const std::size_t pages = Main().TheTab.Pages.size();
-    Main().Configuration.ErrorLog.doIncludeValuesInFile = true;
+    Program->Configuration.ErrorLog.doIncludeValuesInFile = true;
     Main().but_errorlog.Click();
     EXPECT_EQ(Main().TheTab.Pages.size(), pages);
     EXPECT_FALSE(notice.Visible());
@@ -537,26 +537,26 @@ TEST_F(TServiceTools, TheErrorLogGetsItsPage) {
 
 TEST_F(TServiceTools, TheOlderErrorLogAsksItsQuestionsUntilTheNewOne) {
     StartIdle();
-    const auto questions = Main().ModbusPanel.CycleReadList;
+    const auto questions = Program->ModbusPanel.CycleReadList;
     Main().Errorlog1.Click(); // hidden
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
-    Main().Profile.ProfileLoaded = false;
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
+    Program->Profile.ProfileLoaded = false;
     Main().Errorlog1.OnClick();
-    EXPECT_FALSE(Main().LiveLog.DatalogOn || Main().ErrorLog.ErrorLogActive);
-    Main().Profile.ProfileLoaded = true;
-    Main().ErrorLog.ErrorLogActiveCount = 3;
+    EXPECT_FALSE(Program->LiveLog.DatalogOn || Program->ErrorLog.ErrorLogActive);
+    Program->Profile.ProfileLoaded = true;
+    Program->ErrorLog.ErrorLogActiveCount = 3;
     ExpectBoxes({Language("HeadAppl", "MessageClearGraphData")});
     Main().Errorlog1.OnClick();
-    EXPECT_TRUE(Main().LiveLog.DatalogOn && Main().ErrorLog.ErrorLogActive);
-    EXPECT_EQ(Main().ErrorLog.ErrorLogActiveCount, 0U);
-    auto& devices = Main().ModbusPanel.DeviceList;
+    EXPECT_TRUE(Program->LiveLog.DatalogOn && Program->ErrorLog.ErrorLogActive);
+    EXPECT_EQ(Program->ErrorLog.ErrorLogActiveCount, 0U);
+    auto& devices = Program->ModbusPanel.DeviceList;
     EXPECT_TRUE(devices.GetDevice(0).ReadList.empty());
-    EXPECT_THAT(Main().ModbusPanel.CycleReadList,
+    EXPECT_THAT(Program->ModbusPanel.CycleReadList,
                 ElementsAre("30;3;600;100;List error dates;0", "30;3;700;100;List error times;1"));
     RunUntilRows(2);
     Main().but_errorlog.Click();
-    EXPECT_FALSE(Main().LiveLog.DatalogOn || Main().ErrorLog.ErrorLogActive);
-    EXPECT_EQ(Main().ModbusPanel.CycleReadList, questions);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn || Program->ErrorLog.ErrorLogActive);
+    EXPECT_EQ(Program->ModbusPanel.CycleReadList, questions);
     EXPECT_EQ(devices.GetDevice(0).ReadList.size(), 7U);
     Close();
 }
@@ -580,7 +580,7 @@ TEST_F(TServiceTools, ThePanelsAreShownByTheirOptions) {
     Arguments.insert(Arguments.end(), {"-debugShowEEPanel", "true", "-debugShowFlashPanel", "true",
                                        "-debugShowExtendedVersionInfo", "true"});
     StartIdle();
-    Main().Nabtodebug1Click();
+    Program->DeviceActions.Nabtodebug1Click();
     auto& tools = Program->NabtoDevice.ServiceTools;
     EXPECT_TRUE(tools.PanelReadEEprom.Visible() && tools.PanelReadFlash.Visible() &&
                 tools.ExtendedSystemVersion.Visible());
@@ -608,20 +608,20 @@ TEST_F(TServiceTools, ThePanelsAreShownByTheirOptions) {
     EXPECT_EQ(Lines("FDlog_*").size(), 2U);
     RemoveFiles("FDlog_*");
     // Not one record, and nothing to show: the profile of before stays, with what the user made of it.
-    auto& graph = Main().GraphPage.graph;
+    auto& graph = Program->GraphPage.graph;
     const std::size_t channels = graph.Channels.Count();
     graph.Channels[0].SetVisible(false);
     graph.Channels[1].SetColor(TColor{0x123456});
-    const auto rows = Main().Profile.GraphValues;
+    const auto rows = Program->Profile.GraphValues;
     Dialogs.ExpectMessage(ShowIt, EModalResult::Yes);
     tools.editReadLength.SetText("255");
     EXPECT_THROW(tools.BtnReadFlash.Click(), EListError);
     EXPECT_EQ(Lines("FDlog_*").size(), 1U);
-    EXPECT_TRUE(Main().TabSetpoint.Visible() && Main().Profile.ProfileLoaded);
-    EXPECT_EQ(std::pair(Main().Caption(), Main().Profile.currentprofilefile.string()),
+    EXPECT_TRUE(Main().TabSetpoint.Visible() && Program->Profile.ProfileLoaded);
+    EXPECT_EQ(std::pair(Main().Caption(), Program->Profile.currentprofilefile.string()),
               std::pair(std::string(Profile), std::string(Profile)));
-    EXPECT_EQ(Main().ModbusPanel.GlobalPlsFilePath, Profile);
-    EXPECT_EQ(Main().Profile.GraphValues, rows);
+    EXPECT_EQ(Program->ModbusPanel.GlobalPlsFilePath, Profile);
+    EXPECT_EQ(Program->Profile.GraphValues, rows);
     EXPECT_EQ(graph.Channels.Count(), channels);
     EXPECT_FALSE(graph.Channels[0].Visible());
     EXPECT_EQ(graph.Channels[1].Color(), TColor{0x123456});

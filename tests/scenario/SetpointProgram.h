@@ -18,7 +18,7 @@ namespace tidewell::test {
 // The whole program, with what an engineer does about setpoints.
 class TSetpointProgram : public TProgramFixture {
   protected:
-    TSetpointPage& Page() { return Main().SetpointPage; }
+    TSetpointPage& Page() { return Program->SetpointPage; }
     TInputDialog& Dialog() { return Program->InputDialog; }
     TLoadSetpoints& Form() { return Program->LoadSetpoints; }
     TNabtoDevice& Driver() { return Program->NabtoDevice; }
@@ -59,8 +59,8 @@ class TSetpointProgram : public TProgramFixture {
     // Opens another profile of the same program: one that polls the setpoints at the addresses 100 to 103.
     void OpenProfile(const std::string& devices) {
         Files.Put("/t/p.pls", "[NabtoDevice]\nq=0;3;100;4;\n" + devices);
-        Main().ModbusPanel.SetMpanelPLSpath("/t/p.pls");
-        Main().ModbusPanel.InitQuestionStringlistStructures();
+        Program->ModbusPanel.SetMpanelPLSpath("/t/p.pls");
+        Program->ModbusPanel.InitQuestionStringlistStructures();
         Driver().SetNabtoQuestion("/t/p.pls");
         Page().BuildSetpointTree();
     }

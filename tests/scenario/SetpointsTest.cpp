@@ -37,13 +37,13 @@ TEST_F(TSetpoints, AreSavedEditedAndLoadedBack) {
     Start();
     RunUntilRows(2);
     const std::string saved = Save();
-    EXPECT_FALSE(Main().LiveLog.DatalogOn);
+    EXPECT_FALSE(Program->LiveLog.DatalogOn);
     ExpectGolden("aria450.csv", saved);
     EXPECT_EQ(ExpectFileHeld(saved, all), 76U);
 
     Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::No);
     Main().TrafficButton.Click();
-    RunUntilRows(Main().LogBuffers.DatalogCount + 1);
+    RunUntilRows(Program->LogBuffers.DatalogCount + 1);
     struct {
         int Group; // in the tree
         std::string Name, Before, Entry, Wire, After;
@@ -74,7 +74,7 @@ TEST_F(TSetpoints, AreSavedEditedAndLoadedBack) {
         });
         Page().SetpointGrid.OnDblClick(row);
         wire.push_back(edit.Wire);
-        RunUntilRows(Main().LogBuffers.DatalogCount + 2); // one cycle may be under way
+        RunUntilRows(Program->LogBuffers.DatalogCount + 2); // one cycle may be under way
         EXPECT_EQ(value(), edit.After);
     }
     EXPECT_EQ(Writes(), wire);
@@ -306,7 +306,7 @@ TEST_F(TSetpointFaults, TheCloseOfTheProgramEndsARunAndLeavesItsResult) {
         std::size_t shown = 0;
         const auto closeSoon = [this, &shown] {
             Time.After(1000, [this, &shown] {
-                Main().Close1Click();
+                Main().Close();
                 EXPECT_TRUE(Application.IsTerminated);
                 shown = Dialogs.Shown.size();
             });

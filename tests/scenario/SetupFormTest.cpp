@@ -36,12 +36,12 @@ TEST_F(TSetupDialog, KeepsTheDeviceInForceWithoutText) {
         EXPECT_EQ(setup.txtRemote.Text(), "");
         EXPECT_TRUE(setup.butping.Visible());
         EXPECT_FALSE(setup.ListBoxLocalDevices.Visible());
-        EXPECT_FALSE(Main().LiveLog.DatalogOn);
+        EXPECT_FALSE(Program->LiveLog.DatalogOn);
         Press(EKey::Return);
         EXPECT_FALSE(setup.Visible());
     });
     EXPECT_EQ(Driver().device, "410000000001.hv.example");
-    EXPECT_EQ(Main()._commandLineParameters.devid, Device); // which the next start of the log takes
+    EXPECT_EQ(Program->_commandLineParameters.devid, Device); // which the next start of the log takes
     EXPECT_EQ(Main().Caption(), Profile);
     Dialogs.ExpectMessage(Language("HeadAppl", "MessageClearGraphData"), EModalResult::Yes);
     Main().TrafficButton.Click();
@@ -82,7 +82,7 @@ TEST_F(TSetupDialog, TakesARowOfTheListAndClosesOnEscape) {
     ExpectPings("410000000002", 2);
     CheckLog();
     EXPECT_EQ(Driver().LblNabto.Caption(), "ID : 410000000002.hv.example");
-    EXPECT_EQ(Main()._commandLineParameters.devid, "410000000002.hv.example");
+    EXPECT_EQ(Program->_commandLineParameters.devid, "410000000002.hv.example");
     EXPECT_EQ(Main().Caption(), "/t/profile/Loft120_english.pls");
     Close();
 }

@@ -45,7 +45,7 @@ class TStartRoads : public TProgramFixture {
         Expect(steps);
         Expect({"nabtoCloseSession", "nabtoShutdown"});
         Time.Advance(seconds * 1000 - static_cast<int>(Time.Milliseconds() - Began));
-        EXPECT_GT(static_cast<int>(Main().LogBuffers.DatalogCount), seconds / 4);
+        EXPECT_GT(static_cast<int>(Program->LogBuffers.DatalogCount), seconds / 4);
         Close();
         DropPollsFromLog();
         CheckLog();
@@ -93,7 +93,7 @@ TEST_F(TStartRoads, ByNameAndPasswordOfTheCommandLine) {
     ExpectPings(gateway, 2);
     Begin({"-devid", gateway, "-LoginUserPW", "service;tidewell;more"}, "/t/profile/Loft120_english.pls");
     EXPECT_THAT(Process.Calls, IsEmpty()); // there was no dialog to prepare a password in
-    EXPECT_EQ(Program->Options.Arguments.back() + Main()._commandLineParameters.UserNamePW, "service");
+    EXPECT_EQ(Program->Options.Arguments.back() + Program->_commandLineParameters.UserNamePW, "service");
     ExpectToTheEnd(610, {DeviceRequest("token1", gateway), KeepAlive("token1"), KeepAlive("token2")});
 }
 
@@ -109,7 +109,7 @@ TEST_F(TStartRoads, ByATokenInPlaceOfALogon) {
         ExpectPings(Device, 2);
         Begin(arguments, Profile);
         EXPECT_EQ(Program->NabtoDevice.lblConnectedUser.Caption(), "");
-        EXPECT_FALSE(Main().Client().CanUseDatalogger()); // and nobody asks
+        EXPECT_FALSE(Program->ApiClient.CanUseDatalogger()); // and nobody asks
         ExpectToTheEnd(20, {DeviceRequest(login.Authorization)});
     }
 }

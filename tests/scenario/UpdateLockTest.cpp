@@ -36,8 +36,8 @@ class TUpdateLock : public TProgramFixture {
                                         &Main().DeviceID,
                                         &Main().but_swupdate,
                                         &Main().but_errorlog,
-                                        &Main().SetpointPage.SetpointGrid,
-                                        &Main().SetpointPage.SetpointTreeView,
+                                        &Program->SetpointPage.SetpointGrid,
+                                        &Program->SetpointPage.SetpointTreeView,
                                         &Driver().BtnUpdate,
                                         &Driver().btnPing,
                                         &Driver().btnClearLog,
@@ -67,15 +67,15 @@ class TUpdateLock : public TProgramFixture {
 };
 
 TEST_F(TUpdateLock, NothingElseCanBeStarted) {
-    Main().StartLog(false, true);
-    EXPECT_TRUE(Main().LiveLog.DatalogOn);
+    Program->LiveLog.StartLog(false, true);
+    EXPECT_TRUE(Program->LiveLog.DatalogOn);
     const auto usable = Usable();
     During([this] {
-        EXPECT_FALSE(Main().LiveLog.DatalogOn); // the log was stopped
+        EXPECT_FALSE(Program->LiveLog.DatalogOn); // the log was stopped
         EXPECT_THAT(Usable(), UnorderedElementsAre("Nabtodebug1", "Close1"));
         for (const EKey key : {EKey::F2, EKey::F4, EKey::F5, EKey::F8, EKey::F12})
             Press(key); // any dialog would fail the test
-        EXPECT_FALSE(Main().LiveLog.DatalogOn);
+        EXPECT_FALSE(Program->LiveLog.DatalogOn);
         Main().but_swupdate.Click();
         // Its form can be closed, and be shown again.
         Dialogs.ExpectMessage(leaveQuestion, EModalResult::No);
@@ -106,8 +106,8 @@ TEST_F(TUpdateLock, AClosedProgramEndsTheUpdate) {
         During([&] {
             if (asked)
                 Dialogs.ExpectMessage(endQuestion, EModalResult::Yes);
-            Main().AskBeforeClose = asked; // as when the system ends the program
-            Main().Close1Click();
+            Program->CloseDown.AskBeforeClose = asked; // as when the system ends the program
+            Main().Close();
             EXPECT_TRUE(Application.IsTerminated);
             queries = Libraries.Calls.size();
         });

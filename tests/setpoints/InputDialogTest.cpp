@@ -36,7 +36,7 @@ class InputDialog : public TSetpointProgram {
   protected:
     InputDialog() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Main().MemoEventLog.Clear();
     }
     void Open(const TSetpoint& setpoint, const std::string& value = "", bool selectAll = true) {
@@ -146,7 +146,7 @@ TEST_F(InputDialog, GivesTheEntryTheKeyboardAndLogsEachStep) {
     const auto end = entry.CaretAtEndRequested.Connect([&] { caret.push_back("end " + entry.Text()); });
     const auto focus = entry.FocusRequested.Connect([&] { caret.emplace_back("focus"); });
     EXPECT_EQ(Dialog().Caption(), "Change setpoint");
-    Main().ModbusPanel.SelectedDevice = 2; // stale
+    Program->ModbusPanel.SelectedDevice = 2; // stale
     Open({}, "2.5");
     EXPECT_EQ(Dialog().Caption(), "Supply air");
     Dialogs.ExpectMessage(wrong);

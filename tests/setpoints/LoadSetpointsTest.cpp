@@ -17,7 +17,7 @@ class LoadSetpoints : public TSetpointProgram {
   protected:
     LoadSetpoints() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Page().SelectedSetpointParent = "Main Device";
     }
     bool Take(const std::string& bytes) {
@@ -166,7 +166,7 @@ TEST_F(LoadSetpoints, AWriteThatTheCloseHasKeptBackIsNoSuccess) {
     OpenRows("A=Air;100;0;99;1;0;40100;3;1;;;;;;G;\n");
     ASSERT_TRUE(Take(head + "Air;a;7;0;9;0;0;40100;\n"));
     Dialogs.Show(Form());
-    Time.After(0, [this] { Main().Close1Click(); });
+    Time.After(0, [this] { Main().Close(); });
     Form().ButWriteSetpoints.Click();
     EXPECT_THAT(Writes(), IsEmpty());
     EXPECT_THAT(ResultLines().at(0), HasSubstr("_Write_Error"));

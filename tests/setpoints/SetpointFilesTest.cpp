@@ -16,7 +16,7 @@ class SetpointFiles : public TSetpointProgram {
   protected:
     SetpointFiles() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Driver().Cycle.SetIntervals(100, 10);
         OpenRows("A=Air ;100;0;99;1;0;40100;3;1;;;;;;G;\n");
         for (std::int32_t i = 0; i < 4; ++i)
@@ -24,7 +24,7 @@ class SetpointFiles : public TSetpointProgram {
     }
     void AfterEachCycle(const std::function<void()>& action) {
         const std::function<void()> taken = [this] {
-            Main().LiveLog.SetCycleResult(Driver().NabtoResultstring());
+            Program->LiveLog.SetCycleResult(Driver().NabtoResultstring());
         };
         Driver().FOnCycleDone = [taken, action] {
             taken();
@@ -57,7 +57,7 @@ TEST_F(SetpointFiles, ASaveHoldsEverySetpointWhateverItsRow) {
     // No setpoint question: the head alone. No such device: nothing.
     OpenProfile("[Main Device]\nEnable=1\nR1=1;4;0;4;L;\n[L]\na=x;\n");
     EXPECT_EQ(Save(), saved.substr(0, saved.find("A Air")));
-    Main().SetpointFiles.SetpointSaveSetpoints("0");
+    Program->SetpointFiles.SetpointSaveSetpoints("0");
 
     // A fault of the profile names the setpoint and leaves no file.
     for (const auto& [row, error] : std::vector<std::pair<std::string, std::string>>{
@@ -69,9 +69,9 @@ TEST_F(SetpointFiles, ASaveHoldsEverySetpointWhateverItsRow) {
         OpenRows(row + ";;;;;G;\n");
         if (row.find(";2;") != std::string::npos)
             Dialogs.ExpectMessage("Error Data not valid Code= 1");
-        EXPECT_THAT([this] { Main().SetpointFiles.SetpointSaveSetpoints("Main Device"); },
+        EXPECT_THAT([this] { Program->SetpointFiles.SetpointSaveSetpoints("Main Device"); },
                     testing::ThrowsMessage<EConvertError>(error));
-        EXPECT_FALSE(Main().ReadBack.Running());
+        EXPECT_FALSE(Program->ReadBack.Running());
     }
 }
 
@@ -138,10 +138,10 @@ TEST_F(SetpointFiles, TheReadBackTakesTwoEqualCycles) {
                 Hold(100, next.front());
         });
         Hold(100, next.front());
-        EXPECT_EQ(Main().ReadBack.Run(), result);
+        EXPECT_EQ(Program->ReadBack.Run(), result);
         EXPECT_TRUE(next.empty());
-        EXPECT_EQ(Main().ReadBack.SnapshotRow(1), snapshot);
-        EXPECT_FALSE(Main().LiveLog.DatalogOn);
+        EXPECT_EQ(Program->ReadBack.SnapshotRow(1), snapshot);
+        EXPECT_FALSE(Program->LiveLog.DatalogOn);
     }
     // Retries used up: no file, no message.
     AfterEachCycle([this] { Hold(100, Held(100) == "1" ? 10 : 1); });
@@ -151,7 +151,7 @@ TEST_F(SetpointFiles, TheReadBackTakesTwoEqualCycles) {
 
 TEST_F(SetpointFiles, TheUserSeesAWaitAndCanEndIt) {
     std::vector<std::string> seen;
-    TReadBack& readBack = Main().ReadBack;
+    TReadBack& readBack = Program->ReadBack;
     const auto watch = readBack.Changed.Connect([&] { seen.push_back(readBack.ProgressText()); });
     readBack.Run();
     const std::string text = "Reading the device: ";
@@ -162,26 +162,26 @@ TEST_F(SetpointFiles, TheUserSeesAWaitAndCanEndIt) {
     const auto savedMeanwhile = [this](const std::function<void()>& action) {
         Time.After(150, action);
         SaveInVain();
-        EXPECT_FALSE(Main().ReadBack.Running());
+        EXPECT_FALSE(Program->ReadBack.Running());
         return EventLog().back();
     };
     const std::string ended = "Setpoints not saved: the reading was ended";
     EXPECT_EQ(savedMeanwhile([&] {
-                  Main().SetpointFiles.Savesetpoints1Click();
-                  Main().SetpointFiles.Loadsetpointfromfile1Click();
+                  Program->SetpointFiles.Savesetpoints1Click();
+                  Program->SetpointFiles.Loadsetpointfromfile1Click();
                   EXPECT_THROW(readBack.Run(), TError);
                   readBack.Cancel();
               }),
               ended);
     Main().MemoEventLog.Clear();
-    EXPECT_EQ(savedMeanwhile([this] { Driver().init("410000000003", Main().Client()); }),
+    EXPECT_EQ(savedMeanwhile([this] { Driver().init("410000000003", Program->ApiClient); }),
               "The device 410000000001.hv.example was left in the middle of an action, which has ended");
     EXPECT_EQ(savedMeanwhile([&] {
-                  Main().StopLog();
+                  Program->LiveLog.StopLog();
                   Time.After(60000, [&] {
                       EXPECT_EQ(readBack.ProgressText(), text + "the log is stopped");
-                      Main().StartLog(false, true);
-                      Main().ModbusPanel.SetMpanelPLSpath("/t/q.pls");
+                      Program->LiveLog.StartLog(false, true);
+                      Program->ModbusPanel.SetMpanelPLSpath("/t/q.pls");
                   });
               }),
               "Setpoints not saved: another profile was opened");

@@ -31,7 +31,7 @@ class SetpointPage : public TSetpointProgram {
   protected:
     SetpointPage() {
         Start();
-        Main().LiveLog.TimerLogAutostart->SetEnabled(false);
+        Program->LiveLog.TimerLogAutostart->SetEnabled(false);
     }
     void OpenList(const std::vector<std::string>& rows) {
         std::string list;
@@ -74,7 +74,7 @@ class SetpointPage : public TSetpointProgram {
         }
         return seen;
     }
-    std::int32_t Help() { return Main().ContextHelp.HelpfileDoc.currentParaID; }
+    std::int32_t Help() { return Program->ContextHelp.HelpfileDoc.currentParaID; }
 };
 
 TEST_F(SetpointPage, ShowsDevicesTheirGroupsAndTheRowsOfAGroup) {
@@ -97,7 +97,7 @@ TEST_F(SetpointPage, ShowsDevicesTheirGroupsAndTheRowsOfAGroup) {
     EXPECT_FALSE(Page().SetpointListReady);
     Choose(0, 1); // rows of both questions that bear the group
     EXPECT_THAT(Grid(), ElementsAre("b||°C|0|100", "c||°C|0|100", "x||°C|0|100"));
-    EXPECT_THAT(Main().ContextHelp.HelpfileDoc.ParaID, ElementsAre("12"));
+    EXPECT_THAT(Program->ContextHelp.HelpfileDoc.ParaID, ElementsAre("12"));
     EXPECT_EQ(Page().CurrentModbusID, 30);
     EXPECT_FALSE(Page().LblSetpointPageEmpty.Visible());
     Page().SetpointGrid.SetSelectedRow(3);
@@ -109,8 +109,8 @@ TEST_F(SetpointPage, ShowsDevicesTheirGroupsAndTheRowsOfAGroup) {
     EXPECT_EQ(Grid().size(), 3U);
     tree.OnKeyPress("\r");
     EXPECT_THAT(Grid(), ElementsAre("a||°C|0|100")); // without values of the group before
-    EXPECT_THAT(Main().ContextHelp.HelpfileDoc.ParaID, IsEmpty());
-    EXPECT_EQ(Main().ModbusPanel.SelectedDevice, 3);
+    EXPECT_THAT(Program->ContextHelp.HelpfileDoc.ParaID, IsEmpty());
+    EXPECT_EQ(Program->ModbusPanel.SelectedDevice, 3);
     EXPECT_EQ(Page().CurrentModbusID, -1);
     EXPECT_EQ(Page().SetpointGrid.SelectedRow(), 1);
 
@@ -134,16 +134,16 @@ TEST_F(SetpointPage, ShowsDevicesTheirGroupsAndTheRowsOfAGroup) {
 TEST_F(SetpointPage, ShowsValuesAtOnce) {
     OpenList({Row("a"), Row("b", {{8, "0"}}), Row("c", {{8, "5"}})});
     const auto values = [this](bool on, bool fileOpen, const std::string& data) {
-        Main().LiveLog.DatalogOn = on;
-        Main().GraphPage.DatalogFileOpen = fileOpen;
-        Main().LiveLog.SetCycleResult(data);
+        Program->LiveLog.DatalogOn = on;
+        Program->GraphPage.DatalogFileOpen = fileOpen;
+        Program->LiveLog.SetCycleResult(data);
         Choose(0, 0);
         return Page().CurrentSetpointValue;
     };
     EXPECT_THAT(values(false, true, "1; 2; 3; "), IsEmpty());
-    Main().GraphPage.DatalogLastLineSetpoint = "9;d;t;7;8;";
+    Program->GraphPage.DatalogLastLineSetpoint = "9;d;t;7;8;";
     EXPECT_THAT(values(false, true, "1; 2; 3; "), ElementsAre("7", "9", "0"));
-    Main().LogBuffers.DatalogCount = 4;
+    Program->LogBuffers.DatalogCount = 4;
     EXPECT_THAT(values(true, true, "1; 2; 3; "), ElementsAre("1", "4", "3"));
     EXPECT_THAT(values(false, false, "1; 2; "), ElementsAre("1", "4", "0")); // behind them is the line end
     EXPECT_THAT(values(true, false, ""), IsEmpty());
@@ -152,7 +152,7 @@ TEST_F(SetpointPage, ShowsValuesAtOnce) {
 // A bad limit or offset stops the choice, and the rows before it are shown, without values. A bad
 // structnumber stops every refresh.
 TEST_F(SetpointPage, ABadRowEndsTheChoiceOrTheRefresh) {
-    Main().LiveLog.SetCycleResult("5;");
+    Program->LiveLog.SetCycleResult("5;");
     for (const auto& [field, text] :
          std::map<std::size_t, std::string>{{3, "zero"}, {4, "4294967296"}, {5, ""}, {6, "1.0"}}) {
         OpenList({Row("a"), Row("b"), Row("old", {{15, "Good"}})});
@@ -170,7 +170,7 @@ TEST_F(SetpointPage, ABadRowEndsTheChoiceOrTheRefresh) {
     EXPECT_THROW(Choose(0, 0), EConvertError);
     EXPECT_THROW(Page().ApplyDataLine("1;d;t;7;"), EConvertError);
     EXPECT_THAT(Grid(), ElementsAre("a|7|°C|0|100", "b||°C|0|100", "c||°C|0|100"));
-    Main().LiveLog.DatalogOn = true;
+    Program->LiveLog.DatalogOn = true;
     EXPECT_THROW(Page().SetpointGrid.OnDblClick(2), EListError); // it has no value
 }
 
@@ -189,7 +189,7 @@ TEST_F(SetpointPage, ArrangesItsPartsAndDrawsCells) {
     Choose(0, 0);
     Page().ApplyDataLine("1;d;t;5;");
     EXPECT_THAT(Grid(), ElementsAre("a|0.5|h|-0.1|2.0", "b|5||0|100"));
-    Main().SetpointTexts.DataUnits = {};
+    Program->SetpointTexts.DataUnits = {};
     EXPECT_THAT(Grid(), ElementsAre("a|0.5|8|-0.1|2.0", "b|5|99|0|100"));
     EXPECT_EQ(Page().SetpointGridDrawCell(4, 0).Text, Language("SetpointHeadlines", "Col4"));
     Page().SetpointGrid.SetSelectedRow(2);
@@ -206,15 +206,15 @@ TEST_F(SetpointPage, OpensTheInputDialogWhileValuesAreLogged) {
             grid.OnDblClick(row);
         grid.OnKeyPress("5");
     };
-    Main().LiveLog.DatalogOn = true;
+    Program->LiveLog.DatalogOn = true;
     tryInVain(); // no rows
     OpenList({Row("a", {{18, "1"}}), Row("bits", {{9, "100"}, {18, "2"}})});
     Choose(0, 0);
     grid.OnKeyPress("5"); // nothing is selected
     Select(1);
-    Main().LiveLog.DatalogOn = false;
+    Program->LiveLog.DatalogOn = false;
     tryInVain();
-    Main().LiveLog.DatalogOn = true;
+    Program->LiveLog.DatalogOn = true;
     Page().CurrentModbusID = -1;
     Dialog().EValue.SetText("before");
     grid.OnDblClick(1);
@@ -239,7 +239,7 @@ TEST_F(SetpointPage, SendsAnUntouchedValueAsItStandsIfStrict) {
     OpenList({Row("a low", {{4, "65535"}, {9, "102"}}), Row("b high", {{4, "65535"}, {9, "103"}}),
               Row("c wide", {{3, "-5"}, {4, "2147483647"}}), Row("d tenths", {{5, "1"}, {6, "7"}})});
     Choose(0, 0);
-    Main().LiveLog.DatalogOn = true;
+    Program->LiveLog.DatalogOn = true;
     const auto sent = [this](int row, const std::string& value, const std::string& retyped = {}) {
         if (!value.empty())
             Page().ApplyDataLine("1;d;t;" + value + ";");
@@ -304,7 +304,7 @@ TEST_F(SetpointPage, FiltersByNameUnitOrAddress) {
     EXPECT_THAT([this] { Select(4); }, ThrowsMessage<EListError>("List index out of bounds (3)"));
     EXPECT_EQ(Help(), 0);
     // Rows are those of the filter, entries and help numbers those of the group.
-    Main().LiveLog.DatalogOn = true;
+    Program->LiveLog.DatalogOn = true;
     Page().ApplyDataLine("1;d;t;6;");
     Select(3);
     Page().SetpointFilter.Enter("zu");

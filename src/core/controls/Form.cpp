@@ -4,6 +4,12 @@
 
 namespace tidewell {
 
+std::string ShortCutText(EKey key) {
+    if (key == EKey::Escape)
+        return "Esc";
+    return key < EKey::F1 ? "" : "F" + std::to_string(static_cast<int>(key) - static_cast<int>(EKey::F1) + 1);
+}
+
 void TForm::Open() {
     Result = EModalResult::None;
     SetVisible(true);

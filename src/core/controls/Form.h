@@ -9,6 +9,8 @@
 namespace tidewell {
 
 enum class EKey { Other, Escape, Return, F1, F2, F3, F4, F5, F6, F7, F8, F9, F10, F11, F12 };
+// As a menu entry tells it, "F1"; empty for a key that no entry has.
+std::string ShortCutText(EKey key);
 
 // A window. Its Name is the class name without the "T". A form starts hidden; showing and hiding it is the
 // dialogs port's work, which keeps Visible in step.

@@ -9,7 +9,7 @@
 #include "desktop/views/GraphPageView.h"
 #include "desktop/views/SetpointPageView.h"
 #include "link/NabtoDevice.h"
-#include "mainform/FormMain.h"
+#include "mainform/Program.h"
 #include "widgets/Child.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/LedView.h"
@@ -40,8 +40,8 @@ constexpr int memoMargin = 8;
 
 } // namespace
 
-TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& context)
-    : Form(form), Context(context), Tabs(NewChild<QTabWidget>(*this)) {
+TMainView::TMainView(TProgram& program, const TViewContext& context)
+    : Program(program), Form(program.FormMain), Context(context), Tabs(NewChild<QTabWidget>(*this)) {
     setMinimumSize(480, 280); // fits a screen of 1280 by 720 at 200 %
     BindMainMenu(*menuBar(), Form.MainMenu, Context.Dialogs);
 
@@ -52,13 +52,13 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
     Tabs.setDocumentMode(true);
     column.addWidget(&Tabs, 1);
     auto& controls = NewChild<QWidget>(centre);
-    AddGraphControls(controls, Form.GraphPage, Context.Dialogs);
+    AddGraphControls(controls, Program.GraphPage, Context.Dialogs);
     column.addWidget(&controls);
     setCentralWidget(&centre);
     BindPanel(controls, Form.GraphControlsPanel);
     AddNotice(column, Form.ReadBackPanel, Form.LblReadBack, Form.ButStopReadBack);
     AddNotice(column, Form.UpdatePanel, Form.LblUpdate, Form.ButShowUpdate);
-    for (TNotice* notice : Form.Notices())
+    for (TNotice* notice : Form.Notices)
         AddNotice(column, *notice, notice->Text, notice->Action, &notice->Hide);
 
     AddSetpointPage();
@@ -66,14 +66,15 @@ TMainView::TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& 
     AddErrorLogPage();
     BindPages(Tabs, Form.TheTab, Context.Dialogs);
     AddTabButtons();
-    AddStatusBar(device);
+    AddStatusBar(Program.NabtoDevice);
     BindForm(*this, Form, Context);
 }
 
 void TMainView::AddSetpointPage() {
-    const TSetpointPageView::TParts parts{Form.SetpointPage, Form.PanelGroupSetpoints, Form.MemoEventLog,
+    const TSetpointPageView::TParts parts{Program.SetpointPage, Form.PanelGroupSetpoints, Form.MemoEventLog,
                                           [this](int gridClientWidth, int groupClientHeight) {
-                                              Form.SetpointPageResized(gridClientWidth, groupClientHeight);
+                                              Program.SetpointPage.ArrangeSetpointPage(gridClientWidth,
+                                                                                       groupClientHeight);
                                           }};
     Tabs.addTab(&NewChild<TSetpointPageView>(Tabs, parts, Context), QString());
 }
@@ -104,7 +105,8 @@ void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TBut
 }
 
 void TMainView::AddGraphPage() {
-    Tabs.addTab(&NewChild<TGraphPageView>(Tabs, Form.GraphPage, Context.Dialogs, Context.Files), QString());
+    Tabs.addTab(&NewChild<TGraphPageView>(Tabs, Program.GraphPage, Context.Dialogs, Context.Files),
+                QString());
 }
 
 void TMainView::AddErrorLogPage() {
@@ -112,7 +114,7 @@ void TMainView::AddErrorLogPage() {
     memo.setFrameShape(QFrame::NoFrame);
     memo.setFont(FixedFont());
     memo.document()->setDocumentMargin(memoMargin);
-    BindMemo(memo, Form.ErrorLog.Memo);
+    BindMemo(memo, Program.ErrorLog.Memo);
     auto& page = NewChild<QWidget>(Tabs);
     auto& column = NewChild<QVBoxLayout>(page);
     column.setContentsMargins(0, 0, 0, 0);

@@ -12,13 +12,14 @@ namespace tidewell {
 
 class TButton;
 class TFormMain;
+class TProgram;
 class TLabel;
 class TNabtoDevice;
 class TPanel;
 
 class TMainView : public QMainWindow {
   public:
-    TMainView(TFormMain& form, TNabtoDevice& device, const TViewContext& context);
+    TMainView(TProgram& program, const TViewContext& context);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -33,6 +34,7 @@ class TMainView : public QMainWindow {
     void AddStatusBar(TNabtoDevice& device);
     void ArrangeTabButtons();
 
+    TProgram& Program;
     TFormMain& Form;
     const TViewContext Context;
     QTabWidget& Tabs;

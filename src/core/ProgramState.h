@@ -1,0 +1,15 @@
+#pragma once
+
+namespace tidewell {
+
+// Whether the program goes on. Handlers run inside waits of other handlers, so whoever has waited asks before
+// the next step.
+class IProgramState {
+  public:
+    virtual ~IProgramState() = default;
+    // False once the main form is closed or the program has been asked to end: then nothing is asked or begun
+    // any more.
+    virtual bool IsOpen() const = 0;
+};
+
+} // namespace tidewell

@@ -1,0 +1,84 @@
+#include "mainform/CloseDown.h"
+
+#include "core/Configuration.h"
+#include "core/Guard.h"
+#include "core/KvSupport.h"
+#include "core/Paths.h"
+#include "core/TextFile.h"
+#include "graph/GraphPage.h"
+#include "link/NabtoDevice.h"
+#include "logging/LiveLog.h"
+#include "mainform/FormMain.h"
+#include "mainform/NabtoUserFolder.h"
+#include "model/ModbusPanel.h"
+#include "model/Profile.h"
+
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+constexpr int closeAgainInterval = 60000;
+} // namespace
+
+TCloseDown::TCloseDown(const TPorts& ports, TNeeds needs)
+    : Ports(ports), Needs(std::move(needs)), CloseAgain(ports.Timers.CreateTimer()) {
+    CloseAgain->SetInterval(closeAgainInterval);
+    CloseAgain->SetHandler([this] { CloseAgain->SetEnabled(false); });
+    Needs.FormMain.OnCloseQuery = [this](bool& mayClose) { FormCloseQuery(mayClose); };
+    Needs.FormMain.OnClose = [this] { FormClose(); };
+}
+
+void TCloseDown::FormCloseQuery(bool& mayClose) {
+    const TUpdateStatus& update = Needs.Device.UpdateStatus;
+    if (AskBeforeClose && update.Running())
+        mayClose = Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, update.Texts.CloseProgram,
+                                                EButtons::YesNo) == EModalResult::Yes;
+}
+
+void TCloseDown::FormClose() {
+    if (!CloseAgain->Enabled()) {
+        CloseAgain->SetEnabled(true);
+        for (const auto& save : ClosingSaves())
+            save();
+    } else {
+        for (const auto& save : ClosingSaves())
+            RunGuarded(Ports.Dialogs, save);
+    }
+    CloseAgain->SetEnabled(false);
+    for (ITimer* timer : Needs.Timers)
+        timer->SetEnabled(false);
+    Needs.Device.stopLog();
+    Needs.UserFolder.DeleteNabtoUserFolder();
+    Ports.Application.Terminate();
+}
+
+std::vector<std::function<void()>> TCloseDown::ClosingSaves() {
+    const auto systemlog = Needs.Paths.directorypath / "log" / "systemlog";
+    const std::string stamp = DateTimeStamp(Ports.Clock);
+    std::vector<std::function<void()>> saves;
+    if (Needs.Profile.ProfileLoaded)
+        // What cannot be kept of the graph must not cost the logs.
+        saves.emplace_back([this] {
+            RunGuarded(Ports.Dialogs,
+                       [this] { Needs.Profile.WriteGraphSettings(Needs.GraphPage.ChannelSettings()); });
+        });
+    if (Ports.Files.DirectoryExists(systemlog)) {
+        saves.emplace_back([=, this] {
+            WriteLines(Ports.Files, systemlog / (stamp + "eventlog.log"),
+                       Needs.FormMain.MemoEventLog.Lines());
+        });
+        saves.emplace_back([=, this] {
+            Needs.LiveLog.SaveDataLogFile(
+                UnusedPath(Ports.Files, systemlog / ("datalog" + NowStamp(Ports.Clock) + ".csv")));
+        });
+    }
+    saves.emplace_back([this] { Needs.Panel.WannaClose = true; });
+    if (Needs.Configuration.DebugEnable && Ports.Files.DirectoryExists(systemlog))
+        saves.emplace_back([=, this] {
+            WriteLines(Ports.Files, systemlog / (stamp + "debug.log"), Needs.Panel.MemoDebug.Lines());
+        });
+    return saves;
+}
+
+} // namespace tidewell

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "core/controls/ExclusiveUse.h"
+#include "core/ports/IDialogs.h"
+#include "logging/LiveLog.h"
+
+#include <filesystem>
+
+namespace tidewell {
+
+class TApiClient;
+class TErrorLog;
+class TFlashView;
+class TFormMain;
+class TNabtoDevice;
+class TNabtoUserFolder;
+class TSetupForm;
+
+// The poll cycle of the driver, as the live log is given it.
+class TDevicePolling : public TLiveLog::IPolling {
+  public:
+    explicit TDevicePolling(TNabtoDevice& device) : Device(device) {}
+    bool Link() override;
+    void Start() override;
+    void Stop() override;
+    bool Running() const override;
+
+  private:
+    TNabtoDevice& Device;
+};
+
+// The ways from the main form to the device: its dialogs, and what is read from it and shown on the main
+// form.
+class TDeviceActions {
+  public:
+    struct TNeeds {
+        IDialogs& Dialogs;
+        TFormMain& FormMain;
+        TNabtoDevice& Device;
+        TSetupForm& SetupForm;
+        const TApiClient& ApiClient;
+        TLiveLog& LiveLog;
+        TErrorLog& ErrorLog;
+        TFlashView& FlashView;
+        TNabtoUserFolder& UserFolder;
+        TExclusiveUse& Opening; // of a file or a profile
+    };
+    explicit TDeviceActions(const TNeeds& needs) : Needs(needs) {}
+
+    void Setup1Click();
+    void Nabtodebug1Click();
+    void but_swupdateClick();
+    void but_errorlogClick();
+    void FlasDatalog1Click();
+    // Those that the service form begins, too.
+    void StopRunningLog(); // nothing when none runs
+    void ShowFlashDatalog(const std::filesystem::path& profile, const std::filesystem::path& file);
+    void ShowErrorlog(const std::string& wordList, const std::string& remark);
+
+  private:
+    const TNeeds Needs;
+};
+
+} // namespace tidewell

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "IdleProgram.h"
+#include "cloud/ApiClient.h"
+#include "core/Extensions.h"
+#include "core/Paths.h"
+#include "core/controls/Lists.h"
+#include "core/ports/IDialogs.h"
+#include "core/ports/ITimers.h"
+#include "core/ports/IWait.h"
+#include "link/DeviceServices.h"
+#include "link/Nabto.h"
+#include "model/ModbusPanel.h"
+#include "model/Profile.h"
+
+#include <string>
+#include <utility>
+
+namespace tidewell::test {
+
+// What a driver is given of a program that does nothing by itself.
+struct TIdleSurroundings {
+    TIdleSurroundings(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files, const IClock& clock,
+                      ILibraryLoader& libraries, TCurrentInifilesPath paths)
+        : Paths(std::move(paths)), ApiClient(dialogs),
+          Nabto(libraries, dialogs, timers, wait, files, Paths.directorypath), Panel(files, wait),
+          Profile(files), Needs{dialogs,    timers,    wait,  files, clock,   Program,      Paths,
+                                Extensions, ApiClient, Nabto, Panel, Profile, MemoEventLog, devid} {}
+
+    TIdleProgram Program;
+    TCurrentInifilesPath Paths;
+    TExtensions Extensions;
+    TApiClient ApiClient;
+    TUNabto Nabto;
+    TModbusPanel Panel;
+    TProfile Profile;
+    TMemo MemoEventLog{"MemoEventLog"};
+    std::string devid;
+    const TDeviceNeeds Needs;
+};
+
+} // namespace tidewell::test
