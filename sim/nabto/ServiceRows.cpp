@@ -56,14 +56,6 @@ void ParseImage(const std::string& number, const std::string& text, TImageStore:
     images[file] = image;
 }
 
-TRegisterAddress ParseSetpoint(const std::string& text) {
-    const std::size_t slash = text.find('/');
-    if (slash == std::string::npos)
-        return {0, ParseIntegerWithin(text, 0, MostAddress)};
-    return {ParseIntegerWithin(text.substr(0, slash), 0, MostAddress),
-            ParseIntegerWithin(text.substr(slash + 1), 0, MostAddress)};
-}
-
 std::vector<TServiceSetup::TLogValue> ParseLogValues(const std::string& text) {
     std::vector<TServiceSetup::TLogValue> values;
     for (const std::string& name : SplitNames(text)) {
@@ -89,7 +81,7 @@ void ParseServiceRow(const std::string& key, const std::string& text, TServiceSe
     else if (constexpr std::string_view Image = "image "; LowerCase(key).starts_with(Image))
         ParseImage(key.substr(Image.size()), text, setup.Images);
     else if (SameText(key, "CrcResult"))
-        setup.CrcResult = ParseSetpoint(text);
+        setup.CrcResult = ParseSetpoint(text, 0);
     else if (SameText(key, "LogValues"))
         setup.LogValues = ParseLogValues(text);
     else if (SameText(key, "LogBlock"))

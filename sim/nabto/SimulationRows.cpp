@@ -65,14 +65,6 @@ std::vector<TValueSource> ParseSources(const std::string& head) {
     Unknown("kind", kind);
 }
 
-TRegisterAddress ParseWrittenAt(const std::string& text, std::int32_t obj) {
-    const std::size_t slash = text.find('/');
-    if (slash == std::string::npos)
-        return {obj, ParseIntegerWithin(text, 0, MostAddress)};
-    return {ParseIntegerWithin(text.substr(0, slash), 0, MostAddress),
-            ParseIntegerWithin(text.substr(slash + 1), 0, MostAddress)};
-}
-
 // False if it is no option of conditions.
 bool ParseCondition(const TRowText::TOption& option, TFaultCondition& when) {
     if (option.Name == "from")
@@ -182,6 +174,14 @@ void ParseArgument(EArgument argument, const std::string& text, TFault& fault) {
 
 } // namespace
 
+TRegisterAddress ParseSetpoint(const std::string& text, std::int32_t obj) {
+    const std::size_t slash = text.find('/');
+    if (slash == std::string::npos)
+        return {obj, ParseIntegerWithin(text, 0, MostAddress)};
+    return {ParseIntegerWithin(text.substr(0, slash), 0, MostAddress),
+            ParseIntegerWithin(text.substr(slash + 1), 0, MostAddress)};
+}
+
 TValueRun ParsePlace(const std::string& text) {
     TValueRun run;
     const std::vector<std::string> words = SplitWords(text);
@@ -213,7 +213,7 @@ TValueRun ParseValueRow(const std::string& key, const std::string& text) {
         else if (option.Name == "stagger")
             run.StaggerMs = ParseTime(option.Value);
         else if (option.Name == "write")
-            run.WrittenAt.push_back(ParseWrittenAt(option.Value, run.First.Obj));
+            run.WrittenAt.push_back(ParseSetpoint(option.Value, run.First.Obj));
         else if (option.Name == "refused")
             run.RefusedStatus = option.Value.empty() ? 2 : ParseInteger(option.Value);
         else

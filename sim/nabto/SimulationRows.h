@@ -2,6 +2,7 @@
 
 #include "sim/nabto/SimulationFile.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,9 @@ namespace tidewell {
 
 // "setpoint 0 101..119": table, first address and count of a run.
 TValueRun ParsePlace(const std::string& text);
+
+// "0/101", or the address alone: of that table.
+TRegisterAddress ParseSetpoint(const std::string& text, std::int32_t obj);
 
 // Key "setpoint 0 101..119" and value "ramp 0 100 30s; signed".
 TValueRun ParseValueRow(const std::string& key, const std::string& text);

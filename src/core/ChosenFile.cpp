@@ -1,19 +1,54 @@
 #include "core/ChosenFile.h"
 
-#include "core/ports/IDialogs.h"
+#include "core/Errors.h"
 #include "core/ports/IFiles.h"
 
 namespace tidewell {
 
-std::filesystem::path WithEnding(std::filesystem::path path, std::string_view ending) {
-    path += ending;
-    return path;
+namespace fs = std::filesystem;
+
+std::optional<fs::path> WithEnding(const IFiles& files, IDialogs& dialogs, fs::path chosen,
+                                   std::string_view ending) {
+    chosen += ending;
+    const bool replace =
+        !files.FileExists(chosen) ||
+        dialogs.ShowMessageBox(EMessageKind::Confirmation, chosen.string() + " already exists. Replace it?",
+                               EButtons::YesNo) == EModalResult::Yes;
+    return replace ? std::optional(std::move(chosen)) : std::nullopt;
 }
 
-bool MayReplace(const IFiles& files, IDialogs& dialogs, const std::filesystem::path& path) {
-    return !files.FileExists(path) ||
-           dialogs.ShowMessageBox(EMessageKind::Confirmation, path.string() + " already exists. Replace it?",
-                                  EButtons::YesNo) == EModalResult::Yes;
+std::optional<fs::path> ChooseCsvFile(const IFiles& files, IDialogs& dialogs, const TFileDialog& dialog,
+                                      EIfKept ifKept) {
+    for (;;) {
+        const auto chosen = dialogs.SaveFile(dialog);
+        if (!chosen || chosen->filename().string().find(".csv") != std::string::npos)
+            return chosen;
+        if (!dialog.AskOverwrite)
+            return fs::path(*chosen) += ".csv";
+        auto path = WithEnding(files, dialogs, *chosen, ".csv");
+        if (path || ifKept == EIfKept::GiveUp)
+            return path;
+    }
+}
+
+std::optional<fs::path> SaveOrElsewhere(IDialogs& dialogs, fs::path path,
+                                        const std::function<void(const fs::path&)>& write,
+                                        const std::function<std::optional<fs::path>()>& choose,
+                                        const std::function<void(const std::string&)>& failed) {
+    for (;;) {
+        try {
+            write(path);
+            return path;
+        } catch (const EInOutError& error) {
+            if (failed)
+                failed(error.what());
+            dialogs.ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
+        }
+        auto other = choose();
+        if (!other)
+            return std::nullopt;
+        path = *std::move(other);
+    }
 }
 
 } // namespace tidewell

@@ -259,6 +259,11 @@ std::string BooleanText(bool value) {
     return value ? "True" : "False";
 }
 
+std::string PaddedText(std::int64_t value, std::size_t digits) {
+    std::string text = std::to_string(value);
+    return text.insert(0, digits - std::min(digits, text.size()), '0');
+}
+
 std::string FixedText(long double value, int decimals) {
     if (std::isnan(value))
         return "NAN";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -38,6 +39,9 @@ double ToFloat(std::string_view text);
 // boolean value".
 bool ToBoolean(std::string_view text);
 std::string BooleanText(bool value); // "True" or "False"
+
+// With zeros before it, up to that many digits.
+std::string PaddedText(std::int64_t value, std::size_t digits);
 
 // Fixed notation with 8 significant digits: the value is rounded to 8 significant digits, then shown with
 // that many decimals. A value that needs more than 8 digits before the point comes out in scientific

@@ -10,7 +10,6 @@
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace tidewell {
@@ -19,11 +18,6 @@ namespace {
 
 constexpr unsigned minutesPerTick = 5;
 constexpr unsigned firstYear = 2000;
-
-std::string Digits(unsigned value, std::size_t width) {
-    std::string text = std::to_string(value);
-    return text.insert(0, width - std::min(width, text.size()), '0');
-}
 
 const std::string& At(const std::vector<std::string>& words, std::size_t index) {
     if (index >= words.size())
@@ -44,9 +38,9 @@ std::string ErrorEventText(std::uint16_t MoDy, std::uint16_t MinErr) {
     const unsigned minutes = (MinErr >> 7U) * minutesPerTick; // the hour may be above 23
     const unsigned number = MinErr >> 1U & 0x3FU;
     const bool came = (MinErr & 1U) != 0;
-    return "Time " + Digits(minutes / 60, 2) + ":" + Digits(minutes % 60, 2) + " Date " + Digits(day, 2) +
-           "/" + Digits(month, 2) + " " + Digits(year, 4) + " Errornumber " + Digits(number, 2) +
-           (came ? " ON" : " OFF");
+    return "Time " + PaddedText(minutes / 60, 2) + ":" + PaddedText(minutes % 60, 2) + " Date " +
+           PaddedText(day, 2) + "/" + PaddedText(month, 2) + " " + PaddedText(year, 4) + " Errornumber " +
+           PaddedText(number, 2) + (came ? " ON" : " OFF");
 }
 
 TErrorLog::TErrorLog(const TParts& parts) : Parts(parts) {

@@ -9,8 +9,6 @@
 #include "core/controls/Lists.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IWait.h"
-#include "graph/ChannelPalette.h"
-#include "model/ColorText.h"
 #include "model/GraphRowParser.h"
 #include "model/Profile.h"
 #include "model/ValueCodec.h"
@@ -25,7 +23,6 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::int32_t BinaryType = 100;
 constexpr double NoValue = -1; // a value of -1 counts as none too
 
 // All digits of a whole number, never in scientific notation.
@@ -50,15 +47,11 @@ void AddText(TTextColumn& column, std::string_view text) {
         column.Add(Decoded(text));
 }
 
-// Index of the axis that field 1 of a graph row numbers from 1.
-int AxisIndexOf(std::string_view field) {
-    const std::int32_t number = ToIntegerOr(DigitsOnly(field), 0);
-    return std::max(number, std::numeric_limits<std::int32_t>::min() + 1) - 1;
-}
-
 } // namespace
 
-TGraphPage::TGraphPage(const TParts& parts) : BinaryView(parts.Profile, parts.MemoEventLog), Parts(parts) {
+TGraphPage::TGraphPage(const TParts& parts)
+    : NamedBits(parts.Profile, parts.MemoEventLog), Parts(parts),
+      ProfileChannels(graph.Channels, parts.Profile) {
     ConnectSurface();
     ConnectMenu();
 }
@@ -128,7 +121,8 @@ void TGraphPage::GraphInit(bool rebuild) {
     SetAxes();
     if (rebuild)
         TimeLabels.Rebuild();
-    const std::string error = rebuild ? RebuildChannels() : std::string();
+    const std::string error = rebuild ? ProfileChannels.Rebuild() : std::string();
+    LblGraphPageEmpty.SetVisible(graph.Channels.Count() == 0);
     ClearGraphPage();
     if (!error.empty())
         throw EConvertError(error);
@@ -146,38 +140,6 @@ void TGraphPage::SetAxes() {
     set(graph.YAxis.AdditionalAxes[0].Axis, 0, 4096);
     set(graph.YAxis.AdditionalAxes[1].Axis, 0, 2);
     set(graph.XAxis, 0, static_cast<double>(GraphSpan()));
-}
-
-std::string TGraphPage::RebuildChannels() {
-    std::string error;
-    graph.Channels.Clear();
-    Sources.clear();
-    for (std::size_t row = 0; row < Parts.Profile.GraphPoints.size(); ++row) {
-        if (!Parts.Profile.GraphPoints[row].IsChannel)
-            continue;
-        const std::string& text = Parts.Profile.GraphValues[row];
-        const auto color = TryColorFromText(Trim(GetRowField(text, 2)));
-        const std::size_t number = Sources.size();
-        Sources.push_back({std::string(Trim(GetRowField(text, 0))), color.has_value(),
-                           color.value_or(ChannelPalette[number % ChannelPalette.size()])});
-
-        TSLDisplayChannel& channel = graph.Channels.Add();
-        channel.SetName(Sources.back().Name);
-        channel.SetColor(Sources.back().Color);
-        channel.SetYAxisIndex(AxisIndexOf(GetRowField(text, 1)));
-        if (number >= Parts.Profile.VisibleGraph.Count())
-            continue;
-        const auto& entry = Parts.Profile.VisibleGraph.Rows()[number];
-        try {
-            channel.SetVisible(ToBoolean(entry.Value));
-        } catch (const EConvertError& cause) {
-            if (error.empty())
-                error = Parts.Profile.currentprofilefile.string() + ": [VisibleGraph] " + entry.Name + ": " +
-                        cause.what();
-        }
-    }
-    LblGraphPageEmpty.SetVisible(graph.Channels.Count() == 0);
-    return error;
 }
 
 void TGraphPage::ClearGraphPage() {
@@ -232,7 +194,7 @@ void TGraphPage::AddGraphSample(std::string_view line, std::size_t sampleIndex) 
         DataLogDataValues.Set(channel, sampleIndex, value);
         if (drawn)
             graph.Channels[channel].Data.AddXYPoint(static_cast<double>(sampleIndex), value);
-        RenewName(channel, point.Type, value);
+        ProfileChannels.ShowValue(channel, point.Type, value);
     }
     if (!fault.empty())
         throw EConvertError(fault);
@@ -241,13 +203,6 @@ void TGraphPage::AddGraphSample(std::string_view line, std::size_t sampleIndex) 
 bool TGraphPage::IsDrawn(std::size_t sample) const {
     return static_cast<double>(sample) <= graph.XAxis.Max.DataValue() &&
            sample % static_cast<std::size_t>(std::max(GraphZoomFactor, 1)) == 0;
-}
-
-void TGraphPage::RenewName(std::size_t channel, std::int32_t type, double value) {
-    if (type == BinaryType)
-        graph.Channels[channel].ShowBits(Sources.at(channel).Name, value);
-    else
-        graph.Channels[channel].ShowValue(value);
 }
 
 void TGraphPage::UpdateTestData(int position) {
@@ -377,20 +332,20 @@ void TGraphPage::RenewNames(const TGraphRowParser& parser) {
     for (const TGraphPoint& point : Parts.Profile.GraphPoints) {
         if (!point.IsChannel)
             continue;
-        RenewName(number, point.Type, parser.Value(number));
+        ProfileChannels.ShowValue(number, point.Type, parser.Value(number));
         ++number;
     }
 }
 
 void TGraphPage::ShowBinaryPopup(double value) {
-    BinaryView.PrepareBinaryView(Truncated(value));
+    NamedBits.PrepareBinaryView(Truncated(value));
     Parts.Dialogs.Popup(GraphBinaryPopup);
 }
 
 void TGraphPage::graphLegendChannelsItemClick(std::size_t index) {
     const TSLDisplayChannel& channel = graph.Channels[index];
     const std::size_t size = channel.Data.GetSize();
-    if (size <= 1 || !BinaryView.ChannelIsBinary(channel.Name()))
+    if (size <= 1 || !NamedBits.ChannelIsBinary(channel.Name()))
         return;
     const double value = GetChannelYValue(size - 1, channel);
     if (value != NoValue)
@@ -398,13 +353,13 @@ void TGraphPage::graphLegendChannelsItemClick(std::size_t index) {
 }
 
 void TGraphPage::graphChannelsClick(std::size_t index, const TSLPoint& point) {
-    if (BinaryView.ChannelIsBinary(graph.Channels[index].Name()))
+    if (NamedBits.ChannelIsBinary(graph.Channels[index].Name()))
         ShowBinaryPopup(point.Y);
 }
 
 void TGraphPage::graphCustomMouseHitLabel(std::string& text, double value) {
     if (CurrentChannelindex < graph.Channels.Count() &&
-        BinaryView.ChannelIsBinary(graph.Channels[CurrentChannelindex].Name()))
+        NamedBits.ChannelIsBinary(graph.Channels[CurrentChannelindex].Name()))
         text = BinaryString(Truncated(value) & 0xFFFF, 16).insert(8, "  ");
 }
 
@@ -447,29 +402,6 @@ std::size_t TGraphPage::GraphSampleCount() const {
 
 std::int64_t TGraphPage::GraphSpan() const {
     return std::llrint(XAxisJump * 1.1 * GraphZoomFactor);
-}
-
-std::vector<TGraphChannelSettings> TGraphPage::ChannelSettings() const {
-    std::vector<TGraphChannelSettings> settings;
-    settings.reserve(graph.Channels.Count());
-    for (const TSLDisplayChannel& channel : graph.Channels) {
-        const TSource& source = Sources.at(settings.size());
-        // A text that names no colour stands for UnknownColor, and is kept while nobody chose another.
-        const bool untouched = !source.HasOwnColor && channel.Color() == source.Color;
-        settings.push_back({channel.Name(), channel.Visible(), untouched ? UnknownColor : channel.Color(),
-                            channel.YAxisIndex()});
-    }
-    return settings;
-}
-
-void TGraphPage::ApplySettings(const std::vector<TGraphChannelSettings>& settings) {
-    for (std::size_t i = 0; i < std::min(settings.size(), graph.Channels.Count()); ++i) {
-        TSLDisplayChannel& channel = graph.Channels[i];
-        channel.SetVisible(settings[i].Visible);
-        channel.SetYAxisIndex(settings[i].YAxisIndex);
-        if (settings[i].Color != UnknownColor)
-            channel.SetColor(settings[i].Color);
-    }
 }
 
 void TGraphPage::SetView(std::int64_t min, std::int64_t max) {

@@ -3,8 +3,9 @@
 #include "core/controls/Menu.h"
 #include "core/controls/ScrollBar.h"
 #include "core/controls/Simple.h"
-#include "graph/BinaryView.h"
 #include "graph/GraphTimeLabels.h"
+#include "graph/NamedBits.h"
+#include "graph/ProfileChannels.h"
 #include "graph/SLScope.h"
 #include "graph/SampleTable.h"
 #include "graph/TextColumn.h"
@@ -23,7 +24,6 @@ class TIniFile;
 class TMemo;
 class TGraphRowParser;
 class TProfile;
-struct TGraphChannelSettings;
 
 // Data lines "<number>;<date>;<time>;<values>" one by one.
 class IDataLines {
@@ -82,10 +82,11 @@ class TGraphPage {
     std::size_t GraphSampleCount() const; // 0 without channels
     // Samples in view: XAxisJump * 1.1 * GraphZoomFactor, ties to even.
     std::int64_t GraphSpan() const;
-    // What the user made of each channel, in order; Name still bears its value.
-    std::vector<TGraphChannelSettings> ChannelSettings() const;
-    // Makes it so again, of the same profile.
-    void ApplySettings(const std::vector<TGraphChannelSettings>& settings);
+    // As told by ProfileChannels.
+    std::vector<TGraphChannelSettings> ChannelSettings() const { return ProfileChannels.Settings(); }
+    void ApplySettings(const std::vector<TGraphChannelSettings>& settings) {
+        ProfileChannels.Apply(settings);
+    }
 
     // By the user.
     void GraphScrollScroll(EScrollCode code, int position);
@@ -106,9 +107,9 @@ class TGraphPage {
     TMenuItem zoomall1{"zoomall1", "Zoom all"};
     TMenuItem Cleargraph1{"Cleargraph1", "Clear graph"};
     TMenuItem Exportdatatocsv1{"Exportdatatocsv1", "Export data to csv"};
-    TPopupMenu GraphBinaryPopup{"GraphBinaryPopup"}; // drawn from BinaryView
+    TPopupMenu GraphBinaryPopup{"GraphBinaryPopup"}; // drawn from NamedBits
     TMenuItem binaryview1{"binaryview1"};
-    TBinaryView BinaryView;
+    TNamedBits NamedBits;
     TSampleTable DataLogDataValues;      // by channel
     TTextColumn GraphDataLabelsTimeText; // by row of the log
     TTextColumn GraphDataLabelsDateText;
@@ -121,15 +122,7 @@ class TGraphPage {
     std::size_t CurrentChannelindex = 0; // last channel under the mouse
 
   private:
-    // Where a channel comes from.
-    struct TSource {
-        std::string Name;        // of the graph row, as first shown
-        bool HasOwnColor = true; // the graph row names a colour
-        TColor Color;            // as first shown
-    };
-
     void SetAxes();
-    std::string RebuildChannels(); // what is wrong with the profile, if anything
     void DrawChannel(std::size_t channel, std::int64_t start, std::int64_t end);
     void SetView(std::int64_t min, std::int64_t max);
 
@@ -137,7 +130,6 @@ class TGraphPage {
     void AddParsedSample(const TGraphRowParser& parser, std::size_t sampleIndex);
     void RenewNames(const TGraphRowParser& parser);
     bool IsDrawn(std::size_t sample) const; // in the window, and not thinned out
-    void RenewName(std::size_t channel, std::int32_t type, double value);
     void ConnectSurface();
     void ConnectMenu();
     void Rezoom(int factor);
@@ -149,8 +141,8 @@ class TGraphPage {
     void graphCustomMouseHitLabel(std::string& text, double value);
 
     TParts Parts;
+    TProfileChannels ProfileChannels;
     TGraphTimeLabels TimeLabels{graph, GraphDataLabelsTimeText, GraphDataLabelsDateText};
-    std::vector<TSource> Sources; // one per channel
 };
 
 } // namespace tidewell

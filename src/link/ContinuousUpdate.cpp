@@ -1,5 +1,6 @@
 #include "link/ContinuousUpdate.h"
 
+#include "core/DeviceId.h"
 #include "core/Errors.h"
 #include "core/Extensions.h"
 #include "core/KvSupport.h"
@@ -153,7 +154,7 @@ void TContinuousUpdate::SaveReport(std::vector<std::string> lines) {
         Services.Files.CreateDirectories(directory);
         WriteLines(Services.Files,
                    directory / ("Continious_test_log_" + DateTimeStamp(Services.Clock) + "_" +
-                                (Strict() ? TestedDevice : Services.device).substr(0, 12) + ".txt"),
+                                DeviceIdOf(Strict() ? TestedDevice : Services.device) + ".txt"),
                    lines);
     } catch (const EInOutError&) {
         for (const std::string& line : lines) // there it is not lost

@@ -1,6 +1,7 @@
 #include "link/FirmwareUpdate.h"
 
 #include "core/AtExit.h"
+#include "core/DeviceId.h"
 #include "core/Errors.h"
 #include "core/Extensions.h"
 #include "core/IniFile.h"
@@ -35,7 +36,6 @@ constexpr int crcPause = 5000;
 
 constexpr std::uint32_t updateModeCommand = 42; // the file mask stands above its 16 bits
 constexpr std::int32_t crcResultOffset = 3;     // from the base of the update status
-constexpr std::size_t deviceIdLength = 12;
 
 std::uint32_t Number(const std::string& text) {
     return static_cast<std::uint32_t>(ToIntegerOr(text, 0));
@@ -138,7 +138,7 @@ std::optional<bool> TFirmwareUpdate::Perform(const std::filesystem::path& config
 }
 
 bool TFirmwareUpdate::AskDevice() {
-    const std::string id = Services.device.substr(0, deviceIdLength);
+    const std::string id = DeviceIdOf(Services.device);
     TMemo& memo = Services.memoDebug;
     memo.Clear();
     memo.Add(id);
@@ -433,8 +433,7 @@ void TFirmwareUpdate::TellVerdict(EUpdateVerdict verdict) {
 void TFirmwareUpdate::SaveLog(bool success) {
     const auto directory = GetFlashLogLogpath(Services.Paths);
     const std::string name = std::string(success ? "FW-Update_OK_" : "FW-Update_Error_") +
-                             DateTimeStamp(Services.Clock) + "_" + Services.device.substr(0, deviceIdLength) +
-                             ".log";
+                             DateTimeStamp(Services.Clock) + "_" + DeviceIdOf(Services.device) + ".log";
     try {
         Services.Files.CreateDirectories(directory);
         WriteLines(Services.Files, directory / name, Services.memoDebug.Lines());

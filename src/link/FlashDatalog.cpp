@@ -1,6 +1,7 @@
 #include "link/FlashDatalog.h"
 
 #include "core/AtExit.h"
+#include "core/ChosenFile.h"
 #include "core/Errors.h"
 #include "core/Extensions.h"
 #include "core/KvSupport.h"
@@ -32,16 +33,11 @@ constexpr std::int32_t longestDays = 146; // that the ring holds
 constexpr std::uint32_t counterBytes = 4;
 constexpr std::size_t progressPanel = 2;
 
-std::string Digits(std::int32_t value, std::size_t width) {
-    std::string text = std::to_string(value);
-    return text.insert(0, width - std::min(width, text.size()), '0');
-}
-
 // How long ago the position is: "T:146S:20M:16".
 std::string TextOfPosition(std::int32_t position) {
     const std::int32_t minutes = position * FlashMinutesPerBlock;
-    return "T:" + Digits(minutes / minutesPerDay, 3) + "S:" + Digits(minutes % minutesPerDay / 60, 2) +
-           "M:" + Digits(minutes % 60, 2);
+    return "T:" + PaddedText(minutes / minutesPerDay, 3) +
+           "S:" + PaddedText(minutes % minutesPerDay / 60, 2) + "M:" + PaddedText(minutes % 60, 2);
 }
 
 std::int32_t PositionOfText(const std::string& text) {
@@ -303,25 +299,22 @@ bool TFlashDatalog::SaveDatalist(bool whole) {
     const auto directory = GetFlashLogLogpath(Services.Paths);
     PathLastSavedFDFile =
         ServiceFilePath(Services.Files, Services.Clock, Services.Paths, "FDlog_", Services.device, whole);
-    for (;;) {
-        try {
-            Services.Files.CreateDirectories(PathLastSavedFDFile.parent_path());
-            SL_Datalist.Save(Services.Files, PathLastSavedFDFile, header);
-            return true;
-        } catch (const EInOutError& error) {
-            Services.Dialogs.ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
-        }
+    const auto write = [this, &header](const std::filesystem::path& path) {
+        PathLastSavedFDFile = path;
+        Services.Files.CreateDirectories(path.parent_path());
+        SL_Datalist.Save(Services.Files, path, header);
+    };
+    const auto choose = [this, &directory] {
         TFileDialog dialog;
         dialog.Title = ButFlashDatalog.Caption();
         dialog.InitialDirectory = directory;
         dialog.Filters = {{"csv", "*.csv"}};
-        const auto chosen = Services.Dialogs.SaveFile(dialog);
-        if (!chosen)
-            return false;
-        PathLastSavedFDFile = *chosen;
-        if (!chosen->has_extension())
-            PathLastSavedFDFile = UnusedPath(Services.Files, PathLastSavedFDFile += ".csv");
-    }
+        auto chosen = Services.Dialogs.SaveFile(dialog);
+        if (chosen && !chosen->has_extension())
+            chosen = UnusedPath(Services.Files, *chosen += ".csv");
+        return chosen;
+    };
+    return SaveOrElsewhere(Services.Dialogs, PathLastSavedFDFile, write, choose).has_value();
 }
 
 void TFlashDatalog::OfferFlashView(const std::string& question) {

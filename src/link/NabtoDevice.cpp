@@ -2,6 +2,7 @@
 
 #include "cloud/ApiClient.h"
 #include "core/Configuration.h"
+#include "core/DeviceId.h"
 #include "core/Errors.h"
 #include "core/Extensions.h"
 #include "core/IniFile.h"
@@ -204,7 +205,7 @@ int TNabtoDevice::Link(const std::string& deviceid, TApiClient& apiClient) {
 
 int TNabtoDevice::GetCredentials(TCredentials& credentials) {
     return ApiClient->_isLocalSession ? ApiClient->GetOfflineSessionCredentials(credentials)
-                                      : ApiClient->GetNabtoUserInfo(device.substr(0, 12), credentials);
+                                      : ApiClient->GetNabtoUserInfo(DeviceIdOf(device), credentials);
 }
 
 int TNabtoDevice::NoLink(int result, const std::string& cause) {

@@ -1,5 +1,6 @@
 #include "link/SetupForm.h"
 
+#include "core/DeviceId.h"
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
 #include "core/WaitCursor.h"
@@ -8,21 +9,6 @@
 #include <utility>
 
 namespace tidewell {
-
-namespace {
-
-constexpr std::size_t idLength = 12;
-
-// The first characters, none of them cut in two: whatever announces itself on the network is listed.
-std::string Id(const std::string& device) {
-    std::size_t characters = 0;
-    for (std::size_t i = 0; i < device.size(); ++i)
-        if ((static_cast<unsigned char>(device[i]) & 0xC0U) != 0x80 && ++characters > idLength)
-            return device.substr(0, i);
-    return device;
-}
-
-} // namespace
 
 TSetupForm::TSetupForm(const TNeeds& needs) : TForm("SetupForm"), Needs(needs) {
     PageControl1.Pages = {TabSheet};
@@ -62,20 +48,20 @@ void TSetupForm::GetLocalDevices() {
     ListBoxLocalDevices.Clear();
     std::vector<std::string> rows;
     for (const std::string& device : Needs.Nabto.GetLocal())
-        rows.push_back(Id(device));
+        rows.push_back(DeviceIdOf(device));
     ListBoxLocalDevices.SetItems(std::move(rows));
     ListBoxLocalDevices.SetVisible(true);
 }
 
 bool TSetupForm::IsLocalDevice(const std::string& deviceID) const {
     for (const std::string& row : ListBoxLocalDevices.Items())
-        if (SameText(row, Id(deviceID)))
+        if (SameText(row, DeviceIdOf(deviceID)))
             return true;
     return false;
 }
 
 std::string TSetupForm::RemoveDoinInfo(const std::string& s) const {
-    return Needs.Device.Domain.empty() ? std::string() : Id(s);
+    return Needs.Device.Domain.empty() ? std::string() : DeviceIdOf(s);
 }
 
 void TSetupForm::ShowInitFailure(int result, const std::string& otherwise) {

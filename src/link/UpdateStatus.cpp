@@ -1,5 +1,6 @@
 #include "link/UpdateStatus.h"
 
+#include "core/Numbers.h"
 #include "core/ports/IClock.h"
 
 #include <algorithm>
@@ -7,10 +8,6 @@
 namespace tidewell {
 
 namespace {
-
-std::string TwoDigits(std::chrono::seconds::rep number) {
-    return (number < 10 ? "0" : "") + std::to_string(number);
-}
 
 constexpr TColor yellow{0x0000C8FF};
 
@@ -98,8 +95,8 @@ const std::string& TUpdateStatus::TextOf(EUpdatePhase phase) const {
 
 std::string TUpdateStatus::ElapsedText() const {
     const auto seconds = Shown.count();
-    return Texts.Elapsed + " " + std::to_string(seconds / 3600) + ":" + TwoDigits(seconds / 60 % 60) + ":" +
-           TwoDigits(seconds % 60);
+    return Texts.Elapsed + " " + std::to_string(seconds / 3600) + ":" + PaddedText(seconds / 60 % 60, 2) +
+           ":" + PaddedText(seconds % 60, 2);
 }
 
 } // namespace tidewell

@@ -1,12 +1,12 @@
 #include "logging/CsvExport.h"
 
+#include "core/ChosenFile.h"
 #include "core/Errors.h"
 #include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/WaitCursor.h"
 #include "core/controls/Lists.h"
 #include "graph/GraphPage.h"
-#include "logging/DatalogWriter.h"
 #include "model/Profile.h"
 
 #include <algorithm>
@@ -99,19 +99,16 @@ void TCsvExport::Export() {
     dialog.Title = DialogSaveDatalogFile;
     dialog.InitialDirectory = Parts.directorypath / "log" / "exported";
     dialog.Filters = {{"csv", "*.csv"}};
-    const auto chosen = Parts.Dialogs.SaveFile(dialog);
-    if (!chosen)
-        return;
-    const std::filesystem::path path = WithCsv(Parts.Files, Parts.Dialogs, *chosen);
-    if (path.empty())
+    const auto path = ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog);
+    if (!path)
         return;
     {
         const TWaitCursor wait(Parts.Dialogs);
-        const auto file = Parts.Files.Replace(path);
+        const auto file = Parts.Files.Replace(*path);
         WriteTable(*file);
         file->Commit();
     }
-    Parts.MemoEventLog.Add("Saved Visualgraphdata " + path.string());
+    Parts.MemoEventLog.Add("Saved Visualgraphdata " + path->string());
 }
 
 void TCsvExport::WriteTable(IFileWriter& file) const {

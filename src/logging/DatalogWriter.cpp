@@ -1,7 +1,6 @@
 #include "logging/DatalogWriter.h"
 
 #include "core/BlockWriter.h"
-#include "core/ChosenFile.h"
 #include "graph/TextColumn.h"
 #include "logging/LogBuffers.h"
 
@@ -57,13 +56,6 @@ void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatal
     out.Text(LineEnd);
     out.Flush();
     file->Commit();
-}
-
-std::filesystem::path WithCsv(const IFiles& files, IDialogs& dialogs, const std::filesystem::path& chosen) {
-    if (chosen.filename().string().find(".csv") != std::string::npos)
-        return chosen;
-    const std::filesystem::path path = WithEnding(chosen, ".csv");
-    return MayReplace(files, dialogs, path) ? path : std::filesystem::path();
 }
 
 } // namespace tidewell

@@ -9,7 +9,6 @@
 
 namespace tidewell {
 
-class IDialogs;
 class TRawLog;
 class TTextColumn;
 
@@ -27,10 +26,5 @@ struct TDatalogRows {
 // the old file then stays.
 void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatalogRows& rows,
                   std::string_view header);
-
-// The name chosen in a save dialog, with ".csv" behind a name that holds it nowhere. The dialog has asked
-// about the name as it was typed, so one that was completed and is there asks again; empty: not to be
-// replaced.
-std::filesystem::path WithCsv(const IFiles& files, IDialogs& dialogs, const std::filesystem::path& chosen);
 
 } // namespace tidewell

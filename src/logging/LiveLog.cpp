@@ -1,5 +1,6 @@
 #include "logging/LiveLog.h"
 
+#include "core/ChosenFile.h"
 #include "core/Errors.h"
 #include "core/Guard.h"
 #include "core/KvSupport.h"
@@ -235,13 +236,10 @@ void TLiveLog::SaveUserDatalog1Click() {
     dialog.Title = DialogSaveDatalogFile;
     dialog.InitialDirectory = UserLogDirectory();
     dialog.Filters = {{"csv", "*.csv"}};
-    const auto chosen = Parts.Dialogs.SaveFile(dialog);
-    if (!chosen)
+    const auto path = ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog);
+    if (!path)
         return;
-    const fs::path path = WithCsv(Parts.Files, Parts.Dialogs, *chosen);
-    if (path.empty())
-        return;
-    WriteDatalog(Parts.Files, path, Rows(), CreateDatalogHeader());
+    WriteDatalog(Parts.Files, *path, Rows(), CreateDatalogHeader());
     Parts.MemoEventLog.Add("StringDatalog saved and cleared");
 }
 

@@ -1,5 +1,6 @@
 #include "mainform/CommandLine.h"
 
+#include "core/DeviceId.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 
@@ -12,8 +13,6 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::size_t deviceIdLength = 12;
-
 class TEvaluation {
   public:
     TEvaluation(TCommandLineParameters& parameters, ICommandLineActions& actions, IDialogs& dialogs)
@@ -25,7 +24,7 @@ class TEvaluation {
         if (!value)
             return Fail("A value for the parameter -devid was not supplied");
         const std::string devid = DigitsOnly(*value);
-        if (devid.size() != deviceIdLength)
+        if (devid.size() != DeviceIdLength)
             return Fail("The value for the -devid parameter must be exactly 12 digits.");
         Parameters.devid = devid;
         Actions.InitDevice(devid);

@@ -1,5 +1,6 @@
 #include "setpoints/LoadSetpoints.h"
 
+#include "core/ChosenFile.h"
 #include "core/Errors.h"
 #include "core/Flagged.h"
 #include "core/KvSupport.h"
@@ -301,10 +302,13 @@ void TLoadSetpoints::SaveResult() {
     dialog.Title = "Save the result of the setpoint write";
     dialog.InitialDirectory = Parts.directorypath;
     dialog.Filters = {{"csv", "*.csv"}};
-    const auto saved = SaveLines(Parts.Files, Parts.Dialogs, path, LastWriteResultList, dialog,
-                                 [this](const std::string& reason) {
-                                     Parts.MemoEventLog.Add(FillText(Parts.Texts.ResultNotSaved, {reason}));
-                                 });
+    const auto saved = SaveOrElsewhere(
+        Parts.Dialogs, path,
+        [this](const fs::path& file) { WriteLines(Parts.Files, file, LastWriteResultList); },
+        [&] { return ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog, EIfKept::ChooseAgain); },
+        [this](const std::string& reason) {
+            Parts.MemoEventLog.Add(FillText(Parts.Texts.ResultNotSaved, {reason}));
+        });
     if (!saved)
         return;
     // The name is made anew, so the seconds can differ from those of the file; not if another had that name.

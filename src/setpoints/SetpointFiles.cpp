@@ -1,10 +1,12 @@
 #include "setpoints/SetpointFiles.h"
 
+#include "core/ChosenFile.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
 #include "core/LogControl.h"
 #include "core/OpenDialogFilters.h"
 #include "core/ProgramState.h"
+#include "core/TextFile.h"
 #include "core/controls/Lists.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/LoadSetpoints.h"
@@ -73,10 +75,12 @@ void TSetpointFiles::Save(const std::string& deviceName) {
     dialog.InitialDirectory = Parts.directorypath / "setpoint";
     dialog.Filters = {{"csv", "*.csv"}};
     dialog.AskOverwrite = false;
-    auto path = ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog);
+    const auto choose = [&] { return ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog); };
+    auto path = choose();
     if (path)
-        path = SaveLines(Parts.Files, Parts.Dialogs, *path, lines, dialog,
-                         [this](const std::string& reason) { TellNotSaved(reason); });
+        path = SaveOrElsewhere(
+            Parts.Dialogs, *path, [&](const auto& file) { WriteLines(Parts.Files, file, lines); }, choose,
+            [this](const std::string& reason) { TellNotSaved(reason); });
     if (path)
         Parts.MemoEventLog.Add("Saved Setpointfile " + path->string());
 }

@@ -1,12 +1,9 @@
 #include "setpoints/SetpointRecords.h"
 
-#include "core/ChosenFile.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
-#include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
-#include "core/ports/IFiles.h"
 #include "model/ListField.h"
 #include "model/ModbusPanel.h"
 #include "setpoints/SetpointTexts.h"
@@ -121,37 +118,6 @@ void TScaledTexts::TellRest() {
     if (Bad > MostTold)
         Dialogs.ShowMessage("Error Data not valid in " + std::to_string(Bad - MostTold) +
                             " further setpoints");
-}
-
-std::optional<std::filesystem::path> SaveLines(IFiles& files, IDialogs& dialogs, std::filesystem::path path,
-                                               const std::vector<std::string>& lines,
-                                               const TFileDialog& dialog,
-                                               const std::function<void(const std::string&)>& failed) {
-    for (;;) {
-        try {
-            WriteLines(files, path, lines);
-            return path;
-        } catch (const EInOutError& error) {
-            failed(error.what());
-            dialogs.ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
-        }
-        const auto other = ChooseCsvFile(files, dialogs, dialog);
-        if (!other)
-            return std::nullopt;
-        path = *other;
-    }
-}
-
-std::optional<std::filesystem::path> ChooseCsvFile(const IFiles& files, IDialogs& dialogs,
-                                                   const TFileDialog& dialog) {
-    for (;;) {
-        auto path = dialogs.SaveFile(dialog);
-        if (!path || path->filename().string().find(".csv") != std::string::npos)
-            return path;
-        path = WithEnding(*std::move(path), ".csv");
-        if (!dialog.AskOverwrite || MayReplace(files, dialogs, *path))
-            return path;
-    }
 }
 
 } // namespace tidewell

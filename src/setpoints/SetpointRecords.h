@@ -2,9 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <filesystem>
-#include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,9 +9,7 @@
 namespace tidewell {
 
 class IDialogs;
-class IFiles;
 class TModbusPanel;
-struct TFileDialog;
 struct TSetpointTexts;
 
 // A setpoint file: three lines on its origin, a heading, then a record of ';'-terminated fields per setpoint.
@@ -61,15 +56,5 @@ class TScaledTexts {
     std::string Text;
     std::size_t Bad = 0;
 };
-
-// Writes the lines. A failure is told and the user asked for another place, until one will do or he gives
-// up: then nothing is returned. Each reason is told to the caller as well.
-std::optional<std::filesystem::path> SaveLines(IFiles& files, IDialogs& dialogs, std::filesystem::path path,
-                                               const std::vector<std::string>& lines,
-                                               const TFileDialog& dialog,
-                                               const std::function<void(const std::string&)>& failed);
-// What the user chose, with ".csv" behind a name that does not hold it.
-std::optional<std::filesystem::path> ChooseCsvFile(const IFiles& files, IDialogs& dialogs,
-                                                   const TFileDialog& dialog);
 
 } // namespace tidewell

@@ -162,7 +162,7 @@ TEST_F(GraphPageViewTest, AClickOnABitFieldShowsItsBits) {
         QTest::mouseClick(rows, Qt::LeftButton);
     });
     QTest::mouseClick(&view, Qt::LeftButton, {}, view.Plot().LegendEntryRect(1).center());
-    EXPECT_EQ(Page.BinaryView.BinaryGraphList,
+    EXPECT_EQ(Page.NamedBits.BinaryGraphList,
               (std::vector<std::string>{"1   Mains", "0   Running", "1   Auto"}));
 }
 

@@ -87,7 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Guarded([&] { rig.Page.ExtendGraph(line); });
     }
     for (const TSLDisplayChannel& channel : rig.Page.graph.Channels)
-        rig.Page.BinaryView.ChannelIsBinary(channel.Name());
+        rig.Page.NamedBits.ChannelIsBinary(channel.Name());
     Guarded([&] { WriteBack(rig); });
     return 0;
 }

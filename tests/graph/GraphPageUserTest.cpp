@@ -142,10 +142,10 @@ TEST(GraphPage, ClicksOnABitFieldShowItsBits) {
 
     rig.Dialogs.ExpectPopup("GraphBinaryPopup");
     clickLegend(1);
-    EXPECT_THAT(rig.Page.BinaryView.BinaryGraphList, ElementsAre("0   Run", "1    Alarm", "0   1st"));
+    EXPECT_THAT(rig.Page.NamedBits.BinaryGraphList, ElementsAre("0   Run", "1    Alarm", "0   1st"));
     EXPECT_EQ(rig.MemoEventLog.Lines().back(), "Binary value 0100000000000101");
-    EXPECT_EQ(rig.Page.BinaryView.Height(), 60);
-    EXPECT_EQ(rig.Page.BinaryView.Width(), 6 * 10);
+    EXPECT_EQ(rig.Page.NamedBits.Height(), 60);
+    EXPECT_EQ(rig.Page.NamedBits.Width(), 6 * 10);
     rig.Dialogs.ExpectPopup("GraphBinaryPopup");
     click(1, -1.5);
     EXPECT_EQ(rig.MemoEventLog.Lines().back(), "Binary value 1111111111111111");
@@ -159,10 +159,10 @@ TEST(GraphPage, ClicksOnABitFieldShowItsBits) {
     EXPECT_TRUE(rig.Dialogs.AllAnswered());
 
     // Names beyond the bits stay bare.
-    rig.Page.BinaryView.BinaryCommastring = "0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,more";
-    rig.Page.BinaryView.PrepareBinaryView(1);
-    EXPECT_EQ(rig.Page.BinaryView.BinaryGraphList.at(15), "1   15");
-    EXPECT_EQ(rig.Page.BinaryView.BinaryGraphList.at(16), "more");
+    rig.Page.NamedBits.BinaryCommastring = "0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,more";
+    rig.Page.NamedBits.PrepareBinaryView(1);
+    EXPECT_EQ(rig.Page.NamedBits.BinaryGraphList.at(15), "1   15");
+    EXPECT_EQ(rig.Page.NamedBits.BinaryGraphList.at(16), "more");
 }
 
 TEST(GraphPage, TheCursorPutsItsValuesIntoTheLegend) {

@@ -70,8 +70,8 @@ void SavePicture(IDialogs& dialogs, IFiles& files, const std::function<std::stri
         return;
     const TPictureChoice& choice = pictureChoices.at(filter);
     if (!SameText(file->extension().string(), choice.Ending)) {
-        file = WithEnding(*std::move(file), choice.Ending);
-        if (!MayReplace(files, dialogs, *file))
+        file = WithEnding(files, dialogs, *std::move(file), choice.Ending);
+        if (!file)
             return;
     }
     const auto writer = files.Replace(*file);
@@ -132,8 +132,8 @@ void AddGraphControls(QWidget& panel, TGraphPage& page, IDialogs& dialogs) {
 
 void FillBinaryPopup(QMenu& menu, const TGraphPage& page) {
     menu.setObjectName(ToQt(page.GraphBinaryPopup.Name()));
-    auto& rows = NewChild<TBitRows>(menu, page.BinaryView.BinaryGraphList, TBinaryView::RowHeight,
-                                    page.BinaryView.Width());
+    auto& rows = NewChild<TBitRows>(menu, page.NamedBits.BinaryGraphList, TNamedBits::RowHeight,
+                                    page.NamedBits.Width());
     rows.setObjectName(QStringLiteral("BinaryGraphList"));
     auto& action = NewChild<QWidgetAction>(menu);
     action.setObjectName(ToQt(page.binaryview1.Name()));

@@ -1,4 +1,4 @@
-#include "graph/BinaryView.h"
+#include "graph/NamedBits.h"
 
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
@@ -19,7 +19,7 @@ constexpr std::string_view binaryType = "100";
 
 } // namespace
 
-bool TBinaryView::ChannelIsBinary(std::string_view name) {
+bool TNamedBits::ChannelIsBinary(std::string_view name) {
     const std::string base = WithoutValue(name, 20);
     const auto found = std::find(Profile.FindGraphNameList.begin(), Profile.FindGraphNameList.end(), base);
     if (found == Profile.FindGraphNameList.end())
@@ -33,7 +33,7 @@ bool TBinaryView::ChannelIsBinary(std::string_view name) {
     return true;
 }
 
-void TBinaryView::PrepareBinaryView(std::int32_t value) {
+void TNamedBits::PrepareBinaryView(std::int32_t value) {
     const std::string bits = BinaryString(value & 0xFFFF, bitCount);
     BinaryGraphList.clear();
     for (const std::string_view name : SplitStrictly(BinaryCommastring, ',')) {
@@ -45,7 +45,7 @@ void TBinaryView::PrepareBinaryView(std::int32_t value) {
     MemoEventLog.Add("Binary value " + bits);
 }
 
-int TBinaryView::Width() const {
+int TNamedBits::Width() const {
     return CharacterWidth * static_cast<int>(MaxTextLength(BinaryGraphList));
 }
 

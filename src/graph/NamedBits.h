@@ -12,13 +12,12 @@ class TMemo;
 class TProfile;
 
 // The bits of a channel that holds a bit field, each with its name.
-class TBinaryView {
+class TNamedBits {
   public:
     static constexpr int RowHeight = 20;     // pixels
     static constexpr int CharacterWidth = 6; // pixels
 
-    TBinaryView(const TProfile& profile, TMemo& memoEventLog)
-        : Profile(profile), MemoEventLog(memoEventLog) {}
+    TNamedBits(const TProfile& profile, TMemo& memoEventLog) : Profile(profile), MemoEventLog(memoEventLog) {}
 
     // Whether the channel of that name, with or without its value behind ":[", is a bit field with named
     // bits; BinaryCommastring then gets the names.
