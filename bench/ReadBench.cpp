@@ -166,7 +166,7 @@ class TGraphRig {
     TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = Folder();
     TExclusiveUse Opening;
-    TDatalogParts Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
+    TDatalogNeeds Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

@@ -235,7 +235,7 @@ class TPageBench {
     TProgressBar FileProgressBar{"FileProgressBar"};
 
   public:
-    TGraphPage Page{TGraphPage::TParts{Profile, Log, Dialogs, Wait, MemoEventLog, FileProgressBar}};
+    TGraphPage Page{TGraphPage::TNeeds{Profile, Log, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     TWindow Window{Page.graph};
 };
 

@@ -5,7 +5,7 @@
 #include "core/KvSupport.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
-#include "setpoints/InputDialog.h"
+#include "setpoints/Finputdialog.h"
 #include "setpoints/SetpointPage.h"
 #include "tests/support/IdleSurroundings.h"
 

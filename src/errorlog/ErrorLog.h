@@ -26,7 +26,7 @@ std::string ErrorEventText(std::uint16_t MoDy, std::uint16_t MinErr);
 class TErrorLog {
   public:
     // All references outlive the error log.
-    struct TParts {
+    struct TNeeds {
         ILogControl& Log;
         IFiles& Files;
         const IClock& Clock;
@@ -37,7 +37,7 @@ class TErrorLog {
         TPageControl& TheTab;
     };
     // Adds its page, hidden, behind the pages of TheTab.
-    explicit TErrorLog(const TParts& parts);
+    explicit TErrorLog(const TNeeds& needs);
     TErrorLog(const TErrorLog&) = delete;
     TErrorLog& operator=(const TErrorLog&) = delete;
 
@@ -57,7 +57,7 @@ class TErrorLog {
   private:
     void AddEvents(const std::string& wordList);
 
-    const TParts Parts;
+    const TNeeds Needs;
 };
 
 } // namespace tidewell

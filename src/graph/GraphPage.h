@@ -46,7 +46,7 @@ class TGraphPage {
         virtual void ClearLog() = 0;
     };
 
-    struct TParts {
+    struct TNeeds {
         TProfile& Profile;
         ILog& Log;
         IDialogs& Dialogs;
@@ -55,7 +55,7 @@ class TGraphPage {
         TProgressBar& FileProgressBar;
     };
 
-    explicit TGraphPage(const TParts& parts);
+    explicit TGraphPage(const TNeeds& needs);
     TGraphPage(const TGraphPage&) = delete;
     TGraphPage& operator=(const TGraphPage&) = delete;
 
@@ -140,7 +140,7 @@ class TGraphPage {
     void graphCursorsPositionChange(const TSLPoint& position);
     void graphCustomMouseHitLabel(std::string& text, double value);
 
-    TParts Parts;
+    TNeeds Needs;
     TProfileChannels ProfileChannels;
     TGraphTimeLabels TimeLabels{graph, GraphDataLabelsTimeText, GraphDataLabelsDateText};
 };

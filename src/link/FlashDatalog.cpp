@@ -14,9 +14,9 @@
 #include "core/ports/IDialogs.h"
 #include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
+#include "link/DownloadFiles.h"
 #include "link/EepromReader.h"
 #include "link/Nabto.h"
-#include "link/ServiceFiles.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
 
@@ -298,7 +298,7 @@ bool TFlashDatalog::SaveDatalist(bool whole) {
     const std::string header = DatalogHeader(Services.Panel, Services.Profile.currentprofilefile);
     const auto directory = GetFlashLogLogpath(Services.Paths);
     PathLastSavedFDFile =
-        ServiceFilePath(Services.Files, Services.Clock, Services.Paths, "FDlog_", Services.device, whole);
+        DownloadPath(Services.Files, Services.Clock, Services.Paths, "FDlog_", Services.device, whole);
     const auto write = [this, &header](const std::filesystem::path& path) {
         PathLastSavedFDFile = path;
         Services.Files.CreateDirectories(path.parent_path());

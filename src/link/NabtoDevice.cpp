@@ -276,7 +276,7 @@ void TNabtoDevice::GetLocalDevices(TComboBox& sender) {
 }
 
 void TNabtoDevice::SaveSetDatapointstringToStringlist() {
-    ReadBack.SaveSetDatapointstringToStringlist(Cycle.NabtoResultstring);
+    Snapshot.SaveSetDatapointstringToStringlist(Cycle.NabtoResultstring);
 }
 
 void TNabtoDevice::CycleDone() {

@@ -116,7 +116,7 @@ class TNabtoDevice : public TForm {
     const TDeviceServices Services; // which the tasks below share
 
     TIdentityPanel Identity;
-    TReadBackSnapshot ReadBack;
+    TReadBackSnapshot Snapshot;
     TPollCycle Cycle;
     TDeviceInForce InForce;
     TUpdateStatus UpdateStatus;

@@ -74,7 +74,7 @@ class TLiveLog : public ILogControl {
     };
 
     // All references outlive the live log.
-    struct TParts {
+    struct TNeeds {
         IPolling& Polling;
         const IProgramState& Program;
         IDialogs& Dialogs;
@@ -93,7 +93,7 @@ class TLiveLog : public ILogControl {
         const TExclusiveUse& Opening; // of a file or a profile
     };
 
-    explicit TLiveLog(const TParts& parts);
+    explicit TLiveLog(const TNeeds& needs);
     TLiveLog(const TLiveLog&) = delete;
     TLiveLog& operator=(const TLiveLog&) = delete;
 
@@ -151,7 +151,7 @@ class TLiveLog : public ILogControl {
         std::size_t Generation = 0;
     };
 
-    TParts Parts;
+    TNeeds Needs;
     std::string MessageLoggingStart, MessageLoggingStop, MessageClearGraphData, DialogSaveDatalogFile;
     bool NoValuesTold = false;
     TPartial LastPartial;

@@ -31,7 +31,7 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
       LiveLog({Polling, FormMain, Ports.Dialogs, Ports.Clock, Ports.Files, Ports.Timers, ModbusPanel, Profile,
                GraphPage, LogBuffers, FormMain.TrafficButton, FormMain.StatusBar, FormMain.MemoEventLog,
                Paths, Extensions, Opening}),
-      DatalogReader(DatalogParts()), SdDatalogReader(DatalogParts()), CsvExport(DatalogParts()),
+      DatalogReader(DatalogNeeds()), SdDatalogReader(DatalogNeeds()), CsvExport(DatalogNeeds()),
       InputDialog({Ports.Dialogs, ModbusPanel, NabtoDevice, FormMain.MemoEventLog, FormMain.StatusBar}),
       SetpointPage({LiveLog, LogBuffers, GraphPage, Ports.Dialogs, Ports.Clock, ModbusPanel,
                     ContextHelp.HelpfileDoc, InputDialog, SetpointTexts, Extensions}),
@@ -77,7 +77,7 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
     ConnectUpdate();
 }
 
-TDatalogParts TProgram::DatalogParts() {
+TDatalogNeeds TProgram::DatalogNeeds() {
     return {LiveLog,
             FormMain,
             Ports.Dialogs,

@@ -46,7 +46,7 @@ class TCategoryPanel : public TPanel {
 // rows stands in its cells.
 class TSetpointPage {
   public:
-    struct TParts {
+    struct TNeeds {
         const TLiveLog& LiveLog;
         const TLogBuffers& LogBuffers;
         const TGraphPage& GraphPage;
@@ -59,7 +59,7 @@ class TSetpointPage {
         const TExtensions& Extensions;
     };
 
-    explicit TSetpointPage(const TParts& parts);
+    explicit TSetpointPage(const TNeeds& needs);
     TSetpointPage(const TSetpointPage&) = delete;
     TSetpointPage& operator=(const TSetpointPage&) = delete;
 
@@ -134,7 +134,7 @@ class TSetpointPage {
     void EditSetpoint(std::size_t entry, const std::string& typed);
     void OfferValue(std::size_t entry, const std::string& typed);
 
-    TParts Parts;
+    TNeeds Needs;
     int GridClientWidth = 0;
     int GroupClientHeight = 0;
     std::filesystem::path TreeProfile;        // that the tree was built of

@@ -65,7 +65,7 @@ class GraphPageViewTest : public testing::Test {
     TMemo MemoEventLog{"MemoEventLog"};
     TProgressBar FileProgressBar{"FileProgressBar"};
     TTestDesk Desk;
-    TGraphPage Page{TGraphPage::TParts{Profile, Log, Desk.Dialogs, Desk.Wait, MemoEventLog, FileProgressBar}};
+    TGraphPage Page{TGraphPage::TNeeds{Profile, Log, Desk.Dialogs, Desk.Wait, MemoEventLog, FileProgressBar}};
     QWidget Window;
 };
 

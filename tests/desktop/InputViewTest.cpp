@@ -6,7 +6,7 @@
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
 #include "model/ModbusPanel.h"
-#include "setpoints/InputDialog.h"
+#include "setpoints/Finputdialog.h"
 #include "support/IdleSurroundings.h"
 #include "support/MemoryFiles.h"
 #include "widgets/BitGridView.h"

@@ -38,7 +38,7 @@ class TErrorLogTest : public testing::Test, public ILogControl {
   protected:
     TErrorLogTest() {
         TheTab.Pages = {Setpoints};
-        Log.emplace(TErrorLog::TParts{*this, Files, Time, Paths, Settings, Profile, Panel, TheTab});
+        Log.emplace(TErrorLog::TNeeds{*this, Files, Time, Paths, Settings, Profile, Panel, TheTab});
         Panel.SetMpanelWorkingpath("/app");
         Panel.SetMpanelPLSpath("/app/p.pls");
         Files.Put("/app/p.pls", "[Device]\nEnable=true\nR1=1;3;100;2;List;\n");

@@ -61,7 +61,7 @@ class TFuzzRig {
     TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
     TExclusiveUse Opening;
-    TDatalogParts Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
+    TDatalogNeeds Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

@@ -87,7 +87,7 @@ class TPage {
     TProgressBar FileProgressBar{"FileProgressBar"};
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
-    TGraphPage Page{TGraphPage::TParts{Profile, Log, Dialogs, Time, MemoEventLog, FileProgressBar}};
+    TGraphPage Page{TGraphPage::TNeeds{Profile, Log, Dialogs, Time, MemoEventLog, FileProgressBar}};
 };
 
 inline std::vector<double> Range(int first, int last, int step = 1) {

@@ -54,7 +54,7 @@ class TDatalogRig {
     TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
     TExclusiveUse Opening;
-    TDatalogParts Parts{Log,  Program,      Dialogs,         Files,         Time,   Profile,
+    TDatalogNeeds Parts{Log,  Program,      Dialogs,         Files,         Time,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

@@ -3,7 +3,7 @@
 #include "desktop/QtText.h"
 #include "desktop/binders/EditBinder.h"
 #include "desktop/binders/SimpleBinders.h"
-#include "setpoints/InputDialog.h"
+#include "setpoints/Finputdialog.h"
 #include "widgets/BitGridView.h"
 #include "widgets/Child.h"
 #include "widgets/RoomyButton.h"

@@ -4,7 +4,7 @@
 #include "desktop/binders/ListBinders.h"
 #include "desktop/binders/SimpleBinders.h"
 #include "desktop/binders/SizeBinder.h"
-#include "setpoints/LoadSetpoints.h"
+#include "setpoints/LoadSetpointToDevice.h"
 #include "widgets/Child.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/RoomyButton.h"

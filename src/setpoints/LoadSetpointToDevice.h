@@ -27,7 +27,7 @@ struct TSetpointFileTexts;
 // device back, compares, and leaves a result file in the system log folder. It cannot be closed during a run.
 class TLoadSetpoints : public TForm {
   public:
-    struct TParts {
+    struct TNeeds {
         IDialogs& Dialogs;
         IFiles& Files;
         const IClock& Clock;
@@ -42,7 +42,7 @@ class TLoadSetpoints : public TForm {
         const std::filesystem::path& directorypath;
     };
 
-    explicit TLoadSetpoints(const TParts& parts);
+    explicit TLoadSetpoints(const TNeeds& needs);
 
     // Takes the file's records; false, with nothing kept, for a file that is none. Throws EInOutError for one
     // that cannot be read, EConvertError, naming file and line, for a record with bad decimals or offset;
@@ -96,7 +96,7 @@ class TLoadSetpoints : public TForm {
     void WriteSetpointsToDevice(const TDeviceUse::TAction& action, bool report);
     void SaveResult();
 
-    TParts Parts;
+    TNeeds Needs;
     std::vector<std::string> LoadSetpointValues;        // records of the file
     std::vector<std::string> CurrentSetpointValues;     // shown value of each
     std::vector<std::string> DeviceSetpointProfilelist; // ModbusAdr=EEadr of the device's setpoints

@@ -25,7 +25,7 @@ class TStatusBar;
 // fields before each showing.
 class TInputDialog : public TForm {
   public:
-    struct TParts {
+    struct TNeeds {
         IDialogs& Dialogs;
         const TModbusPanel& Panel; // its selected device gives the Modbus ID
         TNabtoDevice& Device;
@@ -33,7 +33,7 @@ class TInputDialog : public TForm {
         TStatusBar& StatusBar; // of the main form
     };
 
-    explicit TInputDialog(const TParts& parts);
+    explicit TInputDialog(const TNeeds& needs);
 
     // Captions and MessageWrongValue of section InputDialog.
     void FormCreate(const TIniFile& language);
@@ -87,7 +87,7 @@ class TInputDialog : public TForm {
     std::int32_t IntegerField(std::size_t index) const; // 0 if it is none
     std::int32_t SelectedModbusId() const;              // -1 without a device, or without a number
 
-    TParts Parts;
+    TNeeds Needs;
     std::vector<std::string> CurrentList; // fields of the row
     std::vector<std::string> binarystringlist;
     std::string MessageWrongValue;
