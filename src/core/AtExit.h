@@ -17,4 +17,16 @@ class TAtExit {
     TAction Action;
 };
 
+// Sets a flag for as long as it lives.
+class TFlagged {
+  public:
+    explicit TFlagged(bool& flag) : Flag(flag) { Flag = true; }
+    ~TFlagged() { Flag = false; }
+    TFlagged(const TFlagged&) = delete;
+    TFlagged& operator=(const TFlagged&) = delete;
+
+  private:
+    bool& Flag;
+};
+
 } // namespace tidewell

@@ -292,14 +292,6 @@ bool FileIsLocked(const IFiles& files, const std::filesystem::path& path) {
     return files.IsLocked(path);
 }
 
-std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::path& wanted) {
-    auto path = wanted;
-    for (int number = 2; files.FileExists(path); ++number)
-        path = wanted.parent_path() /
-               (wanted.stem().string() + "-" + std::to_string(number) + wanted.extension().string());
-    return path;
-}
-
 std::filesystem::path FindSystemFile(const IFiles& files, const std::filesystem::path& directory) {
     const auto names = files.List(directory / "cfg", "system_*.inn");
     return names.size() == 1 ? directory / "cfg" / names.front() : std::filesystem::path();
@@ -316,7 +308,7 @@ std::filesystem::path GetLanguageFile(const IFiles& files, const std::filesystem
     return path;
 }
 
-std::string VersionText(const TFileVersion& version) {
+std::string VersionText(const Tsysteminfo& version) {
     return "Version : " + version.Text();
 }
 
@@ -366,14 +358,6 @@ void DrawAngledText(ICanvas& canvas, double degrees, int x, const std::string& t
     canvas.SetFontAngle(degrees);
     canvas.TextOut(x, y, text);
     canvas.SetFontAngle(before);
-}
-
-std::string ShownDirectory(const std::filesystem::path& directory) {
-    std::string text = directory.string();
-    std::replace(text.begin(), text.end(), '/', '\\');
-    if (!text.ends_with('\\'))
-        text += '\\';
-    return text;
 }
 
 } // namespace tidewell

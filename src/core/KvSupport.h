@@ -1,7 +1,8 @@
 #pragma once
 
-#include "core/FileVersion.h"
+#include "core/Systeminfo.h"
 #include "core/controls/StringGrid.h"
+#include "core/ports/ICanvas.h"
 #include "core/ports/IClock.h"
 #include "core/ports/IFiles.h"
 
@@ -68,16 +69,13 @@ void UnitText(std::string_view value, std::string_view code, const TIniSection& 
               std::string& result, const TIniSection& userUnits);
 
 bool FileIsLocked(const IFiles& files, const std::filesystem::path& path);
-// The path itself, or, if there is such a file, the first of "name-2.csv", "name-3.csv", ... that is free.
-// The names of datalogs tell the minute only, and an earlier log must not go.
-std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::path& wanted);
 // "cfg/system_*.inn" below the directory if exactly one such file is there; otherwise empty.
 std::filesystem::path FindSystemFile(const IFiles& files, const std::filesystem::path& directory);
 // The language file that the system file names, in "cfg" below the directory: the one of just that spelling,
 // or else one that differs in case only. It may not exist.
 std::filesystem::path GetLanguageFile(const IFiles& files, const std::filesystem::path& systemFile,
                                       const std::filesystem::path& directory);
-std::string VersionText(const TFileVersion& version); // "Version : ..."
+std::string VersionText(const Tsysteminfo& version); // "Version : ..."
 
 // Sorts the rows by text and fills the table: column 0 is the row's position, then the row's fields, split
 // strictly.
@@ -89,18 +87,7 @@ std::size_t MaxTextLength(const std::vector<std::string>& rows); // characters o
 void SaveGridToFile(const TStringTable& grid, const std::filesystem::path& path, IFiles& files,
                     IDialogs& dialogs);
 
-// What DrawAngledText draws on.
-class ICanvas {
-  public:
-    virtual ~ICanvas() = default;
-    virtual double FontAngle() const = 0; // degrees, counter-clockwise
-    virtual void SetFontAngle(double degrees) = 0;
-    virtual void TextOut(int x, int y, const std::string& text) = 0;
-};
 // Draws the text with the font turned by the angle; the canvas gets its angle back.
 void DrawAngledText(ICanvas& canvas, double degrees, int x, const std::string& text, int y);
-
-// The directory as texts show it, with its closing backslash.
-std::string ShownDirectory(const std::filesystem::path& directory);
 
 } // namespace tidewell

@@ -50,7 +50,7 @@ void HidePassword(int argc, char** argv) {
     }
 }
 
-TStartOptions OptionsOf(int argc, char** argv, const TFileVersion& version) {
+TStartOptions OptionsOf(int argc, char** argv, const Tsysteminfo& version) {
     TStartOptions options;
     options.Executable = PathFromQt(QCoreApplication::applicationFilePath());
     options.Directory = FolderOf(options.Executable);
@@ -60,7 +60,7 @@ TStartOptions OptionsOf(int argc, char** argv, const TFileVersion& version) {
 }
 
 // In the language of the installation, if there is one.
-std::optional<std::string> TextAskedFor(int argc, char** argv, const TFileVersion& version) {
+std::optional<std::string> TextAskedFor(int argc, char** argv, const Tsysteminfo& version) {
     return TextAskedFor(
         ArgumentsOf(argc, argv), version,
         [] {
@@ -147,7 +147,7 @@ void TDesktop::SaveScreenshot(const TProgram& program, const std::filesystem::pa
         std::cerr << "Cannot write the screenshot " << file << '\n';
 }
 
-int RunDesktop(int argc, char** argv, const TFileVersion& version) {
+int RunDesktop(int argc, char** argv, const Tsysteminfo& version) {
     if (const auto text = TextAskedFor(argc, argv, version)) {
         std::cout << *text;
         return EXIT_SUCCESS;

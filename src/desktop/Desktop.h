@@ -45,6 +45,6 @@ class TDesktop {
 // text is answered on standard output, without a display. The environment: TIDEWELL_HOME names the folder to
 // work in, if it is not that of the executable; TIDEWELL_SCREENSHOT a file that gets a picture of the main
 // window just before it closes, and at SIGUSR1.
-int RunDesktop(int argc, char** argv, const TFileVersion& version);
+int RunDesktop(int argc, char** argv, const Tsysteminfo& version);
 
 } // namespace tidewell

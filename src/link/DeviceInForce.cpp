@@ -1,6 +1,6 @@
 #include "link/DeviceInForce.h"
 
-#include "core/Flagged.h"
+#include "core/AtExit.h"
 #include "core/Numbers.h"
 #include "core/ProgramState.h"
 #include "core/controls/Lists.h"

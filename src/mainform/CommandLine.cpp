@@ -121,8 +121,7 @@ std::string HelpText(const TCommandLineTexts& texts) {
 
 } // namespace
 
-std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments,
-                                        const TFileVersion& version,
+std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments, const Tsysteminfo& version,
                                         const std::function<TIniFile()>& readLanguage) {
     if (arguments.empty())
         return std::nullopt;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/FileVersion.h"
 #include "core/IniFile.h"
 #include "core/LanguageTexts.h"
+#include "core/Systeminfo.h"
 #include "core/ports/IDialogs.h"
 
 #include <functional>
@@ -43,8 +43,7 @@ struct TCommandLineTexts : TOwnTexts {
 };
 
 // The text to show when the first argument asks for no more than a text; nothing if it does not.
-std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments,
-                                        const TFileVersion& version,
+std::optional<std::string> TextAskedFor(const std::vector<std::string>& arguments, const Tsysteminfo& version,
                                         const std::function<TIniFile()>& readLanguage);
 
 // What an option does at once, besides being kept.

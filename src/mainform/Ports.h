@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/FileVersion.h"
+#include "core/Systeminfo.h"
 #include "core/ports/IApplication.h"
 #include "core/ports/IClock.h"
 #include "core/ports/IDialogs.h"
@@ -39,7 +39,7 @@ struct TStartOptions {
     std::filesystem::path Directory;  // the folder to work in, which is also the process's current directory
     std::filesystem::path Executable; // for the start anew after a change of language
     std::vector<std::string> Arguments;
-    TFileVersion Version;
+    Tsysteminfo Version;
 };
 
 } // namespace tidewell

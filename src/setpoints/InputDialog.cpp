@@ -1,6 +1,6 @@
 #include "setpoints/InputDialog.h"
 
-#include "core/Flagged.h"
+#include "core/AtExit.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"

@@ -1,12 +1,13 @@
 #include "setpoints/LoadSetpoints.h"
 
+#include "core/AtExit.h"
 #include "core/ChosenFile.h"
 #include "core/Errors.h"
-#include "core/Flagged.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
 #include "core/LogControl.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/ProgramState.h"
 #include "core/TextFile.h"
 #include "core/ports/IDialogs.h"
@@ -37,28 +38,6 @@ TCellRect CheckBoxRect(const TCellRect& cell) {
 }
 
 } // namespace
-
-// What is shown and hidden for as long as a run takes.
-class TLoadSetpoints::TRunning {
-  public:
-    explicit TRunning(TLoadSetpoints& form) : Form(form), InRun(form.Running) { Show(true); }
-    TRunning(const TRunning&) = delete;
-    TRunning& operator=(const TRunning&) = delete;
-    ~TRunning() {
-        Form.Selected = {};
-        Show(false);
-    }
-
-  private:
-    void Show(bool running) {
-        Form.ButPanel.SetVisible(!running);
-        Form.ProgressBar.SetVisible(running);
-        Form.progresslabel.SetVisible(running);
-        Form.LabHint.SetVisible(!running);
-    }
-    TLoadSetpoints& Form;
-    TFlagged InRun;
-};
 
 TLoadSetpoints::TLoadSetpoints(const TParts& parts) : TForm("LoadSetpoints"), Parts(parts) {
     for (TControl* control : {static_cast<TControl*>(&ResultList), static_cast<TControl*>(&ProgressBar),
@@ -256,13 +235,25 @@ TSelectedSetpoints TLoadSetpoints::CollectSelectedSetpoints() const {
     return selected;
 }
 
+void TLoadSetpoints::ShowRun(bool running) {
+    ButPanel.SetVisible(!running);
+    ProgressBar.SetVisible(running);
+    progresslabel.SetVisible(running);
+    LabHint.SetVisible(!running);
+}
+
 void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, bool report) {
     TSetpointWriteRun run({Parts.Dialogs, Parts.Panel, Parts.Device, action, Parts.ReadBack, Parts.Program,
                            ResultList, ProgressBar, progresslabel},
                           Parts.SelectedSetpointParent, DeviceSetpointProfilelist, Selected);
     const std::size_t writes = Selected.ValueAdrList.size();
     {
-        const TRunning running(*this);
+        const TFlagged running(Running);
+        ShowRun(true);
+        const TAtExit done([this] {
+            Selected = {};
+            ShowRun(false);
+        });
         Parts.Log.StopLog();
         ResultList.Clear();
         LastWriteResultList.clear();

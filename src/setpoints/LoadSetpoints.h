@@ -75,7 +75,8 @@ class TLoadSetpoints : public TForm {
     static constexpr int DesignedHeight = 560;
 
   private:
-    class TRunning;
+    // What is shown and hidden for as long as a run takes.
+    void ShowRun(bool running);
 
     void ButWriteSetpointsClick();
     void ButcheckAllClick() { SetAllChecks(true); }

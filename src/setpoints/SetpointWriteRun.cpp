@@ -1,5 +1,6 @@
 #include "setpoints/SetpointWriteRun.h"
 
+#include "core/AtExit.h"
 #include "core/Guard.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
@@ -40,16 +41,10 @@ std::string ReadValue(std::string_view structnumber, const std::vector<std::stri
 }
 
 // Holds the updates of a list back for as long as it lives.
-class THeldUpdates {
-  public:
-    explicit THeldUpdates(TColorList& list) : List(list) { List.BeginUpdate(); }
-    THeldUpdates(const THeldUpdates&) = delete;
-    THeldUpdates& operator=(const THeldUpdates&) = delete;
-    ~THeldUpdates() { List.EndUpdate(); }
-
-  private:
-    TColorList& List;
-};
+auto HeldUpdates(TColorList& list) {
+    list.BeginUpdate();
+    return TAtExit([&list] { list.EndUpdate(); });
+}
 
 } // namespace
 
@@ -67,7 +62,7 @@ void TSetpointWriteRun::Run() {
     ShowWaiting();
     bool read = false;
     {
-        const THeldUpdates held(Parts.ResultList);
+        const auto held = HeldUpdates(Parts.ResultList);
         WriteAll();
         read = ReadBackAll();
     }
@@ -86,7 +81,7 @@ bool TSetpointWriteRun::MayGoOn() const {
 }
 
 void TSetpointWriteRun::ShowWaiting() {
-    const THeldUpdates held(Parts.ResultList);
+    const auto held = HeldUpdates(Parts.ResultList);
     for (const auto& [name, value] : Selected.ValueNamelist)
         Parts.ResultList.Add({"Name: " + name + "Value: " + value, waitingColor});
 }

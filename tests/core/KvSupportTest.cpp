@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/IniFile.h"
+#include "core/Paths.h"
 #include "core/controls/StringGrid.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"

@@ -46,7 +46,7 @@ TProgram& TProgramOnScreen::Build() {
     };
     Program = tidewell::Build(TPorts{Desktop.Dialogs, Time, Time, Time, Files, KHelper, Process, Application,
                                      Desktop.Pictures, makeHttp},
-                              TStartOptions{root, root / "tidewell", Arguments, TFileVersion{1, 0, 0, 1}});
+                              TStartOptions{root, root / "tidewell", Arguments, Tsysteminfo{1, 0, 0, 1}});
     Desktop.RegisterViews(*Program);
     Program->Start();
     return *Program;

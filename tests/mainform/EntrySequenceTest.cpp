@@ -31,7 +31,7 @@ struct TEntry : testing::Test {
         return tidewell::Build(
             TPorts{Dialogs, Time, Time, Time, Files, Libraries, Process, Application, Pictures,
                    [](const std::filesystem::path&) { return std::make_unique<TScriptedHttp>(); }},
-            TStartOptions{"/t", "/t/tidewell", Arguments, TFileVersion{1, 2, 3, 4}});
+            TStartOptions{"/t", "/t/tidewell", Arguments, Tsysteminfo{1, 2, 3, 4}});
     }
     // The library is missing, and the end of the program says so.
     void ExpectNoLibraryAtTheEnd() {

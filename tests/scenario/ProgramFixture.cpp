@@ -71,7 +71,7 @@ TProgram& TProgramFixture::Start() {
     };
     Program =
         Build(TPorts{Dialogs, Time, Time, Time, Files, KHelper, Process, Application, Pictures, makeHttp},
-              TStartOptions{"/t", "/t/tidewell", Arguments, TFileVersion{1, 0, 0, 1}});
+              TStartOptions{"/t", "/t/tidewell", Arguments, Tsysteminfo{1, 0, 0, 1}});
     Program->Start();
     Time.Advance(200);
     return *Program;

@@ -1,6 +1,6 @@
 #include "core/controls/Form.h"
 
-#include "core/Flagged.h"
+#include "core/AtExit.h"
 
 namespace tidewell {
 

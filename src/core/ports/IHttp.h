@@ -1,7 +1,10 @@
 #pragma once
 
+#include "core/Numbers.h"
+
 #include <chrono>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -25,7 +28,12 @@ struct THttpReply {
     std::vector<std::pair<std::string, std::string>> Headers;
 
     // First header of that name, compared without regard to case; empty if there is none.
-    std::string Header(const std::string& name) const;
+    std::string Header(std::string_view name) const {
+        for (const auto& [key, value] : Headers)
+            if (SameText(key, name))
+                return value;
+        return {};
+    }
 };
 
 // One complete HTTPS exchange on a connection of its own. It blocks, and does not throw.
