@@ -5,7 +5,8 @@
 #include "SetpointRig.h"
 #include "core/DiskFiles.h"
 #include "desktop/QtApplication.h"
-#include "desktop/views/SetpointPageView.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/views/Views.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -28,6 +29,9 @@ constexpr int screenHeight = 1080;
 class TGridRig {
   public:
     TGridRig() {
+        FillSetpointPage(View, Rig.Page, PanelGroupSetpoints, MemoEventLog,
+                         {*static_cast<TQtApplication*>(QCoreApplication::instance()), Dialogs, Hold, Files},
+                         [this](int grid, int group) { Rig.Page.ArrangeSetpointPage(grid, group); });
         View.resize(screenWidth, screenHeight);
         View.show();
         Grid = View.findChild<QTableView*>(QStringLiteral("SetpointGrid"));
@@ -79,11 +83,7 @@ class TGridRig {
     TDeliveryHold Hold;
     TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
     TMemo MemoEventLog{"MemoEventLog"};
-    TSetpointPageView View{
-        {Rig.Page, PanelGroupSetpoints, MemoEventLog,
-         [this](int grid, int group) { Rig.Page.ArrangeSetpointPage(grid, group); }},
-        TViewContext{*static_cast<TQtApplication*>(QCoreApplication::instance()), Dialogs, Hold, Files},
-        nullptr};
+    QWidget View;
     QTableView* Grid = nullptr; // children of the view, here and below
     QLineEdit* Filter = nullptr;
 };

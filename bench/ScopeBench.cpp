@@ -127,7 +127,7 @@ class TPainted : public QObject {
 // A surface in a window, drawn as soon as something has changed.
 class TWindow {
   public:
-    explicit TWindow(TSLScope& scope) : View(scope, {[](const auto&) {}}) {
+    explicit TWindow(TSLScope& scope) : View(scope) {
         scope.RefreshInterval = 0;
         View.resize(width, height);
         View.show();

@@ -3,20 +3,13 @@
 #include "cloud/CurlHttp.h"
 #include "core/Guard.h"
 #include "core/KvSupport.h"
+#include "desktop/ProcessSignals.h"
 #include "desktop/QtText.h"
-#include "desktop/Signals.h"
-#include "desktop/views/AppIcon.h"
-#include "desktop/views/DeviceView.h"
-#include "desktop/views/GraphPageView.h"
-#include "desktop/views/InputView.h"
-#include "desktop/views/LanguageView.h"
-#include "desktop/views/LoadSetpointsView.h"
-#include "desktop/views/LogOnView.h"
-#include "desktop/views/MainView.h"
-#include "desktop/views/SetupView.h"
-#include "desktop/views/SplashView.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/views/Views.h"
 #include "mainform/CommandLine.h"
 #include "mainform/Program.h"
+#include "widgets/Icons.h"
 
 #include <QPixmap>
 
@@ -114,32 +107,20 @@ TPorts TDesktop::Ports() {
 
 void TDesktop::RegisterViews(TProgram& program) {
     const TViewContext context{Application, Dialogs, Hold, Files};
+    const auto show = [this, &context](auto& form) {
+        Dialogs.RegisterView(form, [&form, context] { return ViewOf(form, context); });
+    };
+    show(program.Splashscreen);
+    show(program.NabtoDevice);
+    show(program.NabtoLogOn);
+    show(program.languagedialog);
+    show(program.SetupForm);
+    show(program.InputDialog);
+    show(program.LoadSetpoints);
     Dialogs.RegisterView(
-        program.Splashscreen,
-        [&program, context] { return std::make_unique<TSplashView>(program.Splashscreen, context); });
-    Dialogs.RegisterView(
-        program.FormMain, [&program, context] { return std::make_unique<TMainView>(program, context); });
-    Dialogs.RegisterPopup(
-        program.GraphPage.GraphBinaryPopup,
-        [&program](QMenu& menu) { FillBinaryPopup(menu, program.GraphPage); });
-    Dialogs.RegisterView(
-        program.NabtoDevice,
-        [&program, context] { return std::make_unique<TDeviceView>(program.NabtoDevice, context); });
-    Dialogs.RegisterView(
-        program.NabtoLogOn,
-        [&program, context] { return std::make_unique<TLogOnView>(program.NabtoLogOn, context); });
-    Dialogs.RegisterView(
-        program.languagedialog,
-        [&program, context] { return std::make_unique<TLanguageView>(program.languagedialog, context); });
-    Dialogs.RegisterView(
-        program.SetupForm,
-        [&program, context] { return std::make_unique<TSetupView>(program.SetupForm, context); });
-    Dialogs.RegisterView(
-        program.InputDialog,
-        [&program, context] { return std::make_unique<TInputView>(program.InputDialog, context); });
-    Dialogs.RegisterView(program.LoadSetpoints, [&program, context] {
-        return std::make_unique<TLoadSetpointsView>(program.LoadSetpoints, context);
-    });
+        program.FormMain, [&program, context] { return ViewOf(program, context); });
+    Dialogs.RegisterPopup(program.GraphPage.GraphBinaryPopup,
+                          [&program](QMenu& menu) { FillBinaryPopup(menu, program.GraphPage); });
 }
 
 void TDesktop::Close(TProgram& program) {
@@ -192,12 +173,12 @@ int RunDesktop(int argc, char** argv, const Tsysteminfo& version) {
     const std::filesystem::path screenshot = FromEnvironment("TIDEWELL_SCREENSHOT");
     if (!screenshot.empty())
         PaintBeforeClose(desktop, *program, std::filesystem::absolute(screenshot));
-    const TSignals signalsToLoop([&] { desktop.Close(*program); },
-                                 [&] {
-                                     if (!screenshot.empty())
-                                         desktop.SaveScreenshot(*program,
-                                                                std::filesystem::absolute(screenshot));
-                                 });
+    TProcessSignals signalsToLoop;
+    signalsToLoop.OnEnd = [&] { desktop.Close(*program); };
+    signalsToLoop.OnReport = [&] {
+        if (!screenshot.empty())
+            desktop.SaveScreenshot(*program, std::filesystem::absolute(screenshot));
+    };
     if (!RunGuarded(desktop.Dialogs, [&program] { program->Start(); }))
         application.Terminate(); // a start that broke off leaves nothing to work with
     application.Run();

@@ -1,14 +1,11 @@
 #pragma once
 
 #include "core/DiskFiles.h"
-#include "desktop/DeliveryHold.h"
 #include "desktop/QtApplication.h"
-#include "desktop/QtClock.h"
 #include "desktop/QtDialogs.h"
 #include "desktop/QtPictures.h"
 #include "desktop/QtProcess.h"
-#include "desktop/QtTimers.h"
-#include "desktop/QtWait.h"
+#include "desktop/QtTime.h"
 #include "link/DynamicLibraryLoader.h"
 #include "mainform/Ports.h"
 

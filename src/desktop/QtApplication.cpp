@@ -50,8 +50,7 @@ bool TQtApplication::notify(QObject* receiver, QEvent* event) {
         }
         return QApplication::notify(receiver, event);
     } catch (const std::exception& error) {
-        if (OnException)
-            OnException(error);
+        OnException(error);
     }
     return false;
 }

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "core/controls/Signal.h"
+#include "core/AtExit.h"
+#include "core/controls/Control.h"
 #include "core/ports/IApplication.h"
 
 #include <QApplication>
 
 #include <exception>
-#include <functional>
 
 class QKeyEvent;
 
@@ -25,23 +25,18 @@ class TQtApplication : public QApplication, public IApplication {
     // The message loop is about to end.
     bool Ending() const { return IsTerminated && Running; }
 
-    // While one lives, the message loop does not end, so that what a message box tells is seen.
-    class TEndingHold {
-      public:
-        explicit TEndingHold(TQtApplication& application) : Application(application) { ++Application.Holds; }
-        ~TEndingHold() {
-            if (--Application.Holds == 0 && Application.Ending())
-                Application.RequestExit();
-        }
-        TEndingHold(const TEndingHold&) = delete;
-        TEndingHold& operator=(const TEndingHold&) = delete;
-
-      private:
-        TQtApplication& Application;
-    };
+    // Until the end of the block that keeps the result the message loop does not end, so that what a message
+    // box tells is seen.
+    [[nodiscard]] auto HoldEnding() {
+        ++Holds;
+        return TAtExit([this] {
+            if (--Holds == 0 && Ending())
+                RequestExit();
+        });
+    }
 
     // Gets what would leave an event handler; it must not throw.
-    std::function<void(const std::exception&)> OnException;
+    TEvent<const std::exception&> OnException;
     // A key pressed in a widget, once, before the widget gets it. Set the flag to keep it from the widget.
     TSignal<QWidget&, QKeyEvent&, bool&> KeyPreview;
 

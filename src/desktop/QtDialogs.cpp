@@ -1,10 +1,11 @@
 #include "desktop/QtDialogs.h"
 
+#include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/Guard.h"
 #include "core/controls/Form.h"
 #include "desktop/QtText.h"
-#include "desktop/binders/MenuBinder.h"
+#include "desktop/binders/Bind.h"
 
 #include <QCursor>
 #include <QEventLoop>
@@ -24,17 +25,22 @@ namespace tidewell {
 
 namespace {
 
-// What the frame or Esc answers.
-EModalResult Escaped(EButtons buttons) {
+struct TButtonsLook {
+    QMessageBox::StandardButtons Shown;
+    QMessageBox::StandardButton Escape;
+    EModalResult Escaped; // what the frame or Esc answers
+};
+
+TButtonsLook LookOf(EButtons buttons) {
     switch (buttons) {
     case EButtons::YesNo:
-        return EModalResult::No;
+        return {QMessageBox::Yes | QMessageBox::No, QMessageBox::No, EModalResult::No};
     case EButtons::OkCancel:
-        return EModalResult::Cancel;
+        return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel, EModalResult::Cancel};
     case EButtons::Ok:
         break;
     }
-    return EModalResult::Ok;
+    return {QMessageBox::Ok, QMessageBox::Ok, EModalResult::Ok};
 }
 
 struct TKindLook {
@@ -63,40 +69,17 @@ QString Lines(const std::string& text) {
     return ToQt(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
 }
 
-void AddButtons(QMessageBox& box, EButtons buttons) {
-    switch (buttons) {
-    case EButtons::Ok:
-        box.setStandardButtons(QMessageBox::Ok);
-        box.setEscapeButton(QMessageBox::Ok);
-        break;
-    case EButtons::OkCancel:
-        box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-        box.setEscapeButton(QMessageBox::Cancel);
-        break;
-    case EButtons::YesNo:
-        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-        box.setEscapeButton(QMessageBox::No);
-        break;
-    }
-}
-
-// While one lives, whoever waits can see the mouse again: something asks for it.
-class TOrdinaryCursor {
-  public:
-    TOrdinaryCursor() : Waiting(QApplication::overrideCursor() != nullptr) {
-        if (Waiting)
-            QApplication::restoreOverrideCursor();
-    }
-    ~TOrdinaryCursor() {
-        if (Waiting)
+// Until the end of the block that keeps the result, whoever waits can see the mouse again: something asks for
+// it.
+[[nodiscard]] auto OrdinaryCursor() {
+    const bool waiting = QApplication::overrideCursor() != nullptr;
+    if (waiting)
+        QApplication::restoreOverrideCursor();
+    return TAtExit([waiting] {
+        if (waiting)
             QApplication::setOverrideCursor(Qt::WaitCursor);
-    }
-    TOrdinaryCursor(const TOrdinaryCursor&) = delete;
-    TOrdinaryCursor& operator=(const TOrdinaryCursor&) = delete;
-
-  private:
-    bool Waiting;
-};
+    });
+}
 
 QString FilterText(const TFileFilter& filter) {
     const QString masks = ToQt(filter.Mask).replace(u';', u' ');
@@ -177,12 +160,13 @@ void TQtDialogs::CancelAll() {
 }
 
 EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) {
+    const TButtonsLook offered = LookOf(buttons);
     if (Cancelling) {
         std::cerr << text << '\n';
-        return Escaped(buttons);
+        return offered.Escaped;
     }
-    const TQtApplication::TEndingHold hold(Application);
-    const TOrdinaryCursor ordinary;
+    const auto held = Application.HoldEnding();
+    const auto ordinary = OrdinaryCursor();
     const TKindLook look = LookOf(kind);
     QMessageBox box(TopWindow());
     box.setObjectName(QStringLiteral("MessageBox"));
@@ -192,18 +176,17 @@ EModalResult TQtDialogs::ShowMessageBox(EMessageKind kind, const std::string& te
     box.setTextFormat(Qt::PlainText);
     box.setText(Lines(text));
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    AddButtons(box, buttons);
+    box.setStandardButtons(offered.Shown);
+    box.setEscapeButton(offered.Escape);
     box.exec();
     QAbstractButton* const clicked = box.clickedButton();
-    if (clicked == nullptr)
-        return Escaped(buttons);
-    switch (box.standardButton(clicked)) {
+    switch (clicked != nullptr ? box.standardButton(clicked) : QMessageBox::NoButton) {
     case QMessageBox::Ok:
         return EModalResult::Ok;
     case QMessageBox::Yes:
         return EModalResult::Yes;
     default:
-        return Escaped(buttons);
+        return offered.Escaped;
     }
 }
 
@@ -211,7 +194,7 @@ std::optional<std::string> TQtDialogs::InputBox(const std::string& title, const 
                                                 const std::string& text) {
     if (Cancelling)
         return std::nullopt;
-    const TOrdinaryCursor ordinary;
+    const auto ordinary = OrdinaryCursor();
     QInputDialog box(TopWindow());
     box.setObjectName(QStringLiteral("InputBox"));
     box.setWindowTitle(ToQt(title));
@@ -245,7 +228,7 @@ std::vector<std::filesystem::path> TQtDialogs::RunFileDialog(const TFileDialog& 
                                                              std::size_t& filter) {
     if (Cancelling)
         return {};
-    const TOrdinaryCursor ordinary;
+    const auto ordinary = OrdinaryCursor();
     const bool save = mode == EFileMode::Save;
     QFileDialog box(TopWindow(), ToQt(dialog.Title), PathToQt(dialog.InitialDirectory));
     box.setObjectName(save ? QStringLiteral("SaveDialog") : QStringLiteral("OpenDialog"));
@@ -278,7 +261,7 @@ EModalResult TQtDialogs::ShowModal(TForm& form) {
         return EModalResult::Cancel;
     if (form.Visible())
         form.Hide(); // a window becomes modal only while it is hidden
-    const TOrdinaryCursor ordinary;
+    const auto ordinary = OrdinaryCursor();
     QWidget* const below = TopWindow();
     QWidget& view = ViewOf(form);
     view.setWindowModality(Qt::ApplicationModal);
@@ -335,7 +318,7 @@ void TQtDialogs::Popup(TPopupMenu& menu) {
     if (const auto own = Popups.find(&menu); own != Popups.end())
         own->second(view);
     else
-        BindPopupMenu(view, menu, *this);
+        Bind(view, menu, *this);
     view.exec(QCursor::pos());
 }
 

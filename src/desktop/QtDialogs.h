@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/controls/Control.h"
 #include "core/ports/IDialogs.h"
 #include "desktop/QtApplication.h"
 
@@ -70,7 +71,7 @@ class TQtDialogs : public IDialogs {
 
     TQtApplication& Application;
     std::map<const TForm*, TEntry> Views;
-    std::map<const TPopupMenu*, std::function<void(QMenu&)>> Popups;
+    std::map<const TPopupMenu*, TEvent<QMenu&>> Popups;
     std::vector<const TForm*> Made; // in order of making
     bool Cancelling = false;
     QPointer<QWidget> Brought; // to the front by Show, but not active yet

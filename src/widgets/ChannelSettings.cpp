@@ -3,6 +3,8 @@
 #include "graph/ChannelPalette.h"
 #include "graph/SLScope.h"
 #include "widgets/Child.h"
+#include "widgets/Colors.h"
+#include "widgets/SimpleViews.h"
 
 #include <QCheckBox>
 #include <QColorDialog>
@@ -26,15 +28,6 @@ constexpr int swatchWidth = 32; // pixels, here and below
 constexpr int swatchHeight = 14;
 constexpr std::size_t valueCharacters = 30; // of a live value behind a name, at most
 
-QColor ToQt(TColor color) {
-    return {color.Red(), color.Green(), color.Blue()};
-}
-
-TColor FromQt(const QColor& color) {
-    return {static_cast<std::uint32_t>(color.blue()) << 16U |
-            static_cast<std::uint32_t>(color.green()) << 8U | static_cast<std::uint32_t>(color.red())};
-}
-
 } // namespace
 
 TChannelSettings::TChannelSettings(TSLScope& scope, QWidget* parent) : QDialog(parent), Scope(scope) {
@@ -53,9 +46,7 @@ TChannelSettings::TChannelSettings(TSLScope& scope, QWidget* parent) : QDialog(p
     for (const char* text : {"Channel", "Colour", "Axis"}) {
         auto& label = NewChild<QLabel>(rows);
         label.setText(QString::fromLatin1(text));
-        QFont bold = label.font();
-        bold.setBold(true);
-        label.setFont(bold);
+        label.setFont(Bold(label.font()));
         grid.addWidget(&label, 0, heading++);
     }
     for (std::size_t channel = 0; channel < Scope.Channels.Count(); ++channel)

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QEvent>
+#include <QObject>
+
 #include <memory>
 #include <utility>
 
@@ -12,13 +15,39 @@ T& NewChild(TParent& parent, TArgs&&... args) {
     return *child.release();
 }
 
-// Adds a layout to a box layout, which owns it.
-template <class T, class TBoxLayout>
-T& NewLayout(TBoxLayout& outer, int stretch = 0) {
-    auto inner = std::make_unique<T>();
-    T& layout = *inner;
-    outer.addLayout(inner.release(), stretch);
-    return layout;
+template <class TFilter>
+class TEventFilter : public QObject {
+  public:
+    TEventFilter(TFilter filter, QObject* parent) : QObject(parent), Filter(std::move(filter)) {}
+
+  protected:
+    bool eventFilter(QObject*, QEvent* event) override { return Filter(*event); }
+
+  private:
+    TFilter Filter;
+};
+
+// The filter sees each event of the watched object first, for as long as the owner lives; true keeps it from
+// the object.
+template <class TFilter>
+void FilterEvents(QObject& watched, QObject& owner, TFilter filter) {
+    watched.installEventFilter(&NewChild<TEventFilter<TFilter>>(owner, std::move(filter)));
+}
+template <class TFilter>
+void FilterEvents(QObject& watched, TFilter filter) {
+    FilterEvents(watched, watched, std::move(filter));
+}
+
+// Runs the action at each event of that type, before the object gets it.
+template <class TAction>
+void OnEvent(QObject& watched, QEvent::Type type, TAction action) {
+    FilterEvents(
+        watched,
+        [type, action = std::move(action)](const QEvent& event) mutable {
+            if (event.type() == type)
+                action();
+            return false;
+        });
 }
 
 } // namespace tidewell

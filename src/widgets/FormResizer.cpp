@@ -1,6 +1,7 @@
 #include "widgets/FormResizer.h"
 
-#include <QEvent>
+#include "widgets/Child.h"
+
 #include <QSplitter>
 
 #include <numeric>
@@ -12,7 +13,11 @@ TFormResizer::TFormResizer(QWidget* form) : QObject(form) {}
 void TFormResizer::Add(QSplitter& splitter, std::vector<double> shares) {
     const std::size_t index = Entries.size();
     Entries.push_back({&splitter, std::move(shares)});
-    splitter.installEventFilter(this);
+    FilterEvents(splitter, *this, [this, index](const QEvent& event) {
+        if (event.type() == QEvent::Resize)
+            Apply(Entries[index]);
+        return false;
+    });
     connect(&splitter, &QSplitter::splitterMoved, this, [this, index] {
         const QList<int> sizes = Entries[index].Splitter->sizes();
         Entries[index].Shares.assign(sizes.begin(), sizes.end());
@@ -36,15 +41,6 @@ void TFormResizer::Apply(const TEntry& entry) {
     for (const double share : entry.Shares)
         sizes.append(qRound(room * share / whole));
     entry.Splitter->setSizes(sizes);
-}
-
-bool TFormResizer::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize) {
-        for (const auto& entry : Entries)
-            if (entry.Splitter == watched)
-                Apply(entry);
-    }
-    return QObject::eventFilter(watched, event);
 }
 
 } // namespace tidewell

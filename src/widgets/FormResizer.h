@@ -20,9 +20,6 @@ class TFormResizer : public QObject {
     void Add(QSplitter& splitter, std::vector<double> shares);
     void Apply();
 
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
   private:
     struct TEntry {
         QPointer<QSplitter> Splitter;

@@ -1,7 +1,8 @@
 #include "widgets/PanelBar.h"
 
 #include "widgets/Child.h"
-#include "widgets/ElidedLabel.h"
+#include "widgets/Colors.h"
+#include "widgets/SimpleViews.h"
 
 #include <QPainter>
 
@@ -74,9 +75,7 @@ QSize TPanelBar::minimumSizeHint() const {
 
 void TPanelBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    QColor line = palette().color(QPalette::WindowText);
-    line.setAlphaF(0.2F);
-    painter.setPen(line);
+    painter.setPen(Faded(palette().color(QPalette::WindowText), 0.2F));
     painter.drawLine(0, 0, width(), 0);
     for (std::size_t i = 1; i < Widths.size(); ++i) {
         const int x = PanelRect(i).x() - 1;

@@ -1,5 +1,7 @@
 #include "widgets/ScopeDrawing.h"
 
+#include "core/AtExit.h"
+
 #include <QPainter>
 #include <QPainterPath>
 #include <QPolygonF>
@@ -18,25 +20,6 @@ constexpr int handleSize = 6;
 constexpr int textMargin = 3;
 constexpr double pointRadius = 4;
 constexpr double focusWidth = 2;
-
-// The painter without its scale, so that what is drawn next lies on the pixels of the device.
-class TDevicePixels {
-  public:
-    explicit TDevicePixels(QPainter& painter) : Painter(painter), Device(painter.deviceTransform()) {
-        Painter.save();
-        Painter.setWorldTransform(Device.inverted() * Painter.worldTransform());
-    }
-    ~TDevicePixels() { Painter.restore(); }
-    TDevicePixels(const TDevicePixels&) = delete;
-    TDevicePixels& operator=(const TDevicePixels&) = delete;
-
-    QRectF Map(const QRectF& rect) const { return Device.mapRect(rect); }
-    double Scale() const { return Device.m11(); }
-
-  private:
-    QPainter& Painter;
-    QTransform Device;
-};
 
 // Of the labels, lowest first.
 std::vector<const TScopeText*> ShownTexts(const TScopePicture& picture, const TPlotMap& map,
@@ -72,8 +55,12 @@ void TScopeDrawing::DrawCurves(QPainter& painter, const QRect& plot, bool vector
 
 void TScopeDrawing::DrawLines(QPainter& painter, const QRect& plot, const std::vector<std::size_t>& channels,
                               double width) {
-    const TDevicePixels device(painter);
-    const QRectF exact = device.Map(plot);
+    // Without the painter's scale, so that the lines lie on the pixels of the device.
+    const QTransform device = painter.deviceTransform();
+    painter.save();
+    const TAtExit restore([&painter] { painter.restore(); });
+    painter.setWorldTransform(device.inverted() * painter.worldTransform());
+    const QRectF exact = device.mapRect(QRectF(plot));
     const QRect area = exact.toAlignedRect();
     // A line at a whole pixel lies on that pixel, as lines of the grid do.
     const QRectF inArea = exact.translated(-area.topLeft()).translated(0.5, 0.5);
@@ -87,7 +74,7 @@ void TScopeDrawing::DrawLines(QPainter& painter, const QRect& plot, const std::v
         traced.Trace(curve, map, inArea);
         const QRgb color = Readable(curve.Color, Colors.Plot).rgb();
         for (std::size_t i = 0; i < traced.Count(); ++i)
-            lines.push_back({traced[i], curve.LeftToRight, color, width * device.Scale()});
+            lines.push_back({traced[i], curve.LeftToRight, color, width * device.m11()});
     }
     Raster.Draw(painter, area, lines);
 }
@@ -113,8 +100,7 @@ void TScopeDrawing::DrawVectors(QPainter& painter, const QRect& plot) {
 void TScopeDrawing::DrawTexts(QPainter& painter, const QRect& plot) const {
     const TPlotMap map = MapOf(Picture.Shown, plot);
     const QFontMetrics metrics = painter.fontMetrics();
-    QColor back = Colors.Plot;
-    back.setAlphaF(0.85F);
+    const QColor back = Faded(Colors.Plot, 0.85F);
     std::vector<QRectF> taken;
     for (const TScopeText* text : ShownTexts(Picture, map, plot)) {
         const QString name = QString::fromStdString(text->Name);
@@ -152,10 +138,8 @@ void TScopeDrawing::DrawOverlay(QPainter& painter, const QRect& plot) {
     if (Picture.Cursor.Visible)
         DrawCursor(painter, plot);
     if (!Overlay.Band.isEmpty()) {
-        QColor fill = Colors.Accent;
-        fill.setAlphaF(0.2F);
         painter.setPen(QPen(Colors.Accent, 1));
-        painter.setBrush(fill);
+        painter.setBrush(Faded(Colors.Accent, 0.2F));
         painter.drawRect(QRectF(Overlay.Band).adjusted(0.5, 0.5, -0.5, -0.5));
     }
     if (Overlay.Held)

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "widgets/Colors.h"
 #include "widgets/CurveRaster.h"
 #include "widgets/CurveShape.h"
-#include "widgets/ScopeColors.h"
 #include "widgets/ScopePicture.h"
 
 #include <QRect>

@@ -125,10 +125,8 @@ void TScopeLegend::Paint(QPainter& painter, QPoint origin, const TScopePicture& 
         const TScopeCurve& curve = picture.Curves[entry.Channel];
         const QRect place = entry.Rect.translated(origin);
         if (highlighted == entry.Channel) {
-            QColor back = colors.Accent;
-            back.setAlphaF(0.25F);
             painter.setPen(Qt::NoPen);
-            painter.setBrush(back);
+            painter.setBrush(Faded(colors.Accent, 0.25F));
             painter.drawRoundedRect(QRectF(place).adjusted(-4, 0, 4, 0), 3, 3);
         }
         PaintSwatch(painter, QRect(place.left(), place.top(), swatchWidth, place.height()), curve, colors);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/ScopeColors.h"
+#include "widgets/Colors.h"
 #include "widgets/ScopePicture.h"
 
 #include <QFont>

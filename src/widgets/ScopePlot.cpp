@@ -64,17 +64,14 @@ class TTicker : public QCPAxisTicker {
 // One thing that is drawn on a layer.
 class TDrawn : public QCPLayerable {
   public:
-    TDrawn(const QString& layerName, std::function<void(QCPPainter&)> paint, QCustomPlot* plot)
-        : QCPLayerable(plot, layerName), Paint(std::move(paint)) {}
+    TDrawn(const QString& layerName, QCustomPlot* plot) : QCPLayerable(plot, layerName) {}
+    TEvent<QCPPainter&> OnDraw;
 
   protected:
     void applyDefaultAntialiasingHint(QCPPainter* painter) const override { painter->setAntialiasing(false); }
-    void draw(QCPPainter* painter) override { Paint(*painter); }
+    void draw(QCPPainter* painter) override { OnDraw(*painter); }
     // The library moves it up by a pixel; the lowest row is to be drawn, too.
     QRect clipRect() const override { return QCPLayerable::clipRect().adjusted(0, 0, 0, 1); }
-
-  private:
-    std::function<void(QCPPainter&)> Paint;
 };
 
 // Layers and buffers. Only the part of a buffer that holds something is put on the screen.
@@ -213,7 +210,7 @@ class TScopePlot::TImpl {
 
   private:
     void Add(const char* layer, std::function<void(QCPPainter&)> paint) {
-        NewChild<TDrawn>(Canvas, QString::fromLatin1(layer), std::move(paint));
+        NewChild<TDrawn>(Canvas, QString::fromLatin1(layer)).OnDraw = std::move(paint);
     }
     void AddDrawn() {
         Add("background", [this](QCPPainter& painter) {

@@ -1,6 +1,7 @@
 #include "widgets/ScopeToolBar.h"
 
 #include "widgets/Child.h"
+#include "widgets/Icons.h"
 #include "widgets/ScopeGestures.h"
 
 #include <QEvent>
@@ -25,29 +26,27 @@ QString AxisName(std::size_t axis) {
 
 } // namespace
 
-TScopeToolBar::TScopeToolBar(TSLScope& scope, TScopeGestures& gestures, TActions actions, QWidget* parent)
-    : QFrame(parent), Scope(scope), Gestures(gestures), Actions(std::move(actions)) {
+TScopeToolBar::TScopeToolBar(TSLScope& scope, TScopeGestures& gestures, QWidget* parent)
+    : QFrame(parent), Scope(scope), Gestures(gestures) {
     setObjectName(QStringLiteral("ToolBar"));
     setFrameShape(QFrame::StyledPanel);
     setAutoFillBackground(true);
     setCursor(Qt::ArrowCursor);
     QWidget& group = AddGroup();
     Pan = &AddButton(
-        group, "Pan", QStringLiteral("Drag to pan"), EScopeIcon::Pan,
-        [this] { Gestures.PanMode = Pan->isChecked(); });
-    Cursor = &AddButton(group, "Cursor", QStringLiteral("Cursor: its values stand in the legend"),
-                        EScopeIcon::Cursor, [this] { Gestures.ShowCursor(Cursor->isChecked()); });
+        group, "Pan", QStringLiteral("Drag to pan"), "pan", [this] { Gestures.PanMode = Pan->isChecked(); });
+    Cursor = &AddButton(group, "Cursor", QStringLiteral("Cursor: its values stand in the legend"), "cursor",
+                        [this] { Gestures.ShowCursor(Cursor->isChecked()); });
     for (QToolButton* button : {Pan, Cursor})
         button->setCheckable(true);
     AddButton(
-        group, "ZoomOff", QStringLiteral("Zoom off"), EScopeIcon::ZoomOff, [this] { Gestures.ZoomOff(); });
+        group, "ZoomOff", QStringLiteral("Zoom off"), "zoom-off", [this] { Gestures.ZoomOff(); });
     AddButton(
-        group, "ChannelSettings", QStringLiteral("Channel settings"), EScopeIcon::Channels,
-        [this] { Actions.ChannelSettings(); });
+        group, "ChannelSettings", QStringLiteral("Channel settings"), "channels",
+        [this] { OnChannelSettings(); });
     AddButton(
-        group, "Copy", QStringLiteral("Copy the picture"), EScopeIcon::Copy, [this] { Actions.Copy(); });
-    AddButton(group, "Save", QStringLiteral("Save the picture"), EScopeIcon::Save,
-              [this] { Actions.Save(); });
+        group, "Copy", QStringLiteral("Copy the picture"), "copy", [this] { OnCopy(); });
+    AddButton(group, "Save", QStringLiteral("Save the picture"), "save", [this] { OnSave(); });
     for (std::size_t axis = 0; axis < scopeAxes; ++axis)
         AddAxis(axis);
     PaintIcons();
@@ -63,7 +62,7 @@ QWidget& TScopeToolBar::AddGroup() {
     return group;
 }
 
-QToolButton& TScopeToolBar::AddButton(QWidget& group, const char* name, const QString& hint, EScopeIcon icon,
+QToolButton& TScopeToolBar::AddButton(QWidget& group, const char* name, const QString& hint, const char* icon,
                                       std::function<void()> action) {
     auto& button = NewChild<QToolButton>(group);
     button.setObjectName(QString::fromLatin1(name));
@@ -85,7 +84,7 @@ void TScopeToolBar::AddAxis(std::size_t axis) {
     label.setText(name);
     group.layout()->addWidget(&label);
     TSLScopeAxis& scale = AxisOf(Scope, axis);
-    const auto add = [&](const char* button, const QString& hint, EScopeIcon icon,
+    const auto add = [&](const char* button, const QString& hint, const char* icon,
                          const TSLAxisToolBarButton& source, bool oneDir) {
         const QByteArray object = name.toLatin1() + button;
         QToolButton& view = AddButton(group, object.constData(), name + QStringLiteral(": ") + hint, icon,
@@ -94,11 +93,11 @@ void TScopeToolBar::AddAxis(std::size_t axis) {
         AxisButtons.push_back({&view, axis, &source, oneDir});
     };
     const auto& buttons = scale.ToolBar.Buttons;
-    add("ZoomIn", QStringLiteral("zoom in"), EScopeIcon::ZoomIn, buttons.ZoomIn, false);
-    add("ZoomOut", QStringLiteral("zoom out"), EScopeIcon::ZoomOut, buttons.ZoomOut, false);
-    add("ZoomOff", QStringLiteral("zoom off"), EScopeIcon::ZoomOff, buttons.ZoomOff, false);
-    add("ZoomOneDir", QStringLiteral("the mouse zooms this axis alone"),
-        axis == 0 ? EScopeIcon::ZoomOneDirX : EScopeIcon::ZoomOneDirY, buttons.ZoomOneDir, true);
+    add("ZoomIn", QStringLiteral("zoom in"), "zoom-in", buttons.ZoomIn, false);
+    add("ZoomOut", QStringLiteral("zoom out"), "zoom-out", buttons.ZoomOut, false);
+    add("ZoomOff", QStringLiteral("zoom off"), "zoom-off", buttons.ZoomOff, false);
+    add("ZoomOneDir", QStringLiteral("the mouse zooms this axis alone"), axis == 0 ? "zoom-x" : "zoom-y",
+        buttons.ZoomOneDir, true);
 }
 
 void TScopeToolBar::Follow(const TScopePicture& picture) {
@@ -149,7 +148,7 @@ void TScopeToolBar::Arrange() {
 void TScopeToolBar::PaintIcons() {
     const QColor color = palette().color(QPalette::Active, QPalette::ButtonText);
     for (const TButton& button : Buttons)
-        button.View->setIcon(ScopeIcon(button.Icon, color));
+        button.View->setIcon(TintedIcon(QString::fromLatin1(button.Icon), color));
 }
 
 void TScopeToolBar::changeEvent(QEvent* event) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/ScopeIcons.h"
+#include "core/controls/Control.h"
 
 #include <QFrame>
 
@@ -22,16 +22,14 @@ class TSLScope;
 // on the surface, as far from its right bottom corner as the surface says.
 class TScopeToolBar : public QFrame {
   public:
-    struct TActions {
-        std::function<void()> ChannelSettings;
-        std::function<void()> Copy;
-        std::function<void()> Save;
-    };
-
     // The parent is the widget of the surface.
-    TScopeToolBar(TSLScope& scope, TScopeGestures& gestures, TActions actions, QWidget* parent);
+    TScopeToolBar(TSLScope& scope, TScopeGestures& gestures, QWidget* parent);
     // Shows itself and its buttons as the surface has them.
     void Follow(const TScopePicture& picture);
+
+    TEvent<> OnChannelSettings;
+    TEvent<> OnCopy;
+    TEvent<> OnSave;
 
   protected:
     void changeEvent(QEvent* event) override;
@@ -41,7 +39,7 @@ class TScopeToolBar : public QFrame {
   private:
     struct TButton {
         QToolButton* View = nullptr; // a child
-        EScopeIcon Icon = EScopeIcon::ZoomIn;
+        const char* Icon = nullptr;  // its name
     };
     struct TAxisButton {
         QToolButton* View = nullptr;
@@ -49,7 +47,7 @@ class TScopeToolBar : public QFrame {
         const TSLAxisToolBarButton* Button = nullptr;
         bool IsOneDir = false;
     };
-    QToolButton& AddButton(QWidget& group, const char* name, const QString& hint, EScopeIcon icon,
+    QToolButton& AddButton(QWidget& group, const char* name, const QString& hint, const char* icon,
                            std::function<void()> action);
     QWidget& AddGroup();
     void AddAxis(std::size_t axis);
@@ -58,7 +56,6 @@ class TScopeToolBar : public QFrame {
 
     TSLScope& Scope;
     TScopeGestures& Gestures;
-    TActions Actions;
     std::vector<QWidget*> Groups; // children; the axes are the last
     std::vector<TButton> Buttons;
     std::vector<TAxisButton> AxisButtons;

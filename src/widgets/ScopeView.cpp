@@ -27,18 +27,17 @@ TScopePicture& FirstPicture(TScopePicture& picture, const TSLScope& scope) {
 
 } // namespace
 
-TScopeView::TScopeView(TSLScope& scope, TServices services, QWidget* parent)
-    : QWidget(parent), Scope(scope), Services(std::move(services)),
-      ThePlot(*this, FirstPicture(Picture, scope)), Gestures(scope, Picture, ThePlot, *this),
-      ToolBar(NewChild<TScopeToolBar>(*this, scope, Gestures,
-                                      TScopeToolBar::TActions{[this] { ShowChannelSettings(); },
-                                                              [this] { CopyPicture(); },
-                                                              [this] { SavePicture(); }})),
+TScopeView::TScopeView(TSLScope& scope, QWidget* parent)
+    : QWidget(parent), Scope(scope), ThePlot(*this, FirstPicture(Picture, scope)),
+      Gestures(scope, Picture, ThePlot, *this), ToolBar(NewChild<TScopeToolBar>(*this, scope, Gestures)),
       Changed(scope.Redraw.Changed.Connect([this] { Schedule(); })) {
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(QStringLiteral("Graph"));
     ThePlot.ApplySettings(scope);
+    ToolBar.OnChannelSettings = [this] { ShowChannelSettings(); };
+    ToolBar.OnCopy = [this] { CopyPicture(); };
+    ToolBar.OnSave = [this] { SavePicture(); };
     Timer.setSingleShot(true);
     Timer.setTimerType(Qt::PreciseTimer);
     connect(&Timer, &QTimer::timeout, this, [this] { Refresh(); });
@@ -90,7 +89,7 @@ void TScopeView::CopyPicture() {
 }
 
 void TScopeView::SavePicture() {
-    Services.SavePicture(
+    OnSavePicture(
         [this](EPictureType type) { return PictureBytes(ThePlot, size(), devicePixelRatioF(), type); });
 }
 

@@ -23,14 +23,11 @@ namespace tidewell {
 // along X; Home leaves the zoom; Ctrl+Up and Ctrl+Down point at a curve; Ctrl+C copies the picture.
 class TScopeView : public QWidget {
   public:
-    // What the view asks of its owner.
-    struct TServices {
-        // Asks for a file and its type, and saves the bytes that the picture has in that type.
-        std::function<void(const std::function<std::string(EPictureType)>& bytes)> SavePicture;
-    };
-
     // The surface must outlive the view.
-    TScopeView(TSLScope& scope, TServices services, QWidget* parent = nullptr);
+    explicit TScopeView(TSLScope& scope, QWidget* parent = nullptr);
+
+    // Asks for a file and its type, and saves the bytes that the picture has in that type.
+    TEvent<const std::function<std::string(EPictureType)>&> OnSavePicture;
 
     int Frames() const { return FrameCount; } // drawn of new data so far
     const TScopePlot& Plot() const { return ThePlot; }
@@ -65,7 +62,6 @@ class TScopeView : public QWidget {
     bool HandleArrow(const QKeyEvent& event);
 
     TSLScope& Scope;
-    TServices Services;
     TScopePicture Picture;
     TScopePlot ThePlot;
     TScopeGestures Gestures;

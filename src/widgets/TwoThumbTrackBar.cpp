@@ -1,5 +1,7 @@
 #include "widgets/TwoThumbTrackBar.h"
 
+#include "widgets/Colors.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -111,8 +113,7 @@ void TTwoThumbTrackBar::Move(EThumb thumb, int position) {
     PositionOf(thumb) = position;
     Describe();
     update();
-    if (const auto& moved = thumb == EThumb::Lower ? OnLowerMoved : OnUpperMoved)
-        moved(position);
+    (thumb == EThumb::Lower ? OnLowerMoved : OnUpperMoved)(position);
 }
 
 void TTwoThumbTrackBar::paintEvent(QPaintEvent*) {
@@ -120,12 +121,9 @@ void TTwoThumbTrackBar::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF groove = Groove();
     const QColor text = palette().color(QPalette::WindowText);
-    QColor line = text;
-    line.setAlphaF(0.35F);
-    QColor hollow = text;
-    hollow.setAlphaF(0.12F);
+    const QColor line = Faded(text, 0.35F);
     painter.setPen(QPen(line, 1));
-    painter.setBrush(hollow);
+    painter.setBrush(Faded(text, 0.12F));
     painter.drawRoundedRect(groove, grooveHeight / 2, grooveHeight / 2);
     QRectF range = groove;
     range.setLeft(std::min(XOf(Lower), XOf(Upper)));
@@ -142,9 +140,7 @@ void TTwoThumbTrackBar::paintEvent(QPaintEvent*) {
 void TTwoThumbTrackBar::PaintTicks(QPainter& painter) const {
     if (TickFrequency <= 0)
         return;
-    QColor colour = palette().color(QPalette::WindowText);
-    colour.setAlphaF(0.6F);
-    painter.setPen(QPen(colour, 1));
+    painter.setPen(QPen(Faded(palette().color(QPalette::WindowText), 0.6F), 1));
     const qreal top = frame + thumbHeight + tickGap;
     int number = 0;
     for (int position = Min; position <= Max; position += TickFrequency, ++number) {
@@ -219,29 +215,21 @@ void TTwoThumbTrackBar::keyPressEvent(QKeyEvent* event) {
     const int forward = layoutDirection() == Qt::RightToLeft ? -1 : 1;
     switch (event->key()) {
     case Qt::Key_Left:
-        Move(Current, position - forward);
-        break;
+        return Move(Current, position - forward);
     case Qt::Key_Right:
-        Move(Current, position + forward);
-        break;
+        return Move(Current, position + forward);
     case Qt::Key_Down:
-        Move(Current, position - 1);
-        break;
+        return Move(Current, position - 1);
     case Qt::Key_Up:
-        Move(Current, position + 1);
-        break;
+        return Move(Current, position + 1);
     case Qt::Key_PageDown:
-        Move(Current, position - PageSize);
-        break;
+        return Move(Current, position - PageSize);
     case Qt::Key_PageUp:
-        Move(Current, position + PageSize);
-        break;
+        return Move(Current, position + PageSize);
     case Qt::Key_Home:
-        Move(Current, Min);
-        break;
+        return Move(Current, Min);
     case Qt::Key_End:
-        Move(Current, Max);
-        break;
+        return Move(Current, Max);
     default:
         QWidget::keyPressEvent(event);
     }

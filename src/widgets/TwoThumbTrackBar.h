@@ -1,9 +1,10 @@
 #pragma once
 
+#include "core/controls/Control.h"
+
 #include <QColor>
 #include <QWidget>
 
-#include <functional>
 #include <optional>
 
 namespace tidewell {
@@ -24,8 +25,8 @@ class TTwoThumbTrackBar : public QWidget {
     void SetThumbColor(const QColor& color);
 
     // The user has moved a thumb.
-    std::function<void(int)> OnLowerMoved;
-    std::function<void(int)> OnUpperMoved;
+    TEvent<int> OnLowerMoved;
+    TEvent<int> OnUpperMoved;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

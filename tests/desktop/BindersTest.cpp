@@ -1,16 +1,9 @@
 #include "Support.h"
 #include "core/Errors.h"
-#include "desktop/binders/EditBinder.h"
-#include "desktop/binders/GridBinder.h"
-#include "desktop/binders/ListBinders.h"
-#include "desktop/binders/MenuBinder.h"
-#include "desktop/binders/PageBinder.h"
-#include "desktop/binders/SimpleBinders.h"
-#include "desktop/binders/StatusBarBinder.h"
-#include "desktop/binders/TreeBinder.h"
+#include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
-#include "widgets/LedView.h"
 #include "widgets/PanelBar.h"
+#include "widgets/SimpleViews.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -65,13 +58,13 @@ TEST_F(BindersTest, ShowsWhatControlsHaveInCommonAndFollowsThem) {
     label->SetVisible(false);
     TWindow window;
     auto& view = window.Add<QLabel>();
-    BindLabel(view, *label);
+    Bind(view, *label, Desk.Dialogs);
     EXPECT_EQ(view.text(), "<b>5 & 6</b>");
     EXPECT_EQ(view.textFormat(), Qt::PlainText);
     EXPECT_TRUE(view.isHidden());
     {
         QLabel other;
-        BindLabel(other, *label);
+        Bind(other, *label, Desk.Dialogs);
     }
     label->SetVisible(true);
     label->SetEnabled(false);
@@ -98,10 +91,10 @@ TEST_F(BindersTest, ButtonsCheckBoxesAndLampsWork) {
     auto& boxView = window.Add<QCheckBox>();
     auto& ledView = window.Add<TLedView>();
     auto& barView = window.Add<QProgressBar>();
-    BindButton(buttonView, button, Desk.Dialogs);
-    BindCheckBox(boxView, box, Desk.Dialogs);
-    BindLed(ledView, led);
-    BindProgressBar(barView, bar);
+    Bind(buttonView, button, Desk.Dialogs);
+    Bind(boxView, box, Desk.Dialogs);
+    Bind(ledView, led, Desk.Dialogs);
+    Bind(barView, bar, Desk.Dialogs);
     window.Show();
 
     {
@@ -143,7 +136,7 @@ TEST_F(BindersTest, EditsPassTypingButNotTheFormsOwnTexts) {
     edit.OnReturn = Hear("r");
     TWindow window;
     auto& view = window.Add<QLineEdit>();
-    BindEdit(view, edit, Desk.Dialogs);
+    Bind(view, edit, Desk.Dialogs);
     window.Show();
     QTest::keyClicks(&view, "abcdef");
     EXPECT_EQ(edit.Text(), "abcd");
@@ -162,7 +155,7 @@ TEST_F(BindersTest, RadioGroupsShowOneButtonPerItem) {
     TRadioGroup group("Group", "Choose");
     TWindow window;
     auto& view = window.Add<QGroupBox>();
-    BindRadioGroup(view, group, Desk.Dialogs);
+    Bind(view, group, Desk.Dialogs);
     group.SetItems({"a & b", "c"});
     group.SetItemIndex(1);
     const auto radios = [&view] {
@@ -182,7 +175,7 @@ TEST_F(BindersTest, MemosGrowLineByLine) {
     memo.Add("before");
     TWindow window;
     auto& view = window.Add<QPlainTextEdit>();
-    BindMemo(view, memo);
+    Bind(view, memo, Desk.Dialogs);
     memo.Add("");
     memo.Add("after");
     memo.SetHint("changes nothing");
@@ -220,7 +213,7 @@ TEST_F(BindersTest, TreesKeepTheSelectionUnderTheRightButton) {
     TWindow window;
     auto& view = window.Add<QTreeWidget>();
     view.resize(300, 200);
-    BindTree(view, tree, Desk.Dialogs);
+    Bind(view, tree, Desk.Dialogs);
     tree.SetNodes({{"Device", {"Fans", "Heat"}}, {"Other", {}}});
     window.Show();
     const auto click = [&](Qt::MouseButton button, QTreeWidgetItem* item) {
@@ -248,7 +241,7 @@ TEST_F(BindersTest, GridsShowRowZeroAsTheHeading) {
     TWindow window;
     auto& view = window.Add<QTableView>();
     view.resize(390, 290);
-    BindGrid(view, grid, Desk.Dialogs);
+    Bind(view, grid, Desk.Dialogs);
     grid.Cells.SetRow(1, {"Speed", "5"});
     grid.Cells.SetRow(2, {"Heat", "6"});
     grid.ColWidths = {120, 60};
@@ -282,7 +275,7 @@ TEST_F(BindersTest, PagesAndStatusPanelsFollow) {
     auto& view = window.Add<QTabWidget>();
     view.addTab(&NewChild<QWidget>(view), QString());
     view.addTab(&NewChild<QWidget>(view), QString());
-    BindPages(view, pages, Desk.Dialogs);
+    Bind(view, pages, Desk.Dialogs);
     EXPECT_EQ(view.currentIndex(), 1);
     view.setCurrentIndex(0);
     EXPECT_TRUE(pages.IsActive(first));
@@ -292,7 +285,7 @@ TEST_F(BindersTest, PagesAndStatusPanelsFollow) {
     TStatusBar bar("StatusBar", {{100, "left", false}, {80, "right", true}});
     auto& barView = window.Add<TPanelBar>();
     barView.resize(400, 19);
-    BindStatusBar(barView, bar);
+    Bind(barView, bar, Desk.Dialogs);
     auto& child = window.Add<QLabel>();
     barView.Place(1, child, [](const QRect& panel) { return panel.adjusted(2, 1, -2, 0); });
     bar.SetWidth(0, 150);
@@ -314,7 +307,7 @@ TEST_F(BindersTest, MenusHideWithTheirEntries) {
     log.OnClick = Hear("l");
     TWindow window;
     auto& bar = window.Add<QMenuBar>();
-    BindMainMenu(bar, menu, Desk.Dialogs);
+    Bind(bar, menu, Desk.Dialogs);
     const auto action = [&bar](const char* name) -> QAction& {
         return *bar.findChild<QAction*>(QString::fromLatin1(name));
     };

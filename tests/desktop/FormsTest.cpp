@@ -1,9 +1,8 @@
 #include "Support.h"
 #include "core/Errors.h"
 #include "core/controls/Simple.h"
-#include "desktop/binders/EditBinder.h"
+#include "desktop/binders/Bind.h"
 #include "desktop/binders/FormBinder.h"
-#include "desktop/binders/SimpleBinders.h"
 #include "support/MemoryFiles.h"
 #include "widgets/Child.h"
 #include "widgets/FormResizer.h"
@@ -37,9 +36,9 @@ struct TSmallView : TDialogView {
         auto& column = NewChild<QVBoxLayout>(*this);
         column.addWidget(&Field);
         column.addWidget(&Button);
-        BindEdit(Field, form.Edit, context.Dialogs);
-        BindButton(Button, form.Ok, context.Dialogs);
-        BindForm(*this, form, context);
+        Bind(Field, form.Edit, context.Dialogs);
+        Bind(Button, form.Ok, context.Dialogs);
+        Bind(*this, form, context);
     }
     QLineEdit& Field = NewChild<QLineEdit>(*this);
     QPushButton& Button = NewChild<QPushButton>(*this);
@@ -138,7 +137,7 @@ TEST_F(FormsTest, SizesGoBothWaysButNotDuringASleep) {
     EXPECT_EQ(Form.ClientWidth(), 320);
     EXPECT_EQ(resized, 1);
     {
-        const TDeliveryHold::TScope held(Desk.Hold);
+        const auto held = Desk.Hold.Hold();
         View().resize(330, 220);
         Form.SetCaption("unmoved"); // does not bring the old size back
         EXPECT_EQ(View().width(), 330);

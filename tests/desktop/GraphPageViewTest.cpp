@@ -1,8 +1,7 @@
-#include "desktop/views/GraphPageView.h"
-
 #include "Support.h"
 #include "core/controls/Lists.h"
 #include "desktop/QtText.h"
+#include "desktop/views/Views.h"
 #include "graph/GraphPage.h"
 #include "model/Profile.h"
 #include "support/MemoryFiles.h"
@@ -40,8 +39,10 @@ class GraphPageViewTest : public testing::Test {
                                    [this](QMenu& menu) { FillBinaryPopup(menu, Page); });
         auto& column = NewChild<QVBoxLayout>(Window);
         auto& panel = NewChild<QWidget>(Window);
-        AddGraphControls(panel, Page, Desk.Dialogs);
-        column.addWidget(&NewChild<TGraphPageView>(Window, Page, Desk.Dialogs, Files), 1);
+        FillGraphControls(panel, Page, Desk.Dialogs);
+        auto& page = NewChild<QWidget>(Window);
+        FillGraphPage(page, Page, Desk.Dialogs, Files);
+        column.addWidget(&page, 1);
         column.addWidget(&panel);
         Window.resize(800, 500);
         Window.show();

@@ -1,7 +1,6 @@
-#include "desktop/views/InputView.h"
-
 #include "Support.h"
-#include "desktop/QtClock.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/views/Views.h"
 #include "link/FakeNabto.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
@@ -9,7 +8,7 @@
 #include "setpoints/Finputdialog.h"
 #include "support/IdleSurroundings.h"
 #include "support/MemoryFiles.h"
-#include "widgets/BitGridView.h"
+#include "widgets/BitViews.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -37,8 +36,7 @@ class InputViewTest : public testing::Test {
         Device.device = "d";
         Device.initialized = true;
         Desk.Dialogs.RegisterView(Dialog, [this] {
-            return std::make_unique<TInputView>(Dialog,
-                                                TViewContext{Application(), Desk.Dialogs, Desk.Hold, Files});
+            return ViewOf(Dialog, TViewContext{Application(), Desk.Dialogs, Desk.Hold, Files});
         });
     }
     ~InputViewTest() override { Desk.Dialogs.DestroyViews(); }
@@ -51,7 +49,7 @@ class InputViewTest : public testing::Test {
         Desk.Dialogs.Show(Dialog);
         QCoreApplication::processEvents();
     }
-    TInputView& View() { return *static_cast<TInputView*>(Desk.Dialogs.FindView(Dialog)); }
+    QWidget& View() { return *Desk.Dialogs.FindView(Dialog); }
     template <class T>
     T& Find(const char* name) {
         return *View().findChild<T*>(QLatin1String(name));

@@ -1,6 +1,6 @@
-#include "desktop/views/LoadSetpointsView.h"
-
 #include "Support.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/views/Views.h"
 #include "scenario/SetpointProgram.h"
 
 #include <QLabel>
@@ -11,7 +11,7 @@
 #include <QTableView>
 #include <QTest>
 
-#include <optional>
+#include <memory>
 
 namespace tidewell::test {
 
@@ -33,7 +33,7 @@ class LoadSetpointsView : public TSetpointProgram {
                                    "Boost;          45 min          ;45;0;300;0;0;40103;9;"})
             file += std::string(record) + "\n";
         Files.Put("/t/f.csv", file);
-        View.emplace(Form(), TViewContext{test::Application(), Dialogs, Hold, Files});
+        View = ViewOf(Form(), TViewContext{test::Application(), Dialogs, Hold, Files});
         EXPECT_TRUE(Form().LoadForm("/t/f.csv"));
         Form().Open();
         QCoreApplication::processEvents();
@@ -75,7 +75,7 @@ class LoadSetpointsView : public TSetpointProgram {
     }
 
     TDeliveryHold Hold;
-    std::optional<TLoadSetpointsView> View;
+    std::unique_ptr<QWidget> View;
 };
 
 } // namespace

@@ -2,7 +2,6 @@
 #include "core/Errors.h"
 #include "core/WaitCursor.h"
 #include "core/controls/Menu.h"
-#include "desktop/QtClock.h"
 #include "desktop/QtPictures.h"
 #include "desktop/QtProcess.h"
 

@@ -1,8 +1,7 @@
 #include "Support.h"
 #include "core/controls/ControlLock.h"
 #include "core/controls/Simple.h"
-#include "desktop/binders/RangeBinders.h"
-#include "desktop/binders/SimpleBinders.h"
+#include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
 #include "widgets/TwoThumbTrackBar.h"
 
@@ -22,9 +21,9 @@ class RangeTest : public testing::Test {
     RangeTest() {
         Bar.SetFrequency(10);
         Bar.SetPageSize(10);
-        BindTrackBar2(Track, Bar, Desk.Dialogs);
-        BindMaskEdit(Field, Edit, Desk.Dialogs);
-        BindButton(Push, Button, Desk.Dialogs);
+        Bind(Track, Bar, Desk.Dialogs);
+        Bind(Field, Edit, Desk.Dialogs);
+        Bind(Push, Button, Desk.Dialogs);
         auto& column = NewChild<QVBoxLayout>(Window);
         for (QWidget* widget : std::array<QWidget*, 3>{&Track, &Field, &Push})
             column.addWidget(widget);

@@ -37,6 +37,7 @@ bool IsNear(const QColor& color, TColor wanted) {
 class ScopeViewTest : public testing::Test {
   protected:
     ScopeViewTest() {
+        View.OnSavePicture = [this](const auto& bytes) { PictureBytes = bytes; };
         Scope.RefreshInterval = 1;
         Scope.XAxis.Max.SetBoth(100);
         for (int axis = 0; axis < 3; ++axis) {
@@ -95,7 +96,7 @@ class ScopeViewTest : public testing::Test {
 
     TSLScope Scope;
     std::function<std::string(EPictureType)> PictureBytes; // of the last picture saved
-    TScopeView View{Scope, {[this](const auto& bytes) { PictureBytes = bytes; }}};
+    TScopeView View{Scope};
 };
 
 } // namespace

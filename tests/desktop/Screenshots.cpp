@@ -7,7 +7,7 @@
 //     cmake --build --preset dev --target pictures
 
 #include "Picture.h"
-#include "desktop/views/AppIcon.h"
+#include "widgets/Icons.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,5 +1,6 @@
 #include "Support.h"
-#include "desktop/views/MainView.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/views/Views.h"
 #include "scenario/SetpointProgram.h"
 
 #include <QHelpEvent>
@@ -11,13 +12,13 @@
 #include <QToolTip>
 #include <QTreeWidget>
 
-#include <optional>
+#include <memory>
 
 namespace tidewell::test {
 
 namespace {
 
-const QColor deepBlue(0, 0, 255);
+const QColor selectedText(0, 0, 255);
 const QColor lightBlue(150, 190, 255);
 
 // Of the whole application, until the end of the block.
@@ -45,7 +46,7 @@ class SetpointPageView : public TSetpointProgram {
         Start();
         Program->LiveLog.TimerLogAutostart->SetEnabled(false);
         Main().WindowSetpoint1.Click();
-        View.emplace(*Program, TViewContext{Application(), Dialogs, Hold, Files});
+        View = ViewOf(*Program, TViewContext{Application(), Dialogs, Hold, Files});
         View->resize(1000, 700);
         View->show();
         View->activateWindow();
@@ -97,7 +98,7 @@ class SetpointPageView : public TSetpointProgram {
     }
 
     TDeliveryHold Hold;
-    std::optional<TMainView> View;
+    std::unique_ptr<QWidget> View;
 };
 
 } // namespace
@@ -140,16 +141,16 @@ TEST_F(SetpointPageView, TheSelectedRowStandsOutByItsFontAlone) {
     EXPECT_NE(stripe, base());
     EXPECT_EQ(Ground(4), stripe);
     for (const int row : {2, 3}) {
-        EXPECT_EQ(Pixels(row, deepBlue), 0);
+        EXPECT_EQ(Pixels(row, selectedText), 0);
         const QColor ground = Ground(row);
         ClickRow(row);
         EXPECT_EQ(Page().SetpointGrid.SelectedRow(), row);
-        EXPECT_GT(Pixels(row, deepBlue), 20);
+        EXPECT_GT(Pixels(row, selectedText), 20);
         EXPECT_EQ(Ground(row), ground);
     }
-    EXPECT_EQ(Pixels(2, deepBlue), 0);
+    EXPECT_EQ(Pixels(2, selectedText), 0);
     const TPaletteOf dark(QColor(40, 40, 40), Qt::white);
-    EXPECT_EQ(Pixels(3, deepBlue), 0);
+    EXPECT_EQ(Pixels(3, selectedText), 0);
     EXPECT_GT(Pixels(3, lightBlue), 20);
     EXPECT_EQ(Ground(3), base());
     EXPECT_LT(Ground(2).lightness(), 100);

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "desktop/DeliveryHold.h"
 #include "desktop/QtApplication.h"
 #include "desktop/QtDialogs.h"
-#include "desktop/QtTimers.h"
-#include "desktop/QtWait.h"
+#include "desktop/QtTime.h"
 
 #include <QAbstractButton>
 #include <QDialog>

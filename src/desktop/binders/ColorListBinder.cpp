@@ -1,16 +1,15 @@
 #include "desktop/QtText.h"
-#include "desktop/binders/ListBinders.h"
+#include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
+#include "widgets/Colors.h"
 
 #include <QAbstractListModel>
-#include <QEvent>
 #include <QKeyEvent>
 #include <QListView>
 #include <QMouseEvent>
 
 #include <algorithm>
-#include <cmath>
-#include <utility>
+#include <vector>
 
 namespace tidewell {
 
@@ -21,16 +20,8 @@ constexpr int rowAir = 4; // above and below it together
 constexpr double enoughContrast = 4.5;
 constexpr int lighter = 4; // percent of lightness, one step
 
-// How bright a colour looks, from 0 to 1.
-double Luminance(const QColor& color) {
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-QColor Readable(TColor told, const QColor& background) {
-    const QColor color(told.Red(), told.Green(), told.Blue());
+// Where the background is dark, as far as it has to be to be read.
+QColor Lightened(const QColor& color, const QColor& background) {
     if (background.lightness() >= 128)
         return color;
     const double ground = Luminance(background) + 0.05;
@@ -59,7 +50,7 @@ class TColorListModel : public QAbstractListModel {
         case Qt::SizeHintRole:
             return Size;
         case Qt::ForegroundRole:
-            return Readable(row.Color, View.palette().color(QPalette::Base));
+            return Lightened(ToQt(row.Color), View.palette().color(QPalette::Base));
         default:
             return {};
         }
@@ -82,53 +73,38 @@ class TColorListModel : public QAbstractListModel {
     QSize Size; // of each row, wide enough for the longest
 };
 
-class TColorListBinding : public QObject {
-  public:
-    TColorListBinding(QListView& view, TColorList& list, IDialogs& dialogs, QObject* parent)
-        : QObject(parent), List(list), Dialogs(dialogs), Model(view, this) {
-        view.setModel(&Model);
-        view.installEventFilter(this);
-        view.viewport()->installEventFilter(this);
-    }
-
-    void Sync() {
-        if (!List.Updating())
-            Model.SetRows(List.Rows());
-    }
-
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (!IsClick(*event))
-            return QObject::eventFilter(watched, event);
-        RunGuarded(Dialogs, [this] { List.OnClick(); });
-        return true;
-    }
-
-  private:
-    static bool IsClick(const QEvent& event) {
-        if (event.type() == QEvent::MouseButtonRelease)
-            return static_cast<const QMouseEvent&>(event).button() == Qt::LeftButton;
-        if (event.type() != QEvent::KeyPress)
-            return false;
-        const auto& key = static_cast<const QKeyEvent&>(event);
-        return !key.isAutoRepeat() &&
-               (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Space);
-    }
-
-    TColorList& List;
-    IDialogs& Dialogs;
-    TColorListModel Model;
-};
+bool IsClick(const QEvent& event) {
+    if (event.type() == QEvent::MouseButtonRelease)
+        return static_cast<const QMouseEvent&>(event).button() == Qt::LeftButton;
+    if (event.type() != QEvent::KeyPress)
+        return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return !key.isAutoRepeat() && (IsEnter(event) || key.key() == Qt::Key_Space);
+}
 
 } // namespace
 
-void BindColorList(QListView& view, TColorList& list, IDialogs& dialogs) {
+void Bind(QListView& view, TColorList& list, IDialogs& dialogs) {
     view.setUniformItemSizes(true);
     view.setSelectionMode(QAbstractItemView::NoSelection);
     view.setEditTriggers(QAbstractItemView::NoEditTriggers);
     BindControl(view, list);
-    auto& binding = NewChild<TColorListBinding>(view, view, list, dialogs);
-    KeepInStep(view, list, [&binding] { binding.Sync(); });
+    auto& model = NewChild<TColorListModel>(view, view);
+    view.setModel(&model);
+    for (QWidget* const clicked : {static_cast<QWidget*>(&view), view.viewport()})
+        FilterEvents(
+            *clicked,
+            [&list, &dialogs](const QEvent& event) {
+                const bool click = IsClick(event);
+                if (click)
+                    RunGuarded(
+                        dialogs, [&list] { list.OnClick(); });
+                return click;
+            });
+    KeepInStep(view, list, [&list, &model] {
+        if (!list.Updating())
+            model.SetRows(list.Rows());
+    });
 }
 
 } // namespace tidewell

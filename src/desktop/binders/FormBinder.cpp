@@ -8,6 +8,9 @@
 #include <QScreen>
 #include <QStyle>
 
+#include <algorithm>
+#include <memory>
+
 namespace tidewell {
 
 namespace {
@@ -18,7 +21,7 @@ std::optional<EKey> KeyOf(const QKeyEvent& event) {
     const int key = event.key();
     if (key == Qt::Key_Escape)
         return EKey::Escape;
-    if (key == Qt::Key_Return || key == Qt::Key_Enter)
+    if (IsEnter(event))
         return EKey::Return;
     if (key >= Qt::Key_F1 && key <= Qt::Key_F12)
         return static_cast<EKey>(static_cast<int>(EKey::F1) + key - Qt::Key_F1);
@@ -36,34 +39,31 @@ int TitleHeight(const QWidget& view) {
 class TFormBinding : public QObject {
   public:
     TFormBinding(QWidget& view, TForm& form, const TViewContext& context, QObject* parent)
-        : QObject(parent), View(view), Form(form), Context(context) {
+        : QObject(parent), View(view), Form(form), Context(context),
+          NewSize(context.Hold, [this] { TellSize(); }) {
         View.setObjectName(ToQt(Form.Name()));
-        View.installEventFilter(this);
-        Connections.push_back(Context.Application.KeyPreview.Connect(
-            [this](QWidget& widget, QKeyEvent& event, bool& handled) { Preview(widget, event, handled); }));
-        Connections.push_back(Context.Hold.Released.Connect([this] {
-            if (SizeDue)
-                QMetaObject::invokeMethod(
-                    this, [this] { TellSize(); }, Qt::QueuedConnection);
-        }));
-        Connections.push_back(Form.Changed.Connect([this] { Sync(); }));
-        Connections.push_back(Form.FocusRequested.Connect([this] { View.activateWindow(); }));
+        FilterEvents(
+            View, *this, [this](QEvent& event) { return ViewEvent(event); });
+        Keep(*this,
+             Context.Application.KeyPreview.Connect([this](QWidget& widget, QKeyEvent& event, bool& handled) {
+                 Preview(widget, event, handled);
+             }));
+        Keep(*this, Form.Changed.Connect([this] { Sync(); }));
+        Keep(*this, Form.FocusRequested.Connect([this] { View.activateWindow(); }));
         Sync();
     }
 
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Close) {
-            RunGuarded(Context.Dialogs, [this] { Form.Close(); });
-            event->ignore();
-            return true;
-        }
-        if (event->type() == QEvent::Resize)
-            TellSize();
-        return QObject::eventFilter(watched, event);
+  private:
+    bool ViewEvent(QEvent& event) {
+        if (event.type() == QEvent::Resize)
+            NewSize.FallDue();
+        if (event.type() != QEvent::Close)
+            return false;
+        RunGuarded(Context.Dialogs, [this] { Form.Close(); });
+        event.ignore();
+        return true;
     }
 
-  private:
     void Sync() {
         const QString title = ToQt(Form.Caption());
         if (View.windowTitle() != title)
@@ -90,9 +90,6 @@ class TFormBinding : public QObject {
     }
 
     void TellSize() {
-        SizeDue = Context.Hold.Held();
-        if (SizeDue)
-            return;
         Known = View.size();
         RunGuarded(Context.Dialogs, [this] { Form.SetClientSize(Known.width(), Known.height()); });
     }
@@ -109,9 +106,8 @@ class TFormBinding : public QObject {
     QWidget& View;
     TForm& Form;
     const TViewContext Context;
-    std::vector<TConnection> Connections;
     QSize Known{0, 0}; // as the form and the view last agreed
-    bool SizeDue = false;
+    TDelivery NewSize;
 };
 
 } // namespace
@@ -132,8 +128,41 @@ void TDialogView::setVisible(bool visible) {
     QDialog::setVisible(visible);
 }
 
-void BindForm(QWidget& view, TForm& form, const TViewContext& context) {
+void TDialogView::Centre() {
+    if (const QScreen* const where = screen()) {
+        const QRect room = where->availableGeometry();
+        QRect frame = frameGeometry();
+        frame.moveCenter(room.center());
+        move(std::max(frame.left(), room.left()), std::max(frame.top(), room.top()));
+    }
+}
+
+void TDialogView::keyPressEvent(QKeyEvent* event) {
+    bool handled = false;
+    OnKeyPress(*event, handled);
+    if (!handled)
+        QDialog::keyPressEvent(event);
+}
+
+void TDialogView::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    OnShown();
+}
+
+void Bind(QWidget& view, TForm& form, const TViewContext& context) {
     NewChild<TFormBinding>(view, view, form, context);
+}
+
+void OnNewSize(QWidget& widget, const TViewContext& context, std::function<void()> handler) {
+    const auto guarded = [&dialogs = context.Dialogs, handler = std::move(handler)] {
+        RunGuarded(dialogs, handler);
+    };
+    const auto due = std::make_shared<TDelivery>(context.Hold, guarded);
+    FilterEvents(widget, [due](const QEvent& event) {
+        if (event.type() == QEvent::Resize || event.type() == QEvent::Show)
+            due->FallDue();
+        return false;
+    });
 }
 
 } // namespace tidewell

@@ -1,9 +1,6 @@
-#include "desktop/binders/GridBinder.h"
-
 #include "desktop/QtText.h"
-#include "desktop/binders/CellDelegate.h"
-#include "desktop/binders/GridHeading.h"
-#include "desktop/binders/GridModel.h"
+#include "desktop/binders/Bind.h"
+#include "desktop/binders/GridCells.h"
 #include "widgets/Child.h"
 
 #include <QHeaderView>
@@ -23,12 +20,12 @@ constexpr int rowAir = 4;            // above and below the text together
 class TGridBinding : public QObject {
   public:
     TGridBinding(QTableView& view, TStringGrid& grid, IDialogs& dialogs, QObject* parent)
-        : QObject(parent), View(view), ViewObject(&view), Viewport(view.viewport()), Grid(grid),
-          Dialogs(dialogs), Model(grid, this) {
+        : QObject(parent), View(view), Grid(grid), Dialogs(dialogs), Model(grid, this) {
         View.setModel(&Model);
         View.setItemDelegate(&NewChild<TCellDelegate>(*this, Model));
-        View.installEventFilter(this);
-        View.viewport()->installEventFilter(this);
+        FilterEvents(
+            View, *this, [this](const QEvent& event) { return ViewEvent(event); });
+        FilterEvents(*View.viewport(), *this, [this](const QEvent& event) { return MouseEvent(event); });
         // Not the current index, which moves to the first row when the view just gets the keyboard.
         connect(
             View.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { TakeRow(); });
@@ -47,15 +44,6 @@ class TGridBinding : public QObject {
         }
         SyncSelection(change != TGridModel::EChange::Texts);
         Syncing = false;
-    }
-
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (watched == ViewObject)
-            return ViewEvent(*event) || QObject::eventFilter(watched, event);
-        if (watched == Viewport)
-            return MouseEvent(*event) || QObject::eventFilter(watched, event);
-        return QObject::eventFilter(watched, event);
     }
 
   private:
@@ -123,7 +111,7 @@ class TGridBinding : public QObject {
             return false;
         if (MoveToRow(event.key()))
             return true;
-        const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+        const bool enter = IsEnter(event);
         if (!enter && (event.text().isEmpty() || !event.text().at(0).isPrint()))
             return false;
         if (event.isAutoRepeat())
@@ -156,9 +144,6 @@ class TGridBinding : public QObject {
     }
 
     QTableView& View;
-    // Events still come while the view is taken apart, and it cannot be asked then.
-    const QObject* const ViewObject;
-    const QObject* const Viewport;
     TStringGrid& Grid;
     IDialogs& Dialogs;
     TGridModel Model;
@@ -168,7 +153,7 @@ class TGridBinding : public QObject {
 
 } // namespace
 
-void BindGrid(QTableView& view, TStringGrid& grid, IDialogs& dialogs) {
+void Bind(QTableView& view, TStringGrid& grid, IDialogs& dialogs) {
     BindControl(view, grid);
     view.setSelectionBehavior(QAbstractItemView::SelectRows);
     view.setSelectionMode(QAbstractItemView::SingleSelection);

@@ -1,6 +1,5 @@
-#include "desktop/binders/ListBinders.h"
-
 #include "desktop/QtText.h"
+#include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
 
 #include <QButtonGroup>
@@ -8,10 +7,7 @@
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QListWidget>
-#include <QPlainTextEdit>
 #include <QRadioButton>
-#include <QScrollBar>
-#include <QTextBlock>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -20,12 +16,19 @@ namespace tidewell {
 
 namespace {
 
-QStringList ToList(const std::vector<std::string>& rows) {
-    QStringList list;
-    list.reserve(static_cast<qsizetype>(rows.size()));
-    for (const auto& row : rows)
-        list.append(ToQt(row));
-    return list;
+// Shows the rows, and which one is selected, by the view's own functions.
+template <class TView>
+void BindItems(TView& view, TItemsControl& items, void (TView::*select)(int)) {
+    BindControl(view, items);
+    KeepInStep(view, items, [&view, &items, select, shown = std::vector<std::string>()]() mutable {
+        if (shown != items.Items()) {
+            shown = items.Items();
+            view.clear();
+            for (const std::string& row : shown)
+                view.addItem(ToQt(row));
+        }
+        (view.*select)(items.ItemIndex());
+    });
 }
 
 void Click(TItemsControl& items, int index, IDialogs& dialogs) {
@@ -33,36 +36,6 @@ void Click(TItemsControl& items, int index, IDialogs& dialogs) {
         RunGuarded(
             dialogs, [&items, index] { items.ClickItem(index); });
 }
-
-// The keys that pick the current row of a list, which is the first one when Tab comes in.
-class TPickFilter : public QObject {
-  public:
-    TPickFilter(QListWidget& view, TListBox& list, IDialogs& dialogs, QObject* parent)
-        : QObject(parent), View(view), List(list), Dialogs(dialogs) {}
-
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::FocusIn) {
-            const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-            if ((reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) &&
-                View.selectedItems().isEmpty())
-                View.setCurrentRow(0);
-        }
-        if (event->type() == QEvent::KeyPress) {
-            const int key = static_cast<QKeyEvent*>(event)->key();
-            if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space) {
-                Click(List, View.currentRow(), Dialogs);
-                return true;
-            }
-        }
-        return QObject::eventFilter(watched, event);
-    }
-
-  private:
-    QListWidget& View;
-    TListBox& List;
-    IDialogs& Dialogs;
-};
 
 // The buttons of a radio group; made anew when the items change.
 class TRadioButtons : public QObject {
@@ -113,91 +86,43 @@ class TRadioButtons : public QObject {
     std::vector<std::string> Shown;
 };
 
-// A caret at the end would go along to the end of each line, and the view with it, far to the right. Where
-// the last line is in view, the new one is.
-void AppendLine(QPlainTextEdit& view, const QString& line) {
-    QTextCursor caret = view.textCursor();
-    const QTextCursor last(view.document()->lastBlock());
-    const bool follows = !caret.hasSelection() && caret.block() == last.block();
-    const QRect end = view.cursorRect(last);
-    const bool seen = end.bottom() >= 0 && end.top() < view.viewport()->height();
-    view.appendPlainText(line);
-    if (!follows)
-        return;
-    QScrollBar& horizontal = *view.horizontalScrollBar();
-    QScrollBar& vertical = *view.verticalScrollBar();
-    const int left = horizontal.value();
-    const int top = seen ? vertical.maximum() : vertical.value();
-    caret.setPosition(view.document()->lastBlock().position());
-    view.setTextCursor(caret);
-    horizontal.setValue(left);
-    vertical.setValue(top);
-}
-
 } // namespace
 
-void BindListBox(QListWidget& view, TListBox& list, IDialogs& dialogs) {
-    BindControl(view, list);
-    KeepInStep(view, list, [&view, &list, shown = std::vector<std::string>()]() mutable {
-        if (shown != list.Items()) {
-            shown = list.Items();
-            view.clear();
-            view.addItems(ToList(shown));
-        }
-        view.setCurrentRow(list.ItemIndex());
-    });
-    view.installEventFilter(&NewChild<TPickFilter>(view, view, list, dialogs));
-    QObject::connect(
-        &view, &QListWidget::itemClicked, &view,
-        [&view, &list, &dialogs](QListWidgetItem* item) { Click(list, view.row(item), dialogs); });
-}
-
-void BindComboBox(QComboBox& view, TComboBox& box, IDialogs& dialogs) {
-    BindControl(view, box);
-    KeepInStep(
-        view, box,
-        [&view, &box, shown = std::vector<std::string>()]() mutable {
-            if (shown != box.Items()) {
-                shown = box.Items();
-                view.clear();
-                view.addItems(ToList(shown));
+void Bind(QListWidget& view, TListBox& list, IDialogs& dialogs) {
+    BindItems(view, list, &QListWidget::setCurrentRow);
+    // The keys pick the current row, which is the first one when Tab comes in.
+    FilterEvents(
+        view,
+        [&](const QEvent& event) {
+            if (event.type() == QEvent::FocusIn) {
+                const Qt::FocusReason reason = static_cast<const QFocusEvent&>(event).reason();
+                if ((reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) &&
+                    view.selectedItems().isEmpty())
+                    view.setCurrentRow(0);
             }
-            view.setCurrentIndex(box.ItemIndex());
+            const bool picks =
+                IsEnter(event) || (event.type() == QEvent::KeyPress &&
+                                   static_cast<const QKeyEvent&>(event).key() == Qt::Key_Space);
+            if (picks)
+                Click(list, view.currentRow(), dialogs);
+            return picks;
         });
-    QObject::connect(&view, &QComboBox::activated, &view,
-                     [&box, &dialogs](int index) { Click(box, index, dialogs); });
+    QObject::connect(&view, &QListWidget::itemClicked, &view,
+                     [&](QListWidgetItem* item) { Click(list, view.row(item), dialogs); });
 }
 
-void BindRadioGroup(QGroupBox& view, TRadioGroup& group, IDialogs& dialogs) {
+void Bind(QComboBox& view, TComboBox& box, IDialogs& dialogs) {
+    BindItems(view, box, &QComboBox::setCurrentIndex);
+    QObject::connect(&view, &QComboBox::activated, &view, [&](int index) { Click(box, index, dialogs); });
+}
+
+void Bind(QGroupBox& view, TRadioGroup& group, IDialogs& dialogs) {
     BindControl(view, group);
     auto& buttons = NewChild<TRadioButtons>(view, view, group, dialogs);
     KeepInStep(view, group, [&view, &group, &buttons] {
         view.setTitle(ToQt(group.Caption()));
         buttons.Sync();
     });
-}
-
-void BindMemo(QPlainTextEdit& view, TMemo& memo) {
-    view.setReadOnly(true);
-    view.setLineWrapMode(QPlainTextEdit::NoWrap);
-    view.setUndoRedoEnabled(false);
-    view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    view.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    BindControl(view, memo);
-    // Changed also tells of visibility and hints: the lines are read anew only if their number says so.
-    auto shown = std::make_shared<std::size_t>(0);
-    KeepInStep(view, memo, [&view, &memo, shown] {
-        if (*shown == memo.Lines().size())
-            return;
-        *shown = memo.Lines().size();
-        view.setPlainText(ToList(memo.Lines()).join(u'\n'));
-    });
-    Keep(view, memo.LineAdded.Connect([&view, shown](const std::string& line) {
-        ++*shown;
-        AppendLine(view, ToQt(line));
-    }));
-    Keep(view, memo.TopRequested.Connect([&view] { view.moveCursor(QTextCursor::Start); }));
 }
 
 } // namespace tidewell

@@ -1,6 +1,5 @@
-#include "desktop/binders/MenuBinder.h"
-
 #include "desktop/QtText.h"
+#include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
 
 #include <QAction>
@@ -49,10 +48,9 @@ void AddItems(TView& view, const std::vector<std::reference_wrapper<TMenuItem>>&
         if (item.Items.empty()) {
             action = &NewChild<QAction>(view);
             view.addAction(action);
-            QObject::connect(action, &QAction::triggered, action, [&item, &dialogs] {
-                // The form decides whether the check mark moves.
-                item.Repaint();
-                RunGuarded(dialogs, [&item] { item.Click(); });
+            OnSignal(*action, &QAction::triggered, dialogs, [&item] {
+                item.Repaint(); // the form decides whether the check mark moves
+                item.Click();
             });
         } else {
             QMenu& menu = NewChild<QMenu>(view);
@@ -69,12 +67,12 @@ void AddItems(TView& view, const std::vector<std::reference_wrapper<TMenuItem>>&
 
 } // namespace
 
-void BindMainMenu(QMenuBar& view, TMainMenu& menu, IDialogs& dialogs) {
+void Bind(QMenuBar& view, TMainMenu& menu, IDialogs& dialogs) {
     BindControl(view, menu);
     AddItems(view, menu.Items, dialogs);
 }
 
-void BindPopupMenu(QMenu& view, TPopupMenu& menu, IDialogs& dialogs) {
+void Bind(QMenu& view, TPopupMenu& menu, IDialogs& dialogs) {
     view.setObjectName(ToQt(menu.Name()));
     AddItems(view, menu.Items, dialogs);
 }

@@ -1,10 +1,8 @@
-#include "desktop/binders/TreeBinder.h"
-
 #include "desktop/QtText.h"
+#include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
 
 #include <QContextMenuEvent>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTreeWidget>
 
@@ -16,8 +14,9 @@ class TTreeBinding : public QObject {
   public:
     TTreeBinding(QTreeWidget& view, TTreeView& tree, IDialogs& dialogs, QObject* parent)
         : QObject(parent), View(view), Tree(tree), Dialogs(dialogs) {
-        View.installEventFilter(this);
-        View.viewport()->installEventFilter(this);
+        FilterEvents(
+            View, *this, [this](const QEvent& event) { return KeyEvent(event); });
+        FilterEvents(*View.viewport(), *this, [this](const QEvent& event) { return MouseEvent(event); });
         // Not the current item, which moves to the first one when the view just gets the keyboard.
         connect(&View, &QTreeWidget::itemSelectionChanged, this, [this] { TakeSelection(); });
     }
@@ -30,41 +29,40 @@ class TTreeBinding : public QObject {
         Syncing = false;
     }
 
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        switch (event->type()) {
+  private:
+    bool KeyEvent(const QEvent& event) {
+        if (IsEnter(event)) {
+            RunGuarded(Dialogs, [this] { Tree.OnKeyPress("\r"); });
+            return true;
+        }
+        return event.type() == QEvent::ContextMenu && MenuEvent(event);
+    }
+
+    bool MouseEvent(const QEvent& event) {
+        const auto button = [&event] { return static_cast<const QMouseEvent&>(event).button(); };
+        switch (event.type()) {
         case QEvent::MouseButtonPress:
-            if (watched != View.viewport())
-                break;
-            if (static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+            if (button() == Qt::RightButton) {
                 RunGuarded(Dialogs, [this] { Tree.OnRightMouseButton(); });
                 return true;
             }
             RunGuarded(Dialogs, [this] { Tree.OnOtherMouseButton(); });
-            break;
+            return false;
         case QEvent::MouseButtonRelease:
-            if (watched == View.viewport() && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton)
+            if (button() == Qt::LeftButton)
                 RunGuarded(Dialogs, [this] { Tree.OnClick(); });
-            break;
-        case QEvent::ContextMenu:
-            if (static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard)
-                RunGuarded(Dialogs, [this] { Tree.OnRightMouseButton(); });
-            return true;
-        case QEvent::KeyPress: {
-            const int key = static_cast<QKeyEvent*>(event)->key();
-            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-                RunGuarded(Dialogs, [this] { Tree.OnKeyPress("\r"); });
-                return true;
-            }
-            break;
-        }
+            return false;
         default:
-            break;
+            return event.type() == QEvent::ContextMenu && MenuEvent(event);
         }
-        return QObject::eventFilter(watched, event);
     }
 
-  private:
+    bool MenuEvent(const QEvent& event) {
+        if (static_cast<const QContextMenuEvent&>(event).reason() == QContextMenuEvent::Keyboard)
+            RunGuarded(Dialogs, [this] { Tree.OnRightMouseButton(); });
+        return true;
+    }
+
     bool SameNodes() const {
         const auto& nodes = Tree.Nodes();
         if (nodes.size() != Shown.size())
@@ -114,7 +112,7 @@ class TTreeBinding : public QObject {
 
 } // namespace
 
-void BindTree(QTreeWidget& view, TTreeView& tree, IDialogs& dialogs) {
+void Bind(QTreeWidget& view, TTreeView& tree, IDialogs& dialogs) {
     BindControl(view, tree);
     view.setHeaderHidden(true);
     view.setColumnCount(1);

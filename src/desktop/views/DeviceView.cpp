@@ -1,28 +1,10 @@
-#include "desktop/views/DeviceView.h"
-
-#include "desktop/binders/EditBinder.h"
-#include "desktop/binders/ListBinders.h"
-#include "desktop/binders/SimpleBinders.h"
-#include "desktop/binders/StatusBarBinder.h"
-#include "desktop/views/FixedFont.h"
-#include "desktop/views/ServicePanels.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/views/Builder.h"
+#include "desktop/views/Views.h"
 #include "link/NabtoDevice.h"
-#include "widgets/Child.h"
-#include "widgets/ColumnScroll.h"
-#include "widgets/ElidedLabel.h"
-#include "widgets/LedView.h"
-#include "widgets/PanelBar.h"
-#include "widgets/RoomyButton.h"
-
-#include <QGridLayout>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QProgressBar>
-#include <QVBoxLayout>
 
 #include <algorithm>
+#include <vector>
 
 namespace tidewell {
 
@@ -38,214 +20,186 @@ constexpr int delayWidth = 60;
 constexpr int progressWidth = 200;
 constexpr int idLength = 12; // digits of a device id
 
-QFrame& AddFrame(QVBoxLayout& column) {
-    auto& frame = NewChild<QFrame>(*column.parentWidget());
-    frame.setFrameShape(QFrame::StyledPanel);
-    column.addWidget(&frame);
-    return frame;
-}
-
-} // namespace
-
-TDeviceView::TDeviceView(TNabtoDevice& form, const TViewContext& context)
-    : TDialogView(nullptr, Qt::Window), Form(form), Context(context) {
-    auto& outer = NewChild<QVBoxLayout>(*this);
-    outer.setContentsMargins(0, 0, 0, 0);
-    outer.setSpacing(0);
-    auto& content = NewLayout<QVBoxLayout>(outer, 1);
-    content.setContentsMargins(gap, gap, gap, gap);
-    content.setSpacing(gap);
-    AddLink(content);
-    auto& row = NewLayout<QHBoxLayout>(content, 1);
-    row.setSpacing(gap);
-    AddActions(row);
-    auto& right = NewLayout<QVBoxLayout>(row, 1);
-    right.setSpacing(gap);
-    AddFlashRange(right, Form.FlashDatalog, Context);
-    AddDebug(right);
-    auto& bar = NewChild<TPanelBar>(*this);
-    outer.addWidget(&bar);
-    BindStatusBar(bar, Form.StatusBar);
-    Form.SetClientSize(initialWidth, initialHeight); // cut to the screen
-    BindForm(*this, Form, Context);
+TElidedLabel& ElidedInTheMiddle(TElidedLabel& view) {
+    view.SetElideMode(Qt::ElideMiddle);
+    return view;
 }
 
 // The same state as in the main form's status bar, which this form may cover; it has the controls' names.
-void TDeviceView::AddLink(QVBoxLayout& column) {
-    auto& row = NewLayout<QHBoxLayout>(column);
-    auto& led = NewChild<TLedView>(*this);
-    row.addWidget(&led);
-    BindLed(led, Form.LedNabto);
-    led.setObjectName(QStringLiteral("LinkLed"));
-    auto& state = NewChild<TElidedLabel>(*this);
-    state.SetElideMode(Qt::ElideMiddle); // the id stands first, what goes on last
-    row.addWidget(&state, 1);
-    BindLabel(state, Form.LblNabto);
-    state.setObjectName(QStringLiteral("LinkState"));
-    auto& user = NewChild<TElidedLabel>(*this);
-    row.addWidget(&user);
-    BindLabel(user, Form.lblConnectedUser);
-    user.setObjectName(QStringLiteral("LinkUser"));
+void AddLink(TBox& column, TNabtoDevice& form) {
+    TBox row = column.AddBox(TBox::Row);
+    row.Add(form.LedNabto).setObjectName(QStringLiteral("LinkLed"));
+    TElidedLabel& state = row.Add<TElidedLabel>(form.LblNabto, 1);
+    ElidedInTheMiddle(state).setObjectName(QStringLiteral("LinkState")); // the id first, what goes on last
+    row.Add<TElidedLabel>(form.lblConnectedUser).setObjectName(QStringLiteral("LinkUser"));
 }
 
-void TDeviceView::AddActions(QBoxLayout& row) {
-    auto& scroll = NewChild<TColumnScroll>(*this);
-    row.addWidget(&scroll);
-    auto& left = NewChild<QWidget>(scroll);
-    left.setMinimumWidth(actionsWidth);
-    scroll.setWidget(&left);
-    auto& column = NewChild<QVBoxLayout>(left);
-    column.setContentsMargins(0, 0, 0, 0);
-    column.setSpacing(gap);
-
-    auto& link = AddGroup(column, {&Form.btnPing, &Form.butChangeDeviceID});
-    AddButton(link, Form.btnPing);
-    AddButton(link, Form.butChangeDeviceID);
-    auto& service = AddGroup(column, {&Form.BtnUpdate, &Form.ButErorlog, &Form.FlashDatalog.ButFlashDatalog,
-                                      &Form.streamDelayEdit});
-    AddButton(service, Form.BtnUpdate);
-    AddButton(service, Form.ButErorlog);
-    AddButton(service, Form.FlashDatalog.ButFlashDatalog);
-    AddStreamDelay(service);
-    auto& development = AddGroup(column, {&Form.ServiceTools.ExtendedSystemVersion,
-                                          &Form.ServiceTools.Button1, &Form.ServiceTools.BtnWriteFlash});
-    AddButton(development, Form.ServiceTools.ExtendedSystemVersion);
-    AddButton(development, Form.ServiceTools.Button1);
-    AddButton(development, Form.ServiceTools.BtnWriteFlash);
-    AddReadPanels(column, Form.ServiceTools, Context);
-    auto& account = AddGroup(column, {&Form.ButAccount, &Form.Identity.PanelDevice});
-    AddButton(account, Form.ButAccount);
-    AddIdentity(account);
-    column.addStretch(1);
-
-    auto& ping = *left.findChild<QPushButton*>(QString::fromStdString(Form.btnPing.Name()));
-    ping.setDefault(true);
+template <class... TButtons>
+void AddButtons(TBox& box, TButtons&... buttons) {
+    (PressedByEnter(box.Add(buttons)), ...);
 }
 
 // A frame that shows while any of its controls does.
-QVBoxLayout& TDeviceView::AddGroup(QVBoxLayout& column, const std::vector<TControl*>& controls) {
-    QFrame& frame = AddFrame(column);
-    auto& inner = NewChild<QVBoxLayout>(frame);
-    inner.setContentsMargins(gap, gap, gap, gap);
+TBox AddGroup(TBox& column, const std::vector<TControl*>& controls) {
+    QFrame& frame = column.AddFrame();
     for (TControl* control : controls)
         KeepInStep(frame, *control, [&frame, controls] {
             frame.setVisible(std::ranges::any_of(controls, [](const TControl* c) { return c->Visible(); }));
         });
-    return inner;
+    return TBox(TBox::Column, frame, column.Dialogs).Margins(gap);
 }
 
-QPushButton& TDeviceView::AddButton(QBoxLayout& layout, TButton& button) {
-    auto& view = NewChild<TRoomyButton>(*layout.parentWidget());
-    layout.addWidget(&view);
-    BindButton(view, button, Context.Dialogs);
-    view.setAutoDefault(true);
-    return view;
-}
-
-void TDeviceView::AddStreamDelay(QVBoxLayout& column) {
-    auto& row = NewLayout<QHBoxLayout>(column);
-    QWidget& parent = *column.parentWidget();
-    auto& label = NewChild<QLabel>(parent);
-    auto& edit = NewChild<QLineEdit>(parent);
-    auto& unit = NewChild<QLabel>(parent);
+void AddStreamDelay(TBox& column, TNabtoDevice& form) {
+    TBox row = column.AddBox(TBox::Row);
+    const QLabel& label = row.Add(form.LabStreamDelay, 1);
+    QLineEdit& edit = row.Add(form.streamDelayEdit);
     edit.setFixedWidth(delayWidth);
     edit.setAlignment(Qt::AlignRight);
-    row.addWidget(&label, 1);
-    row.addWidget(&edit);
-    row.addWidget(&unit);
-    BindLabel(label, Form.LabStreamDelay);
-    BindEdit(edit, Form.streamDelayEdit, Context.Dialogs);
-    BindLabel(unit, Form.LabStreamDelayUnit);
     edit.setAccessibleName(label.text());
+    row.Add(form.LabStreamDelayUnit);
 }
 
-void TDeviceView::AddIdentity(QVBoxLayout& column) {
-    TIdentityPanel& identity = Form.Identity;
-    auto& panel = NewChild<QWidget>(*column.parentWidget());
-    column.addWidget(&panel);
-    auto& grid = NewChild<QGridLayout>(panel);
-    grid.setContentsMargins(0, 0, 0, 0);
-    grid.setColumnStretch(1, 1);
-    const auto addRow = [&](int row, TButton& button, TLabel* label) {
-        auto& view = NewChild<TRoomyButton>(panel);
-        grid.addWidget(&view, row, 0);
-        BindButton(view, button, Context.Dialogs);
-        view.setAutoDefault(true);
-        if (label == nullptr)
-            return;
-        auto& text = NewChild<TElidedLabel>(panel);
-        text.SetElideMode(Qt::ElideMiddle);
+void AddIdentity(TBox& column, TIdentityPanel& identity) {
+    auto& panel = column.AddWidget<QWidget>();
+    Bind(panel, identity.PanelDevice, column.Dialogs);
+    TGrid grid(panel, column.Dialogs);
+    grid.Layout.setContentsMargins(0, 0, 0, 0);
+    grid.Layout.setColumnStretch(1, 1);
+    const auto addText = [&grid](TLabel& label, int row) {
+        TElidedLabel& text = ElidedInTheMiddle(grid.Add<TElidedLabel>(label, row, 1));
         text.setMinimumWidth(text.fontMetrics().horizontalAdvance(QString(idLength + 1, u'0')));
-        grid.addWidget(&text, row, 1);
-        BindLabel(text, *label);
     };
-    addRow(0, identity.btnDeviceID, &identity.lblDeviceID);
-    addRow(1, identity.btnCryptoKey, &identity.lblCryptoKey);
-    addRow(2, identity.btnUserAccount, nullptr);
-    addRow(3, identity.btnSaveInfo, &identity.LblJson);
-    BindPanel(panel, identity.PanelDevice);
+    PressedByEnter(grid.Add(identity.btnDeviceID, 0, 0));
+    addText(identity.lblDeviceID, 0);
+    PressedByEnter(grid.Add(identity.btnCryptoKey, 1, 0));
+    addText(identity.lblCryptoKey, 1);
+    PressedByEnter(grid.Add(identity.btnUserAccount, 2, 0));
+    PressedByEnter(grid.Add(identity.btnSaveInfo, 3, 0));
+    addText(identity.LblJson, 3);
+}
+
+TGrid AddReadPanel(TBox& column, TPanel& panel) {
+    QFrame& frame = column.AddFrame();
+    Bind(frame, panel, column.Dialogs);
+    TGrid grid(frame, column.Dialogs);
+    grid.Layout.setContentsMargins(gap, gap, gap, gap);
+    grid.Layout.setColumnStretch(1, 1);
+    return grid;
+}
+
+// Flash and EEPROM by address.
+void AddReadPanels(TBox& column, TServiceTools& tools) {
+    TGrid flash = AddReadPanel(column, tools.PanelReadFlash);
+    flash.AddField(tools.LabReadAddress, tools.editReadAddress, 0).setAlignment(Qt::AlignRight);
+    flash.AddField(tools.LabReadLength, tools.editReadLength, 1).setAlignment(Qt::AlignRight);
+    PressedByEnter(flash.Add(tools.BtnReadFlash, 2, 0, 2));
+    TGrid eeprom = AddReadPanel(column, tools.PanelReadEEprom);
+    eeprom.AddField(tools.LabErrorlogStart, tools.RErrorlogStart, 0).setAlignment(Qt::AlignRight);
+    eeprom.AddField(tools.LabErrorlogLength, tools.RErrorlogLength, 1).setAlignment(Qt::AlignRight);
+    PressedByEnter(eeprom.Add(tools.butGetEepromValues, 2, 0, 2));
+}
+
+void AddActions(TBox& row, TNabtoDevice& form) {
+    auto& scroll = row.AddWidget<TColumnScroll>();
+    auto& left = NewChild<QWidget>(scroll);
+    left.setMinimumWidth(actionsWidth);
+    scroll.setWidget(&left);
+    TBox column = TBox(TBox::Column, left, row.Dialogs).Margins(0).Spacing(gap);
+    TBox link = AddGroup(column, {&form.btnPing, &form.butChangeDeviceID});
+    PressedByEnter(link.Add(form.btnPing)).setDefault(true);
+    AddButtons(link, form.butChangeDeviceID);
+    TButton& datalog = form.FlashDatalog.ButFlashDatalog;
+    TBox service = AddGroup(column, {&form.BtnUpdate, &form.ButErorlog, &datalog, &form.streamDelayEdit});
+    AddButtons(service, form.BtnUpdate, form.ButErorlog, datalog);
+    AddStreamDelay(service, form);
+    TServiceTools& tools = form.ServiceTools;
+    TBox development = AddGroup(column, {&tools.ExtendedSystemVersion, &tools.Button1, &tools.BtnWriteFlash});
+    AddButtons(development, tools.ExtendedSystemVersion, tools.Button1, tools.BtnWriteFlash);
+    AddReadPanels(column, tools);
+    TBox account = AddGroup(column, {&form.ButAccount, &form.Identity.PanelDevice});
+    AddButtons(account, form.ButAccount);
+    AddIdentity(account, form.Identity);
+    column.AddStretch();
+}
+
+void AddDate(TGrid& grid, TLabel& label, TMaskEdit& edit, int row) {
+    QLineEdit& view = grid.AddField(label, edit, row);
+    view.setFixedWidth(view.fontMetrics().horizontalAdvance(QStringLiteral("T:000S:00M:000")) + 2 * gap);
+    view.setAlignment(Qt::AlignCenter);
+}
+
+// The range of the flash datalog: slider, its ends, the edits of its thumbs, the download.
+void AddFlashRange(TBox& column, TFlashDatalog& flash) {
+    QFrame& frame = column.AddFrame();
+    Bind(frame, flash.PanelFDDatalog, column.Dialogs);
+    TBox rows(TBox::Column, frame, column.Dialogs);
+    rows.Margins(gap, narrowGap, gap, narrowGap).Spacing(narrowGap);
+    TBox ends = rows.AddBox(TBox::Row);
+    ends.Add(flash.DT_LabelToday);
+    ends.AddStretch();
+    ends.Add(flash.DT_LabelEndDay);
+    rows.Add(flash.DayTracker).setAccessibleName(QStringLiteral("Range"));
+    TGrid edits = rows.AddGrid();
+    edits.Layout.setVerticalSpacing(narrowGap);
+    edits.Layout.setColumnStretch(2, 1);
+    AddDate(edits, flash.DT_LabelFrom, flash.DT_MaskeditStartDate, 0);
+    AddDate(edits, flash.DT_LabelTo, flash.DT_MaskeditEndDate, 1);
+    PressedByEnter(edits.Add(flash.DT_GetData, 1, 3));
+    rows.Add(flash.DT_LabelNotice).setWordWrap(true);
 }
 
 // What a firmware update does, above what it says.
-void TDeviceView::AddUpdateStatus(QVBoxLayout& column) {
-    TUpdateStatus& status = Form.UpdateStatus;
-    QFrame& frame = AddFrame(column);
-    auto& rows = NewChild<QVBoxLayout>(frame);
-    rows.setContentsMargins(gap, narrowGap, gap, narrowGap);
-    const auto addLabel = [&](QBoxLayout& row, TLabel& label, int stretch) -> QLabel& {
-        auto& view = NewChild<TElidedLabel>(frame);
-        view.SetElideMode(Qt::ElideMiddle);
-        row.addWidget(&view, stretch);
-        BindLabel(view, label);
-        return view;
-    };
-    auto& step = NewLayout<QHBoxLayout>(rows);
-    step.setSpacing(gap);
-    auto& led = NewChild<TLedView>(frame);
-    step.addWidget(&led);
-    BindLed(led, status.LedUpdate);
-    QFont bold = font();
-    bold.setBold(true);
-    addLabel(step, status.LabUpdatePhase, 1).setFont(bold);
-    addLabel(step, status.LabUpdateElapsed, 0).setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    auto& stop = AddButton(step, status.ButUpdateStop);
-    auto& sent = NewLayout<QHBoxLayout>(rows);
-    sent.setSpacing(gap);
-    sent.addSpacing(led.sizeHint().width() + gap);
-    QWidget& file = addLabel(sent, status.LabUpdateFile, 2);
-    auto& progress = NewChild<QProgressBar>(frame);
-    sent.addWidget(&progress, 1);
+void AddUpdateStatus(TBox& column, TUpdateStatus& status) {
+    QFrame& frame = column.AddFrame();
+    Bind(frame, status.PanelUpdate, column.Dialogs);
+    TBox rows = TBox(TBox::Column, frame, column.Dialogs).Margins(gap, narrowGap, gap, narrowGap);
+    TBox step = rows.AddBox(TBox::Row).Spacing(gap);
+    const QWidget& led = step.Add(status.LedUpdate);
+    TElidedLabel& phase = ElidedInTheMiddle(step.Add<TElidedLabel>(status.LabUpdatePhase, 1));
+    phase.setFont(Bold(frame.font()));
+    TElidedLabel& elapsed = ElidedInTheMiddle(step.Add<TElidedLabel>(status.LabUpdateElapsed));
+    elapsed.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    QPushButton& stop = PressedByEnter(step.Add(status.ButUpdateStop));
+    TBox sent = rows.AddBox(TBox::Row).Spacing(gap);
+    sent.Layout.addSpacing(led.sizeHint().width() + gap);
+    TElidedLabel& file = ElidedInTheMiddle(sent.Add<TElidedLabel>(status.LabUpdateFile, 2));
+    QProgressBar& progress = sent.Add(status.UpdateProgress, 1);
     progress.setMaximumWidth(progressWidth);
-    BindProgressBar(progress, status.UpdateProgress);
     // What stands below does not jump between the steps of an update.
-    for (QWidget* part : {&file, static_cast<QWidget*>(&progress), static_cast<QWidget*>(&stop)}) {
-        QSizePolicy policy = part->sizePolicy();
-        policy.setRetainSizeWhenHidden(true);
-        part->setSizePolicy(policy);
-    }
-    BindPanel(frame, status.PanelUpdate);
+    KeepRoom(file);
+    KeepRoom(progress);
+    KeepRoom(stop);
 }
 
-void TDeviceView::AddDebug(QBoxLayout& row) {
-    auto& panel = NewChild<QWidget>(*this);
-    row.addWidget(&panel, 1);
-    auto& column = NewChild<QVBoxLayout>(panel);
-    column.setContentsMargins(0, 0, 0, 0);
-    column.setSpacing(gap);
-    AddUpdateStatus(column);
-    auto& memo = NewChild<QPlainTextEdit>(panel);
+void AddDebug(TBox& right, TNabtoDevice& form) {
+    TBox column = right.AddPanel(TBox::Column, form.Paneldebug, 1).Spacing(gap);
+    AddUpdateStatus(column, form.UpdateStatus);
+    QPlainTextEdit& memo = column.Add(form.memoDebug, 1);
     memo.setFont(FixedFont());
     memo.setMinimumHeight(2 * memo.fontMetrics().lineSpacing() + gap); // with all panels on a small screen
-    column.addWidget(&memo, 1);
-    BindMemo(memo, Form.memoDebug);
     memo.setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     memo.setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    auto& buttons = NewLayout<QHBoxLayout>(column);
-    AddButton(buttons, Form.btnClearLog);
-    AddButton(buttons, Form.btnShowReadList);
-    AddButton(buttons, Form.ButContUpdate);
-    buttons.addStretch(1);
-    BindPanel(panel, Form.Paneldebug);
+    TBox buttons = column.AddBox(TBox::Row);
+    AddButtons(buttons, form.btnClearLog, form.btnShowReadList, form.ButContUpdate);
+    buttons.AddStretch();
+}
+
+} // namespace
+
+std::unique_ptr<QWidget> ViewOf(TNabtoDevice& form, const TViewContext& context) {
+    auto view = std::make_unique<TDialogView>(nullptr, Qt::Window);
+    TBox outer = TBox(TBox::Column, *view, context.Dialogs).Margins(0).Spacing(0);
+    TBox content = outer.AddBox(TBox::Column, 1).Margins(gap).Spacing(gap);
+    AddLink(content, form);
+    TBox row = content.AddBox(TBox::Row, 1).Spacing(gap);
+    AddActions(row, form);
+    TBox right = row.AddBox(TBox::Column, 1).Spacing(gap);
+    AddFlashRange(right, form.FlashDatalog);
+    AddDebug(right, form);
+    outer.Add(form.StatusBar);
+    form.SetClientSize(initialWidth, initialHeight); // cut to the screen
+    Bind(*view, form, context);
+    return view;
 }
 
 } // namespace tidewell

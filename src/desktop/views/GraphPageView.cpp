@@ -1,24 +1,17 @@
-#include "desktop/views/GraphPageView.h"
-
 #include "core/ChosenFile.h"
 #include "core/Guard.h"
 #include "core/Numbers.h"
 #include "core/ports/IFiles.h"
 #include "desktop/QtText.h"
-#include "desktop/binders/ScrollBarBinder.h"
-#include "desktop/binders/SimpleBinders.h"
+#include "desktop/views/Builder.h"
+#include "desktop/views/Views.h"
 #include "graph/GraphPage.h"
-#include "widgets/BitRows.h"
-#include "widgets/Child.h"
+#include "widgets/BitViews.h"
 #include "widgets/ScopeView.h"
 
-#include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QMenu>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QVBoxLayout>
 #include <QWidgetAction>
 
 #include <array>
@@ -79,55 +72,34 @@ void SavePicture(IDialogs& dialogs, IFiles& files, const std::function<std::stri
     writer->Commit();
 }
 
-TScopeView::TServices ServicesBy(IDialogs& dialogs, IFiles& files) {
-    return {[&dialogs, &files](const std::function<std::string(EPictureType)>& bytes) {
-        RunGuarded(
-            dialogs, [&] { SavePicture(dialogs, files, bytes); });
-    }};
-}
-
 } // namespace
 
-TGraphPageView::TGraphPageView(TGraphPage& page, IDialogs& dialogs, IFiles& files, QWidget* parent)
-    : QWidget(parent) {
-    auto& column = NewChild<QVBoxLayout>(*this);
-    column.setContentsMargins(0, 0, 0, 0);
-    auto& line = NewChild<QLabel>(*this);
-    line.setAlignment(Qt::AlignCenter);
-    line.setWordWrap(true);
-    QPalette grey = line.palette();
-    grey.setColor(QPalette::WindowText, grey.color(QPalette::PlaceholderText));
-    line.setPalette(grey);
-    column.addWidget(&line, 1);
-    BindLabel(line, page.LblGraphPageEmpty);
-    auto& graph = NewChild<TScopeView>(*this, page.graph, ServicesBy(dialogs, files));
+void FillGraphPage(QWidget& view, TGraphPage& page, IDialogs& dialogs, IFiles& files) {
+    TBox column = TBox(TBox::Column, view, dialogs).Margins(0);
+    AddEmptyLine(column, page.LblGraphPageEmpty);
+    auto& graph = NewChild<TScopeView>(view, page.graph);
+    graph.OnSavePicture = [&dialogs, &files](const std::function<std::string(EPictureType)>& bytes) {
+        RunGuarded(dialogs, [&] { SavePicture(dialogs, files, bytes); });
+    };
     graph.setObjectName(QStringLiteral("graph"));
-    column.addWidget(&graph, 1);
+    column.Layout.addWidget(&graph, 1);
     KeepInStep(graph, page.LblGraphPageEmpty,
                [&page, &graph] { graph.setVisible(!page.LblGraphPageEmpty.Visible()); });
 }
 
-void AddGraphControls(QWidget& panel, TGraphPage& page, IDialogs& dialogs) {
+void FillGraphControls(QWidget& panel, TGraphPage& page, IDialogs& dialogs) {
     panel.setFixedHeight(controlsHeight);
-    auto& row = NewChild<QHBoxLayout>(panel);
-    row.setContentsMargins(0, 0, 0, 0);
-    row.setSpacing(0);
+    TBox row = TBox(TBox::Row, panel, dialogs).Margins(0).Spacing(0);
     auto& scroll = NewChild<TKeyedScrollBar>(panel, Qt::Horizontal);
     scroll.setFixedHeight(controlsHeight);
     scroll.setFocusPolicy(Qt::StrongFocus);
-    BindScrollBar(scroll, page.GraphScroll, dialogs);
-    row.addWidget(&scroll, 1);
-    auto& level = NewChild<QLabel>(panel);
+    Bind(scroll, page.GraphScroll, dialogs);
+    row.Layout.addWidget(&scroll, 1);
+    QLabel& level = row.Add(page.GraphZoomLevelLabel);
     level.setFixedHeight(controlsHeight);
     level.setContentsMargins(controlsGap, 0, controlsGap, 0);
-    BindLabel(level, page.GraphZoomLevelLabel);
-    row.addWidget(&level);
-    for (TButton* button : {&page.GraphZoomMinusButton, &page.GraphZoomPlusButton}) {
-        auto& view = NewChild<QPushButton>(panel);
-        view.setFixedSize(controlsHeight, controlsHeight);
-        BindButton(view, *button, dialogs);
-        row.addWidget(&view);
-    }
+    for (TButton* button : {&page.GraphZoomMinusButton, &page.GraphZoomPlusButton})
+        row.Add<QPushButton>(*button).setFixedSize(controlsHeight, controlsHeight);
 }
 
 void FillBinaryPopup(QMenu& menu, const TGraphPage& page) {

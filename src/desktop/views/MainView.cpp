@@ -1,32 +1,12 @@
-#include "desktop/views/MainView.h"
-
-#include "desktop/binders/ListBinders.h"
-#include "desktop/binders/MenuBinder.h"
-#include "desktop/binders/PageBinder.h"
-#include "desktop/binders/SimpleBinders.h"
-#include "desktop/binders/StatusBarBinder.h"
-#include "desktop/views/FixedFont.h"
-#include "desktop/views/GraphPageView.h"
-#include "desktop/views/SetpointPageView.h"
-#include "link/NabtoDevice.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/views/Builder.h"
+#include "desktop/views/Views.h"
 #include "mainform/Program.h"
-#include "widgets/Child.h"
-#include "widgets/ElidedLabel.h"
-#include "widgets/LedView.h"
-#include "widgets/PanelBar.h"
-#include "widgets/RoomyButton.h"
 
-#include <QEvent>
-#include <QFrame>
-#include <QHBoxLayout>
-#include <QLabel>
+#include <QMainWindow>
 #include <QMenuBar>
-#include <QPlainTextEdit>
-#include <QProgressBar>
-#include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QVBoxLayout>
 
 namespace tidewell {
 
@@ -38,143 +18,111 @@ constexpr int buttonTop = 2;
 constexpr int noticeMargin = 6;
 constexpr int memoMargin = 8;
 
-} // namespace
-
-TMainView::TMainView(TProgram& program, const TViewContext& context)
-    : Program(program), Form(program.FormMain), Context(context), Tabs(NewChild<QTabWidget>(*this)) {
-    setMinimumSize(480, 280); // fits a screen of 1280 by 720 at 200 %
-    BindMainMenu(*menuBar(), Form.MainMenu, Context.Dialogs);
-
-    auto& centre = NewChild<QWidget>(*this);
-    auto& column = NewChild<QVBoxLayout>(centre);
-    column.setContentsMargins(0, 0, 0, 0);
-    column.setSpacing(0);
-    Tabs.setDocumentMode(true);
-    column.addWidget(&Tabs, 1);
-    auto& controls = NewChild<QWidget>(centre);
-    AddGraphControls(controls, Program.GraphPage, Context.Dialogs);
-    column.addWidget(&controls);
-    setCentralWidget(&centre);
-    BindPanel(controls, Form.GraphControlsPanel);
-    AddNotice(column, Form.ReadBackPanel, Form.LblReadBack, Form.ButStopReadBack);
-    AddNotice(column, Form.UpdatePanel, Form.LblUpdate, Form.ButShowUpdate);
-    for (TNotice* notice : Form.Notices)
-        AddNotice(column, *notice, notice->Text, notice->Action, &notice->Hide);
-
-    AddSetpointPage();
-    AddGraphPage();
-    AddErrorLogPage();
-    BindPages(Tabs, Form.TheTab, Context.Dialogs);
-    AddTabButtons();
-    AddStatusBar(Program.NabtoDevice);
-    BindForm(*this, Form, Context);
-}
-
-void TMainView::AddSetpointPage() {
-    const TSetpointPageView::TParts parts{Program.SetpointPage, Form.PanelGroupSetpoints, Form.MemoEventLog,
-                                          [this](int gridClientWidth, int groupClientHeight) {
-                                              Program.SetpointPage.ArrangeSetpointPage(gridClientWidth,
-                                                                                       groupClientHeight);
-                                          }};
-    Tabs.addTab(&NewChild<TSetpointPageView>(Tabs, parts, Context), QString());
-}
-
 // What goes on, and what can be done about it.
-void TMainView::AddNotice(QVBoxLayout& column, TPanel& panel, TLabel& text, TButton& button, TButton* hide) {
-    auto& frame = NewChild<QFrame>(*column.parentWidget());
+TBox AddNotice(TBox& column, TPanel& panel, TLabel& text, TButton& button) {
+    auto& frame = column.AddWidget<QFrame>();
     frame.setAutoFillBackground(true);
     frame.setBackgroundRole(QPalette::ToolTipBase);
     frame.setForegroundRole(QPalette::ToolTipText);
-    column.addWidget(&frame);
-    auto& row = NewChild<QHBoxLayout>(frame);
-    row.setContentsMargins(noticeMargin, noticeMargin, noticeMargin, noticeMargin);
-    auto& label = NewChild<QLabel>(frame);
-    label.setWordWrap(true);
-    row.addWidget(&label, 1);
-    BindLabel(label, text);
-    auto& push = NewChild<TRoomyButton>(frame);
-    row.addWidget(&push);
-    BindButton(push, button, Context.Dialogs);
-    if (hide) { // as wide as its sign wants
-        auto& cross = NewChild<QPushButton>(frame);
-        cross.setFixedWidth(2 * fontMetrics().height());
-        row.addWidget(&cross);
-        BindButton(cross, *hide, Context.Dialogs);
+    Bind(frame, panel, column.Dialogs);
+    TBox row = TBox(TBox::Row, frame, column.Dialogs).Margins(noticeMargin);
+    row.Add(text, 1).setWordWrap(true);
+    row.Add(button);
+    return row;
+}
+
+void AddNotices(TBox& column, TFormMain& form) {
+    AddNotice(column, form.ReadBackPanel, form.LblReadBack, form.ButStopReadBack);
+    AddNotice(column, form.UpdatePanel, form.LblUpdate, form.ButShowUpdate);
+    for (TNotice* notice : form.Notices) {
+        TBox row = AddNotice(column, *notice, notice->Text, notice->Action);
+        QWidget& cross = row.Add<QPushButton>(notice->Hide);
+        cross.setFixedWidth(2 * cross.window()->fontMetrics().height()); // as its sign wants
     }
-    BindPanel(frame, panel);
 }
 
-void TMainView::AddGraphPage() {
-    Tabs.addTab(&NewChild<TGraphPageView>(Tabs, Program.GraphPage, Context.Dialogs, Context.Files),
-                QString());
+void AddSetpointPage(QTabWidget& tabs, TProgram& program, const TViewContext& context) {
+    auto& page = NewChild<QWidget>(tabs);
+    FillSetpointPage(page, program.SetpointPage, program.FormMain.PanelGroupSetpoints,
+                     program.FormMain.MemoEventLog, context);
+    tabs.addTab(&page, QString());
 }
 
-void TMainView::AddErrorLogPage() {
-    auto& memo = NewChild<QPlainTextEdit>(Tabs);
+void AddGraphPage(QTabWidget& tabs, TGraphPage& graphPage, const TViewContext& context) {
+    auto& page = NewChild<QWidget>(tabs);
+    FillGraphPage(page, graphPage, context.Dialogs, context.Files);
+    tabs.addTab(&page, QString());
+}
+
+void AddErrorLogPage(QTabWidget& tabs, TErrorLog& errorLog, IDialogs& dialogs) {
+    TBox column = TBox(TBox::Column, NewChild<QWidget>(tabs), dialogs).Margins(0);
+    QPlainTextEdit& memo = column.Add(errorLog.Memo);
     memo.setFrameShape(QFrame::NoFrame);
     memo.setFont(FixedFont());
     memo.document()->setDocumentMargin(memoMargin);
-    BindMemo(memo, Program.ErrorLog.Memo);
-    auto& page = NewChild<QWidget>(Tabs);
-    auto& column = NewChild<QVBoxLayout>(page);
-    column.setContentsMargins(0, 0, 0, 0);
-    column.addWidget(&memo);
-    Tabs.addTab(&page, QString());
+    tabs.addTab(&column.Parent, QString());
 }
 
-void TMainView::AddTabButtons() {
-    auto& corner = NewChild<QWidget>(Tabs);
-    auto& row = NewChild<QHBoxLayout>(corner);
-    row.setContentsMargins(buttonGap, buttonTop, buttonEdge, buttonTop);
-    row.setSpacing(buttonGap);
-    for (TButton* button : {&Form.but_errorlog, &Form.but_swupdate, &Form.DeviceID, &Form.TrafficButton}) {
-        auto& view = NewChild<TRoomyButton>(corner);
-        row.addWidget(&view);
-        BindButton(view, *button, Context.Dialogs);
-        TabButtons.push_back(&view);
-    }
-    Tabs.setCornerWidget(&corner, Qt::TopRightCorner);
-    Tabs.tabBar()->installEventFilter(this);
-    ArrangeTabButtons();
+void AddTabButtons(QTabWidget& tabs, TFormMain& form, IDialogs& dialogs) {
+    TBox row = TBox(TBox::Row, NewChild<QWidget>(tabs), dialogs);
+    row.Margins(buttonGap, buttonTop, buttonEdge, buttonTop).Spacing(buttonGap);
+    std::vector<QPushButton*> buttons;
+    for (TButton* button : {&form.but_errorlog, &form.but_swupdate, &form.DeviceID, &form.TrafficButton})
+        buttons.push_back(&row.Add(*button));
+    tabs.setCornerWidget(&row.Parent, Qt::TopRightCorner);
+    const auto arrange = [&tabs, buttons] {
+        const int height = tabs.tabBar()->height() - 2 * buttonTop;
+        for (QPushButton* button : buttons)
+            button->setFixedHeight(qMax(height, tabs.window()->fontMetrics().height() + 2));
+    };
+    OnEvent(*tabs.tabBar(), QEvent::Resize, arrange);
+    arrange();
 }
 
-void TMainView::AddStatusBar(TNabtoDevice& device) {
-    auto& bar = NewChild<TPanelBar>(*this);
-    setStatusBar(&bar);
-    BindStatusBar(bar, Form.StatusBar);
+void AddStatusBar(QMainWindow& view, TFormMain& form, TNabtoDevice& device, IDialogs& dialogs) {
+    auto& bar = NewBound<TPanelBar>(view, form.StatusBar, dialogs);
+    view.setStatusBar(&bar);
     bar.SetBarHeight(TFormMain::StatusBarHeight);
-    auto& led = NewChild<TLedView>(bar);
-    BindLed(led, device.LedNabto);
     bar.Place(
-        TFormMain::PanelLink, led,
+        TFormMain::PanelLink, NewBound(bar, device.LedNabto, dialogs),
         [](const QRect& panel) { return QRect(panel.topLeft(), QSize(16, panel.height())); });
     const auto behindLed = [](const QRect& panel) {
         return QRect(panel.x() + 20, panel.y() + 1, panel.width() - 24, panel.height() - 1);
     };
-    auto& link = NewChild<TElidedLabel>(bar);
-    BindLabel(link, device.LblNabto);
+    auto& link = NewBound<TElidedLabel>(bar, device.LblNabto, dialogs);
     link.SetElideMode(Qt::ElideMiddle); // the id stands first, what goes on last
     bar.Place(TFormMain::PanelLink, link, behindLed);
-    auto& user = NewChild<TElidedLabel>(bar);
-    BindLabel(user, device.lblConnectedUser);
-    bar.Place(TFormMain::PanelUser, user, behindLed);
-    auto& progress = NewChild<QProgressBar>(bar);
-    BindProgressBar(progress, Form.FileProgressBar);
-    bar.Place(TFormMain::PanelProgress, progress, [](const QRect& panel) {
+    bar.Place(TFormMain::PanelUser, NewBound<TElidedLabel>(bar, device.lblConnectedUser, dialogs), behindLed);
+    bar.Place(TFormMain::PanelProgress, NewBound(bar, form.FileProgressBar, dialogs), [](const QRect& panel) {
         return QRect(panel.topLeft(), QSize(qMin(panel.right() / 2, panel.width()), panel.height()));
     });
 }
 
-void TMainView::ArrangeTabButtons() {
-    const int height = Tabs.tabBar()->height() - 2 * buttonTop;
-    for (QPushButton* button : TabButtons)
-        button->setFixedHeight(qMax(height, fontMetrics().height() + 2));
-}
+} // namespace
 
-bool TMainView::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize)
-        ArrangeTabButtons();
-    return QMainWindow::eventFilter(watched, event);
+std::unique_ptr<QWidget> ViewOf(TProgram& program, const TViewContext& context) {
+    TFormMain& form = program.FormMain;
+    auto view = std::make_unique<QMainWindow>();
+    IDialogs& dialogs = context.Dialogs;
+    view->setMinimumSize(480, 280); // fits a screen of 1280 by 720 at 200 %
+    auto& tabs = NewChild<QTabWidget>(*view);
+    tabs.setDocumentMode(true);
+    Bind(*view->menuBar(), form.MainMenu, dialogs);
+    TBox column = TBox(TBox::Column, NewChild<QWidget>(*view), dialogs).Margins(0).Spacing(0);
+    column.Layout.addWidget(&tabs, 1);
+    auto& controls = column.AddWidget<QWidget>();
+    FillGraphControls(controls, program.GraphPage, dialogs);
+    view->setCentralWidget(&column.Parent);
+    Bind(controls, form.GraphControlsPanel, dialogs);
+    AddNotices(column, form);
+    AddSetpointPage(tabs, program, context);
+    AddGraphPage(tabs, program.GraphPage, context);
+    AddErrorLogPage(tabs, program.ErrorLog, dialogs);
+    Bind(tabs, form.TheTab, dialogs);
+    AddTabButtons(tabs, form, dialogs);
+    AddStatusBar(*view, form, program.NabtoDevice, dialogs);
+    Bind(*view, form, context);
+    return view;
 }
 
 } // namespace tidewell

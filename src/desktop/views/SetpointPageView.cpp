@@ -1,32 +1,14 @@
-#include "desktop/views/SetpointPageView.h"
-
-#include "desktop/binders/CellDelegate.h"
-#include "desktop/binders/EditBinder.h"
-#include "desktop/binders/GridBinder.h"
-#include "desktop/binders/ListBinders.h"
-#include "desktop/binders/SimpleBinders.h"
-#include "desktop/binders/SizeBinder.h"
-#include "desktop/binders/TreeBinder.h"
-#include "desktop/views/EmptyLine.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/binders/GridCells.h"
+#include "desktop/views/Builder.h"
+#include "desktop/views/Views.h"
 #include "setpoints/SetpointPage.h"
-#include "widgets/CaptionPanel.h"
-#include "widgets/Child.h"
 #include "widgets/FormResizer.h"
-#include "widgets/RoomyRows.h"
 
-#include <QHBoxLayout>
 #include <QHelpEvent>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QShortcut>
 #include <QSplitter>
-#include <QTableView>
-#include <QTreeWidget>
-#include <QVBoxLayout>
-
-#include <utility>
 
 namespace tidewell {
 
@@ -47,122 +29,104 @@ class TTreeRows : public TRoomyRows {
     }
 };
 
-} // namespace
-
-TSetpointPageView::TSetpointPageView(TParts parts, const TViewContext& context, QWidget* parent)
-    : QWidget(parent), Parts(std::move(parts)), Context(context) {
-    auto& row = NewChild<QVBoxLayout>(*this);
-    row.setContentsMargins(0, 0, 0, 0);
-    auto& split = NewChild<QSplitter>(*this, Qt::Horizontal);
-    split.setChildrenCollapsible(false);
-    row.addWidget(&split);
-    AddGroup(split);
-    AddGrid(split);
-    auto& resizer = NewChild<TFormResizer>(*this);
-    resizer.Add(*Group, {2, 1});
-    resizer.Add(split, {1, 3});
-    for (QWidget* sized : {static_cast<QWidget*>(Group), Grid->viewport()})
-        OnNewSize(*sized, Context, [this] { TellSize(); });
+template <class TControl>
+auto& AddCaptioned(QSplitter& group, TPanel& panel, TControl& control, IDialogs& dialogs) {
+    auto& captioned = NewBound<TCaptionPanel>(group, panel, dialogs);
+    auto& content = NewBound(captioned, control, dialogs);
+    content.setFrameShape(QFrame::NoFrame);
+    captioned.SetContent(content);
+    return content;
 }
 
-void TSetpointPageView::AddGroup(QSplitter& split) {
-    Group = &NewChild<QSplitter>(split, Qt::Vertical);
-    Group->setChildrenCollapsible(false);
-    BindPanel(*Group, Parts.PanelGroupSetpoints);
-    auto& treePanel = NewChild<TCaptionPanel>(*Group);
-    auto& tree = NewChild<QTreeWidget>(treePanel);
+// The tree above the event log.
+QSplitter& AddGroup(QSplitter& split, TSetpointPage& page, TPanel& panel, TMemo& eventLog,
+                    IDialogs& dialogs) {
+    auto& group = NewChild<QSplitter>(split, Qt::Vertical);
+    group.setChildrenCollapsible(false);
+    Bind(group, panel, dialogs);
+    QTreeWidget& tree = AddCaptioned(group, page.CategoryPanelSetpoints, page.SetpointTreeView, dialogs);
     tree.setIndentation(treeIndent);
     tree.setItemDelegate(&NewChild<TTreeRows>(tree));
-    tree.setFrameShape(QFrame::NoFrame);
-    treePanel.SetContent(tree);
-    BindPanel(treePanel, Parts.Page.CategoryPanelSetpoints);
-    BindTree(tree, Parts.Page.SetpointTreeView, Context.Dialogs);
-    auto& logPanel = NewChild<TCaptionPanel>(*Group);
-    auto& log = NewChild<QPlainTextEdit>(logPanel);
-    log.setFrameShape(QFrame::NoFrame);
-    logPanel.SetContent(log);
-    BindPanel(logPanel, Parts.Page.CategoryPanelDebug);
-    BindMemo(log, Parts.MemoEventLog);
+    AddCaptioned(group, page.CategoryPanelDebug, eventLog, dialogs);
+    return group;
 }
 
-void TSetpointPageView::AddGrid(QSplitter& split) {
-    auto& right = NewChild<QWidget>(split);
-    auto& column = NewChild<QVBoxLayout>(right);
-    column.setContentsMargins(0, 0, 0, 0);
-    TLabel& empty = Parts.Page.LblSetpointPageEmpty;
+void GoToGrid(QTableView& grid) {
+    grid.setFocus(Qt::OtherFocusReason);
+    if (!grid.selectionModel()->hasSelection())
+        grid.selectRow(0);
+}
+
+// Esc and Down in the filter, before the form sees them.
+void PreviewKeys(QLineEdit& filter, TSetpointPage& page, QTableView& grid, const TViewContext& context) {
+    const auto preview = [&filter, &page, &grid, &dialogs = context.Dialogs](
+                             const QWidget& widget, const QKeyEvent& event, bool& handled) {
+        if (&widget != &filter || event.modifiers() != Qt::NoModifier)
+            return;
+        if (event.key() == Qt::Key_Escape) {
+            RunGuarded(dialogs, [&] { handled = !event.isAutoRepeat() && page.ClearSetpointFilter(); });
+        } else if (event.key() == Qt::Key_Down) {
+            handled = true;
+            GoToGrid(grid);
+        }
+    };
+    Keep(filter, context.Application.KeyPreview.Connect(preview));
+}
+
+QLineEdit& AddFilter(TBox& area, TSetpointPage& page) {
+    TBox row = area.AddBox(TBox::Row).Margins(filterMargin).Spacing(2 * filterMargin);
+    QLineEdit& filter = row.Add(page.SetpointFilter, 1);
+    filter.setPlaceholderText(QStringLiteral("Filter by name, unit or address (Ctrl+F)"));
+    filter.setAccessibleName(QStringLiteral("Filter"));
+    filter.setClearButtonEnabled(true);
+    filter.setMaximumWidth(filterWidth);
+    row.Add(page.LblSetpointCount);
+    row.AddStretch();
+    // Works while the area is shown, wherever in the window the keyboard is.
+    auto& find = NewChild<QShortcut>(area.Parent, QKeySequence(QKeySequence::Find));
+    QObject::connect(&find, &QShortcut::activated, &filter, [&filter] {
+        filter.setFocus(Qt::ShortcutFocusReason);
+        filter.selectAll();
+    });
+    return filter;
+}
+
+QTableView& AddGrid(TBox& column, TSetpointPage& page, const TViewContext& context) {
+    TLabel& empty = page.LblSetpointPageEmpty;
     AddEmptyLine(column, empty);
     // The line stands in place of the grid.
-    auto& area = NewChild<QWidget>(right);
-    column.addWidget(&area, 1);
-    KeepInStep(area, empty, [&area, &empty] { area.setVisible(!empty.Visible()); });
-    auto& areaColumn = NewChild<QVBoxLayout>(area);
-    areaColumn.setContentsMargins(0, 0, 0, 0);
-    areaColumn.setSpacing(0);
-    auto& whoseRows = NewChild<QLabel>(area);
+    TBox area = column.AddPanel(TBox::Column, 1).Spacing(0);
+    KeepInStep(area.Parent, empty, [&view = area.Parent, &empty] { view.setVisible(!empty.Visible()); });
+    QLabel& whoseRows = area.Add(page.LblSetpointRows);
     whoseRows.setMargin(filterMargin);
     whoseRows.setWordWrap(true);
-    areaColumn.addWidget(&whoseRows);
-    BindLabel(whoseRows, Parts.Page.LblSetpointRows);
-    AddFilter(area, areaColumn);
-    Grid = &NewChild<QTableView>(area);
-    Grid->setFrameShape(QFrame::NoFrame);
+    QLineEdit& filter = AddFilter(area, page);
+    QTableView& grid = area.Add(page.SetpointGrid);
+    grid.setFrameShape(QFrame::NoFrame);
     // A bar that comes and goes would change the widths of the columns.
-    Grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    areaColumn.addWidget(Grid);
-    BindGrid(*Grid, Parts.Page.SetpointGrid, Context.Dialogs);
+    grid.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    PreviewKeys(filter, page, grid, context);
+    return grid;
 }
 
-void TSetpointPageView::AddFilter(QWidget& area, QVBoxLayout& column) {
-    auto& row = NewLayout<QHBoxLayout>(column);
-    row.setContentsMargins(filterMargin, filterMargin, filterMargin, filterMargin);
-    row.setSpacing(2 * filterMargin);
-    Filter = &NewChild<QLineEdit>(area);
-    Filter->setPlaceholderText(QStringLiteral("Filter by name, unit or address (Ctrl+F)"));
-    Filter->setAccessibleName(QStringLiteral("Filter"));
-    Filter->setClearButtonEnabled(true);
-    Filter->setMaximumWidth(filterWidth);
-    row.addWidget(Filter, 1);
-    auto& count = NewChild<QLabel>(area);
-    row.addWidget(&count);
-    row.addStretch();
-    BindEdit(*Filter, Parts.Page.SetpointFilter, Context.Dialogs);
-    BindLabel(count, Parts.Page.LblSetpointCount);
-    // Works while the area is shown, wherever in the window the keyboard is.
-    auto& find = NewChild<QShortcut>(area, QKeySequence(QKeySequence::Find));
-    connect(
-        &find, &QShortcut::activated, this,
-        [this] {
-            Filter->setFocus(Qt::ShortcutFocusReason);
-            Filter->selectAll();
+} // namespace
+
+void FillSetpointPage(QWidget& view, TSetpointPage& page, TPanel& groupPanel, TMemo& eventLog,
+                      const TViewContext& context) {
+    auto& split = TBox(TBox::Column, view, context.Dialogs).Margins(0).AddWidget<QSplitter>();
+    split.setOrientation(Qt::Horizontal);
+    split.setChildrenCollapsible(false);
+    QSplitter& group = AddGroup(split, page, groupPanel, eventLog, context.Dialogs);
+    TBox column = TBox(TBox::Column, NewChild<QWidget>(split), context.Dialogs).Margins(0);
+    QTableView& grid = AddGrid(column, page, context);
+    auto& resizer = NewChild<TFormResizer>(view);
+    resizer.Add(group, {2, 1});
+    resizer.Add(split, {1, 3});
+    for (QWidget* sized : {static_cast<QWidget*>(&group), grid.viewport()})
+        OnNewSize(*sized, context, [&group, &grid, &right = column.Parent, &page] {
+            page.ArrangeSetpointPage(grid.isVisible() ? grid.viewport()->width() : right.width(),
+                                     group.height());
         });
-    Keep(*Filter, Context.Application.KeyPreview.Connect(
-                      [this](const QWidget& widget, QKeyEvent& event, bool& handled) {
-                          if (&widget == Filter && event.modifiers() == Qt::NoModifier)
-                              PreviewFilterKey(event, handled);
-                      }));
-}
-
-void TSetpointPageView::PreviewFilterKey(QKeyEvent& event, bool& handled) {
-    switch (event.key()) {
-    case Qt::Key_Escape:
-        RunGuarded(Context.Dialogs,
-                   [&] { handled = !event.isAutoRepeat() && Parts.Page.ClearSetpointFilter(); });
-        break;
-    case Qt::Key_Down:
-        handled = true;
-        Grid->setFocus(Qt::OtherFocusReason);
-        if (!Grid->selectionModel()->hasSelection())
-            Grid->selectRow(0);
-        break;
-    default:
-        break;
-    }
-}
-
-void TSetpointPageView::TellSize() {
-    const int width =
-        Grid->isVisible() ? Grid->viewport()->width() : Grid->parentWidget()->parentWidget()->width();
-    Parts.Resized(width, Group->height());
 }
 
 } // namespace tidewell
