@@ -30,8 +30,7 @@ class TGridRig {
   public:
     TGridRig() {
         FillSetpointPage(View, Rig.Page, PanelGroupSetpoints, MemoEventLog,
-                         {*static_cast<TQtApplication*>(QCoreApplication::instance()), Dialogs, Hold, Files},
-                         [this](int grid, int group) { Rig.Page.ArrangeSetpointPage(grid, group); });
+                         {*static_cast<TQtApplication*>(QCoreApplication::instance()), Dialogs, Hold, Files});
         View.resize(screenWidth, screenHeight);
         View.show();
         Grid = View.findChild<QTableView*>(QStringLiteral("SetpointGrid"));

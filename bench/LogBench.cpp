@@ -2,6 +2,7 @@
 
 #include "IdlePorts.h"
 #include "core/DiskFiles.h"
+#include "core/controls/Form.h"
 #include "core/controls/StatusBar.h"
 #include "logging/LiveLog.h"
 #include "model/ModbusPanel.h"
@@ -98,13 +99,15 @@ class TLogRig {
     TMemo MemoEventLog{"MemoEventLog"};
     TLogBuffers Buffers;
     TProgressBar FileProgressBar{"FileProgressBar"};
-    TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
+    TForm Form{"FormMain"};
+    TGraphPage Page{Form, {Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
-    TStatusBar StatusBar{"StatusBar", {}};
+    TStatusBar StatusBar{Form, "StatusBar", {}};
     TCurrentInifilesPath Paths;
     TExtensions Extensions;
     TExclusiveUse Opening;
-    TLiveLog Log{{Polling, Program, Dialogs, Clock, Files, Timers, Panel, Profile, Page, Buffers,
+    TLiveLog Log{Form,
+                 {Polling, Program, Dialogs, Clock, Files, Timers, Panel, Profile, Page, Buffers,
                   TrafficButton, StatusBar, MemoEventLog, Paths, Extensions, Opening}};
     std::array<std::string, 16> Lines;
 };

@@ -4,6 +4,7 @@
 
 #include "IdlePorts.h"
 #include "core/DiskFiles.h"
+#include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "graph/GraphPage.h"
 #include "logging/CsvExport.h"
@@ -163,10 +164,11 @@ class TGraphRig {
     TMemo MemoEventLog{"MemoEventLog"};
     TProgressBar FileProgressBar{"FileProgressBar"};
     TLogBuffers Buffers;
-    TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
+    TForm Form{"FormMain"};
+    TGraphPage Page{Form, {Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = Folder();
     TExclusiveUse Opening;
-    TDatalogParts Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
+    TDatalogNeeds Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

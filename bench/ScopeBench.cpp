@@ -4,6 +4,7 @@
 
 #include "IdlePorts.h"
 #include "core/DiskFiles.h"
+#include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "desktop/QtApplication.h"
 #include "graph/GraphPage.h"
@@ -235,7 +236,8 @@ class TPageBench {
     TProgressBar FileProgressBar{"FileProgressBar"};
 
   public:
-    TGraphPage Page{TGraphPage::TParts{Profile, Log, Dialogs, Wait, MemoEventLog, FileProgressBar}};
+    TForm Form{"FormMain"};
+    TGraphPage Page{Form, {Profile, Log, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     TWindow Window{Page.graph};
 };
 

@@ -3,9 +3,10 @@
 #include "IdlePorts.h"
 #include "core/DiskFiles.h"
 #include "core/KvSupport.h"
+#include "core/controls/Form.h"
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
-#include "setpoints/InputDialog.h"
+#include "setpoints/Finputdialog.h"
 #include "setpoints/SetpointPage.h"
 #include "tests/support/IdleSurroundings.h"
 
@@ -95,22 +96,25 @@ class TPageRig {
     test::TIdleSurroundings World{Dialogs, Timers, Wait, Files, Clock, Libraries, {{}, {}, {}, {}, "."}};
     TModbusPanel& Panel = World.Panel;
     TNabtoDevice Device{World.Needs};
-    TStatusBar StatusBar{"StatusBar", {}};
+    TForm Form{"FormMain"};
+    TStatusBar StatusBar{Form, "StatusBar", {}};
     TInputDialog InputDialog{{Dialogs, Panel, Device, World.MemoEventLog, StatusBar}};
     TLogBuffers Buffers;
     TProgressBar FileProgressBar{"FileProgressBar"};
-    TGraphPage GraphPage{{World.Profile, Buffers, Dialogs, Wait, World.MemoEventLog, FileProgressBar}};
+    TGraphPage GraphPage{Form, {World.Profile, Buffers, Dialogs, Wait, World.MemoEventLog, FileProgressBar}};
     TIdlePolling Polling;
     TButton TrafficButton{"TrafficButton"};
     TExclusiveUse Opening;
-    TLiveLog LiveLog{{Polling, World.Program, Dialogs, Clock, Files, Timers, Panel, World.Profile, GraphPage,
+    TLiveLog LiveLog{Form,
+                     {Polling, World.Program, Dialogs, Clock, Files, Timers, Panel, World.Profile, GraphPage,
                       Buffers, TrafficButton, StatusBar, World.MemoEventLog, World.Paths, World.Extensions,
                       Opening}};
     THelpfileDoc HelpfileDoc;
     TSetpointTexts Texts;
 
   public:
-    TSetpointPage Page{{LiveLog, Buffers, GraphPage, Dialogs, Clock, Panel, HelpfileDoc, InputDialog, Texts,
+    TSetpointPage Page{Form,
+                       {LiveLog, Buffers, GraphPage, Dialogs, Clock, Panel, HelpfileDoc, InputDialog, Texts,
                         World.Extensions}};
 };
 

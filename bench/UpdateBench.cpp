@@ -9,10 +9,13 @@
 #include "core/controls/Simple.h"
 #include "core/controls/StatusBar.h"
 #include "core/ports/ILibraryLoader.h"
+#include "link/DeviceUse.h"
 #include "link/FileUpload.h"
 #include "link/Nabto.h"
+#include "link/ReadReport.h"
 #include "link/UpdateRun.h"
 #include "link/UpdateStatus.h"
+#include "tests/support/IdleSurroundings.h"
 
 #include <benchmark/benchmark.h>
 #include <string.h>
@@ -125,17 +128,23 @@ struct TUploadRig {
     TNoWait Wait;
     TNoDialogs Dialogs;
     TGoodDevice Library;
-    TUNabto Nabto{Library, Dialogs, Timers, Wait, Files, "/"};
+    test::TIdleSurroundings World{Dialogs, Timers, Wait, Files, Clock, Library, {{}, {}, {}, {}, "/"}};
+    TUNabto& Nabto = World.Nabto;
+    TForm Form{"NabtoDevice"};
     TMemo memoDebug{"memoDebug"};
     TEdit streamDelayEdit{"streamDelayEdit"};
-    TStatusBar StatusBar{"StatusBar", {{200, {}, false}}};
+    TStatusBar StatusBar{Form, "StatusBar", {{200, {}, false}}};
     std::string Device = "410000000001.remote.example";
     std::filesystem::path CurrentUpdateSWFile = "/config.fwc";
-    TUpdateStatus Status{Clock};
-    TExtensions Extensions;
-    TUpdateRun Run{Wait, Nabto, Status, Device, [] { return true; }, Extensions};
-    TFileUpload Upload{
-        {Dialogs, Files, Clock, Nabto, Run, memoDebug, streamDelayEdit, Device, CurrentUpdateSWFile}};
+    bool EnableContineousUpdate = false;
+    TDeviceUse Use;
+    TReadTexts ReadTexts;
+    const TDeviceServices Services{World.Needs,        Form,   Use,       memoDebug,
+                                   StatusBar,          Device, ReadTexts, EnableContineousUpdate,
+                                   CurrentUpdateSWFile};
+    TUpdateStatus Status{Form, Clock};
+    TUpdateRun Run{Services, Status};
+    TFileUpload Upload{Services, Run, streamDelayEdit};
 };
 
 void BuildPacket(benchmark::State& state) { // under 5 us

@@ -2,7 +2,6 @@
 
 #include "core/Errors.h"
 
-#include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/rand.h>
@@ -16,14 +15,6 @@ namespace tidewell {
 namespace {
 
 constexpr long DaySeconds = 24L * 60 * 60;
-
-struct TBioFree {
-    void operator()(BIO* bio) const { BIO_free(bio); }
-};
-
-struct TExtensionFree {
-    void operator()(X509_EXTENSION* extension) const { X509_EXTENSION_free(extension); }
-};
 
 void Check(bool done, const char* what) {
     if (!done) {
@@ -42,7 +33,7 @@ TPrivateKey NewKey() {
 void AddExtension(X509& certificate, X509& issuer, int kind, const std::string& value) {
     X509V3_CTX context{};
     X509V3_set_ctx(&context, &issuer, &certificate, nullptr, nullptr, 0);
-    const std::unique_ptr<X509_EXTENSION, TExtensionFree> extension(
+    const std::unique_ptr<X509_EXTENSION, TOpenSslFree> extension(
         X509V3_EXT_conf_nid(nullptr, &context, kind, value.c_str()));
     Check(extension != nullptr && X509_add_ext(&certificate, extension.get(), -1) == 1, "add an extension");
 }
@@ -87,7 +78,7 @@ std::string AlternativeNames(const std::vector<std::string>& names) {
 }
 
 std::string Pem(X509& certificate) {
-    const std::unique_ptr<BIO, TBioFree> memory(BIO_new(BIO_s_mem()));
+    const std::unique_ptr<BIO, TOpenSslFree> memory(BIO_new(BIO_s_mem()));
     Check(memory != nullptr && PEM_write_bio_X509(memory.get(), &certificate) == 1, "write a certificate");
     std::string text(BIO_ctrl_pending(memory.get()), '\0');
     Check(BIO_read(memory.get(), text.data(), static_cast<int>(text.size())) == static_cast<int>(text.size()),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <openssl/bio.h>
 #include <openssl/evp.h>
 #include <openssl/x509.h>
 
@@ -12,6 +13,8 @@ namespace tidewell {
 struct TOpenSslFree {
     void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
     void operator()(X509* certificate) const { X509_free(certificate); }
+    void operator()(X509_EXTENSION* extension) const { X509_EXTENSION_free(extension); }
+    void operator()(BIO* bio) const { BIO_free(bio); }
 };
 using TPrivateKey = std::unique_ptr<EVP_PKEY, TOpenSslFree>;
 using TCertificate = std::unique_ptr<X509, TOpenSslFree>;

@@ -18,7 +18,7 @@ struct TCloudUser {
     std::string NabtoId;
 };
 
-// What the service does wrong on purpose, on every request whose path ends in Path (empty: all).
+// What the cloud does wrong on purpose, on every request whose path ends in Path (empty: all).
 struct TCloudFaults {
     std::string Path;
     int RefuseCode = 0; // answered to every request; 0: off

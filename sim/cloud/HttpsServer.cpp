@@ -30,8 +30,8 @@ void SetSocketOptions(socket_t socket) {
 
 class THttpsServer::TImpl {
   public:
-    TImpl(TCloudService& service, const TThrowAwayCertificates& certificates, int port)
-        : Service(service), Server(&certificates.ServerCertificate(), &certificates.ServerKey()) {
+    TImpl(TSimulatedCloud& cloud, const TThrowAwayCertificates& certificates, int port)
+        : Cloud(cloud), Server(&certificates.ServerCertificate(), &certificates.ServerKey()) {
         if (!Server.is_valid())
             throw TError("The server certificate was not accepted");
         Server.set_socket_options(SetSocketOptions);
@@ -72,7 +72,7 @@ class THttpsServer::TImpl {
 
   private:
     void Answer(const httplib::Request& request, httplib::Response& response) {
-        const TCloudReply reply = Service.Handle(
+        const TCloudReply reply = Cloud.Handle(
             {request.method, request.path, request.get_header_value("Authorization"), request.body});
         if (reply.DelayMs > 0) {
             std::unique_lock lock(Guard);
@@ -84,7 +84,7 @@ class THttpsServer::TImpl {
             response.set_header("Authorization", reply.Authorization);
     }
 
-    TCloudService& Service;
+    TSimulatedCloud& Cloud;
     httplib::SSLServer Server;
     int BoundPort = -1;
     std::mutex Guard;
@@ -94,8 +94,8 @@ class THttpsServer::TImpl {
     std::thread Listener;
 };
 
-THttpsServer::THttpsServer(TCloudService& service, const TThrowAwayCertificates& certificates, int port)
-    : Impl(std::make_unique<TImpl>(service, certificates, port)) {}
+THttpsServer::THttpsServer(TSimulatedCloud& cloud, const TThrowAwayCertificates& certificates, int port)
+    : Impl(std::make_unique<TImpl>(cloud, certificates, port)) {}
 
 THttpsServer::~THttpsServer() = default;
 

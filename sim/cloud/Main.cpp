@@ -3,8 +3,8 @@
 #include "core/IniFile.h"
 #include "core/Numbers.h"
 #include "sim/cloud/Certificates.h"
-#include "sim/cloud/CloudService.h"
 #include "sim/cloud/HttpsServer.h"
+#include "sim/cloud/SimulatedCloud.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -91,12 +91,12 @@ sigset_t BlockSignals() {
     return signals;
 }
 
-void RunUntilEnded(const sigset_t& signals, TCloudService& service, const TDiskFiles& files,
+void RunUntilEnded(const sigset_t& signals, TSimulatedCloud& cloud, const TDiskFiles& files,
                    const std::filesystem::path& config) {
     int signal = 0;
     while (sigwait(&signals, &signal) == 0 && signal == SIGHUP) {
         try {
-            service.SetConfig(ReadConfig(files, config));
+            cloud.SetConfig(ReadConfig(files, config));
             std::cout << config.string() << " read anew" << std::endl;
         } catch (const std::exception& error) {
             std::cerr << "tidewell-cloud: " << error.what() << "; all stays as it was" << std::endl;
@@ -107,15 +107,15 @@ void RunUntilEnded(const sigset_t& signals, TCloudService& service, const TDiskF
 int Run(const TOptions& options) {
     const sigset_t signals = BlockSignals();
     TDiskFiles files;
-    TCloudService service(ReadConfig(files, options.Config));
+    TSimulatedCloud cloud(ReadConfig(files, options.Config));
     const TThrowAwayCertificates certificates;
     // The server first: where another one runs, that one's authority must stay.
-    const THttpsServer server(service, certificates, options.Port);
+    const THttpsServer server(cloud, certificates, options.Port);
     WriteFile(files, options.CaFile, certificates.AuthorityPem());
     if (!options.ReadyFile.empty())
         WriteFile(files, options.ReadyFile, std::to_string(server.Port()) + "\n");
     std::cout << "https://localhost:" << server.Port() << "/api/v1.2" << std::endl;
-    RunUntilEnded(signals, service, files, options.Config);
+    RunUntilEnded(signals, cloud, files, options.Config);
     return EXIT_SUCCESS;
 }
 

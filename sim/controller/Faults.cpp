@@ -1,72 +1,91 @@
 #include "sim/controller/Faults.h"
 
-#include "sim/controller/FlashRing.h"
+#include "sim/controller/Memories.h"
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 #include <utility>
 
 namespace tidewell {
 
 namespace {
 
-bool IsService(EOccasion occasion) {
-    return occasion == EOccasion::Service || occasion == EOccasion::PrepareRead ||
-           occasion == EOccasion::Packet;
+constexpr std::uint32_t Bit(EOccasion occasion) {
+    return 1U << static_cast<unsigned>(occasion);
 }
+constexpr std::uint32_t Read = Bit(EOccasion::Read);
+constexpr std::uint32_t Write = Bit(EOccasion::Write);
+constexpr std::uint32_t PrepareRead = Bit(EOccasion::PrepareRead);
+constexpr std::uint32_t Packet = Bit(EOccasion::Packet);
+constexpr std::uint32_t Services = Bit(EOccasion::Service) | PrepareRead | Packet;
+constexpr std::uint32_t Queries = Read | Write | Bit(EOccasion::Ping) | Services;
+constexpr std::uint32_t StreamRead = Bit(EOccasion::StreamRead);
+constexpr std::uint32_t StreamWrite = Bit(EOccasion::StreamWrite);
+constexpr std::uint32_t Moves = StreamRead | StreamWrite;
+constexpr std::uint32_t Streams = Moves | Bit(EOccasion::StreamOpen);
+
+constexpr std::array<TFaultKind, 20> Kinds{{
+    {EFault::Latency, "Latency", EFaultArgument::Time, Queries},
+    {EFault::NoAnswer, "NoAnswer", EFaultArgument::On, Queries | Streams},
+    {EFault::Error, "Error", EFaultArgument::Text, Queries},
+    {EFault::WrongCount, "WrongCount", EFaultArgument::Integer, Read},
+    {EFault::Garbage, "Garbage", EFaultArgument::Text, Queries},
+    {EFault::Huge, "Huge", EFaultArgument::Count, Queries},
+    {EFault::RefuseWrite, "RefuseWrite", EFaultArgument::Integer, Write},
+    {EFault::ChangeAfterWrite, "ChangeAfterWrite", EFaultArgument::Integer, Write},
+    {EFault::SlowStream, "SlowStream", EFaultArgument::Time, Moves},
+    {EFault::BrokenStream, "BrokenStream", EFaultArgument::Count, Moves},
+    {EFault::StalledStream, "StalledStream", EFaultArgument::Count, StreamRead},
+    {EFault::BufferFull, "BufferFull", EFaultArgument::On, StreamWrite},
+    {EFault::LostAnswer, "LostAnswer", EFaultArgument::On, Queries},
+    {EFault::Refuse, "Refuse", EFaultArgument::Count, Services},
+    {EFault::WrongEcho, "WrongEcho", EFaultArgument::Integer, Packet},
+    {EFault::ShortRead, "ShortRead", EFaultArgument::Count, PrepareRead},
+    {EFault::BadImage, "BadImage", EFaultArgument::File, Bit(EOccasion::ImageTest)},
+    {EFault::OldResult, "OldResult", EFaultArgument::On, Bit(EOccasion::Service)},
+    {EFault::LateReturn, "LateReturn", EFaultArgument::Time, Bit(EOccasion::Restart)},
+    {EFault::NoReturn, "NoReturn", EFaultArgument::On, Bit(EOccasion::Return)},
+}};
 
 bool Concerns(EFault fault, EOccasion occasion) {
-    const bool query = occasion == EOccasion::Read || occasion == EOccasion::Write ||
-                       occasion == EOccasion::Ping || IsService(occasion);
-    const bool moves = occasion == EOccasion::StreamRead || occasion == EOccasion::StreamWrite;
-    switch (fault) {
-    case EFault::Latency:
-    case EFault::Error:
-    case EFault::Garbage:
-    case EFault::Huge:
-    case EFault::LostAnswer:
-        return query;
-    case EFault::NoAnswer:
-        return query || moves || occasion == EOccasion::StreamOpen;
-    case EFault::WrongCount:
-        return occasion == EOccasion::Read;
-    case EFault::RefuseWrite:
-    case EFault::ChangeAfterWrite:
-        return occasion == EOccasion::Write;
-    case EFault::SlowStream:
-    case EFault::BrokenStream:
-        return moves;
-    case EFault::StalledStream:
-        return occasion == EOccasion::StreamRead;
-    case EFault::BufferFull:
-        return occasion == EOccasion::StreamWrite;
-    case EFault::OldResult:
-        return occasion == EOccasion::Service;
-    case EFault::Refuse:
-        return IsService(occasion);
-    case EFault::WrongEcho:
-        return occasion == EOccasion::Packet;
-    case EFault::ShortRead:
-        return occasion == EOccasion::PrepareRead;
-    case EFault::BadImage:
-        return occasion == EOccasion::ImageTest;
-    case EFault::LateReturn:
-        return occasion == EOccasion::Restart;
-    case EFault::NoReturn:
-        return occasion == EOccasion::Return;
+    return (Kinds[static_cast<std::size_t>(fault)].Occasions & Bit(occasion)) != 0;
+}
+
+bool Fits(const TFaultCondition& condition, const TOccasion& occasion) {
+    if (occasion.NowMs < condition.FromMs || (condition.ToMs && occasion.NowMs >= *condition.ToMs))
+        return false;
+    if (!condition.Query.empty() && condition.Query != occasion.Query)
+        return false;
+    if (condition.State && occasion.State != *condition.State)
+        return false;
+    if (condition.Block) {
+        const std::int64_t first = TFlashRing::AddressOf(*condition.Block);
+        if (first >= occasion.Flash.second || first + TFlashRing::BlockSize <= occasion.Flash.first)
+            return false;
     }
-    return false;
+    if (!condition.Obj && !condition.Address)
+        return true;
+    return std::any_of(occasion.Touched.begin(), occasion.Touched.end(), [&](const TRegisterAddress& at) {
+        return (!condition.Obj || *condition.Obj == at.Obj) &&
+               (!condition.Address || *condition.Address == at.Address);
+    });
 }
 
 } // namespace
 
+std::span<const TFaultKind> FaultKinds() {
+    return Kinds;
+}
+
+bool TFaultKind::CanBeDue(std::string_view query) const {
+    if (query == StreamQuery)
+        return (Occasions & Streams) != 0;
+    const std::optional<EOccasion> kind = QueryOccasion(query);
+    return kind && (Occasions & Bit(*kind)) != 0;
+}
+
 std::optional<EOccasion> QueryOccasion(std::string_view queryName) {
-    struct TQuery {
-        std::string_view Name;
-        EOccasion Kind;
-    };
-    static constexpr std::array<TQuery, 12> queries{{
+    static constexpr std::array<std::pair<std::string_view, EOccasion>, 12> queries{{
         {"ping.json", EOccasion::Ping},
         {"setpointReadValue.json", EOccasion::Read},
         {"datapointReadValue.json", EOccasion::Read},
@@ -80,48 +99,17 @@ std::optional<EOccasion> QueryOccasion(std::string_view queryName) {
         {"FlashWriteNostreamV2.json", EOccasion::Packet},
         {"SystemIdentify.json", EOccasion::Service},
     }};
-    const auto* const found = std::find_if(
-        queries.begin(), queries.end(), [queryName](const TQuery& query) { return query.Name == queryName; });
-    return found == queries.end() ? std::nullopt : std::optional(found->Kind);
+    for (const auto& [name, kind] : queries)
+        if (name == queryName)
+            return kind;
+    return std::nullopt;
 }
 
-bool CanBeDue(EFault fault, std::string_view query) {
-    if (query == StreamQuery) {
-        const auto streams = {EOccasion::StreamOpen, EOccasion::StreamRead, EOccasion::StreamWrite};
-        return std::any_of(streams.begin(), streams.end(),
-                           [fault](EOccasion kind) { return Concerns(fault, kind); });
-    }
-    const std::optional<EOccasion> kind = QueryOccasion(query);
-    return kind && Concerns(fault, *kind);
-}
-
-TConditionCounter::TConditionCounter(TFaultCondition condition) : Condition(std::move(condition)) {}
-
-bool TConditionCounter::Fits(const TOccasion& occasion) const {
-    if (occasion.NowMs < Condition.FromMs || (Condition.ToMs && occasion.NowMs >= *Condition.ToMs))
-        return false;
-    if (!Condition.Query.empty() && Condition.Query != occasion.Query)
-        return false;
-    if (Condition.State && occasion.State != *Condition.State)
-        return false;
-    if (Condition.Block) {
-        const std::int64_t first = TFlashRing::AddressOf(*Condition.Block);
-        if (first >= occasion.Flash.second || first + TFlashRing::BlockSize <= occasion.Flash.first)
-            return false;
-    }
-    if (!Condition.Obj && !Condition.Address)
-        return true;
-    return std::any_of(occasion.Touched.begin(), occasion.Touched.end(), [this](const TRegisterAddress& at) {
-        return (!Condition.Obj || *Condition.Obj == at.Obj) &&
-               (!Condition.Address || *Condition.Address == at.Address);
-    });
-}
-
-bool TConditionCounter::Strikes(const TOccasion& occasion) {
-    if (!Fits(occasion))
+bool TFaultCondition::Strikes(const TOccasion& occasion) {
+    if (!Fits(*this, occasion))
         return false;
     const std::size_t number = Seen++;
-    return number >= Condition.Skip && (!Condition.Times || number - Condition.Skip < *Condition.Times);
+    return number >= Skip && (!Times || number - Skip < *Times);
 }
 
 const TFault* FindFault(const std::vector<TFault>& due, EFault kind) {
@@ -130,21 +118,20 @@ const TFault* FindFault(const std::vector<TFault>& due, EFault kind) {
     return found == due.end() ? nullptr : &*found;
 }
 
-void TFaults::Replace(const std::vector<TFault>& faults) {
-    Armed.clear();
-    for (const TFault& fault : faults)
-        Add(fault);
+std::int64_t FaultNumber(const std::vector<TFault>& due, EFault kind) {
+    const TFault* const fault = FindFault(due, kind);
+    return fault != nullptr ? fault->Number : 0;
 }
 
-void TFaults::Add(const TFault& fault) {
-    Armed.push_back({fault, TConditionCounter(fault.When)});
+std::size_t Amount(std::int64_t number) {
+    return static_cast<std::size_t>(std::max<std::int64_t>(number, 0));
 }
 
 std::vector<TFault> TFaults::Due(const TOccasion& occasion) {
     std::vector<TFault> due;
-    for (TArmed& armed : Armed)
-        if (Concerns(armed.Fault.Kind, occasion.Kind) && armed.Counter.Strikes(occasion))
-            due.push_back(armed.Fault);
+    for (TFault& fault : Armed)
+        if (Concerns(fault.Kind, occasion.Kind) && fault.When.Strikes(occasion))
+            due.push_back(fault);
     return due;
 }
 

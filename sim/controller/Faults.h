@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -36,7 +37,7 @@ enum class EFault {
     NoReturn          // does not come back from a restart
 };
 
-enum class EOccasion {
+enum class EOccasion : std::uint8_t {
     Read,
     Write,
     Ping,
@@ -56,9 +57,6 @@ inline constexpr std::string_view StreamQuery = "stream";
 
 // What kind of occasion a query is; nothing for a name that is none of the twelve.
 std::optional<EOccasion> QueryOccasion(std::string_view queryName);
-
-// Whether a fault that is bound to that query, or to StreamQuery, can ever be due.
-bool CanBeDue(EFault fault, std::string_view query);
 
 // Something that happens to a controller, for which faults can be due.
 struct TOccasion {
@@ -81,19 +79,10 @@ struct TFaultCondition {
     std::optional<std::int32_t> Block{}; // of the flash log, touched by a read
     std::size_t Skip = 0;
     std::optional<std::size_t> Times{};
-};
+    std::size_t Seen = 0; // occasions that fitted so far
 
-class TConditionCounter {
-  public:
-    explicit TConditionCounter(TFaultCondition condition);
     // Counts the occasion if it fits; true if the fault is due.
     bool Strikes(const TOccasion& occasion);
-
-  private:
-    bool Fits(const TOccasion& occasion) const;
-
-    TFaultCondition Condition;
-    std::size_t Seen = 0;
 };
 
 struct TFault {
@@ -103,23 +92,37 @@ struct TFault {
     TFaultCondition When;
 };
 
+// What a fault of a kind is given.
+enum class EFaultArgument { Time, On, Text, Integer, Count, File };
+
+struct TFaultKind {
+    EFault Kind = EFault::Error;
+    std::string_view Name; // in a simulation file
+    EFaultArgument Argument = EFaultArgument::On;
+    std::uint32_t Occasions = 0; // a bit for each that it concerns
+
+    // Whether it can ever be due when it is bound to that query, or to StreamQuery.
+    bool CanBeDue(std::string_view query) const;
+};
+std::span<const TFaultKind> FaultKinds(); // in the order of EFault
+
 // The first of a kind; nullptr if there is none.
 const TFault* FindFault(const std::vector<TFault>& due, EFault kind);
+// Its number; 0 if there is none.
+std::int64_t FaultNumber(const std::vector<TFault>& due, EFault kind);
+// A number of bytes or letters; 0 for one below.
+std::size_t Amount(std::int64_t number);
 
 // The faults of one controller.
 class TFaults {
   public:
-    void Replace(const std::vector<TFault>& faults); // their counters start at 0
-    void Add(const TFault& fault);
+    void Replace(const std::vector<TFault>& faults) { Armed = faults; }
+    void Add(const TFault& fault) { Armed.push_back(fault); }
     // Those that are due, in the order they were added. Counts the occasion, so it is asked once for each.
     std::vector<TFault> Due(const TOccasion& occasion);
 
   private:
-    struct TArmed {
-        TFault Fault;
-        TConditionCounter Counter;
-    };
-    std::vector<TArmed> Armed;
+    std::vector<TFault> Armed;
 };
 
 } // namespace tidewell

@@ -1,14 +1,37 @@
 #pragma once
 
-#include "sim/controller/ValueSource.h"
-
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace tidewell {
+
+// Members of the answer to "ping.json" beside "Pong", in order, such as {"Model", 30021}.
+using TIdentity = std::vector<std::pair<std::string, std::int64_t>>;
+
+enum class ESource { Constant, Ramp, Sine, Noise, Bits, Counter };
+
+// How a simulated value moves. What First and Second mean depends on the kind: Constant value, -; Ramp from,
+// to; Sine middle, amplitude; Noise middle, deviation; Bits value, mask of the bits that flip; Counter start,
+// step.
+struct TValueSource {
+    ESource Kind = ESource::Constant;
+    double First = 0;
+    double Second = 0;
+    std::int64_t PeriodMs = 1000; // above 0
+    std::int64_t AheadMs = 0;     // runs ahead of the time by that much
+};
+
+// The value at that time, which may lie before 0, before it is cut to 16 bits. The same seed gives the same
+// noise in every run.
+std::int64_t SourceValue(const TValueSource& source, std::uint64_t seed, std::int64_t nowMs);
+
+// A well-mixed number for each number.
+std::uint64_t Mixed(std::uint64_t number);
 
 enum class ETable { Setpoint, Datapoint };
 
@@ -52,9 +75,9 @@ class TRegisterBank {
 
     std::optional<TMotion> Motion(ETable table, TRegisterAddress at) const;
 
-    enum class EWrite { Done, Refused, Unknown };
-    // Whether a write there would work; when it would be refused, with that status.
-    EWrite CheckWrite(TRegisterAddress at, std::int32_t& refusedStatus) const;
+    // Whether there is a value that a write there changes, and the status that refuses it, if one does.
+    bool CanWrite(TRegisterAddress at) const { return Registers.contains(Target(at)); }
+    std::optional<std::int32_t> RefusedStatus(TRegisterAddress at) const;
     // Ignores refusals; an unknown address changes nothing.
     void Write(TRegisterAddress at, std::uint16_t bits);
 
@@ -65,13 +88,7 @@ class TRegisterBank {
         std::optional<std::int32_t> RefusedStatus;
         std::optional<std::uint16_t> Written;
     };
-    struct TKey {
-        ETable Table = ETable::Setpoint;
-        TRegisterAddress At;
-        bool operator<(const TKey& other) const {
-            return std::tie(Table, At) < std::tie(other.Table, other.At);
-        }
-    };
+    using TKey = std::pair<ETable, TRegisterAddress>;
     // The key of the value that a write there changes.
     TKey Target(TRegisterAddress at) const;
 

@@ -37,6 +37,14 @@ TRegisterAddress AddressMembers(const TJson& request) {
 
 } // namespace
 
+std::string JsonText(const TJson& json) {
+    return json.dump(-1, ' ', false, TJson::error_handler_t::replace);
+}
+
+std::string ErrorReply(const std::string& body) {
+    return JsonText({{"error", {{"body", body}}}});
+}
+
 TJson ParseRequest(std::string_view requestJson) {
     TJson outer = TJson::parse(requestJson, nullptr, false);
     if (outer.is_object() && outer.contains("request") && outer["request"].is_object())
@@ -62,6 +70,10 @@ std::int64_t NumberMember(const TJson& request, const std::string& name) {
     if (!member.is_number_integer())
         throw ERequestRefused("member \"" + name + "\" is no whole number");
     return member.get<std::int64_t>();
+}
+
+std::int64_t NumberMember(const TJson& request, const std::string& name, std::int64_t most) {
+    return Within(NumberMember(request, name), 0, most, name);
 }
 
 const TJson& ListMember(const TJson& request, const std::string& name) {

@@ -20,12 +20,17 @@ class ERequestRefused : public TError {
     using TError::TError;
 };
 
+std::string JsonText(const nlohmann::ordered_json& json);
+// {"error":{"body":"..."}}
+std::string ErrorReply(const std::string& body);
+
 // The object "request" of the text. Throws ERequestRefused.
 nlohmann::ordered_json ParseRequest(std::string_view requestJson);
 
-// The member as a number. Both throw ERequestRefused.
+// The member as a number, from 0 to most where that is given. They throw ERequestRefused.
 std::int64_t TextMember(const nlohmann::ordered_json& request, const std::string& name);
 std::int64_t NumberMember(const nlohmann::ordered_json& request, const std::string& name);
+std::int64_t NumberMember(const nlohmann::ordered_json& request, const std::string& name, std::int64_t most);
 const nlohmann::ordered_json& ListMember(const nlohmann::ordered_json& request, const std::string& name);
 
 // The addresses of a read, in order; at most 65536. Throws ERequestRefused.

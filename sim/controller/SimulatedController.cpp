@@ -17,23 +17,11 @@ constexpr std::int64_t PingWord = 0x70696E67; // "ping"
 constexpr std::int64_t PongWord = 0x706F6E67; // "pong"
 constexpr std::int64_t StalledReadMs = 100;
 
-std::string Text(const TJson& json) {
-    return json.dump(-1, ' ', false, TJson::error_handler_t::replace);
-}
-
-std::string ErrorReply(const std::string& body) {
-    return Text({{"error", {{"body", body}}}});
-}
-
 std::int64_t DelayOf(const std::vector<TFault>& due, EFault kind) {
     std::int64_t delay = 0;
     for (const TFault& fault : due)
         delay += fault.Kind == kind ? fault.Number : 0;
     return delay;
-}
-
-std::size_t Amount(std::int64_t number) {
-    return static_cast<std::size_t>(std::max<std::int64_t>(number, 0));
 }
 
 // What to answer instead of carrying the query out; nothing when all is well.
@@ -86,23 +74,17 @@ TSimulatedController::TSimulatedController(TIdentity identity) : Identity(std::m
 TControllerReply TSimulatedController::Query(const std::string& queryName, std::string_view requestJson,
                                              std::int64_t nowMs) {
     TControllerReply reply;
-    if (Away(nowMs)) {
-        reply.Answered = false;
-        return reply;
-    }
+    if (Away(nowMs))
+        return {false, 0, {}};
     try {
         const TJson request = ParseRequest(requestJson);
         const std::vector<TFault> due = Faults.Due(OccasionOf(queryName, request, nowMs));
         reply.DelayMs = DelayOf(due, EFault::Latency);
-        if (FindFault(due, EFault::NoAnswer) != nullptr) {
-            reply.Answered = false;
-            return reply;
-        }
-        if (std::optional<std::string> spoiled = Spoiled(due)) {
-            reply.Text = std::move(*spoiled);
-            return reply;
-        }
-        reply.Text = Text({{"response", Execute(queryName, request, due, nowMs)}});
+        if (FindFault(due, EFault::NoAnswer) != nullptr)
+            return {false, reply.DelayMs, {}};
+        if (const std::optional<std::string> spoiled = Spoiled(due))
+            return {true, reply.DelayMs, *spoiled};
+        reply.Text = JsonText({{"response", Execute(queryName, request, due, nowMs)}});
         reply.Answered = FindFault(due, EFault::LostAnswer) == nullptr;
     } catch (const ERequestRefused& refused) {
         reply.Text = ErrorReply(refused.what());
@@ -128,7 +110,6 @@ TJson TSimulatedController::Ping(const TJson& request) {
         TextMember(request, "usernumber");
         if (!request["user"].is_string())
             throw ERequestRefused("member \"user\" is no text");
-        User = request["user"].get<std::string>();
         return {{"status", 0}};
     }
     if (TextMember(request, "ping") != PingWord)
@@ -150,35 +131,27 @@ TJson TSimulatedController::Read(ETable table, const TJson& request, const std::
             throw ERequestRefused("unknown " + Shown(at));
         data.push_back({{"value", *value}});
     }
-    if (const TFault* fault = FindFault(due, EFault::WrongCount)) {
-        for (std::int64_t i = 0; i < fault->Number; ++i)
-            data.push_back({{"value", 0}});
-        for (std::int64_t i = 0; i > fault->Number && !data.empty(); --i)
-            data.erase(data.size() - 1);
-    }
+    const std::int64_t more = FaultNumber(due, EFault::WrongCount);
+    for (std::int64_t i = 0; i < more; ++i)
+        data.push_back({{"value", 0}});
+    for (std::int64_t i = 0; i > more && !data.empty(); --i)
+        data.erase(data.size() - 1);
     return {{"data", data}};
 }
 
 TJson TSimulatedController::Write(const TJson& request, const std::vector<TFault>& due) {
     const std::vector<TWriteEntry> entries = WriteEntries(request);
     for (const TWriteEntry& entry : entries) {
-        std::int32_t refusedStatus = 0;
-        switch (Values.CheckWrite(entry.At, refusedStatus)) {
-        case TRegisterBank::EWrite::Unknown:
+        if (!Values.CanWrite(entry.At))
             throw ERequestRefused("unknown " + Shown(entry.At));
-        case TRegisterBank::EWrite::Refused:
-            return {{"status", refusedStatus}};
-        case TRegisterBank::EWrite::Done:
-            break;
-        }
+        if (const std::optional<std::int32_t> status = Values.RefusedStatus(entry.At))
+            return {{"status", *status}};
     }
     if (const TFault* fault = FindFault(due, EFault::RefuseWrite))
         return {{"status", fault->Number}};
-    const TFault* const change = FindFault(due, EFault::ChangeAfterWrite);
-    for (const TWriteEntry& entry : entries) {
-        Values.Write(entry.At,
-                     static_cast<std::uint16_t>(entry.Bits + (change != nullptr ? change->Number : 0)));
-    }
+    const std::int64_t added = FaultNumber(due, EFault::ChangeAfterWrite);
+    for (const TWriteEntry& entry : entries)
+        Values.Write(entry.At, static_cast<std::uint16_t>(entry.Bits + added));
     return {{"status", WriteStatus}};
 }
 
@@ -211,15 +184,13 @@ std::size_t TSimulatedController::Limit(std::size_t length, const std::vector<TF
 
 TStreamPiece TSimulatedController::ReadStream(std::size_t capacity, std::int64_t nowMs) {
     TStreamPiece piece;
-    if (Away(nowMs)) {
-        piece.Outcome = EStreamOutcome::Closed;
-        return piece;
-    }
+    if (Away(nowMs))
+        return {EStreamOutcome::Closed, 0, {}};
     const std::vector<TFault> due = Faults.Due(StreamOccasion(EOccasion::StreamRead, nowMs));
     std::size_t most = Limit(std::min(capacity, StreamPiece), due, piece);
     if (const TFault* fault = FindFault(due, EFault::StalledStream);
         fault != nullptr && piece.Outcome == EStreamOutcome::Done) {
-        most = std::min(most, Amount(fault->Number) - std::min(Amount(fault->Number), StreamMoved));
+        most = std::min(most, Amount(fault->Number - static_cast<std::int64_t>(StreamMoved)));
         if (most == 0) {
             piece.DelayMs += StalledReadMs; // so long the reader waits for nothing
             return piece;
@@ -228,28 +199,19 @@ TStreamPiece TSimulatedController::ReadStream(std::size_t capacity, std::int64_t
     if (piece.Outcome != EStreamOutcome::Done)
         return piece;
     piece.Bytes = Service.ReadStream(most);
-    if (!piece.Bytes.empty()) {
-        StreamMoved += piece.Bytes.size();
-        return piece;
+    if (piece.Bytes.empty()) {
+        piece.Outcome = StreamWaiting.empty() ? EStreamOutcome::Silent : EStreamOutcome::Done;
+        piece.Bytes = StreamWaiting.substr(0, most);
+        StreamWaiting.erase(0, most);
     }
-    if (StreamPosition == StreamWaiting.size()) {
-        StreamWaiting.clear();
-        StreamPosition = 0;
-        piece.Outcome = EStreamOutcome::Silent;
-        return piece;
-    }
-    piece.Bytes = StreamWaiting.substr(StreamPosition, most);
-    StreamPosition += piece.Bytes.size();
     StreamMoved += piece.Bytes.size();
     return piece;
 }
 
 TStreamPiece TSimulatedController::WriteStream(std::string_view bytes, std::int64_t nowMs) {
     TStreamPiece piece;
-    if (Away(nowMs)) {
-        piece.Outcome = EStreamOutcome::Closed;
-        return piece;
-    }
+    if (Away(nowMs))
+        return {EStreamOutcome::Closed, 0, {}};
     const std::vector<TFault> due = Faults.Due(StreamOccasion(EOccasion::StreamWrite, nowMs));
     const std::size_t most = Limit(bytes.size(), due, piece);
     if (piece.Outcome == EStreamOutcome::Done && FindFault(due, EFault::BufferFull) != nullptr)

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "sim/controller/Faults.h"
-#include "sim/controller/Identity.h"
 #include "sim/controller/RegisterBank.h"
-#include "sim/controller/Service.h"
+#include "sim/controller/ServiceFunctions.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -45,7 +44,7 @@ class TSimulatedController {
 
     TRegisterBank Values;
     TFaults Faults;
-    TService Service;
+    TServiceFunctions Service;
 
     // Identity can change, as after a firmware update.
     TIdentity Identity;
@@ -64,9 +63,6 @@ class TSimulatedController {
     TStreamPiece ReadStream(std::size_t capacity, std::int64_t nowMs);
     TStreamPiece WriteStream(std::string_view bytes, std::int64_t nowMs);
 
-    // The account that was stored last through "ping.json".
-    const std::string& StoredUser() const { return User; }
-
   private:
     using TJson = nlohmann::ordered_json;
 
@@ -81,10 +77,8 @@ class TSimulatedController {
     std::size_t Limit(std::size_t length, const std::vector<TFault>& due, TStreamPiece& piece) const;
 
     std::string StreamWaiting;
-    std::size_t StreamPosition = 0; // what of it was read
     std::string Received;
     std::size_t StreamMoved = 0;
-    std::string User;
 };
 
 } // namespace tidewell

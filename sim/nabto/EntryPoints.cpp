@@ -10,6 +10,7 @@
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace tidewell;
@@ -184,11 +185,7 @@ void BindEntryPoints(TSimulatedNabto* nabto) {
 }
 
 void* FindEntryPoint(std::string_view name) {
-    struct TEntry {
-        std::string_view Name;
-        void* Function;
-    };
-    const std::array<TEntry, 14> entries{{
+    const std::array<std::pair<std::string_view, void*>, 14> entries{{
         {"nabtoStartup", reinterpret_cast<void*>(&nabtoStartup)},
         {"nabtoShutdown", reinterpret_cast<void*>(&nabtoShutdown)},
         {"nabtoOpenSession", reinterpret_cast<void*>(&nabtoOpenSession)},
@@ -204,9 +201,10 @@ void* FindEntryPoint(std::string_view name) {
         {"nabtoFree", reinterpret_cast<void*>(&nabtoFree)},
         {"nabtoGetLocalDevices", reinterpret_cast<void*>(&nabtoGetLocalDevices)},
     }};
-    const auto found = std::find_if(entries.begin(), entries.end(),
-                                    [name](const TEntry& entry) { return entry.Name == name; });
-    return found == entries.end() ? nullptr : found->Function;
+    for (const auto& [entry, function] : entries)
+        if (entry == name)
+            return function;
+    return nullptr;
 }
 
 } // namespace tidewell

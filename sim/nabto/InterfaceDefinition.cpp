@@ -1,10 +1,13 @@
 #include "sim/nabto/InterfaceDefinition.h"
 
 #include "core/Errors.h"
+#include "sim/controller/Requests.h"
+
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstddef>
-#include <optional>
+#include <utility>
 #include <vector>
 
 namespace tidewell {
@@ -108,13 +111,15 @@ class TXmlReader {
     std::string_view Rest;
 };
 
+using TJson = nlohmann::ordered_json;
+
 } // namespace
 
 TInterfaceDefinition::TInterfaceDefinition(std::string_view xml) {
     TXmlReader reader(xml);
     std::vector<std::string> open;
     TQuery* query = nullptr;
-    std::set<std::string, std::less<>>* members = nullptr;
+    TNames* members = nullptr;
     std::size_t membersDepth = 0;
     while (const std::optional<TTag> tag = reader.Next()) {
         if (tag->Closing) {
@@ -148,6 +153,30 @@ TInterfaceDefinition::TInterfaceDefinition(std::string_view xml) {
 const TInterfaceDefinition::TQuery* TInterfaceDefinition::Find(std::string_view queryName) const {
     const auto found = Queries.find(queryName);
     return found == Queries.end() ? nullptr : &found->second;
+}
+
+std::optional<std::string> TInterfaceDefinition::TQuery::UndeclaredMember(std::string_view request) const {
+    const TJson json = TJson::parse(request, nullptr, false);
+    if (json.is_object() && json.contains("request") && json["request"].is_object()) {
+        for (const auto& [name, value] : json["request"].items())
+            if (!Request.contains(name))
+                return name;
+    }
+    return std::nullopt;
+}
+
+std::string TInterfaceDefinition::TQuery::Declared(std::string reply) const {
+    TJson json = TJson::parse(reply, nullptr, false);
+    if (!json.is_object() || !json.contains("response") || !json["response"].is_object())
+        return reply;
+    TJson kept = TJson::object();
+    for (const auto& [name, value] : json["response"].items())
+        if (Response.contains(name))
+            kept[name] = value;
+    if (kept.size() == json["response"].size())
+        return reply;
+    json["response"] = std::move(kept);
+    return JsonText(json);
 }
 
 } // namespace tidewell

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -12,9 +13,16 @@ namespace tidewell {
 // only its own name counts.
 class TInterfaceDefinition {
   public:
+    using TNames = std::set<std::string, std::less<>>;
     struct TQuery {
-        std::set<std::string, std::less<>> Request;
-        std::set<std::string, std::less<>> Response;
+        TNames Request;
+        TNames Response;
+
+        // A member of {"request":{...}} that is not declared, if there is one.
+        std::optional<std::string> UndeclaredMember(std::string_view request) const;
+        // The reply without the members of {"response":{...}} that are not declared. What is no reply stays
+        // as it is.
+        std::string Declared(std::string reply) const;
     };
 
     // Throws TError when the text is no well-formed XML or declares no query.

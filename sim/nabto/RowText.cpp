@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <optional>
+#include <sstream>
 
 namespace tidewell {
 
@@ -36,16 +38,23 @@ TRowText SplitRowText(std::string_view text) {
     return row;
 }
 
+bool TakeKey(const std::string& name, const std::string& text, std::initializer_list<TNamedPlace> places) {
+    const auto* const found = std::find_if(
+        places.begin(), places.end(), [&](const TNamedPlace& place) { return SameText(name, place.Name); });
+    if (found != places.end())
+        found->Take(text);
+    return found != places.end();
+}
+
+bool TakeOption(const TRowText::TOption& option, std::initializer_list<TNamedPlace> places) {
+    const bool known = std::any_of(places.begin(), places.end(),
+                                   [&](const TNamedPlace& place) { return option.Name == place.Name; });
+    return known && TakeKey(option.Name, option.Value, places);
+}
+
 std::vector<std::string> SplitWords(std::string_view text) {
-    std::vector<std::string> words;
-    while (true) {
-        text = Trim(text);
-        if (text.empty())
-            return words;
-        const std::string_view word = text.substr(0, text.find_first_of(" \t"));
-        words.emplace_back(word);
-        text.remove_prefix(word.size());
-    }
+    std::istringstream words{std::string(text)};
+    return {std::istream_iterator<std::string>(words), {}};
 }
 
 std::vector<std::string> SplitNames(std::string_view text) {

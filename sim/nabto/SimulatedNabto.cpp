@@ -2,8 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/Numbers.h"
-#include "sim/nabto/DeclaredMembers.h"
-#include "sim/nabto/NabtoUrl.h"
+#include "sim/controller/Requests.h"
 
 #include <algorithm>
 #include <iterator>
@@ -25,12 +24,49 @@ std::string ProfileText(std::string_view email, std::string_view password) {
     return "simulated profile " + std::to_string(hash) + "\n";
 }
 
+// The parts of "nabto://<device>/<query>?json=<text>"; they point into the URL. The JSON text is taken as it
+// stands, with no decoding.
+struct TNabtoUrl {
+    std::string_view Device;
+    std::string_view Query;
+    std::string_view Json;
+};
+
+// Nothing if the text has another form.
+std::optional<TNabtoUrl> SplitUrl(std::string_view url) {
+    constexpr std::string_view Scheme = "nabto://";
+    constexpr std::string_view Argument = "?json=";
+    if (!url.starts_with(Scheme))
+        return std::nullopt;
+    url.remove_prefix(Scheme.size());
+    const std::size_t slash = url.find('/');
+    const std::size_t argument = url.find(Argument);
+    if (slash == std::string_view::npos || argument == std::string_view::npos || argument < slash)
+        return std::nullopt;
+    return TNabtoUrl{url.substr(0, slash), url.substr(slash + 1, argument - slash - 1),
+                     url.substr(argument + Argument.size())};
+}
+
+// Whether the text can name a file inside a directory.
+bool IsFileName(std::string_view text) {
+    const bool plain = std::all_of(text.begin(), text.end(), [](char character) {
+        return static_cast<unsigned char>(character) >= ' ' && character != '/' && character != '\\';
+    });
+    return plain && !text.empty() && text.size() < 200 && text != "." && text != "..";
+}
+
+TNabtoStatus Refuse(const std::string& why, std::optional<std::string>& response) {
+    response = ErrorReply(why);
+    return NABTO_FAILED_WITH_JSON_MESSAGE;
+}
+
+// nullptr if the handle is none of them.
 template <typename T>
-const std::unique_ptr<T>* Find(const std::vector<std::unique_ptr<T>>& list, const void* handle) {
+T* Find(const std::vector<std::unique_ptr<T>>& list, const void* handle) {
     const auto found = std::find_if(list.begin(), list.end(), [handle](const std::unique_ptr<T>& entry) {
         return entry.get() == handle;
     });
-    return found == list.end() ? nullptr : &*found;
+    return found == list.end() ? nullptr : found->get();
 }
 
 } // namespace
@@ -55,11 +91,6 @@ struct TSimulatedNabto::TSession {
 struct TSimulatedNabto::TStream {
     const TSession* Session;
     TController* Controller;
-};
-
-struct TSimulatedNabto::TArmedLibraryFault {
-    TLibraryFault Fault;
-    TConditionCounter Counter;
 };
 
 TSimulatedNabto::TSimulatedNabto(IFiles& files, ISimulationTime& time) : Files(files), Time(time) {}
@@ -98,7 +129,6 @@ void TSimulatedNabto::Take(const TSimulation& simulation) {
     }
     Setup = simulation;
     Setup.Controllers.clear();
-    SetLibraryFaults(simulation.LibraryFaults);
 }
 
 TSimulatedController* TSimulatedNabto::FindController(std::string_view nameOrId) {
@@ -108,46 +138,20 @@ TSimulatedController* TSimulatedNabto::FindController(std::string_view nameOrId)
     return nullptr;
 }
 
-void TSimulatedNabto::AddLibraryFault(const TLibraryFault& fault) {
-    LibraryFaults.push_back({fault, TConditionCounter(fault.When)});
-}
-
-void TSimulatedNabto::SetLibraryFaults(const std::vector<TLibraryFault>& faults) {
-    LibraryFaults.clear();
-    for (const TLibraryFault& fault : faults)
-        AddLibraryFault(fault);
-}
-
 std::int64_t TSimulatedNabto::NowMs() const {
     return Epoch ? Time.NowMs() - *Epoch : 0;
-}
-
-void TSimulatedNabto::Report(const std::string& line) const {
-    if (OnReport)
-        OnReport(line);
-}
-
-void TSimulatedNabto::WaitAnswerTimeout() {
-    Time.Sleep(Setup.AnswerTimeoutMs);
 }
 
 std::optional<TNabtoStatus> TSimulatedNabto::Prevented(std::string_view function, bool needsStartup) {
     Refresh();
     TOccasion occasion;
     occasion.NowMs = NowMs();
-    for (TArmedLibraryFault& armed : LibraryFaults)
-        if (armed.Fault.Function == function && armed.Counter.Strikes(occasion))
-            return static_cast<TNabtoStatus>(armed.Fault.Status);
+    for (TLibraryFault& fault : Setup.LibraryFaults)
+        if (fault.Function == function && fault.When.Strikes(occasion))
+            return static_cast<TNabtoStatus>(fault.Status);
     if (needsStartup && !Started)
         return NABTO_API_NOT_INITIALIZED;
     return std::nullopt;
-}
-
-void TSimulatedNabto::EndSessionsIfDue() {
-    if (Prevented(EndSessionsFault, false)) {
-        Streams.clear();
-        Sessions.clear();
-    }
 }
 
 TNabtoStatus TSimulatedNabto::ReadFile() {
@@ -157,7 +161,7 @@ TNabtoStatus TSimulatedNabto::ReadFile() {
         Configure(ParseSimulation(FileBytes, FileInUse.string()));
         return NABTO_OK;
     } catch (const TError& error) {
-        Report(error.what());
+        OnReport(error.what());
         FileInUse.clear();
         return NABTO_ERROR_READING_CONFIG;
     }
@@ -178,7 +182,7 @@ void TSimulatedNabto::Refresh() {
     try {
         Take(ParseSimulation(FileBytes, FileInUse.string()));
     } catch (const TError& error) {
-        Report(error.what());
+        OnReport(error.what());
     }
 }
 
@@ -206,10 +210,6 @@ TNabtoStatus TSimulatedNabto::Shutdown() {
     return NABTO_OK;
 }
 
-std::filesystem::path TSimulatedNabto::ProfilePath(const std::string& email) const {
-    return Home / "users" / email;
-}
-
 TNabtoStatus TSimulatedNabto::OpenSession(const std::string& email, const std::string& password,
                                           void*& session) {
     if (const auto prevented = Prevented("nabtoOpenSession"))
@@ -234,7 +234,7 @@ TNabtoStatus TSimulatedNabto::CloseSession(const void* session) {
         return *prevented;
     if (session == nullptr)
         return NABTO_OK; // a program that never opened one closes it all the same
-    if (FindSession(session) == nullptr)
+    if (Find(Sessions, session) == nullptr)
         return NABTO_INVALID_SESSION;
     std::erase_if(
         Streams, [session](const auto& stream) { return stream->Session == session; });
@@ -256,20 +256,10 @@ TNabtoStatus TSimulatedNabto::CreateProfile(const std::string& email, const std:
         writer->Write(ProfileText(email, password));
         writer->Commit();
     } catch (const EInOutError& error) {
-        Report(error.what());
+        OnReport(error.what());
         return NABTO_CERT_SAVING_FAILURE;
     }
     return NABTO_OK;
-}
-
-TSimulatedNabto::TSession* TSimulatedNabto::FindSession(const void* session) const {
-    const auto* found = Find(Sessions, session);
-    return found != nullptr ? found->get() : nullptr;
-}
-
-TSimulatedNabto::TStream* TSimulatedNabto::FindStream(const void* stream) const {
-    const auto* found = Find(Streams, stream);
-    return found != nullptr ? found->get() : nullptr;
 }
 
 TSimulatedNabto::TController* TSimulatedNabto::Reach(std::string_view device) const {
@@ -292,7 +282,7 @@ TNabtoStatus TSimulatedNabto::RpcSetDefaultInterface(const void* session, std::s
         error = "Interface definition refused";
         return *prevented;
     }
-    TSession* const found = FindSession(session);
+    TSession* const found = Find(Sessions, session);
     if (found == nullptr)
         return NABTO_INVALID_SESSION;
     try {
@@ -304,57 +294,42 @@ TNabtoStatus TSimulatedNabto::RpcSetDefaultInterface(const void* session, std::s
     }
 }
 
-std::optional<std::string> TSimulatedNabto::Refusal(const TSession& session, const std::string& queryName,
-                                                    std::string_view requestJson) {
-    const TInterfaceDefinition::TQuery* const query =
-        session.Interface ? session.Interface->Find(queryName) : nullptr;
-    if (query == nullptr)
-        return "the interface definition in force has no query " + queryName;
-    if (const auto name = UndeclaredMember(*query, requestJson))
-        return "query " + queryName + " has no request member " + *name;
-    return std::nullopt;
-}
-
 TNabtoStatus TSimulatedNabto::RpcInvoke(const void* session, std::string_view url,
                                         std::optional<std::string>& response) {
     if (const auto prevented = Prevented("nabtoRpcInvoke"))
         return *prevented;
-    EndSessionsIfDue();
-    const TSession* const found = FindSession(session);
+    if (Prevented(EndSessionsFault, false)) {
+        Streams.clear();
+        Sessions.clear();
+    }
+    const TSession* const found = Find(Sessions, session);
     if (found == nullptr)
         return NABTO_INVALID_SESSION;
     const std::optional<TNabtoUrl> parts = SplitUrl(url);
     if (!parts)
         return NABTO_INVALID_RESOURCE;
     const std::string queryName(parts->Query);
-    if (const std::optional<std::string> refusal = Refusal(*found, queryName, parts->Json)) {
-        response = ErrorReply(*refusal);
-        return NABTO_FAILED_WITH_JSON_MESSAGE;
-    }
+    const TInterfaceDefinition::TQuery* const query =
+        found->Interface ? found->Interface->Find(queryName) : nullptr;
+    if (query == nullptr)
+        return Refuse("the interface definition in force has no query " + queryName, response);
+    if (const auto name = query->UndeclaredMember(parts->Json))
+        return Refuse("query " + queryName + " has no request member " + *name, response);
     TController* const controller = Reach(parts->Device);
     if (controller == nullptr) {
         WaitAnswerTimeout();
         return NABTO_CONNECT_TO_HOST_FAILED;
     }
-    return Ask(*found, *controller, queryName, parts->Json, response);
-}
-
-TNabtoStatus TSimulatedNabto::Ask(const TSession& session, TController& controller,
-                                  const std::string& queryName, std::string_view requestJson,
-                                  std::optional<std::string>& response) {
-    if (!controller.Accepts(session.Email)) {
-        response = ErrorReply("access denied for " + session.Email);
-        return NABTO_FAILED_WITH_JSON_MESSAGE;
-    }
-    TControllerReply reply = controller.Device.Query(queryName, requestJson, NowMs());
+    if (!controller->Accepts(found->Email))
+        return Refuse("access denied for " + found->Email, response);
+    TControllerReply reply = controller->Device.Query(queryName, parts->Json, NowMs());
     if (!reply.Answered) {
         WaitAnswerTimeout();
         return NABTO_CONNECT_TO_HOST_FAILED;
     }
     if (reply.DelayMs > 0)
         Time.Sleep(reply.DelayMs);
-    const TInterfaceDefinition::TQuery* const query = session.Interface->Find(queryName);
-    response = Declared(*query, std::move(reply.Text));
+    response = query->Declared(std::move(reply.Text));
     return NABTO_OK;
 }
 
@@ -369,13 +344,13 @@ TNabtoStatus TSimulatedNabto::GetLocalDevices(std::vector<std::string>& ids) {
 
 void TSimulatedNabto::Free(const void* memory) {
     if (!Memory.Free(memory))
-        Report("nabtoFree: memory that the library did not give out, or that was freed before");
+        OnReport("nabtoFree: memory that the library did not give out, or that was freed before");
 }
 
 TNabtoStatus TSimulatedNabto::StreamOpen(const void* session, std::string_view device, void*& stream) {
     if (const auto prevented = Prevented("nabtoStreamOpen"))
         return *prevented;
-    const TSession* const found = FindSession(session);
+    const TSession* const found = Find(Sessions, session);
     if (found == nullptr)
         return NABTO_INVALID_SESSION;
     TController* const controller = Reach(device);
@@ -400,7 +375,7 @@ TNabtoStatus TSimulatedNabto::StreamClose(const void* stream) {
 TNabtoStatus TSimulatedNabto::StreamRead(const void* stream, std::size_t capacity, std::string& bytes) {
     if (const auto prevented = Prevented("nabtoStreamReadIntoBuf"))
         return *prevented;
-    const TStream* const found = FindStream(stream);
+    const TStream* const found = Find(Streams, stream);
     if (found == nullptr)
         return NABTO_INVALID_STREAM;
     TStreamPiece piece = found->Controller->Device.ReadStream(capacity, NowMs());
@@ -419,22 +394,15 @@ TNabtoStatus TSimulatedNabto::StreamRead(const void* stream, std::size_t capacit
 TNabtoStatus TSimulatedNabto::StreamWrite(const void* stream, std::string_view bytes) {
     if (const auto prevented = Prevented("nabtoStreamWrite"))
         return *prevented;
-    const TStream* const found = FindStream(stream);
+    const TStream* const found = Find(Streams, stream);
     if (found == nullptr)
         return NABTO_INVALID_STREAM;
     const TStreamPiece piece = found->Controller->Device.WriteStream(bytes, NowMs());
     if (piece.DelayMs > 0)
         Time.Sleep(piece.DelayMs);
-    switch (piece.Outcome) {
-    case EStreamOutcome::Done:
-        return NABTO_OK;
-    case EStreamOutcome::Full:
+    if (piece.Outcome == EStreamOutcome::Full)
         return NABTO_BUFFER_FULL;
-    case EStreamOutcome::Closed:
-    case EStreamOutcome::Silent:
-        break;
-    }
-    return NABTO_STREAM_CLOSED;
+    return piece.Outcome == EStreamOutcome::Done ? NABTO_OK : NABTO_STREAM_CLOSED;
 }
 
 } // namespace tidewell

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/controls/Control.h"
 #include "core/ports/IFiles.h"
 #include "link/NabtoClientApi.h"
 #include "sim/controller/SimulatedController.h"
@@ -11,7 +12,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,17 +34,16 @@ class TSimulatedNabto {
     // Read instead of simulation.ini in the home directory, unless empty.
     std::filesystem::path SimulationFile;
     // Takes one line for each mistake in the file, and for each wrong Free.
-    std::function<void(const std::string&)> OnReport;
+    TEvent<const std::string&> OnReport;
     // Takes each call with its arguments, handles left out, before it is carried out:
     // "nabtoOpenSession a@example.com secret".
-    std::function<void(const std::string&)> OnCall;
+    TEvent<const std::string&> OnCall;
     // Texts and arrays given out and not freed.
     THandedOut Memory;
 
     void Configure(const TSimulation& simulation);
     // By name or id; nullptr if there is none, or before the file was read.
     TSimulatedController* FindController(std::string_view nameOrId);
-    void AddLibraryFault(const TLibraryFault& fault);
     // Ms since the first Startup, the time in which values and faults live.
     std::int64_t NowMs() const;
     std::size_t OpenSessions() const { return Sessions.size(); }
@@ -69,28 +68,17 @@ class TSimulatedNabto {
     struct TController;
     struct TSession;
     struct TStream;
-    struct TArmedLibraryFault;
 
     // What a call ends with before it has begun: a fault of the library, or no start-up. Looks at the file.
     std::optional<TNabtoStatus> Prevented(std::string_view function, bool needsStartup = true);
-    void EndSessionsIfDue(); // by a fault
     TNabtoStatus ReadFile();
     void Refresh();
     void Take(const TSimulation& simulation);
-    void SetLibraryFaults(const std::vector<TLibraryFault>& faults);
-    void Report(const std::string& line) const;
-    void WaitAnswerTimeout();
+    void WaitAnswerTimeout() { Time.Sleep(Setup.AnswerTimeoutMs); }
 
-    TSession* FindSession(const void* session) const;
-    TStream* FindStream(const void* stream) const;
     // The controller that an address reaches; nullptr if it reaches none.
     TController* Reach(std::string_view device) const;
-    std::filesystem::path ProfilePath(const std::string& email) const;
-    // Why the library itself refuses the request; nothing when it goes to the controller.
-    static std::optional<std::string> Refusal(const TSession& session, const std::string& queryName,
-                                              std::string_view requestJson);
-    TNabtoStatus Ask(const TSession& session, TController& controller, const std::string& queryName,
-                     std::string_view requestJson, std::optional<std::string>& response);
+    std::filesystem::path ProfilePath(const std::string& email) const { return Home / "users" / email; }
 
     IFiles& Files;
     ISimulationTime& Time;
@@ -103,7 +91,6 @@ class TSimulatedNabto {
     std::int64_t LastLookMs = 0;
     TSimulation Setup; // without the controllers, which live below
     std::vector<std::unique_ptr<TController>> Controllers;
-    std::vector<TArmedLibraryFault> LibraryFaults;
     std::vector<std::unique_ptr<TSession>> Sessions;
     std::vector<std::unique_ptr<TStream>> Streams;
 };

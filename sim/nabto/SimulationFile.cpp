@@ -5,7 +5,6 @@
 #include "core/Numbers.h"
 #include "sim/common/IniLines.h"
 #include "sim/nabto/RowText.h"
-#include "sim/nabto/ServiceRows.h"
 #include "sim/nabto/SimulationRows.h"
 
 #include <algorithm>
@@ -42,6 +41,12 @@ std::string IdBehind(const std::string& id, std::int32_t steps) {
     return next;
 }
 
+std::string ParseId(const std::string& text) {
+    if (text.size() != 12 || text.find_first_not_of("0123456789") != std::string::npos)
+        throw TError("\"" + text + "\" is no id of 12 digits");
+    return text;
+}
+
 class TReader {
   public:
     TReader(std::string_view bytes, const std::string& shownPath) : Ini(bytes), ShownPath(shownPath) {}
@@ -57,7 +62,7 @@ class TReader {
 
     void CheckSections() const;
     TControllerSetup ReadController(const std::string& name);
-    bool ReadIdentity(const TRow& row, TIdentity& identity) const;
+    static bool ReadIdentity(const TRow& row, TIdentity& identity);
     void ReadService(const std::string& name, TControllerSetup& setup);
 
     TIniFile Ini;
@@ -86,7 +91,7 @@ void TReader::CheckSections() const {
             throw TError(ShownPath + ": section \"" + name + "\" belongs to nothing");
 }
 
-bool TReader::ReadIdentity(const TRow& row, TIdentity& identity) const {
+bool TReader::ReadIdentity(const TRow& row, TIdentity& identity) {
     for (const char* name : {"Model", "Devicenumber", "Version HP", "Version NP", "Version HBDE",
                              "SlaveModel", "SlaveDevicenumber", "Version"}) {
         if (SameText(row.Name, name)) {
@@ -103,31 +108,23 @@ TControllerSetup TReader::ReadController(const std::string& name) {
     std::string values = name;
     std::string service = name;
     const std::string section = "Controller " + name;
+    const auto copies = [](const std::string& text) { return ParseIntegerWithin(text, 0, MostCopies); };
+    const auto piece = [](const std::string& text) {
+        return static_cast<std::size_t>(ParseIntegerWithin(text, 1, 1 << 20));
+    };
     EachRow(section, [&](const TRow& row) {
-        if (SameText(row.Name, "Id")) {
-            const bool digits = row.Value.find_first_not_of("0123456789") == std::string::npos;
-            if (!digits || row.Value.size() != 12)
-                throw TError("\"" + row.Value + "\" is no id of 12 digits");
-            setup.Id = row.Value;
-        } else if (SameText(row.Name, "Local")) {
-            setup.Local = ParseYesNo(row.Value);
-        } else if (SameText(row.Name, "Remote")) {
-            setup.Remote = ParseYesNo(row.Value);
-        } else if (SameText(row.Name, "Users")) {
-            setup.Users = SplitNames(row.Value);
-        } else if (SameText(row.Name, "Values")) {
-            values = row.Value;
-        } else if (SameText(row.Name, "Service")) {
-            service = row.Value;
-        } else if (SameText(row.Name, "WriteStatus")) {
-            setup.WriteStatus = ParseInteger(row.Value);
-        } else if (SameText(row.Name, "Copies")) {
-            setup.Copies = ParseIntegerWithin(row.Value, 0, MostCopies);
-        } else if (SameText(row.Name, "StreamPiece")) {
-            setup.StreamPiece = static_cast<std::size_t>(ParseIntegerWithin(row.Value, 1, 1 << 20));
-        } else if (!ReadIdentity(row, setup.Identity)) {
+        const bool known = TakeKey(row.Name, row.Value,
+                                   {{"Id", Into(setup.Id, ParseId)},
+                                    {"Local", Into(setup.Local, ParseYesNo)},
+                                    {"Remote", Into(setup.Remote, ParseYesNo)},
+                                    {"Users", Into(setup.Users, SplitNames)},
+                                    {"Values", Into(values, AsItIs)},
+                                    {"Service", Into(service, AsItIs)},
+                                    {"WriteStatus", Into(setup.WriteStatus, ParseInteger)},
+                                    {"Copies", Into(setup.Copies, copies)},
+                                    {"StreamPiece", Into(setup.StreamPiece, piece)}});
+        if (!known && !ReadIdentity(row, setup.Identity))
             throw TError("unknown key");
-        }
     });
     if (setup.Id.empty())
         Fail(section, "Id", "it is missing");
@@ -168,13 +165,10 @@ TSimulation TReader::Read(std::string_view bytes) {
     TSimulation simulation;
     std::vector<std::string> names;
     EachRow("Simulation", [&](const TRow& row) {
-        if (SameText(row.Name, "Controllers"))
-            names = SplitNames(row.Value);
-        else if (SameText(row.Name, "Domain"))
-            simulation.Domain = row.Value;
-        else if (SameText(row.Name, "AnswerTimeout"))
-            simulation.AnswerTimeoutMs = ParseTime(row.Value);
-        else
+        if (!TakeKey(row.Name, row.Value,
+                     {{"Controllers", Into(names, SplitNames)},
+                      {"Domain", Into(simulation.Domain, AsItIs)},
+                      {"AnswerTimeout", Into(simulation.AnswerTimeoutMs, ParseTime)}}))
             throw TError("unknown key");
     });
     if (names.empty())

@@ -2,7 +2,6 @@
 
 #include "core/Errors.h"
 #include "core/Numbers.h"
-#include "sim/controller/FlashRing.h"
 #include "sim/nabto/RowText.h"
 #include "sim/nabto/Status.h"
 
@@ -19,6 +18,12 @@ namespace {
 
 constexpr std::int32_t MostAddress = 1000000;
 constexpr std::int32_t MostRun = 65536;
+constexpr std::int32_t MostFiles = 16;
+constexpr std::int32_t MostWord = 65535;
+constexpr std::int32_t MostEvents = 100;
+// Images lie between the two areas of the flash log.
+constexpr std::int32_t ImagesBegin = 0xA10000;
+constexpr std::int32_t ImagesEnd = 0xD30000;
 
 [[noreturn]] void Unknown(const std::string& what, const std::string& name) {
     throw TError("unknown " + what + " \"" + name + "\"");
@@ -65,70 +70,40 @@ std::vector<TValueSource> ParseSources(const std::string& head) {
     Unknown("kind", kind);
 }
 
+// "<address>" of the given object, or "<object>/<address>".
+TRegisterAddress ParseAddress(const std::string& text, std::int32_t obj) {
+    const std::size_t slash = text.find('/');
+    if (slash == std::string::npos)
+        return {obj, ParseIntegerWithin(text, 0, MostAddress)};
+    return {ParseIntegerWithin(text.substr(0, slash), 0, MostAddress),
+            ParseIntegerWithin(text.substr(slash + 1), 0, MostAddress)};
+}
+
+std::string ParseQuery(const std::string& text) {
+    if (text != StreamQuery && !QueryOccasion(text))
+        Unknown("query", text);
+    return text;
+}
+
+std::int32_t ParseBlock(const std::string& text) {
+    return ParseIntegerWithin(text, 0, TFlashRing::BlockCount - 1);
+}
+
 // False if it is no option of conditions.
 bool ParseCondition(const TRowText::TOption& option, TFaultCondition& when) {
-    if (option.Name == "from")
-        when.FromMs = ParseTime(option.Value);
-    else if (option.Name == "to")
-        when.ToMs = ParseTime(option.Value);
-    else if (option.Name == "skip")
-        when.Skip = ParseCount(option.Value);
-    else if (option.Name == "times")
-        when.Times = ParseCount(option.Value);
-    else
-        return false;
-    return true;
+    return TakeOption(option, {{"from", Into(when.FromMs, ParseTime)},
+                               {"to", Into(when.ToMs, ParseTime)},
+                               {"skip", Into(when.Skip, ParseCount)},
+                               {"times", Into(when.Times, ParseCount)}});
 }
 
 bool ParseRequestCondition(const TRowText::TOption& option, TFaultCondition& when) {
-    if (option.Name == "query") {
-        if (option.Value != StreamQuery && !QueryOccasion(option.Value))
-            Unknown("query", option.Value);
-        when.Query = option.Value;
-    } else if (option.Name == "obj") {
-        when.Obj = ParseInteger(option.Value);
-    } else if (option.Name == "address") {
-        when.Address = ParseInteger(option.Value);
-    } else if (option.Name == "state") {
-        when.State = ParseInteger(option.Value);
-    } else if (option.Name == "block") {
-        when.Block = ParseIntegerWithin(option.Value, 0, TFlashRing::BlockCount - 1);
-    } else {
-        return ParseCondition(option, when);
-    }
-    return true;
+    return ParseCondition(option, when) || TakeOption(option, {{"query", Into(when.Query, ParseQuery)},
+                                                               {"obj", Into(when.Obj, ParseInteger)},
+                                                               {"address", Into(when.Address, ParseInteger)},
+                                                               {"state", Into(when.State, ParseInteger)},
+                                                               {"block", Into(when.Block, ParseBlock)}});
 }
-
-enum class EArgument { Time, On, Text, Integer, Count, File };
-
-struct TFaultName {
-    std::string_view Name;
-    EFault Kind;
-    EArgument Argument;
-};
-
-constexpr std::array<TFaultName, 20> FaultNames{{
-    {"Latency", EFault::Latency, EArgument::Time},
-    {"NoAnswer", EFault::NoAnswer, EArgument::On},
-    {"Error", EFault::Error, EArgument::Text},
-    {"WrongCount", EFault::WrongCount, EArgument::Integer},
-    {"Garbage", EFault::Garbage, EArgument::Text},
-    {"Huge", EFault::Huge, EArgument::Count},
-    {"RefuseWrite", EFault::RefuseWrite, EArgument::Integer},
-    {"ChangeAfterWrite", EFault::ChangeAfterWrite, EArgument::Integer},
-    {"SlowStream", EFault::SlowStream, EArgument::Time},
-    {"BrokenStream", EFault::BrokenStream, EArgument::Count},
-    {"StalledStream", EFault::StalledStream, EArgument::Count},
-    {"BufferFull", EFault::BufferFull, EArgument::On},
-    {"LostAnswer", EFault::LostAnswer, EArgument::On},
-    {"Refuse", EFault::Refuse, EArgument::Count},
-    {"WrongEcho", EFault::WrongEcho, EArgument::Integer},
-    {"ShortRead", EFault::ShortRead, EArgument::Count},
-    {"BadImage", EFault::BadImage, EArgument::File},
-    {"OldResult", EFault::OldResult, EArgument::On},
-    {"LateReturn", EFault::LateReturn, EArgument::Time},
-    {"NoReturn", EFault::NoReturn, EArgument::On},
-}};
 
 constexpr std::array<std::string_view, 13> Functions{EndSessionsFault,
                                                      "nabtoStartup",
@@ -149,39 +124,61 @@ void ParseOn(const std::string& text) {
         throw TError("\"" + text + "\" is neither on nor off");
 }
 
-void ParseArgument(EArgument argument, const std::string& text, TFault& fault) {
+void ParseArgument(EFaultArgument argument, const std::string& text, TFault& fault) {
     switch (argument) {
-    case EArgument::Time:
+    case EFaultArgument::Time:
         fault.Number = ParseTime(text);
         return;
-    case EArgument::On:
+    case EFaultArgument::On:
         ParseOn(text);
         return;
-    case EArgument::Text:
+    case EFaultArgument::Text:
         fault.Text = text;
         return;
-    case EArgument::Integer:
+    case EFaultArgument::Integer:
         fault.Number = ParseIntegerWithin(text, -MostRun, MostRun);
         return;
-    case EArgument::Count:
+    case EFaultArgument::Count:
         fault.Number = static_cast<std::int64_t>(ParseCount(text));
         return;
-    case EArgument::File:
-        fault.Number = ParseIntegerWithin(text, 1, 16);
+    case EFaultArgument::File:
+        fault.Number = ParseIntegerWithin(text, 1, MostFiles);
         return;
     }
 }
 
-} // namespace
-
-TRegisterAddress ParseSetpoint(const std::string& text, std::int32_t obj) {
-    const std::size_t slash = text.find('/');
-    if (slash == std::string::npos)
-        return {obj, ParseIntegerWithin(text, 0, MostAddress)};
-    return {ParseIntegerWithin(text.substr(0, slash), 0, MostAddress),
-            ParseIntegerWithin(text.substr(slash + 1), 0, MostAddress)};
+void ParseImage(const std::string& number, const std::string& text, TImageStore::TSetup& images) {
+    const std::int32_t file = ParseIntegerWithin(number, 1, MostFiles);
+    const TRowText row = SplitRowText(text);
+    const std::int32_t address = ParseIntegerWithin(row.Head, ImagesBegin, ImagesEnd - 1);
+    TImageSetup image;
+    image.Address = static_cast<std::uint32_t>(address);
+    const auto room = [address](const std::string& value) {
+        return static_cast<std::uint32_t>(ParseIntegerWithin(value, 1, ImagesEnd - address));
+    };
+    for (const TRowText::TOption& option : row.Options)
+        if (!TakeOption(option, {{"room", Into(image.Room, room)},
+                                 {"version", Into(image.Version, AsItIs)},
+                                 {"number", Into(image.Number, ParseInteger)}}))
+            Unknown("option", option.Name);
+    if (image.Room == 0)
+        throw TError("it has no option \"room\"");
+    for (const auto& [other, place] : images)
+        if (other != file && image.Address < place.Address + place.Room &&
+            place.Address < image.Address + image.Room)
+            throw TError("its room overlaps that of image " + std::to_string(other));
+    images[file] = image;
 }
 
+TRegisterAddress ParseSetpoint(const std::string& text) {
+    return ParseAddress(text, 0);
+}
+
+std::int32_t ParseWord(const std::string& text) {
+    return ParseIntegerWithin(text, 0, MostWord);
+}
+
+// "setpoint 0 101..119": table, first address and count of a run.
 TValueRun ParsePlace(const std::string& text) {
     TValueRun run;
     const std::vector<std::string> words = SplitWords(text);
@@ -200,24 +197,39 @@ TValueRun ParsePlace(const std::string& text) {
     return run;
 }
 
+std::vector<TServiceSetup::TLogValue> ParseLogValues(const std::string& text) {
+    std::vector<TServiceSetup::TLogValue> values;
+    for (const std::string& name : SplitNames(text)) {
+        const TValueRun run = ParsePlace(name);
+        for (std::int32_t i = 0; i < run.Count; ++i)
+            values.push_back({run.Table, {run.First.Obj, run.First.Address + i}});
+    }
+    if (values.size() > TFlashRing::MostValues) {
+        throw TError("a record has room for " + std::to_string(TFlashRing::MostValues) + " values, not " +
+                     std::to_string(values.size()));
+    }
+    return values;
+}
+
+} // namespace
+
 TValueRun ParseValueRow(const std::string& key, const std::string& text) {
     TValueRun run = ParsePlace(key);
     const TRowText row = SplitRowText(text);
     run.Sources = ParseSources(row.Head);
     std::int64_t shift = 0;
-    for (const TRowText::TOption& option : row.Options)
-        if (option.Name == "signed")
-            run.Signed = true;
-        else if (option.Name == "shift")
-            shift = ParseTime(option.Value);
-        else if (option.Name == "stagger")
-            run.StaggerMs = ParseTime(option.Value);
-        else if (option.Name == "write")
-            run.WrittenAt.push_back(ParseSetpoint(option.Value, run.First.Obj));
-        else if (option.Name == "refused")
-            run.RefusedStatus = option.Value.empty() ? 2 : ParseInteger(option.Value);
-        else
+    for (const TRowText::TOption& option : row.Options) {
+        const auto writtenAt = [&](const std::string& value) {
+            run.WrittenAt.push_back(ParseAddress(value, run.First.Obj));
+        };
+        const auto refused = [](const std::string& value) { return value.empty() ? 2 : ParseInteger(value); };
+        if (!TakeOption(option, {{"signed", [&](const std::string&) { run.Signed = true; }},
+                                 {"shift", Into(shift, ParseTime)},
+                                 {"stagger", Into(run.StaggerMs, ParseTime)},
+                                 {"write", writtenAt},
+                                 {"refused", Into(run.RefusedStatus, refused)}}))
             Unknown("option", option.Name);
+    }
     for (TValueSource& source : run.Sources)
         source.AheadMs = shift;
     if (row.Head.starts_with("list") && run.Sources.size() != static_cast<std::size_t>(run.Count)) {
@@ -228,19 +240,19 @@ TValueRun ParseValueRow(const std::string& key, const std::string& text) {
 }
 
 void ParseFaultRow(const std::string& key, const std::string& text, std::vector<TFault>& faults) {
-    for (const TFaultName& name : FaultNames) {
-        if (!SameText(key, name.Name))
+    for (const TFaultKind& kind : FaultKinds()) {
+        if (!SameText(key, kind.Name))
             continue;
         const TRowText row = SplitRowText(text);
         if (SameText(row.Head, "off"))
             return;
         TFault fault;
-        fault.Kind = name.Kind;
-        ParseArgument(name.Argument, row.Head, fault);
+        fault.Kind = kind.Kind;
+        ParseArgument(kind.Argument, row.Head, fault);
         for (const TRowText::TOption& option : row.Options)
             if (!ParseRequestCondition(option, fault.When))
                 Unknown("option", option.Name);
-        if (!fault.When.Query.empty() && !CanBeDue(fault.Kind, fault.When.Query))
+        if (!fault.When.Query.empty() && !kind.CanBeDue(fault.When.Query))
             throw TError("this fault never comes with query=" + fault.When.Query);
         faults.push_back(std::move(fault));
         return;
@@ -266,6 +278,31 @@ TLibraryFault ParseLibraryRow(const std::string& key, const std::string& text) {
         return fault;
     }
     Unknown("function", key);
+}
+
+void ParseServiceRow(const std::string& key, const std::string& text, TServiceSetup& setup) {
+    constexpr std::string_view Image = "image ";
+    if (LowerCase(key).starts_with(Image)) {
+        ParseImage(key.substr(Image.size()), text, setup.Images);
+        return;
+    }
+    const auto events = [](const std::string& value) { return ParseIntegerWithin(value, 0, MostEvents); };
+    const auto size = [](const std::string& value) { return ParseIntegerWithin(value, 0, MostWord + 1); };
+    if (!TakeKey(key, text,
+                 {{"UpdateTime", Into(setup.Times.Update, ParseTime)},
+                  {"RestartTime", Into(setup.Times.Restart, ParseTime)},
+                  {"CheckTime", Into(setup.Times.Check, ParseTime)},
+                  {"ResetTime", Into(setup.Times.Reset, ParseTime)},
+                  {"EraseTime", Into(setup.Times.Erase, ParseTime)},
+                  {"CrcResult", Into(setup.CrcResult, ParseSetpoint)},
+                  {"LogValues", Into(setup.LogValues, ParseLogValues)},
+                  {"LogBlock", Into(setup.LogBlock, ParseWord)},
+                  {"LogInUse", Into(setup.LogInUse, ParseWord)},
+                  {"LogCounters", Into(setup.Eeprom.LogCounters, ParseWord)},
+                  {"ErrorLog", Into(setup.Eeprom.ErrorLog, ParseWord)},
+                  {"ErrorEvents", Into(setup.Eeprom.ErrorEvents, events)},
+                  {"EepromSize", Into(setup.Eeprom.Size, size)}}))
+        throw TError("unknown key");
 }
 
 } // namespace tidewell

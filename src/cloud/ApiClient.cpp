@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/Numbers.h"
+#include "core/ProgramState.h"
 #include "core/WaitCursor.h"
 
 #include <nlohmann/json.hpp>
@@ -98,17 +99,7 @@ std::string PathPiece(const std::string& text) {
     return piece;
 }
 
-THttpReply NoReply(const char* why) {
-    THttpReply reply;
-    reply.Error = why;
-    return reply;
-}
-
 } // namespace
-
-TApiClient::TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& address) : TApiClient(dialogs) {
-    UseService(http, address);
-}
 
 void TApiClient::UseService(IHttp& http, const TCloudAddress& address) {
     Http = &http;
@@ -125,7 +116,7 @@ THttpReply TApiClient::Exchange(const THttpRequest& request) {
 
 THttpReply TApiClient::Call(const std::string& method, const std::string& url, const std::string& body,
                             bool authorize, std::chrono::milliseconds limit) {
-    if (MayCall && !MayCall())
+    if (!Program.IsOpen())
         return NoReply("the program is closed");
     THttpRequest request{
         method, url, {{"Accept", "application/json"}, {"Content-Type", "application/json"}}, body};
@@ -137,8 +128,7 @@ THttpReply TApiClient::Call(const std::string& method, const std::string& url, c
     LastFailure = reply.Code == 200 ? std::string() : RaisedText(reply);
     if (reply.Code < 0) {
         debugLines.push_back("No connection: " + reply.Error);
-        if (OnNoConnection)
-            OnNoConnection(reply.Error);
+        OnNoConnection(reply.Error);
     }
     return reply;
 }
@@ -189,11 +179,17 @@ int TApiClient::LoginReply(const THttpReply& reply) {
     token = reply.Header("Authorization");
     if (token.empty()) {
         debugLines.emplace_back("ERROR: The reply of the login has no token.");
-        if (OnNoToken)
-            OnNoToken();
+        OnNoToken();
     }
     _isLoggedIn = true;
     return 0;
+}
+
+int TApiClient::Refused(const THttpReply& reply, const char* notLoggedIn, const std::string& line) {
+    if (reply.Code == 401)
+        debugLines.emplace_back(notLoggedIn);
+    debugLines.push_back(line + ExceptionPart(reply));
+    return reply.Code == 401 ? -3 : -1;
 }
 
 int TApiClient::Logout() {
@@ -202,13 +198,8 @@ int TApiClient::Logout() {
     _creds = {};
     try {
         const THttpReply reply = Call("POST", BaseUrl + "/logout", {}, true);
-        if (Raised(reply)) {
-            const bool notLoggedIn = reply.Code == 401;
-            if (notLoggedIn)
-                debugLines.emplace_back("UNORTHORIZED: Not logged in.");
-            debugLines.push_back(RefusedLine(reply) + ExceptionPart(reply));
-            return notLoggedIn ? -3 : -1;
-        }
+        if (Raised(reply))
+            return Refused(reply, "UNORTHORIZED: Not logged in.", RefusedLine(reply));
         return reply.Code == 200 ? 0 : -1;
     } catch (const std::exception& error) {
         debugLines.push_back(std::string("ERROR in logout: Unable to call the API. Reason: ") + error.what());
@@ -236,13 +227,8 @@ int TApiClient::FetchIdentity(const std::string& path, TCredentials& credentials
     try {
         debugLines.push_back("Calling url: " + BaseUrl + path);
         reply = Call("GET", BaseUrl + path, {}, true);
-        if (Raised(reply)) {
-            const bool notLoggedIn = reply.Code == 401;
-            if (notLoggedIn)
-                debugLines.emplace_back("UNORTHORIZED: Not logged in.");
-            debugLines.push_back(RefusedLine(reply) + ExceptionPart(reply));
-            return notLoggedIn ? -3 : -1;
-        }
+        if (Raised(reply))
+            return Refused(reply, "UNORTHORIZED: Not logged in.", RefusedLine(reply));
         if (reply.Code != 200) {
             debugLines.push_back("ERROR: Could not authenticate. ResponseCode: " +
                                  std::to_string(reply.Code));
@@ -276,12 +262,8 @@ int TApiClient::KeepAlive() {
         debugLines.push_back("Calling url: " + BaseUrl + "/keepAlive");
         const THttpReply reply = Call("POST", BaseUrl + "/keepAlive", {}, true, KeepAliveLimit);
         if (Raised(reply)) {
-            const bool notLoggedIn = reply.Code == 401;
-            if (notLoggedIn)
-                debugLines.emplace_back("UNAUTHORIZED: Not logged in.");
-            debugLines.push_back("ERROR: Request failed with Errorcode: " + CodeText(reply) +
-                                 ExceptionPart(reply));
-            return notLoggedIn ? -3 : -1;
+            return Refused(reply, "UNAUTHORIZED: Not logged in.",
+                           "ERROR: Request failed with Errorcode: " + CodeText(reply));
         }
         if (reply.Code != 200) {
             debugLines.push_back(RefusedLine(reply));

@@ -1,16 +1,18 @@
 #pragma once
 
+#include "core/controls/Control.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/IHttp.h"
 
 #include <array>
 #include <chrono>
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <vector>
 
 namespace tidewell {
+
+class IProgramState;
 
 // The Nabto identity of a device or of an offline session; not the person's login.
 struct TCredentials {
@@ -30,9 +32,8 @@ class TApiClient {
   public:
     static constexpr std::size_t PermissionCount = 64;
 
-    // UseService comes before all that asks the service.
-    explicit TApiClient(IDialogs& dialogs) : Dialogs(dialogs) {}
-    TApiClient(IHttp& http, IDialogs& dialogs, const TCloudAddress& address);
+    // UseService comes before all that asks the service. Once the program is closed no call is made.
+    TApiClient(const IProgramState& program, IDialogs& dialogs) : Program(program), Dialogs(dialogs) {}
     void UseService(IHttp& http, const TCloudAddress& address);
 
     std::string token; // whole value of the Authorization header, "Bearer " and the JWT
@@ -42,12 +43,8 @@ class TApiClient {
     TCredentials _creds;          // of the offline session
     std::vector<std::string> debugLines;
     std::string LastFailure; // status line or reason, when the last exchange was not done; else empty
-    // Takes the reason whenever the server gave no reply at all. May be empty.
-    std::function<void(const std::string&)> OnNoConnection;
-    // A login that worked gave no token. May be empty.
-    std::function<void()> OnNoToken;
-    // Unset, every call is made; false when the program has been closed, and then none is.
-    std::function<bool()> MayCall;
+    TEvent<const std::string&> OnNoConnection; // the server gave no reply at all, for that reason
+    TEvent<> OnNoToken;                        // a login that worked gave none
 
     // Shows a box when there is no connection or the server refuses with another code than 401. A token of
     // another user is dropped, whatever comes of it.
@@ -70,8 +67,11 @@ class TApiClient {
     THttpReply Call(const std::string& method, const std::string& url, const std::string& body,
                     bool authorize, std::chrono::milliseconds limit = THttpRequest().WholeTimeout);
     int LoginReply(const THttpReply& reply);
+    // Notes the line, behind the other one where nobody is logged in. The result.
+    int Refused(const THttpReply& reply, const char* notLoggedIn, const std::string& line);
     int FetchIdentity(const std::string& path, TCredentials& credentials);
 
+    const IProgramState& Program;
     IHttp* Http = nullptr;
     IDialogs& Dialogs;
     std::string TokenUser; // whose token it is; empty for one that was handed in

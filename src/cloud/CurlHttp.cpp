@@ -195,12 +195,6 @@ std::string Explain(CURLcode code, const TCurl& curl, const TReplyCollector& col
     }
 }
 
-THttpReply NoReply(std::string why) {
-    THttpReply reply;
-    reply.Error = std::move(why);
-    return reply;
-}
-
 THttpReply Run(const THttpRequest& request, const TCurlSettings& settings) {
     if (!LibraryReady())
         return NoReply("The HTTPS library could not be started");

@@ -16,9 +16,9 @@ const char* const storedPassword = "Palisades";
 
 TNabtoLogOn::TNabtoLogOn(ILibraryLoader& libraries, IProcess& process, IDialogs& dialogs,
                          const TCurrentInifilesPath& paths, const TExtensions& extensions,
-                         std::function<std::string()> lastPW)
+                         const std::string& lastPW)
     : TForm("NabtoLogOn", "Nabto Logon"), Libraries(libraries), Process(process), Dialogs(dialogs),
-      Paths(paths), Extensions(extensions), LastPW(std::move(lastPW)) {
+      Paths(paths), Extensions(extensions), LastPW(lastPW) {
     EditPW.SetMasked(true);
     ButSave.SetVisible(false);
     offLineSessionCheckBox.SetHint("Check this box if you want to be able to work with local device while "
@@ -48,8 +48,7 @@ void TNabtoLogOn::EnableSaveButton() {
 void TNabtoLogOn::ForceLoadDll() {
     TLoadedLibrary loaded = Libraries.Load("KHelper");
     if (!loaded.Library) {
-        if (OnNotLoaded)
-            OnNotLoaded(loaded);
+        OnNotLoaded(loaded);
         Dialogs.ShowMessage("Error Dll not loaded");
         return;
     }
@@ -84,7 +83,7 @@ void TNabtoLogOn::ButOkClick() {
     const std::string password = EditPW.Text();
     const std::string key = CurrentMachineKey();
     CLoginPassword =
-        password == storedPassword ? LastPW() : Scramble(Process, Paths.directorypath, password, key);
+        password == storedPassword ? LastPW : Scramble(Process, Paths.directorypath, password, key);
     LoginPassword = Unscramble(Process, Paths.directorypath, CLoginPassword, key);
 }
 

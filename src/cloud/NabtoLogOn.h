@@ -8,7 +8,6 @@
 #include "core/ports/ILibraryLoader.h"
 #include "core/ports/IProcess.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -18,27 +17,26 @@ namespace tidewell {
 // the password for being stored on this machine, unless it is to stay private.
 class TNabtoLogOn : public TForm {
   public:
-    // lastPW gives the stored password in scrambled form.
+    // lastPW: the stored password in scrambled form.
     TNabtoLogOn(ILibraryLoader& libraries, IProcess& process, IDialogs& dialogs,
-                const TCurrentInifilesPath& paths, const TExtensions& extensions,
-                std::function<std::string()> lastPW);
+                const TCurrentInifilesPath& paths, const TExtensions& extensions, const std::string& lastPW);
 
-    TLabel LAbUser{"LAbUser", "User"};
-    TEdit EditUser{"EditUser"};
-    TLabel LabPW{"LabPW", "Password"};
-    TEdit EditPW{"EditPW"};
-    TCheckBox offLineSessionCheckBox{"offLineSessionCheckBox", "Prepare offline session"};
-    TButton ButOk{"ButOk", "Ok"};
-    TButton ButCancel{"ButCancel", "Cancel"};
-    TButton ButSave{"ButSave", "Save password"};
+    TLabel LAbUser{*this, "LAbUser", "User"};
+    TEdit EditUser{*this, "EditUser"};
+    TLabel LabPW{*this, "LabPW", "Password"};
+    TEdit EditPW{*this, "EditPW"};
+    TCheckBox offLineSessionCheckBox{*this, "offLineSessionCheckBox", "Prepare offline session"};
+    TButton ButOk{*this, "ButOk", "Ok"};
+    TButton ButCancel{*this, "ButCancel", "Cancel"};
+    TButton ButSave{*this, "ButSave", "Save password"};
 
     std::unique_ptr<ILibrary> dllHandle;         // KHelper, from FormActivate to FormClose
     const char* (*GetCPUIDasString)() = nullptr; // of KHelper; none while it is not loaded
     std::string LoginPassword;                   // in clear, as it came back through the tools
     std::string CLoginPassword;                  // scrambled
 
-    // Takes what came of loading the helper library, when it was not loaded. May be empty.
-    std::function<void(const TLoadedLibrary&)> OnNotLoaded;
+    // What came of loading the helper library, when it was not loaded.
+    TEvent<const TLoadedLibrary&> OnNotLoaded;
 
     void EnterUserName(const std::string& s) { EditUser.SetText(s); }
     void EnterPassword(const std::string& s) { EditPW.SetText(s); }
@@ -62,7 +60,7 @@ class TNabtoLogOn : public TForm {
     IDialogs& Dialogs;
     const TCurrentInifilesPath& Paths;
     const TExtensions& Extensions;
-    std::function<std::string()> LastPW;
+    const std::string& LastPW;
 };
 
 } // namespace tidewell

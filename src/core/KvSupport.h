@@ -80,6 +80,7 @@ std::string VersionText(const Tsysteminfo& version); // "Version : ..."
 // Sorts the rows by text and fills the table: column 0 is the row's position, then the row's fields, split
 // strictly.
 void FillGridFromRows(std::vector<std::string> rows, TStringTable& grid);
+// Part of the contract, like SaveGridToFile; nothing here calls them.
 // With the flag set clears every row but the first. A grid of 3 or more rows is cut to 1.
 void ClearGrid(TStringTable& grid, bool clearRows);
 std::size_t MaxTextLength(const std::vector<std::string>& rows); // characters of the longest row

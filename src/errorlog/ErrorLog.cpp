@@ -43,32 +43,32 @@ std::string ErrorEventText(std::uint16_t MoDy, std::uint16_t MinErr) {
            PaddedText(number, 2) + (came ? " ON" : " OFF");
 }
 
-TErrorLog::TErrorLog(const TParts& parts) : Parts(parts) {
+TErrorLog::TErrorLog(TForm& form, const TNeeds& needs) : TControls(form), Needs(needs) {
     TabErrorlog.SetVisible(false);
-    Parts.TheTab.Pages.emplace_back(TabErrorlog);
+    Needs.TheTab.Pages.emplace_back(TabErrorlog);
 }
 
 void TErrorLog::EvalErrorlog(const std::string& wordList, const std::string& remark) {
     ErrorLogActive = false;
     ErrorLogActiveCount = 0;
-    Parts.Log.StopLog();
+    Needs.Log.StopLog();
     Memo.Clear();
     TabErrorlog.SetVisible(true);
-    Parts.TheTab.SetActivePage(TabErrorlog);
+    Needs.TheTab.SetActivePage(TabErrorlog);
 
-    const TTime now = Parts.Clock.Now();
-    Memo.Add(Parts.Clock.ShortDate(now) + " " + Parts.Clock.LongTime(now));
+    const TTime now = Needs.Clock.Now();
+    Memo.Add(Needs.Clock.ShortDate(now) + " " + Needs.Clock.LongTime(now));
     if (!wordList.empty())
         AddEvents(wordList);
     if (!remark.empty())
         Memo.Add(remark);
     const auto path =
-        Parts.Paths.directorypath / "log" / "userlog" / ("errorlog " + DateTimeStamp(Parts.Clock) + ".csv");
-    Parts.Files.CreateDirectories(path.parent_path());
-    WriteLines(Parts.Files, path, Memo.Lines());
+        Needs.Paths.directorypath / "log" / "userlog" / ("errorlog " + DateTimeStamp(Needs.Clock) + ".csv");
+    Needs.Files.CreateDirectories(path.parent_path());
+    WriteLines(Needs.Files, path, Memo.Lines());
     Memo.Add("File saved in userlog directory");
     Memo.TopRequested.Emit(); // the date of the read, and the events of late
-    Parts.Panel.InitQuestionStringlistStructures();
+    Needs.Panel.InitQuestionStringlistStructures();
 }
 
 void TErrorLog::AddEvents(const std::string& wordList) {
@@ -79,23 +79,23 @@ void TErrorLog::AddEvents(const std::string& wordList) {
     for (std::size_t event = 0; event <= last; ++event) {
         const std::string& MoDy = At(words, event);
         const std::string& MinErr = At(words, event + last + 1);
-        if (Parts.Settings.doIncludeValuesInFile)
+        if (Needs.Settings.doIncludeValuesInFile)
             Memo.Add("DataValues for calculation -> MoDy " + MoDy + " MinErr " + MinErr);
         Memo.Add("Number" + std::to_string(event + 1) + " " + ErrorEventText(Word(MoDy), Word(MinErr)));
     }
 }
 
 void TErrorLog::Errorlog1Click() {
-    if (!Parts.Profile.ProfileLoaded)
+    if (!Needs.Profile.ProfileLoaded)
         return;
-    Parts.Log.StopLog();
-    Parts.Panel.ClearCycleReadList();
-    if (Parts.Panel.DeviceList.Count() > 0)
-        Parts.Panel.DeviceList.GetDevice(0).ReadList.clear();
-    std::size_t number = Parts.Panel.CycleReadListGetNumbersInList();
-    for (const auto& question : Parts.Settings.Qestion.Rows())
-        Parts.Panel.CycleReadListAddQestion(question.Value + ";" + std::to_string(number++));
-    Parts.Log.StartLog(true, true);
+    Needs.Log.StopLog();
+    Needs.Panel.ClearCycleReadList();
+    if (Needs.Panel.DeviceList.Count() > 0)
+        Needs.Panel.DeviceList.GetDevice(0).ReadList.clear();
+    std::size_t number = Needs.Panel.CycleReadListGetNumbersInList();
+    for (const auto& question : Needs.Settings.Qestion.Rows())
+        Needs.Panel.CycleReadListAddQestion(question.Value + ";" + std::to_string(number++));
+    Needs.Log.StartLog(true, true);
     ErrorLogActive = true;
     ErrorLogActiveCount = 0;
 }

@@ -23,10 +23,10 @@ struct TErrorLogSettings;
 std::string ErrorEventText(std::uint16_t MoDy, std::uint16_t MinErr);
 
 // Decodes the error log that was read from the device, shows it on a tab page of its own and saves it.
-class TErrorLog {
+class TErrorLog : public TControls {
   public:
     // All references outlive the error log.
-    struct TParts {
+    struct TNeeds {
         ILogControl& Log;
         IFiles& Files;
         const IClock& Clock;
@@ -37,9 +37,7 @@ class TErrorLog {
         TPageControl& TheTab;
     };
     // Adds its page, hidden, behind the pages of TheTab.
-    explicit TErrorLog(const TParts& parts);
-    TErrorLog(const TErrorLog&) = delete;
-    TErrorLog& operator=(const TErrorLog&) = delete;
+    TErrorLog(TForm& form, const TNeeds& needs);
 
     // The words as decimal numbers, each closed by ";": those of all events' MoDy, then those of their
     // MinErr. The page shows them in place of an earlier log. Throws EListError when the last MinErr is
@@ -51,13 +49,13 @@ class TErrorLog {
 
     bool ErrorLogActive = false; // that log runs
     std::size_t ErrorLogActiveCount = 0;
-    TTabSheet TabErrorlog{"TabErrorlog", "ErrorLog"}; // no page until the first log
-    TMemo Memo{"MemoErrorlog"};                       // fills the page
+    TTabSheet TabErrorlog{*this, "TabErrorlog", "ErrorLog"}; // no page until the first log
+    TMemo Memo{*this, "MemoErrorlog"};                       // fills the page
 
   private:
     void AddEvents(const std::string& wordList);
 
-    const TParts Parts;
+    const TNeeds Needs;
 };
 
 } // namespace tidewell

@@ -49,9 +49,9 @@ void AddText(TTextColumn& column, std::string_view text) {
 
 } // namespace
 
-TGraphPage::TGraphPage(const TParts& parts)
-    : NamedBits(parts.Profile, parts.MemoEventLog), Parts(parts),
-      ProfileChannels(graph.Channels, parts.Profile) {
+TGraphPage::TGraphPage(TForm& form, const TNeeds& needs)
+    : TControls(form), NamedBits(needs.Profile, needs.MemoEventLog), Needs(needs),
+      ProfileChannels(graph.Channels, needs.Profile) {
     ConnectSurface();
     ConnectMenu();
 }
@@ -65,7 +65,7 @@ void TGraphPage::ConnectSurface() {
         graph.YAxis.AdditionalAxes[1].Axis.ToolBar.Buttons.ZoomOff.PerformClick();
         TimeLabels.AdjustNumberOfLabelsToScreen();
     };
-    graph.OnContextPopup = [this](int, int) { Parts.Dialogs.Popup(PopupMenu); };
+    graph.OnContextPopup = [this](int, int) { Needs.Dialogs.Popup(PopupMenu); };
     graph.OnOverChannel = [this](std::size_t index, const TSLPoint&) { CurrentChannelindex = index; };
     graph.Legend.Channels.OnItemClick = [this](std::size_t index, bool& handled) {
         handled = true;
@@ -146,15 +146,15 @@ void TGraphPage::ClearGraphPage() {
     for (TSLDisplayChannel& channel : graph.Channels)
         channel.Data.Clear();
     TimeLabels.Blank();
-    DataLogDataValues.Reset(Parts.Profile.GraphEnableCount);
+    DataLogDataValues.Reset(Needs.Profile.GraphEnableCount);
     GraphDataLabelsTimeText.Clear();
     GraphDataLabelsDateText.Clear();
     FileRows = 0;
-    Parts.Log.ClearLog();
+    Needs.Log.ClearLog();
     graph.ZoomOff();
     SetView(0, GraphSpan());
     graph.Invalidate();
-    Parts.MemoEventLog.Add("Clear Graph execute");
+    Needs.MemoEventLog.Add("Clear Graph execute");
     DatalogFileOpen = false;
     DatalogLastLineSetpoint.clear();
     UpdateGraphScrollBar();
@@ -167,7 +167,7 @@ void TGraphPage::ExtendGraph(std::string_view line) {
         UpdateGraphTimeLabels();
         return;
     }
-    Parts.MemoEventLog.Add("extend graph Datavalue->" + PlainText(graph.XAxis.Max.DataValue()) + "Value" +
+    Needs.MemoEventLog.Add("extend graph Datavalue->" + PlainText(graph.XAxis.Max.DataValue()) + "Value" +
                            PlainText(graph.XAxis.Max.Value()));
     UpdateGraphScrollBar();
     AddGraphSample(line, sample);
@@ -182,7 +182,7 @@ void TGraphPage::AddGraphSample(std::string_view line, std::size_t sampleIndex) 
     const bool drawn = IsDrawn(sampleIndex);
     std::size_t number = 0;
     std::string fault; // of one curve, which must not cost the others their value
-    for (const TGraphPoint& point : Parts.Profile.GraphPoints) {
+    for (const TGraphPoint& point : Needs.Profile.GraphPoints) {
         if (!point.IsChannel)
             continue;
         const std::size_t channel = number++;
@@ -285,7 +285,7 @@ void TGraphPage::Rezoom(int factor) {
 
 void TGraphPage::DrawGraphDatafromList(IDataLines& lines) {
     const std::size_t count = lines.Count();
-    TProgressBar& bar = Parts.FileProgressBar;
+    TProgressBar& bar = Needs.FileProgressBar;
     bar.SetMax(static_cast<int>(count + count / 10));
     if (count < 2)
         throw EListError("List index out of bounds (" + std::to_string(static_cast<int>(count) - 2) + ")");
@@ -293,12 +293,12 @@ void TGraphPage::DrawGraphDatafromList(IDataLines& lines) {
     const std::size_t stepOfBar = std::max<std::size_t>(count / 100, 1);
     bar.SetVisible(true);
     const TAtExit hideBar([&bar] { bar.SetVisible(false); });
-    TGraphRowParser parser(Parts.Profile.GraphPoints);
+    TGraphRowParser parser(Needs.Profile.GraphPoints);
     std::string_view line;
     for (std::size_t i = 0; i < drawn; ++i) {
         if (i % stepOfBar == 0) {
             bar.SetPosition(static_cast<int>(i));
-            Parts.Wait.Sleep(0);
+            Needs.Wait.Sleep(0);
         }
         line = lines.Next();
         parser.Parse(line);
@@ -329,7 +329,7 @@ void TGraphPage::AddParsedSample(const TGraphRowParser& parser, std::size_t samp
 
 void TGraphPage::RenewNames(const TGraphRowParser& parser) {
     std::size_t number = 0;
-    for (const TGraphPoint& point : Parts.Profile.GraphPoints) {
+    for (const TGraphPoint& point : Needs.Profile.GraphPoints) {
         if (!point.IsChannel)
             continue;
         ProfileChannels.ShowValue(number, point.Type, parser.Value(number));
@@ -339,7 +339,7 @@ void TGraphPage::RenewNames(const TGraphRowParser& parser) {
 
 void TGraphPage::ShowBinaryPopup(double value) {
     NamedBits.PrepareBinaryView(Truncated(value));
-    Parts.Dialogs.Popup(GraphBinaryPopup);
+    Needs.Dialogs.Popup(GraphBinaryPopup);
 }
 
 void TGraphPage::graphLegendChannelsItemClick(std::size_t index) {
@@ -366,11 +366,11 @@ void TGraphPage::graphCustomMouseHitLabel(std::string& text, double value) {
 double TGraphPage::GetChannelYValue(std::size_t index, const TSLDisplayChannel& channel) {
     if (index > channel.Data.GetSize())
         return NoValue;
-    Parts.MemoEventLog.Add("Get Y-value");
+    Needs.MemoEventLog.Add("Get Y-value");
     if (index == channel.Data.GetSize())
         return NoValue;
     const double value = channel.Data.Points()[index].Y;
-    Parts.MemoEventLog.Add("XPoint " + std::to_string(index) + " YPoint " + FixedText(value, 2));
+    Needs.MemoEventLog.Add("XPoint " + std::to_string(index) + " YPoint " + FixedText(value, 2));
     return value;
 }
 

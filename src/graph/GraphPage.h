@@ -36,7 +36,7 @@ class IDataLines {
 
 // Plots the profile's graph points over the sample index. Every sample is kept in DataLogDataValues; the
 // surface holds only every GraphZoomFactor-th of those in the window in view.
-class TGraphPage {
+class TGraphPage : public TControls {
   public:
     // The part of the log that begins anew with the graph.
     class ILog {
@@ -46,7 +46,7 @@ class TGraphPage {
         virtual void ClearLog() = 0;
     };
 
-    struct TParts {
+    struct TNeeds {
         TProfile& Profile;
         ILog& Log;
         IDialogs& Dialogs;
@@ -55,9 +55,7 @@ class TGraphPage {
         TProgressBar& FileProgressBar;
     };
 
-    explicit TGraphPage(const TParts& parts);
-    TGraphPage(const TGraphPage&) = delete;
-    TGraphPage& operator=(const TGraphPage&) = delete;
+    TGraphPage(TForm& form, const TNeeds& needs);
 
     void TakeTexts(const TIniFile& language);
     // Sets the axes and clears the page; with rebuild also makes the channels anew from the open profile,
@@ -96,19 +94,19 @@ class TGraphPage {
     double GetChannelYValue(std::size_t index, const TSLDisplayChannel& channel);
 
     TSLScope graph;
-    TLabel LblGraphPageEmpty{"LblGraphPageEmpty"}; // what will appear; hidden while there are curves
-    TScrollBar GraphScroll{"GraphScroll"};
-    TButton GraphZoomPlusButton{"GraphZoomPlusButton", "+"};
-    TButton GraphZoomMinusButton{"GraphZoomMinusButton", "-"};
-    TLabel GraphZoomLevelLabel{"GraphZoomLevelLabel", "Zoom: 1"};
-    TPopupMenu PopupMenu{"PopupMenu"};
-    TMenuItem Graphitems1{"Graphitems1", "Graph toolbar"};
-    TMenuItem Hold1{"Hold1", "Hold"};
-    TMenuItem zoomall1{"zoomall1", "Zoom all"};
-    TMenuItem Cleargraph1{"Cleargraph1", "Clear graph"};
-    TMenuItem Exportdatatocsv1{"Exportdatatocsv1", "Export data to csv"};
-    TPopupMenu GraphBinaryPopup{"GraphBinaryPopup"}; // drawn from NamedBits
-    TMenuItem binaryview1{"binaryview1"};
+    TLabel LblGraphPageEmpty{*this, "LblGraphPageEmpty"}; // what will appear; hidden while there are curves
+    TScrollBar GraphScroll{*this, "GraphScroll"};
+    TButton GraphZoomPlusButton{*this, "GraphZoomPlusButton", "+"};
+    TButton GraphZoomMinusButton{*this, "GraphZoomMinusButton", "-"};
+    TLabel GraphZoomLevelLabel{*this, "GraphZoomLevelLabel", "Zoom: 1"};
+    TPopupMenu PopupMenu{*this, "PopupMenu"};
+    TMenuItem Graphitems1{*this, "Graphitems1", "Graph toolbar"};
+    TMenuItem Hold1{*this, "Hold1", "Hold"};
+    TMenuItem zoomall1{*this, "zoomall1", "Zoom all"};
+    TMenuItem Cleargraph1{*this, "Cleargraph1", "Clear graph"};
+    TMenuItem Exportdatatocsv1{*this, "Exportdatatocsv1", "Export data to csv"};
+    TPopupMenu GraphBinaryPopup{*this, "GraphBinaryPopup"}; // drawn from NamedBits
+    TMenuItem binaryview1{*this, "binaryview1"};
     TNamedBits NamedBits;
     TSampleTable DataLogDataValues;      // by channel
     TTextColumn GraphDataLabelsTimeText; // by row of the log
@@ -140,7 +138,7 @@ class TGraphPage {
     void graphCursorsPositionChange(const TSLPoint& position);
     void graphCustomMouseHitLabel(std::string& text, double value);
 
-    TParts Parts;
+    TNeeds Needs;
     TProfileChannels ProfileChannels;
     TGraphTimeLabels TimeLabels{graph, GraphDataLabelsTimeText, GraphDataLabelsDateText};
 };

@@ -28,7 +28,7 @@ class TSLChannelData {
     void AddYPoint(double y); // at the last X plus 1, the first at 0
     void DropFrom(double x);  // the last points, as far as they lie at x or behind
     std::size_t GetSize() const { return Content.size(); }
-    // Copies all Y values into a buffer of GetSize() elements.
+    // Copies all Y values into a buffer of GetSize() elements. Part of the contract; nothing here calls it.
     void GetDrawYData(double* buffer) const;
     const std::vector<TSLPoint>& Points() const { return Content; }
 

@@ -29,13 +29,12 @@ class TSLRedraw {
     bool IsPending() const { return PicturePending; }
     bool AreCurvesReplaced() const { return CurvesReplaced; }
     bool AreNamesPending() const { return NamesPending; }
-    // The view calls these before it reads what it draws.
+    // The view calls this before it reads what it draws.
     void Begin() {
         PicturePending = false;
         CurvesReplaced = false;
         NamesPending = false;
     }
-    void BeginNames() { NamesPending = false; }
 
     TSignal<> Changed;
 

@@ -12,9 +12,9 @@
 #include "core/ports/IDialogs.h"
 #include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
+#include "link/DownloadFiles.h"
 #include "link/FirmwarePackage.h"
 #include "link/FirmwareUpdate.h"
-#include "link/ServiceFiles.h"
 #include "link/UpdateStatus.h"
 
 #include <utility>
@@ -149,7 +149,7 @@ void TContinuousUpdate::SaveReport(std::vector<std::string> lines) {
     lines.emplace_back("Continuous test report");
     lines.push_back("Test results -> TestOk: " + std::to_string(ContUpdateACK) +
                     " TestBad: " + std::to_string(ContUpdateNACK));
-    const auto directory = GetFlashLogLogpath(Services.Paths);
+    const auto directory = UpdateLogDirectory(Services.Paths);
     try {
         Services.Files.CreateDirectories(directory);
         WriteLines(Services.Files,

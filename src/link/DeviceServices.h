@@ -13,6 +13,7 @@ class ITimers;
 class IWait;
 class TApiClient;
 class TDeviceUse;
+class TForm;
 class TMemo;
 class TModbusPanel;
 class TProfile;
@@ -30,6 +31,7 @@ struct TDeviceNeeds {
     IFiles& Files;
     const IClock& Clock;
     const IProgramState& Program;
+    TForm& MainForm; // which shows the link
     const TCurrentInifilesPath& Paths;
     const TExtensions& Extensions;
     TApiClient& ApiClient;
@@ -42,6 +44,7 @@ struct TDeviceNeeds {
 
 // What the driver's tasks share: its own needs, and what there is once of each device.
 struct TDeviceServices : TDeviceNeeds {
+    TForm& Form; // the service form
     TDeviceUse& Use;
     TMemo& memoDebug;          // the service form's diary
     TStatusBar& StatusBar;     // of the service form; panel 2 shows the progress

@@ -3,7 +3,6 @@
 #include "core/controls/ExclusiveUse.h"
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -19,23 +18,24 @@ class TDeviceUse : public TExclusiveUse {
     // The driver has got another device, with which all actions that are under way have lost theirs.
     void DeviceChanged() { ++Changes; }
 
-    // Brings the driver to the device in force and gives its address; nothing when it cannot be had, of which
-    // the user has been told.
-    std::function<std::optional<std::string>()> Take;
-    // Tells the user that an action has lost this device. Must not throw.
-    std::function<void(const std::string& device)> TellLost;
+    // To bring the driver to the device in force, and to set its address; nothing when it cannot be had, of
+    // which the user has been told.
+    TEvent<std::optional<std::string>&> OnTake;
+    // An action has lost this device, of which the user is to be told. Must not throw.
+    TEvent<const std::string&> OnLost;
 
     // An action on the user's behalf, to be made before its first step, which is left out if it is false.
     // Actions may stand below one another; only the outermost has anything to take.
     class TAction {
       public:
-        explicit TAction(TDeviceUse& use) : Use(use), Address(use.Take ? use.Take() : std::string()) {
+        explicit TAction(TDeviceUse& use) : Use(use), Address(std::string()) {
+            Use.OnTake(Address);
             Changes = Use.Changes;
             ++Use.Depth;
         }
         ~TAction() {
-            if (--Use.Depth == 0 && Address && !Kept() && Use.TellLost)
-                Use.TellLost(*Address);
+            if (--Use.Depth == 0 && Address && !Kept())
+                Use.OnLost(*Address);
         }
         TAction(const TAction&) = delete;
         TAction& operator=(const TAction&) = delete;

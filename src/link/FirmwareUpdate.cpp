@@ -15,9 +15,9 @@
 #include "core/ports/IDialogs.h"
 #include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
+#include "link/DownloadFiles.h"
 #include "link/FileUpload.h"
 #include "link/Nabto.h"
-#include "link/ServiceFiles.h"
 #include "link/UpdateRun.h"
 #include "link/UpdateStatus.h"
 
@@ -431,7 +431,7 @@ void TFirmwareUpdate::TellVerdict(EUpdateVerdict verdict) {
 }
 
 void TFirmwareUpdate::SaveLog(bool success) {
-    const auto directory = GetFlashLogLogpath(Services.Paths);
+    const auto directory = UpdateLogDirectory(Services.Paths);
     const std::string name = std::string(success ? "FW-Update_OK_" : "FW-Update_Error_") +
                              DateTimeStamp(Services.Clock) + "_" + DeviceIdOf(Services.device) + ".log";
     try {

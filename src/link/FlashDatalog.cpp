@@ -14,9 +14,9 @@
 #include "core/ports/IDialogs.h"
 #include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
+#include "link/DownloadFiles.h"
 #include "link/EepromReader.h"
 #include "link/Nabto.h"
-#include "link/ServiceFiles.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
 
@@ -51,8 +51,8 @@ std::int32_t PositionOfText(const std::string& text) {
 } // namespace
 
 TFlashDatalog::TFlashDatalog(const TDeviceServices& services, TEepromReader& eeprom)
-    : DT_MaskeditStartDate("DT_MaskeditStartDate", editMask),
-      DT_MaskeditEndDate("DT_MaskeditEndDate", editMask), Services(services), Eeprom(eeprom) {
+    : TControls(services.Form), DT_MaskeditStartDate(*this, "DT_MaskeditStartDate", editMask),
+      DT_MaskeditEndDate(*this, "DT_MaskeditEndDate", editMask), Services(services), Eeprom(eeprom) {
     ButFlashDatalog.SetVisible(false);
     PanelFDDatalog.SetVisible(false);
     DT_LabelNotice.SetVisible(false);
@@ -298,7 +298,7 @@ bool TFlashDatalog::SaveDatalist(bool whole) {
     const std::string header = DatalogHeader(Services.Panel, Services.Profile.currentprofilefile);
     const auto directory = GetFlashLogLogpath(Services.Paths);
     PathLastSavedFDFile =
-        ServiceFilePath(Services.Files, Services.Clock, Services.Paths, "FDlog_", Services.device, whole);
+        DownloadPath(Services.Files, Services.Clock, Services.Paths, "FDlog_", Services.device, whole);
     const auto write = [this, &header](const std::filesystem::path& path) {
         PathLastSavedFDFile = path;
         Services.Files.CreateDirectories(path.parent_path());

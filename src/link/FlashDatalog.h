@@ -20,11 +20,9 @@ struct TNabtodriverTexts;
 
 // Downloads a range of the log that the device keeps in its flash, saves it as a datalog and offers to show
 // it. The range is set on a slider, in blocks back from now.
-class TFlashDatalog {
+class TFlashDatalog : public TControls {
   public:
     TFlashDatalog(const TDeviceServices& services, TEepromReader& eeprom);
-    TFlashDatalog(const TFlashDatalog&) = delete;
-    TFlashDatalog& operator=(const TFlashDatalog&) = delete;
 
     void TakeTexts(const TIniFile& language);
 
@@ -50,18 +48,18 @@ class TFlashDatalog {
         std::string adjustdays, adjustdaysheader, errorlogcounter;
     } MischStrings;
 
-    TButton ButFlashDatalog{"ButFlashDatalog", "Flash Datalog"};
-    TPanel PanelFDDatalog{"PanelFDDatalog"};
-    TTrackBar2 DayTracker{"DayTracker", 0, FlashBlockCount};
+    TButton ButFlashDatalog{*this, "ButFlashDatalog", "Flash Datalog"};
+    TPanel PanelFDDatalog{*this, "PanelFDDatalog"};
+    TTrackBar2 DayTracker{*this, "DayTracker", 0, FlashBlockCount};
     TMaskEdit DT_MaskeditStartDate;
     TMaskEdit DT_MaskeditEndDate;
-    TLabel DT_LabelToday{"DT_LabelToday"};
-    TLabel DT_LabelEndDay{"DT_LabelEndDay"};
-    TLabel DT_LabelFrom{"DT_LabelFrom", "Datum von :"};
-    TLabel DT_LabelTo{"DT_LabelTo", "Datum bis :"};
-    TButton DT_GetData{"DT_GetData"};
+    TLabel DT_LabelToday{*this, "DT_LabelToday"};
+    TLabel DT_LabelEndDay{*this, "DT_LabelEndDay"};
+    TLabel DT_LabelFrom{*this, "DT_LabelFrom", "Datum von :"};
+    TLabel DT_LabelTo{*this, "DT_LabelTo", "Datum bis :"};
+    TButton DT_GetData{*this, "DT_GetData"};
     TLabel DT_LabelNotice{
-        "DT_LabelNotice"}; // why nothing is downloaded; hidden while there is nothing to say
+        *this, "DT_LabelNotice"}; // why nothing is downloaded; hidden while there is nothing to say
 
   private:
     void ReadCounters();

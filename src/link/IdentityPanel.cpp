@@ -32,7 +32,8 @@ std::size_t DecodeHex(std::string_view digits, std::span<std::uint8_t> target) {
 
 } // namespace
 
-TIdentityPanel::TIdentityPanel(const TDeviceServices& services) : Services(services) {
+TIdentityPanel::TIdentityPanel(const TDeviceServices& services)
+    : TControls(services.Form), Services(services) {
     PanelDevice.SetVisible(false);
     btnSaveInfo.SetEnabled(false);
     btnDeviceID.OnClick = [this] { Ask("Device ID", "Enter Device ID:", factorydeviceid, lblDeviceID); };

@@ -11,18 +11,18 @@ namespace tidewell {
 struct TDeviceServices;
 
 // The factory panel for a device's identity. What it prepares stays here: nothing sends it.
-class TIdentityPanel {
+class TIdentityPanel : public TControls {
   public:
     explicit TIdentityPanel(const TDeviceServices& services);
 
-    TPanel PanelDevice{"PanelDevice"};
-    TButton btnDeviceID{"btnDeviceID", "Device ID"};
-    TButton btnCryptoKey{"btnCryptoKey", "CryptoKey"};
-    TButton btnUserAccount{"btnUserAccount", "User Account"};
-    TButton btnSaveInfo{"btnSaveInfo", "Save Info"};
-    TLabel lblDeviceID{"lblDeviceID"};
-    TLabel lblCryptoKey{"lblCryptoKey"};
-    TLabel LblJson{"LblJson"};
+    TPanel PanelDevice{*this, "PanelDevice"};
+    TButton btnDeviceID{*this, "btnDeviceID", "Device ID"};
+    TButton btnCryptoKey{*this, "btnCryptoKey", "CryptoKey"};
+    TButton btnUserAccount{*this, "btnUserAccount", "User Account"};
+    TButton btnSaveInfo{*this, "btnSaveInfo", "Save Info"};
+    TLabel lblDeviceID{*this, "lblDeviceID"};
+    TLabel lblCryptoKey{*this, "lblCryptoKey"};
+    TLabel LblJson{*this, "LblJson"};
 
     std::string factorydeviceid;
     std::string factorycryptokey;

@@ -29,10 +29,10 @@ void CopyNumber(const std::optional<TDeviceReply::TNumber>& number, std::string&
 
 } // namespace
 
-TUNabto::TUNabto(ILibraryLoader& loader, IDialogs& dialogs, ITimers& timers, IWait& wait, const IFiles& files,
-                 std::filesystem::path directory)
-    : queriesFile(standaloneQueries), Library(loader), Dialogs(dialogs), Wait(wait), Files(files),
-      Directory(std::move(directory)), Streams(Library, dialogs, timers, wait, *this) {}
+TUNabto::TUNabto(const IProgramState& program, ILibraryLoader& loader, IDialogs& dialogs, ITimers& timers,
+                 IWait& wait, const IFiles& files, std::filesystem::path directory)
+    : queriesFile(standaloneQueries), Program(program), Library(loader), Dialogs(dialogs), Wait(wait),
+      Files(files), Directory(std::move(directory)), Streams(Library, dialogs, timers, wait, *this) {}
 
 TUNabto::~TUNabto() {
     Close();
@@ -101,8 +101,7 @@ bool TUNabto::setQueriesFile(const std::string& fileName) {
     const auto directory = Directory / homeDirectory;
     const auto path = directory / fileName;
     if (!Files.DirectoryExists(directory) || !Files.FileExists(path)) {
-        if (OnInterfaceMissing)
-            OnInterfaceMissing(path);
+        OnInterfaceMissing(path);
         return false;
     }
     std::string definition;
@@ -157,14 +156,14 @@ std::string TUNabto::SendQuery(const std::string& device, const std::string& req
         return {};
     const std::string url = QueryUrl(device, request, data);
     Wait.ProcessMessages();
-    if (Closed() || (stillWanted && !stillWanted()))
+    if (!Program.IsOpen() || (stillWanted && !stillWanted()))
         return {};
     char* response = nullptr;
     TNabtoStatus status = NABTO_OK;
     if (Library.NabtoRpcInvoke)
         status = Status(Library.NabtoRpcInvoke(Session, url.c_str(), &response));
     std::string reply = Library.Take(response);
-    if (OnSessionGone && (status == NABTO_INVALID_SESSION || status == NABTO_API_NOT_INITIALIZED))
+    if (status == NABTO_INVALID_SESSION || status == NABTO_API_NOT_INITIALIZED)
         OnSessionGone(status);
     Wait.ProcessMessages();
     return reply;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/ProgramState.h"
 #include "link/DeviceQueries.h"
 #include "link/NabtoLibrary.h"
 #include "link/NabtoStream.h"
@@ -31,9 +32,10 @@ struct TValueList {
 // process's current directory, which must therefore be the program's folder.
 class TUNabto : public TStreamProgress {
   public:
-    // directory: the program's folder; its "nabto_config" holds the interface definitions.
-    TUNabto(ILibraryLoader& loader, IDialogs& dialogs, ITimers& timers, IWait& wait, const IFiles& files,
-            std::filesystem::path directory);
+    // directory: the program's folder; its "nabto_config" holds the interface definitions. Once the program
+    // is closed no query goes out and no stream is opened.
+    TUNabto(const IProgramState& program, ILibraryLoader& loader, IDialogs& dialogs, ITimers& timers,
+            IWait& wait, const IFiles& files, std::filesystem::path directory);
     // Closes the session, and so may show messages.
     ~TUNabto() override;
 
@@ -42,15 +44,15 @@ class TUNabto : public TStreamProgress {
     int Init(const std::string& user, const std::string& password);
     // Closes what is left of the session and opens it again in silence, with the interface in force.
     TNabtoStatus Reopen(const std::string& user, const std::string& password);
-    // Takes the status of a request that tells that there is no session any more. May be empty.
-    std::function<void(TNabtoStatus)> OnSessionGone;
+    // The status of a request that tells that there is no session any more.
+    TEvent<TNabtoStatus> OnSessionGone;
     void Close();
     // Installs the interface definition of that name; false when it is missing or refused.
     bool setQueriesFile(const std::string& fileName);
     // Ids of the devices on the local network, in the library's order.
     std::vector<std::string> GetLocal();
 
-    bool StartStream(const std::string& device) { return !Closed() && Streams.Start(Session, device); }
+    bool StartStream(const std::string& device) { return Program.IsOpen() && Streams.Start(Session, device); }
     // False when the stream was closed, true when closing failed.
     bool StopStream() { return Streams.Stop(); }
     TStreamRead ReadStream(std::uint32_t readLength) { return Streams.Read(readLength); }
@@ -60,11 +62,8 @@ class TUNabto : public TStreamProgress {
 
     // What came of loading the library.
     const TLoadedLibrary& Loaded() const { return Library.Module; }
-    // Unset, everything may be asked; false when the program has been closed, and then no query goes out and
-    // no stream is opened.
-    std::function<bool()> MayAsk;
-    // Takes the path of an interface definition that is not there. May be empty.
-    std::function<void(const std::filesystem::path&)> OnInterfaceMissing;
+    // The path of an interface definition that is not there.
+    TEvent<const std::filesystem::path&> OnInterfaceMissing;
 
     void ShowError(TNabtoStatus status) { ShowNabtoStatus(Library, Dialogs, status); }
     // Empty, with a message, when the library has no texts.
@@ -131,10 +130,10 @@ class TUNabto : public TStreamProgress {
     std::string LastError() const { return errormessage.empty() ? "Device is not available" : errormessage; }
 
   private:
-    bool Closed() const { return MayAsk && !MayAsk(); }
     // Creates the profile if there is none.
     TNabtoStatus OpenSession(const std::string& user, const std::string& password);
 
+    const IProgramState& Program;
     TNabtoLibrary Library;
     IDialogs& Dialogs;
     IWait& Wait;

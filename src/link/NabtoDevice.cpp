@@ -52,19 +52,25 @@ int KnownObject(int obj) {
 } // namespace
 
 TNabtoDevice::TNabtoDevice(const TDeviceNeeds& needs)
-    : TForm("NabtoDevice", "Nabto"),
-      Services{
-          needs, Use, memoDebug, StatusBar, device, ReadTexts, EnableContineousUpdate, CurrentUpdateSWFile},
-      Identity(Services),
-      Cycle(needs.Timers, needs.Nabto, needs.Panel, device, LblNabto, LedNabto, [this] { CycleDone(); }),
-      InForce(*this, Services), UpdateStatus(needs.Clock), UpdateRun(Services, UpdateStatus),
+    : TForm("NabtoDevice", "Nabto"), Services{needs,
+                                              *this,
+                                              Use,
+                                              memoDebug,
+                                              StatusBar,
+                                              device,
+                                              ReadTexts,
+                                              EnableContineousUpdate,
+                                              CurrentUpdateSWFile},
+      Identity(Services), Cycle(needs.Timers, needs.Nabto, needs.Panel, device, LblNabto, LedNabto),
+      InForce(*this, Services), UpdateStatus(*this, needs.Clock), UpdateRun(Services, UpdateStatus),
       Upload(Services, UpdateRun, streamDelayEdit), Update(Services, UpdateRun, UpdateStatus, Upload),
       ContinuousUpdate(Services, UpdateStatus, Update, ButContUpdate), Eeprom(Services),
       FlashDatalog(Services, Eeprom), ServiceTools(Services, Eeprom, FlashDatalog, Identity.LblJson),
       ApiClient(&needs.ApiClient), SessionKeeper(Services, LinkTexts) {
     InitControls();
-    Use.Take = [this] { return InForce.Take(); };
-    Use.TellLost = [this](const std::string& lost) { InForce.TellLost(lost); };
+    Use.OnTake = [this](std::optional<std::string>& address) { address = InForce.Take(); };
+    Use.OnLost = [this](const std::string& lost) { InForce.TellLost(lost); };
+    Cycle.OnCycleDone = [this] { CycleDone(); };
     btnPing.OnClick = [this] { btnPingClick(); };
     butChangeDeviceID.OnClick = [this] { butChangeDeviceIDClick(); };
     ButAccount.OnClick = [this] { Identity.PanelDevice.SetVisible(!Identity.PanelDevice.Visible()); };
@@ -80,8 +86,7 @@ TNabtoDevice::TNabtoDevice(const TDeviceNeeds& needs)
 
 TNabtoDevice::~TNabtoDevice() {
     Services.Nabto.FOnUpdateProgress = nullptr;
-    Services.Nabto.MayGoOn = nullptr;
-    Services.Nabto.MayAsk = nullptr;
+    Services.Nabto.OnMayGoOn = nullptr;
     Services.Nabto.OnInterfaceMissing = nullptr;
 }
 
@@ -110,8 +115,9 @@ void TNabtoDevice::FormCreate(const TIniFile& language) {
     Cycle.queryCounter = 0;
     Cycle.isLastResultError = false;
     Services.Nabto.FOnUpdateProgress = [this](TStreamProgress&) { ShowProgress(); };
-    Services.Nabto.MayGoOn = [this] { return !FlashDatalog.Stopped() && !UpdateRun.Stopped(); };
-    Services.Nabto.MayAsk = [this] { return Services.Program.IsOpen(); };
+    Services.Nabto.OnMayGoOn = [this](bool& goesOn) {
+        goesOn = !FlashDatalog.Stopped() && !UpdateRun.Stopped();
+    };
     ReadLanguage(language);
     Services.Nabto.OnInterfaceMissing = [this](const std::filesystem::path& path) {
         Services.MemoEventLog.Add(FillText(EventLogTexts.InterfaceMissing, {path.string()}));
@@ -276,7 +282,7 @@ void TNabtoDevice::GetLocalDevices(TComboBox& sender) {
 }
 
 void TNabtoDevice::SaveSetDatapointstringToStringlist() {
-    ReadBack.SaveSetDatapointstringToStringlist(Cycle.NabtoResultstring);
+    Snapshot.SaveSetDatapointstringToStringlist(Cycle.NabtoResultstring);
 }
 
 void TNabtoDevice::CycleDone() {

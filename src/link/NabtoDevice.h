@@ -89,34 +89,35 @@ class TNabtoDevice : public TForm {
     bool EnableContineousUpdate = false;
     bool Enable_debugShowExtendedVersionInfo = false;
 
-    TLabel LblNabto{"LblNabto"};
-    TALed LedNabto{"LedNabto"};
-    TLabel lblConnectedUser{"lblConnectedUser"};
-    TButton btnPing{"btnPing", "Ping"};
-    TButton BtnUpdate{"BtnUpdate", "Update Firmware"};
-    TButton ButErorlog{"ButErorlog", "Read Errorlog"};
-    TButton ButAccount{"ButAccount", "Account specific"};
-    TButton butChangeDeviceID{"butChangeDeviceID", "Change DeviceID"};
-    TPanel Paneldebug{"Paneldebug"};
-    TMemo memoDebug{"memoDebug"};
-    TButton btnClearLog{"btnClearLog", "Clear Log"};
-    TButton btnShowReadList{"btnShowReadList", "Show Read List"};
-    TButton ButContUpdate{"ButContUpdate", "Cont. Update"};
-    TEdit streamDelayEdit{"streamDelayEdit"};
-    TLabel LabStreamDelay{"LabStreamDelay", "Stream Write Delay"};
-    TLabel LabStreamDelayUnit{"LabStreamDelayUnit", "ms"};
-    TStatusBar StatusBar{"StatusBar", {{200, {}, false}, {340, {}, false}, {200, {}, false}}};
+    const TDeviceServices Services; // which the tasks below share
 
-    TNotice ErrorLogNotice{"ErrorLogNotice"}; // of the error log that was asked for last
+    // On the main form.
+    TLabel LblNabto{Services.MainForm, "LblNabto"};
+    TALed LedNabto{Services.MainForm, "LedNabto"};
+    TLabel lblConnectedUser{Services.MainForm, "lblConnectedUser"};
+    TNotice ErrorLogNotice{Services.MainForm, "ErrorLogNotice"}; // of the error log that was asked for last
+
+    TButton btnPing{*this, "btnPing", "Ping"};
+    TButton BtnUpdate{*this, "BtnUpdate", "Update Firmware"};
+    TButton ButErorlog{*this, "ButErorlog", "Read Errorlog"};
+    TButton ButAccount{*this, "ButAccount", "Account specific"};
+    TButton butChangeDeviceID{*this, "butChangeDeviceID", "Change DeviceID"};
+    TPanel Paneldebug{*this, "Paneldebug"};
+    TMemo memoDebug{*this, "memoDebug"};
+    TButton btnClearLog{*this, "btnClearLog", "Clear Log"};
+    TButton btnShowReadList{*this, "btnShowReadList", "Show Read List"};
+    TButton ButContUpdate{*this, "ButContUpdate", "Cont. Update"};
+    TEdit streamDelayEdit{*this, "streamDelayEdit"};
+    TLabel LabStreamDelay{*this, "LabStreamDelay", "Stream Write Delay"};
+    TLabel LabStreamDelayUnit{*this, "LabStreamDelayUnit", "ms"};
+    TStatusBar StatusBar{*this, "StatusBar", {{200, {}, false}, {340, {}, false}, {200, {}, false}}};
 
     std::filesystem::path CurrentUpdateSWFile; // the package in force
     TDeviceUse Use;
     TReadTexts ReadTexts;
 
-    const TDeviceServices Services; // which the tasks below share
-
     TIdentityPanel Identity;
-    TReadBackSnapshot ReadBack;
+    TReadBackSnapshot Snapshot;
     TPollCycle Cycle;
     TDeviceInForce InForce;
     TUpdateStatus UpdateStatus;

@@ -5,7 +5,6 @@
 #include "link/NabtoClientApi.h"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -29,11 +28,15 @@ class TStreamProgress {
     std::uint32_t currentstreamlength = 0;
     std::uint32_t currentstreamprogress = 0;
     TEvent<TStreamProgress&> FOnUpdateProgress;
-    // Asked before each chunk, as the event loop runs between them; false ends the transfer without a word.
-    // Unset, it goes on.
-    std::function<bool()> MayGoOn;
+    // Asked before each chunk, as the event loop runs between them: set to false to end the transfer without
+    // a word.
+    TEvent<bool&> OnMayGoOn;
     virtual void DoUpdateProgress() { FOnUpdateProgress(*this); }
-    bool Ended() const { return MayGoOn && !MayGoOn(); }
+    bool Ended() const {
+        bool goesOn = true;
+        OnMayGoOn(goesOn);
+        return !goesOn;
+    }
 };
 
 // What a read of the stream gave.

@@ -28,10 +28,9 @@ struct TPollCycle::TQuestion {
 };
 
 TPollCycle::TPollCycle(ITimers& timers, TUNabto& nabto, TModbusPanel& panel, const std::string& device,
-                       TLabel& lblNabto, TALed& ledNabto, std::function<void()> cycleDone)
+                       TLabel& lblNabto, TALed& ledNabto)
     : timerLogger(timers.CreateTimer()), timerQuery(timers.CreateTimer()), Nabto(nabto), Panel(panel),
-      Device(device), LblNabto(lblNabto), LedNabto(ledNabto), CycleDone(std::move(cycleDone)),
-      timerHeldUp(timers.CreateTimer()) {
+      Device(device), LblNabto(lblNabto), LedNabto(ledNabto), timerHeldUp(timers.CreateTimer()) {
     timerLogger->SetHandler([this] { timerLoggerTimer(); });
     timerQuery->SetHandler([this] { timerQueryTimer(); });
     timerHeldUp->SetHandler([this] { timerHeldUpTimer(); });
@@ -207,7 +206,7 @@ void TPollCycle::FinishCycle() {
     if (NabtoResultstring.empty())
         OnEmptyCycle();
     else
-        CycleDone();
+        OnCycleDone();
     // A cycle that was started meanwhile has its own values and timers.
     if (starts != Starts)
         return;

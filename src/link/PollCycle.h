@@ -6,7 +6,6 @@
 #include "link/Nabto.h"
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,11 +23,9 @@ class TModbusPanel;
 // counts for nothing either.
 class TPollCycle {
   public:
-    // device: address of the device in force, read at each use. cycleDone runs when NabtoResultstring holds
-    // the values of a whole cycle; what it throws leaves the timer's handler with the cycle ended, of which
-    // OnFailed tells first.
+    // device: address of the device in force, read at each use.
     TPollCycle(ITimers& timers, TUNabto& nabto, TModbusPanel& panel, const std::string& device,
-               TLabel& lblNabto, TALed& ledNabto, std::function<void()> cycleDone);
+               TLabel& lblNabto, TALed& ledNabto);
 
     // Both in ms.
     void SetIntervals(int pauseTime, int delayBetweenQuestions);
@@ -50,6 +47,9 @@ class TPollCycle {
     bool isLastResultError = false;
     std::unique_ptr<ITimer> timerLogger;
     std::unique_ptr<ITimer> timerQuery;
+    // NabtoResultstring holds the values of a whole cycle; what this throws leaves the timer's handler with
+    // the cycle ended, of which OnFailed tells first.
+    TEvent<> OnCycleDone;
     TEvent<const std::string&> OnFailed; // the cycle has ended by an exception with that text
     TEvent<> OnEmptyCycle;               // all questions are through, if there are any, and ask for no value
 
@@ -71,7 +71,6 @@ class TPollCycle {
     const std::string& Device;
     TLabel& LblNabto;
     TALed& LedNabto;
-    std::function<void()> CycleDone;
     std::unique_ptr<ITimer> timerHeldUp; // ticks while a question is outstanding and the event loop runs
     unsigned HeldUpTicks = 0;
     unsigned Run = 0;        // changes whenever the cycle is begun anew

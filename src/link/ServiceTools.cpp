@@ -11,10 +11,10 @@
 #include "core/ports/IFiles.h"
 #include "link/DeviceServices.h"
 #include "link/DeviceUse.h"
+#include "link/DownloadFiles.h"
 #include "link/EepromReader.h"
 #include "link/FlashDatalog.h"
 #include "link/Nabto.h"
-#include "link/ServiceFiles.h"
 
 #include <algorithm>
 #include <array>
@@ -47,7 +47,8 @@ std::uint32_t Asked(const TEdit& edit, const TLabel& label, std::int64_t factor)
 
 TServiceTools::TServiceTools(const TDeviceServices& services, TEepromReader& eeprom,
                              TFlashDatalog& flashDatalog, TLabel& lblJson)
-    : Services(services), Eeprom(eeprom), FlashDatalog(flashDatalog), LblJson(lblJson) {
+    : TControls(services.Form), Services(services), Eeprom(eeprom), FlashDatalog(flashDatalog),
+      LblJson(lblJson) {
     InitControls();
     butGetEepromValues.OnClick = [this] { butGetEepromValuesClick(); };
     BtnReadFlash.OnClick = [this] { BtnReadFlashClick(); };
@@ -110,7 +111,7 @@ std::string TServiceTools::SaveEepromList(std::uint64_t address, std::vector<std
         address += wordSize;
     }
     const auto path =
-        ServiceFilePath(Services.Files, Services.Clock, Services.Paths, "EElist_", Services.device, whole);
+        DownloadPath(Services.Files, Services.Clock, Services.Paths, "EElist_", Services.device, whole);
     Services.Files.CreateDirectories(path.parent_path());
     WriteLines(Services.Files, path, words);
     return path.filename().string();

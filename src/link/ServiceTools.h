@@ -14,13 +14,11 @@ struct TDeviceServices;
 
 // Tools for service work and for the development of device firmware. Their panels are shown by options of the
 // command line; nothing shows BtnWriteFlash and Button1.
-class TServiceTools {
+class TServiceTools : public TControls {
   public:
     // LblJson tells what came of BtnWriteFlash.
     TServiceTools(const TDeviceServices& services, TEepromReader& eeprom, TFlashDatalog& flashDatalog,
                   TLabel& lblJson);
-    TServiceTools(const TServiceTools&) = delete;
-    TServiceTools& operator=(const TServiceTools&) = delete;
 
     // Reads EEPROM words into a file. Throws EConvertError for a text that is no number, ERangeError for a
     // number that cannot be asked for, EInOutError when the file cannot be written.
@@ -33,21 +31,21 @@ class TServiceTools {
     void Button1Click();
     void ExtendedSystemVersionClick();
 
-    TPanel PanelReadEEprom{"PanelReadEEprom"};
-    TButton butGetEepromValues{"butGetEepromValues", "Read Eeprom list"};
-    TLabel LabErrorlogStart{"LabErrorlogStart", "StartAdr"};
-    TEdit RErrorlogStart{"RErrorlogStart"};
-    TLabel LabErrorlogLength{"LabErrorlogLength", "Num of Integers"};
-    TEdit RErrorlogLength{"RErrorlogLength"};
-    TPanel PanelReadFlash{"PanelReadFlash"};
-    TButton BtnReadFlash{"BtnReadFlash", "Read Flash"};
-    TLabel LabReadAddress{"LabReadAddress", "StartAdr"};
-    TEdit editReadAddress{"editReadAddress"};
-    TLabel LabReadLength{"LabReadLength", "Length (Bytes)"};
-    TEdit editReadLength{"editReadLength"};
-    TButton Button1{"Button1", "st reset"};
-    TButton ExtendedSystemVersion{"ExtendedSystemVersion", "system versions"};
-    TButton BtnWriteFlash{"BtnWriteFlash", "Write\"Flash\""};
+    TPanel PanelReadEEprom{*this, "PanelReadEEprom"};
+    TButton butGetEepromValues{*this, "butGetEepromValues", "Read Eeprom list"};
+    TLabel LabErrorlogStart{*this, "LabErrorlogStart", "StartAdr"};
+    TEdit RErrorlogStart{*this, "RErrorlogStart"};
+    TLabel LabErrorlogLength{*this, "LabErrorlogLength", "Num of Integers"};
+    TEdit RErrorlogLength{*this, "RErrorlogLength"};
+    TPanel PanelReadFlash{*this, "PanelReadFlash"};
+    TButton BtnReadFlash{*this, "BtnReadFlash", "Read Flash"};
+    TLabel LabReadAddress{*this, "LabReadAddress", "StartAdr"};
+    TEdit editReadAddress{*this, "editReadAddress"};
+    TLabel LabReadLength{*this, "LabReadLength", "Length (Bytes)"};
+    TEdit editReadLength{*this, "editReadLength"};
+    TButton Button1{*this, "Button1", "st reset"};
+    TButton ExtendedSystemVersion{*this, "ExtendedSystemVersion", "system versions"};
+    TButton BtnWriteFlash{*this, "BtnWriteFlash", "Write\"Flash\""};
 
   private:
     void InitControls();

@@ -27,15 +27,16 @@ class TSetupForm : public TForm {
 
     TEvent<> OnLinked; // a link stands, and the dialog is closed
 
-    TPageControl PageControl1{"PageControl1"};
-    TTabSheet TabSheet{"TabSheet", "Communication"};
-    TPanel PanelComm{"PanelComm"};
-    TEdit txtRemote{"txtRemote"};
-    TButton ButDeviceSearch{"ButDeviceSearch"};
-    TListBox ListBoxLocalDevices{"ListBoxLocalDevices"}; // rows of 12 characters; they outlive a showing
-    TButton butping{"butping"};
-    TButton ButCommOk{"ButCommOk"};
-    TButton ButCommCancel{"ButCommCancel"};
+    TPageControl PageControl1{*this, "PageControl1"};
+    TTabSheet TabSheet{*this, "TabSheet", "Communication"};
+    TPanel PanelComm{*this, "PanelComm"};
+    TEdit txtRemote{*this, "txtRemote"};
+    TButton ButDeviceSearch{*this, "ButDeviceSearch"};
+    TListBox ListBoxLocalDevices{*this,
+                                 "ListBoxLocalDevices"}; // rows of 12 characters; they outlive a showing
+    TButton butping{*this, "butping"};
+    TButton ButCommOk{*this, "ButCommOk"};
+    TButton ButCommCancel{*this, "ButCommCancel"};
 
     void FormCreate(const TIniFile& language);
     // Readies the dialog for a showing.

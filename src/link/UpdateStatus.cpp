@@ -13,7 +13,7 @@ constexpr TColor yellow{0x0000C8FF};
 
 } // namespace
 
-TUpdateStatus::TUpdateStatus(const IClock& clock) : Clock(clock) {
+TUpdateStatus::TUpdateStatus(TForm& form, const IClock& clock) : TControls(form), Clock(clock) {
     PanelUpdate.SetVisible(false);
     ButUpdateStop.SetVisible(false);
 }

@@ -29,17 +29,17 @@ enum class EUpdatePhase {
 // how long it has been running. PanelUpdate holds the other controls; it is hidden before the first update.
 // The lamp is yellow during an update, and green or red by its end; the button that leaves a run is there
 // while one runs.
-class TUpdateStatus {
+class TUpdateStatus : public TControls {
   public:
-    explicit TUpdateStatus(const IClock& clock);
+    TUpdateStatus(TForm& form, const IClock& clock);
 
-    TPanel PanelUpdate{"PanelUpdate"};
-    TALed LedUpdate{"LedUpdate"};
-    TLabel LabUpdatePhase{"LabUpdatePhase"};
-    TLabel LabUpdateFile{"LabUpdateFile"};         // shown while a file is sent, and so is
-    TProgressBar UpdateProgress{"UpdateProgress"}; // its percentage
-    TLabel LabUpdateElapsed{"LabUpdateElapsed"};
-    TButton ButUpdateStop{"ButUpdateStop"};
+    TPanel PanelUpdate{*this, "PanelUpdate"};
+    TALed LedUpdate{*this, "LedUpdate"};
+    TLabel LabUpdatePhase{*this, "LabUpdatePhase"};
+    TLabel LabUpdateFile{*this, "LabUpdateFile"};         // shown while a file is sent, and so is
+    TProgressBar UpdateProgress{*this, "UpdateProgress"}; // its percentage
+    TLabel LabUpdateElapsed{*this, "LabUpdateElapsed"};
+    TButton ButUpdateStop{*this, "ButUpdateStop"};
 
     TFirmwareUpdateTexts Texts;
 

@@ -81,41 +81,41 @@ void TCsvExport::TakeTexts(const TIniFile& language) {
 }
 
 void TCsvExport::Exportdatatocsv1Click() {
-    Parts.Log.StopLog();
+    Needs.Log.StopLog();
     try {
         Export();
     } catch (const TError& error) {
-        Parts.MemoEventLog.Add(error.what());
-        Parts.Dialogs.ShowMessage("No data in graph buffer");
+        Needs.MemoEventLog.Add(error.what());
+        Needs.Dialogs.ShowMessage("No data in graph buffer");
     }
 }
 
 void TCsvExport::Export() {
-    const TGraphPage& page = Parts.GraphPage;
+    const TGraphPage& page = Needs.GraphPage;
     const std::size_t rows = page.GraphSampleCount();
     if (rows == 0 || page.GraphDataLabelsTimeText.Count() < rows)
         throw EListError(page.GraphDataLabelsTimeText.Count());
     TFileDialog dialog;
     dialog.Title = DialogSaveDatalogFile;
-    dialog.InitialDirectory = Parts.directorypath / "log" / "exported";
+    dialog.InitialDirectory = Needs.directorypath / "log" / "exported";
     dialog.Filters = {{"csv", "*.csv"}};
-    const auto path = ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog);
+    const auto path = ChooseCsvFile(Needs.Files, Needs.Dialogs, dialog);
     if (!path)
         return;
     {
-        const TWaitCursor wait(Parts.Dialogs);
-        const auto file = Parts.Files.Replace(*path);
+        const TWaitCursor wait(Needs.Dialogs);
+        const auto file = Needs.Files.Replace(*path);
         WriteTable(*file);
         file->Commit();
     }
-    Parts.MemoEventLog.Add("Saved Visualgraphdata " + path->string());
+    Needs.MemoEventLog.Add("Saved Visualgraphdata " + path->string());
 }
 
 void TCsvExport::WriteTable(IFileWriter& file) const {
-    const TGraphPage& page = Parts.GraphPage;
+    const TGraphPage& page = Needs.GraphPage;
     const std::size_t rows = page.GraphSampleCount();
     std::vector<std::string> start{"LogStartDate", page.CurrentLogStartDate, "Profile",
-                                   Parts.Profile.currentprofilefile.string()};
+                                   Needs.Profile.currentprofilefile.string()};
     std::vector<std::string> titles{"Time"};
     std::vector<TColumn> columns;
     for (std::size_t channel = 0; channel < page.graph.Channels.Count(); ++channel) {

@@ -11,7 +11,7 @@ namespace tidewell {
 // Saves the log as it is drawn, as a table for a spreadsheet: fields separated by ";", decimal comma.
 class TCsvExport {
   public:
-    explicit TCsvExport(const TDatalogParts& parts) : Parts(parts) {}
+    explicit TCsvExport(const TDatalogNeeds& needs) : Needs(needs) {}
 
     // The table has as many lines as the log has rows, two of them for heads, so the last two rows are not in
     // it. Every failure is told as "No data in graph buffer", its reason in the event log.
@@ -23,7 +23,7 @@ class TCsvExport {
     void Export();
     void WriteTable(IFileWriter& file) const;
 
-    TDatalogParts Parts;
+    TDatalogNeeds Needs;
     std::string DialogSaveDatalogFile; // title of the dialog
 };
 

@@ -24,18 +24,18 @@ class TNoLines : public IDataLines {
 
 } // namespace
 
-void TellChosenFiles(const TDatalogParts& parts, const std::vector<std::filesystem::path>& paths) {
-    parts.FileProgressBar.SetVisible(true);
-    parts.FileProgressBar.SetPosition(barStart);
+void TellChosenFiles(const TDatalogNeeds& needs, const std::vector<std::filesystem::path>& paths) {
+    needs.FileProgressBar.SetVisible(true);
+    needs.FileProgressBar.SetPosition(barStart);
     for (const auto& path : paths)
-        parts.MemoEventLog.Add(path.string());
+        needs.MemoEventLog.Add(path.string());
 }
 
-bool WaitForPaint(const TDatalogParts& parts, std::size_t rows) {
-    parts.Wait.ProcessMessages();
-    parts.Wait.Sleep(afterNames);
-    parts.FileProgressBar.SetMax(static_cast<int>(rows));
-    return parts.Program.IsOpen();
+bool WaitForPaint(const TDatalogNeeds& needs, std::size_t rows) {
+    needs.Wait.ProcessMessages();
+    needs.Wait.Sleep(afterNames);
+    needs.FileProgressBar.SetMax(static_cast<int>(rows));
+    return needs.Program.IsOpen();
 }
 
 void TDatalogReader::TakeTexts(const TIniFile& language) {
@@ -43,38 +43,38 @@ void TDatalogReader::TakeTexts(const TIniFile& language) {
 }
 
 void TDatalogReader::OpenDatalogfile1Click() {
-    const TExclusiveUse::THold hold(Parts.Opening);
-    if (!hold || !Parts.Profile.ProfileLoaded)
+    const TExclusiveUse::THold hold(Needs.Opening);
+    if (!hold || !Needs.Profile.ProfileLoaded)
         return;
     TFileDialog dialog;
     dialog.Title = DialogOpenDatalogFileCaption;
-    dialog.InitialDirectory = Parts.directorypath / "log" / "userlog";
+    dialog.InitialDirectory = Needs.directorypath / "log" / "userlog";
     dialog.Filters = OpenDialogFilters();
     dialog.SelectedFilter = OpenDialogCsvFilter;
     dialog.FileMustExist = true;
-    const auto paths = Parts.Dialogs.OpenFiles(dialog);
-    if (!Parts.Program.IsOpen())
+    const auto paths = Needs.Dialogs.OpenFiles(dialog);
+    if (!Needs.Program.IsOpen())
         return;
     if (paths.empty()) {
-        Parts.FileProgressBar.SetVisible(false);
+        Needs.FileProgressBar.SetVisible(false);
         return;
     }
-    Parts.Log.StopLog();
-    Parts.GraphPage.ClearGraphPage();
-    Parts.GraphPage.DatalogFileOpen = true;
-    TDatalogLines lines(Parts.Files, paths);
-    TellChosenFiles(Parts, paths);
-    if (!WaitForPaint(Parts, lines.Count()))
+    Needs.Log.StopLog();
+    Needs.GraphPage.ClearGraphPage();
+    Needs.GraphPage.DatalogFileOpen = true;
+    TDatalogLines lines(Needs.Files, paths);
+    TellChosenFiles(Needs, paths);
+    if (!WaitForPaint(Needs, lines.Count()))
         return;
     if (lines.CurrentFileImportHeaders().empty()) {
-        Parts.GraphPage.ClearGraphPage();
-        Parts.Dialogs.ShowMessage(NoDatalogMessage);
+        Needs.GraphPage.ClearGraphPage();
+        Needs.Dialogs.ShowMessage(NoDatalogMessage);
         TNoLines none;
-        Parts.GraphPage.DrawGraphDatafromList(none);
+        Needs.GraphPage.DrawGraphDatafromList(none);
         return;
     }
-    Parts.GraphPage.DrawGraphDatafromList(lines);
-    Parts.FileProgressBar.SetVisible(false);
+    Needs.GraphPage.DrawGraphDatafromList(lines);
+    Needs.FileProgressBar.SetVisible(false);
 }
 
 } // namespace tidewell

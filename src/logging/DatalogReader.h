@@ -21,7 +21,7 @@ class TProfile;
 class TProgressBar;
 
 // What the datalog readers and the export work on. All outlive them.
-struct TDatalogParts {
+struct TDatalogNeeds {
     ILogControl& Log;
     const IProgramState& Program;
     IDialogs& Dialogs;
@@ -39,7 +39,7 @@ struct TDatalogParts {
 // profile.
 class TDatalogReader {
   public:
-    explicit TDatalogReader(const TDatalogParts& parts) : Parts(parts) {}
+    explicit TDatalogReader(const TDatalogNeeds& needs) : Needs(needs) {}
 
     // Nothing without an open profile. The last row is left out. Throws EListError for a selection that
     // begins with an empty file, or holds no rows but one, and EInOutError.
@@ -48,14 +48,14 @@ class TDatalogReader {
     void TakeTexts(const TIniFile& language);
 
   private:
-    TDatalogParts Parts;
+    TDatalogNeeds Needs;
     std::string DialogOpenDatalogFileCaption; // title of the dialog
 };
 
 // Shows the bar and tells the names of the chosen files to the event log.
-void TellChosenFiles(const TDatalogParts& parts, const std::vector<std::filesystem::path>& paths);
+void TellChosenFiles(const TDatalogNeeds& needs, const std::vector<std::filesystem::path>& paths);
 // Lets the windows be painted before the rows are read. False when the main form was closed meanwhile.
-bool WaitForPaint(const TDatalogParts& parts, std::size_t rows);
+bool WaitForPaint(const TDatalogNeeds& needs, std::size_t rows);
 
 inline constexpr const char* NoDatalogMessage = "File is not a valid datalog file";
 

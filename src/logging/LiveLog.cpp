@@ -38,11 +38,12 @@ std::array<std::string_view, 7> TUpdateTimerCallBackEvents::Strings() const {
             str_RS232string3, str_RS232string4,   str_RS232string5};
 }
 
-TLiveLog::TLiveLog(const TParts& parts)
-    : UpdateTimer(parts.Timers.CreateTimer()), TimerLogAutostart(parts.Timers.CreateTimer()), Parts(parts) {
+TLiveLog::TLiveLog(TForm& form, const TNeeds& needs)
+    : TControls(form), UpdateTimer(needs.Timers.CreateTimer()), TimerLogAutostart(needs.Timers.CreateTimer()),
+      Needs(needs) {
     UpdateTimer->SetInterval(1000);
     UpdateTimer->SetHandler([this] { UpdateTimerTimer(); });
-    Parts.TrafficButton.SetColor(StoppedColor);
+    Needs.TrafficButton.SetColor(StoppedColor);
     TimerLogAutostart->SetInterval(5000);
     TimerLogAutostart->SetHandler([this] { TimerLogAutostartTimer(); });
 }
@@ -72,7 +73,7 @@ std::string TLiveLog::CurrentDataString() const {
 void TLiveLog::CycleWithoutValues() {
     if (std::exchange(NoValuesTold, true))
         return;
-    Parts.MemoEventLog.Add(Texts.NoValues);
+    Needs.MemoEventLog.Add(Texts.NoValues);
     NoticeNoValues.Show(Texts.NoValues);
 }
 
@@ -87,17 +88,17 @@ void TLiveLog::UpdateTimerTimer() {
     std::exception_ptr failure;
     if (!std::all_of(strings.begin(), strings.end(), [](std::string_view text) { return text.empty(); }))
         failure = LogRow(strings);
-    ++Parts.Buffers.DatalogCount;
+    ++Needs.Buffers.DatalogCount;
     if (failure)
         std::rethrow_exception(failure);
 }
 
 std::exception_ptr TLiveLog::LogRow(const std::array<std::string_view, 7>& strings) {
-    TGraphPage& page = Parts.GraphPage;
-    const std::size_t row = Parts.Buffers.DatalogCount;
-    const TTime now = Parts.Clock.Now();
-    const std::string time = Parts.Clock.LongTime(now);
-    const std::string date = Parts.Clock.ShortDate(now);
+    TGraphPage& page = Needs.GraphPage;
+    const std::size_t row = Needs.Buffers.DatalogCount;
+    const TTime now = Needs.Clock.Now();
+    const std::string time = Needs.Clock.LongTime(now);
+    const std::string date = Needs.Clock.ShortDate(now);
     page.DropSamplesFrom(page.FileRows + row); // what a step that failed has left
     page.GraphDataLabelsTimeText.Add(time);
     page.GraphDataLabelsDateText.Add(date);
@@ -109,7 +110,7 @@ std::exception_ptr TLiveLog::LogRow(const std::array<std::string_view, 7>& strin
     Values.clear();
     for (std::size_t field = HeadFields; field < fields.size(); ++field)
         Values.push_back(ToIntegerOr(fields[field], 0));
-    Parts.Buffers.DataLogRawData.SetRow(row, Values);
+    Needs.Buffers.DataLogRawData.SetRow(row, Values);
 
     std::exception_ptr failure;
     const auto show = [&failure](const auto& action) {
@@ -125,7 +126,7 @@ std::exception_ptr TLiveLog::LogRow(const std::array<std::string_view, 7>& strin
 
     const std::int64_t every = UpdateTimerCallBackEvents.DatalogCount;
     if (every == 0)
-        throw TError("Division by zero: " + Parts.Paths.Systemfile.string() +
+        throw TError("Division by zero: " + Needs.Paths.Systemfile.string() +
                      ": [UpdateTimer] DatalogCount is 0");
     if (row != 0 && static_cast<std::int64_t>(row) % every == 0)
         SavePartialFile();
@@ -138,57 +139,57 @@ void TLiveLog::PollingFailed(const std::string& reason) {
 }
 
 void TLiveLog::Tell(const std::string& line) {
-    Parts.MemoEventLog.Add(line);
+    Needs.MemoEventLog.Add(line);
     LogNotice.Show(line);
 }
 
 void TLiveLog::StartLog(bool questionEnable, bool clearData) {
-    if (Parts.Opening.Taken())
+    if (Needs.Opening.Taken())
         return;                           // the rows that it would clear or go on are being read
     TimerLogAutostart->SetEnabled(false); // this start is the one
-    if (!Parts.Polling.Link())
+    if (!Needs.Polling.Link())
         return;
-    if (!Parts.Profile.MayLog()) {
-        Parts.Dialogs.ShowMessageBox(EMessageKind::Information, "Profile NOT loaded...", EButtons::Ok);
+    if (!Needs.Profile.MayLog()) {
+        Needs.Dialogs.ShowMessageBox(EMessageKind::Information, "Profile NOT loaded...", EButtons::Ok);
         OnNoProfile();
         return;
     }
     bool keep = false;
     if (questionEnable) {
         const auto answer =
-            Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation, MessageClearGraphData, EButtons::YesNo);
+            Needs.Dialogs.ShowMessageBox(EMessageKind::Confirmation, MessageClearGraphData, EButtons::YesNo);
         // A log that cannot be saved goes on, so that its rows are not lost.
-        keep = answer != EModalResult::Yes || !RunGuarded(Parts.Dialogs, [this] { SavePartialFile(); });
+        keep = answer != EModalResult::Yes || !RunGuarded(Needs.Dialogs, [this] { SavePartialFile(); });
     }
-    if (!Parts.Program.IsOpen())
+    if (!Needs.Program.IsOpen())
         return; // closed while it was asked
     if (questionEnable ? !keep : clearData) {
-        Parts.GraphPage.ClearGraphPage();
-        Parts.GraphPage.GraphInit(false);
-        Parts.Buffers.DatalogCount = 0;
+        Needs.GraphPage.ClearGraphPage();
+        Needs.GraphPage.GraphInit(false);
+        Needs.Buffers.DatalogCount = 0;
     }
     LogNotice.Clear();
-    Parts.StatusBar.Repaint();
+    Needs.StatusBar.Repaint();
     ForgetNoValues();
-    Parts.Polling.Start();
-    Parts.TrafficButton.SetColor(RunningColor);
-    Parts.TrafficButton.SetCaption(TrafficButtonON);
+    Needs.Polling.Start();
+    Needs.TrafficButton.SetColor(RunningColor);
+    Needs.TrafficButton.SetCaption(TrafficButtonON);
     if (clearData) {
         ReportTraffic(MessageLoggingStart);
         DatalogOn = true;
-        Parts.GraphPage.CurrentLogStartDate = Parts.Clock.ShortDate(Parts.Clock.Now());
+        Needs.GraphPage.CurrentLogStartDate = Needs.Clock.ShortDate(Needs.Clock.Now());
     }
-    if (!Parts.Polling.Running())
+    if (!Needs.Polling.Running())
         Tell(Texts.NoSession);
 }
 
 void TLiveLog::StopLog() {
     if (DatalogOn)
         LogNotice.Clear(); // it was about the log that ends here
-    Parts.Panel.WannaClose = true;
-    Parts.TrafficButton.SetColor(StoppedColor);
-    Parts.TrafficButton.SetCaption(TrafficButtonOFF);
-    Parts.Polling.Stop();
+    Needs.Panel.WannaClose = true;
+    Needs.TrafficButton.SetColor(StoppedColor);
+    Needs.TrafficButton.SetCaption(TrafficButtonOFF);
+    Needs.Polling.Stop();
     ForgetNoValues();
     ReportTraffic(MessageLoggingStop);
     DatalogOn = false;
@@ -196,24 +197,24 @@ void TLiveLog::StopLog() {
 }
 
 void TLiveLog::TrafficButtonClick() {
-    TSLCursor& cursor = Parts.GraphPage.graph.Cursors[0];
+    TSLCursor& cursor = Needs.GraphPage.graph.Cursors[0];
     if (DatalogOn) {
         StopLog();
         cursor.SetVisible(true);
     } else {
         StartLog(true, true);
-        Parts.StatusBar.Repaint();
+        Needs.StatusBar.Repaint();
         cursor.SetVisible(false);
     }
 }
 
 void TLiveLog::TimerLogAutostartTimer() {
-    if (Parts.Opening.Taken())
+    if (Needs.Opening.Taken())
         return; // comes again with the next tick
     TimerLogAutostart->SetEnabled(false);
-    const bool fileOpen = Parts.GraphPage.DatalogFileOpen || Parts.GraphPage.FileRows > 0;
-    if (Parts.Extensions.LogAutoStartSpareOpenFile && fileOpen) {
-        Parts.MemoEventLog.Add(Texts.AutoStartSpared);
+    const bool fileOpen = Needs.GraphPage.DatalogFileOpen || Needs.GraphPage.FileRows > 0;
+    if (Needs.Extensions.LogAutoStartSpareOpenFile && fileOpen) {
+        Needs.MemoEventLog.Add(Texts.AutoStartSpared);
         return;
     }
     StartLog(false, true);
@@ -221,13 +222,13 @@ void TLiveLog::TimerLogAutostartTimer() {
 
 void TLiveLog::SaveDataLogFile(const fs::path& path) {
     const fs::path directory = path.parent_path();
-    if (!Parts.Files.DirectoryExists(directory) && Parts.Files.DirectoryExists(directory.parent_path()))
-        Parts.Files.CreateDirectories(directory);
-    WriteDatalog(Parts.Files, path, Rows(), CreateDatalogHeader());
+    if (!Needs.Files.DirectoryExists(directory) && Needs.Files.DirectoryExists(directory.parent_path()))
+        Needs.Files.CreateDirectories(directory);
+    WriteDatalog(Needs.Files, path, Rows(), CreateDatalogHeader());
 }
 
 std::string TLiveLog::CreateDatalogHeader() const {
-    return DatalogHeader(Parts.Panel, Parts.Profile.currentprofilefile);
+    return DatalogHeader(Needs.Panel, Needs.Profile.currentprofilefile);
 }
 
 void TLiveLog::SaveUserDatalog1Click() {
@@ -236,37 +237,37 @@ void TLiveLog::SaveUserDatalog1Click() {
     dialog.Title = DialogSaveDatalogFile;
     dialog.InitialDirectory = UserLogDirectory();
     dialog.Filters = {{"csv", "*.csv"}};
-    const auto path = ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog);
+    const auto path = ChooseCsvFile(Needs.Files, Needs.Dialogs, dialog);
     if (!path)
         return;
-    WriteDatalog(Parts.Files, *path, Rows(), CreateDatalogHeader());
-    Parts.MemoEventLog.Add("StringDatalog saved and cleared");
+    WriteDatalog(Needs.Files, *path, Rows(), CreateDatalogHeader());
+    Needs.MemoEventLog.Add("StringDatalog saved and cleared");
 }
 
 void TLiveLog::SavePartialFile() {
-    const fs::path wanted = UserLogDirectory() / ("datalog" + NowStamp(Parts.Clock) + "partial.csv");
-    const std::size_t generation = Parts.Buffers.Generation;
+    const fs::path wanted = UserLogDirectory() / ("datalog" + NowStamp(Needs.Clock) + "partial.csv");
+    const std::size_t generation = Needs.Buffers.Generation;
     const bool same = wanted == LastPartial.Wanted && generation == LastPartial.Generation;
-    const fs::path path = same ? LastPartial.Written : UnusedPath(Parts.Files, wanted);
+    const fs::path path = same ? LastPartial.Written : UnusedPath(Needs.Files, wanted);
     SaveDataLogFile(path);
     LastPartial = {wanted, path, generation};
 }
 
 fs::path TLiveLog::UserLogDirectory() const {
-    return Parts.Paths.directorypath / "log" / "userlog";
+    return Needs.Paths.directorypath / "log" / "userlog";
 }
 
 TDatalogRows TLiveLog::Rows() const {
-    return {Parts.Buffers.DatalogCount, Parts.GraphPage.GraphDataLabelsDateText,
-            Parts.GraphPage.GraphDataLabelsTimeText, Parts.Buffers.DataLogRawData, Parts.GraphPage.FileRows};
+    return {Needs.Buffers.DatalogCount, Needs.GraphPage.GraphDataLabelsDateText,
+            Needs.GraphPage.GraphDataLabelsTimeText, Needs.Buffers.DataLogRawData, Needs.GraphPage.FileRows};
 }
 
 void TLiveLog::ReportTraffic(const std::string& message) {
-    const TTime now = Parts.Clock.Now();
-    const auto [hour, minute] = Parts.Clock.HourMinute(now);
+    const TTime now = Needs.Clock.Now();
+    const auto [hour, minute] = Needs.Clock.HourMinute(now);
     std::array<char, 32> time{};
     std::snprintf(time.data(), time.size(), "%.2d:%.2d", hour, minute);
-    Parts.MemoEventLog.Add(message + ' ' + time.data() + ' ' + Parts.Clock.ShortDate(now));
+    Needs.MemoEventLog.Add(message + ' ' + time.data() + ' ' + Needs.Clock.ShortDate(now));
 }
 
 } // namespace tidewell

@@ -60,7 +60,7 @@ struct TLiveLogTexts : TOwnTexts {
 
 // Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
 // memory until ClearGraphPage.
-class TLiveLog : public ILogControl {
+class TLiveLog : public ILogControl, public TControls {
   public:
     // The poll cycle that the rows come from, which lies beside the live log.
     class IPolling {
@@ -74,7 +74,7 @@ class TLiveLog : public ILogControl {
     };
 
     // All references outlive the live log.
-    struct TParts {
+    struct TNeeds {
         IPolling& Polling;
         const IProgramState& Program;
         IDialogs& Dialogs;
@@ -93,9 +93,7 @@ class TLiveLog : public ILogControl {
         const TExclusiveUse& Opening; // of a file or a profile
     };
 
-    explicit TLiveLog(const TParts& parts);
-    TLiveLog(const TLiveLog&) = delete;
-    TLiveLog& operator=(const TLiveLog&) = delete;
+    TLiveLog(TForm& form, const TNeeds& needs);
 
     void TakeTexts(const TIniFile& language);
 
@@ -128,9 +126,9 @@ class TLiveLog : public ILogControl {
     std::string TrafficButtonON, TrafficButtonOFF; // captions
     TLiveLogTexts Texts;
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
-    TNotice NoticeNoValues{"NoticeNoValues"}; // while such cycles are all that the log gets
+    TNotice NoticeNoValues{*this, "NoticeNoValues"}; // while such cycles are all that the log gets
     bool DatalogOn = false;
-    TNotice LogNotice{"LogNotice"};                  // why the log gets no rows, or has stopped
+    TNotice LogNotice{*this, "LogNotice"};           // why the log gets no rows, or has stopped
     const std::unique_ptr<ITimer> UpdateTimer;       // key Time; nothing enables it
     const std::unique_ptr<ITimer> TimerLogAutostart; // 5000 ms, once; enabled by the start of the program
 
@@ -151,7 +149,7 @@ class TLiveLog : public ILogControl {
         std::size_t Generation = 0;
     };
 
-    TParts Parts;
+    TNeeds Needs;
     std::string MessageLoggingStart, MessageLoggingStop, MessageClearGraphData, DialogSaveDatalogFile;
     bool NoValuesTold = false;
     TPartial LastPartial;

@@ -97,11 +97,11 @@ std::string ValuesText(std::string_view line) {
 } // namespace
 
 void TSdDatalogReader::Convert(const std::filesystem::path& path, std::vector<std::string>& rows) {
-    const std::vector<std::string> lines = FirstLines(Parts.Files, path);
+    const std::vector<std::string> lines = FirstLines(Needs.Files, path);
     const std::string& magic = lines[magicLine];
     if (magic != magics[0] && magic != magics[1]) {
         TellRefused(path.string());
-        Parts.Dialogs.ShowMessage("SD Card file is not a valid datalog file");
+        Needs.Dialogs.ShowMessage("SD Card file is not a valid datalog file");
         return;
     }
     std::size_t line = stampLine;
@@ -118,31 +118,31 @@ void TSdDatalogReader::Convert(const std::filesystem::path& path, std::vector<st
 }
 
 void TSdDatalogReader::TellRefused(const std::string& what) {
-    Parts.MemoEventLog.Add(FillText(FileRefused, {what}));
+    Needs.MemoEventLog.Add(FillText(FileRefused, {what}));
 }
 
 bool TSdDatalogReader::ChooseProfile() {
     TFileDialog dialog;
     dialog.Title = DialogOpenProfileCaption;
-    dialog.InitialDirectory = Parts.directorypath / "profile";
+    dialog.InitialDirectory = Needs.directorypath / "profile";
     dialog.Filters = OpenDialogFilters();
     dialog.SelectedFilter = OpenDialogSdProfileFilter;
     dialog.FileMustExist = true;
-    if (const auto path = Parts.Dialogs.OpenFile(dialog))
+    if (const auto path = Needs.Dialogs.OpenFile(dialog))
         OnOpenProfile(*path);
-    Parts.GraphPage.GraphInit(true);
-    Parts.GraphPage.ClearGraphPage();
-    return Parts.Profile.ProfileLoaded && Parts.Program.IsOpen();
+    Needs.GraphPage.GraphInit(true);
+    Needs.GraphPage.ClearGraphPage();
+    return Needs.Profile.ProfileLoaded && Needs.Program.IsOpen();
 }
 
 std::vector<std::filesystem::path> TSdDatalogReader::ChooseFiles() {
     TFileDialog dialog;
     dialog.Title = DialogOpenDatalogFileCaption;
-    dialog.InitialDirectory = Parts.directorypath;
+    dialog.InitialDirectory = Needs.directorypath;
     dialog.Filters = OpenDialogFilters();
     dialog.SelectedFilter = OpenDialogSdDatalogFilter;
     dialog.FileMustExist = true;
-    return Parts.Dialogs.OpenFiles(dialog);
+    return Needs.Dialogs.OpenFiles(dialog);
 }
 
 void TSdDatalogReader::TakeTexts(const TIniFile& language) {
@@ -154,24 +154,24 @@ void TSdDatalogReader::TakeTexts(const TIniFile& language) {
 }
 
 void TSdDatalogReader::Open_sd_datalogClick() {
-    const TExclusiveUse::THold hold(Parts.Opening);
+    const TExclusiveUse::THold hold(Needs.Opening);
     if (!hold)
         return;
-    if (Parts.Dialogs.ShowMessageBox(EMessageKind::Information, MessageStopLog, EButtons::OkCancel) !=
+    if (Needs.Dialogs.ShowMessageBox(EMessageKind::Information, MessageStopLog, EButtons::OkCancel) !=
             EModalResult::Ok ||
-        !Parts.Program.IsOpen())
+        !Needs.Program.IsOpen())
         return;
-    Parts.Profile.ProfileLoaded = false;
-    Parts.Log.StopLog();
+    Needs.Profile.ProfileLoaded = false;
+    Needs.Log.StopLog();
     if (!ChooseProfile())
         return;
     const auto paths = ChooseFiles();
-    if (!Parts.Program.IsOpen())
+    if (!Needs.Program.IsOpen())
         return;
     if (!paths.empty()) {
-        Parts.Log.StopLog();
-        Parts.GraphPage.ClearGraphPage();
-        Parts.GraphPage.DatalogFileOpen = true;
+        Needs.Log.StopLog();
+        Needs.GraphPage.ClearGraphPage();
+        Needs.GraphPage.DatalogFileOpen = true;
         std::vector<std::string> rows;
         bool headers = false;
         for (const auto& path : paths) {
@@ -188,30 +188,30 @@ void TSdDatalogReader::Open_sd_datalogClick() {
                 rows.pop_back();
             }
         }
-        TellChosenFiles(Parts, paths);
+        TellChosenFiles(Needs, paths);
         const std::size_t interval = FitAxis(rows);
-        if (!WaitForPaint(Parts, rows.size()))
+        if (!WaitForPaint(Needs, rows.size()))
             return;
         if (!headers) {
             rows.clear();
-            Parts.GraphPage.ClearGraphPage();
-            Parts.Dialogs.ShowMessage(NoDatalogMessage);
+            Needs.GraphPage.ClearGraphPage();
+            Needs.Dialogs.ShowMessage(NoDatalogMessage);
         }
         Draw(rows, interval);
     }
-    Parts.FileProgressBar.SetVisible(false);
-    Parts.Profile.ProfileLoaded = false;
+    Needs.FileProgressBar.SetVisible(false);
+    Needs.Profile.ProfileLoaded = false;
 }
 
 std::size_t TSdDatalogReader::FitAxis(std::vector<std::string>& rows) {
-    TGraphPage& page = Parts.GraphPage;
+    TGraphPage& page = Needs.GraphPage;
     const auto jump = static_cast<std::size_t>(page.XAxisJump);
     if (rows.size() < jump) {
         page.graph.XAxis.Max.SetBoth(page.XAxisJump);
         return 100;
     }
     if (rows.size() > manyRows &&
-        Parts.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
+        Needs.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
                                      "Datalog size is big proceed with truncated size",
                                      EButtons::YesNo) == EModalResult::Yes) {
         std::vector<std::string> kept;
@@ -224,17 +224,17 @@ std::size_t TSdDatalogReader::FitAxis(std::vector<std::string>& rows) {
 }
 
 void TSdDatalogReader::Draw(const std::vector<std::string>& rows, std::size_t labelInterval) {
-    TGraphPage& page = Parts.GraphPage;
+    TGraphPage& page = Needs.GraphPage;
     TSLScope& graph = page.graph;
-    const TAtExit hideBar([this] { Parts.FileProgressBar.SetVisible(false); });
+    const TAtExit hideBar([this] { Needs.FileProgressBar.SetVisible(false); });
     std::vector<TGraphPoint> points;
-    for (const std::string& row : Parts.Profile.GraphValues)
+    for (const std::string& row : Needs.Profile.GraphValues)
         points.push_back(ParseGraphPoint(SetRowField(row, typeField, "0"))); // the type plays no part here
     TGraphRowParser parser(points);
     if (parser.Channels() == 0)
-        throw TError(Parts.Profile.currentprofilefile.string() + ": no row of [GraphPoints] is a channel");
+        throw TError(Needs.Profile.currentprofilefile.string() + ": no row of [GraphPoints] is a channel");
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        Parts.FileProgressBar.SetPosition(static_cast<int>(i));
+        Needs.FileProgressBar.SetPosition(static_cast<int>(i));
         parser.Parse(rows[i]);
         if (i == 0)
             page.CurrentLogStartDate = parser.Date();

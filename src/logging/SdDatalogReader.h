@@ -13,7 +13,7 @@ namespace tidewell {
 // scrolled or exported, and after it no profile is open.
 class TSdDatalogReader {
   public:
-    explicit TSdDatalogReader(const TDatalogParts& parts) : Parts(parts) {}
+    explicit TSdDatalogReader(const TDatalogNeeds& needs) : Needs(needs) {}
 
     // Throws EListError when the first file is refused, EConvertError for a stamp or a value that is none,
     // EInOutError.
@@ -34,7 +34,7 @@ class TSdDatalogReader {
     std::size_t FitAxis(std::vector<std::string>& rows);
     void Draw(const std::vector<std::string>& rows, std::size_t labelInterval);
 
-    TDatalogParts Parts;
+    TDatalogNeeds Needs;
     std::string MessageStopLog, DialogOpenProfileCaption, DialogOpenDatalogFileCaption;
     std::string FileRefused = "SD-card datalog refused: %1"; // of the event log; the file, or what is wrong
 };

@@ -35,41 +35,41 @@ class TFileLines : public IDataLines {
 void TFlashView::Show(const std::filesystem::path& profile, const std::filesystem::path& file) {
     TFileLines lines(Ports.Files, file);
     const TBefore before = Before();
-    Parts.ProfileOpening.OpenProfile(profile);
+    Needs.ProfileOpening.OpenProfile(profile);
     try {
         Draw(lines);
     } catch (...) {
         Restore(before);
         throw;
     }
-    Parts.Main.TheTab.SetActivePage(Parts.Main.TabGraph);
-    Parts.Main.TabSetpoint.SetVisible(false);
-    Parts.Main.WindowSetpoint1.SetEnabled(false);
-    Parts.Profile.ProfileLoaded = false;
+    Needs.Main.TheTab.SetActivePage(Needs.Main.TabGraph);
+    Needs.Main.TabSetpoint.SetVisible(false);
+    Needs.Main.WindowSetpoint1.SetEnabled(false);
+    Needs.Profile.ProfileLoaded = false;
 }
 
 void TFlashView::Draw(IDataLines& lines) {
-    RunGuarded(Ports.Dialogs, [this] { Parts.GraphPage.GraphInit(true); });
-    Parts.GraphPage.ClearGraphPage();
-    Parts.Device.Close();
-    Parts.GraphPage.DrawGraphDatafromList(lines);
+    RunGuarded(Ports.Dialogs, [this] { Needs.GraphPage.GraphInit(true); });
+    Needs.GraphPage.ClearGraphPage();
+    Needs.Device.Close();
+    Needs.GraphPage.DrawGraphDatafromList(lines);
 }
 
 TFlashView::TBefore TFlashView::Before() const {
-    return {Parts.Profile, Parts.GraphPage.ChannelSettings(), Parts.Main.Caption(),
-            Parts.Panel.GlobalPlsFilePath};
+    return {Needs.Profile, Needs.GraphPage.ChannelSettings(), Needs.Main.Caption(),
+            Needs.Panel.GlobalPlsFilePath};
 }
 
 // Devices, tree, poll questions and settings have stayed those of the profile before.
 void TFlashView::Restore(const TBefore& before) {
-    static_cast<TProfileGraph&>(Parts.Profile) = before.Profile;
-    Parts.Panel.SetMpanelPLSpath(before.PlsFilePath);
-    Parts.Main.SetCaption(before.Caption);
+    static_cast<TProfileGraph&>(Needs.Profile) = before.Profile;
+    Needs.Panel.SetMpanelPLSpath(before.PlsFilePath);
+    Needs.Main.SetCaption(before.Caption);
     if (before.Profile.ProfileLoaded)
-        Parts.Main.MemoEventLog.Add(before.Profile.currentprofilefile.string() + " opened");
-    Parts.ProfileOpening.TellFault();
-    RunGuarded(Ports.Dialogs, [this] { Parts.GraphPage.GraphInit(true); });
-    Parts.GraphPage.ApplySettings(before.Channels);
+        Needs.Main.MemoEventLog.Add(before.Profile.currentprofilefile.string() + " opened");
+    Needs.ProfileOpening.TellFault();
+    RunGuarded(Ports.Dialogs, [this] { Needs.GraphPage.GraphInit(true); });
+    Needs.GraphPage.ApplySettings(before.Channels);
 }
 
 } // namespace tidewell

@@ -17,7 +17,7 @@ namespace tidewell {
 // Shows a downloaded flash datalog on the graph page.
 class TFlashView {
   public:
-    struct TParts {
+    struct TNeeds {
         TFormMain& Main;
         TModbusPanel& Panel;
         TProfile& Profile;
@@ -25,7 +25,7 @@ class TFlashView {
         TGraphPage& GraphPage;
         TNabtoDevice& Device;
     };
-    TFlashView(const TPorts& ports, const TParts& parts) : Ports(ports), Parts(parts) {}
+    TFlashView(const TPorts& ports, const TNeeds& needs) : Ports(ports), Needs(needs) {}
 
     // Draws the file by its companion profile, and closes the device form. No other profile is open
     // afterwards, and no setpoint page. Throws what stands in the way, such as EInOutError for a file that
@@ -46,7 +46,7 @@ class TFlashView {
     void Restore(const TBefore& before);
 
     const TPorts& Ports;
-    const TParts Parts;
+    const TNeeds Needs;
 };
 
 } // namespace tidewell

@@ -10,7 +10,7 @@ namespace tidewell {
 
 TFormMain::TFormMain(const IApplication& application)
     : TForm("FormMain"),
-      StatusBar("StatusBar", {{300, "", false}, {0, "", false}, {250, "", false}, {170, "", true}}),
+      StatusBar(*this, "StatusBar", {{300, "", false}, {0, "", false}, {250, "", false}, {170, "", true}}),
       Application(application) {
     filemenu.Items = {OpenProfile2, OpenDatalogfile1, Open_sd_datalog, SaveUserDatalog1,
                       Nabtodebug1,  StartLog1,        WindowSetpoint1, WindowGraph1,

@@ -44,38 +44,38 @@ class TFormMain : public TForm, public IProgramState {
     TEvent<> OnHelp;            // of the selected setpoint
     std::string EditNotAllowed; // shown nowhere
 
-    TMainMenu MainMenu{"MainMenu"};
-    TMenuItem filemenu{"filemenu"};
-    TMenuItem OpenProfile2{"OpenProfile2"};
-    TMenuItem OpenDatalogfile1{"OpenDatalogfile1"};
-    TMenuItem Open_sd_datalog{"Open_sd_datalog", "SD-Card datalog"};
-    TMenuItem SaveUserDatalog1{"SaveUserDatalog1"};
-    TMenuItem Nabtodebug1{"Nabtodebug1"};
-    TMenuItem StartLog1{"StartLog1"};
-    TMenuItem WindowSetpoint1{"WindowSetpoint1"};
-    TMenuItem WindowGraph1{"WindowGraph1"};
-    TMenuItem Errorlog1{"Errorlog1", "Show Device Errorlog"};
-    TMenuItem FlasDatalog1{"FlasDatalog1", "FlashDatalog"};
-    TMenuItem Close1{"Close1"};
-    TMenuItem CommPort1{"CommPort1"};
-    TMenuItem Setup1{"Setup1"};
-    TMenuItem Language1{"Language1"};
-    TMenuItem Changelanguage1{"Changelanguage1"};
+    TMainMenu MainMenu{*this, "MainMenu"};
+    TMenuItem filemenu{*this, "filemenu"};
+    TMenuItem OpenProfile2{*this, "OpenProfile2"};
+    TMenuItem OpenDatalogfile1{*this, "OpenDatalogfile1"};
+    TMenuItem Open_sd_datalog{*this, "Open_sd_datalog", "SD-Card datalog"};
+    TMenuItem SaveUserDatalog1{*this, "SaveUserDatalog1"};
+    TMenuItem Nabtodebug1{*this, "Nabtodebug1"};
+    TMenuItem StartLog1{*this, "StartLog1"};
+    TMenuItem WindowSetpoint1{*this, "WindowSetpoint1"};
+    TMenuItem WindowGraph1{*this, "WindowGraph1"};
+    TMenuItem Errorlog1{*this, "Errorlog1", "Show Device Errorlog"};
+    TMenuItem FlasDatalog1{*this, "FlasDatalog1", "FlashDatalog"};
+    TMenuItem Close1{*this, "Close1"};
+    TMenuItem CommPort1{*this, "CommPort1"};
+    TMenuItem Setup1{*this, "Setup1"};
+    TMenuItem Language1{*this, "Language1"};
+    TMenuItem Changelanguage1{*this, "Changelanguage1"};
 
     // On the tab strip, at its right end, from right to left.
-    TButton TrafficButton{"TrafficButton"};
-    TButton DeviceID{"DeviceID"};
-    TButton but_swupdate{"but_swupdate"};
-    TButton but_errorlog{"but_errorlog"};
+    TButton TrafficButton{*this, "TrafficButton"};
+    TButton DeviceID{*this, "DeviceID"};
+    TButton but_swupdate{*this, "but_swupdate"};
+    TButton but_errorlog{*this, "but_errorlog"};
 
-    TPageControl TheTab{"TheTab"};
-    TTabSheet TabSetpoint{"TabSetpoint"};
-    TTabSheet TabGraph{"TabGraph"};
+    TPageControl TheTab{*this, "TheTab"};
+    TTabSheet TabSetpoint{*this, "TabSetpoint"};
+    TTabSheet TabGraph{*this, "TabGraph"};
 
     // On TabSetpoint, left: the tree above, the event log below; right: the grid.
-    TPanel PanelGroupSetpoints{"PanelGroupSetpoints"};
-    TMemo MemoEventLog{"MemoEventLog"};
-    TPanel GraphControlsPanel{"GraphControlsPanel"};
+    TPanel PanelGroupSetpoints{*this, "PanelGroupSetpoints"};
+    TMemo MemoEventLog{*this, "MemoEventLog"};
+    TPanel GraphControlsPanel{*this, "GraphControlsPanel"};
 
     static constexpr std::size_t PanelLink = 0;     // LedNabto and LblNabto
     static constexpr std::size_t PanelUser = 1;     // lblConnectedUser
@@ -83,18 +83,18 @@ class TFormMain : public TForm, public IProgramState {
     static constexpr std::size_t PanelVersion = 3;  // centred text
     static constexpr int StatusBarHeight = 19;      // pixels
     TStatusBar StatusBar;
-    TProgressBar FileProgressBar{"FileProgressBar"};
+    TProgressBar FileProgressBar{*this, "FileProgressBar"};
 
     // Above the status bar: the lines of the rooms, in this order.
     std::vector<TNotice*> Notices;
     // In the same place, while setpoints are read back; the bar then shows how far.
-    TPanel ReadBackPanel{"ReadBackPanel"};
-    TLabel LblReadBack{"LblReadBack"};
-    TButton ButStopReadBack{"ButStopReadBack", "Stop waiting"};
+    TPanel ReadBackPanel{*this, "ReadBackPanel"};
+    TLabel LblReadBack{*this, "LblReadBack"};
+    TButton ButStopReadBack{*this, "ButStopReadBack", "Stop waiting"};
     // Likewise while a firmware update runs. The bar shows how much of a file is sent.
-    TPanel UpdatePanel{"UpdatePanel"};
-    TLabel LblUpdate{"LblUpdate"};
-    TButton ButShowUpdate{"ButShowUpdate"};
+    TPanel UpdatePanel{*this, "UpdatePanel"};
+    TLabel LblUpdate{*this, "LblUpdate"};
+    TButton ButShowUpdate{*this, "ButShowUpdate"};
 
   private:
     const IApplication& Application;

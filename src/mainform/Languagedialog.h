@@ -19,8 +19,8 @@ class Tlanguagedialog : public TForm {
 
     Tlanguagedialog(const TPorts& ports, const TStartOptions& options, const TCurrentInifilesPath& paths);
 
-    TRadioGroup langgroup{"langgroup"};
-    TButton Button{"Button"};
+    TRadioGroup langgroup{*this, "langgroup"};
+    TButton Button{*this, "Button"};
 
     void FormCreate(const TIniFile& language);
     void FormShow();

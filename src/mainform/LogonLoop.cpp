@@ -1,7 +1,12 @@
 #include "mainform/LogonLoop.h"
 
+#include "cloud/ApiClient.h"
+#include "cloud/NabtoLogOn.h"
 #include "core/AtExit.h"
 #include "core/KvSupport.h"
+#include "core/ProgramState.h"
+#include "core/controls/StatusBar.h"
+#include "core/ports/IWait.h"
 
 #include <utility>
 
@@ -14,39 +19,35 @@ constexpr int notAuthorized = -3;
 
 } // namespace
 
-TLogonLoop::TLogonLoop(IDialogs& dialogs, TNabtoLogOn& logOn, TLabel& lblConnectedUser,
-                       std::function<void()> repaint)
-    : Dialogs(dialogs), LogOn(logOn), LblConnectedUser(lblConnectedUser), Repaint(std::move(repaint)) {}
-
-int TLogonLoop::Run(TApiClient& client, const std::string& userNamePassword,
-                    const std::function<bool()>& closing) {
-    const TAtExit forget([this] { LogOn.ForgetPassword(); });
+int TLogonLoop::Run(const std::string& userNamePassword) {
+    const TAtExit forget([this] { Needs.LogOn.ForgetPassword(); });
     int result = -1;
-    while (result != 0 && !closing()) {
-        LogOn.EnterUserName("");
-        LogOn.ForgetPassword();
-        LblConnectedUser.SetCaption("");
+    while (result != 0 && Needs.Program.IsOpen()) {
+        Needs.LogOn.EnterUserName("");
+        Needs.LogOn.ForgetPassword();
+        Needs.lblConnectedUser.SetCaption("");
         if (!userNamePassword.empty()) {
-            LogOn.EnterUserName(GetRowField(userNamePassword, 0));
-            LogOn.EnterPassword(GetRowField(userNamePassword, 1));
-        } else if (Dialogs.ShowModal(LogOn) != EModalResult::Ok || closing()) {
+            Needs.LogOn.EnterUserName(GetRowField(userNamePassword, 0));
+            Needs.LogOn.EnterPassword(GetRowField(userNamePassword, 1));
+        } else if (Needs.Dialogs.ShowModal(Needs.LogOn) != EModalResult::Ok || !Needs.Program.IsOpen()) {
             return result;
         }
-        result = Login(client, closing);
+        result = Login();
     }
     return result;
 }
 
-int TLogonLoop::Login(TApiClient& client, const std::function<bool()>& closing) {
-    const std::string user = LogOn.EditUser.Text();
-    const std::string password = LogOn.EditPW.Text();
-    const bool offline = LogOn.offLineSessionCheckBox.Checked();
-    LblConnectedUser.SetCaption("User: " + user);
-    Repaint();
-    int result = client.Login(user, password);
+int TLogonLoop::Login() {
+    const std::string user = Needs.LogOn.EditUser.Text();
+    const std::string password = Needs.LogOn.EditPW.Text();
+    const bool offline = Needs.LogOn.offLineSessionCheckBox.Checked();
+    Needs.lblConnectedUser.SetCaption("User: " + user);
+    Needs.StatusBar.Repaint();
+    Needs.Wait.Sleep(0); // painted before the server's answer is waited for
+    int result = Needs.ApiClient.Login(user, password);
     const auto warn = [&](const std::string& text) {
-        if (!closing())
-            Dialogs.ShowMessageBox(EMessageKind::Warning, text, EButtons::Ok);
+        if (Needs.Program.IsOpen())
+            Needs.Dialogs.ShowMessageBox(EMessageKind::Warning, text, EButtons::Ok);
     };
     if (result == notAuthorized)
         warn("You are not authorized to use the datalogger.");
@@ -54,8 +55,8 @@ int TLogonLoop::Login(TApiClient& client, const std::function<bool()>& closing) 
         warn("Username or password is incorrect.");
     else if (result != 0)
         warn("An error occurred during login.");
-    if (offline && !closing()) {
-        result = client.BeginOfflineSession();
+    if (offline && Needs.Program.IsOpen()) {
+        result = Needs.ApiClient.BeginOfflineSession();
         if (result != 0)
             warn("An error occurred during prepare offline session.");
     }

@@ -1,33 +1,40 @@
 #pragma once
 
-#include "cloud/ApiClient.h"
-#include "cloud/NabtoLogOn.h"
-#include "core/controls/Simple.h"
-#include "core/ports/IDialogs.h"
-
-#include <functional>
 #include <string>
 
 namespace tidewell {
+
+class IDialogs;
+class IProgramState;
+class IWait;
+class TApiClient;
+class TLabel;
+class TNabtoLogOn;
+class TStatusBar;
 
 // Signs the user in, by the dialog or by "name;password" from the command line, until it worked or the user
 // gave up.
 class TLogonLoop {
   public:
-    TLogonLoop(IDialogs& dialogs, TNabtoLogOn& logOn, TLabel& lblConnectedUser,
-               std::function<void()> repaint);
+    struct TNeeds {
+        IDialogs& Dialogs;
+        IWait& Wait;
+        const IProgramState& Program;
+        TApiClient& ApiClient;
+        TNabtoLogOn& LogOn;
+        TLabel& lblConnectedUser;
+        TStatusBar& StatusBar; // which shows that label
+    };
+    explicit TLogonLoop(const TNeeds& needs) : Needs(needs) {}
 
-    // 0 when the login, or with the offline tick the offline session, worked. closing tells that the program
-    // is about to end, which ends the loop too. No password is left in the dialog.
-    int Run(TApiClient& client, const std::string& userNamePassword, const std::function<bool()>& closing);
+    // 0 when the login, or with the offline tick the offline session, worked. The end of the program ends the
+    // loop too. No password is left in the dialog.
+    int Run(const std::string& userNamePassword);
 
   private:
-    int Login(TApiClient& client, const std::function<bool()>& closing);
+    int Login();
 
-    IDialogs& Dialogs;
-    TNabtoLogOn& LogOn;
-    TLabel& LblConnectedUser;
-    std::function<void()> Repaint;
+    const TNeeds Needs;
 };
 
 } // namespace tidewell

@@ -31,9 +31,9 @@ struct TProfileTexts : TOwnTexts {
 
 // Chooses the profile, by the user or by the model that the device reports, and loads it into all that show
 // it.
-class TProfileOpening {
+class TProfileOpening : public TControls {
   public:
-    struct TParts {
+    struct TNeeds {
         TFormMain& Main;
         TCurrentInifilesPath& Paths;
         TModbusPanel& Panel;
@@ -49,11 +49,12 @@ class TProfileOpening {
         TExclusiveUse& Opening; // of a file or a profile
     };
 
-    TProfileOpening(const TPorts& ports, const TParts& parts) : Ports(ports), Parts(parts) {}
+    TProfileOpening(const TPorts& ports, const TNeeds& needs)
+        : TControls(needs.Main), Ports(ports), Needs(needs) {}
 
     void TakeTexts(const TIniFile& language);
     TProfileTexts Texts;
-    TNotice NoticeProfile{"NoticeProfile"}; // what is wrong with the file of the open profile
+    TNotice NoticeProfile{*this, "NoticeProfile"}; // what is wrong with the file of the open profile
 
     TEvent<> OnOtherProfile; // another file than before is being opened
 
@@ -76,7 +77,7 @@ class TProfileOpening {
     void AskForProfile(const std::string& message);
 
     const TPorts& Ports;
-    TParts Parts;
+    TNeeds Needs;
     std::string MessageStopLog;           // question before a profile is opened
     std::string DialogOpenProfileCaption; // title of the file dialog
     TIniSection TestfileComport;          // messages of the language file, some of them by position

@@ -30,8 +30,8 @@
 #include "mainform/StartUp.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
-#include "setpoints/InputDialog.h"
-#include "setpoints/LoadSetpoints.h"
+#include "setpoints/Finputdialog.h"
+#include "setpoints/LoadSetpointToDevice.h"
 #include "setpoints/ReadBack.h"
 #include "setpoints/SetpointFiles.h"
 #include "setpoints/SetpointPage.h"
@@ -100,7 +100,7 @@ class TProgram {
     TCloseDown CloseDown;
 
   private:
-    TDatalogParts DatalogParts();
+    TDatalogNeeds DatalogNeeds();
     void ConnectMainForm();
     void ConnectDevice();
     void ConnectUpdate();

@@ -18,7 +18,7 @@ namespace tidewell {
 // keep-alive.
 class TSignIn : private ICommandLineActions {
   public:
-    struct TParts {
+    struct TNeeds {
         TFormMain& Main;
         const TCurrentInifilesPath& Paths;
         TStartOptions& Options;
@@ -29,7 +29,7 @@ class TSignIn : private ICommandLineActions {
         TNabtoDevice& Device;
     };
 
-    TSignIn(const TPorts& ports, TParts parts);
+    TSignIn(const TPorts& ports, TNeeds needs);
 
     // Brings the client to the service that the system file names.
     void MakeClient();
@@ -51,7 +51,7 @@ class TSignIn : private ICommandLineActions {
     void TellUnknownOption(const std::string& name) override;
 
     const TPorts& Ports;
-    const TParts Parts;
+    const TNeeds Needs;
     std::unique_ptr<IHttp> Http;
 };
 

@@ -26,9 +26,9 @@ class TSplashscreen : public TForm {
     // Offers to delete system logs of 30 days and more.
     void CleanUpLogFiles();
 
-    TImage logo{"logo"};
-    TLabel ver_lab{"ver_lab"};
-    TLabel infostring{"infostring"};
+    TImage logo{*this, "logo"};
+    TLabel ver_lab{*this, "ver_lab"};
+    TLabel infostring{*this, "infostring"};
 
     TCurrentInifilesPath FCurrentInifilesPath;
     TIniFile Language{""}; // read by FormCreate

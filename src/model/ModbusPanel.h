@@ -74,6 +74,7 @@ class TModbusPanel {
     std::size_t CycleReadListGetNumbersInList() const { return CycleReadList.size(); }
     std::string CycleReadListGetListText() const; // each row followed by a line end
 
+    // Part of the contract, these two and SetDevice of the list; nothing here calls them.
     // Question and field count from 1. -1 if the device's ResponsList has no such answer or field; a field
     // that is no integer is 0. Throws EListError for a name that is not in the list.
     std::int32_t ModbusValueFromString(std::string_view name, std::size_t question, std::size_t field) const;

@@ -34,13 +34,13 @@ TReadBack::EResult TReadBack::Run() {
         Changed.Emit();
     });
     Cancelled = false;
-    Device.ReadBack.SetDatapointList.clear(); // what an earlier order has left
+    Device.Snapshot.SetDatapointList.clear(); // what an earlier order has left
     const TDeviceUse::TAction action(Device.Use);
     if (!action)
         return EResult::NotStarted;
     Log.StartLog(false, true);
-    Device.ReadBack.SetDatapointListCount = 0;
-    Device.ReadBack.Error_SetDatapointListCount = 0;
+    Device.Snapshot.SetDatapointListCount = 0;
+    Device.Snapshot.Error_SetDatapointListCount = 0;
     IsWaiting = true;
     Changed.Emit();
     const EResult result = WaitForSnapshot(action);
@@ -52,18 +52,18 @@ TReadBack::EResult TReadBack::WaitForSnapshot(const TDeviceUse::TAction& action)
     if (Program.IsOpen() && !Device.Cycle.Dologging)
         return EResult::NotStarted;
     std::string shown = ProgressText();
-    while (Device.ReadBack.SetDatapointListCount < snapshotReady) {
+    while (Device.Snapshot.SetDatapointListCount < snapshotReady) {
         if (Cancelled || !Program.IsOpen() || !action.Kept())
             return EResult::Ended;
         Wait.ProcessMessages();
         Wait.Sleep(round);
         if (std::string text = ProgressText();
-            text != shown && Device.ReadBack.SetDatapointListCount < snapshotReady) {
+            text != shown && Device.Snapshot.SetDatapointListCount < snapshotReady) {
             shown = std::move(text);
             Changed.Emit();
         }
     }
-    return Device.ReadBack.Error_SetDatapointListCount >= snapshotFailed ? EResult::Failed : EResult::Done;
+    return Device.Snapshot.Error_SetDatapointListCount >= snapshotFailed ? EResult::Failed : EResult::Done;
 }
 
 std::string TReadBack::ProgressText() const {
@@ -76,11 +76,11 @@ std::string TReadBack::ProgressText() const {
         return "Reading the device: the log is stopped"; // by the user, or by a row that cannot be shown
     const std::size_t questions = cycle.Questions.Count();
     std::string text = "Reading the device: cycle " +
-                       std::to_string(std::min(Device.ReadBack.SetDatapointListCount + 1, cycles)) + " of " +
+                       std::to_string(std::min(Device.Snapshot.SetDatapointListCount + 1, cycles)) + " of " +
                        std::to_string(cycles) + ", question " +
                        std::to_string(std::min(cycle.queryCounter + 1, questions)) + " of " +
                        std::to_string(questions);
-    if (const int retries = Device.ReadBack.Error_SetDatapointListCount; retries > 0)
+    if (const int retries = Device.Snapshot.Error_SetDatapointListCount; retries > 0)
         text += ", retry " + std::to_string(retries);
     return text;
 }
@@ -90,14 +90,14 @@ TReadBack::TProgress TReadBack::Progress() const {
         return {};
     const auto questions = static_cast<int>(Device.Cycle.Questions.Count());
     const int max = cycles * questions;
-    return {std::min(Device.ReadBack.SetDatapointListCount * questions +
+    return {std::min(Device.Snapshot.SetDatapointListCount * questions +
                          static_cast<int>(Device.Cycle.queryCounter),
                      max),
             max};
 }
 
 std::string TReadBack::SnapshotRow(std::size_t row) const {
-    const auto& rows = Device.ReadBack.SetDatapointList;
+    const auto& rows = Device.Snapshot.SetDatapointList;
     return row < rows.size() ? rows[row] : std::string();
 }
 

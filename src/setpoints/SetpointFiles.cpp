@@ -9,7 +9,7 @@
 #include "core/TextFile.h"
 #include "core/controls/Lists.h"
 #include "model/ModbusPanel.h"
-#include "setpoints/LoadSetpoints.h"
+#include "setpoints/LoadSetpointToDevice.h"
 #include "setpoints/SetpointRecords.h"
 
 #include <exception>
@@ -25,17 +25,17 @@ constexpr std::size_t snapshotRow = 1;
 } // namespace
 
 void TSetpointFiles::Savesetpoints1Click() {
-    if (Parts.ReadBack.Running())
+    if (Needs.ReadBack.Running())
         return;
-    const std::string deviceName = Parts.SelectedSetpointParent; // which a click may change meanwhile
+    const std::string deviceName = Needs.SelectedSetpointParent; // which a click may change meanwhile
     if (deviceName.empty()) {
-        Parts.Log.StopLog();
+        Needs.Log.StopLog();
         return;
     }
-    const TDeviceUse::TAction action(Parts.ReadBack.Use());
+    const TDeviceUse::TAction action(Needs.ReadBack.Use());
     if (!action)
         return;
-    Parts.Log.StopLog();
+    Needs.Log.StopLog();
     SetpointSaveSetpoints(deviceName);
 }
 
@@ -49,47 +49,47 @@ void TSetpointFiles::SetpointSaveSetpoints(const std::string& deviceName) {
 }
 
 void TSetpointFiles::TellNotSaved(const std::string& reason) {
-    Parts.MemoEventLog.Add(FillText(Parts.Texts.Files.NotSaved, {reason}));
+    Needs.MemoEventLog.Add(FillText(Needs.Texts.Files.NotSaved, {reason}));
 }
 
 void TSetpointFiles::Save(const std::string& deviceName) {
-    const int device = Parts.Panel.GetSelectedDeviceListNumber(deviceName);
+    const int device = Needs.Panel.GetSelectedDeviceListNumber(deviceName);
     if (device < 0) {
-        TellNotSaved(Parts.Texts.Files.UnknownDevice);
+        TellNotSaved(Needs.Texts.Files.UnknownDevice);
         return;
     }
-    auto records = DeviceSetpointRecords(Parts.Panel, device);
+    auto records = DeviceSetpointRecords(Needs.Panel, device);
     if (const std::string* const reason = ReadDevice()) {
         TellNotSaved(*reason);
         return;
     }
-    FillRawValues(records, Parts.ReadBack.SnapshotRow(snapshotRow));
+    FillRawValues(records, Needs.ReadBack.SnapshotRow(snapshotRow));
     std::vector<std::string> lines = HeadLines(deviceName);
-    auto recordLines = SetpointLines(std::move(records), Parts.Texts, Parts.Dialogs);
+    auto recordLines = SetpointLines(std::move(records), Needs.Texts, Needs.Dialogs);
     lines.insert(lines.end(), std::make_move_iterator(recordLines.begin()),
                  std::make_move_iterator(recordLines.end()));
-    if (!Parts.Program.IsOpen())
+    if (!Needs.Program.IsOpen())
         return;
     TFileDialog dialog;
-    dialog.Title = Parts.Texts.DialogSaveDatalogFile;
-    dialog.InitialDirectory = Parts.directorypath / "setpoint";
+    dialog.Title = Needs.Texts.DialogSaveDatalogFile;
+    dialog.InitialDirectory = Needs.directorypath / "setpoint";
     dialog.Filters = {{"csv", "*.csv"}};
     dialog.AskOverwrite = false;
-    const auto choose = [&] { return ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog); };
+    const auto choose = [&] { return ChooseCsvFile(Needs.Files, Needs.Dialogs, dialog); };
     auto path = choose();
     if (path)
         path = SaveOrElsewhere(
-            Parts.Dialogs, *path, [&](const auto& file) { WriteLines(Parts.Files, file, lines); }, choose,
+            Needs.Dialogs, *path, [&](const auto& file) { WriteLines(Needs.Files, file, lines); }, choose,
             [this](const std::string& reason) { TellNotSaved(reason); });
     if (path)
-        Parts.MemoEventLog.Add("Saved Setpointfile " + path->string());
+        Needs.MemoEventLog.Add("Saved Setpointfile " + path->string());
 }
 
 // What else the user does meanwhile must not bring values of one profile under the names of another.
 const std::string* TSetpointFiles::ReadDevice() {
-    const TSetpointFileTexts& texts = Parts.Texts.Files;
-    const std::filesystem::path profile = Parts.Panel.GlobalPlsFilePath;
-    switch (Parts.ReadBack.Run()) {
+    const TSetpointFileTexts& texts = Needs.Texts.Files;
+    const std::filesystem::path profile = Needs.Panel.GlobalPlsFilePath;
+    switch (Needs.ReadBack.Run()) {
     case TReadBack::EResult::Failed:
         return &texts.Differed;
     case TReadBack::EResult::NotStarted:
@@ -99,39 +99,39 @@ const std::string* TSetpointFiles::ReadDevice() {
     case TReadBack::EResult::Done:
         break;
     }
-    return Parts.Panel.GlobalPlsFilePath == profile ? nullptr : &texts.OtherProfile;
+    return Needs.Panel.GlobalPlsFilePath == profile ? nullptr : &texts.OtherProfile;
 }
 
 std::vector<std::string> TSetpointFiles::HeadLines(const std::string& deviceName) const {
-    return {"Created at : " + DigitsOnly(Parts.Clock.ShortDate(Parts.Clock.Now())) + ";",
-            "Device name : " + deviceName + ";", "Profile : " + Parts.Panel.GlobalPlsFilePath.string() + ";",
+    return {"Created at : " + DigitsOnly(Needs.Clock.ShortDate(Needs.Clock.Now())) + ";",
+            "Device name : " + deviceName + ";", "Profile : " + Needs.Panel.GlobalPlsFilePath.string() + ";",
             "SetpointName;Formatted value;RawValue;Min;Max;Decimal;Offset;ModbusAdr;Enhed;User1;User2;User3;"
             "User4;User5;"};
 }
 
 void TSetpointFiles::Loadsetpointfromfile1Click() {
-    if (Parts.ReadBack.Running())
+    if (Needs.ReadBack.Running())
         return;
-    Parts.Log.StopLog();
+    Needs.Log.StopLog();
     TFileDialog dialog;
-    dialog.Title = Parts.Texts.DialogOpenProfileCaption;
-    dialog.InitialDirectory = Parts.directorypath / "setpoint";
+    dialog.Title = Needs.Texts.DialogOpenProfileCaption;
+    dialog.InitialDirectory = Needs.directorypath / "setpoint";
     dialog.Filters = OpenDialogFilters();
     dialog.SelectedFilter = OpenDialogCsvFilter;
     dialog.FileMustExist = true;
-    const auto path = Parts.Dialogs.OpenFile(dialog);
+    const auto path = Needs.Dialogs.OpenFile(dialog);
     if (!path) {
-        Parts.LoadSetpoints.ErrorCount = loadCancelled;
+        Needs.LoadSetpoints.ErrorCount = loadCancelled;
         return;
     }
-    if (!Parts.LoadSetpoints.LoadForm(*path)) {
-        Parts.Dialogs.ShowMessage(Parts.Texts.SetpointFileRefused);
+    if (!Needs.LoadSetpoints.LoadForm(*path)) {
+        Needs.Dialogs.ShowMessage(Needs.Texts.SetpointFileRefused);
         return;
     }
-    Parts.MemoEventLog.Add("Load Setpointfile " + path->string());
-    Parts.LoadSetpoints.ResultList.Clear();
-    if (Parts.Program.IsOpen())
-        Parts.Dialogs.ShowModal(Parts.LoadSetpoints);
+    Needs.MemoEventLog.Add("Load Setpointfile " + path->string());
+    Needs.LoadSetpoints.ResultList.Clear();
+    if (Needs.Program.IsOpen())
+        Needs.Dialogs.ShowModal(Needs.LoadSetpoints);
 }
 
 } // namespace tidewell

@@ -22,7 +22,7 @@ class TModbusPanel;
 // device, or a saved list is opened for writing.
 class TSetpointFiles {
   public:
-    struct TParts {
+    struct TNeeds {
         IDialogs& Dialogs;
         IFiles& Files;
         const IClock& Clock;
@@ -36,7 +36,7 @@ class TSetpointFiles {
         const std::string& SelectedSetpointParent; // of the setpoint page
         const std::filesystem::path& directorypath;
     };
-    explicit TSetpointFiles(const TParts& parts) : Parts(parts) {}
+    explicit TSetpointFiles(const TNeeds& needs) : Needs(needs) {}
 
     void Savesetpoints1Click();
     void Loadsetpointfromfile1Click();
@@ -53,7 +53,7 @@ class TSetpointFiles {
     void TellNotSaved(const std::string& reason);
     std::vector<std::string> HeadLines(const std::string& deviceName) const;
 
-    TParts Parts;
+    TNeeds Needs;
 };
 
 } // namespace tidewell

@@ -10,7 +10,7 @@
 #include "logging/LiveLog.h"
 #include "logging/LogBuffers.h"
 #include "model/ListField.h"
-#include "setpoints/InputDialog.h"
+#include "setpoints/Finputdialog.h"
 
 #include <algorithm>
 #include <numeric>
@@ -61,7 +61,7 @@ bool StartsNumber(const std::string& key) {
 
 } // namespace
 
-TSetpointPage::TSetpointPage(const TParts& parts) : Parts(parts) {
+TSetpointPage::TSetpointPage(TForm& form, const TNeeds& needs) : TControls(form), Needs(needs) {
     SetpointGrid.Cells.SetColCount(shownColumns);
     SetpointGrid.Cells.SetRowCount(1);
     SetpointGrid.ColWidths.assign(shownColumns, defaultColumnWidth);
@@ -91,7 +91,7 @@ void TSetpointPage::TakeTexts(const TIniFile& language) {
 
 void TSetpointPage::BuildSetpointTree() {
     std::vector<TTreeView::TNode> roots;
-    for (const TMDevice& device : Parts.Panel.DeviceList) {
+    for (const TMDevice& device : Needs.Panel.DeviceList) {
         TTreeView::TNode root;
         // A device without questions cannot be named by one.
         root.Text = device.ReadList.empty() ? device.Name : GetRowField(device.ReadList.front(), 5);
@@ -100,8 +100,8 @@ void TSetpointPage::BuildSetpointTree() {
         roots.push_back(std::move(root));
     }
     SetpointTreeView.SetNodes(std::move(roots));
-    const std::filesystem::path former = std::exchange(TreeProfile, Parts.Panel.GlobalPlsFilePath);
-    if (former != TreeProfile && Parts.Extensions.SetpointPageForgetRows)
+    const std::filesystem::path former = std::exchange(TreeProfile, Needs.Panel.GlobalPlsFilePath);
+    if (former != TreeProfile && Needs.Extensions.SetpointPageForgetRows)
         ForgetRows();
     ShowWhoseRows();
 }
@@ -136,7 +136,7 @@ void TSetpointPage::SetpointTreeViewClick() {
     }
     SetpointListReady = false;
     ShowGroup();
-    CurrentModbusID = Parts.Panel.GetModbusIDFromDeviceName(root.Text);
+    CurrentModbusID = Needs.Panel.GetModbusIDFromDeviceName(root.Text);
     SetpointListReady = true;
     ShowCurrentValues();
 }
@@ -148,11 +148,11 @@ void TSetpointPage::SetpointTreeViewKeyPress(const std::string& key) {
 
 // A device that bears another name than its node leaves the rows as they were.
 void TSetpointPage::ReadGroup(std::string_view device, std::string_view group) {
-    std::vector<std::string>& paraIds = Parts.HelpfileDoc.ParaID;
+    std::vector<std::string>& paraIds = Needs.HelpfileDoc.ParaID;
     int index = 0;
-    for (const TMDevice& candidate : Parts.Panel.DeviceList) {
+    for (const TMDevice& candidate : Needs.Panel.DeviceList) {
         if (candidate.Name == device) {
-            Parts.Panel.SelectedDevice = index;
+            Needs.Panel.SelectedDevice = index;
             SetpointValues.clear();
             RowsProfile = TreeProfile;
             paraIds.clear();
@@ -180,7 +180,7 @@ void TSetpointPage::ShowGroup() {
 void TSetpointPage::ShowWhoseRows() {
     const bool former = !SetpointValues.empty() && RowsProfile != TreeProfile;
     LblSetpointRows.SetVisible(former);
-    LblSetpointRows.SetCaption(former ? FillText(Parts.Texts.RowsOfFormer, {RowsProfile.filename().string(),
+    LblSetpointRows.SetCaption(former ? FillText(Needs.Texts.RowsOfFormer, {RowsProfile.filename().string(),
                                                                             TreeProfile.filename().string()})
                                       : std::string());
 }
@@ -188,8 +188,8 @@ void TSetpointPage::ShowWhoseRows() {
 void TSetpointPage::ForgetRows() {
     SetpointListReady = false;
     SetpointValues.clear();
-    Parts.HelpfileDoc.ParaID.clear();
-    Parts.HelpfileDoc.currentParaID = 0;
+    Needs.HelpfileDoc.ParaID.clear();
+    Needs.HelpfileDoc.currentParaID = 0;
     CurrentModbusID = -1;
     ShowGroup();
     LblSetpointPageEmpty.SetVisible(true);
@@ -197,17 +197,17 @@ void TSetpointPage::ForgetRows() {
 
 // Values show at once, and not only with the next cycle.
 void TSetpointPage::ShowCurrentValues() {
-    if (!Parts.LiveLog.DatalogOn && Parts.GraphPage.DatalogFileOpen) {
-        if (const std::string& line = Parts.GraphPage.DatalogLastLineSetpoint; !line.empty())
+    if (!Needs.LiveLog.DatalogOn && Needs.GraphPage.DatalogFileOpen) {
+        if (const std::string& line = Needs.GraphPage.DatalogLastLineSetpoint; !line.empty())
             ApplyDataLine(line);
         return;
     }
-    const std::string data = Parts.LiveLog.CurrentDataString();
+    const std::string data = Needs.LiveLog.CurrentDataString();
     if (data.empty())
         return;
-    const TTime now = Parts.Clock.Now();
-    ApplyDataLine(std::to_string(Parts.LogBuffers.DatalogCount) + ';' + Parts.Clock.ShortDate(now) + ';' +
-                  Parts.Clock.LongTime(now) + ';' + data + "\r\n");
+    const TTime now = Needs.Clock.Now();
+    ApplyDataLine(std::to_string(Needs.LogBuffers.DatalogCount) + ';' + Needs.Clock.ShortDate(now) + ';' +
+                  Needs.Clock.LongTime(now) + ';' + data + "\r\n");
 }
 
 void TSetpointPage::ApplyDataLine(std::string_view line) {
@@ -279,7 +279,7 @@ TCellLook TSetpointPage::SetpointGridDrawCell(int column, int row) const {
     if (column < 0 || static_cast<std::size_t>(column) >= shownColumns)
         return look;
     if (row == 0) {
-        look.Text = Parts.Texts.SetpointHeadline.at(static_cast<std::size_t>(column));
+        look.Text = Needs.Texts.SetpointHeadline.at(static_cast<std::size_t>(column));
         return look;
     }
     look.Selected = row == SetpointGrid.SelectedRow();
@@ -307,12 +307,12 @@ std::string TSetpointPage::CellOf(std::size_t entry, int column) const {
 }
 
 std::string TSetpointPage::UnitOf(const TListRow& row) const {
-    const TIniSection& units = Parts.Texts.DataUnits;
+    const TIniSection& units = Needs.Texts.DataUnits;
     return units.Empty() ? row.Code : units.Value(row.Code);
 }
 
 bool TSetpointPage::CanEdit() const {
-    return !SetpointValues.empty() && Parts.LiveLog.DatalogOn;
+    return !SetpointValues.empty() && Needs.LiveLog.DatalogOn;
 }
 
 void TSetpointPage::SetpointGridDblClick(int row) {
@@ -331,23 +331,23 @@ void TSetpointPage::SetpointGridKeyPress(const std::string& key) {
 }
 
 void TSetpointPage::EditSetpoint(std::size_t entry, const std::string& typed) {
-    TInputDialog& dialog = Parts.InputDialog;
+    TInputDialog& dialog = Needs.InputDialog;
     for (TEdit* edit : {&dialog.EId, &dialog.EAdress, &dialog.EValue})
         edit->SetText({});
     dialog.CurrentSetpointSpecific = SetpointValues.at(entry).Text;
     OfferValue(entry, typed);
     if (CurrentModbusID != -1)
-        Parts.Dialogs.ShowModal(dialog);
+        Needs.Dialogs.ShowModal(dialog);
 }
 
 // The dialog starts with what was typed, or else with the present value. Before the first value it starts
 // with what it was last given, or, if it is strict, with no value.
 void TSetpointPage::OfferValue(std::size_t entry, const std::string& typed) {
     const TListRow& row = SetpointValues.at(entry);
-    TInputDialog& dialog = Parts.InputDialog;
+    TInputDialog& dialog = Needs.InputDialog;
     const bool present = typed.empty() || row.Code == "100"; // bits are not typed
     dialog.PresentRaw.reset();
-    if (Parts.Extensions.InputDialogStrict) {
+    if (Needs.Extensions.InputDialogStrict) {
         dialog.CurrentDatavalue = present ? std::string() : typed;
         dialog.ValueSelectAll = typed.empty();
     }
@@ -359,12 +359,12 @@ void TSetpointPage::OfferValue(std::size_t entry, const std::string& typed) {
     if (!initial.empty())
         dialog.CurrentDatavalue = initial;
     dialog.ValueSelectAll = typed.empty();
-    if (Parts.Extensions.InputDialogStrict && present)
+    if (Needs.Extensions.InputDialogStrict && present)
         dialog.PresentRaw = RawListValue(row, ValueLine);
 }
 
 void TSetpointPage::SetpointGridSelectCell(int row) {
-    THelpfileDoc& help = Parts.HelpfileDoc;
+    THelpfileDoc& help = Needs.HelpfileDoc;
     help.currentParaID = 0;
     const auto entry = EntryOf(row);
     if (!entry || *entry > help.ParaID.size())
@@ -380,7 +380,7 @@ void TSetpointPage::SetpointTreeViewMouseDown(bool rightButton) {
     if (!rightButton || !selected || selected->Child >= 0)
         return;
     SelectedSetpointParent = SetpointTreeView.Nodes().at(static_cast<std::size_t>(selected->Root)).Text;
-    Parts.Dialogs.Popup(Setpointpopup);
+    Needs.Dialogs.Popup(Setpointpopup);
 }
 
 } // namespace tidewell

@@ -44,9 +44,9 @@ class TCategoryPanel : public TPanel {
 // The page of the device tree and the setpoint grid. Values arrive as data lines and are matched to list rows
 // by their structnumber alone. What the grid shows is read from the page while painting; only its number of
 // rows stands in its cells.
-class TSetpointPage {
+class TSetpointPage : public TControls {
   public:
-    struct TParts {
+    struct TNeeds {
         const TLiveLog& LiveLog;
         const TLogBuffers& LogBuffers;
         const TGraphPage& GraphPage;
@@ -59,9 +59,7 @@ class TSetpointPage {
         const TExtensions& Extensions;
     };
 
-    explicit TSetpointPage(const TParts& parts);
-    TSetpointPage(const TSetpointPage&) = delete;
-    TSetpointPage& operator=(const TSetpointPage&) = delete;
+    TSetpointPage(TForm& form, const TNeeds& needs);
 
     void TakeTexts(const TIniFile& language);
     // A root per device of the panel, below it the groups of its list rows. The rows of a group chosen before
@@ -95,20 +93,21 @@ class TSetpointPage {
     // Empties SetpointFilter; false if it was.
     bool ClearSetpointFilter();
 
-    TTreeView SetpointTreeView{"SetpointTreeView"};
-    TStringGrid SetpointGrid{"SetpointGrid"};
-    TCategoryPanel CategoryPanelSetpoints{"CategoryPanelSetpoints"}; // holds the tree
-    TCategoryPanel CategoryPanelDebug{"CategoryPanelDebug"};         // holds the event log
-    TPopupMenu Setpointpopup{"Setpointpopup"};
-    TMenuItem Savesetpoints1{"Savesetpoints1", "Save setpoints"};
-    TMenuItem Loadsetpointfromfile1{"Loadsetpointfromfile1", "Load setpoint from file"};
+    TTreeView SetpointTreeView{*this, "SetpointTreeView"};
+    TStringGrid SetpointGrid{*this, "SetpointGrid"};
+    TCategoryPanel CategoryPanelSetpoints{*this, "CategoryPanelSetpoints"}; // holds the tree
+    TCategoryPanel CategoryPanelDebug{*this, "CategoryPanelDebug"};         // holds the event log
+    TPopupMenu Setpointpopup{*this, "Setpointpopup"};
+    TMenuItem Savesetpoints1{*this, "Savesetpoints1", "Save setpoints"};
+    TMenuItem Loadsetpointfromfile1{*this, "Loadsetpointfromfile1", "Load setpoint from file"};
     // Narrows the rows as one types: to those with the text, letters large or small, as a part of their name,
     // unit or ModbusAdr. A selected setpoint stays selected, and is again when it comes back.
-    TEdit SetpointFilter{"SetpointFilter"};
-    TLabel LblSetpointCount{"LblSetpointCount"};         // "n of m setpoints", as the filter lets pass
-    TLabel LblSetpointPageEmpty{"LblSetpointPageEmpty"}; // what will appear; hidden once a group is chosen
+    TEdit SetpointFilter{*this, "SetpointFilter"};
+    TLabel LblSetpointCount{*this, "LblSetpointCount"}; // "n of m setpoints", as the filter lets pass
+    TLabel LblSetpointPageEmpty{*this,
+                                "LblSetpointPageEmpty"}; // what will appear; hidden once a group is chosen
 
-    TLabel LblSetpointRows{"LblSetpointRows"}; // that the rows are of a former profile, while they are
+    TLabel LblSetpointRows{*this, "LblSetpointRows"}; // that the rows are of a former profile, while they are
 
     std::vector<TListRow> SetpointValues;          // list rows of the chosen group
     std::vector<std::string> CurrentSetpointValue; // shown value of each of them; empty before the first line
@@ -134,7 +133,7 @@ class TSetpointPage {
     void EditSetpoint(std::size_t entry, const std::string& typed);
     void OfferValue(std::size_t entry, const std::string& typed);
 
-    TParts Parts;
+    TNeeds Needs;
     int GridClientWidth = 0;
     int GroupClientHeight = 0;
     std::filesystem::path TreeProfile;        // that the tree was built of

@@ -48,10 +48,10 @@ auto HeldUpdates(TColorList& list) {
 
 } // namespace
 
-TSetpointWriteRun::TSetpointWriteRun(const TParts& parts, std::string deviceName,
+TSetpointWriteRun::TSetpointWriteRun(const TNeeds& needs, std::string deviceName,
                                      const std::vector<std::string>& profileList,
                                      const TSelectedSetpoints& selected)
-    : Parts(parts), DeviceName(std::move(deviceName)), Selected(selected) {
+    : Needs(needs), DeviceName(std::move(deviceName)), Selected(selected) {
     for (const std::string& entry : profileList) {
         const auto [name, value] = NameAndValue(entry);
         EEadrByModbusAdr.emplace(name, value); // the first of an address counts
@@ -62,7 +62,7 @@ void TSetpointWriteRun::Run() {
     ShowWaiting();
     bool read = false;
     {
-        const auto held = HeldUpdates(Parts.ResultList);
+        const auto held = HeldUpdates(Needs.ResultList);
         WriteAll();
         read = ReadBackAll();
     }
@@ -77,13 +77,13 @@ void TSetpointWriteRun::Run() {
 }
 
 bool TSetpointWriteRun::MayGoOn() const {
-    return Parts.Program.IsOpen() && Parts.Action.Kept();
+    return Needs.Program.IsOpen() && Needs.Action.Kept();
 }
 
 void TSetpointWriteRun::ShowWaiting() {
-    const auto held = HeldUpdates(Parts.ResultList);
+    const auto held = HeldUpdates(Needs.ResultList);
     for (const auto& [name, value] : Selected.ValueNamelist)
-        Parts.ResultList.Add({"Name: " + name + "Value: " + value, waitingColor});
+        Needs.ResultList.Add({"Name: " + name + "Value: " + value, waitingColor});
 }
 
 void TSetpointWriteRun::WriteAll() {
@@ -94,8 +94,8 @@ void TSetpointWriteRun::WriteAll() {
 
 void TSetpointWriteRun::WriteOne() {
     const auto& [fileAddress, fileValue] = Selected.ValueAdrList[CurrentSetpointNumber];
-    Parts.ProgressBar.SetPosition(static_cast<int>(CurrentSetpointNumber));
-    Parts.progresslabel.SetCaption("Address : " + fileAddress + " Value : " + fileValue);
+    Needs.ProgressBar.SetPosition(static_cast<int>(CurrentSetpointNumber));
+    Needs.progresslabel.SetCaption("Address : " + fileAddress + " Value : " + fileValue);
     const std::int32_t value = ToIntegerOr(Trim(fileValue), 0);
     const std::int32_t address = ToIntegerOr(Trim(fileAddress), noAddress);
     std::int32_t eeAddress = address;
@@ -104,14 +104,14 @@ void TSetpointWriteRun::WriteOne() {
     if (address != noAddress && found != EEadrByModbusAdr.end() && !found->second.empty()) {
         eeAddress = ToIntegerOr(found->second, -1);
         if (eeAddress >= 0) {
-            const std::string answer = Parts.Device.SendValue(Parts.Action, value, eeAddress, 0);
+            const std::string answer = Needs.Device.SendValue(Needs.Action, value, eeAddress, 0);
             // What a close or another device has kept from being sent is not written.
             if (!answer.empty() || MayGoOn())
-                status = Parts.Device.GetResponsstatus(answer);
+                status = Needs.Device.GetResponsstatus(answer);
         }
     }
     const bool written = status == statusWritten;
-    TColorList::TRow row = Parts.ResultList.Rows()[CurrentSetpointNumber];
+    TColorList::TRow row = Needs.ResultList.Rows()[CurrentSetpointNumber];
     row.Color = written ? writtenColor : failedColor;
     row.Caption += (written ? " success Madr : " : " _Write_Error Madr : ") + fileAddress + " -> EEadr " +
                    std::to_string(eeAddress) + " Value  = " + std::to_string(value);
@@ -120,28 +120,28 @@ void TSetpointWriteRun::WriteOne() {
         ++ErrorCount;
     }
     LastWriteResultList.push_back(row.Caption);
-    Parts.ResultList.SetRow(CurrentSetpointNumber, std::move(row));
+    Needs.ResultList.SetRow(CurrentSetpointNumber, std::move(row));
 }
 
 bool TSetpointWriteRun::ReadBackAll() {
     if (!MayGoOn())
         return false;
-    Parts.progresslabel.SetCaption("Please wait reading of setpoints is in progress");
+    Needs.progresslabel.SetCaption("Please wait reading of setpoints is in progress");
     auto result = TReadBack::EResult::NotStarted;
-    RunGuarded(Parts.Dialogs, [&] { result = Parts.ReadBack.Run(); });
-    Snapshot = {Parts.ReadBack.SnapshotRow(0), Parts.ReadBack.SnapshotRow(1)};
+    RunGuarded(Needs.Dialogs, [&] { result = Needs.ReadBack.Run(); });
+    Snapshot = {Needs.ReadBack.SnapshotRow(0), Needs.ReadBack.SnapshotRow(1)};
     return result == TReadBack::EResult::Done;
 }
 
 void TSetpointWriteRun::CompareAll() {
     std::vector<std::string> list;
-    Parts.Panel.GetProfileListCellsNameValue(DeviceName, list, ListField::Structnumber, ListField::ModbusAdr);
+    Needs.Panel.GetProfileListCellsNameValue(DeviceName, list, ListField::Structnumber, ListField::ModbusAdr);
     TTexts structnumbers;
     for (const std::string& entry : list)
         structnumbers.insert(NameAndValue(entry)); // the first of an address counts
     std::vector<std::string> values;
     SplitRow(Snapshot[1], values, false);
-    Parts.progresslabel.SetCaption("compare written values with read values");
+    Needs.progresslabel.SetCaption("compare written values with read values");
     LastWriteResultList.emplace_back("compare written values with read values");
     for (CurrentSetpointNumber = 0; CurrentSetpointNumber < Selected.ValueAdrList.size();
          ++CurrentSetpointNumber)

@@ -34,7 +34,7 @@ struct TSelectedSetpoints {
 // such a value is not in the device is what the compare finds out.
 class TSetpointWriteRun {
   public:
-    struct TParts {
+    struct TNeeds {
         IDialogs& Dialogs;
         const TModbusPanel& Panel;
         TNabtoDevice& Device;
@@ -47,7 +47,7 @@ class TSetpointWriteRun {
     };
 
     // The log must be stopped. profileList holds ModbusAdr=EEadr of the device's setpoints.
-    TSetpointWriteRun(const TParts& parts, std::string deviceName,
+    TSetpointWriteRun(const TNeeds& needs, std::string deviceName,
                       const std::vector<std::string>& profileList, const TSelectedSetpoints& selected);
 
     // Does not throw; the log is stopped afterwards. A close of the main form ends the run early, and so does
@@ -69,7 +69,7 @@ class TSetpointWriteRun {
     void CompareAll();
     void CompareOne(const TTexts& structnumbers, const std::vector<std::string>& values);
 
-    TParts Parts;
+    TNeeds Needs;
     std::string DeviceName;
     std::unordered_map<std::string, std::string> EEadrByModbusAdr;
     const TSelectedSetpoints& Selected;

@@ -1,5 +1,6 @@
 #include "cloud/ApiClient.h"
 
+#include "support/IdleProgram.h"
 #include "support/ScriptedDialogs.h"
 
 #include <gmock/gmock.h>
@@ -65,7 +66,9 @@ std::string Flags(std::size_t index, const std::string& set, std::size_t count =
 struct ApiClient : testing::Test {
     TScriptedHttp Http;
     TScriptedDialogs Dialogs;
-    TApiClient Client{Http, Dialogs, {"api.example", 4161}};
+    TIdleProgram Program;
+    TApiClient Client{Program, Dialogs};
+    ApiClient() { Client.UseService(Http, {"api.example", 4161}); }
 
     void Held() {
         Client.token = "Bearer old.token";
@@ -337,7 +340,8 @@ TEST_F(ApiClient, TellsWhyThereIsNoConnection) {
     }
     EXPECT_THAT(reasons, ElementsAre("Could not resolve host: api.example"));
 
-    TApiClient nowhere(Http, Dialogs, {"", 4161});
+    TApiClient nowhere(Program, Dialogs);
+    nowhere.UseService(Http, {"", 4161});
     Dialogs.ExpectMessage("No connection to server");
     EXPECT_EQ(nowhere.Login("anna", "secret"), -1);
     EXPECT_THAT(nowhere.debugLines, ElementsAre("No connection: key ApiHost in section [Cloud] of the "

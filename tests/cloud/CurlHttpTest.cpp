@@ -4,8 +4,9 @@
 #include "core/DiskFiles.h"
 #include "core/IniFile.h"
 #include "sim/cloud/Certificates.h"
-#include "sim/cloud/CloudService.h"
 #include "sim/cloud/HttpsServer.h"
+#include "sim/cloud/SimulatedCloud.h"
+#include "support/IdleProgram.h"
 #include "support/ScriptedDialogs.h"
 
 #include <gmock/gmock.h>
@@ -27,7 +28,7 @@ struct CurlHttp : testing::Test {
     std::filesystem::path Folder =
         std::filesystem::temp_directory_path() / ("tidewell_cloud_tests_" + std::to_string(getpid()));
     TThrowAwayCertificates Certificates;
-    TCloudService Service{ReadCloudConfig(TIniFile(TDiskFiles(), EXAMPLE_CLOUD_INI))};
+    TSimulatedCloud Service{ReadCloudConfig(TIniFile(TDiskFiles(), EXAMPLE_CLOUD_INI))};
     std::unique_ptr<THttpsServer> Server = std::make_unique<THttpsServer>(Service, Certificates, 0);
 
     CurlHttp() { std::filesystem::create_directories(Folder); }
@@ -144,7 +145,9 @@ TEST_F(CurlHttp, DoesNotFollowARedirect) {
 TEST_F(CurlHttp, CarriesTheClientThroughItsWholeLife) {
     TCurlHttp http(Trusting());
     TScriptedDialogs dialogs;
-    TApiClient client(http, dialogs, {"localhost", Server->Port()});
+    const TIdleProgram program;
+    TApiClient client(program, dialogs);
+    client.UseService(http, {"localhost", Server->Port()});
     TCredentials credentials;
 
     EXPECT_EQ(client.KeepAlive(), -3); // with an empty Authorization

@@ -34,8 +34,7 @@ struct TLogOn : testing::Test {
     TCurrentInifilesPath Paths{{}, {}, {}, {}, PROGRAM_DIRECTORY};
     std::string LastPW;
     TExtensions Extensions;
-    TNabtoLogOn LogOn{KHelper, Process, Dialogs, Paths, Extensions, [this] {
-                          return LastPW; }};
+    TNabtoLogOn LogOn{KHelper, Process, Dialogs, Paths, Extensions, LastPW};
 };
 
 TEST_F(TLogOn, PreparesThePasswordOnOk) {
@@ -107,7 +106,8 @@ TEST(InstalledLogOn, ScramblesWithTheLibraryAndToolsOfTheProgram) {
     TPosixProcess process;
     const TCurrentInifilesPath paths{{}, {}, {}, {}, PROGRAM_DIRECTORY};
     const TExtensions extensions;
-    TNabtoLogOn logOn(libraries, process, dialogs, paths, extensions, [] { return std::string(); });
+    const std::string lastPW;
+    TNabtoLogOn logOn(libraries, process, dialogs, paths, extensions, lastPW);
     for (int round = 0; round < 2; ++round) {
         dialogs.ExpectForm("NabtoLogOn", [&](TForm&) {
             logOn.EditPW.Enter("secret");

@@ -1,5 +1,6 @@
 #include "Support.h"
 #include "core/Errors.h"
+#include "core/controls/Form.h"
 #include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
 #include "widgets/PanelBar.h"
@@ -282,7 +283,8 @@ TEST_F(BindersTest, PagesAndStatusPanelsFollow) {
     second.SetVisible(false);
     EXPECT_FALSE(view.isTabVisible(1));
 
-    TStatusBar bar("StatusBar", {{100, "left", false}, {80, "right", true}});
+    TForm owner("Form");
+    TStatusBar bar(owner, "StatusBar", {{100, "left", false}, {80, "right", true}});
     auto& barView = window.Add<TPanelBar>();
     barView.resize(400, 19);
     Bind(barView, bar, Desk.Dialogs);

@@ -1,4 +1,5 @@
 #include "Support.h"
+#include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "desktop/QtText.h"
 #include "desktop/views/Views.h"
@@ -66,7 +67,8 @@ class GraphPageViewTest : public testing::Test {
     TMemo MemoEventLog{"MemoEventLog"};
     TProgressBar FileProgressBar{"FileProgressBar"};
     TTestDesk Desk;
-    TGraphPage Page{TGraphPage::TParts{Profile, Log, Desk.Dialogs, Desk.Wait, MemoEventLog, FileProgressBar}};
+    TForm Form{"FormMain"};
+    TGraphPage Page{Form, {Profile, Log, Desk.Dialogs, Desk.Wait, MemoEventLog, FileProgressBar}};
     QWidget Window;
 };
 

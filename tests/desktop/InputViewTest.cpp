@@ -5,7 +5,7 @@
 #include "link/Nabto.h"
 #include "link/NabtoDevice.h"
 #include "model/ModbusPanel.h"
-#include "setpoints/InputDialog.h"
+#include "setpoints/Finputdialog.h"
 #include "support/IdleSurroundings.h"
 #include "support/MemoryFiles.h"
 #include "widgets/BitViews.h"
@@ -79,7 +79,7 @@ class InputViewTest : public testing::Test {
     TIdleSurroundings World{
         Desk.Dialogs, Desk.Timers, Desk.Wait, Files, Clock, Library, {"/t/s.inn", {}, {}, {}, "/t"}};
     TNabtoDevice Device{World.Needs};
-    TStatusBar StatusBar{"StatusBar", {}};
+    TStatusBar StatusBar{World.Main, "StatusBar", {}};
     TInputDialog Dialog{{Desk.Dialogs, World.Panel, Device, World.MemoEventLog, StatusBar}};
 };
 

@@ -3,7 +3,7 @@
 #include "Support.h"
 #include "core/IniFile.h"
 #include "sim/cloud/CloudConfig.h"
-#include "sim/cloud/CloudServiceHttp.h"
+#include "sim/cloud/SimulatedCloud.h"
 
 #include <iostream>
 #include <stdexcept>
@@ -24,8 +24,8 @@ TProgramOnScreen::TProgramOnScreen() : Desktop(test::Application(), root) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(installation))
         if (entry.is_regular_file())
             Files.Put(root / entry.path().lexically_relative(installation), disk.Read(entry.path()));
-    Cloud = std::make_unique<TCloudService>(ReadCloudConfig(TIniFile(disk, source / "sim/cloud/cloud.ini")),
-                                            [this] { return Time.Now(); });
+    Cloud = std::make_unique<TSimulatedCloud>(ReadCloudConfig(TIniFile(disk, source / "sim/cloud/cloud.ini")),
+                                              [this] { return Time.Now(); });
     Nabto.SimulationFile = root / "nabto_config/simulation.ini";
     Nabto.OnReport = [](const std::string& line) { std::cerr << line << '\n'; };
     Time.OnException = [this](const std::exception& error) { Desktop.Application.OnException(error); };
@@ -42,7 +42,7 @@ TProgramOnScreen::~TProgramOnScreen() {
 
 TProgram& TProgramOnScreen::Build() {
     const auto makeHttp = [this](const std::filesystem::path&) {
-        return std::make_unique<TCloudServiceHttp>(*Cloud, Time);
+        return std::make_unique<TInProcessCloud>(*Cloud, Time);
     };
     Program = tidewell::Build(TPorts{Desktop.Dialogs, Time, Time, Time, Files, KHelper, Process, Application,
                                      Desktop.Pictures, makeHttp},

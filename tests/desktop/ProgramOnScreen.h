@@ -2,7 +2,7 @@
 
 #include "desktop/Desktop.h"
 #include "mainform/Program.h"
-#include "sim/cloud/CloudService.h"
+#include "sim/cloud/SimulatedCloud.h"
 #include "sim/nabto/InProcessLibrary.h"
 #include "sim/nabto/SimulatedNabto.h"
 #include "sim/nabto/SimulationTime.h"
@@ -47,7 +47,7 @@ class TProgramOnScreen {
     TSimulatedNabto Nabto{Files, SimulationTime};
     TInProcessLibrary Libraries{Nabto};
     TFakeKHelper KHelper{&Libraries};
-    std::unique_ptr<TCloudService> Cloud;
+    std::unique_ptr<TSimulatedCloud> Cloud;
     std::unique_ptr<TProgram> Program;
 };
 

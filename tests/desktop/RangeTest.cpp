@@ -1,3 +1,4 @@
+#include "core/controls/Form.h"
 #include "Support.h"
 #include "core/controls/ControlLock.h"
 #include "core/controls/Simple.h"
@@ -49,8 +50,9 @@ class RangeTest : public testing::Test {
     }
 
     TTestDesk Desk;
-    TTrackBar2 Bar{"Bar", 0, 100};
-    TMaskEdit Edit{"Edit", "!\\D\\:99;1;_"};
+    TForm Form{"Form"};
+    TTrackBar2 Bar{Form, "Bar", 0, 100};
+    TMaskEdit Edit{Form, "Edit", "!\\D\\:99;1;_"};
     TButton Button{"Button", "Go"};
     QWidget Window;
     TTwoThumbTrackBar& Track = NewChild<TTwoThumbTrackBar>(Window);

@@ -5,6 +5,7 @@
 #include "core/LogControl.h"
 #include "core/Paths.h"
 #include "core/TextFile.h"
+#include "core/controls/Form.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
 #include "support/MemoryFiles.h"
@@ -38,7 +39,7 @@ class TErrorLogTest : public testing::Test, public ILogControl {
   protected:
     TErrorLogTest() {
         TheTab.Pages = {Setpoints};
-        Log.emplace(TErrorLog::TParts{*this, Files, Time, Paths, Settings, Profile, Panel, TheTab});
+        Log.emplace(Form, TErrorLog::TNeeds{*this, Files, Time, Paths, Settings, Profile, Panel, TheTab});
         Panel.SetMpanelWorkingpath("/app");
         Panel.SetMpanelPLSpath("/app/p.pls");
         Files.Put("/app/p.pls", "[Device]\nEnable=true\nR1=1;3;100;2;List;\n");
@@ -49,6 +50,7 @@ class TErrorLogTest : public testing::Test, public ILogControl {
         return ReadLines(Files, "/app/log/userlog/errorlog " + stamp + ".csv");
     }
 
+    TForm Form{"FormMain"};
     TMemoryFiles Files;
     TVirtualTime Time;
     TCurrentInifilesPath Paths{{}, {}, {}, {}, "/app"};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bench/IdlePorts.h"
+#include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "graph/GraphPage.h"
@@ -58,10 +59,11 @@ class TFuzzRig {
     TMemo MemoEventLog{"MemoEventLog"};
     TLogBuffers Buffers;
     TProgressBar FileProgressBar{"FileProgressBar"};
-    TGraphPage Page{{Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
+    TForm Form{"FormMain"};
+    TGraphPage Page{Form, {Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
     TExclusiveUse Opening;
-    TDatalogParts Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
+    TDatalogNeeds Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

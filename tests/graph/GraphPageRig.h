@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "graph/GraphPage.h"
 #include "model/Profile.h"
@@ -87,7 +88,8 @@ class TPage {
     TProgressBar FileProgressBar{"FileProgressBar"};
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
-    TGraphPage Page{TGraphPage::TParts{Profile, Log, Dialogs, Time, MemoEventLog, FileProgressBar}};
+    TForm Form{"FormMain"};
+    TGraphPage Page{Form, {Profile, Log, Dialogs, Time, MemoEventLog, FileProgressBar}};
 };
 
 inline std::vector<double> Range(int first, int last, int step = 1) {

@@ -1,7 +1,8 @@
+#include "sim/controller/Firmware.h"
+
 #include "Installation.h"
 #include "link/FirmwarePackage.h"
 #include "link/FirmwareUpdateTexts.h"
-#include "sim/controller/Crc32.h"
 #include "sim/nabto/SimulationFile.h"
 
 #include <gmock/gmock.h>

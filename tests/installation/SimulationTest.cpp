@@ -4,6 +4,7 @@
 #include "link/Nabto.h"
 #include "sim/nabto/InProcessLibrary.h"
 #include "sim/nabto/SimulatedNabto.h"
+#include "support/IdleProgram.h"
 #include "support/ScriptedDialogs.h"
 
 #include <gmock/gmock.h>
@@ -70,7 +71,8 @@ class SimulatedInstallation : public testing::Test {
     TPortTime SimulationTime{Time, Time};
     TSimulatedNabto Simulation{Installation.Files, SimulationTime};
     TInProcessLibrary Library{Simulation};
-    TUNabto Nabto{Library, Dialogs, Time, Time, Installation.Files, Installation.Directory};
+    TIdleProgram Program;
+    TUNabto Nabto{Program, Library, Dialogs, Time, Time, Installation.Files, Installation.Directory};
 };
 
 } // namespace

@@ -147,7 +147,7 @@ TEST_F(TNabtoDeviceTest, TellsOfWholeCycles) {
     Device.startLog();
     Time.Advance(520);
     EXPECT_THAT(Events, ElementsAre("cycle 5; "));
-    EXPECT_EQ(Device.ReadBack.SetDatapointListCount, 1);
+    EXPECT_EQ(Device.Snapshot.SetDatapointListCount, 1);
     EXPECT_EQ(Device.NabtoResultstring(), "");
     Device.stopLog();
 }

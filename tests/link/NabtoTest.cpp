@@ -2,6 +2,7 @@
 
 #include "FakeNabto.h"
 #include "core/Errors.h"
+#include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
@@ -35,12 +36,13 @@ class TNabtoTest : public testing::Test {
 
   protected:
     TUNabto& Make() {
-        Nabto = std::make_unique<TUNabto>(Library, Dialogs, Time, Time, Files, "/app");
+        Nabto = std::make_unique<TUNabto>(Program, Library, Dialogs, Time, Time, Files, "/app");
         return *Nabto;
     }
     // The calls so far, which are then forgotten.
     std::vector<std::string> Calls() { return std::exchange(Library.Calls, {}); }
 
+    TIdleProgram Program;
     TMemoryFiles Files;
     TVirtualTime Time;
     TScriptedDialogs Dialogs;

@@ -5,6 +5,7 @@
 #include "link/Nabto.h"
 #include "link/ReadBackSnapshot.h"
 #include "model/ModbusPanel.h"
+#include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
@@ -39,6 +40,11 @@ class TPollCycleTest : public testing::Test {
             const auto reply = Replies.find(address);
             return reply == Replies.end() ? std::nullopt : std::optional(reply->second);
         };
+        Cycle.OnCycleDone = [this] {
+            Cycles.push_back(Cycle.NabtoResultstring);
+            if (OnCycle)
+                OnCycle();
+        };
         Panel.DeviceList.Add({});
         SetQuestions("a=0;3;100;2;\nb=1;4;200;1\n");
         Replies = {{"100", Values({1, -2})}, {"200", Values({3})}};
@@ -57,18 +63,15 @@ class TPollCycleTest : public testing::Test {
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
     TFakeNabto Library;
-    TUNabto Nabto{Library, Dialogs, Time, Time, Files, "/app"};
+    TIdleProgram Program;
+    TUNabto Nabto{Program, Library, Dialogs, Time, Time, Files, "/app"};
     TModbusPanel Panel{Files, Time};
     std::string Device = "123456789012";
     TLabel LblNabto{"LblNabto"};
     TALed LedNabto{"LedNabto"};
     std::function<void()> OnCycle;
     std::vector<std::string> Cycles;
-    TPollCycle Cycle{Time, Nabto, Panel, Device, LblNabto, LedNabto, [this] {
-                         Cycles.push_back(Cycle.NabtoResultstring);
-                         if (OnCycle)
-                             OnCycle();
-                     }};
+    TPollCycle Cycle{Time, Nabto, Panel, Device, LblNabto, LedNabto};
     std::map<std::string, std::string> Replies;          // by address
     std::map<std::size_t, std::function<void()>> During; // by number of the question since the start
     std::vector<std::string> Asked;

@@ -32,7 +32,7 @@ class TServiceFixture : public testing::Test {
                 OnQuery();
             return "{\"response\":{\"status\":" + std::to_string(Status) + "}}";
         };
-        Nabto.MayGoOn = [this] { return !Flash.Stopped(); };
+        Nabto.OnMayGoOn = [this](bool& goesOn) { goesOn = !Flash.Stopped(); };
         Library.OnCall = [this] {
             if (OnRead && Library.Calls.back().starts_with("nabtoStreamReadIntoBuf"))
                 OnRead();
@@ -83,14 +83,16 @@ class TServiceFixture : public testing::Test {
     bool& Open = World.Program.Open;
     std::string device = "123456789012.remote.example";
     TMemo memoDebug{"memoDebug"};
-    TStatusBar StatusBar{"StatusBar", {{1, {}, false}, {1, {}, false}, {1, {}, false}}};
+    TForm Form{"NabtoDevice"};
+    TStatusBar StatusBar{Form, "StatusBar", {{1, {}, false}, {1, {}, false}, {1, {}, false}}};
     TLabel LblJson{"LblJson"};
     TDeviceUse Use;
     TReadTexts Texts;
     bool EnableContineousUpdate = false;
     std::filesystem::path CurrentUpdateSWFile;
-    const TDeviceServices Services{
-        World.Needs, Use, memoDebug, StatusBar, device, Texts, EnableContineousUpdate, CurrentUpdateSWFile};
+    const TDeviceServices Services{World.Needs,        Form,   Use,   memoDebug,
+                                   StatusBar,          device, Texts, EnableContineousUpdate,
+                                   CurrentUpdateSWFile};
     TEepromReader Eeprom{Services};
     TFlashDatalog Flash{Services, Eeprom};
     TServiceTools Tools{Services, Eeprom, Flash, LblJson};

@@ -40,7 +40,7 @@ class TUpdateFixture : public testing::Test {
             if (OnExchange)
                 OnExchange();
         };
-        Nabto.MayGoOn = [this] { return Open && !Run.Stopped(); };
+        Nabto.OnMayGoOn = [this](bool& goesOn) { goesOn = Open && !Run.Stopped(); };
         streamDelayEdit.SetText("10");
     }
 
@@ -89,16 +89,17 @@ class TUpdateFixture : public testing::Test {
     TMemo memoDebug{"memoDebug"};
     TEdit streamDelayEdit{"streamDelayEdit"};
     TButton ButContUpdate{"ButContUpdate"};
-    TStatusBar StatusBar{"StatusBar", {{200, {}, false}}};
+    TForm Form{"NabtoDevice"};
+    TStatusBar StatusBar{Form, "StatusBar", {{200, {}, false}}};
     std::string Device = "410000000001.remote.example";
     std::filesystem::path CurrentUpdateSWFile = "/pkg/config.fwc";
     bool EnableContineousUpdate = false;
     TDeviceUse Use;
     TReadTexts ReadTexts;
-    const TDeviceServices Services{
-        World.Needs,        Use, memoDebug, StatusBar, Device, ReadTexts, EnableContineousUpdate,
-        CurrentUpdateSWFile};
-    TUpdateStatus UpdateStatus{Time};
+    const TDeviceServices Services{World.Needs,        Form,   Use,       memoDebug,
+                                   StatusBar,          Device, ReadTexts, EnableContineousUpdate,
+                                   CurrentUpdateSWFile};
+    TUpdateStatus UpdateStatus{Form, Time};
     TUpdateRun Run{Services, UpdateStatus};
     TFileUpload Upload{Services, Run, streamDelayEdit};
     TFirmwareUpdate Update{Services, Run, UpdateStatus, Upload};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
 #include "graph/GraphPage.h"
@@ -51,10 +52,11 @@ class TDatalogRig {
     TMemo MemoEventLog{"MemoEventLog"};
     TLogBuffers Buffers;
     TProgressBar FileProgressBar{"FileProgressBar"};
-    TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
+    TForm Form{"FormMain"};
+    TGraphPage Page{Form, {Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
     TExclusiveUse Opening;
-    TDatalogParts Parts{Log,  Program,      Dialogs,         Files,         Time,   Profile,
+    TDatalogNeeds Parts{Log,  Program,      Dialogs,         Files,         Time,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

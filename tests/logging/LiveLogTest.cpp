@@ -1,6 +1,7 @@
 #include "logging/LiveLog.h"
 
 #include "core/Errors.h"
+#include "core/controls/Form.h"
 #include "core/controls/StatusBar.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
@@ -81,13 +82,15 @@ class TRig {
     TMemo MemoEventLog{"MemoEventLog"};
     TLogBuffers Buffers;
     TProgressBar FileProgressBar{"FileProgressBar"};
-    TGraphPage Page{{Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
+    TForm Form{"FormMain"};
+    TGraphPage Page{Form, {Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     TButton TrafficButton{"TrafficButton"};
-    TStatusBar StatusBar{"StatusBar", {}};
+    TStatusBar StatusBar{Form, "StatusBar", {}};
     TExtensions Extensions;
     TExclusiveUse Opening;
     TCurrentInifilesPath Paths{{}, {}, {}, {}, "/t"};
-    TLiveLog Log{{Polling, Program, Dialogs, Time, Files, Time, Panel, Profile, Page, Buffers, TrafficButton,
+    TLiveLog Log{Form,
+                 {Polling, Program, Dialogs, Time, Files, Time, Panel, Profile, Page, Buffers, TrafficButton,
                   StatusBar, MemoEventLog, Paths, Extensions, Opening}};
 };
 

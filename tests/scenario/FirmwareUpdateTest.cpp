@@ -2,7 +2,7 @@
 #include "core/KvSupport.h"
 #include "core/TextFile.h"
 #include "scenario/ProgramFixture.h"
-#include "sim/controller/Crc32.h"
+#include "sim/controller/Firmware.h"
 #include "support/WireText.h"
 
 #include <gmock/gmock.h>

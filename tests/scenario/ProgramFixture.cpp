@@ -17,7 +17,7 @@ namespace {
 class TNotedHttp : public IHttp {
   public:
     using TNote = std::function<void(const THttpRequest&, const THttpReply&)>;
-    TNotedHttp(TCloudService& service, IWait& wait, const bool& online, TNote note)
+    TNotedHttp(TSimulatedCloud& service, IWait& wait, const bool& online, TNote note)
         : Http(service, wait), Online(online), Note(std::move(note)) {}
     THttpReply Exchange(const THttpRequest& request) override {
         Http.Connected = Online;
@@ -27,7 +27,7 @@ class TNotedHttp : public IHttp {
     }
 
   private:
-    TCloudServiceHttp Http;
+    TInProcessCloud Http;
     const bool& Online;
     TNote Note;
 };
@@ -44,7 +44,7 @@ TProgramFixture::TProgramFixture() {
         if (entry.is_regular_file())
             Files.Put("/t" / entry.path().lexically_relative(installation), disk.Read(entry.path()));
     Edit(SystemFile, "[Extensions]", "[NoExtensions]");
-    Cloud = std::make_unique<TCloudService>(
+    Cloud = std::make_unique<TSimulatedCloud>(
         ReadCloudConfig(TIniFile(disk, std::filesystem::path(TIDEWELL_SOURCE_DIR) / "sim/cloud/cloud.ini")),
         [this] { return Time.Now(); });
     Nabto.SimulationFile = Simulation;

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "mainform/Program.h"
-#include "sim/cloud/CloudService.h"
-#include "sim/cloud/CloudServiceHttp.h"
+#include "sim/cloud/SimulatedCloud.h"
 #include "sim/nabto/InProcessLibrary.h"
 #include "sim/nabto/SimulatedNabto.h"
 #include "sim/nabto/SimulationTime.h"
@@ -124,7 +123,7 @@ class TProgramFixture : public testing::Test {
     TSimulatedNabto Nabto{Files, SimulationTime};
     TInProcessLibrary Libraries{Nabto};
     TFakeKHelper KHelper{&Libraries};
-    std::unique_ptr<TCloudService> Cloud;
+    std::unique_ptr<TSimulatedCloud> Cloud;
     // Library calls, requests, message boxes and expected forms in their common order. A request has its
     // token in brackets, as "token1" for the first one since the start: "GET /Nabtouser [token1] -> 200".
     std::vector<std::string> Log;

@@ -4,6 +4,7 @@
 #include "cloud/ApiClient.h"
 #include "core/Extensions.h"
 #include "core/Paths.h"
+#include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "core/ports/IDialogs.h"
 #include "core/ports/ITimers.h"
@@ -22,12 +23,13 @@ namespace tidewell::test {
 struct TIdleSurroundings {
     TIdleSurroundings(IDialogs& dialogs, ITimers& timers, IWait& wait, IFiles& files, const IClock& clock,
                       ILibraryLoader& libraries, TCurrentInifilesPath paths)
-        : Paths(std::move(paths)), ApiClient(dialogs),
-          Nabto(libraries, dialogs, timers, wait, files, Paths.directorypath), Panel(files, wait),
-          Profile(files), Needs{dialogs,    timers,    wait,  files, clock,   Program,      Paths,
+        : Paths(std::move(paths)), ApiClient(Program, dialogs),
+          Nabto(Program, libraries, dialogs, timers, wait, files, Paths.directorypath), Panel(files, wait),
+          Profile(files), Needs{dialogs,    timers,    wait,  files, clock,   Program,      Main, Paths,
                                 Extensions, ApiClient, Nabto, Panel, Profile, MemoEventLog, devid} {}
 
     TIdleProgram Program;
+    TForm Main{"FormMain"};
     TCurrentInifilesPath Paths;
     TExtensions Extensions;
     TApiClient ApiClient;

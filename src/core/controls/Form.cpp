@@ -4,6 +4,8 @@
 
 namespace tidewell {
 
+TControls::TControls(TForm& form) : Form(&form) {}
+
 std::string ShortCutText(EKey key) {
     if (key == EKey::Escape)
         return "Esc";

@@ -14,7 +14,7 @@ std::string ShortCutText(EKey key);
 
 // A window. Its Name is the class name without the "T". A form starts hidden; showing and hiding it is the
 // dialogs port's work, which keeps Visible in step.
-class TForm : public TCaptionControl {
+class TForm : public TCaptionControl, public TControls {
   public:
     explicit TForm(std::string name, std::string caption = {})
         : TCaptionControl(std::move(name), std::move(caption)) {

@@ -10,7 +10,8 @@ bool IsDigit(char c) {
 
 } // namespace
 
-TMaskEdit::TMaskEdit(std::string name, std::string_view mask) : TControl(std::move(name)) {
+TMaskEdit::TMaskEdit(TControls& form, std::string name, std::string_view mask)
+    : TControl(form, std::move(name)) {
     if (mask.starts_with('!'))
         mask.remove_prefix(1);
     for (std::size_t i = 0; i < mask.size() && mask[i] != ';'; ++i)

@@ -13,7 +13,7 @@ namespace tidewell {
 // tell how the field is filled: the text holds the literals, and a digit that is missing is shown as "_".
 class TMaskEdit : public TControl {
   public:
-    TMaskEdit(std::string name, std::string_view mask);
+    TMaskEdit(TControls& form, std::string name, std::string_view mask);
 
     // One character of the text: a literal, or 0 for a digit.
     const std::vector<char>& Places() const { return Shape; }

@@ -12,8 +12,9 @@ namespace tidewell {
 // owner clears it or the user hides it.
 class TNotice : public TPanel {
   public:
-    explicit TNotice(const std::string& name)
-        : TPanel(name), Text("Lbl" + name), Action("But" + name), Hide("ButHide" + name, "\u2715") {
+    TNotice(TControls& form, const std::string& name)
+        : TPanel(form, name), Text(form, "Lbl" + name), Action(form, "But" + name),
+          Hide(form, "ButHide" + name, "\u2715") {
         SetVisible(false);
         Action.SetVisible(false);
         Hide.OnClick = [this] { Clear(); };

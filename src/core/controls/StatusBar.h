@@ -19,8 +19,8 @@ class TStatusBar : public TControl {
         friend bool operator==(const TStatusPanel&, const TStatusPanel&) = default;
     };
 
-    TStatusBar(std::string name, std::vector<TStatusPanel> panels)
-        : TControl(std::move(name)), Content(std::move(panels)) {}
+    TStatusBar(TControls& form, std::string name, std::vector<TStatusPanel> panels)
+        : TControl(form, std::move(name)), Content(std::move(panels)) {}
 
     const std::vector<TStatusPanel>& Panels() const { return Content; }
     void SetText(std::size_t panel, const std::string& text) { Assign(Content.at(panel).Text, text); }

@@ -13,8 +13,8 @@ namespace tidewell {
 // thumb that is set beyond the other one takes it along.
 class TTrackBar2 : public TControl {
   public:
-    TTrackBar2(std::string name, int min, int max)
-        : TControl(std::move(name)), Minimum(min), Maximum(max), Lower(min), Upper(max) {}
+    TTrackBar2(TControls& form, std::string name, int min, int max)
+        : TControl(form, std::move(name)), Minimum(min), Maximum(max), Lower(min), Upper(max) {}
 
     int Min() const { return Minimum; }
     int Max() const { return Maximum; }

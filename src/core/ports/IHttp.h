@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -28,13 +27,19 @@ struct THttpReply {
     std::vector<std::pair<std::string, std::string>> Headers;
 
     // First header of that name, compared without regard to case; empty if there is none.
-    std::string Header(std::string_view name) const {
+    std::string Header(const std::string& name) const {
         for (const auto& [key, value] : Headers)
             if (SameText(key, name))
                 return value;
         return {};
     }
 };
+
+inline THttpReply NoReply(std::string why) {
+    THttpReply reply;
+    reply.Error = std::move(why);
+    return reply;
+}
 
 // One complete HTTPS exchange on a connection of its own. It blocks, and does not throw.
 class IHttp {

@@ -2,7 +2,7 @@
 #include "desktop/binders/FormBinder.h"
 #include "desktop/views/Builder.h"
 #include "desktop/views/Views.h"
-#include "setpoints/InputDialog.h"
+#include "setpoints/Finputdialog.h"
 #include "widgets/BitViews.h"
 #include "widgets/Colors.h"
 

@@ -1,7 +1,7 @@
 #include "desktop/binders/FormBinder.h"
 #include "desktop/views/Builder.h"
 #include "desktop/views/Views.h"
-#include "setpoints/LoadSetpoints.h"
+#include "setpoints/LoadSetpointToDevice.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>

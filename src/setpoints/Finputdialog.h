@@ -25,7 +25,7 @@ class TStatusBar;
 // fields before each showing.
 class TInputDialog : public TForm {
   public:
-    struct TParts {
+    struct TNeeds {
         IDialogs& Dialogs;
         const TModbusPanel& Panel; // its selected device gives the Modbus ID
         TNabtoDevice& Device;
@@ -33,7 +33,7 @@ class TInputDialog : public TForm {
         TStatusBar& StatusBar; // of the main form
     };
 
-    explicit TInputDialog(const TParts& parts);
+    explicit TInputDialog(const TNeeds& needs);
 
     // Captions and MessageWrongValue of section InputDialog.
     void FormCreate(const TIniFile& language);
@@ -47,19 +47,19 @@ class TInputDialog : public TForm {
     // more.
     void PassValueToBinaryGrid(std::int32_t value);
 
-    TLabel LabMin{"LabMin"};
-    TLabel LabMax{"LabMax"};
-    TLabel LabValue{"LabValue"};
-    TLabel LabId{"LabId"};
-    TLabel LabAdress{"LabAdress"};
-    TEdit EMin{"EMin"};
-    TEdit EMax{"EMax"};
-    TEdit EValue{"EValue"};
-    TEdit EId{"EId"};
-    TEdit EAdress{"EAdress"};
-    TButton ButSend{"ButSend"};
-    TButton ButCancel{"ButCancel"};
-    TStringGrid binaryvaluegrid{"binaryvaluegrid"}; // row 0: bit names, row 1: "1" or "0"
+    TLabel LabMin{*this, "LabMin"};
+    TLabel LabMax{*this, "LabMax"};
+    TLabel LabValue{*this, "LabValue"};
+    TLabel LabId{*this, "LabId"};
+    TLabel LabAdress{*this, "LabAdress"};
+    TEdit EMin{*this, "EMin"};
+    TEdit EMax{*this, "EMax"};
+    TEdit EValue{*this, "EValue"};
+    TEdit EId{*this, "EId"};
+    TEdit EAdress{*this, "EAdress"};
+    TButton ButSend{*this, "ButSend"};
+    TButton ButCancel{*this, "ButCancel"};
+    TStringGrid binaryvaluegrid{*this, "binaryvaluegrid"}; // row 0: bit names, row 1: "1" or "0"
 
     // Pixels, of the grid.
     static constexpr int BitNameHeight = 49;
@@ -87,7 +87,7 @@ class TInputDialog : public TForm {
     std::int32_t IntegerField(std::size_t index) const; // 0 if it is none
     std::int32_t SelectedModbusId() const;              // -1 without a device, or without a number
 
-    TParts Parts;
+    TNeeds Needs;
     std::vector<std::string> CurrentList; // fields of the row
     std::vector<std::string> binarystringlist;
     std::string MessageWrongValue;

@@ -1,6 +1,6 @@
 #include "core/Crc16.h"
 #include "link/DeviceQueries.h"
-#include "sim/controller/Crc32.h"
+#include "sim/controller/Firmware.h"
 #include "sim/controller/SimulatedController.h"
 #include "sim/nabto/RowText.h"
 #include "sim/nabto/SimulatedNabto.h"

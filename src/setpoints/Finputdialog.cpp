@@ -1,4 +1,4 @@
-#include "setpoints/InputDialog.h"
+#include "setpoints/Finputdialog.h"
 
 #include "core/AtExit.h"
 #include "core/KvSupport.h"
@@ -44,7 +44,7 @@ TCellRect BoxOf(const TCellRect& cell) {
 
 } // namespace
 
-TInputDialog::TInputDialog(const TParts& parts) : TForm("InputDialog"), Parts(parts) {
+TInputDialog::TInputDialog(const TNeeds& needs) : TForm("InputDialog"), Needs(needs) {
     for (TEdit* edit : {&EMin, &EMax, &EId, &EAdress})
         edit->SetReadOnly(true);
     EMin.SetEnabled(false);
@@ -63,7 +63,7 @@ TInputDialog::TInputDialog(const TParts& parts) : TForm("InputDialog"), Parts(pa
     ButCancel.OnClick = [this] { Close(); };
     OnShow = [this] { FormShow(); };
     OnKeyDown = [this](EKey key, bool& handled) { FormKeyDown(key, handled); };
-    OnCloseQuery = [this](bool&) { Parts.StatusBar.Repaint(); };
+    OnCloseQuery = [this](bool&) { Needs.StatusBar.Repaint(); };
 }
 
 void TInputDialog::FormCreate(const TIniFile& language) {
@@ -91,7 +91,7 @@ void TInputDialog::FormShow() {
     EId.SetText(std::to_string(SelectedModbusId()));
     EValue.SetFocus();
     ShowEntry(CurrentDatavalue);
-    TMemo& log = Parts.MemoEventLog;
+    TMemo& log = Needs.MemoEventLog;
     log.Add("currentlist values");
     log.Add("MAdr: " + EAdress.Text() + " MinVal: " + EMin.Text() + " MaxVal: " + EMax.Text() + " ModbusID " +
             EId.Text());
@@ -187,7 +187,7 @@ void TInputDialog::SendEnteredValue() {
     const std::int32_t offset = IntegerField(ListField::Offset);
     // Not every word comes back from its shown form.
     const std::int64_t s = PresentRaw && !Touched ? *PresentRaw + offset : EnteredToS(value, decimals);
-    TMemo& log = Parts.MemoEventLog;
+    TMemo& log = Needs.MemoEventLog;
     log.Add("start Input write value");
     log.Add("decimal: " + std::to_string(decimals < 1 ? EntryDivisor(decimals) : decimals) +
             " Input value: " + EValue.Text() + " FloatValue: " + GeneralText(value) +
@@ -199,13 +199,13 @@ void TInputDialog::SendEnteredValue() {
     }
     const std::int32_t eeAddress = IntegerField(ListField::EEadr);
     const std::int32_t writeType = IntegerField(ListField::User5);
-    const TDeviceUse::TAction action(Parts.Device.Use);
+    const TDeviceUse::TAction action(Needs.Device.Use);
     // The dialog may have been closed, and shown for another row, while the device was taken.
-    if (!action || !Visible() || !Sending || !Parts.Device.initialized || !Parts.Device.isEnabled())
+    if (!action || !Visible() || !Sending || !Needs.Device.initialized || !Needs.Device.isEnabled())
         return;
     {
-        const TWaitCursor wait(Parts.Dialogs);
-        Parts.Device.SendValue(action, static_cast<std::int32_t>(s - offset), eeAddress, writeType);
+        const TWaitCursor wait(Needs.Dialogs);
+        Needs.Device.SendValue(action, static_cast<std::int32_t>(s - offset), eeAddress, writeType);
     }
     Close();
 }
@@ -219,7 +219,7 @@ bool TInputDialog::ValueInRange(std::int64_t s) {
     const auto compared = static_cast<long double>(raw);
     // A limit is shown with eight digits, so that of a register of 32 bits may lie beyond what those hold.
     const bool result = minimum <= compared && compared <= maximum && std::in_range<std::int32_t>(raw);
-    TMemo& log = Parts.MemoEventLog;
+    TMemo& log = Needs.MemoEventLog;
     log.Add("Start TestBlock");
     log.Add("ComparedValue " + std::to_string(raw) + " Decimal: " + std::to_string(decimals) +
             " Min: " + GeneralText(minimum) + " Max: " + GeneralText(maximum) + " offset " +
@@ -229,7 +229,7 @@ bool TInputDialog::ValueInRange(std::int64_t s) {
 }
 
 void TInputDialog::Refuse(const std::string& message) {
-    Parts.Dialogs.ShowMessage(message);
+    Needs.Dialogs.ShowMessage(message);
     EValue.SetFocus();
     EValue.SelectAllRequested.Emit();
 }
@@ -243,8 +243,8 @@ std::int32_t TInputDialog::IntegerField(std::size_t index) const {
 }
 
 std::int32_t TInputDialog::SelectedModbusId() const {
-    const TMDeviceList& devices = Parts.Panel.DeviceList;
-    const int selected = Parts.Panel.SelectedDevice;
+    const TMDeviceList& devices = Needs.Panel.DeviceList;
+    const int selected = Needs.Panel.SelectedDevice;
     if (selected < 0 || static_cast<std::size_t>(selected) >= devices.Count())
         return -1;
     const TMDevice& device = devices.GetDevice(static_cast<std::size_t>(selected));

@@ -1,4 +1,4 @@
-#include "setpoints/LoadSetpoints.h"
+#include "setpoints/LoadSetpointToDevice.h"
 
 #include "core/AtExit.h"
 #include "core/ChosenFile.h"
@@ -39,7 +39,7 @@ TCellRect CheckBoxRect(const TCellRect& cell) {
 
 } // namespace
 
-TLoadSetpoints::TLoadSetpoints(const TParts& parts) : TForm("LoadSetpoints"), Parts(parts) {
+TLoadSetpoints::TLoadSetpoints(const TNeeds& needs) : TForm("LoadSetpoints"), Needs(needs) {
     for (TControl* control : {static_cast<TControl*>(&ResultList), static_cast<TControl*>(&ProgressBar),
                               static_cast<TControl*>(&LabReadBack), static_cast<TControl*>(&ButEndReadBack)})
         control->SetVisible(false);
@@ -55,31 +55,31 @@ TLoadSetpoints::TLoadSetpoints(const TParts& parts) : TForm("LoadSetpoints"), Pa
     ButWriteSetpoints.OnClick = [this] { ButWriteSetpointsClick(); };
     ButCancel.OnClick = [this] { Close(); };
     ResultList.OnClick = [this] { ShowGrid(true); };
-    ButEndReadBack.OnClick = [this] { Parts.ReadBack.Cancel(); };
+    ButEndReadBack.OnClick = [this] { Needs.ReadBack.Cancel(); };
     OnCloseQuery = [this](bool& mayClose) { mayClose = !Running; };
     OnKeyDown = [this](EKey key, bool& handled) {
         handled = key == EKey::Escape;
         if (handled)
             Close();
     };
-    ReadBackChanged = Parts.ReadBack.Changed.Connect([this] { ShowReadBack(); });
+    ReadBackChanged = Needs.ReadBack.Changed.Connect([this] { ShowReadBack(); });
 }
 
 bool TLoadSetpoints::LoadForm(const fs::path& fileName) {
     SetClientSize(DesignedWidth, DesignedHeight);
     Forget();
-    std::vector<std::string> lines = ReadLines(Parts.Files, fileName);
-    Parts.MemoEventLog.Add("Number of setpoints " + std::to_string(lines.size()));
+    std::vector<std::string> lines = ReadLines(Needs.Files, fileName);
+    Needs.MemoEventLog.Add("Number of setpoints " + std::to_string(lines.size()));
     if (lines.size() < SetpointHeadLines)
         return false;
     const std::string heading = lines[SetpointHeadLines - 1];
-    Parts.MemoEventLog.Add(GetRowField(heading, 0));
+    Needs.MemoEventLog.Add(GetRowField(heading, 0));
     if (GetRowField(heading, 0) != "SetpointName")
         return false;
     SetCaption(lines[0] + " " + lines[1]);
     lines.erase(lines.begin(), lines.begin() + SetpointHeadLines);
     LoadSetpointValues = std::move(lines);
-    Parts.MemoEventLog.Add("productionmode = false");
+    Needs.MemoEventLog.Add("productionmode = false");
     try {
         FillGrid(fileName, heading);
     } catch (const TError&) {
@@ -106,7 +106,7 @@ void TLoadSetpoints::Forget() {
 }
 
 void TLoadSetpoints::FillGrid(const fs::path& fileName, const std::string& heading) {
-    TScaledTexts scaled(Parts.Dialogs);
+    TScaledTexts scaled(Needs.Dialogs);
     CurrentSetpointValues.reserve(LoadSetpointValues.size());
     for (const std::string& record : LoadSetpointValues) {
         try {
@@ -198,23 +198,23 @@ void TLoadSetpoints::ShowGrid(bool show) {
 }
 
 void TLoadSetpoints::ShowReadBack() {
-    LabReadBack.SetCaption(Parts.ReadBack.ProgressText());
-    LabReadBack.SetVisible(Parts.ReadBack.Running());
-    ButEndReadBack.SetVisible(Parts.ReadBack.Running());
+    LabReadBack.SetCaption(Needs.ReadBack.ProgressText());
+    LabReadBack.SetVisible(Needs.ReadBack.Running());
+    ButEndReadBack.SetVisible(Needs.ReadBack.Running());
 }
 
 void TLoadSetpoints::ButWriteSetpointsClick() {
     if (Running)
         return;
-    const TDeviceUse::TAction action(Parts.Device.Use);
+    const TDeviceUse::TAction action(Needs.Device.Use);
     if (!action || Running)
         return;
-    Parts.MemoEventLog.Add("Writing setpoint to device Status Productionmode " + BooleanText(false));
-    if (Parts.SelectedSetpointParent.empty()) {
-        Parts.Dialogs.ShowMessage("Click on a device name");
+    Needs.MemoEventLog.Add("Writing setpoint to device Status Productionmode " + BooleanText(false));
+    if (Needs.SelectedSetpointParent.empty()) {
+        Needs.Dialogs.ShowMessage("Click on a device name");
         return;
     }
-    Parts.Panel.GetProfileListCellsNameValue(Parts.SelectedSetpointParent, DeviceSetpointProfilelist,
+    Needs.Panel.GetProfileListCellsNameValue(Needs.SelectedSetpointParent, DeviceSetpointProfilelist,
                                              ListField::EEadr, ListField::ModbusAdr);
     ResultList.Clear();
     Selected = CollectSelectedSetpoints();
@@ -243,9 +243,9 @@ void TLoadSetpoints::ShowRun(bool running) {
 }
 
 void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, bool report) {
-    TSetpointWriteRun run({Parts.Dialogs, Parts.Panel, Parts.Device, action, Parts.ReadBack, Parts.Program,
+    TSetpointWriteRun run({Needs.Dialogs, Needs.Panel, Needs.Device, action, Needs.ReadBack, Needs.Program,
                            ResultList, ProgressBar, progresslabel},
-                          Parts.SelectedSetpointParent, DeviceSetpointProfilelist, Selected);
+                          Needs.SelectedSetpointParent, DeviceSetpointProfilelist, Selected);
     const std::size_t writes = Selected.ValueAdrList.size();
     {
         const TFlagged running(Running);
@@ -254,7 +254,7 @@ void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, b
             Selected = {};
             ShowRun(false);
         });
-        Parts.Log.StopLog();
+        Needs.Log.StopLog();
         ResultList.Clear();
         LastWriteResultList.clear();
         ErrorCount = 0;
@@ -264,9 +264,9 @@ void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, b
             run.Run();
     }
     if (writes == 0) {
-        Parts.Log.StopLog();
+        Needs.Log.StopLog();
         ShowGrid(true);
-        Parts.Dialogs.ShowMessage("Please select a setpoint...");
+        Needs.Dialogs.ShowMessage("Please select a setpoint...");
         return;
     }
     ErrorCount = static_cast<int>(run.ErrorCount);
@@ -275,8 +275,8 @@ void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, b
         const std::string text = "Setpointwrite is done. Number of write Errors " +
                                  std::to_string(run.ErrorCount) + " Number of Read error " +
                                  std::to_string(run.ReadErrorCount) + " Resultfile saved in systemlog folder";
-        if (Parts.Program.IsOpen())
-            Parts.Dialogs.ShowMessage(text);
+        if (Needs.Program.IsOpen())
+            Needs.Dialogs.ShowMessage(text);
         LastWriteResultList.emplace_back("Result of load setpoints");
         LastWriteResultList.push_back(text);
     }
@@ -285,27 +285,27 @@ void TLoadSetpoints::WriteSetpointsToDevice(const TDeviceUse::TAction& action, b
 
 void TLoadSetpoints::SaveResult() {
     const auto name = [this] {
-        return "WriteMultibleSetpointsResult " + DateTimeStamp(Parts.Clock) + ".csv";
+        return "WriteMultibleSetpointsResult " + DateTimeStamp(Needs.Clock) + ".csv";
     };
-    const fs::path wanted = Parts.directorypath / "log" / "systemlog" / name();
-    const fs::path path = UnusedPath(Parts.Files, wanted);
+    const fs::path wanted = Needs.directorypath / "log" / "systemlog" / name();
+    const fs::path path = UnusedPath(Needs.Files, wanted);
     TFileDialog dialog;
     dialog.Title = "Save the result of the setpoint write";
-    dialog.InitialDirectory = Parts.directorypath;
+    dialog.InitialDirectory = Needs.directorypath;
     dialog.Filters = {{"csv", "*.csv"}};
     const auto saved = SaveOrElsewhere(
-        Parts.Dialogs, path,
-        [this](const fs::path& file) { WriteLines(Parts.Files, file, LastWriteResultList); },
-        [&] { return ChooseCsvFile(Parts.Files, Parts.Dialogs, dialog, EIfKept::ChooseAgain); },
+        Needs.Dialogs, path,
+        [this](const fs::path& file) { WriteLines(Needs.Files, file, LastWriteResultList); },
+        [&] { return ChooseCsvFile(Needs.Files, Needs.Dialogs, dialog, EIfKept::ChooseAgain); },
         [this](const std::string& reason) {
-            Parts.MemoEventLog.Add(FillText(Parts.Texts.ResultNotSaved, {reason}));
+            Needs.MemoEventLog.Add(FillText(Needs.Texts.ResultNotSaved, {reason}));
         });
     if (!saved)
         return;
     // The name is made anew, so the seconds can differ from those of the file; not if another had that name.
     const std::string shown = path == wanted ? name() : path.filename().string();
-    Parts.MemoEventLog.Add("Saved file " +
-                           (*saved == path ? ShownDirectory(Parts.directorypath) + "log\\systemlog\\" + shown
+    Needs.MemoEventLog.Add("Saved file " +
+                           (*saved == path ? ShownDirectory(Needs.directorypath) + "log\\systemlog\\" + shown
                                            : saved->string()));
 }
 

@@ -1,13 +1,9 @@
 #pragma once
 
-#include "sim/controller/Eeprom.h"
 #include "sim/controller/Faults.h"
-#include "sim/controller/FlashRing.h"
-#include "sim/controller/Identity.h"
-#include "sim/controller/ImageStore.h"
+#include "sim/controller/Firmware.h"
+#include "sim/controller/Memories.h"
 #include "sim/controller/RegisterBank.h"
-#include "sim/controller/UpdateMode.h"
-#include "sim/controller/UploadDialogue.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -28,11 +24,7 @@ struct TServiceSetup {
     };
     TImageStore::TSetup Images;
     std::optional<TRegisterAddress> CrcResult; // setpoint that tells the bad images after an update
-    std::int64_t UpdateMs = 30000;             // see TUpdateMode and TUploadDialogue
-    std::int64_t RestartMs = 3000;
-    std::int64_t CheckMs = 0;
-    std::int64_t ResetMs = 1000;
-    std::int64_t EraseMs = 1000;
+    TUpdateTimes Times;
     std::int32_t LogBlock = 0; // see TFlashRing
     std::int32_t LogInUse = TFlashRing::BlockCount - 1;
     std::vector<TLogValue> LogValues;
@@ -41,12 +33,8 @@ struct TServiceSetup {
 
 // The service functions of a controller: firmware update, flash and EEPROM. Without a setup it has none of
 // that equipment and refuses.
-class TService {
+class TServiceFunctions {
   public:
-    TService();
-    TService(const TService&) = delete;
-    TService& operator=(const TService&) = delete;
-
     // Takes the setup; images that came stay. Log values that the bank lacks are left out.
     void Configure(const TServiceSetup& setup, const TRegisterBank& values);
     void SetClock(std::int64_t startMinutes) { Ring.StartMinutes = startMinutes; }
@@ -91,12 +79,12 @@ class TService {
     std::int64_t PrepareRead(const TCall& call, ETransfer kind);
     std::int64_t Command(const TCall& call);
     std::int64_t Packet(const TCall& call);
-    std::string FlashBytes(std::int64_t address, std::size_t length, std::int64_t nowMs) const;
 
-    std::optional<TServiceSetup> Setup;
+    bool Equipped = false;
+    TServiceSetup Setup;
     TImageStore Images;
-    TUploadDialogue Dialogue{Images};
-    TUpdateMode Update{Images};
+    TUploadDialogue Dialogue{Images, Setup.Times};
+    TUpdateMode Update{Images, Setup.Times};
     TFlashRing Ring;
     TTransfer Prepared;
     TTransfer Open;

@@ -27,7 +27,7 @@ struct TSetpointFileTexts;
 // device back, compares, and leaves a result file in the system log folder. It cannot be closed during a run.
 class TLoadSetpoints : public TForm {
   public:
-    struct TParts {
+    struct TNeeds {
         IDialogs& Dialogs;
         IFiles& Files;
         const IClock& Clock;
@@ -42,7 +42,7 @@ class TLoadSetpoints : public TForm {
         const std::filesystem::path& directorypath;
     };
 
-    explicit TLoadSetpoints(const TParts& parts);
+    explicit TLoadSetpoints(const TNeeds& needs);
 
     // Takes the file's records; false, with nothing kept, for a file that is none. Throws EInOutError for one
     // that cannot be read, EConvertError, naming file and line, for a record with bad decimals or offset;
@@ -51,21 +51,21 @@ class TLoadSetpoints : public TForm {
     // The view tells the width, in pixels, that the grid has got.
     void SetpointGridResized(int gridClientWidth);
 
-    TPanel ButPanel{"ButPanel"}; // hidden during a run
-    TButton ButcheckAll{"ButcheckAll", "CheckAll"};
-    TButton ButClearAll{"ButClearAll", "UncheckAll"};
-    TButton ButWriteSetpoints{"ButWriteSetpoints", "Write"};
-    TButton ButCancel{"ButCancel", "Close"};
-    TLabel LabSelected{"LabSelected"}; // "n of m selected"
-    TStringGrid setpointgrid{"setpointgrid"};
-    TColorList ResultList{"ResultList"}; // one row per selected setpoint, shown in place of the grid
-    TPanel showpanel{"showpanel"};
-    TProgressBar ProgressBar{"ProgressBar"};
-    TLabel progresslabel{"progresslabel"};
-    TLabel LabHint{"LabHint"}; // what the list shown is good for; hidden during a run
+    TPanel ButPanel{*this, "ButPanel"}; // hidden during a run
+    TButton ButcheckAll{*this, "ButcheckAll", "CheckAll"};
+    TButton ButClearAll{*this, "ButClearAll", "UncheckAll"};
+    TButton ButWriteSetpoints{*this, "ButWriteSetpoints", "Write"};
+    TButton ButCancel{*this, "ButCancel", "Close"};
+    TLabel LabSelected{*this, "LabSelected"}; // "n of m selected"
+    TStringGrid setpointgrid{*this, "setpointgrid"};
+    TColorList ResultList{*this, "ResultList"}; // one row per selected setpoint, shown in place of the grid
+    TPanel showpanel{*this, "showpanel"};
+    TProgressBar ProgressBar{*this, "ProgressBar"};
+    TLabel progresslabel{*this, "progresslabel"};
+    TLabel LabHint{*this, "LabHint"}; // what the list shown is good for; hidden during a run
     // Only while the read-back is waited for.
-    TLabel LabReadBack{"LabReadBack"};
-    TButton ButEndReadBack{"ButEndReadBack", "Stop waiting"};
+    TLabel LabReadBack{*this, "LabReadBack"};
+    TButton ButEndReadBack{*this, "ButEndReadBack", "Stop waiting"};
 
     int ErrorCount = 0; // of the last run; 9999 after a load dialog that was cancelled
     std::filesystem::path FileName;
@@ -96,7 +96,7 @@ class TLoadSetpoints : public TForm {
     void WriteSetpointsToDevice(const TDeviceUse::TAction& action, bool report);
     void SaveResult();
 
-    TParts Parts;
+    TNeeds Needs;
     std::vector<std::string> LoadSetpointValues;        // records of the file
     std::vector<std::string> CurrentSetpointValues;     // shown value of each
     std::vector<std::string> DeviceSetpointProfilelist; // ModbusAdr=EEadr of the device's setpoints

@@ -1,9 +1,7 @@
-#include "sim/controller/FlashRing.h"
-
-#include "sim/controller/DeviceTime.h"
-#include "sim/controller/Words.h"
+#include "sim/controller/Memories.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace tidewell {
 
@@ -21,6 +19,37 @@ constexpr std::int64_t FirstArea = 0x20000;
 constexpr std::int32_t FirstAreaBlocks = 2544;
 constexpr std::int64_t SecondArea = 0xD30000;
 
+constexpr std::int32_t EventSlots = 100;
+constexpr std::uint32_t ErrorNumbers = 24;
+constexpr std::uint32_t NewestError = 7;
+
+constexpr char ErasedByte = '\xFF'; // of flash and EEPROM
+
+// The low 16 bits, high byte first.
+void AppendWord(std::string& bytes, std::uint32_t word) {
+    bytes += static_cast<char>(static_cast<unsigned char>(word >> 8U & 0xFFU));
+    bytes += static_cast<char>(static_cast<unsigned char>(word & 0xFFU));
+}
+
+// A controller's own clock, in local time.
+struct TDeviceTime {
+    std::uint32_t Year = 0; // since 2000
+    std::uint32_t Month = 0;
+    std::uint32_t Day = 0;
+    std::uint32_t Hour = 0;
+    std::uint32_t Minute = 0;
+};
+
+// Of a time in minutes since 2000-01-01 00:00; times before that count as that.
+TDeviceTime DeviceTime(std::int64_t minutes) {
+    using namespace std::chrono;
+    constexpr sys_days Start = year{2000} / January / 1;
+    const std::int64_t since = std::max<std::int64_t>(minutes, 0);
+    const year_month_day date(Start + days(since / (24 * 60)));
+    return {static_cast<std::uint32_t>(int{date.year()} - 2000), unsigned{date.month()}, unsigned{date.day()},
+            static_cast<std::uint32_t>(since / 60 % 24), static_cast<std::uint32_t>(since % 60)};
+}
+
 // -1 where no block lies.
 std::int32_t BlockAt(std::int64_t address) {
     if (address >= SecondArea) {
@@ -37,6 +66,37 @@ std::int32_t BlockAt(std::int64_t address) {
 std::int32_t Around(std::int64_t block) {
     constexpr std::int64_t Count = TFlashRing::BlockCount;
     return static_cast<std::int32_t>((block % Count + Count) % Count);
+}
+
+// What would pass the end is cut off.
+void Put(std::string& eeprom, std::int32_t address, const std::string& bytes) {
+    const auto at = static_cast<std::size_t>(address);
+    if (at < eeprom.size())
+        eeprom.replace(at, std::min(bytes.size(), eeprom.size() - at), bytes.substr(0, eeprom.size() - at));
+}
+
+// The newest event first. Errors come and go in turns, so that at last none is left.
+std::string ErrorEvents(std::int32_t count, std::int64_t startMinutes) {
+    std::string dates;
+    std::string times;
+    std::int64_t minutes = startMinutes;
+    for (std::int32_t event = 0; event < EventSlots; ++event) {
+        if (event >= count) {
+            AppendWord(dates, 0);
+            AppendWord(times, 0);
+            continue;
+        }
+        const bool came = event % 2 == 1;
+        const auto mixed = static_cast<std::int64_t>(Mixed(static_cast<std::uint64_t>(event)) >> 32U);
+        minutes -= came ? 5 + mixed % 180 : 60 + mixed % (3 * 24 * 60); // it lasts less than it stays away
+        const auto pair = static_cast<std::uint64_t>(event / 2);
+        const std::uint32_t error =
+            pair == 0 ? NewestError : static_cast<std::uint32_t>(Mixed(pair) % ErrorNumbers) + 1;
+        const TDeviceTime time = DeviceTime(minutes);
+        AppendWord(dates, time.Month << 12U | time.Day << 7U | time.Year);
+        AppendWord(times, (time.Hour * 60 + time.Minute) / 5 << 7U | error << 1U | (came ? 1U : 0U));
+    }
+    return dates + times;
 }
 
 } // namespace
@@ -93,6 +153,24 @@ std::string TFlashRing::Bytes(std::int64_t address, std::size_t length, std::int
         bytes += block < 0 ? std::string(RecordSize, ErasedByte) : RecordAt(block, index, nowMs);
     }
     return bytes.substr(static_cast<std::size_t>(into), length);
+}
+
+std::string EepromBytes(const TEepromSetup& setup, const TIdentity& identity, TFlashRing::TPosition log,
+                        std::int64_t startMinutes) {
+    std::string eeprom(static_cast<std::size_t>(setup.Size), ErasedByte);
+    std::string words;
+    for (const auto& [name, number] : identity)
+        AppendWord(words, static_cast<std::uint32_t>(number));
+    Put(eeprom, 0, words);
+    if (setup.LogCounters) {
+        std::string counters;
+        AppendWord(counters, static_cast<std::uint32_t>(log.Block));
+        AppendWord(counters, static_cast<std::uint32_t>(log.InUse));
+        Put(eeprom, *setup.LogCounters, counters);
+    }
+    if (setup.ErrorLog)
+        Put(eeprom, *setup.ErrorLog, ErrorEvents(setup.ErrorEvents, startMinutes));
+    return eeprom;
 }
 
 } // namespace tidewell

@@ -1,9 +1,8 @@
-#include "sim/cloud/CloudService.h"
+#include "sim/cloud/SimulatedCloud.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <random>
 #include <utility>
@@ -52,50 +51,51 @@ bool IsDevicePath(std::string_view path) {
            path.ends_with(DeviceSuffix);
 }
 
+// The words of a status line, "Not Found".
+std::string_view ReasonPhrase(int code) {
+    static const std::map<int, std::string_view> phrases{{200, "OK"},
+                                                         {201, "Created"},
+                                                         {204, "No Content"},
+                                                         {302, "Found"},
+                                                         {400, "Bad Request"},
+                                                         {401, "Unauthorized"},
+                                                         {403, "Forbidden"},
+                                                         {404, "Not Found"},
+                                                         {405, "Method Not Allowed"},
+                                                         {500, "Internal Server Error"},
+                                                         {502, "Bad Gateway"},
+                                                         {503, "Service Unavailable"}};
+    const auto found = phrases.find(code);
+    return found == phrases.end() ? "Unknown" : found->second;
+}
+
+std::string PathOf(std::string_view url) {
+    const std::size_t scheme = url.find("://");
+    const std::size_t path = url.find('/', scheme == std::string_view::npos ? 0 : scheme + 3);
+    return path == std::string_view::npos ? "/" : std::string(url.substr(path));
+}
+
 } // namespace
 
-std::string_view ReasonPhrase(int code) {
-    static constexpr std::array<std::pair<int, std::string_view>, 12> texts{{{200, "OK"},
-                                                                             {201, "Created"},
-                                                                             {204, "No Content"},
-                                                                             {302, "Found"},
-                                                                             {400, "Bad Request"},
-                                                                             {401, "Unauthorized"},
-                                                                             {403, "Forbidden"},
-                                                                             {404, "Not Found"},
-                                                                             {405, "Method Not Allowed"},
-                                                                             {500, "Internal Server Error"},
-                                                                             {502, "Bad Gateway"},
-                                                                             {503, "Service Unavailable"}}};
-    const auto* const found =
-        std::find_if(texts.begin(), texts.end(), [&](const auto& entry) { return entry.first == code; });
-    return found == texts.end() ? "Unknown" : found->second;
-}
-
-TCloudService::TCloudService(TCloudConfig config, TNow now)
+TSimulatedCloud::TSimulatedCloud(TCloudConfig config, TNow now)
     : Config(std::move(config)), Now(std::move(now)) {}
 
-TCloudFaults TCloudService::Faults() const {
-    const std::lock_guard lock(Guard);
-    return Config.Faults;
-}
-
-void TCloudService::SetFaults(const TCloudFaults& faults) {
+void TSimulatedCloud::SetFaults(const TCloudFaults& faults) {
     const std::lock_guard lock(Guard);
     Config.Faults = faults;
 }
 
-void TCloudService::SetConfig(const TCloudConfig& config) {
+void TSimulatedCloud::SetConfig(const TCloudConfig& config) {
     const std::lock_guard lock(Guard);
     Config = config;
 }
 
-std::size_t TCloudService::RequestCount() const {
+std::size_t TSimulatedCloud::RequestCount() const {
     const std::lock_guard lock(Guard);
     return Requests;
 }
 
-TCloudReply TCloudService::Handle(const TCloudRequest& request) {
+TCloudReply TSimulatedCloud::Handle(const TCloudRequest& request) {
     const std::lock_guard lock(Guard);
     ++Requests;
     const TCloudFaults& faults = Config.Faults;
@@ -111,11 +111,11 @@ TCloudReply TCloudService::Handle(const TCloudRequest& request) {
     return reply;
 }
 
-bool TCloudService::FaultApplies(const TCloudRequest& request) const {
+bool TSimulatedCloud::FaultApplies(const TCloudRequest& request) const {
     return std::string_view(request.Path).ends_with(Config.Faults.Path);
 }
 
-TCloudReply TCloudService::Route(const TCloudRequest& request) {
+TCloudReply TSimulatedCloud::Route(const TCloudRequest& request) {
     std::string_view path = request.Path;
     if (!path.starts_with(Prefix))
         return Refusal(404, "No such path.");
@@ -146,7 +146,7 @@ TCloudReply TCloudService::Route(const TCloudRequest& request) {
     return path == "/Nabtouser" ? Identity(user->second) : Device(user->second, path);
 }
 
-TCloudReply TCloudService::Login(const TCloudRequest& request) {
+TCloudReply TSimulatedCloud::Login(const TCloudRequest& request) {
     const nlohmann::json body = nlohmann::json::parse(request.Body, nullptr, false);
     const auto text = [&](const char* name) -> const std::string* {
         const auto member = body.is_object() ? body.find(name) : body.end();
@@ -167,11 +167,11 @@ TCloudReply TCloudService::Login(const TCloudRequest& request) {
     return {200, nlohmann::json{{"PermissionFlags", flags}}.dump(), OpenSession(*name), 0};
 }
 
-TCloudReply TCloudService::Identity(const TCloudUser& user) const {
+TCloudReply TSimulatedCloud::Identity(const TCloudUser& user) const {
     return {200, nlohmann::json{{"User", user.NabtoUser}, {"ID", user.NabtoId}}.dump(), {}, 0};
 }
 
-TCloudReply TCloudService::Device(const TCloudUser& user, std::string_view path) const {
+TCloudReply TSimulatedCloud::Device(const TCloudUser& user, std::string_view path) const {
     const std::string_view id =
         path.substr(DevicePrefix.size(), path.size() - DevicePrefix.size() - DeviceSuffix.size());
     if (std::find(Config.Devices.begin(), Config.Devices.end(), id) == Config.Devices.end())
@@ -181,7 +181,7 @@ TCloudReply TCloudService::Device(const TCloudUser& user, std::string_view path)
     return Identity(user);
 }
 
-TCloudService::TSessions::iterator TCloudService::FindSession(const TCloudRequest& request) {
+TSimulatedCloud::TSessions::iterator TSimulatedCloud::FindSession(const TCloudRequest& request) {
     const auto oldest = Now() - std::chrono::seconds(Config.TokenLifetimeSeconds);
     std::erase_if(Sessions, [oldest](const auto& entry) { return entry.second.Opened <= oldest; });
     const auto session = Sessions.find(request.Authorization);
@@ -194,7 +194,7 @@ TCloudService::TSessions::iterator TCloudService::FindSession(const TCloudReques
     return session;
 }
 
-std::string TCloudService::OpenSession(const std::string& user) {
+std::string TSimulatedCloud::OpenSession(const std::string& user) {
     const auto now = Now();
     const auto expires = now + std::chrono::seconds(Config.TokenLifetimeSeconds);
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(expires.time_since_epoch()).count();
@@ -203,6 +203,29 @@ std::string TCloudService::OpenSession(const std::string& user) {
                          "." + Base64Url(RandomBytes(32));
     Sessions[header] = {user, now, 0};
     return header;
+}
+
+THttpReply TInProcessCloud::Exchange(const THttpRequest& request) {
+    if (!Connected)
+        return NoReply("Failed to connect");
+    THttpReply sent; // for its look-up of headers
+    sent.Headers = request.Headers;
+    const TCloudReply answer =
+        Cloud.Handle({request.Method, PathOf(request.Url), sent.Header("Authorization"), request.Body});
+    if (answer.DelayMs > request.WholeTimeout.count()) {
+        const auto limit = static_cast<int>(request.WholeTimeout.count());
+        Wait.Sleep(limit);
+        return NoReply("Operation timed out after " + std::to_string(limit) + " milliseconds");
+    }
+    if (answer.DelayMs > 0)
+        Wait.Sleep(answer.DelayMs);
+    THttpReply reply;
+    reply.Code = answer.Code;
+    reply.Reason = "HTTP/1.1 " + std::to_string(answer.Code) + " " + std::string(ReasonPhrase(answer.Code));
+    reply.Body = answer.Body;
+    if (!answer.Authorization.empty())
+        reply.Headers.emplace_back("Authorization", answer.Authorization);
+    return reply;
 }
 
 } // namespace tidewell

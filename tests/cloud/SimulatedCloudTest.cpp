@@ -1,10 +1,10 @@
-#include "sim/cloud/CloudService.h"
+#include "sim/cloud/SimulatedCloud.h"
 
 #include "cloud/ApiClient.h"
 #include "core/DiskFiles.h"
 #include "core/IniFile.h"
 #include "sim/cloud/CloudConfig.h"
-#include "sim/cloud/CloudServiceHttp.h"
+#include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
@@ -21,22 +21,24 @@ TCloudConfig ExampleConfig() {
     return ReadCloudConfig(TIniFile(TDiskFiles(), EXAMPLE_CLOUD_INI));
 }
 
-// The example service in virtual time, with the program's own client in front of it.
-struct CloudService : testing::Test {
+// The example cloud in virtual time, with the program's own client in front of it.
+struct SimulatedCloud : testing::Test {
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
     TCloudConfig Config = ExampleConfig();
-    std::unique_ptr<TCloudService> Service;
-    std::unique_ptr<TCloudServiceHttp> Http;
+    std::unique_ptr<TSimulatedCloud> Service;
+    std::unique_ptr<TInProcessCloud> Http;
+    TIdleProgram Program;
     std::unique_ptr<TApiClient> Client;
     TCredentials Credentials;
 
     void SetUp() override { Start(); }
 
     void Start() {
-        Service = std::make_unique<TCloudService>(Config, [this] { return Time.Now(); });
-        Http = std::make_unique<TCloudServiceHttp>(*Service, Time);
-        Client = std::make_unique<TApiClient>(*Http, Dialogs, TCloudAddress{"localhost", 4161});
+        Service = std::make_unique<TSimulatedCloud>(Config, [this] { return Time.Now(); });
+        Http = std::make_unique<TInProcessCloud>(*Service, Time);
+        Client = std::make_unique<TApiClient>(Program, Dialogs);
+        Client->UseService(*Http, {"localhost", 4161});
     }
 
     int Code(const std::string& method, const std::string& path, const std::string& body = {}) {
@@ -76,7 +78,7 @@ TEST(CloudConfig, NamesWhatItCannotUnderstand) {
     }
 }
 
-TEST_F(CloudService, RefusesWhatItDoesNotKnow) {
+TEST_F(SimulatedCloud, RefusesWhatItDoesNotKnow) {
     const std::string base = "/api/v1.2";
     EXPECT_EQ(Code("POST", base + "/login", "{"), 400);
     EXPECT_EQ(Code("POST", base + "/login", R"({"Username":"service","Password":1})"), 400);
@@ -93,7 +95,7 @@ TEST_F(CloudService, RefusesWhatItDoesNotKnow) {
     }
 }
 
-TEST_F(CloudService, GivesEachUserItsRights) {
+TEST_F(SimulatedCloud, GivesEachUserItsRights) {
     EXPECT_EQ(Client->Login("guest", "guest"), -3);
     EXPECT_EQ(Client->Login("guest", "tidewell"), -2);
 
@@ -114,7 +116,7 @@ TEST_F(CloudService, GivesEachUserItsRights) {
     EXPECT_EQ(Client->_creds.Username, "trainee@users.tidewell.example");
 }
 
-TEST_F(CloudService, TokensRollAndExpire) {
+TEST_F(SimulatedCloud, TokensRollAndExpire) {
     ASSERT_EQ(Client->Login("service", "tidewell"), 0);
     const std::string first = Client->token;
     Time.Advance(3599 * 1000);
@@ -133,7 +135,7 @@ TEST_F(CloudService, TokensRollAndExpire) {
     EXPECT_EQ(Client->KeepAlive(), -3);
 }
 
-TEST_F(CloudService, AChangedConfigurationConcernsTokensGivenOut) {
+TEST_F(SimulatedCloud, AChangedConfigurationConcernsTokensGivenOut) {
     ASSERT_EQ(Client->Login("service", "tidewell"), 0);
     Config.TokenRequests = 2;
     Service->SetConfig(Config);
@@ -163,7 +165,7 @@ TEST_F(CloudService, AChangedConfigurationConcernsTokensGivenOut) {
     EXPECT_EQ(Client->KeepAlive(), -3);
 }
 
-TEST_F(CloudService, FaultsReachTheClientAsToldOnTheirPathAlone) {
+TEST_F(SimulatedCloud, FaultsReachTheClientAsToldOnTheirPathAlone) {
     const auto with = [&](auto change) {
         TCloudFaults faults;
         change(faults);

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,7 @@ class TFlashRing {
 
     std::int32_t StartBlock = 0;              // being written at time 0; beyond the ring it stands still
     std::int32_t StartInUse = BlockCount - 1; // blocks behind it that hold records
-    std::int64_t StartMinutes = 0;            // the controller's clock at time 0, see DeviceTime
+    std::int64_t StartMinutes = 0;            // the controller's clock at time 0, since 2000-01-01 00:00
     std::vector<TMotion> Values;              // of a record, in order; with none the ring is erased
 
     static std::int64_t AddressOf(std::int32_t block); // in the flash
@@ -42,5 +43,19 @@ class TFlashRing {
     std::string Record(std::int64_t slot) const;
     std::string RecordAt(std::int32_t block, std::int32_t index, std::int64_t nowMs) const;
 };
+
+// What a controller's EEPROM holds, in words, high byte first: from address 0 its identity, a word for each
+// number of its answer to "ping.json"; the two counters of its flash log; and its error events. All else is
+// erased.
+struct TEepromSetup {
+    std::int32_t Size = 4096;                // bytes
+    std::optional<std::int32_t> LogCounters; // addresses; nothing: not there
+    std::optional<std::int32_t> ErrorLog;
+    std::int32_t ErrorEvents = 100; // written ones; the other slots up to 100 hold zeros
+};
+
+// The whole content. startMinutes is the controller's clock at time 0, up to which the events happened.
+std::string EepromBytes(const TEepromSetup& setup, const TIdentity& identity, TFlashRing::TPosition log,
+                        std::int64_t startMinutes);
 
 } // namespace tidewell

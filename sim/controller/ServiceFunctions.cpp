@@ -1,4 +1,4 @@
-#include "sim/controller/Service.h"
+#include "sim/controller/ServiceFunctions.h"
 
 #include "sim/controller/Requests.h"
 
@@ -24,18 +24,10 @@ constexpr std::int64_t FlashSize = 0x2000000;
 constexpr std::int64_t TestArea = 0; // what is written there goes nowhere
 constexpr std::size_t MostPayload = 256;
 
-std::int64_t Within(std::int64_t value, std::int64_t most, const std::string& name) {
-    if (value < 0 || value > most)
-        throw ERequestRefused("member \"" + name + "\" is out of range");
-    return value;
-}
-
 std::string Payload(const TJson& request) {
     std::string payload;
-    for (const TJson& element : ListMember(request, "list")) {
-        payload += static_cast<char>(
-            static_cast<unsigned char>(Within(NumberMember(element, "payload"), 255, "payload")));
-    }
+    for (const TJson& element : ListMember(request, "list"))
+        payload += static_cast<char>(static_cast<unsigned char>(NumberMember(element, "payload", 0xFF)));
     if (payload.size() > MostPayload)
         throw ERequestRefused("member \"list\" is too long");
     return payload;
@@ -43,16 +35,10 @@ std::string Payload(const TJson& request) {
 
 } // namespace
 
-TService::TService() = default;
-
-void TService::Configure(const TServiceSetup& setup, const TRegisterBank& values) {
+void TServiceFunctions::Configure(const TServiceSetup& setup, const TRegisterBank& values) {
+    Equipped = true;
     Setup = setup;
     Images.Setup = setup.Images;
-    Dialogue.ResetMs = setup.ResetMs;
-    Dialogue.EraseMs = setup.EraseMs;
-    Update.UpdateMs = setup.UpdateMs;
-    Update.RestartMs = setup.RestartMs;
-    Update.CheckMs = setup.CheckMs;
     Ring.StartBlock = setup.LogBlock;
     Ring.StartInUse = setup.LogInUse;
     Ring.Values.clear();
@@ -61,12 +47,11 @@ void TService::Configure(const TServiceSetup& setup, const TRegisterBank& values
             Ring.Values.push_back(*motion);
 }
 
-std::int64_t TService::Execute(const TCall& call) {
+std::int64_t TServiceFunctions::Execute(const TCall& call) {
     const TFault* const refusal = FindFault(call.Due, EFault::Refuse);
     if (call.Query == PacketQuery) {
-        const std::int64_t number = Within(NumberMember(call.Request, "blocknumber"), 0xFFFF, "blocknumber");
-        const TFault* const wrongEcho = FindFault(call.Due, EFault::WrongEcho);
-        const std::int64_t echo = number + (wrongEcho != nullptr ? wrongEcho->Number : 0);
+        const std::int64_t number = NumberMember(call.Request, "blocknumber", 0xFFFF);
+        const std::int64_t echo = number + FaultNumber(call.Due, EFault::WrongEcho);
         return (refusal != nullptr ? refusal->Number : Packet(call)) | (echo & 0xFFFF) << 16U;
     }
     if (refusal != nullptr)
@@ -90,14 +75,13 @@ std::int64_t TService::Execute(const TCall& call) {
     throw ERequestRefused("unknown query " + std::string(call.Query));
 }
 
-std::int64_t TService::AdminCommand(const TCall& call) {
+std::int64_t TServiceFunctions::AdminCommand(const TCall& call) {
     const std::int64_t cmd = TextMember(call.Request, "cmd");
-    if (!Setup || (cmd & 0xFFFF) != RestartCommand)
+    if (!Equipped || (cmd & 0xFFFF) != RestartCommand)
         return NotPossible;
     const std::vector<TFault> due = call.Faults.Due({EOccasion::Restart, {}, {}, {}, call.NowMs});
-    const TFault* const late = FindFault(due, EFault::LateReturn);
     Update.Restart(static_cast<std::uint32_t>(cmd >> 16 & 0xFFFF), call.NowMs,
-                   late != nullptr ? late->Number : 0);
+                   FaultNumber(due, EFault::LateReturn));
     Dialogue.Abort();
     Images.Forget();
     Prepared = {};
@@ -105,11 +89,11 @@ std::int64_t TService::AdminCommand(const TCall& call) {
     return Done;
 }
 
-std::int64_t TService::PrepareUpdate(const TCall& call) {
+std::int64_t TServiceFunctions::PrepareUpdate(const TCall& call) {
     const std::int64_t file = TextMember(call.Request, "fileid");
     const std::int64_t size = TextMember(call.Request, "filesize");
     const std::int64_t crc32 = TextMember(call.Request, "crc32");
-    if (!Setup)
+    if (!Equipped)
         return NotPossible;
     const std::optional<std::uint32_t> address = Images.Announce(file, size, crc32);
     if (!address)
@@ -120,11 +104,11 @@ std::int64_t TService::PrepareUpdate(const TCall& call) {
     return *address;
 }
 
-std::int64_t TService::PrepareWrite(const TCall& call) {
+std::int64_t TServiceFunctions::PrepareWrite(const TCall& call) {
     const std::int64_t address = TextMember(call.Request, "address");
     const std::int64_t length = TextMember(call.Request, "length");
     const std::optional<std::int32_t> file = Images.FileAt(address, length);
-    if (!Setup || (!file && address != TestArea))
+    if (!Equipped || (!file && address != TestArea))
         return NotPossible;
     Prepared = {};
     if (file) {
@@ -135,45 +119,40 @@ std::int64_t TService::PrepareWrite(const TCall& call) {
     return Done;
 }
 
-std::int64_t TService::PrepareRead(const TCall& call, ETransfer kind) {
+std::int64_t TServiceFunctions::PrepareRead(const TCall& call, ETransfer kind) {
     const std::int64_t address = TextMember(call.Request, "address");
     const std::int64_t length = TextMember(call.Request, "length");
-    const std::int64_t size = !Setup                          ? 0
-                              : kind == ETransfer::ReadEeprom ? std::int64_t{Setup->Eeprom.Size}
-                                                              : FlashSize;
-    if (address < 0 || length < 0 || address > size || length > size - address || !Setup)
+    const std::int64_t size = kind == ETransfer::ReadEeprom ? std::int64_t{Setup.Eeprom.Size} : FlashSize;
+    if (!Equipped || address < 0 || length < 0 || address > size || length > size - address)
         return NotPossible;
-    const TFault* const fewer = FindFault(call.Due, EFault::ShortRead);
     Prepared = {};
     Prepared.Kind = kind;
     Prepared.Address = address;
-    Prepared.Length =
-        static_cast<std::size_t>(std::max<std::int64_t>(length - (fewer != nullptr ? fewer->Number : 0), 0));
+    Prepared.Length = Amount(length - FaultNumber(call.Due, EFault::ShortRead));
     Prepared.NowMs = call.NowMs;
     if (kind == ETransfer::ReadEeprom) {
         Prepared.Eeprom =
-            EepromBytes(Setup->Eeprom, call.Identity, Ring.Position(call.NowMs), Ring.StartMinutes);
+            EepromBytes(Setup.Eeprom, call.Identity, Ring.Position(call.NowMs), Ring.StartMinutes);
     }
     return Done;
 }
 
-std::int64_t TService::Command(const TCall& call) {
+std::int64_t TServiceFunctions::Command(const TCall& call) {
     const std::int64_t state = NumberMember(call.Request, "nostreamstate");
     NumberMember(call.Request, "blocknumber");
     Payload(call.Request);
-    return Setup ? Dialogue.Command(state, call.NowMs) : TUploadDialogue::Refused;
+    return Equipped ? Dialogue.Command(state, call.NowMs) : TUploadDialogue::Refused;
 }
 
-std::int64_t TService::Packet(const TCall& call) {
+std::int64_t TServiceFunctions::Packet(const TCall& call) {
     const std::int64_t state = NumberMember(call.Request, "nostreamstate");
     const auto number = static_cast<std::uint16_t>(NumberMember(call.Request, "blocknumber"));
-    const auto crc =
-        static_cast<std::uint16_t>(Within(NumberMember(call.Request, "blockCRC"), 0xFFFF, "blockCRC"));
+    const auto crc = static_cast<std::uint16_t>(NumberMember(call.Request, "blockCRC", 0xFFFF));
     const std::string payload = Payload(call.Request);
-    return Setup ? std::int64_t{Dialogue.Packet(state, number, crc, payload, call.NowMs)} : NotPossible;
+    return Equipped ? std::int64_t{Dialogue.Packet(state, number, crc, payload, call.NowMs)} : NotPossible;
 }
 
-bool TService::Away(TFaults& faults, TIdentity& identity, std::int64_t nowMs) {
+bool TServiceFunctions::Away(TFaults& faults, TIdentity& identity, std::int64_t nowMs) {
     if (!Update.Restarting())
         return false;
     if (Update.Away(nowMs) || !faults.Due({EOccasion::Return, {}, {}, {}, nowMs}).empty())
@@ -194,34 +173,29 @@ bool TService::Away(TFaults& faults, TIdentity& identity, std::int64_t nowMs) {
     return false;
 }
 
-std::optional<std::int32_t> TService::CrcResult(TRegisterAddress at, std::int64_t nowMs) const {
-    return Setup && Setup->CrcResult == at ? std::optional<std::int32_t>(Update.CrcResult(nowMs))
-                                           : std::nullopt;
+std::optional<std::int32_t> TServiceFunctions::CrcResult(TRegisterAddress at, std::int64_t nowMs) const {
+    return Setup.CrcResult == at ? std::optional<std::int32_t>(Update.CrcResult(nowMs)) : std::nullopt;
 }
 
-void TService::OpenStream() {
+void TServiceFunctions::OpenStream() {
     Open = std::exchange(Prepared, {});
 }
 
-std::string TService::FlashBytes(std::int64_t address, std::size_t length, std::int64_t nowMs) const {
-    std::string bytes = Ring.Bytes(address, length, nowMs);
-    Images.Overlay(address, bytes);
-    return bytes;
-}
-
-std::string TService::ReadStream(std::size_t most) {
+std::string TServiceFunctions::ReadStream(std::size_t most) {
     const std::size_t length = std::min(most, Open.Length - Open.Moved);
     const std::int64_t from = Open.Address + static_cast<std::int64_t>(Open.Moved);
     std::string bytes;
-    if (Open.Kind == ETransfer::ReadFlash)
-        bytes = FlashBytes(from, length, Open.NowMs);
-    else if (Open.Kind == ETransfer::ReadEeprom)
+    if (Open.Kind == ETransfer::ReadFlash) {
+        bytes = Ring.Bytes(from, length, Open.NowMs);
+        Images.Overlay(from, bytes);
+    } else if (Open.Kind == ETransfer::ReadEeprom) {
         bytes = Open.Eeprom.substr(static_cast<std::size_t>(from), length);
+    }
     Open.Moved += bytes.size();
     return bytes;
 }
 
-void TService::WriteStream(std::string_view bytes) {
+void TServiceFunctions::WriteStream(std::string_view bytes) {
     if (Open.Kind == ETransfer::WriteImage)
         Images.Append(Open.File, bytes);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/ports/IHttp.h"
+#include "core/ports/IWait.h"
 #include "sim/cloud/CloudConfig.h"
 
 #include <chrono>
@@ -29,15 +31,14 @@ struct TCloudReply {
 // The maker's cloud as the program sees it, without sockets. Tokens look like JWTs; each login makes one and
 // each keepAlive replaces it, so that the former one is refused from then on. Safe to use from several
 // threads.
-class TCloudService {
+class TSimulatedCloud {
   public:
     using TNow = std::function<std::chrono::system_clock::time_point()>;
 
-    explicit TCloudService(TCloudConfig config, TNow now = std::chrono::system_clock::now);
+    explicit TSimulatedCloud(TCloudConfig config, TNow now = std::chrono::system_clock::now);
 
     TCloudReply Handle(const TCloudRequest& request);
 
-    TCloudFaults Faults() const;
     void SetFaults(const TCloudFaults& faults);
     // Users, devices, faults and what tokens are good for; the tokens that were given out stay.
     void SetConfig(const TCloudConfig& config);
@@ -66,7 +67,19 @@ class TCloudService {
     std::size_t Requests = 0;
 };
 
-// The words of a status line, "Not Found".
-std::string_view ReasonPhrase(int code);
+// The cloud as the program's own port, with no network between. A slow reply is waited for with Sleep; one
+// slower than the request's time-out counts as none.
+class TInProcessCloud : public IHttp {
+  public:
+    TInProcessCloud(TSimulatedCloud& cloud, IWait& wait) : Cloud(cloud), Wait(wait) {}
+
+    bool Connected = true; // false: nothing listens there
+
+    THttpReply Exchange(const THttpRequest& request) override;
+
+  private:
+    TSimulatedCloud& Cloud;
+    IWait& Wait;
+};
 
 } // namespace tidewell

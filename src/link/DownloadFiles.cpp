@@ -1,4 +1,4 @@
-#include "link/ServiceFiles.h"
+#include "link/DownloadFiles.h"
 
 #include "core/DeviceId.h"
 #include "core/KvSupport.h"
@@ -10,9 +10,13 @@ std::filesystem::path GetFlashLogLogpath(const TCurrentInifilesPath& paths) {
     return paths.directorypath / "log" / "userlog" / "";
 }
 
-std::filesystem::path ServiceFilePath(const IFiles& files, const IClock& clock,
-                                      const TCurrentInifilesPath& paths, const std::string& kind,
-                                      const std::string& device, bool whole) {
+std::filesystem::path UpdateLogDirectory(const TCurrentInifilesPath& paths) {
+    return GetFlashLogLogpath(paths);
+}
+
+std::filesystem::path DownloadPath(const IFiles& files, const IClock& clock,
+                                   const TCurrentInifilesPath& paths, const std::string& kind,
+                                   const std::string& device, bool whole) {
     std::filesystem::path path = GetFlashLogLogpath(paths);
     path += "/" + kind + DeviceIdOf(device) + "_" + NowStamp(clock) + (whole ? ".csv" : "_part.csv");
     return UnusedPath(files, path);
