@@ -138,9 +138,9 @@ struct TUploadRig {
     std::filesystem::path CurrentUpdateSWFile = "/config.fwc";
     bool EnableContineousUpdate = false;
     TDeviceUse Use;
-    TReadTexts ReadTexts;
-    const TDeviceServices Services{World.Needs,        Form,   Use,       memoDebug,
-                                   StatusBar,          Device, ReadTexts, EnableContineousUpdate,
+    TDownloadTexts DownloadTexts;
+    const TDeviceServices Services{World.Needs,        Form,   Use,           memoDebug,
+                                   StatusBar,          Device, DownloadTexts, EnableContineousUpdate,
                                    CurrentUpdateSWFile};
     TUpdateStatus Status{Form, Clock};
     TUpdateRun Run{Services, Status};

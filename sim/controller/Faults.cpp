@@ -46,6 +46,12 @@ constexpr std::array<TFaultKind, 20> Kinds{{
     {EFault::LateReturn, "LateReturn", EFaultArgument::Time, Bit(EOccasion::Restart)},
     {EFault::NoReturn, "NoReturn", EFaultArgument::On, Bit(EOccasion::Return)},
 }};
+static_assert([] {
+    for (std::size_t i = 0; i < Kinds.size(); ++i)
+        if (Kinds[i].Kind != static_cast<EFault>(i))
+            return false;
+    return true;
+}());
 
 bool Concerns(EFault fault, EOccasion occasion) {
     return (Kinds[static_cast<std::size_t>(fault)].Occasions & Bit(occasion)) != 0;
@@ -125,6 +131,12 @@ std::int64_t FaultNumber(const std::vector<TFault>& due, EFault kind) {
 
 std::size_t Amount(std::int64_t number) {
     return static_cast<std::size_t>(std::max<std::int64_t>(number, 0));
+}
+
+void TFaults::Replace(const std::vector<TFault>& faults) {
+    Armed = faults;
+    for (TFault& fault : Armed)
+        fault.When.Seen = 0;
 }
 
 std::vector<TFault> TFaults::Due(const TOccasion& occasion) {

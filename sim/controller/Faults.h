@@ -116,7 +116,7 @@ std::size_t Amount(std::int64_t number);
 // The faults of one controller.
 class TFaults {
   public:
-    void Replace(const std::vector<TFault>& faults) { Armed = faults; }
+    void Replace(const std::vector<TFault>& faults); // their counters start at 0
     void Add(const TFault& fault) { Armed.push_back(fault); }
     // Those that are due, in the order they were added. Counts the occasion, so it is asked once for each.
     std::vector<TFault> Due(const TOccasion& occasion);

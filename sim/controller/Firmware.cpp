@@ -11,7 +11,7 @@ namespace tidewell {
 
 namespace {
 
-constexpr auto Table = [] {
+constexpr auto Crc32Table = [] {
     std::array<std::uint32_t, 256> table{};
     for (std::uint32_t i = 0; i < table.size(); ++i) {
         std::uint32_t entry = i;
@@ -44,7 +44,7 @@ enum EState : std::int64_t {
 std::uint32_t Crc32(std::string_view bytes) {
     std::uint32_t crc = 0xFFFFFFFFU;
     for (const char byte : bytes)
-        crc = (crc >> 8U) ^ Table[(crc ^ static_cast<unsigned char>(byte)) & 0xFFU];
+        crc = (crc >> 8U) ^ Crc32Table[(crc ^ static_cast<unsigned char>(byte)) & 0xFFU];
     return ~crc;
 }
 

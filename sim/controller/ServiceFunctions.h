@@ -81,7 +81,7 @@ class TServiceFunctions {
     std::int64_t Packet(const TCall& call);
 
     bool Equipped = false;
-    TServiceSetup Setup;
+    TServiceSetup Setup; // of a controller that is Equipped; its Times are referred to below
     TImageStore Images;
     TUploadDialogue Dialogue{Images, Setup.Times};
     TUpdateMode Update{Images, Setup.Times};

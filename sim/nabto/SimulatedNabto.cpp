@@ -327,9 +327,10 @@ TNabtoStatus TSimulatedNabto::RpcInvoke(const void* session, std::string_view ur
         WaitAnswerTimeout();
         return NABTO_CONNECT_TO_HOST_FAILED;
     }
+    const TInterfaceDefinition::TQuery declared = *query;
     if (reply.DelayMs > 0)
         Time.Sleep(reply.DelayMs);
-    response = query->Declared(std::move(reply.Text));
+    response = declared.Declared(std::move(reply.Text));
     return NABTO_OK;
 }
 

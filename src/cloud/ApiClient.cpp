@@ -1,9 +1,9 @@
 #include "cloud/ApiClient.h"
 
 #include "core/Errors.h"
+#include "core/Guard.h"
 #include "core/Numbers.h"
 #include "core/ProgramState.h"
-#include "core/WaitCursor.h"
 
 #include <nlohmann/json.hpp>
 

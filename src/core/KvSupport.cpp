@@ -1,10 +1,10 @@
 #include "core/KvSupport.h"
 
 #include "core/Errors.h"
+#include "core/Guard.h"
 #include "core/IniFile.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
-#include "core/WaitCursor.h"
 #include "core/ports/IDialogs.h"
 
 #include <algorithm>

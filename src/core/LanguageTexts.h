@@ -30,7 +30,8 @@ void ReadOwnTexts(const TIniFile& language, std::string_view section, std::initi
 
 class TOwnText;
 
-// A section of our own; its texts are members that name key and English text.
+// A section of our own; its texts are members that name key and English text, which they keep if the key is
+// missing or empty.
 class TOwnTexts {
   public:
     explicit TOwnTexts(std::string_view section) : Section(section) {}

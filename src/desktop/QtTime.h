@@ -11,6 +11,9 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+#include <memory>
+
 namespace tidewell {
 
 // While held, no timer ticks and no form hears of its new size.

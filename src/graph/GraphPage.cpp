@@ -119,10 +119,12 @@ void TGraphPage::TakeTexts(const TIniFile& language) {
 void TGraphPage::GraphInit(bool rebuild) {
     TimeLabels.ClearTracking();
     SetAxes();
-    if (rebuild)
+    std::string error;
+    if (rebuild) {
         TimeLabels.Rebuild();
-    const std::string error = rebuild ? ProfileChannels.Rebuild() : std::string();
-    LblGraphPageEmpty.SetVisible(graph.Channels.Count() == 0);
+        error = ProfileChannels.Rebuild();
+        LblGraphPageEmpty.SetVisible(graph.Channels.Count() == 0);
+    }
     ClearGraphPage();
     if (!error.empty())
         throw EConvertError(error);

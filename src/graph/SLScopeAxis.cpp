@@ -6,20 +6,19 @@
 namespace tidewell {
 
 TSLScopeAxis::TSLScopeAxis(TSLRedraw& redraw, double min, double max)
-    : Min(redraw, min), Max(redraw, max), ToolBar{{
-                                              TSLAxisToolBarButton([this] {
-                                                  const TSLRange shown = Shown();
-                                                  const double quarter = (shown.Upper - shown.Lower) / 4;
-                                                  SetZoom({shown.Lower + quarter, shown.Upper - quarter});
-                                              }),
-                                              TSLAxisToolBarButton([this] { ZoomOutByTwo(); }),
-                                              TSLAxisToolBarButton([this] { ZoomOff(); }),
-                                              TSLAxisToolBarButton([this] {
-                                                  ZoomOneDir = !ZoomOneDir;
-                                                  Redraw.Touch();
-                                              }),
-                                          }},
-      Redraw(redraw) {}
+    : Min(redraw, min), Max(redraw, max), Redraw(redraw) {
+    ToolBar.Buttons.ZoomIn.OnClick = [this] {
+        const TSLRange shown = Shown();
+        const double quarter = (shown.Upper - shown.Lower) / 4;
+        SetZoom({shown.Lower + quarter, shown.Upper - quarter});
+    };
+    ToolBar.Buttons.ZoomOut.OnClick = [this] { ZoomOutByTwo(); };
+    ToolBar.Buttons.ZoomOff.OnClick = [this] { ZoomOff(); };
+    ToolBar.Buttons.ZoomOneDir.OnClick = [this] {
+        ZoomOneDir = !ZoomOneDir;
+        Redraw.Touch();
+    };
+}
 
 TSLRange TSLScopeAxis::Shown() const {
     return Zoom.value_or(TSLRange{Min.Value(), Max.Value()});

@@ -4,7 +4,6 @@
 #include "core/controls/Control.h"
 #include "graph/SLRedraw.h"
 
-#include <functional>
 #include <optional>
 
 namespace tidewell {
@@ -51,14 +50,10 @@ class TSLBasicRangedAxisValue {
 };
 
 // A button of an axis's toolbar. PerformClick does what a click by the user does.
-class TSLAxisToolBarButton {
-  public:
-    explicit TSLAxisToolBarButton(std::function<void()> action) : Action(std::move(action)) {}
-    void PerformClick() const { Action(); }
+struct TSLAxisToolBarButton {
+    void PerformClick() const { OnClick(); }
+    TEvent<> OnClick;
     bool Visible = true;
-
-  private:
-    std::function<void()> Action;
 };
 
 // What an axis shows at present.

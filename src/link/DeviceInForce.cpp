@@ -41,10 +41,10 @@ int TDeviceInForce::Init() {
     return Device.init(Linked(), Services.ApiClient);
 }
 
-void TDeviceInForce::LinkedTo(const std::string& device) {
-    const std::string linked = device.empty() ? Device.device : device;
+void TDeviceInForce::LinkedTo(const std::string& address) {
+    const std::string linked = address.empty() ? Services.device : address;
     const bool other = !SameText(AddressOf(Linked()), AddressOf(linked));
-    if (other || !device.empty())
+    if (other || !address.empty())
         Services.devid = linked;
     IsLocal = Device.IsLocalDevice;
     if (other)
@@ -55,46 +55,46 @@ std::optional<std::string> TDeviceInForce::Take() {
     if (Taking)
         return std::nullopt;
     const std::string& linked = Linked();
-    if ((linked.empty() || SameText(Device.device, AddressOf(linked))) &&
-        !Services.Nabto.MayDescribeAnother(Device.device))
-        return Device.device;
+    if ((linked.empty() || SameText(Services.device, AddressOf(linked))) &&
+        !Services.Nabto.MayDescribeAnother(Services.device))
+        return Services.device;
     const TFlagged taking(Taking);
     const int result = Init();
     if (result != 0) {
-        Refuse(InitFailureText(result, Device.device,
+        Refuse(InitFailureText(result, Services.device,
                                "An error occurred when initializing communication to the device."));
         return std::nullopt;
     }
     ShowDevice();
-    return Ping() ? std::optional(Device.device) : std::nullopt;
+    return Ping() ? std::optional(Services.device) : std::nullopt;
 }
 
 bool TDeviceInForce::Identify() {
     if (Taking)
         return false;
-    if (!Services.Nabto.MayDescribeAnother(Device.device) ||
-        SameText(Services.Nabto.PingedLast(), Device.device))
+    if (!Services.Nabto.MayDescribeAnother(Services.device) ||
+        SameText(Services.Nabto.PingedLast(), Services.device))
         return true;
     const TFlagged taking(Taking);
     return Ping();
 }
 
 bool TDeviceInForce::Ping() {
-    const std::string asked = Device.device;
+    const std::string asked = Services.device;
     const bool answered = Services.Nabto.ping(asked);
     if (!Services.Program.IsOpen())
         return false;
-    if (Device.device != asked)
+    if (Services.device != asked)
         TellLost(asked);
     else if (!answered)
         Refuse(FillText(Texts.NoAnswer, {asked}));
-    return answered && Device.device == asked;
+    return answered && Services.device == asked;
 }
 
 void TDeviceInForce::ShowDevice() const {
-    Services.StatusBar.SetText(devicePanel, "Current DeviceID : " + Device.device);
+    Services.StatusBar.SetText(devicePanel, "Current DeviceID : " + Services.device);
     if (Device.initialized) // else the label tells why not
-        Device.LblNabto.SetCaption("ID : " + Device.device);
+        Device.LblNabto.SetCaption("ID : " + Services.device);
 }
 
 void TDeviceInForce::Refuse(const std::string& reason) const {

@@ -11,7 +11,7 @@ namespace tidewell {
 class TNabtoDevice;
 struct TDeviceServices;
 
-// Words for a device that cannot be had. A text that is missing keeps the English one.
+// Words for a device that cannot be had.
 struct TDeviceInForceTexts : TOwnTexts {
     TDeviceInForceTexts() : TOwnTexts("DeviceInForce") {}
     TOwnText NoAnswer{*this, "NoAnswer", "The device %1 does not answer. Nothing was sent to it."}; // address
@@ -35,7 +35,7 @@ class TDeviceInForce {
     // The driver's init with it.
     int Init();
     // The setup dialog has linked to that device; empty for the one that the driver has.
-    void LinkedTo(const std::string& device);
+    void LinkedTo(const std::string& address);
     TEvent<> OnOther; // another device than before was linked to
 
     // The driver's address for an id or address.

@@ -20,8 +20,9 @@ class TProfile;
 class TStatusBar;
 class TUNabto;
 struct TCurrentInifilesPath;
+struct TEventLogTexts;
 struct TExtensions;
-struct TReadTexts;
+struct TDownloadTexts;
 
 // What the driver needs of the program around it. All outlive it.
 struct TDeviceNeeds {
@@ -39,6 +40,7 @@ struct TDeviceNeeds {
     TModbusPanel& Panel;
     const TProfile& Profile; // the open one
     TMemo& MemoEventLog;
+    const TEventLogTexts& EventLogTexts;
     std::string& devid; // the device that was linked to, by id or address; empty if none was
 };
 
@@ -49,8 +51,8 @@ struct TDeviceServices : TDeviceNeeds {
     TMemo& memoDebug;          // the service form's diary
     TStatusBar& StatusBar;     // of the service form; panel 2 shows the progress
     const std::string& device; // address of the device in force, read at each use
-    const TReadTexts& ReadTexts;
-    const bool& EnableContineousUpdate;
+    const TDownloadTexts& DownloadTexts;
+    const bool& EnableContineousUpdate;         // what is only to be verified is a line then, not a box
     std::filesystem::path& CurrentUpdateSWFile; // the package in force
 };
 

@@ -17,6 +17,6 @@ std::filesystem::path UpdateLogDirectory(const TCurrentInifilesPath& paths);
 // what was not read whole.
 std::filesystem::path DownloadPath(const IFiles& files, const IClock& clock,
                                    const TCurrentInifilesPath& paths, const std::string& kind,
-                                   const std::string& device, bool whole = true);
+                                   const std::string& device, bool whole);
 
 } // namespace tidewell

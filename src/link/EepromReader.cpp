@@ -27,7 +27,7 @@ TEepromReader::TResult TEepromReader::ReadEeprom(std::uint32_t address, std::uin
     result.Words = ReadPart(address, part);
     result.Report.Add(std::move(part));
     if (Services.Extensions.ServiceStrict && !result.Report.Whole() && !Services.Nabto.Ended())
-        for (const std::string& line : result.Report.Lines(Services.ReadTexts))
+        for (const std::string& line : result.Report.Lines(Services.DownloadTexts))
             Services.memoDebug.Add(line);
     return result;
 }
@@ -40,19 +40,19 @@ std::string TEepromReader::ReadPart(std::uint32_t address, TReadPart& part) {
     const std::string reply =
         Services.Nabto.SendQuery(Services.device, "eepReadRaw.json", TUNabto::FormatRWData(address, length));
     const std::int32_t status = Services.Nabto.getResponseStatus(reply);
-    part.Reason = RefusalReason(reply, status, Services.ReadTexts);
+    part.Reason = RefusalReason(reply, status, Services.DownloadTexts);
     if (status != 0 || Services.Nabto.Ended())
         return {};
     Services.memoDebug.Add("Preperation Success");
     Services.memoDebug.Add("Starting Stream...");
     if (!Services.Nabto.StartStream(Services.device)) {
-        part.Reason = Services.ReadTexts.NoStream;
+        part.Reason = Services.DownloadTexts.NoStream;
         return {};
     }
     Services.memoDebug.Add("Stream Started");
     Services.memoDebug.Add("Reading Stream...");
     TStreamRead read = Services.Nabto.ReadStream(length);
-    part.Take(read, Services.ReadTexts);
+    part.Take(read, Services.DownloadTexts);
     Services.memoDebug.Add("Done Reading");
     std::string list;
     if (Services.Extensions.ServiceStrict)

@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
-#include <utility>
 
 namespace tidewell {
 

@@ -1,13 +1,11 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
 #include <span>
 #include <string>
-#include <vector>
 
 namespace tidewell {
 

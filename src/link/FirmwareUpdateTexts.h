@@ -39,8 +39,7 @@ struct TFirmwareUpdateTexts : TOwnTexts {
     TOwnText NotTaken{*this, "NotTaken", "The controller did not take the whole of file %1"}; // number
     TOwnText NoUpdateStatus{*this, "NoUpdateStatus",
                             "The profile tells of no update status (DF_HPM_SETPKTNUM), so no update can run"};
-    // What is wrong in a package.
-    // A line each.
+    // What is wrong in a package; a line for each mistake follows the first.
     TOwnText BadPackage{*this, "BadPackage", "The firmware package is not in order, so nothing is sent:"};
     // Text, what, where.
     TOwnText NoNumber{*this, "NoNumber", "'%1' is not a valid integer value (%2, line %3 of %4)"};

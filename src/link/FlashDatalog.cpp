@@ -134,7 +134,7 @@ void TFlashDatalog::Notice(const std::string& text) {
 
 std::string TFlashDatalog::Obstacle() const {
     if (Services.Extensions.ServiceStrict && CountersOf != Services.device)
-        return Services.ReadTexts.NoCounters;
+        return Services.DownloadTexts.NoCounters;
     return {};
 }
 
@@ -170,7 +170,7 @@ void TFlashDatalog::DownloadFlashLog() {
     ReportFlashBlocks(FlashBlocks, DT_MaskeditStartDate.Text(), DT_MaskeditEndDate.Text(),
                       Services.memoDebug);
     if (FlashBlocks.Empty())
-        Notice(Services.ReadTexts.EmptyRange);
+        Notice(Services.DownloadTexts.EmptyRange);
     const auto& qlist = FlashBlocks.qlist;
     const auto read = [this, &qlist](std::size_t run, bool first, bool last) {
         const std::int32_t address = ToIntegerOr(qlist[2 * run], FlashBaseAddress);
@@ -225,7 +225,7 @@ void TFlashDatalog::ReadSegment(std::uint32_t address, TReadPart& part, std::siz
     const std::string reply =
         nabto.SendQuery(Services.device, "flashRead.json", TUNabto::FormatRWData(address, part.Wanted));
     const std::int32_t status = nabto.getResponseStatus(reply);
-    part.Reason = RefusalReason(reply, status, Services.ReadTexts);
+    part.Reason = RefusalReason(reply, status, Services.DownloadTexts);
     if (Stopped())
         return;
     if (status != 0) {
@@ -236,13 +236,13 @@ void TFlashDatalog::ReadSegment(std::uint32_t address, TReadPart& part, std::siz
     memo.Add("Starting Stream...");
     const TAtExit close([&nabto] { nabto.StopStream(); });
     if (!nabto.StartStream(Services.device)) {
-        part.Reason = Services.ReadTexts.NoStream;
+        part.Reason = Services.DownloadTexts.NoStream;
         return;
     }
     memo.Add("Stream Started");
     memo.Add("Reading Stream...");
     TStreamRead read = ReadStream(part.Wanted);
-    part.Take(read, Services.ReadTexts);
+    part.Take(read, Services.DownloadTexts);
     Services.StatusBar.SetText(progressPanel, {});
     memo.Add("Done Reading");
     if (Stopped())
@@ -269,7 +269,7 @@ TStreamRead TFlashDatalog::ReadStream(std::uint32_t length) {
 void TFlashDatalog::Conclude() {
     if (!Services.Extensions.ServiceStrict || Stopped() || Report.Empty())
         return;
-    const TReadTexts& texts = Services.ReadTexts;
+    const TDownloadTexts& texts = Services.DownloadTexts;
     const bool whole = Report.Whole();
     std::string told;
     if (!whole) {

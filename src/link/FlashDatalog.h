@@ -7,16 +7,15 @@
 #include "link/FlashRecords.h"
 #include "link/ReadReport.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace tidewell {
 
 class TEepromReader;
 struct TDeviceServices;
-struct TNabtodriverTexts;
 
 // Downloads a range of the log that the device keeps in its flash, saves it as a datalog and offers to show
 // it. The range is set on a slider, in blocks back from now.

@@ -58,7 +58,7 @@ TNabtoDevice::TNabtoDevice(const TDeviceNeeds& needs)
                                               memoDebug,
                                               StatusBar,
                                               device,
-                                              ReadTexts,
+                                              DownloadTexts,
                                               EnableContineousUpdate,
                                               CurrentUpdateSWFile},
       Identity(Services), Cycle(needs.Timers, needs.Nabto, needs.Panel, device, LblNabto, LedNabto),
@@ -66,7 +66,7 @@ TNabtoDevice::TNabtoDevice(const TDeviceNeeds& needs)
       Upload(Services, UpdateRun, streamDelayEdit), Update(Services, UpdateRun, UpdateStatus, Upload),
       ContinuousUpdate(Services, UpdateStatus, Update, ButContUpdate), Eeprom(Services),
       FlashDatalog(Services, Eeprom), ServiceTools(Services, Eeprom, FlashDatalog, Identity.LblJson),
-      ApiClient(&needs.ApiClient), SessionKeeper(Services, LinkTexts) {
+      SessionKeeper(Services, LinkTexts) {
     InitControls();
     Use.OnTake = [this](std::optional<std::string>& address) { address = InForce.Take(); };
     Use.OnLost = [this](const std::string& lost) { InForce.TellLost(lost); };
@@ -120,10 +120,11 @@ void TNabtoDevice::FormCreate(const TIniFile& language) {
     };
     ReadLanguage(language);
     Services.Nabto.OnInterfaceMissing = [this](const std::filesystem::path& path) {
-        Services.MemoEventLog.Add(FillText(EventLogTexts.InterfaceMissing, {path.string()}));
+        Services.MemoEventLog.Add(FillText(Services.EventLogTexts.InterfaceMissing, {path.string()}));
     };
     if (const TLoadedLibrary& loaded = Services.Nabto.Loaded(); !loaded.Library)
-        Services.MemoEventLog.Add(FillText(EventLogTexts.LibraryNotLoaded, {loaded.File, loaded.Failure}));
+        Services.MemoEventLog.Add(
+            FillText(Services.EventLogTexts.LibraryNotLoaded, {loaded.File, loaded.Failure}));
     ReadConfiguration();
 }
 
@@ -136,22 +137,21 @@ void TNabtoDevice::ReadConfiguration() {
     LastPW = configuration.LastLoginPW;
     Domain = configuration.Domain;
     for (const TReplacedNumber& number : configuration.Replaced)
-        Services.MemoEventLog.Add(LineOn(number, EventLogTexts));
+        Services.MemoEventLog.Add(LineOn(number, Services.EventLogTexts));
     Cycle.SetIntervals(configuration.PauseTime, configuration.DelayBetweenQuestions);
 }
 
 void TNabtoDevice::ReadLanguage(const TIniFile& language) {
     UpdateStatus.Texts.Read(language);
-    EventLogTexts.Read(language);
-    ReadTexts.Read(language);
+    DownloadTexts.Read(language);
     LinkTexts.Read(language);
     InForce.Texts.Read(language);
-    tidewell::ReadTexts(language, "Nabtodriver",
-                        {{btnPing, "Butping"},
-                         {BtnUpdate, "ButFWupdate"},
-                         {ButErorlog, "ButErrorlog"},
-                         {butChangeDeviceID, "ButChangeID"},
-                         {ButAccount, "ButAccount"}});
+    ReadTexts(language, "Nabtodriver",
+              {{btnPing, "Butping"},
+               {BtnUpdate, "ButFWupdate"},
+               {ButErorlog, "ButErrorlog"},
+               {butChangeDeviceID, "ButChangeID"},
+               {ButAccount, "ButAccount"}});
     FlashDatalog.TakeTexts(language);
 }
 
@@ -176,20 +176,19 @@ int TNabtoDevice::Link(const std::string& deviceid, TApiClient& apiClient) {
         device = address;
         SaveDevice();
     }
-    ApiClient = &apiClient;
-    if (!ApiClient->_isLoggedIn)
+    if (!apiClient._isLoggedIn)
         return NoLink(-2, LinkTexts.NotSignedIn);
-    if (ApiClient->_isLocalSession && !IsLocalDevice)
+    if (apiClient._isLocalSession && !IsLocalDevice)
         return NoLink(1030, LinkTexts.NotLocal);
     TCredentials credentials;
     const char* refusal = nullptr;
-    if (GetCredentials(credentials) != 0)
+    if (GetCredentials(apiClient, credentials) != 0)
         refusal = "status";
     else if (credentials.Username.empty())
         refusal = "creds.Username";
     if (refusal) {
         LblNabto.SetCaption("Not authorized to device \"" + device + "\" (" + refusal + " not ok)");
-        const std::string& failure = ApiClient->LastFailure;
+        const std::string& failure = apiClient.LastFailure;
         return NoLink(-3, failure.empty() ? LinkTexts.NoUserName : failure);
     }
     if (!initialized) {
@@ -202,16 +201,16 @@ int TNabtoDevice::Link(const std::string& deviceid, TApiClient& apiClient) {
         }
         LblNabto.SetCaption(initialized ? "Connected to Basestation" : notConnected);
         if (!initialized) // the label soon tells something else
-            Services.MemoEventLog.Add(
-                std::string(notConnected) + " " +
-                (result < 0 ? EventLogTexts.NoLibrary : Services.Nabto.StatusText(result)));
+            Services.MemoEventLog.Add(std::string(notConnected) + " " +
+                                      (result < 0 ? std::string(Services.EventLogTexts.NoLibrary)
+                                                  : Services.Nabto.StatusText(result)));
     }
     return 0;
 }
 
-int TNabtoDevice::GetCredentials(TCredentials& credentials) {
-    return ApiClient->_isLocalSession ? ApiClient->GetOfflineSessionCredentials(credentials)
-                                      : ApiClient->GetNabtoUserInfo(DeviceIdOf(device), credentials);
+int TNabtoDevice::GetCredentials(TApiClient& apiClient, TCredentials& credentials) {
+    return apiClient._isLocalSession ? apiClient.GetOfflineSessionCredentials(credentials)
+                                     : apiClient.GetNabtoUserInfo(DeviceIdOf(device), credentials);
 }
 
 int TNabtoDevice::NoLink(int result, const std::string& cause) {
@@ -227,7 +226,7 @@ void TNabtoDevice::SaveDevice() {
         systemFile.WriteText("CommInitNabto", "Device", device);
         systemFile.Save(Services.Files);
     } catch (const TError& error) {
-        Services.MemoEventLog.Add(FillText(EventLogTexts.DeviceNotSaved, {device, error.what()}));
+        Services.MemoEventLog.Add(FillText(Services.EventLogTexts.DeviceNotSaved, {device, error.what()}));
     }
 }
 
@@ -354,9 +353,9 @@ void TNabtoDevice::ButErorlogClick() {
     const std::size_t events = WholeErrorEvents(read.Report.Came());
     std::string told;
     if (events == 0)
-        told = FillText(ReadTexts.NoErrorLog, {read.Report.Reason()});
+        told = FillText(DownloadTexts.NoErrorLog, {read.Report.Reason()});
     else if (!whole)
-        told = FillText(ReadTexts.ErrorLogPart,
+        told = FillText(DownloadTexts.ErrorLogPart,
                         {std::to_string(events), std::to_string(ErrorLogEvents), read.Report.Reason()});
     ErrorLogNotice.Show(told);
     if (!Services.Extensions.ServiceStrict)

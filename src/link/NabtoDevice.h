@@ -46,7 +46,7 @@ class TNabtoDevice : public TForm {
     // Takes the device (an empty id keeps the one in force) and opens the session if none stands. 0: go on,
     // even if the library failed, which the first ping then shows; -2 not logged in; -3 refused; 1030 a
     // device that is not local in an offline session; -4 another device than that of an action which has it
-    // for itself. Keeps the client. The event log says why not.
+    // for itself. The event log says why not.
     int init(const std::string& deviceid, TApiClient& apiClient);
     // The same without a line, for who is not signed in yet.
     int Link(const std::string& deviceid, TApiClient& apiClient);
@@ -57,6 +57,7 @@ class TNabtoDevice : public TForm {
     void ResetLogVariables() { Cycle.ResetLogVariables(); }
     // Takes the poll questions of the profile.
     void SetNabtoQuestion(const std::filesystem::path& path);
+    // Part of the contract, like GetDataList and TryPing: nothing here calls it.
     std::string Showquestions() const; // name=value, each ended by CR LF
 
     // Raw replies. CMD 3 reads a setpoint, 4 a datapoint, any other nothing; obj above 10 counts as 0.
@@ -114,7 +115,7 @@ class TNabtoDevice : public TForm {
 
     std::filesystem::path CurrentUpdateSWFile; // the package in force
     TDeviceUse Use;
-    TReadTexts ReadTexts;
+    TDownloadTexts DownloadTexts;
 
     TIdentityPanel Identity;
     TReadBackSnapshot Snapshot;
@@ -140,13 +141,11 @@ class TNabtoDevice : public TForm {
     void ReadLanguage(const TIniFile& language);
     void ReadConfiguration();
     void SaveDevice();
-    int GetCredentials(TCredentials& credentials);
+    int GetCredentials(TApiClient& apiClient, TCredentials& credentials);
     int NoLink(int result, const std::string& cause);
     void CycleDone();
     void ShowProgress();
 
-    TEventLogTexts EventLogTexts;
-    TApiClient* ApiClient; // given to init
     TLinkTexts LinkTexts;
     std::string NoLinkCause; // of the last refusal
     TSessionKeeper SessionKeeper;

@@ -8,7 +8,7 @@
 
 namespace tidewell {
 
-void TReadPart::Take(const TStreamRead& read, const TReadTexts& texts) {
+void TReadPart::Take(const TStreamRead& read, const TDownloadTexts& texts) {
     Came = static_cast<std::uint32_t>(read.Bytes.size());
     if (Whole())
         return;
@@ -25,7 +25,7 @@ void TReadPart::Take(const TStreamRead& read, const TReadTexts& texts) {
     }
 }
 
-std::string RefusalReason(std::string_view reply, std::int32_t status, const TReadTexts& texts) {
+std::string RefusalReason(std::string_view reply, std::int32_t status, const TDownloadTexts& texts) {
     if (status == 0)
         return {};
     const TDeviceReply parsed = ParseReply(reply);
@@ -50,7 +50,7 @@ std::string TReadReport::Reason() const {
     return part == Parts.end() ? std::string() : part->Reason;
 }
 
-std::vector<std::string> TReadReport::Lines(const TReadTexts& texts) const {
+std::vector<std::string> TReadReport::Lines(const TDownloadTexts& texts) const {
     const bool blocks = !Parts.empty() && Parts.front().Unit > 1;
     std::uint32_t came = 0;
     std::uint32_t wanted = 0;
@@ -70,7 +70,7 @@ std::vector<std::string> TReadReport::Lines(const TReadTexts& texts) const {
     return lines;
 }
 
-std::string TReadReport::Text(const TReadTexts& texts) const {
+std::string TReadReport::Text(const TDownloadTexts& texts) const {
     std::string text;
     for (const std::string& line : Lines(texts))
         text += (text.empty() ? "" : "\n") + line;

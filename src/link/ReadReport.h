@@ -12,9 +12,9 @@ namespace tidewell {
 
 struct TStreamRead;
 
-// What is told of reads of the device's memory. A text that is missing keeps the English one.
-struct TReadTexts : TOwnTexts {
-    TReadTexts() : TOwnTexts("ServiceReads") {}
+// What is told of reads of the device's memory.
+struct TDownloadTexts : TOwnTexts {
+    TDownloadTexts() : TOwnTexts("ServiceReads") {}
     // Why a part did not come.
     TOwnText Refused{*this, "Refused", "the device refused (status %1)"};
     TOwnText RefusedBecause{*this, "RefusedBecause", "the device refused (%1)"};
@@ -48,11 +48,11 @@ struct TReadPart {
     std::string Reason{};   // while it is not whole
 
     bool Whole() const { return Came >= Wanted; }
-    void Take(const TStreamRead& read, const TReadTexts& texts);
+    void Take(const TStreamRead& read, const TDownloadTexts& texts);
 };
 
 // Why the device prepared no read, by its reply; empty when it did.
-std::string RefusalReason(std::string_view reply, std::int32_t status, const TReadTexts& texts);
+std::string RefusalReason(std::string_view reply, std::int32_t status, const TDownloadTexts& texts);
 
 // What really came of a wanted range.
 class TReadReport {
@@ -64,8 +64,8 @@ class TReadReport {
     std::uint32_t Came() const; // bytes
     std::string Reason() const; // why the first part that is not whole is not
     // How much came, then a line per part that is not whole.
-    std::vector<std::string> Lines(const TReadTexts& texts) const;
-    std::string Text(const TReadTexts& texts) const; // those lines, with line feeds between
+    std::vector<std::string> Lines(const TDownloadTexts& texts) const;
+    std::string Text(const TDownloadTexts& texts) const; // those lines, with line feeds between
 
   private:
     std::vector<TReadPart> Parts; // of one unit

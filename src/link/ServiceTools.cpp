@@ -94,10 +94,10 @@ void TServiceTools::butGetEepromValuesClick() {
         Services.Dialogs.ShowMessage("done... download");
         return;
     }
-    std::string told = read.Report.Text(Services.ReadTexts);
+    std::string told = read.Report.Text(Services.DownloadTexts);
     try {
         if (!words.empty())
-            told += "\n" + FillText(Services.ReadTexts.SavedPart,
+            told += "\n" + FillText(Services.DownloadTexts.SavedPart,
                                     {SaveEepromList(address, std::move(words), false)});
     } catch (const EInOutError& error) {
         told += std::string("\n") + error.what();

@@ -24,7 +24,7 @@ struct TLinkTexts : TOwnTexts {
     // The library's reason follows.
     TOwnText SessionLost{*this, "SessionLost", "The session has ended and is opened anew"};
     TOwnText SessionBack{*this, "SessionBack", "The session is open again"};
-    // Likewise; it is tried again.
+    // The library's reason follows; it is tried again.
     TOwnText SessionNotBack{*this, "SessionNotBack", "The session cannot be opened"};
     TOwnText NoAnswer{*this, "NoAnswer", "the device does not answer"};
 };

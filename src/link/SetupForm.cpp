@@ -1,9 +1,9 @@
 #include "link/SetupForm.h"
 
 #include "core/DeviceId.h"
+#include "core/Guard.h"
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
-#include "core/WaitCursor.h"
 
 #include <cstddef>
 #include <utility>

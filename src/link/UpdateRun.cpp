@@ -19,7 +19,7 @@ void TUpdateRun::Check() const {
     if (!Services.Program.IsOpen())
         throw EProgramClosed();
     if (IsStopped)
-        throw EUpdateEnded(Screen.Texts.StoppedByUser);
+        throw EUpdateEnded(UpdateStatus.Texts.StoppedByUser);
 }
 
 // The text of a refusal then tells of this exchange alone.
@@ -33,13 +33,13 @@ void TUpdateRun::Sleep(int milliseconds) {
     Check();
     for (int left = std::max(milliseconds, 0); left > 0; left -= slice) {
         Services.Wait.Sleep(std::min(left, slice));
-        Screen.Tick();
+        UpdateStatus.Tick();
     }
 }
 
 void TUpdateRun::ProcessMessages() {
     Services.Wait.ProcessMessages();
-    Screen.Tick();
+    UpdateStatus.Tick();
     Check();
 }
 

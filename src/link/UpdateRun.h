@@ -27,7 +27,8 @@ class EProgramClosed : public EUpdateEnded {
 // loop of an update.
 class TUpdateRun {
   public:
-    TUpdateRun(const TDeviceServices& services, TUpdateStatus& status) : Services(services), Screen(status) {}
+    TUpdateRun(const TDeviceServices& services, TUpdateStatus& status)
+        : Services(services), UpdateStatus(status) {}
 
     void Stop() { IsStopped = true; } // of the run under way
     void Reset() { IsStopped = false; }
@@ -41,8 +42,9 @@ class TUpdateRun {
 
   private:
     void Ask(); // before each exchange
+
     const TDeviceServices& Services;
-    TUpdateStatus& Screen;
+    TUpdateStatus& UpdateStatus;
     bool IsStopped = false;
 };
 

@@ -2,9 +2,9 @@
 
 #include "core/ChosenFile.h"
 #include "core/Errors.h"
-#include "core/LogControl.h"
+#include "core/Guard.h"
 #include "core/Numbers.h"
-#include "core/WaitCursor.h"
+#include "core/ProgramState.h"
 #include "core/controls/Lists.h"
 #include "graph/GraphPage.h"
 #include "model/Profile.h"

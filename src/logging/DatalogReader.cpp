@@ -1,6 +1,5 @@
 #include "logging/DatalogReader.h"
 
-#include "core/LogControl.h"
 #include "core/OpenDialogFilters.h"
 #include "core/ProgramState.h"
 #include "core/controls/Lists.h"

@@ -2,8 +2,8 @@
 
 #include "core/Extensions.h"
 #include "core/LanguageTexts.h"
-#include "core/LogControl.h"
 #include "core/Paths.h"
+#include "core/ProgramState.h"
 #include "core/controls/ExclusiveUse.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Notice.h"
@@ -66,8 +66,8 @@ class TLiveLog : public ILogControl, public TControls {
     class IPolling {
       public:
         virtual ~IPolling() = default;
-        virtual bool
-        Link() = 0; // to the device in force, unless the link is switched off; false: there is none
+        // To the device in force, unless the link is switched off; false: there is none.
+        virtual bool Link() = 0;
         virtual void Start() = 0;
         virtual void Stop() = 0;
         virtual bool Running() const = 0; // questions are asked

@@ -3,7 +3,6 @@
 #include "core/AtExit.h"
 #include "core/Errors.h"
 #include "core/KvSupport.h"
-#include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/OpenDialogFilters.h"
 #include "core/ProgramState.h"

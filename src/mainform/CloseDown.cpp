@@ -25,8 +25,6 @@ TCloseDown::TCloseDown(const TPorts& ports, TNeeds needs)
     : Ports(ports), Needs(std::move(needs)), CloseAgain(ports.Timers.CreateTimer()) {
     CloseAgain->SetInterval(closeAgainInterval);
     CloseAgain->SetHandler([this] { CloseAgain->SetEnabled(false); });
-    Needs.FormMain.OnCloseQuery = [this](bool& mayClose) { FormCloseQuery(mayClose); };
-    Needs.FormMain.OnClose = [this] { FormClose(); };
 }
 
 void TCloseDown::FormCloseQuery(bool& mayClose) {

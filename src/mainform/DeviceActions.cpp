@@ -3,27 +3,12 @@
 #include "errorlog/ErrorLog.h"
 #include "link/NabtoDevice.h"
 #include "link/SetupForm.h"
-#include "mainform/FlashView.h"
+#include "logging/LiveLog.h"
+#include "mainform/FlashDatalogOpening.h"
 #include "mainform/FormMain.h"
 #include "mainform/NabtoUserFolder.h"
 
 namespace tidewell {
-
-bool TDevicePolling::Link() {
-    return !Device.isEnabled() || (Device.InForce.Init() == 0 && Device.InForce.Identify());
-}
-
-void TDevicePolling::Start() {
-    Device.startLog();
-}
-
-void TDevicePolling::Stop() {
-    Device.stopLog();
-}
-
-bool TDevicePolling::Running() const {
-    return Device.Cycle.Dologging;
-}
 
 void TDeviceActions::Setup1Click() {
     if (!Needs.FormMain.IsOpen() || Needs.Opening.Taken())
@@ -88,7 +73,7 @@ void TDeviceActions::ShowFlashDatalog(const std::filesystem::path& profile,
     if (!hold)
         return;       // it is saved, and can be opened
     StopRunningLog(); // one that was started while the question was open
-    Needs.FlashView.Show(profile, file);
+    Needs.FlashDatalogOpening.Show(profile, file);
 }
 
 void TDeviceActions::ShowErrorlog(const std::string& wordList, const std::string& remark) {

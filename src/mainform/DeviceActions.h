@@ -2,32 +2,20 @@
 
 #include "core/controls/ExclusiveUse.h"
 #include "core/ports/IDialogs.h"
-#include "logging/LiveLog.h"
 
 #include <filesystem>
+#include <string>
 
 namespace tidewell {
 
 class TApiClient;
 class TErrorLog;
-class TFlashView;
+class TFlashDatalogOpening;
 class TFormMain;
+class TLiveLog;
 class TNabtoDevice;
 class TNabtoUserFolder;
 class TSetupForm;
-
-// The poll cycle of the driver, as the live log is given it.
-class TDevicePolling : public TLiveLog::IPolling {
-  public:
-    explicit TDevicePolling(TNabtoDevice& device) : Device(device) {}
-    bool Link() override;
-    void Start() override;
-    void Stop() override;
-    bool Running() const override;
-
-  private:
-    TNabtoDevice& Device;
-};
 
 // The ways from the main form to the device: its dialogs, and what is read from it and shown on the main
 // form.
@@ -41,7 +29,7 @@ class TDeviceActions {
         const TApiClient& ApiClient;
         TLiveLog& LiveLog;
         TErrorLog& ErrorLog;
-        TFlashView& FlashView;
+        TFlashDatalogOpening& FlashDatalogOpening;
         TNabtoUserFolder& UserFolder;
         TExclusiveUse& Opening; // of a file or a profile
     };

@@ -39,7 +39,6 @@ TFormMain::TFormMain(const IApplication& application)
     ReadBackPanel.SetVisible(false);
     UpdatePanel.SetVisible(false);
 
-    OnResize = [this] { FormResize(); };
     OnKeyDown = [this](EKey key, bool& handled) { FormKeyDown(key, handled); };
     TheTab.OnChange = [this] { TheTabChange(); };
     StartLog1.OnClick = [this] { TrafficButton.Click(); };
@@ -99,17 +98,18 @@ void TFormMain::FormKeyDown(EKey key, bool& handled) {
     handled = key == EKey::F1;
 }
 
-void TFormMain::LockForUpdate(bool running, std::vector<TControl*> others) {
+void TFormMain::LockForUpdate(bool running, const std::vector<TControl*>& others) {
     if (!running) {
         UpdateLock.Release();
         return;
     }
-    others.insert(others.end(), {&TrafficButton, &DeviceID, &but_swupdate, &but_errorlog});
+    std::vector<TControl*> controls{&TrafficButton, &DeviceID, &but_swupdate, &but_errorlog};
+    controls.insert(controls.end(), others.begin(), others.end());
     for (const TMenuItem& menu : MainMenu.Items)
         for (TMenuItem& item : menu.Items)
-            if (&item != &Nabtodebug1 && &item != &Close1)
-                others.push_back(&item);
-    UpdateLock.Lock(others);
+            if (&item != &Nabtodebug1 && &item != &Close1) // Esc goes through Close1
+                controls.push_back(&item);
+    UpdateLock.Lock(controls);
 }
 
 void TFormMain::ShowUpdate(const TUpdateStatus& status) {

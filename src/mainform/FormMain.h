@@ -7,6 +7,7 @@
 #include "core/controls/Menu.h"
 #include "core/controls/Notice.h"
 #include "core/controls/Pages.h"
+#include "core/controls/Simple.h"
 #include "core/controls/StatusBar.h"
 #include "core/ports/IApplication.h"
 
@@ -36,7 +37,7 @@ class TFormMain : public TForm, public IProgramState {
 
     // While a firmware update runs, all but the way to its form and the close; the others are controls of the
     // form's rooms.
-    void LockForUpdate(bool running, std::vector<TControl*> others);
+    void LockForUpdate(bool running, const std::vector<TControl*>& others);
     // The service form, which tells more, may be closed or covered.
     void ShowUpdate(const TUpdateStatus& status);
     void ShowReadBack(const TReadBack& readBack);

@@ -8,8 +8,6 @@
 #include "core/controls/StatusBar.h"
 #include "core/ports/IWait.h"
 
-#include <utility>
-
 namespace tidewell {
 
 namespace {

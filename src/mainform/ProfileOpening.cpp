@@ -1,7 +1,6 @@
 #include "mainform/ProfileOpening.h"
 
 #include "core/Errors.h"
-#include "core/KvSupport.h"
 #include "core/OpenDialogFilters.h"
 
 #include <exception>
@@ -133,7 +132,7 @@ void TProfileOpening::AskForProfile(const std::string& message) {
 
 void TProfileOpening::TestProfileNabto() {
     Needs.Main.FileProgressBar.SetVisible(false);
-    if (!Needs.Device.initialized && Needs.Device.init(Needs.devid, Needs.ApiClient) != 0)
+    if (!Needs.Device.initialized && Needs.Device.init(Needs.Device.InForce.Linked(), Needs.ApiClient) != 0)
         return;
     const bool answers = DeviceAnswers();
     if (!Needs.Main.IsOpen())

@@ -4,8 +4,8 @@
 #include "core/Configuration.h"
 #include "core/IniFile.h"
 #include "core/LanguageTexts.h"
-#include "core/LogControl.h"
 #include "core/Paths.h"
+#include "core/ProgramState.h"
 #include "core/controls/ExclusiveUse.h"
 #include "core/controls/Notice.h"
 #include "graph/GraphPage.h"
@@ -44,7 +44,6 @@ class TProfileOpening : public TControls {
         TUNabto& Nabto;
         TNabtoDevice& Device;
         TApiClient& ApiClient;
-        const std::string& devid; // that was linked to
         const TAutoLoadProfile& AutoLoad;
         TExclusiveUse& Opening; // of a file or a profile
     };
@@ -77,7 +76,7 @@ class TProfileOpening : public TControls {
     void AskForProfile(const std::string& message);
 
     const TPorts& Ports;
-    TNeeds Needs;
+    const TNeeds Needs;
     std::string MessageStopLog;           // question before a profile is opened
     std::string DialogOpenProfileCaption; // title of the file dialog
     TIniSection TestfileComport;          // messages of the language file, some of them by position

@@ -26,7 +26,7 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
       ApiClient(FormMain, Ports.Dialogs),
       NabtoDevice({Ports.Dialogs, Ports.Timers, Ports.Wait, Ports.Files, Ports.Clock, FormMain, FormMain,
                    Paths, Extensions, ApiClient, Nabto, ModbusPanel, Profile, FormMain.MemoEventLog,
-                   _commandLineParameters.devid}),
+                   EventLogTexts, _commandLineParameters.devid}),
       Polling(NabtoDevice), GraphPage(FormMain, {Profile, LogBuffers, Ports.Dialogs, Ports.Wait,
                                                  FormMain.MemoEventLog, FormMain.FileProgressBar}),
       LiveLog(FormMain, {Polling, FormMain, Ports.Dialogs, Ports.Clock, Ports.Files, Ports.Timers,
@@ -46,17 +46,16 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
       ErrorLog(FormMain, {LiveLog, Ports.Files, Ports.Clock, Paths, Configuration.ErrorLog, Profile,
                           ModbusPanel, FormMain.TheTab}),
       ProfileOpening(Ports, {FormMain, Paths, ModbusPanel, Profile, SetpointPage, GraphPage, LiveLog, Nabto,
-                             NabtoDevice, ApiClient, _commandLineParameters.devid,
-                             Configuration.AutoLoadProfile, Opening}),
-      FlashView(Ports, {FormMain, ModbusPanel, Profile, ProfileOpening, GraphPage, NabtoDevice}),
+                             NabtoDevice, ApiClient, Configuration.AutoLoadProfile, Opening}),
+      FlashDatalogOpening(Ports, {FormMain, ModbusPanel, Profile, ProfileOpening, GraphPage, NabtoDevice}),
       NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Paths, Extensions, NabtoDevice.LastPW),
       SignIn(Ports, {FormMain, Paths, Options, _commandLineParameters, EventLogTexts, ApiClient, NabtoLogOn,
                      NabtoDevice}),
       languagedialog(Ports, Options, Paths),
       SetupForm({Ports.Dialogs, ApiClient, Nabto, NabtoDevice, FormMain.StatusBar}),
       UserFolder(Ports.Files, Ports.Timers, Paths.directorypath),
-      DeviceActions({Ports.Dialogs, FormMain, NabtoDevice, SetupForm, ApiClient, LiveLog, ErrorLog, FlashView,
-                     UserFolder, Opening}),
+      DeviceActions({Ports.Dialogs, FormMain, NabtoDevice, SetupForm, ApiClient, LiveLog, ErrorLog,
+                     FlashDatalogOpening, UserFolder, Opening}),
       StartUp(Ports, {Options, Paths, Configuration, _commandLineParameters, EventLogTexts, FormMain, SignIn,
                       NabtoDevice, UserFolder, ModbusPanel, LiveLog, GraphPage, SetpointPage, ProfileOpening,
                       DeviceActions}),
@@ -109,6 +108,9 @@ void TProgram::ConnectMainForm() {
     main.but_errorlog.OnClick = [this] { DeviceActions.but_errorlogClick(); };
     main.FlasDatalog1.OnClick = [this] { DeviceActions.FlasDatalog1Click(); };
     main.OnHelp = [this] { ContextHelp.Show(); };
+    main.OnShow = [this] { StartUp.FormShow(); };
+    main.OnCloseQuery = [this](bool& mayClose) { CloseDown.FormCloseQuery(mayClose); };
+    main.OnClose = [this] { CloseDown.FormClose(); };
     main.OnResize = [this] {
         FormMain.FormResize();
         SetpointPage.ArrangeAgain();
@@ -227,7 +229,7 @@ void TProgram::CreateForms() {
 void TProgram::TakeTexts() {
     const TIniFile& language = Splashscreen.Language;
     EventLogTexts.Read(language);
-    SetpointTexts.Read(language);
+    SetpointTexts.TakeTexts(language);
     SignIn.Texts.Read(language);
     FormMain.TakeTexts(language);
     ContextHelp.TakeTexts(language);

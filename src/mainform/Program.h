@@ -19,7 +19,8 @@
 #include "mainform/CommandLine.h"
 #include "mainform/ContextHelp.h"
 #include "mainform/DeviceActions.h"
-#include "mainform/FlashView.h"
+#include "mainform/DevicePolling.h"
+#include "mainform/FlashDatalogOpening.h"
 #include "mainform/FormMain.h"
 #include "mainform/Languagedialog.h"
 #include "mainform/NabtoUserFolder.h"
@@ -69,7 +70,7 @@ class TProgram {
     TModbusPanel ModbusPanel;
     TProfile Profile;
     TContextHelp ContextHelp;
-    TUNabto Nabto; // the one and only
+    TUNabto Nabto; // the one and only; at its end, of which it may show messages, the main form is hidden
     TApiClient ApiClient;
     TNabtoDevice NabtoDevice;
     TDevicePolling Polling;
@@ -89,7 +90,7 @@ class TProgram {
 
     TErrorLog ErrorLog;
     TProfileOpening ProfileOpening;
-    TFlashView FlashView;
+    TFlashDatalogOpening FlashDatalogOpening;
     TNabtoLogOn NabtoLogOn;
     TSignIn SignIn;
     Tlanguagedialog languagedialog;

@@ -4,7 +4,6 @@
 #include "core/Guard.h"
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
-#include "core/LanguageTexts.h"
 #include "core/Paths.h"
 #include "graph/GraphPage.h"
 #include "link/NabtoDevice.h"
@@ -35,11 +34,11 @@ TStartUp::TStartUp(const TPorts& ports, const TNeeds& needs)
     : InitTimer(ports.Timers.CreateTimer()), Ports(ports), Needs(needs) {
     InitTimer->SetInterval(initInterval);
     InitTimer->SetHandler([this] { InitTimerTimer(); });
-    // The message loop begins with the first showing.
-    Needs.FormMain.OnShow = [this] {
-        InitTimer->SetEnabled(false);
-        InitTimer->SetEnabled(true);
-    };
+}
+
+void TStartUp::FormShow() {
+    InitTimer->SetEnabled(false);
+    InitTimer->SetEnabled(true);
 }
 
 void TStartUp::FormCreate() {

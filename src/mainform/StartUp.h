@@ -46,6 +46,8 @@ class TStartUp {
 
     // First stage. Throws EConvertError for a key of the system file that is no boolean.
     void FormCreate();
+    // The message loop begins with the first showing.
+    void FormShow();
     // Second stage, 200 ms after the message loop has started.
     void InitTimerTimer();
     void DoPortScanMode();

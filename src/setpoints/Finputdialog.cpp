@@ -1,10 +1,10 @@
 #include "setpoints/Finputdialog.h"
 
 #include "core/AtExit.h"
+#include "core/Guard.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
-#include "core/WaitCursor.h"
 #include "core/controls/StatusBar.h"
 #include "core/ports/IDialogs.h"
 #include "link/NabtoDevice.h"

@@ -5,7 +5,6 @@
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
-#include "core/LogControl.h"
 #include "core/Numbers.h"
 #include "core/Paths.h"
 #include "core/ProgramState.h"

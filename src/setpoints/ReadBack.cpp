@@ -2,7 +2,6 @@
 
 #include "core/AtExit.h"
 #include "core/Errors.h"
-#include "core/LogControl.h"
 #include "core/ProgramState.h"
 #include "link/NabtoDevice.h"
 

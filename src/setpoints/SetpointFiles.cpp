@@ -3,7 +3,6 @@
 #include "core/ChosenFile.h"
 #include "core/KvSupport.h"
 #include "core/LanguageTexts.h"
-#include "core/LogControl.h"
 #include "core/OpenDialogFilters.h"
 #include "core/ProgramState.h"
 #include "core/TextFile.h"

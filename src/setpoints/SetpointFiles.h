@@ -30,7 +30,7 @@ class TSetpointFiles {
         ILogControl& Log;
         const IProgramState& Program;
         TReadBack& ReadBack;
-        TLoadSetpoints& LoadSetpoints; // may be made later
+        TLoadSetpoints& LoadSetpoints;
         TMemo& MemoEventLog;
         const TSetpointTexts& Texts;
         const std::string& SelectedSetpointParent; // of the setpoint page

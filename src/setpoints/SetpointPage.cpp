@@ -198,7 +198,7 @@ void TSetpointPage::ForgetRows() {
 // Values show at once, and not only with the next cycle.
 void TSetpointPage::ShowCurrentValues() {
     if (!Needs.LiveLog.DatalogOn && Needs.GraphPage.DatalogFileOpen) {
-        if (const std::string& line = Needs.GraphPage.DatalogLastLineSetpoint; !line.empty())
+        if (const std::string line = Needs.GraphPage.DatalogLastLineSetpoint; !line.empty())
             ApplyDataLine(line);
         return;
     }

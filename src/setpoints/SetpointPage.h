@@ -104,9 +104,8 @@ class TSetpointPage : public TControls {
     // unit or ModbusAdr. A selected setpoint stays selected, and is again when it comes back.
     TEdit SetpointFilter{*this, "SetpointFilter"};
     TLabel LblSetpointCount{*this, "LblSetpointCount"}; // "n of m setpoints", as the filter lets pass
-    TLabel LblSetpointPageEmpty{*this,
-                                "LblSetpointPageEmpty"}; // what will appear; hidden once a group is chosen
-
+    // What will appear; hidden once a group is chosen.
+    TLabel LblSetpointPageEmpty{*this, "LblSetpointPageEmpty"};
     TLabel LblSetpointRows{*this, "LblSetpointRows"}; // that the rows are of a former profile, while they are
 
     std::vector<TListRow> SetpointValues;          // list rows of the chosen group

@@ -2,7 +2,7 @@
 
 namespace tidewell {
 
-void TSetpointTexts::Read(const TIniFile& language) {
+void TSetpointTexts::TakeTexts(const TIniFile& language) {
     for (std::size_t column = 0; column < SetpointHeadline.size(); ++column)
         SetpointHeadline[column] = language.ReadText("SetpointHeadlines", "Col" + std::to_string(column));
     DataUnits = language.ReadSection("DataUnits");

@@ -8,7 +8,7 @@
 
 namespace tidewell {
 
-// What the event log tells of files of setpoints. A text that is missing keeps the English one.
+// What the event log tells of files of setpoints.
 struct TSetpointFileTexts : TOwnTexts {
     TSetpointFileTexts() : TOwnTexts("SetpointFiles") {}
     TOwnText NotSaved{*this, "NotSaved", "Setpoints not saved: %1"}; // one of the reasons, or a failure
@@ -35,7 +35,7 @@ struct TSetpointTexts {
     // Line above the grid; the names of two profiles.
     std::string RowsOfFormer = "These rows are of the former profile %1. Choose a group to see those of %2.";
 
-    void Read(const TIniFile& language);
+    void TakeTexts(const TIniFile& language);
 };
 
 } // namespace tidewell

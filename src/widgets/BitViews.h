@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/controls/Control.h"
 #include "core/controls/StringGrid.h"
 
 #include <QStringList>

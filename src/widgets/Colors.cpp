@@ -19,6 +19,12 @@ double Contrast(const QColor& a, const QColor& b) {
     return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
+// To whole steps of 8 bits, as the raster draws them.
+QColor MixedEvenly(const QColor& over, const QColor& under, double share) {
+    const auto mix = [share](int a, int b) { return static_cast<int>(std::lround(b + (a - b) * share)); };
+    return {mix(over.red(), under.red()), mix(over.green(), under.green()), mix(over.blue(), under.blue())};
+}
+
 } // namespace
 
 TColor FromQt(const QColor& color) {
@@ -53,9 +59,9 @@ TScopeColors TScopeColors::Of(const QPalette& palette) {
     const QColor text = palette.color(QPalette::Active, QPalette::Text);
     return {plot,
             plot,
-            Mixed(plot, text, 0.2),
-            Mixed(plot, text, 0.5),
-            Mixed(plot, text, 0.87),
+            MixedEvenly(plot, text, 0.2),
+            MixedEvenly(plot, text, 0.5),
+            MixedEvenly(plot, text, 0.87),
             palette.color(QPalette::Active, QPalette::Highlight)};
 }
 
@@ -65,7 +71,7 @@ QColor Readable(TColor color, const QColor& background) {
     const QColor end = light ? Qt::black : Qt::white;
     const double leastContrast = light ? contrastOnLight : contrastOnDark;
     for (int step = 0; step < mixSteps; ++step) {
-        const QColor mixed = Mixed(end, own, static_cast<double>(step) / mixSteps);
+        const QColor mixed = MixedEvenly(end, own, static_cast<double>(step) / mixSteps);
         if (Contrast(mixed, background) >= leastContrast)
             return mixed;
     }

@@ -15,7 +15,7 @@ namespace tidewell {
 
 class TScopeGestures;
 class TScopePicture;
-class TSLAxisToolBarButton;
+struct TSLAxisToolBarButton;
 class TSLScope;
 
 // The buttons of a surface: what concerns the whole of it, then four for each axis that has a scale. It lies

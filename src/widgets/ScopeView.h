@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/controls/Control.h"
 #include "widgets/ScopeExport.h"
 #include "widgets/ScopeGestures.h"
 #include "widgets/ScopePicture.h"

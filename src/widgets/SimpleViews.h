@@ -89,7 +89,7 @@ class TLedView : public QWidget {
 
   private:
     bool On = false;
-    QColor Color;
+    QColor Color = Qt::green;
 };
 
 // A column of widgets as wide as they need; where it is too low for them it scrolls.

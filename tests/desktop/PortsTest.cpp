@@ -1,6 +1,6 @@
 #include "Support.h"
 #include "core/Errors.h"
-#include "core/WaitCursor.h"
+#include "core/Guard.h"
 #include "core/controls/Menu.h"
 #include "desktop/QtPictures.h"
 #include "desktop/QtProcess.h"

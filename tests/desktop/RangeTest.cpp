@@ -1,6 +1,6 @@
-#include "core/controls/Form.h"
 #include "Support.h"
 #include "core/controls/ControlLock.h"
+#include "core/controls/Form.h"
 #include "core/controls/Simple.h"
 #include "desktop/binders/Bind.h"
 #include "widgets/Child.h"

@@ -2,8 +2,8 @@
 
 #include "core/Configuration.h"
 #include "core/Errors.h"
-#include "core/LogControl.h"
 #include "core/Paths.h"
+#include "core/ProgramState.h"
 #include "core/TextFile.h"
 #include "core/controls/Form.h"
 #include "model/ModbusPanel.h"

@@ -57,14 +57,14 @@ void Browse(TGraphPage& page) {
 }
 
 void Open(TFuzzRig& rig) {
-    TDatalogReader(rig.Parts).OpenDatalogfile1Click();
+    TDatalogReader(rig.Needs).OpenDatalogfile1Click();
     const std::size_t samples = rig.Page.GraphSampleCount();
     Require(samples > 0 && samples == rig.Page.GraphDataLabelsTimeText.Count() &&
                 samples == rig.Page.GraphDataLabelsDateText.Count(),
             "samples and times differ");
     Browse(rig.Page);
     rig.Dialogs.Target = "/t/export.csv";
-    TCsvExport(rig.Parts).Exportdatatocsv1Click();
+    TCsvExport(rig.Needs).Exportdatatocsv1Click();
     const std::string table = rig.Files.Read("/t/export.csv");
     Require(IsValidUtf8(table), "a table of two encodings");
     Require(static_cast<std::size_t>(std::count(table.begin(), table.end(), '\n')) >= samples,

@@ -63,7 +63,7 @@ class TFuzzRig {
     TGraphPage Page{Form, {Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
     TExclusiveUse Opening;
-    TDatalogNeeds Parts{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
+    TDatalogNeeds Needs{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         rig.Files.Put(rig.Dialogs.Datalogs.back(), FileOf(TakeUpTo(bytes, nextFile)));
     }
     try {
-        TSdDatalogReader reader(rig.Parts);
+        TSdDatalogReader reader(rig.Needs);
         reader.OnOpenProfile = [&rig](const std::filesystem::path& path) { rig.Profile.Open(path); };
         reader.Open_sd_datalogClick();
         const std::size_t rows = rig.Page.graph.Channels[0].Data.GetSize();

@@ -87,7 +87,7 @@ class TServiceFixture : public testing::Test {
     TStatusBar StatusBar{Form, "StatusBar", {{1, {}, false}, {1, {}, false}, {1, {}, false}}};
     TLabel LblJson{"LblJson"};
     TDeviceUse Use;
-    TReadTexts Texts;
+    TDownloadTexts Texts;
     bool EnableContineousUpdate = false;
     std::filesystem::path CurrentUpdateSWFile;
     const TDeviceServices Services{World.Needs,        Form,   Use,   memoDebug,
@@ -97,7 +97,7 @@ class TServiceFixture : public testing::Test {
     TFlashDatalog Flash{Services, Eeprom};
     TServiceTools Tools{Services, Eeprom, Flash, LblJson};
 
-    std::vector<std::string> Events; // that the main form was asked for
+    std::vector<std::string> Events; // that were told upward
     int Status = 0;                  // of each query
     std::function<void()> OnQuery;
     std::function<void()> OnRead;

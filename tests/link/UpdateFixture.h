@@ -95,9 +95,9 @@ class TUpdateFixture : public testing::Test {
     std::filesystem::path CurrentUpdateSWFile = "/pkg/config.fwc";
     bool EnableContineousUpdate = false;
     TDeviceUse Use;
-    TReadTexts ReadTexts;
-    const TDeviceServices Services{World.Needs,        Form,   Use,       memoDebug,
-                                   StatusBar,          Device, ReadTexts, EnableContineousUpdate,
+    TDownloadTexts DownloadTexts;
+    const TDeviceServices Services{World.Needs,        Form,   Use,           memoDebug,
+                                   StatusBar,          Device, DownloadTexts, EnableContineousUpdate,
                                    CurrentUpdateSWFile};
     TUpdateStatus UpdateStatus{Form, Time};
     TUpdateRun Run{Services, UpdateStatus};

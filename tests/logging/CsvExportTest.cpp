@@ -47,7 +47,7 @@ class TExportRig : public TDatalogRig {
         EXPECT_EQ(again, bytes);
         return lines;
     }
-    TCsvExport Export{Parts};
+    TCsvExport Export{Needs};
 };
 
 } // namespace

@@ -39,7 +39,7 @@ class TReaderRig : public TDatalogRig {
         Dialogs.ExpectOpenFiles("Open it", paths);
         Reader.OpenDatalogfile1Click();
     }
-    TDatalogReader Reader{Parts};
+    TDatalogReader Reader{Needs};
 };
 
 } // namespace

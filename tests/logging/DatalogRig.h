@@ -56,7 +56,7 @@ class TDatalogRig {
     TGraphPage Page{Form, {Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
     TExclusiveUse Opening;
-    TDatalogNeeds Parts{Log,  Program,      Dialogs,         Files,         Time,   Profile,
+    TDatalogNeeds Needs{Log,  Program,      Dialogs,         Files,         Time,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

@@ -236,10 +236,11 @@ TEST(LiveLog, StartsByItselfOnce) {
 
 TEST(LiveLog, StartAsksAndClearsOrContinues) {
     TRig rig;
+    const auto painted = rig.StatusBar.Changed.Connect([&rig] { rig.Polling.Calls.emplace_back("repaint"); });
     // The first start saves an empty log.
     rig.Dialogs.ExpectMessage(Question, EModalResult::Yes);
     rig.Log.TrafficButtonClick();
-    EXPECT_THAT(rig.Polling.TakeCalls(), ElementsAre("link", "start"));
+    EXPECT_THAT(rig.Polling.TakeCalls(), ElementsAre("link", "repaint", "start", "repaint"));
     EXPECT_EQ(rig.Saved(Partial), Header);
     EXPECT_TRUE(rig.Log.DatalogOn);
     EXPECT_EQ(rig.Page.CurrentLogStartDate, "02-03-2026");
@@ -288,7 +289,7 @@ TEST(LiveLog, StartAsksAndClearsOrContinues) {
     rig.Log.StartLog(false, false);
     rig.Polling.Links = false;
     rig.Log.StartLog(true, true);
-    EXPECT_THAT(rig.Polling.TakeCalls(), ElementsAre("link", "start", "link"));
+    EXPECT_THAT(rig.Polling.TakeCalls(), ElementsAre("link", "repaint", "start", "link"));
     EXPECT_FALSE(rig.Log.DatalogOn);
     EXPECT_EQ(rig.Buffers.DatalogCount, 1U);
 }

@@ -79,7 +79,7 @@ class TSdRig : public TDatalogRig {
     }
     std::vector<std::string> Messages; // behind the dialogs
     EModalResult Answer = EModalResult::Ok;
-    TSdDatalogReader Reader{Parts};
+    TSdDatalogReader Reader{Needs};
 };
 
 } // namespace

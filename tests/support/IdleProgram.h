@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/LogControl.h"
 #include "core/ProgramState.h"
 
 namespace tidewell::test {

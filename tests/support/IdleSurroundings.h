@@ -3,6 +3,7 @@
 #include "IdleProgram.h"
 #include "cloud/ApiClient.h"
 #include "core/Extensions.h"
+#include "core/LanguageTexts.h"
 #include "core/Paths.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
@@ -25,8 +26,9 @@ struct TIdleSurroundings {
                       ILibraryLoader& libraries, TCurrentInifilesPath paths)
         : Paths(std::move(paths)), ApiClient(Program, dialogs),
           Nabto(Program, libraries, dialogs, timers, wait, files, Paths.directorypath), Panel(files, wait),
-          Profile(files), Needs{dialogs,    timers,    wait,  files, clock,   Program,      Main, Paths,
-                                Extensions, ApiClient, Nabto, Panel, Profile, MemoEventLog, devid} {}
+          Profile(files), Needs{dialogs, timers,       wait,          files,     clock, Program,
+                                Main,    Paths,        Extensions,    ApiClient, Nabto, Panel,
+                                Profile, MemoEventLog, EventLogTexts, devid} {}
 
     TIdleProgram Program;
     TForm Main{"FormMain"};
@@ -37,6 +39,7 @@ struct TIdleSurroundings {
     TModbusPanel Panel;
     TProfile Profile;
     TMemo MemoEventLog{"MemoEventLog"};
+    TEventLogTexts EventLogTexts;
     std::string devid;
     const TDeviceNeeds Needs;
 };

@@ -32,10 +32,10 @@ class TControl;
 class TForm;
 
 // What controls lie on: a form, or a part of one. A form knows all that lie on it and its parts, in the order
-// of their making.
+// of their making, for whoever asks for one by its name, or for all.
 class TControls {
   public:
-    TControls() = default;                                   // a form
+    TControls() = default;           // a form
     explicit TControls(TForm& form); // a part of it
     TControls(const TControls&) = delete;
     TControls& operator=(const TControls&) = delete;

@@ -120,7 +120,7 @@ void OnSignal(TView& view, void (TSource::*signal)(TArgs...), IDialogs& dialogs,
         });
 }
 
-// Whether a key event, or any event, is about Enter, of either block of keys.
+// Whether Enter, of either block of keys, is pressed.
 bool IsEnter(const QEvent& event);
 
 } // namespace tidewell

@@ -31,20 +31,19 @@ void BindItems(TView& view, TItemsControl& items, void (TView::*select)(int)) {
     });
 }
 
-void Click(TItemsControl& items, int index, IDialogs& dialogs) {
+void Click(TItemsControl& items, int index) {
     if (index >= 0)
-        RunGuarded(
-            dialogs, [&items, index] { items.ClickItem(index); });
+        items.ClickItem(index);
 }
 
 // The buttons of a radio group; made anew when the items change.
 class TRadioButtons : public QObject {
   public:
     TRadioButtons(QGroupBox& view, TRadioGroup& group, IDialogs& dialogs, QObject* parent)
-        : QObject(parent), View(view), Group(group), Dialogs(dialogs), Column(NewChild<QVBoxLayout>(view)) {
+        : QObject(parent), View(view), Group(group), Column(NewChild<QVBoxLayout>(view)) {
         Column.setSpacing(6);
         Column.addStretch(1);
-        connect(&Buttons, &QButtonGroup::idClicked, this, [this](int id) { Click(Group, id, Dialogs); });
+        OnSignal(Buttons, &QButtonGroup::idClicked, dialogs, [this](int id) { Click(Group, id); });
     }
 
     void Sync() {
@@ -80,7 +79,6 @@ class TRadioButtons : public QObject {
 
     QGroupBox& View;
     TRadioGroup& Group;
-    IDialogs& Dialogs;
     QVBoxLayout& Column;
     QButtonGroup Buttons;
     std::vector<std::string> Shown;
@@ -104,16 +102,17 @@ void Bind(QListWidget& view, TListBox& list, IDialogs& dialogs) {
                 IsEnter(event) || (event.type() == QEvent::KeyPress &&
                                    static_cast<const QKeyEvent&>(event).key() == Qt::Key_Space);
             if (picks)
-                Click(list, view.currentRow(), dialogs);
+                RunGuarded(
+                    dialogs, [&] { Click(list, view.currentRow()); });
             return picks;
         });
-    QObject::connect(&view, &QListWidget::itemClicked, &view,
-                     [&](QListWidgetItem* item) { Click(list, view.row(item), dialogs); });
+    OnSignal(view, &QListWidget::itemClicked, dialogs,
+             [&](QListWidgetItem* item) { Click(list, view.row(item)); });
 }
 
 void Bind(QComboBox& view, TComboBox& box, IDialogs& dialogs) {
     BindItems(view, box, &QComboBox::setCurrentIndex);
-    QObject::connect(&view, &QComboBox::activated, &view, [&](int index) { Click(box, index, dialogs); });
+    OnSignal(view, &QComboBox::activated, dialogs, [&box](int index) { Click(box, index); });
 }
 
 void Bind(QGroupBox& view, TRadioGroup& group, IDialogs& dialogs) {

@@ -15,7 +15,7 @@ class TTreeBinding : public QObject {
     TTreeBinding(QTreeWidget& view, TTreeView& tree, IDialogs& dialogs, QObject* parent)
         : QObject(parent), View(view), Tree(tree), Dialogs(dialogs) {
         FilterEvents(
-            View, *this, [this](const QEvent& event) { return KeyEvent(event); });
+            View, *this, [this](const QEvent& event) { return ViewEvent(event); });
         FilterEvents(*View.viewport(), *this, [this](const QEvent& event) { return MouseEvent(event); });
         // Not the current item, which moves to the first one when the view just gets the keyboard.
         connect(&View, &QTreeWidget::itemSelectionChanged, this, [this] { TakeSelection(); });
@@ -30,7 +30,7 @@ class TTreeBinding : public QObject {
     }
 
   private:
-    bool KeyEvent(const QEvent& event) {
+    bool ViewEvent(const QEvent& event) {
         if (IsEnter(event)) {
             RunGuarded(Dialogs, [this] { Tree.OnKeyPress("\r"); });
             return true;
@@ -52,8 +52,10 @@ class TTreeBinding : public QObject {
             if (button() == Qt::LeftButton)
                 RunGuarded(Dialogs, [this] { Tree.OnClick(); });
             return false;
+        case QEvent::ContextMenu:
+            return MenuEvent(event);
         default:
-            return event.type() == QEvent::ContextMenu && MenuEvent(event);
+            return false;
         }
     }
 

@@ -89,7 +89,7 @@ class TBox {
         Layout.addWidget(&widget, stretch);
         return widget;
     }
-    void AddStretch() { Layout.addStretch(1); }
+    void AddStretch(int stretch = 1) { Layout.addStretch(stretch); }
     TBox AddBox(EWay way, int stretch = 0);
     TGrid AddGrid(int stretch = 0);
     // A box on a widget of its own, without margins.

@@ -121,6 +121,7 @@ std::unique_ptr<QWidget> ViewOf(TProgram& program, const TViewContext& context) 
     Bind(tabs, form.TheTab, dialogs);
     AddTabButtons(tabs, form, dialogs);
     AddStatusBar(*view, form, program.NabtoDevice, dialogs);
+    // last: the filter of the setpoint page sees Esc before the form
     Bind(*view, form, context);
     return view;
 }

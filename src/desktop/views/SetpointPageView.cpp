@@ -81,7 +81,7 @@ QLineEdit& AddFilter(TBox& area, TSetpointPage& page) {
     filter.setClearButtonEnabled(true);
     filter.setMaximumWidth(filterWidth);
     row.Add(page.LblSetpointCount);
-    row.AddStretch();
+    row.AddStretch(0); // the field takes the room first
     // Works while the area is shown, wherever in the window the keyboard is.
     auto& find = NewChild<QShortcut>(area.Parent, QKeySequence(QKeySequence::Find));
     QObject::connect(&find, &QShortcut::activated, &filter, [&filter] {

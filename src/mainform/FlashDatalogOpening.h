@@ -15,7 +15,7 @@
 namespace tidewell {
 
 // Shows a downloaded flash datalog on the graph page.
-class TFlashView {
+class TFlashDatalogOpening {
   public:
     struct TNeeds {
         TFormMain& Main;
@@ -25,7 +25,7 @@ class TFlashView {
         TGraphPage& GraphPage;
         TNabtoDevice& Device;
     };
-    TFlashView(const TPorts& ports, const TNeeds& needs) : Ports(ports), Needs(needs) {}
+    TFlashDatalogOpening(const TPorts& ports, const TNeeds& needs) : Ports(ports), Needs(needs) {}
 
     // Draws the file by its companion profile, and closes the device form. No other profile is open
     // afterwards, and no setpoint page. Throws what stands in the way, such as EInOutError for a file that

@@ -1,4 +1,4 @@
-#include "mainform/FlashView.h"
+#include "mainform/FlashDatalogOpening.h"
 
 #include "core/Guard.h"
 #include "logging/DatalogLines.h"
@@ -32,7 +32,7 @@ class TFileLines : public IDataLines {
 
 } // namespace
 
-void TFlashView::Show(const std::filesystem::path& profile, const std::filesystem::path& file) {
+void TFlashDatalogOpening::Show(const std::filesystem::path& profile, const std::filesystem::path& file) {
     TFileLines lines(Ports.Files, file);
     const TBefore before = Before();
     Needs.ProfileOpening.OpenProfile(profile);
@@ -48,20 +48,20 @@ void TFlashView::Show(const std::filesystem::path& profile, const std::filesyste
     Needs.Profile.ProfileLoaded = false;
 }
 
-void TFlashView::Draw(IDataLines& lines) {
+void TFlashDatalogOpening::Draw(IDataLines& lines) {
     RunGuarded(Ports.Dialogs, [this] { Needs.GraphPage.GraphInit(true); });
     Needs.GraphPage.ClearGraphPage();
     Needs.Device.Close();
     Needs.GraphPage.DrawGraphDatafromList(lines);
 }
 
-TFlashView::TBefore TFlashView::Before() const {
+TFlashDatalogOpening::TBefore TFlashDatalogOpening::Before() const {
     return {Needs.Profile, Needs.GraphPage.ChannelSettings(), Needs.Main.Caption(),
             Needs.Panel.GlobalPlsFilePath};
 }
 
 // Devices, tree, poll questions and settings have stayed those of the profile before.
-void TFlashView::Restore(const TBefore& before) {
+void TFlashDatalogOpening::Restore(const TBefore& before) {
     static_cast<TProfileGraph&>(Needs.Profile) = before.Profile;
     Needs.Panel.SetMpanelPLSpath(before.PlsFilePath);
     Needs.Main.SetCaption(before.Caption);
