@@ -67,7 +67,7 @@ std::optional<std::pair<std::size_t, std::size_t>> FieldRange(std::string_view r
 }
 
 // Text behind a closing quote stays part of the field, and a quote that is never closed runs to the end.
-std::string Unquoted(std::string_view field) {
+std::string UnquotedField(std::string_view field) {
     if (!field.starts_with('"'))
         return std::string(field);
     field.remove_prefix(1);
@@ -169,7 +169,7 @@ std::string Join(std::span<const std::string> texts, std::string_view separator)
 
 std::string GetRowField(std::string_view row, std::size_t index) {
     const auto range = FieldRange(row, index);
-    return range ? Unquoted(row.substr(range->first, range->second - range->first)) : std::string();
+    return range ? UnquotedField(row.substr(range->first, range->second - range->first)) : std::string();
 }
 
 std::string SetRowField(std::string_view row, std::size_t index, std::string_view value) {
