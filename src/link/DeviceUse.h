@@ -24,17 +24,15 @@ class TDeviceUse : public TExclusiveUse {
     // An action has lost this device, of which the user is to be told. Must not throw.
     TEvent<const std::string&> OnLost;
 
+    class THold;
+
     // An action on the user's behalf, to be made before its first step, which is left out if it is false.
     // Actions may stand below one another; only the outermost has anything to take.
     class TAction {
       public:
-        explicit TAction(TDeviceUse& use) : Use(use), Address(std::string()) {
-            Use.OnTake(Address);
-            Changes = Use.Changes;
-            ++Use.Depth;
-        }
+        explicit TAction(TDeviceUse& use) : TAction(use, true) {}
         ~TAction() {
-            if (--Use.Depth == 0 && Address && !Kept())
+            if (Begun && --Use.Depth == 0 && Address && !Kept())
                 Use.OnLost(*Address);
         }
         TAction(const TAction&) = delete;
@@ -46,7 +44,19 @@ class TDeviceUse : public TExclusiveUse {
         bool Kept() const { return Address && Changes == Use.Changes; }
 
       private:
+        friend THold;
+        // One that is not begun is false and counts for nothing.
+        TAction(TDeviceUse& use, bool begun) : Use(use), Begun(begun) {
+            if (!Begun)
+                return;
+            Address.emplace();
+            Use.OnTake(Address);
+            Changes = Use.Changes;
+            ++Use.Depth;
+        }
+
         TDeviceUse& Use;
+        const bool Begun;
         std::optional<std::string> Address;
         std::size_t Changes = 0;
     };
@@ -54,11 +64,9 @@ class TDeviceUse : public TExclusiveUse {
     // An action that has the device for itself: the device has one stream.
     class THold {
       public:
-        explicit THold(TDeviceUse& use) : Use(use), Lock(use) {
-            if (!Lock)
-                return;
-            Action.emplace(use);
-            Use.IsFixed = static_cast<bool>(*Action);
+        explicit THold(TDeviceUse& use) : Use(use), Lock(use), Action(use, static_cast<bool>(Lock)) {
+            if (Lock)
+                Use.IsFixed = static_cast<bool>(Action);
         }
         ~THold() {
             if (Lock)
@@ -66,12 +74,12 @@ class TDeviceUse : public TExclusiveUse {
         }
         THold(const THold&) = delete;
         THold& operator=(const THold&) = delete;
-        explicit operator bool() const { return Action && *Action; }
+        explicit operator bool() const { return static_cast<bool>(Action); }
 
       private:
         TDeviceUse& Use;
         TExclusiveUse::THold Lock;
-        std::optional<TAction> Action;
+        TAction Action;
     };
 
   private:
