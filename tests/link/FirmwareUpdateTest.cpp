@@ -590,7 +590,7 @@ TEST_F(TContinuousUpdateTest, StrictlyNothingRunsBehindTheStop) {
     // On another device it does not go on, and the report is of the tested one.
     Start("/pkg/filecontdnltest.fwc");
     TakeWire();
-    Device = "410000000002.remote.example";
+    device = "410000000002.remote.example";
     Dialogs.ExpectMessage("The continuous test has ended: another controller is in force\r\n"
                           "Continious test Stop result saved in userlog folder");
     Time.Advance(600000);

@@ -1,14 +1,10 @@
 #include "link/NabtoDevice.h"
 
-#include "FakeNabto.h"
+#include "LinkRig.h"
 #include "cloud/ApiClient.h"
 #include "core/Errors.h"
 #include "link/Nabto.h"
 #include "model/ModbusPanel.h"
-#include "support/IdleSurroundings.h"
-#include "support/MemoryFiles.h"
-#include "support/ScriptedDialogs.h"
-#include "support/VirtualTime.h"
 
 #include <gmock/gmock.h>
 
@@ -35,9 +31,10 @@ struct TFakeHttp : IHttp {
     std::string Body = R"({"User":"u","ID":"p"})";
 };
 
-class TNabtoDeviceTest : public testing::Test {
+class TNabtoDeviceTest : public TLinkRig {
   protected:
-    TNabtoDeviceTest() {
+    TNabtoDeviceTest()
+        : TLinkRig({"/app/cfg/system_x.inn", "/app/cfg/deutsch.lng", {}, "/app/cfg", "/app"}, {}) {
         Files.Put(Paths.Systemfile,
                   "[CommInitNabto]\r\n; the link\r\nName=Vent\r\nEnabled=TRUE\r\nPauseTime=500\r\n"
                   "DelayBetweenQuestions=10\r\nDomain=Remote.example\r\nLastLoginUser=me\r\n");
@@ -55,23 +52,10 @@ class TNabtoDeviceTest : public testing::Test {
     }
 
     const char* const Interface = "/app/nabto_config/standalone.xml";
-    TMemoryFiles Files;
-    TVirtualTime Time;
-    TScriptedDialogs Dialogs;
-    TFakeNabto Library;
     TFakeHttp Http;
     std::vector<std::string> Events; // that were told upward
     TIniFile Language{"[Nabtodriver]\nButping=Anpingen\nlabfrom=von\nadjustdays=Tage\n"};
-    TIdleSurroundings World{Dialogs,
-                            Time,
-                            Time,
-                            Files,
-                            Time,
-                            Library,
-                            {"/app/cfg/system_x.inn", "/app/cfg/deutsch.lng", {}, "/app/cfg", "/app"}};
-    const TCurrentInifilesPath& Paths = World.Paths;
     TApiClient& Client = World.ApiClient;
-    TUNabto& Nabto = World.Nabto;
     TModbusPanel& Panel = World.Panel;
     TNabtoDevice Device{World.Needs};
     const std::vector<std::string>& EventLog = World.MemoEventLog.Lines();
@@ -97,14 +81,14 @@ TEST_F(TNabtoDeviceTest, TheDomainIsAddedOnceAndTheDeviceKept) {
     struct TCase {
         std::string Domain, Given, Device;
     };
-    for (const auto& [domain, given, device] :
+    for (const auto& [domain, given, taken] :
          std::vector<TCase>{{"Remote.example", id, id + ".Remote.example"},
                             {"Remote.example", id + ".rEMOTE.EXAMPLE", id + ".rEMOTE.EXAMPLE"},
                             {"", id, id},
                             {"Remote.example", "", id}}) {
         Device.Domain = domain;
         EXPECT_EQ(Device.init(given, Client), 0);
-        EXPECT_EQ(Device.device, device);
+        EXPECT_EQ(Device.device, taken);
     }
     EXPECT_THAT(Files.Read(Paths.Systemfile), HasSubstr("; the link\r\nName=Vent\r\n"));
     EXPECT_THAT(Files.Read(Paths.Systemfile), HasSubstr("Device=" + id + "\r\n"));

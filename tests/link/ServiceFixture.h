@@ -1,17 +1,11 @@
 #pragma once
 
-#include "FakeNabto.h"
+#include "LinkRig.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
-#include "core/controls/StatusBar.h"
-#include "link/DeviceUse.h"
 #include "link/EepromReader.h"
 #include "link/FlashDatalog.h"
 #include "link/ServiceTools.h"
-#include "support/IdleSurroundings.h"
-#include "support/MemoryFiles.h"
-#include "support/ScriptedDialogs.h"
-#include "support/VirtualTime.h"
 
 #include <gmock/gmock.h>
 
@@ -24,9 +18,11 @@
 namespace tidewell::test {
 
 // The service tools and a device that answers as it is told.
-class TServiceFixture : public testing::Test {
+class TServiceFixture : public TLinkRig {
   protected:
-    TServiceFixture() {
+    TServiceFixture()
+        : TLinkRig({"/app/cfg/system_x.inn", "/app/cfg/english.lng", {}, "/app/cfg", "/app"},
+                   "123456789012.remote.example") {
         Library.Reply = [this](const std::string&) {
             if (OnQuery)
                 OnQuery();
@@ -67,32 +63,7 @@ class TServiceFixture : public testing::Test {
         return Files.FileExists(path) ? Files.Read(path) : "none";
     }
 
-    TMemoryFiles Files;
-    TVirtualTime Time;
-    TScriptedDialogs Dialogs;
-    TFakeNabto Library;
-    TIdleSurroundings World{Dialogs,
-                            Time,
-                            Time,
-                            Files,
-                            Time,
-                            Library,
-                            {"/app/cfg/system_x.inn", "/app/cfg/english.lng", {}, "/app/cfg", "/app"}};
-    TUNabto& Nabto = World.Nabto;
-    TExtensions& Extensions = World.Extensions;
-    bool& Open = World.Program.Open;
-    std::string device = "123456789012.remote.example";
-    TMemo memoDebug{"memoDebug"};
-    TForm Form{"NabtoDevice"};
-    TStatusBar StatusBar{Form, "StatusBar", {{1, {}, false}, {1, {}, false}, {1, {}, false}}};
     TLabel LblJson{"LblJson"};
-    TDeviceUse Use;
-    TDownloadTexts Texts;
-    bool EnableContineousUpdate = false;
-    std::filesystem::path CurrentUpdateSWFile;
-    const TDeviceServices Services{World.Needs,        Form,   Use,   memoDebug,
-                                   StatusBar,          device, Texts, EnableContineousUpdate,
-                                   CurrentUpdateSWFile};
     TEepromReader Eeprom{Services};
     TFlashDatalog Flash{Services, Eeprom};
     TServiceTools Tools{Services, Eeprom, Flash, LblJson};

@@ -1,21 +1,14 @@
 #pragma once
 
-#include "FakeNabto.h"
+#include "LinkRig.h"
 #include "core/KvSupport.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
-#include "core/controls/StatusBar.h"
 #include "link/ContinuousUpdate.h"
-#include "link/DeviceUse.h"
 #include "link/FileUpload.h"
 #include "link/FirmwareUpdate.h"
-#include "link/ReadReport.h"
 #include "link/UpdateRun.h"
 #include "link/UpdateStatus.h"
-#include "support/IdleSurroundings.h"
-#include "support/MemoryFiles.h"
-#include "support/ScriptedDialogs.h"
-#include "support/VirtualTime.h"
 #include "support/WireText.h"
 
 #include <gmock/gmock.h>
@@ -31,9 +24,12 @@
 namespace tidewell::test {
 
 // What is sent to a device during an update, and a device that answers as it is told.
-class TUpdateFixture : public testing::Test {
+class TUpdateFixture : public TLinkRig {
   protected:
-    TUpdateFixture() {
+    TUpdateFixture()
+        : TLinkRig({"/app/cfg/s.inn", {}, "/app/profile/p.pls", "/app/cfg", "/app"},
+                   "410000000001.remote.example") {
+        CurrentUpdateSWFile = "/pkg/config.fwc";
         Library.Reply = [this](const std::string& url) { return Answer(url); };
         Library.OnCall = [this] {
             ++Exchanges;
@@ -71,34 +67,8 @@ class TUpdateFixture : public testing::Test {
 
     std::function<void()> OnExchange; // at each call of the library
     int Exchanges = 0;
-    TMemoryFiles Files;
-    TVirtualTime Time;
-    TScriptedDialogs Dialogs;
-    TFakeNabto Library;
-    TIdleSurroundings World{Dialogs,
-                            Time,
-                            Time,
-                            Files,
-                            Time,
-                            Library,
-                            {"/app/cfg/s.inn", {}, "/app/profile/p.pls", "/app/cfg", "/app"}};
-    TUNabto& Nabto = World.Nabto;
-    TCurrentInifilesPath& Paths = World.Paths;
-    TExtensions& Extensions = World.Extensions;
-    bool& Open = World.Program.Open;
-    TMemo memoDebug{"memoDebug"};
     TEdit streamDelayEdit{"streamDelayEdit"};
     TButton ButContUpdate{"ButContUpdate"};
-    TForm Form{"NabtoDevice"};
-    TStatusBar StatusBar{Form, "StatusBar", {{200, {}, false}}};
-    std::string Device = "410000000001.remote.example";
-    std::filesystem::path CurrentUpdateSWFile = "/pkg/config.fwc";
-    bool EnableContineousUpdate = false;
-    TDeviceUse Use;
-    TDownloadTexts DownloadTexts;
-    const TDeviceServices Services{World.Needs,        Form,   Use,           memoDebug,
-                                   StatusBar,          Device, DownloadTexts, EnableContineousUpdate,
-                                   CurrentUpdateSWFile};
     TUpdateStatus UpdateStatus{Form, Time};
     TUpdateRun Run{Services, UpdateStatus};
     TFileUpload Upload{Services, Run, streamDelayEdit};
