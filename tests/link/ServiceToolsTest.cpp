@@ -39,6 +39,17 @@ std::string RowText(int firstValue) {
 const std::string header = ";[HeaderStart]x[HeaderEnd]\r\n";
 const std::string flashFile = "FDlog_123456789012_02-03-20260800.csv";
 
+TEST_F(TServiceFixture, TellsEachStepOfAReadOfTheEeprom) {
+    Library.Chunks = {{2, 1}, {4, 3, 6, 5}};
+    EXPECT_EQ(Eeprom.ReadEeprom(512, 6).Words, "513;1027;1541;");
+    EXPECT_THAT(Memo(),
+                ElementsAre("Preparing Stream... Read Eeprom values", "Read Address: 512", "Read Length: 6",
+                            "Preperation Success", "Starting Stream...", "Stream Started",
+                            "Reading Stream...", "Done Reading", "Stream is Closed now "));
+    EXPECT_EQ(Eeprom.ReadEeprom(512, 0).Words, "");
+    EXPECT_THAT(Memo(), IsEmpty());
+}
+
 TEST_F(TServiceFixture, ListsEepromWordsInAFile) {
     Tools.butGetEepromValues.OnClick(); // no words asked for
     EXPECT_THAT(Calls(), IsEmpty());
