@@ -25,31 +25,8 @@ std::int32_t TListRow::Integer(std::size_t field) const {
     return ToInteger(Fields.at(field));
 }
 
-std::string TListRow::Joined() const {
-    std::string row;
-    for (const std::string& field : Fields)
-        row += field + ";";
-    return row;
-}
-
 const std::string& TListRow::ValueIn(const std::vector<std::string>& cycle) const {
     return cycle.at(static_cast<std::size_t>(Integer(8) - 3));
-}
-
-void ExpectSameKeys(
-    const TIniFile& first, const TIniFile& second,
-    const std::function<void(const std::string&, const std::string&, const std::string&)>& check) {
-    ASSERT_EQ(first.SectionNames(), second.SectionNames());
-    for (const std::string& section : first.SectionNames()) {
-        const TIniSection a = first.ReadSection(section);
-        const TIniSection b = second.ReadSection(section);
-        ASSERT_EQ(a.Count(), b.Count()) << section;
-        for (std::size_t row = 0; row < a.Count(); ++row) {
-            EXPECT_EQ(a.Rows()[row].Name, b.Rows()[row].Name) << section;
-            if (check)
-                check(section, a.Rows()[row].Value, b.Rows()[row].Value);
-        }
-    }
 }
 
 std::vector<std::string> Fields(const std::string& row) {
@@ -58,7 +35,7 @@ std::vector<std::string> Fields(const std::string& row) {
 }
 
 TInstalledProfile::TInstalledProfile(TInstallation& installation, const std::string& name)
-    : Ini(installation.Ini("profile/" + name)), Profile(installation.Files), Panel(installation.Files, Time) {
+    : Profile(installation.Files), Panel(installation.Files, Time) {
     const std::filesystem::path path = installation.Directory / "profile" / name;
     Profile.Open(path);
     Profile.ReadNabtoSection(path);
@@ -67,22 +44,15 @@ TInstalledProfile::TInstalledProfile(TInstallation& installation, const std::str
     Panel.InitQuestionStringlistStructures();
 
     for (const TMDevice& device : Panel.DeviceList)
-        for (std::size_t question = 0; question < device.ReadList.size(); ++question) {
-            const TStringTable& grid = device.ReadListText.at(question);
-            for (std::size_t row = 0; row < grid.RowCount(); ++row)
-                Rows.push_back({.Fields = grid.Row(row),
+        for (std::size_t question = 0; question < device.ReadList.size(); ++question)
+            for (std::size_t row = 0; row < device.ReadListText.at(question).RowCount(); ++row)
+                Rows.push_back({.Fields = device.ReadListText.at(question).Row(row),
                                 .Device = device.Name,
-                                .Question = question,
                                 .QuestionFields = Fields(device.ReadList[question])});
-        }
     for (const auto& row : ReadPollQuestions(installation.Files, path).Rows()) {
         const std::vector<std::string> fields = Fields(row.Value);
-        Questions.push_back({.Obj = ToInteger(fields.at(0)),
-                             .Command = ToInteger(fields.at(1)),
-                             .Address = ToInteger(fields.at(2)),
-                             .Length = ToInteger(fields.at(3)),
-                             .FirstStructnumber = 3 + PolledValues});
-        PolledValues += Questions.back().Length;
+        Questions.push_back({ToInteger(fields.at(0)), ToInteger(fields.at(1)), ToInteger(fields.at(2)),
+                             ToInteger(fields.at(3))});
     }
 }
 

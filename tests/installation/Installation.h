@@ -6,10 +6,8 @@
 #include "support/MemoryFiles.h"
 #include "support/VirtualTime.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,12 +29,10 @@ class TInstallation {
 struct TListRow {
     std::vector<std::string> Fields; // field 0 is the row's number
     std::string Device;
-    std::size_t Question = 0; // index in the device's read questions
     std::vector<std::string> QuestionFields;
 
     std::string Name() const { return Fields.at(1); }
     std::int32_t Integer(std::size_t field) const;
-    std::string Joined() const;                                     // as FormatRowLimits takes it
     bool IsSetpoint() const { return QuestionFields.at(1) == "3"; } // one that setpoint files hold
     // From a cycle's values, which have no head in front.
     const std::string& ValueIn(const std::vector<std::string>& cycle) const;
@@ -47,7 +43,6 @@ struct TPollQuestion {
     std::int32_t Command = 0;
     std::int32_t Address = 0;
     std::int32_t Length = 0;
-    std::int32_t FirstStructnumber = 0;
 };
 
 // A profile of the installation, opened by the classes that the program opens it with.
@@ -56,21 +51,14 @@ class TInstalledProfile {
     // The name has no directory.
     TInstalledProfile(TInstallation& installation, const std::string& name);
 
-    TIniFile Ini;
     TProfile Profile;
     TModbusPanel Panel;
     std::vector<TListRow> Rows; // of all devices
     std::vector<TPollQuestion> Questions;
-    std::int32_t PolledValues = 0;
 
   private:
     TVirtualTime Time;
 };
-
-// Both have the same sections with the same keys in the same order; check sees each pair of rows.
-void ExpectSameKeys(const TIniFile& first, const TIniFile& second,
-                    const std::function<void(const std::string& section, const std::string& a,
-                                             const std::string& b)>& check = {});
 
 // Fields as the program splits them, behind the last ";" too.
 std::vector<std::string> Fields(const std::string& row);

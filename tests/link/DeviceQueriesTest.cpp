@@ -15,8 +15,8 @@ TEST(DeviceQueries, RequestsHaveTheirExactBytes) {
     const std::vector<std::pair<std::string, std::string>> cases{
         {PingRequest(), R"({"request":{"ping":"1885957735"}})"},
         {ValueToJson("100", "20", "0"), R"({"request":{"address":"100","length":"20","obj":"0"}})"},
-        {ValueToJson("a\"b\\c/d", "\b\t\n\f\r\x01\x1f", "\xC3\xA6\x7F"),
-         R"({"request":{"address":"a\"b\\c\/d","length":"\b\t\n\f\r\u0001\u001F","obj":")"
+        {ValueToJson("a\"b\\c/d", "\b\t\n\f\r\x01\x1f ", "\xC3\xA6\x7F"),
+         R"({"request":{"address":"a\"b\\c\/d","length":"\b\t\n\f\r\u0001\u001F ","obj":")"
          "\xC3\xA6\x7F"
          R"("}})"},
         {FormatSaveSetpoint(2, 512, 215),
@@ -79,12 +79,24 @@ TEST(DeviceQueries, ReadsValuesAsTheyStandOnTheWire) {
 }
 
 TEST(DeviceQueries, TellsErrorsFromResponses) {
-    EXPECT_EQ(ParseReply(R"({"error":{"code":5,"body":"x"},"response":{}})").Error, "x");
-    EXPECT_EQ(ParseReply(R"({"error":{}})").Error, "");
-    EXPECT_EQ(ParseReply(R"({"error":{"body":{"body":"x"}}})").Error, "");
-    EXPECT_EQ(ParseReply(R"({"error":"x"})").Error, std::nullopt);
-    EXPECT_FALSE(ParseReply(R"({"response":1,"response":{}})").HasResponse);
-    EXPECT_TRUE(ParseReply(R"({"response":{}})").HasResponse);
+    struct TCase {
+        const char* Json;
+        std::optional<std::string> Error;
+        bool HasResponse;
+    };
+    for (const auto& [json, error, hasResponse] :
+         std::vector<TCase>{{R"({"error":{"code":5,"body":"x"},"response":{}})", "x", true},
+                            {R"({"error":{"body":"x","body":"y"},"error":{"body":"z"}})", "x", false},
+                            {R"({"error":{}})", "", false},
+                            {R"({"error":{"body":{"body":"x"}}})", "", false},
+                            {R"({"error":{"body":5}})", "5", false},
+                            {R"({"error":"x"})", std::nullopt, false},
+                            {R"({"body":"x"})", std::nullopt, false},
+                            {R"({"response":1,"response":{}})", std::nullopt, false},
+                            {R"({"response":{}})", std::nullopt, true}}) {
+        EXPECT_EQ(ParseReply(json).Error, error) << json;
+        EXPECT_EQ(ParseReply(json).HasResponse, hasResponse) << json;
+    }
 }
 
 TEST(DeviceQueries, NumbersOf32BitsKeepTheirBits) {
@@ -93,6 +105,7 @@ TEST(DeviceQueries, NumbersOf32BitsKeepTheirBits) {
         {"-1", 4294967295U},
         {"4294967295", 4294967295U},
         {"4294967296", std::nullopt},
+        {"-2147483648", 2147483648U},
         {"-2147483649", std::nullopt},
         {"2.0", 2},
         {"1886350951", PongWord},

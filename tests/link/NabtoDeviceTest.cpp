@@ -223,24 +223,6 @@ TEST_F(TNabtoDeviceTest, TheFormShowsWhatItsSettingsAllow) {
     EXPECT_THAT(EventLog, ElementsAre("Setup1Click", "Nabto form active", "Nabto form closed"));
 }
 
-TEST_F(TNabtoDeviceTest, ReadsTheErrorLog) {
-    Device.device = "d";
-    Answer(R"({"response":{"status":1}})");
-    Device.ButErorlog.OnClick();
-    EXPECT_THAT(Events, IsEmpty());
-    Answer(R"({"response":{"status":0}})");
-    std::vector<std::uint8_t> bytes(400);
-    bytes[1] = 7;
-    Library.Chunks = {bytes, bytes};
-    Device.ButErorlog.OnClick();
-    ASSERT_EQ(Events.size(), 1U);
-    EXPECT_TRUE(Events[0].starts_with("7;0;0;"));
-    EXPECT_THAT(Device.memoDebug.Lines(), testing::Contains("Read Address: 512"));
-    Library.OnCall = [this] { World.Program.Open = false; };
-    Device.ButErorlog.OnClick(); // closed meanwhile
-    EXPECT_EQ(Events.size(), 1U);
-}
-
 TEST_F(TNabtoDeviceTest, ShowsProgressInWholePercent) {
     bool turned = false;
     Time.After(0, [&] { turned = true; });

@@ -1,7 +1,8 @@
 #include "link/Nabto.h"
 
-#include "FakeNabto.h"
 #include "core/Errors.h"
+#include "core/KvSupport.h"
+#include "sim/nabto/InProcessLibrary.h"
 #include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
@@ -9,210 +10,233 @@
 
 #include <gmock/gmock.h>
 
-#include <memory>
+#include <algorithm>
+#include <array>
+#include <new>
 #include <numeric>
+#include <optional>
 
 namespace tidewell::test {
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
+// The bridge over the simulated library, which may lack symbols and end any call with any status.
 class TNabtoTest : public testing::Test {
-  public:
-    TNabtoTest() {
-        Files.Put("/app/nabto_config/standalone.xml", "<a>\r\n  <b/>\n</a>");
-        Files.Put("/app/nabto_config/gateway.xml", "<gateway/>");
-    }
-    ~TNabtoTest() override {
-        // Close has its own test.
-        if (Nabto) {
-            for (const char* closing : {"NabtoCloseSession", "NabtoShutdown"})
-                Dialogs.AllowMessage(std::string("No ") + closing + " Function Loaded");
-            Nabto.reset();
-        }
-    }
-
   protected:
-    TUNabto& Make() {
-        Nabto = std::make_unique<TUNabto>(Program, Library, Dialogs, Time, Time, Files, "/app");
+    TNabtoTest() {
+        Files.Put("/app/nabto_config/standalone.xml", "<query\r\n name=\"ping.json\"/>\n");
+        Files.Put("/app/nabto_config/gateway.xml", "<query name=\"ping.json\" />");
+        Files.Put("/app/nabto_config/bad.xml", "<query name=x/>");
+    }
+    void TearDown() override { Sim.OnCall = nullptr; } // the bridge still closes
+
+    // A fresh bridge to a controller "a" that does what these rows tell.
+    TUNabto& Make(const std::string& rows = {}) {
+        Nabto.reset();
+        Sim.Configure(ParseSimulation("[Simulation]\nControllers=b,a\n[Controller b]\nId=200000000002\n"
+                                      "Model=1\nDevicenumber=2\n[Controller a]\nId=100000000001\n"
+                                      "Model=30021\nDevicenumber=2\nStreamPiece=3\n" +
+                                          rows,
+                                      "simulation"));
+        Sim.Shutdown();
+        Nabto.emplace(Program, Library, Dialogs, Time, Time, Files, "/app");
+        TakeCalls();
         return *Nabto;
     }
-    // The calls so far, which are then forgotten.
-    std::vector<std::string> Calls() { return std::exchange(Library.Calls, {}); }
+    TUNabto& MakeReady(const std::string& rows = {}) {
+        EXPECT_EQ(Make(rows).Init("u", "p"), 0);
+        TakeCalls();
+        return *Nabto;
+    }
+    std::string TakeCalls() {
+        std::erase(Library.Calls, "nabtoFree");
+        return Join(std::exchange(Library.Calls, {}), "|");
+    }
+    void ExpectBoxes(const std::vector<std::string>& boxes) {
+        for (const std::string& text : boxes)
+            Dialogs.ExpectMessage(text);
+    }
 
     TIdleProgram Program;
     TMemoryFiles Files;
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
-    TFakeNabto Library;
-    std::unique_ptr<TUNabto> Nabto;
+    TPortTime SimulationTime{Time, Time};
+    TSimulatedNabto Sim{Files, SimulationTime};
+    TInProcessLibrary Library{Sim};
+    std::optional<TUNabto> Nabto;
+    const std::string Device = "100000000001";
 };
 
-const std::string standaloneCall = "nabtoRpcSetDefaultInterface session <a>  <b/></a>";
-const std::string gatewayCall = "nabtoRpcSetDefaultInterface session <gateway/>";
-
-TEST_F(TNabtoTest, InitTellsWhatStoodInTheWay) {
-    const std::vector<std::string> open{"nabtoStartup nabto_config", "nabtoOpenSession u p"};
-    const std::vector<std::string> create{"nabtoStartup nabto_config", "nabtoOpenSession u p",
-                                          "nabtoCreateProfile u p"};
-    struct TCase {
-        std::map<std::string, std::deque<std::uint8_t>> Results;
-        int Result;
-        std::string Message; // empty: none
-        std::vector<std::string> Calls, MoreCalls;
-    };
-    const TCase cases[] = {
-        {{{"nabtoStartup", {NABTO_FAILED}}}, NABTO_FAILED, "", {open[0]}, {}},
-        {{}, 0, "", open, {standaloneCall}},
-        {{{"nabtoOpenSession", {1}}}, 0, "", create, {open[1], standaloneCall}},
-        {{{"nabtoOpenSession", {1, 3}}}, 3, "status 3", create, {open[1]}},
-        {{{"nabtoOpenSession", {1}}, {"nabtoCreateProfile", {2}}}, 2, "status 2", create, {}},
-    };
-    for (TCase test : cases) {
-        Make().queriesFile = "gateway.xml";
-        Library.Results = test.Results;
-        if (!test.Message.empty())
-            Dialogs.ExpectMessage(test.Message);
-        EXPECT_EQ(Nabto->Init("u", "p"), test.Result);
-        EXPECT_TRUE(Dialogs.AllAnswered());
-        test.Calls.insert(test.Calls.end(), test.MoreCalls.begin(), test.MoreCalls.end());
-        EXPECT_EQ(Calls(), test.Calls);
-        Nabto.reset();
-        Calls();
-    }
-}
-
-TEST_F(TNabtoTest, EveryEntryPointMayBeMissing) {
-    const std::string noStart = "NabtoStartUp/NabtoOpenSession";
-    struct TCase {
-        std::string Symbol;
-        std::function<void(TUNabto&)> Use;
-        std::string Told; // in "No ... Function Loaded"; empty: no message
-    };
+TEST_F(TNabtoTest, EachCallByItsStatusOrWithoutItsSymbol) {
+    using TUse = std::function<std::string(TUNabto&)>;
     const std::array<std::uint8_t, 1> data{1};
-    const std::vector<TCase> cases{
-        {"nabtoStartup", [](TUNabto& n) { EXPECT_EQ(n.Init("u", "p"), -1); }, noStart},
-        {"nabtoOpenSession", [](TUNabto& n) { EXPECT_EQ(n.Init("u", "p"), -1); }, noStart},
-        {"nabtoCreateProfile", [](TUNabto& n) { EXPECT_EQ(n.Init("u", "p"), 1); }, "NabtoCreateProfile"},
-        {"nabtoRpcSetDefaultInterface", [](TUNabto& n) { EXPECT_FALSE(n.setQueriesFile("standalone.xml")); },
-         ""},
-        {"nabtoRpcInvoke", [](TUNabto& n) { EXPECT_EQ(n.SendQuery("d", "q", "{}"), ""); }, ""},
-        {"nabtoStartup", [](TUNabto& n) { EXPECT_THAT(n.GetLocal(), IsEmpty()); }, ""},
-        {"nabtoGetLocalDevices", [](TUNabto& n) { EXPECT_THAT(n.GetLocal(), IsEmpty()); }, ""},
-        {"nabtoStreamOpen", [](TUNabto& n) { EXPECT_FALSE(n.StartStream("d")); }, "NabtoStreamOpen"},
-        {"nabtoStreamClose", [](TUNabto& n) { EXPECT_TRUE(n.StopStream()); }, "NabtoStreamClose"},
-        {"nabtoStreamReadIntoBuf", [](TUNabto& n) { EXPECT_EQ(n.ReadStream(5).AtLength(5), std::nullopt); },
-         "NabtoStreamReadData"},
-        {"nabtoStreamWrite", [&](TUNabto& n) { EXPECT_EQ(n.WriteStream(data, 0), NABTO_FAILED); },
-         "NabtoStreamWrite"},
-        {"nabtoStatusStr", [](TUNabto& n) { n.ShowError(NABTO_FAILED); }, "NabtoStatusStr"},
-        {"nabtoStatusStr", [](TUNabto& n) { EXPECT_EQ(n.GetNabtoStatusStr(NABTO_FAILED), ""); },
-         "NabtoStatusStr"},
-        {"nabtoCloseSession", [](TUNabto& n) { n.Close(); }, "NabtoCloseSession"},
-        {"nabtoShutdown", [](TUNabto& n) { n.Close(); }, "NabtoShutdown"},
+    const TUse init = [](TUNabto& nabto) { return std::to_string(nabto.Init("u", "p")); };
+    const TUse reopen = [](TUNabto& nabto) { return std::to_string(nabto.Reopen("u", "p")); };
+    const TUse close = [](TUNabto& nabto) { return nabto.Close(), ""; };
+    const TUse locals = [](TUNabto& nabto) { return Join(nabto.GetLocal(), ","); };
+    const TUse gateway = [](TUNabto& nabto) {
+        nabto.Init("u", "p");
+        return std::to_string(nabto.setQueriesFile("gateway.xml"));
     };
-    for (const auto& [symbol, use, told] : cases) {
+    const TUse sessionless = [](TUNabto& nabto) {
+        nabto.GetLocal();
+        return std::to_string(nabto.setQueriesFile("gateway.xml"));
+    };
+    const TUse query = [](TUNabto& nabto) { return nabto.SendQuery("1", "ping.json", "{}"); };
+    const TUse start = [](TUNabto& nabto) { return std::to_string(nabto.StartStream("1")); };
+    const TUse stop = [](TUNabto& nabto) { return std::to_string(nabto.StopStream()); };
+    const TUse read = [](TUNabto& nabto) { return std::to_string(nabto.ReadStream(5).Lost()); };
+    const TUse write = [&](TUNabto& nabto) { return std::to_string(nabto.WriteStream(data, 0)); };
+    const TUse text = [](TUNabto& nabto) { return nabto.GetNabtoStatusStr(NABTO_ABORTED); };
+    const TUse shortText = [](TUNabto& nabto) { return nabto.StatusText(NABTO_ABORTED); };
+    const TUse show = [](TUNabto& nabto) { return nabto.ShowError(NABTO_ABORTED), ""; };
+    const std::string up = "nabtoStartup nabto_config";
+    const std::string open = up + "|nabtoOpenSession u p";
+    const std::string created = open + "|nabtoCreateProfile u p";
+    const std::string opened = created + "|nabtoOpenSession u p";
+    const std::string standalone = "|nabtoRpcSetDefaultInterface <query name=\"ping.json\"/>";
+    const std::string toGateway = "|nabtoRpcSetDefaultInterface <query name=\"ping.json\" />";
+    const std::string bothClosed = "nabtoCloseSession|nabtoShutdown";
+    struct TCase {
+        const char* Missing; // symbol
+        const char* Fault;   // of the library
+        TUse Use;
+        const char* Result;
+        std::vector<std::string> Boxes;
+        std::string Calls;
+    };
+    const std::vector<TCase> cases{
+        {"nabtoStartup", "", init, "-1", {"No NabtoStartUp/NabtoOpenSession Function Loaded"}, ""},
+        {"nabtoOpenSession", "", init, "-1", {"No NabtoStartUp/NabtoOpenSession Function Loaded"}, ""},
+        {"nabtoCreateProfile", "", init, "1", {"No NabtoCreateProfile Function Loaded"}, open},
+        {"", "", init, "0", {}, opened + standalone},
+        {"", "nabtoStartup=NABTO_FAILED", init, "18", {}, up},
+        {"", "nabtoOpenSession=NABTO_NO_NETWORK; skip=1", init, "12", {"There is no network"}, opened},
+        {"", "nabtoCreateProfile=NABTO_ABORTED", init, "24", {"Aborted"}, created},
+        {"nabtoStartup", "", reopen, "3", {}, ""},
+        {"nabtoOpenSession", "", reopen, "3", {}, ""},
+        {"nabtoCreateProfile", "", reopen, "1", {}, open},
+        {"", "", reopen, "0", {}, opened + standalone},
+        {"", "nabtoStartup=NABTO_FAILED", reopen, "18", {}, up},
+        {"", "nabtoCreateProfile=NABTO_ABORTED", reopen, "24", {}, created},
+        {"nabtoCloseSession", "", close, "", {"No NabtoCloseSession Function Loaded"}, "nabtoShutdown"},
+        {"nabtoShutdown", "", close, "", {"No NabtoShutdown Function Loaded"}, "nabtoCloseSession"},
+        {"", "nabtoCloseSession=NABTO_FAILED; times=1", close, "", {"Failed"}, bothClosed},
+        {"", "nabtoShutdown=NABTO_ABORTED; skip=1; times=1", close, "", {"Aborted"}, bothClosed},
+        {"nabtoStartup", "", locals, "", {}, ""},
+        {"nabtoGetLocalDevices", "", locals, "", {}, up},
+        {"", "nabtoStartup=NABTO_FAILED", locals, "", {}, up},
+        {"", "nabtoGetLocalDevices=NABTO_FAILED", locals, "", {}, up + "|nabtoGetLocalDevices"},
+        {"", "", locals, "200000000002,100000000001", {}, up + "|nabtoGetLocalDevices"},
+        {"nabtoRpcSetDefaultInterface", "", gateway, "0", {}, opened},
+        {"", "", gateway, "1", {}, opened + standalone + toGateway},
+        {"", "", sessionless, "0", {"The session is not valid"}, up + "|nabtoGetLocalDevices" + toGateway},
+        {"nabtoRpcInvoke", "", query, "", {}, ""},
+        {"nabtoStreamOpen", "", start, "0", {"No NabtoStreamOpen Function Loaded"}, ""},
+        {"", "nabtoStreamOpen=NABTO_FAILED", start, "0", {"Failed"}, "nabtoStreamOpen 1"},
+        {"", "nabtoStreamOpen=NABTO_OK", start, "1", {}, "nabtoStreamOpen 1"},
+        {"nabtoStreamClose", "", stop, "1", {"No NabtoStreamClose Function Loaded"}, ""},
+        {"", "nabtoStreamClose=NABTO_FAILED", stop, "1", {"Failed"}, "nabtoStreamClose"},
+        {"", "nabtoStreamClose=NABTO_OK", stop, "0", {}, "nabtoStreamClose"},
+        {"nabtoStreamReadIntoBuf", "", read, "1", {"No NabtoStreamReadData Function Loaded"}, ""},
+        {"nabtoStreamWrite", "", write, "18", {"No NabtoStreamWrite Function Loaded"}, ""},
+        {"nabtoStatusStr", "", show, "", {"No NabtoStatusStr Function Loaded"}, ""},
+        {"nabtoStatusStr", "", text, "", {"No NabtoStatusStr Function Loaded"}, ""},
+        {"nabtoStatusStr", "", shortText, "24", {}, ""},
+        {"", "", show, "", {"Aborted"}, ""},
+        {"", "", text, "Aborted", {}, ""},
+        {"", "", shortText, "Aborted", {}, ""},
+    };
+    for (const TCase& test : cases) {
+        SCOPED_TRACE(std::string(test.Missing) + " " + test.Fault);
+        Library.Missing = {test.Missing};
+        Files.Content.erase("nabto_config/users/u");
+        Make(test.Fault[0] == '\0' ? "" : "[Library]\n" + std::string(test.Fault) + "\n");
+        ExpectBoxes(test.Boxes);
+        EXPECT_EQ(test.Use(*Nabto), test.Result);
+        EXPECT_EQ(TakeCalls(), test.Calls);
+        EXPECT_TRUE(Dialogs.AllAnswered());
+        if (std::string_view(test.Missing).starts_with("nabtoCloseS") ||
+            std::string_view(test.Missing).starts_with("nabtoShut"))
+            ExpectBoxes(test.Boxes); // the destructor closes again
         Nabto.reset();
-        Library.Missing = {symbol};
-        Library.Results["nabtoOpenSession"] = {NABTO_NO_PROFILE};
-        const std::string message = "No " + told + " Function Loaded";
-        if (!told.empty())
-            Dialogs.ExpectMessage(message);
-        use(Make());
-        EXPECT_TRUE(Dialogs.AllAnswered()) << symbol;
-        if (told == "NabtoCloseSession" || told == "NabtoShutdown")
-            Dialogs.ExpectMessage(message); // the destructor closes again
+        EXPECT_TRUE(Dialogs.AllAnswered());
     }
-}
-
-TEST_F(TNabtoTest, ClosesSessionAndLibraryAtItsEnd) {
-    Make().Init("u", "p");
-    Calls();
-    Library.Results["nabtoCloseSession"] = {2};
-    Library.Results["nabtoShutdown"] = {3};
-    Dialogs.ExpectMessage("status 2");
-    Dialogs.ExpectMessage("status 3");
+    Library.Missing.clear();
+    Library.Present = false;
+    EXPECT_EQ(Make().Loaded().Failure, "there is none");
+    ExpectBoxes({"No NabtoCloseSession Function Loaded", "No NabtoShutdown Function Loaded"});
     Nabto.reset();
-    EXPECT_THAT(Calls(), ElementsAre("nabtoCloseSession session", "nabtoShutdown"));
 }
 
-TEST_F(TNabtoTest, InterfaceDefinitions) {
-    Make();
+TEST_F(TNabtoTest, AnInterfaceThatIsMissingOrRefused) {
+    std::string missing;
+    MakeReady().OnInterfaceMissing = [&](const std::filesystem::path& path) { missing = path.string(); };
     EXPECT_FALSE(Nabto->setQueriesFile("other.xml"));
-    EXPECT_THAT(Calls(), IsEmpty());
-    Library.Results["nabtoRpcSetDefaultInterface"] = {NABTO_FAILED, 2};
-    for (const char* error : {"bad line", ""}) {
-        Library.InterfaceError = error;
-        Dialogs.ExpectMessage(*error != '\0' ? error : "status 2");
-        EXPECT_FALSE(Nabto->setQueriesFile("gateway.xml"));
-    }
-    EXPECT_TRUE(Nabto->setQueriesFile("gateway.xml"));
-}
-
-TEST_F(TNabtoTest, ListsLocalDevicesInTheLibrarysOrder) {
-    Library.LocalDevices = {"200000000002", "100000000001"};
-    EXPECT_THAT(Make().GetLocal(), ElementsAre("200000000002", "100000000001"));
-    for (const char* failing : {"nabtoGetLocalDevices", "nabtoStartup"}) {
-        Library.Results[failing] = {NABTO_FAILED};
-        EXPECT_THAT(Nabto->GetLocal(), IsEmpty()) << failing;
-    }
+    EXPECT_EQ(missing, "/app/nabto_config/other.xml");
+    EXPECT_EQ(TakeCalls(), "");
+    Dialogs.ExpectMessage(
+        "Interface definition refused: attribute \"name\" of tag \"query\" has no quoted value");
+    EXPECT_FALSE(Nabto->setQueriesFile("bad.xml"));
 }
 
 TEST_F(TNabtoTest, SendsAQueryBetweenTwoTurnsOfTheEventLoop) {
-    Make().Init("u", "p");
-    Calls();
+    MakeReady("[Faults a]\nGarbage={\"x\":\"\xE6\"}\n");
     std::vector<std::string> order;
     const auto turn = [&](const char* name) { Time.After(0, [&order, name] { order.push_back(name); }); };
     turn("before");
-    Library.Reply = [&](const std::string&) -> std::optional<std::string> {
+    Sim.OnCall = [&, note = Sim.OnCall](const std::string& call) {
+        note(call);
+        if (call == "nabtoFree")
+            return;
         order.push_back("call");
         turn("after");
-        return "{\"x\":\"\xE6\"}";
     };
-    EXPECT_EQ(Nabto->SendQuery("1.remote", "ping.json", "{\"a\":\"b c\"}"), "{\"x\":\"æ\"}");
-    EXPECT_THAT(order, ElementsAre("before", "call", "after"));
-    EXPECT_THAT(Calls(),
-                ElementsAre("nabtoRpcInvoke session nabto://1.remote/ping.json?json={\"a\":\"b c\"}"));
-    EXPECT_EQ(
-        Nabto->SendQuery("", "q", "d") + Nabto->SendQuery("d", "", "d") + Nabto->SendQuery("d", "q", ""), "");
-    EXPECT_THAT(Calls(), IsEmpty());
-    Library.Reply = nullptr;
-    EXPECT_EQ(Nabto->SendQuery("d", "q", "x"), "");
+    EXPECT_EQ(Nabto->SendQuery(Device, "ping.json", "{\"request\":{}}"), "{\"x\":\"æ\"}");
+    EXPECT_THAT(order, testing::ElementsAre("before", "call", "after"));
+    EXPECT_EQ(TakeCalls(), "nabtoRpcInvoke nabto://100000000001/ping.json?json={\"request\":{}}");
+    for (const auto& [device, query, json] :
+         {std::tuple{"", "q", "d"}, std::tuple{"d", "", "d"}, std::tuple{"d", "q", ""}})
+        EXPECT_EQ(Nabto->SendQuery(device, query, json), "");
+    EXPECT_EQ(Nabto->SendQuery(Device, "q", "d", [] { return false; }), "");
+    Time.After(0, [this] { Program.Open = false; });
+    EXPECT_EQ(Nabto->SendQuery(Device, "q", "d"), "");
+    EXPECT_FALSE(Nabto->StartStream(Device));
+    EXPECT_EQ(TakeCalls(), "");
 }
 
 TEST_F(TNabtoTest, ReadsReplies) {
     struct TCase {
         const char *Json, *Values;
+        bool HasData;
         int Status;
         std::uint32_t Pong;
         const char* Error; // "-": the one before
     };
-    const TCase cases[] = {
-        {"", "No JS\r\n", 1, 1, "-"},
-        {"[1]", "No JS\r\n[1]", 1, 1, "-"},
-        {"{}", "", -1, 0, "-"},
-        {R"({"error":{"body":"busy"},"response":{"Pong":1886350951,"status":0}})", "error", 1, 1, "busy"},
-        {R"({"response":{"status":0}})", R"({"response":{"status":0}})", 0, 0, "-"},
-        {R"({"response":{"status":"0"}})", R"({"response":{"status":"0"}})", -1, 0, "-"},
-        {R"({"response":{"status":4294901762,"data":[{"value":12},{"value":-3}]}})", "12; -3; ", -65534, 0,
-         "-"},
-        {R"({"response":{"Pong":"1886350951","data":[]}})", "", -1, 0, "-"},
-    };
     Make();
-    for (const auto& test : cases) {
+    for (const auto& [json, values, hasData, status, pong, error] : std::vector<TCase>{
+             {"", "No JS\r\n", false, 1, 1, "-"},
+             {"[1]", "No JS\r\n[1]", false, 1, 1, "-"},
+             {"{}", "", false, -1, 0, "-"},
+             {R"({"error":{"body":"busy"},"response":{"Pong":1886350951,"status":0}})", "error", false, 1, 1,
+              "busy"},
+             {R"({"response":{"status":0}})", R"({"response":{"status":0}})", false, 0, 0, "-"},
+             {R"({"response":{"status":"0"}})", R"({"response":{"status":"0"}})", false, -1, 0, "-"},
+             {R"({"response":{"status":4294901762,"data":[{"value":12},{"value":-3}]}})", "12; -3; ", true,
+              -65534, 0, "-"},
+             {R"({"response":{"Pong":"1886350951","data":[]}})", "", true, -1, 0, "-"},
+             {R"({"response":{"Pong":0.5}})", R"({"response":{"Pong":0.5}})", false, -1, 0, "-"}}) {
+        SCOPED_TRACE(json);
         Nabto->SlaveDeviceNum = Nabto->SlaveModel = Nabto->GatewayVersion = "old";
-        const auto told = [&] {
-            EXPECT_EQ(std::exchange(Nabto->errormessage, "-"), test.Error) << test.Json;
-        };
-        Nabto->errormessage = "-";
-        EXPECT_EQ(Nabto->JsonToValue(test.Json), test.Values);
-        told();
-        EXPECT_EQ(Nabto->getResponseStatus(test.Json), test.Status) << test.Json;
-        told();
-        EXPECT_EQ(Nabto->getpingResponse(test.Json), test.Pong) << test.Json;
-        told();
+        for (int asked = 0; asked < 3; ++asked) {
+            Nabto->errormessage = "-";
+            const TValueList list = asked == 0 ? Nabto->ReadValueList(json) : TValueList{values, hasData};
+            EXPECT_EQ(std::pair(list.Text, list.HasData), std::pair(std::string(values), hasData));
+            EXPECT_EQ(asked == 1 ? Nabto->getResponseStatus(json) : status, status);
+            EXPECT_EQ(asked == 2 ? Nabto->getpingResponse(json) : pong, pong);
+            EXPECT_EQ(Nabto->errormessage, error);
+        }
         EXPECT_EQ(Nabto->SlaveDeviceNum + Nabto->SlaveModel + Nabto->GatewayVersion, "");
     }
     Nabto->versionNP = "kept";
@@ -222,125 +246,206 @@ TEST_F(TNabtoTest, ReadsReplies) {
     EXPECT_THAT(
         (std::vector{Nabto->varenummer, Nabto->model, Nabto->versionHP, Nabto->versionNP, Nabto->versionBT,
                      Nabto->SlaveDeviceNum, Nabto->SlaveModel, Nabto->GatewayVersion}),
-        ElementsAre("1001", "30015", "2.10", "kept", "4", "5", "6", "7"));
-    EXPECT_TRUE(Nabto->isZelt4());
+        testing::ElementsAre("1001", "30015", "2.10", "kept", "4", "5", "6", "7"));
+    Nabto->ForgetVersions();
+    EXPECT_EQ(Nabto->versionHP + Nabto->versionNP + Nabto->versionBT + Nabto->GatewayVersion, "");
 }
 
 TEST_F(TNabtoTest, PingInstallsTheInterfaceThatFits) {
-    Make().Init("u", "p");
-    Calls();
-    const std::string url = "nabtoRpcInvoke session nabto://d/ping.json?json=" + PingRequest();
-    const std::string pong = R"({"response":{"Pong":1886350951,"Model":)";
-    const auto ping = [&](const std::string& reply) {
-        Library.Reply = [&reply](const std::string&) { return reply; };
-        return Nabto->ping("d");
+    MakeReady();
+    auto& model = Sim.FindController("a")->Identity[0].second;
+    const std::string url = "nabtoRpcInvoke nabto://100000000001/ping.json?json=" + PingRequest();
+    Files.Put("/app/nabto_config/standalone.xml",
+              R"(<query name="ping.json"><request><parameter name="ping"/></request><response>)"
+              R"(<parameter name="Pong"/><parameter name="Model"/></response></query>)");
+    EXPECT_TRUE(Nabto->setQueriesFile("standalone.xml"));
+    const std::string definition = TakeCalls();
+    Files.Put("/app/nabto_config/gateway.xml", Files.Read("/app/nabto_config/standalone.xml"));
+    struct TCase {
+        int Model;
+        bool IsGateway, IsZelt4, Switches;
     };
-    EXPECT_TRUE(ping(pong + "30012}}"));
-    EXPECT_THAT(Calls(), ElementsAre(url, gatewayCall, url));
-    EXPECT_TRUE(ping(pong + "30012}}"));
-    EXPECT_THAT(Calls(), ElementsAre(url));
-    EXPECT_TRUE(ping(pong + "30015}}"));
-    EXPECT_EQ(Nabto->queriesFile, "standalone.xml");
-    EXPECT_THAT(Calls(), ElementsAre(url, standaloneCall, url));
-    EXPECT_FALSE(ping(R"({"response":{"Pong":1,"Model":30012}})"));
-    EXPECT_THAT(Calls(), ElementsAre(url));
+    for (const auto& [number, isGateway, isZelt4, switches] :
+         std::vector<TCase>{{30010, false, false, false},
+                            {30011, true, false, true},
+                            {30012, true, false, false},
+                            {30013, true, false, false},
+                            {30014, true, false, false},
+                            {30015, false, true, true},
+                            {30016, false, false, false}}) {
+        model = number;
+        EXPECT_TRUE(Nabto->ping(Device));
+        EXPECT_EQ(std::pair(Nabto->isGateway(), Nabto->isZelt4()), std::pair(isGateway, isZelt4)) << number;
+        EXPECT_EQ(Nabto->queriesFile, isGateway ? "gateway.xml" : "standalone.xml");
+        EXPECT_EQ(TakeCalls(), switches ? url + "|" + definition + "|" + url : url) << number;
+    }
+    // One that answers as another kind each time is given up.
+    Sim.OnCall = [&, note = Sim.OnCall](const std::string& call) {
+        note(call);
+        if (call == url)
+            model = model == 30011 ? 30021 : 30011;
+    };
+    EXPECT_TRUE(Nabto->ping(Device));
+    const std::string once = url + "|" + definition;
+    EXPECT_EQ(TakeCalls(), once + "|" + once + "|" + once);
+    EXPECT_FALSE(Nabto->ping(""));
+    EXPECT_EQ(Nabto->PingedLast(), Device);
+    EXPECT_FALSE(Nabto->ping("100000000009"));
+    EXPECT_EQ(Nabto->PingedLast(), "100000000009");
+    EXPECT_TRUE(Nabto->MayDescribeAnother(Device) && Nabto->MayDescribeAnother("100000000009"));
 }
 
 class TNabtoStreamTest : public TNabtoTest {
   protected:
-    TNabtoStreamTest() {
-        Make().Init("u", "p");
-        EXPECT_TRUE(Nabto->StartStream("d"));
+    // With an open stream that holds these bytes.
+    void Open(const std::string& bytes, const std::string& rows = {}) {
+        EXPECT_TRUE(MakeReady(rows).StartStream(Device));
+        Sim.FindController("a")->PrepareStream(bytes);
         Nabto->FOnUpdateProgress = [this](TStreamProgress& progress) {
-            Progress.push_back(progress.currentstreamprogress);
-            Progress.push_back(progress.currentstreamlength);
+            Progress += std::to_string(progress.currentstreamprogress) + "/" +
+                        std::to_string(progress.currentstreamlength) + " ";
         };
-        Calls();
+        TakeCalls();
+        Time.Sleeps.clear();
+        Progress.clear();
     }
-    const std::string Read = "nabtoStreamReadIntoBuf stream 4";
-    const std::string Write = "nabtoStreamWrite stream 512";
-    const std::string Close = "nabtoStreamClose stream";
-    std::vector<std::uint32_t> Progress; // each time how far, of how much
+    // Behind each such call of the library.
+    void During(const std::string& name, std::function<void()> action) {
+        Sim.OnCall = [name, action = std::move(action), note = Sim.OnCall](const std::string& call) {
+            note(call);
+            if (call.starts_with(name))
+                action();
+        };
+    }
+    std::string Read(std::uint32_t length) {
+        const auto bytes = Nabto->ReadStream(length).AtLength(length);
+        return bytes ? std::string(bytes->begin(), bytes->end()) : "none";
+    }
+    std::string Progress; // each time how far, of how much
 };
 
-TEST_F(TNabtoStreamTest, OpenAndCloseHaveOppositeSenses) {
-    EXPECT_FALSE(Nabto->StopStream());
-    Library.Results["nabtoStreamClose"] = {2};
-    Dialogs.ExpectMessage("status 2");
-    EXPECT_TRUE(Nabto->StopStream());
-    Library.Results["nabtoStreamOpen"] = {3};
-    Dialogs.ExpectMessage("status 3");
-    EXPECT_FALSE(Nabto->StartStream("d"));
-    EXPECT_THAT(Calls(), ElementsAre(Close, Close, "nabtoStreamOpen session d"));
-}
-
 TEST_F(TNabtoStreamTest, ReadsChunksWithTheFullLengthAsCapacity) {
-    Library.Chunks = {{1}, {2, 3}, {4, 5, 6, 7}}; // the last one runs on behind the length
-    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), (std::vector<std::uint8_t>{1, 2, 3, 4}));
-    EXPECT_THAT(Calls(), ElementsAre(Read, Read, Read));
-    EXPECT_THAT(Progress, ElementsAre(1, 4, 3, 4, 4, 4));
-    EXPECT_EQ(Nabto->ReadStream(0).AtLength(0), std::vector<std::uint8_t>());
-    EXPECT_THAT(Calls(), IsEmpty());
+    Open("abcdef");
+    EXPECT_EQ(Read(4), "abcd"); // the last chunk runs on behind the length
+    EXPECT_EQ(TakeCalls(), "nabtoStreamReadIntoBuf 4|nabtoStreamReadIntoBuf 4");
+    EXPECT_EQ(Progress, "3/4 4/4 ");
+    EXPECT_EQ(Read(0), "");
+    EXPECT_EQ(TakeCalls(), "");
+    bool goesOn = true;
+    Nabto->OnMayGoOn = [&goesOn](bool& mayGoOn) { mayGoOn = goesOn; };
+    goesOn = false;
+    EXPECT_EQ(Read(4), "none");
+    EXPECT_EQ(Nabto->WriteStream(std::vector<std::uint8_t>(9), 0), NABTO_ABORTED);
+    EXPECT_EQ(TakeCalls(), "");
 }
 
-TEST_F(TNabtoStreamTest, AReadThatTakesTooLongOrThrowsKeepsWhatCame) {
-    Library.Chunks = {{1}, {2}, {3}};
-    Library.OnCall = [this] {
-        if (Library.Chunks.size() == 2)
+TEST_F(TNabtoStreamTest, AReadThatTakesTooLongKeepsWhatCame) {
+    const std::string told = "Stream Read, Timeout :(";
+    Open("abcdef");
+    bool late = true;
+    During("nabtoStreamReadIntoBuf", [&] {
+        if (std::exchange(late, false))
             Time.Advance(2000);
-    };
-    Dialogs.ExpectMessage("Stream Read, Timeout :(");
-    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), (std::vector<std::uint8_t>{1, 2, 0, 0}));
+    });
+    Dialogs.ExpectMessage(told);
+    EXPECT_EQ(Read(5), std::string("abc\0\0", 5));
+    late = true;
+    Dialogs.ExpectMessage(told);
+    EXPECT_EQ(Nabto->ReadStream(3).End, TStreamRead::EEnd::Complete); // told, but all came
     // A library that gives nothing and does not wait either.
-    Library.OnCall = nullptr;
-    Library.Chunks.clear();
-    Dialogs.ExpectMessage("Stream Read, Timeout :(");
-    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), std::vector<std::uint8_t>(4));
-    Library.Chunks = {{9}};
-    Nabto->FOnUpdateProgress = [](TStreamProgress&) { throw EListError("no row"); };
-    Dialogs.ExpectMessage("EListError error raised, with message : no row");
-    EXPECT_EQ(Nabto->ReadStream(2).AtLength(2), (std::vector<std::uint8_t>{9, 0}));
+    Open("abc", "[Faults a]\nStalledStream=2\n");
+    Dialogs.ExpectMessage(told);
+    const std::int64_t before = Time.Milliseconds();
+    EXPECT_EQ(Nabto->ReadStream(3).End, TStreamRead::EEnd::TimedOut);
+    EXPECT_LE(Time.Milliseconds() - before, 2100);
+    Open("abc");
+    During("nabtoStreamReadIntoBuf", [&] { Time.Advance(1999); });
+    EXPECT_EQ(Read(3), "abc");
+}
+
+TEST_F(TNabtoStreamTest, AnErrorBetweenTheChunksIsToldWithItsName) {
+    const auto thrown = [this](auto error, const std::string& name) {
+        Open("abcdef");
+        Nabto->FOnUpdateProgress = [error](TStreamProgress&) { throw error; };
+        Dialogs.ExpectMessage(name + " error raised, with message : " + error.what());
+        EXPECT_EQ(Read(4), std::string("abc\0", 4));
+        EXPECT_EQ(TakeCalls(), "nabtoStreamReadIntoBuf 4");
+    };
+    thrown(EConvertError("x"), "EConvertError");
+    thrown(EListError("x"), "EListError");
+    thrown(ERangeError("x"), "ERangeError");
+    thrown(EInOutError("x"), "EInOutError");
+    thrown(std::bad_alloc(), "EOutOfMemory");
+    thrown(TError("x"), "Exception");
 }
 
 TEST_F(TNabtoStreamTest, ABrokenReadClosesUntilTheLibraryRefuses) {
-    Library.Results["nabtoStreamReadIntoBuf"] = {NABTO_STREAM_CLOSED, 2};
-    Dialogs.ExpectMessage("stream closed");
-    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), std::nullopt);
-    EXPECT_THAT(Calls(), ElementsAre(Read, Close, Close, Close, Close, Close, Close));
-    EXPECT_EQ(Time.Sleeps, std::vector<int>(6, 1000));
-    Library.Results["nabtoStreamClose"] = {NABTO_OK, 3};
-    Dialogs.ExpectMessage("status 3");
-    Dialogs.ExpectMessage("status 2");
-    EXPECT_EQ(Nabto->ReadStream(4).AtLength(4), std::nullopt);
-    EXPECT_EQ(Time.Sleeps.size(), 7U);
+    struct TCase {
+        const char* Closes; // fault of closing
+        std::vector<std::string> Boxes;
+        std::size_t Count;
+    };
+    for (const auto& [closes, boxes, count] :
+         std::vector<TCase>{{"", {"The stream is not valid", "The stream was closed"}, 2},
+                            {"nabtoStreamClose=NABTO_OK\n", {"The stream was closed"}, 6},
+                            {"nabtoStreamClose=NABTO_FAILED\n", {"Failed", "The stream was closed"}, 1}}) {
+        Open("abc", "[Library]\n" + std::string(closes) + "[Faults a]\nBrokenStream=3\n");
+        ExpectBoxes(boxes);
+        EXPECT_EQ(Read(4), "none");
+        EXPECT_EQ(std::ranges::count(Library.Calls, "nabtoStreamClose"), count);
+        EXPECT_EQ(Time.Sleeps, std::vector<int>(count == 6 ? 6 : count - 1, 1000));
+    }
 }
 
-TEST_F(TNabtoStreamTest, WritesChunksOf512AndRepeatsAFullBuffer) {
-    std::vector<std::uint8_t> data(1025);
-    std::iota(data.begin(), data.end(), std::uint8_t{0});
-    Library.Results["nabtoStreamWrite"] = {NABTO_OK, NABTO_BUFFER_FULL, NABTO_BUFFER_FULL, NABTO_OK};
-    EXPECT_EQ(Nabto->WriteStream(data, 10), NABTO_OK);
-    EXPECT_THAT(Calls(), ElementsAre(Write, Write, Write, Write, "nabtoStreamWrite stream 1"));
-    EXPECT_EQ(Library.Written, data);
-    EXPECT_THAT(Progress, ElementsAre(512, 1025, 1024, 1025, 1025, 1025));
-    EXPECT_EQ(Time.Sleeps, std::vector<int>(5, 10));
-}
-
-TEST_F(TNabtoStreamTest, WritesEndAtTheFirstOtherStatus) {
-    const std::vector<std::uint8_t> data(600);
-    EXPECT_EQ(Nabto->WriteStream({}, 10), NABTO_FAILED);
-    EXPECT_THAT(Calls(), IsEmpty());
-    Library.Results["nabtoStreamWrite"] = {NABTO_ABORTED, NABTO_STREAM_CLOSED};
-    EXPECT_EQ(Nabto->WriteStream(data, 0), NABTO_ABORTED);
-    EXPECT_THAT(Calls(), ElementsAre(Write));
-    Library.Results["nabtoStreamClose"] = {2};
-    Dialogs.ExpectMessage("status 2");
-    EXPECT_EQ(Nabto->WriteStream(data, 0), NABTO_STREAM_CLOSED);
-    EXPECT_THAT(Calls(), ElementsAre(Write, Close));
+TEST_F(TNabtoStreamTest, WritesChunksOf512AndEndsAtABadStatus) {
+    struct TCase {
+        std::size_t Size;
+        const char* Faults;
+        TNabtoStatus Status;
+        std::string Calls;
+        const char* Progress;
+    };
+    const std::string whole = "nabtoStreamWrite 512";
+    const std::string twice = whole + "|" + whole;
+    const std::string closed = "|nabtoStreamClose|nabtoStreamClose";
+    for (const auto& [size, faults, status, calls, progress] : std::vector<TCase>{
+             {0, "", NABTO_FAILED, "", ""},
+             {512, "", NABTO_OK, whole, "512/512 "},
+             {513, "", NABTO_OK, whole + "|nabtoStreamWrite 1", "512/513 513/513 "},
+             {1024, "[Faults a]\nBufferFull=on; skip=1; times=2", NABTO_OK, twice + "|" + twice,
+              "512/1024 1024/1024 "},
+             {600, "[Library]\nnabtoStreamWrite=NABTO_ABORTED", NABTO_ABORTED, whole, ""},
+             {600, "[Library]\nnabtoStreamWrite=NABTO_STREAM_CLOSED", NABTO_STREAM_CLOSED, whole + closed,
+              ""},
+         }) {
+        SCOPED_TRACE(std::to_string(size) + " " + faults);
+        Open("", faults);
+        std::vector<int> sleeps(
+            calls.empty() ? 0U : 1U + static_cast<std::size_t>(std::ranges::count(calls, '|')), 10);
+        if (status == NABTO_STREAM_CLOSED) {
+            Dialogs.ExpectMessage("The stream is not valid");
+            sleeps = {10, 1000};
+        }
+        std::vector<std::uint8_t> data(size);
+        std::iota(data.begin(), data.end(), std::uint8_t{0});
+        EXPECT_EQ(Nabto->WriteStream(data, 10), status);
+        EXPECT_EQ(TakeCalls(), calls);
+        EXPECT_EQ(Progress, progress);
+        EXPECT_EQ(Time.Sleeps, sleeps);
+        EXPECT_TRUE(status != NABTO_OK ||
+                    Sim.FindController("a")->StreamReceived() == std::string(data.begin(), data.end()));
+    }
     // The event loop runs while a chunk is written, and its time is over.
-    Library.OnCall = [this] { Time.Advance(1); };
-    EXPECT_EQ(Nabto->WriteStream(data, 0), NABTO_OK);
-    EXPECT_THAT(Calls(), ElementsAre(Write));
+    Open("");
+    During("nabtoStreamWrite", [this] { Time.Advance(1); });
+    EXPECT_EQ(Nabto->WriteStream(std::vector<std::uint8_t>(600), -5), NABTO_OK);
+    EXPECT_EQ(TakeCalls(), whole);
+    EXPECT_EQ(Time.Sleeps, std::vector<int>{0});
+    Progress.clear();
+    for (const std::uint32_t state : {8U, 15U})
+        EXPECT_EQ(Nabto->V2prepareFlashWriteNostream(state, 1, 2, {}),
+                  V2prepareFlashWriteNostream(state, 1, 2, {}));
+    EXPECT_EQ(Progress, "512/600 "); // not for a reset
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "FakeNabto.h"
 #include "core/Errors.h"
 #include "link/Nabto.h"
-#include "link/ReadBackSnapshot.h"
 #include "model/ModbusPanel.h"
 #include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
@@ -299,31 +298,6 @@ TEST_F(TPollCycleTest, WhatTakesTheCycleMayStopRestartOrFail) {
     Start();
     Time.Advance(2150);
     EXPECT_EQ(Cycles.back(), "1; -2; 3; ");
-}
-
-TEST(ReadBackSnapshot, WaitsForTwoCyclesOfTheSameLength) {
-    struct TCase {
-        std::vector<std::string> Cycles;
-        int Count;
-        int Errors;
-        std::vector<std::string> List;
-    };
-    const std::vector<TCase> cases{
-        {{"1; "}, 1, 0, {}},
-        {{"1; ", "22; ", "33; ", "4; "}, 3, 0, {"22; ", "33; "}},
-        {{"x", "æ; ", "b; "}, 3, 0, {"æ; ", "b; "}},
-        {{"x", "1; ", "22; "}, 0, 1, {"1; ", "22; "}},
-        {{"x", "1; ", "22; ", "x", "1; ", "2; "}, 3, 1, {"1; ", "2; "}},
-        {{"x", "1", "22", "x", "1", "22", "x", "1", "22", "x", "1", "22", "1"}, 3, 4, {"1", "22"}},
-    };
-    for (const auto& [cycles, count, errors, list] : cases) {
-        TReadBackSnapshot snapshot;
-        for (const auto& cycle : cycles)
-            snapshot.SaveSetDatapointstringToStringlist(cycle);
-        EXPECT_EQ(snapshot.SetDatapointListCount, count);
-        EXPECT_EQ(snapshot.Error_SetDatapointListCount, errors);
-        EXPECT_EQ(snapshot.SetDatapointList, list);
-    }
 }
 
 } // namespace

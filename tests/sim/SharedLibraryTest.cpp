@@ -9,20 +9,24 @@
 
 namespace tidewell {
 
+namespace {
+
 // The built library, loaded as the program does it, on real files and real time.
 TEST(SharedLibrary, WorksThroughItsCFunctionsAndShowsNothingElse) {
     const auto bin = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     const auto home = std::filesystem::temp_directory_path() / ("tidewell_sim_" + std::to_string(::getpid()));
     ::unsetenv("TIDEWELL_SIMULATION");
     TDynamicLibraryLoader loader(bin);
-    EXPECT_EQ(loader.Load("nabto_client_api")
-                  .Library->Symbol("_ZN8tidewell15BindEntryPointsEPNS_15TSimulatedNabtoE"),
-              nullptr);
     const TNabtoLibrary library(loader);
-    EXPECT_TRUE(library.NabtoCloseSession && library.NabtoShutdown && library.NabtoStreamOpen &&
-                library.NabtoStreamClose && library.NabtoStreamReadIntoBuf && library.NabtoStreamWrite &&
-                library.NabtoFree && library.NabtoGetLocalDevices && library.NabtoRpcInvoke &&
-                library.NabtoRpcSetDefaultInterface && library.NabtoOpenSession);
+    for (const char* symbol : {"nabtoStartup", "nabtoShutdown", "nabtoOpenSession", "nabtoCloseSession",
+                               "nabtoCreateProfile", "nabtoRpcSetDefaultInterface", "nabtoRpcInvoke",
+                               "nabtoStreamOpen", "nabtoStreamClose", "nabtoStreamReadIntoBuf",
+                               "nabtoStreamWrite", "nabtoStatusStr", "nabtoFree", "nabtoGetLocalDevices"})
+        EXPECT_NE(library.Module.Library->Symbol(symbol), nullptr) << symbol;
+    EXPECT_EQ(library.Module.Library->Symbol("_ZN8tidewell15BindEntryPointsEPNS_15TSimulatedNabtoE"),
+              nullptr);
+    EXPECT_EQ(library.Module.File, (bin / "libnabto_client_api.so").string());
+    EXPECT_EQ(library.Module.Failure, "");
 
     testing::internal::CaptureStderr();
     EXPECT_EQ(library.NabtoStartUp(home.c_str()), NABTO_ERROR_READING_CONFIG);
@@ -36,8 +40,16 @@ TEST(SharedLibrary, WorksThroughItsCFunctionsAndShowsNothingElse) {
     EXPECT_EQ(library.NabtoStartUp(home.c_str()), NABTO_OK);
     EXPECT_EQ(library.NabtoCreateProfile("a@x", "pw"), NABTO_OK);
     EXPECT_TRUE(files.FileExists(home / "users" / "a@x"));
+    void* none = nullptr;
+    EXPECT_EQ(library.NabtoOpenSession(&none, "a@x", nullptr), NABTO_ILLEGAL_PARAMETER);
+    char own = 'x';
+    testing::internal::CaptureStderr();
+    library.NabtoFree(&own);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("nabtoFree"));
     EXPECT_EQ(library.StatusText(NABTO_BUFFER_FULL), "The stream takes no more data at present");
     std::filesystem::remove_all(home);
 }
+
+} // namespace
 
 } // namespace tidewell
