@@ -210,7 +210,6 @@ TEST(SLScope, AZoomOfAllAxesLeavesThoseThatShowTheirLimits) {
 // What a view reads of a new surface.
 TEST(SLScope, BeginsWithItsSettings) {
     const TSLScope scope;
-    EXPECT_EQ(scope.RefreshInterval, 200);
     EXPECT_FALSE(scope.Title.Visible || scope.ToolBar.Visible() || scope.Hold() ||
                  scope.Cursors[0].Visible());
     EXPECT_EQ(scope.Cursors[0].Color(), TColor{0x0000FFFF});
