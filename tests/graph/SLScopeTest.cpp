@@ -163,6 +163,7 @@ TEST(SLScope, AnAxisShowsItsLimitsUnlessItIsZoomed) {
         else
             scope.UserClicks(*step.Button);
         EXPECT_EQ(x.Shown(), step.Shown) << i;
+        EXPECT_EQ(x.Zoomed(), step.Shown != (TSLRange{100, 200})) << i;
         ASSERT_EQ(told.size(), step.Told ? 1U : 0U) << i;
         EXPECT_TRUE(told.empty() || told[0] == std::pair(before, step.Shown)) << i;
     }
