@@ -5,51 +5,86 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace tidewell {
 
 TEST(TextColumn, GivesBackEveryRowAndStoresRepeatsOnce) {
-    TTextColumn column;
     const auto text = [](std::size_t row) {
         return row % 7 == 3 ? "" : "time " + std::to_string(row % 5000);
     };
-    for (std::size_t row = 0; row < 100'000; ++row)
-        column.Add(text(row));
-    ASSERT_EQ(column.Count(), 100'000U);
-    for (std::size_t row = 0; row < column.Count(); ++row)
-        ASSERT_EQ(column.At(row), text(row)) << row;
+    TTextColumn column;
+    const auto fill = [&](std::size_t rows) {
+        while (column.Count() < rows)
+            column.Add(text(column.Count()));
+    };
+    // Filled up to the first, cut to the second. Its blocks hold 4096.
+    for (const auto& [rows, kept] : std::vector<std::pair<std::size_t, std::size_t>>{{0, 0},
+                                                                                     {1, 1},
+                                                                                     {1, 0},
+                                                                                     {3, 9},
+                                                                                     {4096, 4096},
+                                                                                     {4096, 4095},
+                                                                                     {4097, 4096},
+                                                                                     {9000, 4096},
+                                                                                     {9000, 8192},
+                                                                                     {9000, 1},
+                                                                                     {8192, 8191},
+                                                                                     {8192, 0},
+                                                                                     {9000, 8193}}) {
+        SCOPED_TRACE(std::to_string(rows) + " cut to " + std::to_string(kept));
+        fill(rows);
+        const std::size_t count = std::min(column.Count(), kept);
+        column.Truncate(kept);
+        ASSERT_EQ(column.Count(), count);
+        EXPECT_THROW(column.At(count), EListError);
+        fill(count + 1);
+        for (std::size_t row = 0; row <= count; ++row)
+            ASSERT_EQ(column.At(row), text(row)) << row;
+    }
+    fill(100'000);
     EXPECT_LT(column.MemoryUsed(), 100'000U * 4 * 1.3 + 200'000);
     column.Clear();
     EXPECT_THROW(column.At(0), EListError);
 }
 
-TEST(SampleTable, HoldsColumnsThatCanBeWalkedInRuns) {
-    TSampleTable table;
-    table.Reset(3);
+TEST(SampleTable, HoldsColumnsThatCanBeCutAndWalkedInRuns) {
     const auto value = [](std::size_t channel, std::size_t sample) {
-        return static_cast<double>(channel * 10'000 + sample) / 8;
+        return static_cast<double>(channel * 10'000 + sample + 1) / 8;
     };
-    for (std::size_t sample = 0; sample < 1000; ++sample) {
-        table.Resize(sample + 1);
-        for (std::size_t channel = 0; channel < 3; ++channel)
-            table.Set(channel, sample, value(channel, sample));
+    // Filled with values up to the first, cut to the second, then grown to the third. Its blocks hold 256.
+    struct {
+        std::size_t Filled, Cut, Grown;
+    } const cases[] = {{0, 0, 0},       {1, 1, 2},       {1, 0, 1},       {255, 255, 256}, {256, 256, 257},
+                       {256, 255, 256}, {257, 256, 257}, {257, 257, 512}, {300, 256, 300}, {512, 256, 600},
+                       {600, 256, 256}, {600, 512, 600}, {600, 513, 600}, {600, 0, 600},   {1000, 300, 600}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::to_string(c.Filled) + " cut to " + std::to_string(c.Cut));
+        TSampleTable table;
+        table.Reset(3);
+        for (std::size_t sample = 0; sample < c.Filled; ++sample) {
+            table.Resize(sample + 1);
+            for (std::size_t channel = 0; channel < 3; ++channel)
+                table.Set(channel, sample, value(channel, sample));
+        }
+        table.Resize(c.Cut);
+        table.Resize(c.Grown);
+        for (std::size_t channel = 0; channel < 3; ++channel) {
+            std::size_t next = 0;
+            for (auto run = table.Run(channel, next); !run.empty(); run = table.Run(channel, next))
+                for (const double got : run) { // what was cut away does not come back
+                    ASSERT_EQ(got, next < c.Cut ? value(channel, next) : 0);
+                    ASSERT_EQ(got, table.At(channel, next++));
+                }
+            EXPECT_EQ(next, c.Grown);
+            EXPECT_THROW(table.At(channel, c.Grown), EListError);
+        }
+        EXPECT_THROW(table.At(3, 0), EListError);
+        EXPECT_TRUE(table.Run(3, 0).empty());
     }
-    std::size_t next = 100;
-    for (auto run = table.Run(2, next); !run.empty(); run = table.Run(2, next))
-        for (const double got : run)
-            ASSERT_EQ(got, value(2, next++));
-    EXPECT_EQ(next, 1000U);
-    EXPECT_THROW(table.At(0, 1000), EListError);
-    EXPECT_THROW(table.At(3, 0), EListError);
-
-    // What was cut away does not come back.
-    table.Resize(300);
-    table.Resize(600);
-    EXPECT_EQ(table.At(1, 299), value(1, 299));
-    EXPECT_EQ(table.At(1, 300) + table.At(1, 599), 0);
-    table.Reset(0);
-    table.Resize(5);
-    EXPECT_THROW(table.Set(0, 0, 1), EListError);
+    TSampleTable none;
+    none.Resize(5);
+    EXPECT_THROW(none.Set(0, 0, 1), EListError);
 }
 
 } // namespace tidewell

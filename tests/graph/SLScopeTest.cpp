@@ -5,29 +5,29 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace tidewell {
 
-TEST(SLScope, ChannelNameCarriesTheLiveValue) {
+TEST(SLScope, ChannelNamesCarryTheLiveValue) {
     TSLScope scope;
     TSLDisplayChannel& channel = scope.Channels.Add();
-    struct TStep {
-        const char* Set; // nullptr: show the value on the name as it is
+    struct {
+        const char* Set; // nullptr: the value goes onto the name as it is
         double Value;
-        const char* Expected;
-    };
-    const std::vector<TStep> steps{
-        {"Temp", 21.5, "Temp:[21.50]"},
-        {nullptr, -3, "Temp:[-3.00]"},
-        {nullptr, 123456789, "Temp:[1.2345679E8]"},
-        {"", 1, ":[1.00]"},
-        {"A:[old]", 2, "A:[2.00]"},
+        const char* Name;
+        const char* Bits; // of a bit field "F"
+    } const steps[] = {
+        {"Temp", 21.5, "Temp:[21.50]", "F:[00000000 00010101]"},
+        {"", 1, ":[1.00]", "F:[00000000 00000001]"},
+        {"A:[old]", 258.9, "A:[258.90]", "F:[00000001 00000010]"},
         // More than 20 characters behind the mark: the rest stays in front of the value, and goes in turn.
-        {"A:[0123456789012345678\u00b0rest", 2, "A:[rest2.00]"},
-        {nullptr, 3, "A:[3.00]"},
+        {"A:[0123456789012345678\u00b0rest", -1, "A:[rest-1.00]", "F:[11111111 11111111]"},
+        {nullptr, 65538, "F:[65538.00]", "F:[00000000 00000010]"}, // wider than a register
+        {nullptr, 123456789, "F:[1.2345679E8]", "F:[11001101 00010101]"},
     };
     for (const auto& step : steps) {
         if (step.Set != nullptr) {
@@ -35,43 +35,93 @@ TEST(SLScope, ChannelNameCarriesTheLiveValue) {
             EXPECT_EQ(channel.Name(), step.Set);
         }
         channel.ShowValue(step.Value);
-        EXPECT_EQ(channel.Name(), step.Expected);
+        EXPECT_EQ(channel.Name(), step.Name);
+        if (step.Set != nullptr) { // each value takes the place of the last one, and its tail
+            channel.ShowValue(3);
+            EXPECT_TRUE(channel.Name().ends_with(":[3.00]"));
+        }
+        channel.ShowBits("F", step.Value);
+        EXPECT_EQ(channel.Name(), step.Bits);
     }
+    EXPECT_EQ(WithoutValue("Temp", 20), "Temp");
+    EXPECT_EQ(WithoutValue("T:[1.00]x", 7), "Tx");
+    EXPECT_EQ(WithoutValue("T:[\u00b0\u00b0]", 3), "T\u00b0]");
+    for (const auto& [value, whole] : {std::pair(-1.9, -1),
+                                       {1.9, 1},
+                                       {2147483646.5, 2147483646},
+                                       {2147483647.0, 2147483647},
+                                       {1e300, 2147483647},
+                                       {-2147483647.5, -2147483647},
+                                       {-1e300, -2147483647 - 1},
+                                       {std::nan(""), -2147483647 - 1}})
+        EXPECT_EQ(Truncated(value), whole) << value;
 }
 
-TEST(SLScope, ChannelNameCarriesBits) {
+TEST(SLScope, PointsLieBehindEachOther) {
     TSLScope scope;
-    TSLDisplayChannel& channel = scope.Channels.Add();
-    for (const auto& [value, bits] :
-         {std::pair{258.9, "00000001 00000010"},
-          {-1, "11111111 11111111"},
-          {65538, "00000000 00000010"}}) { // wider than a register: its low 16 bits
-        channel.ShowBits("Flags", value);
-        EXPECT_EQ(channel.Name(), std::string("Flags:[") + bits + "]");
+    TSLChannelData& data = scope.Channels.Add().Data;
+    for (int i = 0; i < 100; ++i)
+        data.AddYPoint(i * 2);
+    EXPECT_EQ(data.Points()[99].X, 99);
+    for (const auto& [from, left] :
+         {std::pair(100.0, 100U), {99.5, 100U}, {99, 99U}, {97.5, 98U}, {0, 0U}, {0, 0U}}) {
+        scope.Redraw.Begin();
+        const std::size_t before = data.GetSize();
+        data.DropFrom(from);
+        EXPECT_EQ(data.GetSize(), left);
+        EXPECT_EQ(scope.Redraw.IsPending(), left < before);
     }
-    channel.ShowValue(7); // the cursor shows a number on any channel
-    EXPECT_EQ(channel.Name(), "Flags:[7.00]");
+    EXPECT_THROW(scope.Channels[1], EListError);
+    EXPECT_THROW(scope.Labels[0], EListError);
 }
 
+// What the view is to draw anew, told once however often something is done.
 TEST(SLScope, TellsItsViewOnceUntilTheViewHasDrawn) {
     TSLScope scope;
+    TSLDisplayChannel& channel = scope.Channels.Add();
+    TSLScopeTextLabel& label = scope.Labels.Add();
+    const TSLPoint point{3, 4};
+    const TSLRange range{1, 2};
+    const std::vector<std::pair<std::function<void()>, const char*>> steps{
+        {[&] { channel.SetVisible(true); }, ""},
+        {[&] { channel.SetVisible(false); }, "picture"},
+        {[&] { channel.Data.AddXYPoint(1, 2); }, "picture"},
+        {[&] { channel.Data.Clear(); }, "picture"},
+        {[&] { channel.SetName("A"); }, "names"},
+        {[&] { channel.ShowValue(1); }, "names"},
+        {[&] { channel.ShowBits("A", 1); }, "names"},
+        {[&] { label.SetName("L"); }, "picture"},
+        {[&] { label.SetPosition(point); }, "picture"},
+        {[&] { scope.XAxis.Max.SetBoth(4); }, "picture"},
+        {[&] { scope.XAxis.Max.SetBoth(4); }, ""},
+        {[&] { scope.XAxis.SetZoom(range); }, "picture"},
+        {[&] { scope.ZoomOff(); }, "picture"},
+        {[&] { scope.ZoomOff(); }, ""},
+        {[&] { scope.UserClicks(scope.XAxis.ToolBar.Buttons.ZoomOneDir); }, "picture"},
+        {[&] { scope.SetHold(true); }, "picture"},
+        {[&] { scope.SetHold(true); }, ""},
+        {[&] { scope.ToolBar.SetVisible(true); }, "picture"},
+        {[&] { scope.UserMovesCursor(0, point); }, ""}, // nobody sees it
+        {[&] { scope.Cursors[0].SetVisible(true); }, "picture"},
+        {[&] { scope.UserMovesCursor(0, point); }, "picture"},
+        {[&] { scope.Labels.Clear(); }, "picture"},
+        {[&] { scope.Channels.Add(); }, "picture"},
+        {[&] { scope.Channels.Clear(); }, "curves picture"},
+    };
     int told = 0;
     const auto connection = scope.Redraw.Changed.Connect([&told] { ++told; });
-    TSLDisplayChannel& channel = scope.Channels.Add();
-    for (int i = 0; i < 100; ++i)
-        channel.Data.AddYPoint(i * 2);
-    EXPECT_EQ(told, 1);
-    scope.Redraw.Begin();
-    channel.SetVisible(true);
-    EXPECT_FALSE(scope.Redraw.IsPending());
-    channel.SetVisible(false);
-    scope.XAxis.Max.SetBoth(7);
-    EXPECT_EQ(told, 2);
-    std::vector<double> values(channel.Data.GetSize());
-    channel.Data.GetDrawYData(values.data());
-    EXPECT_EQ(values.back(), 198);
-    EXPECT_EQ(channel.Data.Points()[99].X, 99);
-    EXPECT_THROW(scope.Channels[1], EListError);
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        scope.Redraw.Begin();
+        told = 0;
+        steps[i].first();
+        steps[i].first();
+        std::string asked = scope.Redraw.AreCurvesReplaced() ? "curves " : "";
+        asked += scope.Redraw.IsPending() ? "picture" : scope.Redraw.AreNamesPending() ? "names" : "";
+        EXPECT_EQ(asked, steps[i].second) << i;
+        EXPECT_EQ(told, asked.empty() ? 0 : 1) << i;
+    }
+    scope.XAxis.Max.SetDataValue(5);
+    EXPECT_TRUE(scope.XAxis.Max.Value() == 4 && scope.XAxis.Max.DataValue() == 5);
 }
 
 TEST(SLScope, AnAxisShowsItsLimitsUnlessItIsZoomed) {
@@ -113,6 +163,7 @@ TEST(SLScope, AnAxisShowsItsLimitsUnlessItIsZoomed) {
         else
             scope.UserClicks(*step.Button);
         EXPECT_EQ(x.Shown(), step.Shown) << i;
+        EXPECT_EQ(x.Zoomed(), step.Shown != (TSLRange{100, 200})) << i;
         ASSERT_EQ(told.size(), step.Told ? 1U : 0U) << i;
         EXPECT_TRUE(told.empty() || told[0] == std::pair(before, step.Shown)) << i;
     }
@@ -135,73 +186,47 @@ TEST(SLScope, AnAxisShowsItsLimitsUnlessItIsZoomed) {
     EXPECT_EQ(told.size(), 2U);
 }
 
-TEST(SLScope, LimitsReadAsTheyWereSet) {
+TEST(SLScope, AZoomOfAllAxesLeavesThoseThatShowTheirLimits) {
     TSLScope scope;
-    auto& max = scope.XAxis.Max;
-    max.SetValue(3);
-    max.SetDataValue(4);
-    EXPECT_EQ(max.Value(), 3);
-    EXPECT_EQ(max.DataValue(), 4);
-    scope.Redraw.Begin();
-    max.SetBoth(4);
-    EXPECT_TRUE(scope.Redraw.IsPending());
-    scope.Redraw.Begin();
-    max.SetBoth(4);
-    max.SetAutoScale(false);
-    EXPECT_FALSE(scope.Redraw.IsPending());
+    int told = 0;
+    scope.OnZoomChanged = [&told](const TSLZoomRect&, const TSLZoomRect&) { ++told; };
+    const TSLRange a{1, 2};
+    const TSLRange b{-5, 5};
+    const auto [x, y] = scope.ShownRect();
+    for (const TSLZoomRect& rect : {TSLZoomRect{x, y},
+                                    {a, {y[0], y[1], b}},
+                                    {a, {b, a, b}},
+                                    {a, {b, a, b}},
+                                    {x, {a, y[1], a}},
+                                    {x, y}}) {
+        scope.UserZooms(rect);
+        EXPECT_EQ(scope.ShownRect(), rect);
+        EXPECT_EQ(scope.XAxis.Zoomed(), rect.X != x);
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            EXPECT_EQ(scope.Axis(static_cast<int>(axis))->Zoomed(), rect.Y.at(axis) != y.at(axis));
+    }
+    EXPECT_EQ(told, 4);
 }
 
-// What a view, the graph page or the user reads of a new surface.
+// What a view reads of a new surface.
 TEST(SLScope, BeginsWithItsSettings) {
     const TSLScope scope;
-    EXPECT_EQ(scope.RefreshInterval, 200);
-    EXPECT_EQ(scope.Zooming.Mode, EZoomMode::zmYAxis);
-    EXPECT_TRUE(scope.Zooming.HoldOnPan && scope.Highlighting.Channels.HiglightFromMouse);
-    EXPECT_FALSE(scope.Title.Visible || scope.ToolBar.Visible() || scope.Hold());
-    EXPECT_FALSE(scope.Legend.Cursors.Visible || scope.Legend.CursorLinks.Visible ||
-                 scope.Legend.Labels.Visible || scope.Legend.Channels.Caption.Visible ||
-                 scope.Legend.Labels.Caption.Visible);
-    ASSERT_EQ(scope.Cursors.Count(), 1U);
-    EXPECT_EQ(scope.Cursors[0].Name(), "CursorValue");
+    EXPECT_FALSE(scope.Title.Visible || scope.ToolBar.Visible() || scope.Hold() ||
+                 scope.Cursors[0].Visible());
     EXPECT_EQ(scope.Cursors[0].Color(), TColor{0x0000FFFF});
-    EXPECT_FALSE(scope.Cursors[0].Visible());
-    EXPECT_EQ(scope.Channels.Count() + scope.Labels.Count(), 0U);
-
-    ASSERT_EQ(scope.YAxis.AdditionalAxes.size(), 2U);
+    EXPECT_THROW(scope.Cursors[1], EListError);
     for (int index = 0; index < 3; ++index) {
-        const TSLScopeAxis* const axis = scope.Axis(index);
-        ASSERT_NE(axis, nullptr);
-        EXPECT_FALSE(axis->AxisLabel.Visible || axis->AutoScaling.EnabledMin);
-        EXPECT_EQ(axis->DataView.Lines.Visible && axis->DataView.ZeroLine.Visible, index == 0) << index;
-        EXPECT_EQ(axis->ToolBar.Buttons.ZoomOneDir.Visible, index != 2) << index;
-        EXPECT_EQ(axis->CursorSettings.SnapToSample, index == 2) << index;
+        const TSLScopeAxis& axis = *scope.Axis(index);
+        EXPECT_FALSE(axis.AxisLabel.Visible) << index;
+        EXPECT_EQ(axis.DataView.Lines.Visible, index == 0) << index;
+        EXPECT_EQ(axis.DataView.ZeroLine.Visible, index == 0) << index;
+        EXPECT_EQ(axis.ToolBar.Buttons.ZoomOneDir.Visible, index != 2) << index;
+        EXPECT_EQ(axis.Shown(), index == 2 ? (TSLRange{-100, 10}) : (TSLRange{0, 100})) << index;
     }
     EXPECT_EQ(scope.Axis(-1), nullptr);
     EXPECT_EQ(scope.Axis(3), nullptr);
     EXPECT_TRUE(scope.YAxis.Format.FixedPrecision);
     EXPECT_EQ(scope.YAxis.DataView.ZeroLine.Color, TColor{0x00008000});
-    EXPECT_EQ(scope.Axis(2)->Shown(), (TSLRange{-100, 10}));
-    EXPECT_FALSE(scope.XAxis.Min.AutoScale() || scope.XAxis.Max.AutoScale() || scope.XAxis.AxisLabel.Visible);
-    EXPECT_EQ(scope.XAxis.MaxSample.Value, 0);
-}
-
-TEST(SLScope, TellsWhereTheCursorWasMoved) {
-    TSLScope scope;
-    std::vector<double> told;
-    scope.Cursors.OnPositionChange = [&told](std::size_t cursor, const TSLPoint& position) {
-        EXPECT_EQ(cursor, 0U);
-        told.push_back(position.X);
-    };
-    scope.UserMovesCursor(0, {3, 4});
-    EXPECT_EQ(told, std::vector<double>{3});
-    EXPECT_EQ(scope.Cursors[0].Position().Y, 4);
-    EXPECT_FALSE(scope.Redraw.IsPending()); // nobody sees it
-    scope.Cursors[0].SetVisible(true);
-    scope.Redraw.Begin();
-    scope.UserMovesCursor(0, {5, 6});
-    EXPECT_TRUE(scope.Redraw.IsPending());
-    EXPECT_THROW(scope.UserMovesCursor(1, {0, 0}), EListError);
-    EXPECT_THROW(scope.Labels[0], EListError);
 }
 
 } // namespace tidewell

@@ -23,12 +23,21 @@ namespace tidewell::test {
 // What opens and exports datalogs works on, with the profile "/t/profile/a.pls" opened.
 class TDatalogRig {
   public:
-    explicit TDatalogRig(const std::string& profileText, int xAxisJump = 1000) {
+    explicit TDatalogRig(const std::string& profileText) {
         Files.Put("/t/profile/a.pls", profileText);
-        Page.XAxisJump = xAxisJump;
         Profile.Open("/t/profile/a.pls");
         Page.GraphInit(true);
         FileProgressBar.SetVisible(false);
+    }
+    // Makes files "0.log" and so on, to be chosen in the next dialog.
+    void ExpectFiles(const std::string& title, const std::string& folder,
+                     const std::vector<std::string>& contents) {
+        std::vector<std::filesystem::path> paths;
+        for (const std::string& content : contents) {
+            paths.push_back(folder + std::to_string(paths.size()) + ".log");
+            Files.Put(paths.back(), content);
+        }
+        Dialogs.ExpectOpenFiles(title, paths);
     }
     // What a channel holds of each sample; of the plot surface, or of the page's own table.
     std::vector<double> Drawn(std::size_t channel) const {

@@ -6,253 +6,185 @@
 
 #include <gmock/gmock.h>
 
-#include <optional>
+#include <tuple>
 
 namespace tidewell::test {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-
 namespace {
 
-constexpr const char* Question = "Stop the log?";
-constexpr const char* NoSdCard = "SD Card file is not a valid datalog file";
+using testing::ElementsAre;
+
 // Columns 3 and 18; the type codes, one of which is none, play no part.
 constexpr const char* TwoChannels = "[GraphPoints]\r\n"
                                     "A=First;1;clBlue;3;0;1;250;;;;;;1;\r\n"
                                     "B=Off;1;clBlue;4;0;1;x;;;;;;0;\r\n"
                                     "C=Last;1;clRed;18;-5;0;x;;;;;;1;\r\n";
 
-// The lines of a file; the row's number is the low byte of the first field.
-std::vector<std::string> Lines(const std::string& stamp = "2024;3;1;0;10;1;2;3;4;5") {
-    std::vector<std::string> lines;
-    for (int row = 0; row < 360; ++row) {
-        std::string line = "001" + std::to_string(row) + ";";
-        for (int column = 1; column < 15; ++column)
-            line += "000000;";
-        lines.push_back(line + "255255;");
-    }
-    lines.push_back(stamp);
-    lines.emplace_back("QX410_SD_datalog_by_Korvanium_A/S");
-    return lines;
+// A row whose number is the low byte of its first field.
+std::string Row(int number) {
+    std::string row = "001" + std::to_string(number) + ";";
+    for (int column = 1; column < 15; ++column)
+        row += "000000;";
+    return row + "255255;";
 }
 
-std::string Text(const std::vector<std::string>& lines, const char* end = "\r\n") {
-    std::string text;
-    for (const std::string& line : lines)
-        text += line + end;
-    return text;
+// A file, with another text on one of its lines, counted from 1.
+std::string File(int changed = 0, const std::string& text = {}, const char* end = "\r\n") {
+    std::string file;
+    for (int line = 1; line <= 362; ++line) {
+        if (line == changed)
+            file += text;
+        else if (line <= 360)
+            file += Row(line - 1);
+        else
+            file += line == 361 ? "2024;3;1;0;10;1;2;3;4;5" : "QX410_SD_datalog_by_Korvanium_A/S";
+        file += end;
+    }
+    return file;
 }
 
 class TSdRig : public TDatalogRig {
   public:
     explicit TSdRig(const std::string& profile = TwoChannels) : TDatalogRig(profile) {
         Reader.OnOpenProfile = [this](const std::filesystem::path& path) { Profile.Open(path); };
-        Reader.TakeTexts(
-            TIniFile(std::string("[HeadAppl]\nMessageStopLog=") + Question +
-                     "\nDialogOpenProfileCaption=Profile\nDialogOpenDatalogFileCaption=Datalog\n"));
+        Reader.TakeTexts(TIniFile("[HeadAppl]\nMessageStopLog=Stop?\nDialogOpenProfileCaption=Profile\n"
+                                  "DialogOpenDatalogFileCaption=Datalog\n"));
         Files.Put("/t/profile/card.SDpls", profile);
     }
-    void OpenFiles(const std::vector<std::string>& contents) {
-        std::vector<std::filesystem::path> paths;
-        for (const std::string& content : contents) {
-            paths.push_back("/t/" + std::to_string(paths.size()) + ".DAL");
-            Files.Put(paths.back(), content);
-        }
-        Dialogs.ExpectMessage(Question);
+    // What is told at last: that of the error, or of the box before it.
+    std::string Open(const std::vector<std::string>& contents) {
+        Dialogs.ExpectMessage("Stop?");
         Dialogs.ExpectOpenFile("Profile", "/t/profile/card.SDpls");
-        Dialogs.ExpectOpenFiles("Datalog", paths);
-        for (const std::string& text : Messages)
-            Dialogs.ExpectMessage(text, Answer);
-        Reader.Open_sd_datalogClick();
+        ExpectFiles("Datalog", "/t/", contents);
+        Dialogs.AllowMessage("SD Card file is not a valid datalog file");
+        Dialogs.AllowMessage("Datalog size is big proceed with truncated size", Truncate);
+        std::string outcome;
+        try {
+            Reader.Open_sd_datalogClick();
+            EXPECT_EQ(Page.CurrentLogStartDate, "29-2-2024");
+        } catch (const TError& failure) {
+            outcome = failure.what();
+        }
+        EXPECT_FALSE(FileProgressBar.Visible());
+        return Dialogs.Shown.size() > 3 ? Dialogs.Shown.back().Text.substr(0, 12) : outcome;
     }
     // "text@X" of the labels that the reader has added behind those of the page.
     std::vector<std::string> Labels() {
         std::vector<std::string> labels;
         for (std::size_t i = 12; i < Page.graph.Labels.Count(); ++i) {
             const TSLScopeTextLabel& label = Page.graph.Labels[i];
-            EXPECT_EQ(label.YAxisIndex(), 2);
-            EXPECT_EQ(label.Position().Y, 0.05);
+            EXPECT_TRUE(label.YAxisIndex() == 2 && label.Position().Y == 0.05);
             labels.push_back(label.Name() + '@' + std::to_string(static_cast<int>(label.Position().X)));
         }
         return labels;
     }
-    std::vector<std::string> Messages; // behind the dialogs
-    EModalResult Answer = EModalResult::Ok;
+    EModalResult Truncate = EModalResult::Yes;
     TSdDatalogReader Reader{Needs};
 };
 
 } // namespace
 
-TEST(SdDatalogReader, DrawsTheMinutesBeforeTheStamp) {
-    TSdRig rig;
-    rig.OpenFiles({Text(Lines())});
-    EXPECT_EQ(rig.Page.CurrentLogStartDate, "29-2-2024");
-    EXPECT_THAT(rig.Labels(), ElementsAre("18:11:00@1", "19:51:00@101", "21:31:00@201", "23:11:00@301"));
-    const auto first = rig.Drawn(0);
-    ASSERT_EQ(first.size(), 360U);
-    EXPECT_EQ(first[0], 25.6);
-    EXPECT_EQ(first[44], 30);
-    EXPECT_EQ(first[359], 61.5); // bytes are not masked
-    EXPECT_EQ(rig.Drawn(1), std::vector<double>(360, 65530));
-    EXPECT_EQ(rig.Page.graph.Channels[0].Data.Points()[359].X, 359);
-    EXPECT_EQ(rig.Page.graph.XAxis.Max.Value(), 1000);
-
-    // The page itself holds none of it, and no profile is open any more.
-    EXPECT_EQ(rig.Page.GraphSampleCount() + rig.Page.GraphDataLabelsTimeText.Count(), 0U);
-    EXPECT_FALSE(rig.Page.GraphScroll.Enabled());
-    EXPECT_TRUE(rig.Page.DatalogFileOpen);
-    EXPECT_FALSE(rig.Profile.ProfileLoaded);
-    EXPECT_FALSE(rig.FileProgressBar.Visible());
-    EXPECT_EQ(rig.Profile.currentprofilefile, "/t/profile/card.SDpls");
-    EXPECT_EQ(rig.MemoEventLog.Lines().back(), "/t/0.DAL");
-    EXPECT_EQ(rig.Log.Stopped, 2);
-    EXPECT_EQ(rig.Dialogs.Shown[0].Kind, EMessageKind::Information);
-    EXPECT_EQ(rig.Dialogs.Shown[0].Buttons, EButtons::OkCancel);
-    EXPECT_EQ(rig.Dialogs.LastFileDialog.InitialDirectory, "/t");
-    EXPECT_EQ(rig.Dialogs.LastFileDialog.Filters.at(rig.Dialogs.LastFileDialog.SelectedFilter).Mask, "*.DAL");
+TEST(SdDatalogReader, TellsWhatIsWrongWithAFileAndItsProfile) {
+    const std::string good = File();
+    const std::string none = "SD Card file";
+    const auto error = [](int line, const std::string& text, const std::string& kind = "integer value") {
+        return "/t/0.log, line " + std::to_string(line) + ": '" + text + "' is not a valid " + kind;
+    };
+    std::vector<std::pair<std::string, std::string>> cases{
+        {"", none},
+        {std::string("\0\xFF\x80\0", 4), none},
+        {good.substr(good.find('\n') + 1), none}, // magic on line 361
+        {good.substr(0, 9000), none},
+        {File(362, "sd_datalog_by_Korvanium_A/S"), none},
+        {File(362, "SD_datalog_by_Korvanium_A/S "), none},
+        {File(361, "2024;March;1;0;10"), error(361, "March")},
+        {File(361, "2024;3;1;0"), error(361, "")},
+        {File(8, "00x000;" + Row(7)), error(8, "00x")},
+        {File(8, "001;" + Row(7)), error(8, "")},
+        {File(360, ";" + Row(359)), error(360, "")},
+        {File(4, ""), error(4, "")},
+        {File(4, "001000;001000;"), error(4, "")},
+    };
+    for (const char* const stamp : {"2023;2;29;0;10", "2023;0;1;0;0", "2023;13;1;0;10", "2023;1;0;0;0",
+                                    "2023;1;32;0;0", "2023;1;257;0;10", "2023;1;1;24;0", "2023;1;1;-1;0",
+                                    "2023;1;1;0;-1", "2023;1;1;0;60", "10000;1;1;0;0", "0;1;1;0;0"})
+        cases.emplace_back(File(361, stamp), error(361, stamp, "date and time"));
+    for (const auto& [file, outcome] : cases) {
+        TSdRig rig;
+        EXPECT_EQ(rig.Open({file}), outcome);
+        EXPECT_TRUE(rig.Drawn(0).empty());
+        EXPECT_EQ(rig.MemoEventLog.Lines().back(),
+                  "SD-card datalog refused: " + (outcome == none ? "/t/0.log" : outcome));
+    }
+    const std::string bad = "'x' is not a valid integer value (field 3 of row \"Bad\")";
+    for (const auto& [profile, outcome] : std::vector<std::pair<std::string, std::string>>{
+             {"[NabtoSection]\r\n", "/t/profile/card.SDpls: no row of [GraphPoints] is a channel"},
+             {"[GraphPoints]\r\nA=Bad;1;clRed;x;0;0;0;;;;;;1;\r\n", bad}})
+        EXPECT_EQ(TSdRig(profile).Open({good}), outcome);
 }
 
-TEST(SdDatalogReader, StandsFilesOfManyKinds) {
-    struct TCase {
-        std::string File;
-        std::string Outcome; // the first value drawn, or the start of the error
-    };
-    const auto with = [](std::size_t line, const std::string& text) {
-        auto lines = Lines();
-        lines.at(line - 1) = text;
-        return Text(lines);
-    };
-    const auto error = [](int line, const std::string& text, const char* kind) {
-        return "/t/0.DAL, line " + std::to_string(line) + ": '" + text + "' is not a valid " + kind;
-    };
-    const std::string good = Text(Lines());
-    const std::string row = Lines()[0];
-    const std::string refused = "List index out of bounds (-1)";
-    std::vector<TCase> cases{
-        {Text(Lines(), "\n"), "25.6"},
-        {good.substr(0, good.size() - 2), "25.6"},
-        {good + "1;2;3\r\n" + std::string(5000, 'x'), "25.6"},
-        {"\xEF\xBB\xBF" + good, "25.6"},
-        {with(362, "SD_datalog_by_Korvanium_A/S"), "25.6"},
-        {with(1, "002000"), "51.2"}, // stands for all that are missing
-        {with(1, "  1  1;" + row), "25.7"},
-        {with(1, "999999;" + row), "25674.3"},
-        {"", refused},
-        {std::string("\0\xFF\x80\0", 4), refused},
-        {good.substr(row.size() + 2), refused}, // magic on line 361
-        {good.substr(0, 9000), refused},
-        {with(362, "sd_datalog_by_Korvanium_A/S"), refused},
-        {with(362, "SD_datalog_by_Korvanium_A/S "), refused},
-        {with(361, "2024;March;1;0;10"), error(361, "March", "integer")},
-        {with(361, "2024;3;1;0"), error(361, "", "integer")},
-        {with(8, "00x000;" + row), error(8, "00x", "integer")},
-        {with(8, "001;" + row), error(8, "", "integer")},
-        {with(360, ";" + row), error(360, "", "integer")},
-        {with(4, ""), error(4, "", "integer")},
-        {with(4, "001000;001000;"), error(4, "", "integer")},
-    };
-    for (const char* const stamp : {"2023;2;29;0;10", "2023;13;1;0;10", "2023;1;257;0;10", "2023;1;1;24;0",
-                                    "2023;1;1;0;-1", "99999;1;1;0;0", "0;1;1;0;0"})
-        cases.push_back({with(361, stamp), error(361, stamp, "date and time")});
-    for (const auto& sample : cases) {
+TEST(SdDatalogReader, ReadsValuesAndStampsOfManyForms) {
+    const std::string good = File();
+    // The first value drawn, and the first label; the stamp is that of the last row.
+    for (const auto& [file, value, label] : std::vector<std::tuple<std::string, std::string, std::string>>{
+             {File(0, {}, "\n"), "25.6", "18:11:00"},
+             {good.substr(0, good.size() - 2), "25.6", "18:11:00"},
+             {good + "1;2;3\r\n" + std::string(5000, 'x'), "25.6", "18:11:00"},
+             {"\xEF\xBB\xBF" + good, "25.6", "18:11:00"},
+             {File(362, "SD_datalog_by_Korvanium_A/S"), "25.6", "18:11:00"},
+             {File(1, "002000"), "51.2", "18:11:00"}, // stands for all that are missing
+             {File(1, "  1  1;" + Row(0)), "25.7", "18:11:00"},
+             {File(1, "999999;" + Row(0)), "25674.3", "18:11:00"},
+             {File(361, "2024;3;1;0;0"), "25.6", "18:01:00"},
+             {File(361, "2024;2;29;23;59"), "25.6", "18:00:00"}}) {
         TSdRig rig;
-        if (sample.Outcome == refused)
-            rig.Messages = {NoSdCard};
-        std::string outcome;
-        try {
-            rig.OpenFiles({sample.File});
-            ASSERT_EQ(rig.Drawn(0).size(), 360U);
-            outcome = FixedText(rig.Drawn(0)[0], 1);
-            EXPECT_EQ(rig.Drawn(0)[1], 25.7);
-        } catch (const TError& failure) {
-            outcome = failure.what();
-            EXPECT_TRUE(rig.Drawn(0).empty());
-            EXPECT_FALSE(rig.FileProgressBar.Visible());
-            EXPECT_EQ(rig.MemoEventLog.Lines().back(),
-                      "SD-card datalog refused: " + (sample.Outcome == refused ? "/t/0.DAL" : outcome));
-        }
-        EXPECT_THAT(outcome, testing::StartsWith(sample.Outcome));
+        EXPECT_EQ(rig.Open({file}), "");
+        const auto drawn = rig.Drawn(0);
+        ASSERT_EQ(drawn.size(), 360U);
+        EXPECT_EQ(FixedText(drawn[0], 1), value);
+        EXPECT_EQ(drawn[1], 25.7);
+        EXPECT_EQ(drawn[359], 61.5); // bytes are not masked
+        EXPECT_EQ(rig.Labels().at(0), label + "@1");
     }
     TSdRig rig;
-    rig.Dialogs.ExpectMessage(Question);
-    rig.Dialogs.ExpectOpenFile("Profile", "/t/profile/card.SDpls");
-    rig.Dialogs.ExpectOpenFiles("Datalog", {"/t/none.DAL"});
-    EXPECT_THROW(rig.Reader.Open_sd_datalogClick(), EInOutError);
-    EXPECT_THAT(rig.MemoEventLog.Lines().back(), testing::HasSubstr("refused: Cannot read /t/none.DAL"));
+    rig.Open({good});
+    EXPECT_THAT(rig.Labels(), ElementsAre("18:11:00@1", "19:51:00@101", "21:31:00@201", "23:11:00@301"));
+    EXPECT_EQ(rig.Drawn(1), std::vector<double>(360, 65530));
+    EXPECT_EQ(rig.Page.graph.Channels[0].Data.Points()[359].X, 359);
+    EXPECT_EQ(rig.Page.GraphSampleCount(), 0U); // the page itself holds none of it
+    EXPECT_TRUE(rig.Page.DatalogFileOpen && !rig.Profile.ProfileLoaded);
+    EXPECT_EQ(rig.Log.Stopped, 2);
 }
 
 TEST(SdDatalogReader, JoinsFilesAndCutsManyDown) {
-    constexpr const char* Big = "Datalog size is big proceed with truncated size";
-    struct TCase {
+    const std::string good = File();
+    struct {
         std::vector<std::string> Files;
-        std::vector<std::string> Messages;
-        EModalResult Answer;
+        int Jump;
+        EModalResult Truncate;
+        std::string Told;
         std::size_t Rows;
-        double Max;
+        double Last, Max;
         std::size_t Labels;
+    } const cases[] = {
+        {{good, good}, 1000, EModalResult::Yes, "", 720, 61.5, 1000, 8},
+        {{good, good}, 721, EModalResult::Yes, "", 720, 61.5, 721, 8},
+        {{good, good}, 720, EModalResult::Yes, "", 720, 61.5, 1440, 2},
+        {{good, "bad", good}, 1000, EModalResult::Yes, "SD Card file", 720, 61.5, 1000, 8},
+        {{good, "bad"}, 1000, EModalResult::Yes, "SD Card file", 360, 61.5, 1000, 4},
+        {std::vector(27, good), 1000, EModalResult::Yes, "", 9720, 61.5, 10720, 20},
+        {std::vector(28, good), 1000, EModalResult::Yes, "Datalog size", 1008, 60.6, 2008, 3},
+        {std::vector(28, good), 1000, EModalResult::No, "Datalog size", 10080, 61.5, 11080, 21},
     };
-    const std::string good = Text(Lines());
-    const std::vector<TCase> cases{
-        {{good, good}, {}, EModalResult::Ok, 720, 1000, 8},
-        {{good, good, good}, {}, EModalResult::Ok, 1080, 2080, 3},
-        {{good, "bad", good}, {NoSdCard}, EModalResult::Ok, 720, 1000, 8},
-        {{good, "bad"}, {NoSdCard}, EModalResult::Ok, 360, 1000, 4},
-        {std::vector<std::string>(28, good), {Big}, EModalResult::No, 10080, 11080, 21},
-        {std::vector<std::string>(28, good), {Big}, EModalResult::Yes, 1008, 2008, 3},
-        {std::vector<std::string>(27, good), {}, EModalResult::Ok, 9720, 10720, 20},
-    };
-    for (const auto& sample : cases) {
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::to_string(c.Files.size()) + " files, jump " + std::to_string(c.Jump));
         TSdRig rig;
-        rig.Messages = sample.Messages;
-        rig.Answer = sample.Answer;
-        rig.OpenFiles(sample.Files);
-        EXPECT_EQ(rig.Drawn(0).size(), sample.Rows);
-        EXPECT_EQ(rig.Drawn(0).back(), sample.Answer == EModalResult::Yes ? 60.6 : 61.5);
-        EXPECT_EQ(rig.Page.graph.XAxis.Max.DataValue(), sample.Max);
-        EXPECT_EQ(rig.Labels().size(), sample.Labels);
-        EXPECT_TRUE(rig.Dialogs.AllAnswered());
-    }
-}
-
-TEST(SdDatalogReader, EndsWhereTheUserOrTheProfileEndsIt) {
-    struct TCase {
-        const char* What;
-        EModalResult Stop;
-        std::optional<std::filesystem::path> Profile;
-        bool DataAsked;
-        bool Loaded; // a profile counts as open in the end
-    };
-    const std::vector<TCase> cases{
-        {"not to be stopped", EModalResult::Cancel, std::nullopt, false, true},
-        {"no profile", EModalResult::Ok, std::nullopt, false, false},
-        {"no data", EModalResult::Ok, "/t/profile/card.SDpls", true, false},
-    };
-    for (const auto& sample : cases) {
-        SCOPED_TRACE(sample.What);
-        TSdRig rig("[GraphPoints]\r\nA=First;1;clBlue;3;0;1;250;;;;;;1;\r\n");
-        rig.Page.AddGraphSample("0;d;t;1;", 0);
-        rig.Dialogs.ExpectMessage(Question, sample.Stop);
-        if (sample.Stop == EModalResult::Ok)
-            rig.Dialogs.ExpectOpenFile("Profile", sample.Profile);
-        if (sample.DataAsked)
-            rig.Dialogs.ExpectOpenFiles("Datalog", {});
-        rig.Reader.Open_sd_datalogClick();
-        EXPECT_EQ(rig.Profile.ProfileLoaded, sample.Loaded);
-        EXPECT_EQ(rig.Page.GraphSampleCount(), sample.Stop == EModalResult::Ok ? 0U : 1U);
-        EXPECT_TRUE(rig.Dialogs.AllAnswered());
-    }
-    for (const char* profile : {"[NabtoSection]\r\n", "[GraphPoints]\r\nA=Bad;1;clRed;x;0;0;0;;;;;;1;\r\n"}) {
-        TSdRig rig(profile);
-        try {
-            rig.OpenFiles({Text(Lines())});
-            FAIL() << profile;
-        } catch (const TError& error) {
-            EXPECT_THAT(
-                error.what(),
-                testing::AnyOf(HasSubstr("card.SDpls: no row of [GraphPoints] is a channel"),
-                               HasSubstr("'x' is not a valid integer value (field 3 of row \"Bad\")")));
-        }
+        rig.Page.XAxisJump = c.Jump;
+        rig.Truncate = c.Truncate;
+        EXPECT_EQ(rig.Open(c.Files), c.Told);
+        EXPECT_EQ(rig.Drawn(0).size(), c.Rows);
+        EXPECT_EQ(rig.Drawn(0).back(), c.Last);
+        EXPECT_EQ(rig.Page.graph.XAxis.Max.DataValue(), c.Max);
+        EXPECT_EQ(rig.Labels().size(), c.Labels);
     }
 }
 

@@ -33,46 +33,15 @@ class SetpointFiles : public TSetpointProgram {
     }
 };
 
-TEST_F(SetpointFiles, ASaveHoldsEverySetpointWhateverItsRow) {
-    Hold(100, -15);
-    Hold(101, 6);
-    Hold(102, 8);
-    Hold(103, 54321);
-    // Rows are listed in the order of their text. Key: name; EEadr; Min; Max; Decimal; Offset; ModbusAdr;
-    // structnumber; Enhed; User1 to 5. UserUnits has texts for 0 to 7 and one more row.
-    OpenRows("k0=A Air;1;-50;99;1;5; 40100 ;3;1;u1;u2;u3;u4;u5;G;\n"
-             "k1=B Mode;1;0;9;0;0;40101;4;7;;;;;;G;\n"
-             "k2=B Mode of the last text;1;0;9;0;0;40102;5;10;;;;;;G;\n"
-             "k3=C;1;0;9;0;0;40103;3;0;;;;;;G;\n"
-             "k4=D none;1;0;9;0;0;40104;;1;;;;;;G;\n"
-             "k5=E low;1;0;9;0;0;40105;2;0;;;;;;G;\n"
-             "k6=F beyond;1;0;9;0;0;40106;7;18;;;;;;G;\n"
-             "k7=G big;1;0;9;-4;0;40107;6;0;;;;;;G;\n"
-             "k8=Ø;1;0;9;0;0;40108;3;0;;;;;;G;\n"
-             "k9=Øl;1;0;9;2;0;x;s3;zz;;;;;;G;\n");
-    const std::string saved = Save("/t/setpoint/x.csv", 3);
-    ExpectGolden("each_kind_of_setpoint.csv", saved);
-    EXPECT_FALSE(Dialogs.LastFileDialog.AskOverwrite);
-    EXPECT_EQ(Dialogs.LastFileDialog.InitialDirectory, "/t/setpoint");
+TEST_F(SetpointFiles, ASaveOfNothingOrOfAFaultyProfile) {
     // No setpoint question: the head alone. No such device: nothing.
     OpenProfile("[Main Device]\nEnable=1\nR1=1;4;0;4;L;\n[L]\na=x;\n");
-    EXPECT_EQ(Save(), saved.substr(0, saved.find("A Air")));
+    EXPECT_EQ(SplitLines(Save()).size(), 4U);
     Program->SetpointFiles.SetpointSaveSetpoints("0");
-
-    // A fault of the profile names the setpoint and leaves no file.
-    for (const auto& [row, error] : std::vector<std::pair<std::string, std::string>>{
-             {"X=Mode;1;0;9;1;0;7;4;7;", "Setpoint Mode: '0.6' is not a valid integer value"},
-             {"X=Mode;1;0;9;1;0;7;2;10;", "Setpoint Mode: '' is not a valid integer value"},
-             {"X=Mode;1;0;9;a;0;7;3;1;", "Setpoint Mode: 'a' is not a valid integer value"},
-             {"X=Mode;1;0;9;1;0;7;--3;1;",
-              "Setpoint Mode: structnumber '--3' is not a valid integer value"}}) {
-        OpenRows(row + ";;;;;G;\n");
-        if (row.find(";2;") != std::string::npos)
-            Dialogs.ExpectMessage("Error Data not valid Code= 1");
-        EXPECT_THAT([this] { Program->SetpointFiles.SetpointSaveSetpoints("Main Device"); },
-                    testing::ThrowsMessage<EConvertError>(error));
-        EXPECT_FALSE(Program->ReadBack.Running());
-    }
+    OpenRows("X=Mode;1;0;9;a;0;7;3;1;;;;;G;\n");
+    EXPECT_THAT([this] { Program->SetpointFiles.SetpointSaveSetpoints("Main Device"); },
+                testing::ThrowsMessage<EConvertError>("Setpoint Mode: 'a' is not a valid integer value"));
+    EXPECT_FALSE(Program->ReadBack.Running());
 }
 
 TEST_F(SetpointFiles, TheFileGoesWhereItCan) {

@@ -277,14 +277,20 @@ TEST_F(SetpointPage, SendsAnUntouchedValueAsItStandsIfStrict) {
 }
 
 TEST_F(SetpointPage, FiltersByNameUnitOrAddress) {
-    OpenList({Row("1 Zuluft \u00C4rger", {{9, "4"}, {18, "7"}}), Row("2 Abluft", {{9, "13"}, {18, "none"}}),
-              Row("3 zu", {{9, "4"}, {18, "9"}}), Row("4"), Row("5")});
+    OpenList({Row("1 Zuluft \u00C4rger \u00C0 \u00DE \u00D7", {{9, "4"}, {18, "7"}}),
+              Row("2 Abluft", {{9, "13"}, {18, "none"}}), Row("3 zu", {{9, "4"}, {18, "9"}}), Row("4"),
+              Row("5")});
     Choose(0, 0);
     const std::vector<std::size_t> all{0, 1, 2, 3, 4};
     for (const auto& [typed, rows] :
          std::vector<std::pair<std::string, std::vector<std::size_t>>>{{"ZU", {0, 2}},
                                                                        {"luft", {0, 1}},
                                                                        {"\u00E4RG", {0}},
+                                                                       {"\u00E0", {0}},
+                                                                       {"\u00FE", {0}},
+                                                                       {"\u00D7", {0}},
+                                                                       {"\u00F7", {}},
+                                                                       {"\u00BF", {}},
                                                                        {"% RH", {1}},
                                                                        {"M\u00B3", {0, 2}},
                                                                        {"401", all},
