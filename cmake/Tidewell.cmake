@@ -24,10 +24,10 @@ function(tidewell_in_batches target)
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endfunction()
 
-# tidewell_test(<folder> SOURCES ... LINKS ...): one test program per folder, run under three locales. With OWN_MAIN
-# the sources hold a main of their own.
+# tidewell_test(<folder> SOURCES ... LINKS ...): one test program per folder, run under three locales, or with ONE_LOCALE
+# under one. With OWN_MAIN the sources hold a main of their own.
 function(tidewell_test name)
-    cmake_parse_arguments(ARG "OWN_MAIN" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "OWN_MAIN;ONE_LOCALE" "" "SOURCES;LINKS" ${ARGN})
     if(NOT ARG_OWN_MAIN)
         list(APPEND ARG_SOURCES ${PROJECT_SOURCE_DIR}/tests/support/Main.cpp)
     endif()
@@ -35,7 +35,11 @@ function(tidewell_test name)
     tidewell_in_batches(${name}_tests)
     target_link_libraries(${name}_tests PRIVATE ${ARG_LINKS} tidewell_test_support tidewell_warnings GTest::gmock)
     target_include_directories(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
-    foreach(locale C.UTF-8 de_DE.UTF-8 da_DK.UTF-8)
+    set(locales C.UTF-8)
+    if(NOT ARG_ONE_LOCALE)
+        list(APPEND locales de_DE.UTF-8 da_DK.UTF-8)
+    endif()
+    foreach(locale ${locales})
         add_test(NAME ${name}.${locale} COMMAND ${name}_tests)
         set_tests_properties(${name}.${locale} PROPERTIES ENVIRONMENT "LC_ALL=${locale};LANG=${locale};QT_QPA_PLATFORM=offscreen" TIMEOUT 300)
     endforeach()

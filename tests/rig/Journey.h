@@ -45,11 +45,16 @@ class TJourney : public IDialogs {
     std::function<void()> OnStep;
     // At each dialog, once it is open.
     std::function<void()> OnDialog;
+    // When all steps are taken, before what is left open is closed.
+    std::function<void()> OnEnd;
     // Goes on where the journey and the program part: steps that cannot be taken are left out, and dialogs
     // that no answer stands for are cancelled. Nothing is told.
     bool Lenient = false;
     // No step is taken any more.
     bool Ended = false;
+    const std::string& StepText() const {
+        return Case.Steps[Next == 0 ? 0 : Next - 1].Text;
+    }                               // the last one taken
     std::vector<std::string> Boxes; // texts of all message boxes
 
     EModalResult ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) override;

@@ -50,7 +50,6 @@ class TWorld {
     TFakeKHelper KHelper{&Libraries};
     std::unique_ptr<TSimulatedCloud> Cloud;
     bool Online = true;
-    std::unique_ptr<TProgram> Program;
 
     // A call to the library or an exchange with the cloud, in short: "ping 410000000001",
     // "POST /login service 200". What frees memory and reads streams tells nothing.
@@ -63,6 +62,9 @@ class TWorld {
     std::string Call(const std::string& call) const;
 
     std::vector<std::string> Tokens; // in the order handed out since the start
+
+  public:
+    std::unique_ptr<TProgram> Program; // goes before all that it lives in
 };
 
 } // namespace tidewell::test

@@ -16,17 +16,28 @@ class TMemoryFiles::TWriter : public IFileWriter {
   public:
     TWriter(TMemoryFiles& files, std::filesystem::path path) : Files(files), Path(std::move(path)) {}
     void Write(std::string_view bytes) override {
+        Whole = false;
+        Tell();
         if (bytes.size() > Files.Room)
             throw EInOutError("Cannot write " + Path.string() + ": No space left on device");
         Files.Room -= bytes.size();
         Buffer += bytes;
+        Whole = true;
     }
     void Commit() override {
+        Tell();
+        if (!Whole)
+            Files.Torn.push_back(Path);
         Files.Content[Path] = Buffer;
         Files.Directories.insert(Path.parent_path());
     }
 
   private:
+    void Tell() const {
+        if (Files.OnWrite)
+            Files.OnWrite(Path);
+    }
+    bool Whole = true;
     TMemoryFiles& Files;
     std::filesystem::path Path;
     std::string Buffer;
@@ -82,6 +93,8 @@ std::unique_ptr<IFileWriter> TMemoryFiles::Replace(const std::filesystem::path& 
         throw EInOutError("Cannot write " + path.string() + ": Permission denied");
     if (!DirectoryExists(plain.parent_path()))
         throw EInOutError("Cannot write " + path.string() + ": No such file or directory");
+    if (OnWrite)
+        OnWrite(plain);
     return std::make_unique<TWriter>(*this, plain);
 }
 

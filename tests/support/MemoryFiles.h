@@ -2,9 +2,11 @@
 
 #include "core/ports/IFiles.h"
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace tidewell::test {
 
@@ -21,6 +23,12 @@ class TMemoryFiles : public IFiles {
     std::filesystem::path CurrentDirectory; // relative paths are below it
     // Bytes that can still be written before the disk is full.
     std::size_t Room = static_cast<std::size_t>(-1);
+
+    // Before a file is opened for writing, written to, and put in place; may throw, as for a disk that is
+    // full.
+    std::function<void(const std::filesystem::path&)> OnWrite;
+    // Files put in place although not all of them could be written.
+    std::vector<std::filesystem::path> Torn;
 
     void Put(const std::filesystem::path& path, const std::string& bytes);
 

@@ -123,11 +123,15 @@ std::unique_ptr<ITimer> TVirtualTime::CreateTimer() {
 }
 
 void TVirtualTime::Sleep(int ms) {
+    if (OnWait)
+        OnWait();
     Sleeps.push_back(ms);
     Current += ms;
 }
 
 void TVirtualTime::ProcessMessages() {
+    if (OnWait)
+        OnWait();
     // What a handler schedules for this very moment waits for the next turn, so that this call ends.
     const std::uint64_t before = NextSequence;
     const std::int64_t until = Current;

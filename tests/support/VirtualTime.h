@@ -23,6 +23,8 @@ class TVirtualTime : public ITimers, public IWait, public IClock {
 
     // What happens to an exception that leaves a timer's handler; unset, it leaves Advance.
     std::function<void(const std::exception&)> OnException;
+    // At the beginning of each Sleep and ProcessMessages.
+    std::function<void()> OnWait;
     // Every Sleep, in order, in ms.
     std::vector<int> Sleeps;
 

@@ -1,0 +1,205 @@
+#include "core/Errors.h"
+#include "rig/Journey.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <iostream>
+#include <set>
+#include <string>
+#include <vector>
+
+// Every journey again, with one thing going wrong at every place where it can. Only rules are checked.
+namespace tidewell::test {
+namespace {
+
+enum class EMishap { Close, RefusedWrite, LostExchange, NoExchange };
+
+// The places of one kind that a journey comes through, and the one at which something is done.
+class TPlaces {
+  public:
+    // before: what was asked last, so that a loop counts as one place.
+    void Pass(const std::string& where, const std::function<void()>& mishap) {
+        std::string name = where;
+        std::erase_if(name, [](unsigned char character) { return std::isdigit(character) != 0; });
+        Names.push_back(name);
+        if (At == Names.size() - 1)
+            mishap();
+    }
+    std::vector<std::string> Names;
+    std::size_t At = static_cast<std::size_t>(-1);
+};
+
+// One journey with one mishap, and the rules.
+class TSweep {
+  public:
+    TSweep(TJourneyCase journey, EMishap mishap, std::size_t at = static_cast<std::size_t>(-1))
+        : Case(std::move(journey)), Journey(Case), Mishap(mishap) {
+        Places.At = at;
+        Journey.Lenient = true;
+        Listen();
+        Journey.Play();
+        Check();
+    }
+    TPlaces Places;
+
+  private:
+    std::string Where(const std::string& kind) const {
+        return Journey.StepText() + "|" + kind + "|" + LastCall.substr(0, LastCall.find(' '));
+    }
+    void Listen() {
+        TWorld& world = Journey.World;
+        world.OnExchange = [this](const std::string& call) {
+            LastCall = call;
+            const bool isEnd =
+                call.starts_with("StreamClose") || call == "CloseSession" || call == "Shutdown";
+            if (Closed && !isEnd && Journey.World.Program)
+                After.push_back("asked: " + call);
+        };
+        if (Mishap == EMishap::Close) {
+            world.Time.OnWait = [this] {
+                Places.Pass(Where("wait"), [this] { Journey.World.Time.After(0, [this] { Close(); }); });
+            };
+            Journey.OnDialog = [this] { Places.Pass(Where("dialog"), [this] { Close(); }); };
+        } else if (Mishap == EMishap::RefusedWrite) {
+            world.Files.OnWrite = [this](const std::filesystem::path& path) {
+                if (path.string().starts_with("/t/nabto_config")) // which is the library's
+                    return;
+                Places.Pass(Where(path.parent_path().string()), [&] {
+                    Refused = path.string();
+                    throw EInOutError("Cannot write " + path.string() + full);
+                });
+            };
+        } else {
+            Journey.OnDialog = [this] { // a logon of the command line is asked for without end
+                if (Journey.Boxes.size() > 30)
+                    Close();
+            };
+            world.BeforeExchange = [this] {
+                Journey.World.Online = Online;
+                Places.Pass(Where("exchange"), [this] { Lose(); });
+            };
+        }
+        Journey.OnStep = [this] { CheckScreen(); };
+        Journey.OnEnd = [this] { End(); };
+    }
+    void Close() {
+        if (!Journey.World.Program || Journey.Ended)
+            return;
+        TProgram& program = *Journey.World.Program;
+        program.CloseDown.AskBeforeClose = false; // as when the system ends the program
+        program.FormMain.Close();
+        EXPECT_TRUE(Journey.World.Application.IsTerminated);
+        Journey.Ended = true;
+        Closed = true;
+        Boxes = Journey.Boxes.size();
+    }
+    void Lose() {
+        Journey.World.Online = false;
+        Online = Mishap == EMishap::LostExchange;
+        TFault fault{.Kind = EFault::NoAnswer, .Number = 0, .Text = {}, .When = {}};
+        if (Mishap == EMishap::LostExchange)
+            fault.When.Times = 1;
+        for (const char* name : {"aria1", "hub1", "aria2"})
+            if (auto* const controller = Journey.World.Nabto.FindController(name))
+                controller->Faults.Add(fault);
+    }
+    // The button that tells of the log is true.
+    void CheckScreen() const {
+        const TProgram& program = *Journey.World.Program;
+        const auto color = program.FormMain.TrafficButton.Color();
+        if (color && color->Green() != 0 && color->Red() == 0 && !Journey.World.Application.IsTerminated) {
+            EXPECT_TRUE(program.LiveLog.DatalogOn && program.NabtoDevice.Cycle.Dologging)
+                << Journey.StepText();
+        }
+    }
+    static bool TellsRefusal(const std::vector<std::string>& lines) {
+        return std::ranges::any_of(lines, [](auto& line) { return line.find(full) != std::string::npos; });
+    }
+    void End() {
+        if (!Journey.World.Program)
+            return;
+        RefusalTold = TellsRefusal(Journey.World.Program->FormMain.MemoEventLog.Lines());
+        if (!Closed)
+            return;
+        Journey.World.Time.OnWait = nullptr;
+        Journey.World.Time.Advance(600000);
+        Journey.World.Program->Finish();
+        EXPECT_EQ(Journey.Boxes.size(), Boxes) << Journey.Boxes.back();
+        EXPECT_EQ(After, std::vector<std::string>()) << "behind the close";
+    }
+    void Check() const {
+        const TWorld& world = Journey.World;
+        EXPECT_EQ(world.Nabto.OpenStreams(), 0U);
+        EXPECT_EQ(world.Nabto.OpenSessions(), 0U);
+        EXPECT_EQ(world.Files.Torn, std::vector<std::filesystem::path>());
+        EXPECT_TRUE(Refused.empty() || RefusalTold || TellsRefusal(Journey.Boxes) ||
+                    TellsRefusal(world.Application.Errors))
+            << "nobody is told that " << Refused << " was not written";
+    }
+
+    static constexpr const char* full = ": No space left on device";
+
+    TJourneyCase Case;
+    TJourney Journey;
+    EMishap Mishap;
+    std::string LastCall;
+    bool Online = true;
+    bool Closed = false;
+    std::string Refused;            // file
+    bool RefusalTold = false;       // in the event log
+    std::size_t Boxes = 0;          // at the close
+    std::vector<std::string> After; // it, what was asked
+};
+
+std::vector<TJourneyCase> AllCases() {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/journeys"))
+        paths.push_back(entry.path());
+    std::ranges::sort(paths);
+    std::vector<TJourneyCase> all;
+    for (const auto& path : paths)
+        for (TJourneyCase& one : ReadJourney(path))
+            all.push_back(std::move(one));
+    return all;
+}
+
+// Each place once, however many journeys come through it; with TIDEWELL_SWEEP_ALL set each in each of them.
+void Sweep(EMishap mishap) {
+    std::set<std::string> seen;
+    for (const TJourneyCase& one : AllCases()) {
+        const TSweep untouched(one, mishap);
+        std::set<std::string> here;
+        for (std::size_t at = 0; at < untouched.Places.Names.size(); ++at) {
+            const std::string& name = untouched.Places.Names[at];
+            const bool isNew = std::getenv("TIDEWELL_SWEEP_ALL") != nullptr ? here.insert(name).second
+                                                                            : seen.insert(name).second;
+            if (!isNew)
+                continue;
+            SCOPED_TRACE(one.Title + ": " + name);
+            const TSweep swept(one, mishap, at);
+        }
+    }
+    std::cout << seen.size() << " places\n";
+}
+
+TEST(TSweeps, CloseTheProgramAtEachWaitAndDialog) {
+    Sweep(EMishap::Close);
+}
+TEST(TSweeps, RefuseEachWrite) {
+    Sweep(EMishap::RefusedWrite);
+}
+TEST(TSweeps, LoseEachExchange) {
+    Sweep(EMishap::LostExchange);
+}
+TEST(TSweeps, LoseEachExchangeForGood) {
+    Sweep(EMishap::NoExchange);
+}
+
+} // namespace
+} // namespace tidewell::test
