@@ -109,8 +109,9 @@ class TSweep {
                 controller->Faults.Add(fault);
     }
     // The button that tells of the log is true.
-    void CheckScreen() const {
+    void CheckScreen() {
         const TProgram& program = *Journey.World.Program;
+        RefusalTold |= TellsRefusal(program.FormMain.MemoEventLog.Lines());
         const auto color = program.FormMain.TrafficButton.Color();
         if (color && color->Green() != 0 && color->Red() == 0 && !Journey.World.Application.IsTerminated) {
             EXPECT_TRUE(program.LiveLog.DatalogOn && program.NabtoDevice.Cycle.Dologging)
@@ -121,10 +122,7 @@ class TSweep {
         return std::ranges::any_of(lines, [](auto& line) { return line.find(full) != std::string::npos; });
     }
     void End() {
-        if (!Journey.World.Program)
-            return;
-        RefusalTold = TellsRefusal(Journey.World.Program->FormMain.MemoEventLog.Lines());
-        if (!Closed)
+        if (!Journey.World.Program || !Closed)
             return;
         Journey.World.Time.OnWait = nullptr;
         Journey.World.Time.Advance(600000);
