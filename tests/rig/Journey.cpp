@@ -162,7 +162,7 @@ TJourney::TJourney(TJourneyCase& journey) : Case(journey) {
 }
 
 TJourney::~TJourney() {
-    World.Program.reset(); // which tells its end
+    World.End(); // which tells its end
 }
 
 void TJourney::Play() {
@@ -177,7 +177,7 @@ void TJourney::Play() {
         if (World.Program)
             World.Close();
     });
-    World.Program.reset();
+    World.End();
     if (!Lenient) {
         EXPECT_EQ(World.Nabto.OpenStreams(), 0U);
         EXPECT_EQ(World.Nabto.OpenSessions(), 0U);
@@ -419,7 +419,7 @@ void TJourney::StartStep(const std::string& rest) {
     }
     if (World.Program && World.Application.IsTerminated) {
         World.Program->Finish();
-        World.Program.reset();
+        World.End();
     }
     if (World.Program)
         return Fail("the program is open");
@@ -445,7 +445,7 @@ void TJourney::CloseStep(const std::string& rest) {
         return;
     World.Program->Finish();
     TellCalls();
-    World.Program.reset();
+    World.End();
 }
 
 void TJourney::EditStep(const std::string& rest) {

@@ -86,6 +86,12 @@ void TWorld::Start(IDialogs& dialogs, std::vector<std::string> arguments) {
 void TWorld::Close() {
     Program->FormMain.Close();
     Program->Finish();
+    End();
+}
+
+void TWorld::End() {
+    if (Program && BeforeEnd)
+        BeforeEnd();
     Program.reset();
 }
 

@@ -30,8 +30,10 @@ class TWorld {
 
     // Builds the program on these dialogs, runs the entry sequence and the second stage of the start.
     void Start(IDialogs& dialogs, std::vector<std::string> arguments);
-    // Closes the main form in the ordinary way, and what is left of the program.
+    // Closes the main form in the ordinary way, and ends what is left of the program.
     void Close();
+    void End(); // without a close
+    std::function<void()> BeforeEnd;
     // Replaces the first occurrence in a file; false if it is not there.
     bool Edit(const std::filesystem::path& path, const std::string& from, const std::string& to);
     // Takes the simulation file as it stands now, with the sections of Simulated behind it.

@@ -1,0 +1,177 @@
+#include "Support.h"
+#include "core/DiskFiles.h"
+#include "core/controls/Lists.h"
+#include "core/controls/Menu.h"
+#include "core/controls/Pages.h"
+#include "core/controls/StatusBar.h"
+#include "core/controls/TreeView.h"
+#include "desktop/Desktop.h"
+#include "desktop/binders/FormBinder.h"
+#include "desktop/views/Views.h"
+#include "rig/Journey.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QTabWidget>
+#include <QTreeWidget>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
+#include <string>
+
+// Every journey once on the real windows: behind each step each widget shows what the control of its name
+// holds.
+namespace tidewell::test {
+namespace {
+
+// What a widget shows of a text; nothing for one that shows none, or shortens it.
+std::optional<QString> TextOn(const QWidget& widget) {
+    if (const auto* label = dynamic_cast<const QLabel*>(&widget))
+        return label->text();
+    if (const auto* button = dynamic_cast<const QAbstractButton*>(&widget))
+        return button->text();
+    if (const auto* edit = dynamic_cast<const QLineEdit*>(&widget))
+        return edit->text();
+    return std::nullopt;
+}
+
+class TOnScreen {
+  public:
+    explicit TOnScreen(TJourneyCase& journey) : Journey(journey) {
+        Journey.Lenient = true; // what it tells is compared elsewhere
+        Journey.OnStep = [this] { Look(); };
+        Journey.OnDialog = [this] { Look(); };
+        Journey.World.BeforeEnd = [this] { Windows.clear(); };
+        Journey.Play();
+    }
+
+  private:
+    void Look() {
+        TWorld& world = Journey.World;
+        if (!world.Program)
+            return;
+        TProgram& program = *world.Program;
+        for (TForm* form : world.Forms()) {
+            if (form->Visible() && !Windows.contains(form))
+                Windows.emplace(form, Window(program, *form));
+            if (const auto window = Windows.find(form); window != Windows.end())
+                window->second->setVisible(form->Visible());
+        }
+        QCoreApplication::processEvents();
+        for (const auto& [form, window] : Windows)
+            for (const TControl* control : form->Controls())
+                Compare(*window, *control);
+    }
+    std::unique_ptr<QWidget> Window(TProgram& program, const TForm& form) {
+        const TViewContext context{Application(), Journey, Hold, Journey.World.Files};
+        if (&form == &program.FormMain)
+            return ViewOf(program, context);
+        if (&form == &program.NabtoDevice)
+            return ViewOf(program.NabtoDevice, context);
+        if (&form == &program.SetupForm)
+            return ViewOf(program.SetupForm, context);
+        if (&form == &program.NabtoLogOn)
+            return ViewOf(program.NabtoLogOn, context);
+        if (&form == &program.InputDialog)
+            return ViewOf(program.InputDialog, context);
+        if (&form == &program.LoadSetpoints)
+            return ViewOf(program.LoadSetpoints, context);
+        if (&form == &program.languagedialog)
+            return ViewOf(program.languagedialog, context);
+        return ViewOf(program.Splashscreen, context);
+    }
+    void Compare(QWidget& window, const TControl& control) {
+        const QString name = QString::fromStdString(control.Name());
+        SCOPED_TRACE(Journey.StepText() + ": " + control.Name());
+        if (const auto* item = dynamic_cast<const TMenuItem*>(&control)) {
+            if (const auto* action = window.findChild<QAction*>(name);
+                action != nullptr && item->Items.empty()) {
+                EXPECT_EQ(action->isVisible(), item->Visible());
+                EXPECT_EQ(action->isEnabled(), item->Visible() && item->Enabled()); // as Qt has it
+                EXPECT_EQ(action->isChecked(), item->Checked());
+                EXPECT_EQ(action->text().toStdString(), item->Caption());
+            }
+            return;
+        }
+        QWidget* const widget = window.findChild<QWidget*>(name);
+        if (widget == nullptr || dynamic_cast<const TTabSheet*>(&control) != nullptr)
+            return;
+        EXPECT_EQ(!widget->isHidden(), control.Visible());
+        if (dynamic_cast<const TPanel*>(&control) == nullptr) {
+            EXPECT_EQ(widget->isEnabledTo(widget->parentWidget()), control.Enabled());
+        }
+        CompareText(*widget, control);
+        CompareRows(*widget, control);
+    }
+    static void CompareText(const QWidget& widget, const TControl& control) {
+        const auto shown = TextOn(widget);
+        if (const auto* caption = dynamic_cast<const TCaptionControl*>(&control);
+            caption != nullptr && shown && dynamic_cast<const TPanel*>(&control) == nullptr) {
+            EXPECT_EQ(shown->toStdString(), caption->Caption());
+        }
+        if (const auto* edit = dynamic_cast<const TEdit*>(&control); edit != nullptr && shown) {
+            EXPECT_EQ(shown->toStdString(), edit->Text());
+        }
+        if (const auto* box = dynamic_cast<const TCheckBox*>(&control)) {
+            EXPECT_EQ(dynamic_cast<const QAbstractButton&>(widget).isChecked(), box->Checked());
+        }
+        const auto* bar = dynamic_cast<const TProgressBar*>(&control);
+        if (const auto* view = dynamic_cast<const QProgressBar*>(&widget);
+            bar != nullptr && view != nullptr) {
+            EXPECT_EQ(view->value(), std::clamp(bar->Position(), view->minimum(), view->maximum()));
+            EXPECT_EQ(view->maximum(), bar->Max());
+        }
+    }
+    static void CompareRows(const QWidget& widget, const TControl& control) {
+        if (const auto* list = dynamic_cast<const QListWidget*>(&widget)) {
+            const auto& items = dynamic_cast<const TItemsControl&>(control);
+            EXPECT_EQ(static_cast<std::size_t>(list->count()), items.Items().size());
+            EXPECT_EQ(list->currentRow(), items.ItemIndex());
+        }
+        const auto* memo = dynamic_cast<const TMemo*>(&control);
+        if (const auto* text = dynamic_cast<const QPlainTextEdit*>(&widget);
+            memo != nullptr && text != nullptr) {
+            QString lines;
+            for (const std::string& line : memo->Lines())
+                lines += (lines.isEmpty() ? "" : "\n") + QString::fromStdString(line);
+            EXPECT_EQ(text->toPlainText().toStdString(), lines.toStdString());
+        }
+        const auto* tree = dynamic_cast<const TTreeView*>(&control);
+        if (const auto* view = dynamic_cast<const QTreeWidget*>(&widget);
+            tree != nullptr && view != nullptr) {
+            EXPECT_EQ(static_cast<std::size_t>(view->topLevelItemCount()), tree->Nodes().size());
+        }
+        const auto* pages = dynamic_cast<const TPageControl*>(&control);
+        if (const auto* tabs = dynamic_cast<const QTabWidget*>(&widget);
+            pages != nullptr && tabs != nullptr) {
+            EXPECT_EQ(tabs->currentIndex(), pages->ActivePageIndex());
+        }
+    }
+
+    TJourney Journey;
+    TDeliveryHold Hold;
+    std::map<TForm*, std::unique_ptr<QWidget>> Windows;
+};
+
+TEST(TJourneysOnScreen, EachWidgetShowsWhatItsControlHolds) {
+    if (qgetenv("LC_ALL") != "C.UTF-8")
+        GTEST_SKIP() << "once is enough";
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/journeys"))
+        for (TJourneyCase& one : ReadJourney(entry.path())) {
+            SCOPED_TRACE(one.Title);
+            const TOnScreen played(one);
+            if (HasFailure())
+                return;
+        }
+}
+
+} // namespace
+} // namespace tidewell::test
