@@ -9,8 +9,10 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 // Every journey again, with one thing going wrong at every place where it can. Only rules are checked.
@@ -55,6 +57,8 @@ class TSweep {
         TWorld& world = Journey.World;
         world.OnExchange = [this](const std::string& call) {
             LastCall = call;
+            if (call.starts_with("setpointWriteValue "))
+                Writes.push_back(call.substr(call.find(' ') + 1));
             const bool isEnd =
                 call.starts_with("StreamClose") || call == "CloseSession" || call == "Shutdown";
             if (Closed && !isEnd && Journey.World.Program)
@@ -112,6 +116,7 @@ class TSweep {
     void CheckScreen() {
         const TProgram& program = *Journey.World.Program;
         RefusalTold |= TellsRefusal(program.FormMain.MemoEventLog.Lines());
+        CheckWrites();
         const auto color = program.FormMain.TrafficButton.Color();
         if (color && color->Green() != 0 && color->Red() == 0 && !Journey.World.Application.IsTerminated) {
             EXPECT_TRUE(program.LiveLog.DatalogOn && program.NabtoDevice.Cycle.Dologging)
@@ -120,6 +125,27 @@ class TSweep {
     }
     static bool TellsRefusal(const std::vector<std::string>& lines) {
         return std::ranges::any_of(lines, [](auto& line) { return line.find(full) != std::string::npos; });
+    }
+    // What is told as written stands in the controller.
+    void CheckWrites() {
+        static constexpr const char* done =
+            "Setpointwrite is done. Number of write Errors 0 Number of Read error 0";
+        for (; BoxesSeen < Journey.Boxes.size(); ++BoxesSeen) {
+            if (!Journey.Boxes[BoxesSeen].starts_with(done))
+                continue;
+            std::map<std::string, int> values;                         // by device, object and address
+            for (const std::string& write : std::exchange(Writes, {})) // "410000000001 0.100.5"
+                values[write.substr(0, write.rfind('.'))] = std::stoi(write.substr(write.rfind('.') + 1));
+            for (const auto& [place, value] : values) {
+                const auto blank = place.find(' ');
+                const auto dot = place.find('.');
+                auto* const controller = Journey.World.Nabto.FindController(place.substr(0, blank));
+                const auto held = controller->Values.Read(
+                    ETable::Setpoint, {std::stoi(place.substr(blank + 1)), std::stoi(place.substr(dot + 1))},
+                    Journey.World.Nabto.NowMs());
+                EXPECT_EQ(held.value_or(-1) & 0xFFFF, value) << place << " was told as written";
+            }
+        }
     }
     void End() {
         if (!Journey.World.Program || !Closed)
@@ -146,6 +172,8 @@ class TSweep {
     TJourney Journey;
     EMishap Mishap;
     std::string LastCall;
+    std::vector<std::string> Writes; // since the last box of a whole list
+    std::size_t BoxesSeen = 0;
     bool Online = true;
     bool Closed = false;
     std::string Refused;            // file
