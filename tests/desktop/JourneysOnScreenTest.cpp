@@ -124,7 +124,7 @@ class TOnScreen {
         }
         const auto* bar = dynamic_cast<const TProgressBar*>(&control);
         if (const auto* view = dynamic_cast<const QProgressBar*>(&widget);
-            bar != nullptr && view != nullptr) {
+            bar != nullptr && view != nullptr && bar->Max() > 0) {
             EXPECT_EQ(view->value(), std::clamp(bar->Position(), view->minimum(), view->maximum()));
             EXPECT_EQ(view->maximum(), bar->Max());
         }

@@ -609,7 +609,10 @@ void TJourney::PickStep(const std::string& rest) {
         return index < words.size() ? ToIntegerOr(words[index], -1) : -1;
     };
     if (auto* const items = dynamic_cast<TItemsControl*>(control)) {
-        items->ClickItem(number(1));
+        if (number(1) < static_cast<int>(items->Items().size()))
+            items->ClickItem(number(1));
+        else
+            Tell("there is no such row");
     } else if (auto* const pages = dynamic_cast<TPageControl*>(control)) {
         if (const auto* sheet = dynamic_cast<TTabSheet*>(Find(words[1])))
             pages->SetActivePage(*sheet);
