@@ -86,7 +86,13 @@ TEST_F(DiskFiles, WhatIsNotCommittedLeavesTheOldFile) {
 }
 
 TEST_F(DiskFiles, ReplacesInPlaceAndLeavesWhatIsReadOnly) {
+    EXPECT_FALSE(Files.IsLocked(Directory / "a"));
     Put("a", "old");
+    const int holder = ::open((Directory / "a").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(holder, LOCK_SH | LOCK_NB), 0);
+    EXPECT_TRUE(Files.IsLocked(Directory / "a"));
+    ::close(holder);
+    EXPECT_FALSE(Files.IsLocked(Directory / "a"));
     EXPECT_EQ(fs::status(Directory / "a").permissions(), fs::perms(0644));
     fs::permissions(Directory / "a", fs::perms(0640));
     fs::create_symlink("a", Directory / "link");
@@ -106,17 +112,6 @@ TEST_F(DiskFiles, ReplacesInPlaceAndLeavesWhatIsReadOnly) {
     fs::permissions(Directory / "a", fs::perms(0644));
     Files.Remove(Directory / "a");
     EXPECT_THROW(Files.Remove(Directory / "a"), EInOutError);
-}
-
-TEST_F(DiskFiles, KnowsWhoHoldsAFile) {
-    const fs::path path = Directory / "a";
-    EXPECT_FALSE(Files.IsLocked(path));
-    Put("a", "");
-    const int holder = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    ASSERT_EQ(::flock(holder, LOCK_SH | LOCK_NB), 0);
-    EXPECT_TRUE(Files.IsLocked(path));
-    ::close(holder);
-    EXPECT_FALSE(Files.IsLocked(path));
 }
 
 TEST(MatchesMask, Names) {

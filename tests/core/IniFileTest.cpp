@@ -66,40 +66,34 @@ TEST(IniFile, NumbersAndTheThreeMannersOfBooleans) {
     EXPECT_EQ(TIniFile(test::TMemoryFiles(), "/a.inn").Where("S", "k"), "/a.inn: [S] k: ");
 }
 
-// What is written, into what, and what comes out.
+// Value and file; what becomes of the file when the value is written under key "k" of section "S".
 TEST(IniFile, WritesOnlyTheLinesOfTheKeys) {
-    struct TCase {
-        std::string Before, Section, Key, Value, After;
-    };
-    const TCase table[] = {
-        {"", "S", "k", "v", "[S]\r\nk=v\r\n"},
-        {"; top\r\n\r\n[s]\r\n K =  old  \r\nk=dup\r\nodd\r\n", "S", "k", "new",
-         "; top\r\n\r\n[s]\r\n K =  new\r\nk=dup\r\nodd\r\n"},
-        {"[S]\nk=\n[T]\n", "S", "k", "v", "[S]\nk=v\n[T]\n"},
-        {"[S]\nk=\"old\"\n", "S", "k", "new", "[S]\nk=\"new\"\n"},
-        {"[S]\nk=old\n", "S", "k", "'new'", "[S]\nk=\"'new'\"\n"},
-        {"[S]\nk=old\n", "S", "k", " new", "[S]\nk=\" new\"\n"},
-        {"[S]\nk=old\n", "S", "k", "\"", "[S]\nk=\"\n"},
-        {"[S]\nk=a=b;c\n", "S", "k", "=;", "[S]\nk==;\n"},
-        {"[S]\nk=same \n", "S", "k", "same", "[S]\nk=same \n"},
-        {"[S]\na=1\n\n; about T\n[T]\nb=2", "S", "k", "v", "[S]\na=1\nk=v\n\n; about T\n[T]\nb=2"},
-        {"[S]\na=1\n[T]\nb=2", "T", "k", "v", "[S]\na=1\n[T]\nb=2\nk=v"},
-        {"[S]\na=1\n[T]\n[S]\nb=2\n", "S", "k", "v", "[S]\na=1\nk=v\n[T]\n[S]\nb=2\n"},
-        {"[S]\n[T]\n", "S", "k", "v", "[S]\nk=v\n[T]\n"},
-        {"\xEF\xBB\xBF[S]\rk=\xC3\xA9\r", "S", "k", "\xE2\x82\xAC", "\xEF\xBB\xBF[S]\rk=\xE2\x82\xAC\r"},
-        {"[S]\r\nx=\xE9\x81\r\nk=\xE9\n", "S", "k", "\xE2\x82\xAC", "[S]\r\nx=\xE9\x81\r\nk=\x80\n"},
-    };
-    for (const auto& [before, section, key, value, after] : table) {
+    const auto written = [](std::string_view input) {
+        const std::size_t bar = input.find('|');
+        const std::string value(input.substr(0, bar));
         test::TMemoryFiles files;
-        files.Put("/f.ini", before);
+        files.Put("/f.ini", std::string(input.substr(bar + 1)));
         TIniFile file(files, "/f.ini");
-        EXPECT_EQ(file.Bytes(), before);
-        file.WriteText(section, key, value);
-        EXPECT_EQ(file.ReadText(section, key), value);
+        EXPECT_EQ(file.Bytes(), input.substr(bar + 1));
+        file.WriteText("S", "k", value);
+        EXPECT_EQ(file.ReadText("S", "k"), value);
         file.Save(files);
-        EXPECT_EQ(files.Read("/f.ini"), after) << before;
-        EXPECT_EQ(TIniFile(files, "/f.ini").ReadText(section, key), value);
-    }
+        EXPECT_EQ(TIniFile(files, "/f.ini").ReadText("S", "k"), value);
+        return files.Read("/f.ini");
+    };
+    test::ExpectRows(written,
+                     {"new|; top\r\n\r\n[s]\r\n K =  old  \r\nk=dup\r\nodd\r\n -> ; top\r\n\r\n[s]\r\n K =  "
+                      "new\r\nk=dup\r\nodd\r\n",
+                      "v|[S]\nk=\n[T]\n -> [S]\nk=v\n[T]\n", "new|[S]\nk=\"old\"\n -> [S]\nk=\"new\"\n",
+                      "'new'|[S]\nk=old\n -> [S]\nk=\"'new'\"\n", " new|[S]\nk=old\n -> [S]\nk=\" new\"\n",
+                      "\"|[S]\nk=old\n -> [S]\nk=\"\n", "=;|[S]\nk=a=b;c\n -> [S]\nk==;\n",
+                      "same|[S]\nk=same \n -> [S]\nk=same \n",
+                      "\xE2\x82\xAC|\xEF\xBB\xBF[S]\rk=\xC3\xA9\r -> \xEF\xBB\xBF[S]\rk=\xE2\x82\xAC\r",
+                      "\xE2\x82\xAC|[S]\r\nx=\xE9\x81\r\nk=\xE9\n -> [S]\r\nx=\xE9\x81\r\nk=\x80\n"});
+    test::ExpectRows(written, {"v| -> [S]\r\nk=v\r\n", "v|[S]\n[T]\n -> [S]\nk=v\n[T]\n",
+                               "v|[T]\nb=2\n[S]\na=1 -> [T]\nb=2\n[S]\na=1\nk=v",
+                               "v|[S]\na=1\n\n; about T\n[T]\nb=2 -> [S]\na=1\nk=v\n\n; about T\n[T]\nb=2",
+                               "v|[S]\na=1\n[T]\n[S]\nb=2\n -> [S]\na=1\nk=v\n[T]\n[S]\nb=2\n"});
     for (const char* value : {"a\nb", "a\rb", "a\xE9"})
         EXPECT_THROW(TIniFile("").WriteText("S", "k", value), EConvertError);
     // Each row behind the one added last.

@@ -25,39 +25,17 @@ TEST(GraphRowParser, ReadsEachFieldAsTheCodecDoes) {
                                           Point(-1, 5, 1, 0),    Point(50, -2147483647, 300, 200),
                                           Point(65535, 0, 0, 0), Point(65536, 1, 0, 0)};
     TGraphRowParser parser(points);
-    for (const char* line : {"",
-                             ";",
-                             "a",
-                             "1;",
-                             "1;d",
-                             "1;d;t",
-                             "1;d;t;",
-                             "1;d;t;5",
-                             "1;d;t;5;6;7;",
-                             ";;;;;;",
-                             "\"\";\"\"",
-                             "\"a;b\";c",
-                             "\"a\"\"b\";c;",
-                             "\"open;c",
-                             "\"a\"x;y",
-                             "a\"b;c",
-                             "\"a\";",
-                             "\"",
-                             "x;\"",
-                             "\"\"\"\";1",
-                             "\"a\"\"\"\"b;c\";d"})
+    const std::string lines =
+        "|;|a|1;|1;d|1;d;t|1;d;t;|1;d;t;5|1;d;t;5;6;7;|;;;;;;|\"\";\"\"|\"a;b\";c|\"a\"\"b\";c;|"
+        "\"open;c|\"a\"x;y|a\"b;c|\"a\";|\"|x;\"|\"\"\"\";1|\"a\"\"\"\"b;c\";d";
+    for (const std::string_view line : SplitStrictly(lines, '|'))
         CheckRow(points, parser, line);
-    for (const std::string field : {"0",          "7",           " 12",        "  12",
-                                    "12 ",        "-1",          "- 1",        "--1",
-                                    "+5",         "+-5",         "",           " ",
-                                    "x",          "1x",          "0012",       "-0",
-                                    "999999999",  "1000000000",  "2147483647", "-2147483648",
-                                    "2147483648", "-2147483649", "65535",      "65536",
-                                    "$FF",        "0x1F",        "1.5",        "99999999999999999999",
-                                    "4294967295", "$FFFFFFFF",   "\t1",        "1\0012",
-                                    "\"3\"",      "\"a;4\"",     "5\"",        "\"6\"\"7",
-                                    "08-03-2026", "\xE6",        "\r",         "10:20:30",
-                                    "1/",         "1:"}) {
+    const std::string fields =
+        "0|7| 12|  12|12 |-1|- 1|--1|+5|+-5|| |x|1x|0012|-0|999999999|1000000000|2147483647|-2147483648|"
+        "2147483648|-2147483649|65535|65536|$FF|0x1F|1.5|99999999999999999999|4294967295|$FFFFFFFF|\t1|"
+        "1\0012|\"3\"|\"a;4\"|5\"|\"6\"\"7|08-03-2026|\xE6|\r|10:20:30|1/|1:";
+    for (const std::string_view text : SplitStrictly(fields, '|')) {
+        const std::string field(text);
         CheckRow(points, parser, "1;d;t;" + field + ";" + field + ";");
         CheckRow(points, parser, field + ";" + field + ";" + field + ";" + field);
     }
