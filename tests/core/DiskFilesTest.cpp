@@ -6,9 +6,11 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <memory>
 #include <system_error>
@@ -75,6 +77,15 @@ TEST_F(DiskFiles, WhatIsNotCommittedLeavesTheOldFile) {
         writer->Write("new");
         EXPECT_EQ(Files.Read(Directory / "a"), "old");
     }
+    EXPECT_EQ(Files.Read(Directory / "a"), "old");
+    // So does a disk that is full, which a limit on the size of files stands for.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit full{4096, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_THROW(Put("a", std::string(10000, 'x')), EInOutError);
+    ::setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(Files.Read(Directory / "a"), "old");
     // A commit that fails, here because a directory has taken the name, removes its temporary file.
     {

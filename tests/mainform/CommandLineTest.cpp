@@ -69,9 +69,10 @@ TEST(CommandLine, TellsOptionsThatItDoesNotKnow) {
         Evaluated,
         {"stray|--help|-lang|-jp|-LoginUserPw|me;secret|-LoginUserPW=me;s|-jwt|-x|-|-DEVID -> 0, unknown "
          "--help, unknown -LoginUserPw, unknown -LoginUserPW, token -x, unknown -, unknown -DEVID, /-x//"});
-    std::vector<std::string> arguments{"-LoginUserPW", "me;secret;x", "-LoginUserPW", "me", "a;b"};
+    std::vector<std::string> arguments{"-LoginUserPW", "me;secret;x", "-LoginUserPW",
+                                       "me",           "a;b",         "-LoginUserPW"};
     ForgetPassword(arguments);
-    EXPECT_EQ(Join(arguments, " "), "-LoginUserPW me -LoginUserPW me a;b");
+    EXPECT_EQ(Join(arguments, " "), "-LoginUserPW me -LoginUserPW me a;b -LoginUserPW");
 }
 
 TEST(CommandLineHelp, NamesTheOptionsOfTheGuide) {

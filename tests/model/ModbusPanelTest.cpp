@@ -53,7 +53,7 @@ const std::string twoDevices =
     "[MyDevice2]\r\nenable=TRUE\r\nRead1=12;3;100;2;Flow;\r\nnote=ignored\r\nWriteAll=12;6;0;1;None;\r\n"
     "R0=12;4;0;9;Missing;\r\nr0=12;3;0;9;Flow;\r\n"
     "[device2]\r\nEnable=1\r\nR1=1;3;0;1;L;\r\n"
-    "[OffDevice]\r\nEnable=0\r\nR= 7 ;3;100;2;Flow;\r\n"
+    "[OffDevice]\r\nEnable=0\r\nR= 7 ;3;100;2;Flow;\r\nR2=7;4;0;1;Flow;\r\n"
     "[Flow]\r\nK2=Zeta;41;\r\nK1=Alpha;40;\r\n";
 
 } // namespace
@@ -63,13 +63,14 @@ TEST_F(ModbusPanel, ReadsDevicesQuestionsAndListRows) {
     EXPECT_THAT(Devices(),
                 ElementsAre("MyDevice2 on", "R 12;3;100;2;Flow;MyDevice2;0;", "0Alpha40K1", "1Zeta41K2",
                             "R 12;4;0;9;Missing;MyDevice2;3;", "W 12;6;0;1;None;MyDevice2;2;",
-                            "OffDevice off", "R 7 ;3;100;2;Flow;OffDevice;0;", "0Alpha40K1", "1Zeta41K2"));
+                            "OffDevice off", "R 7 ;3;100;2;Flow;OffDevice;0;", "0Alpha40K1", "1Zeta41K2",
+                            "R 7;4;0;1;Flow;OffDevice;1;", "0Alpha40K1", "1Zeta41K2"));
     EXPECT_THAT(Panel.CycleReadList,
                 ElementsAre("12;3;100;2;Flow;MyDevice2;0;", "12;4;0;9;Missing;MyDevice2;3;"));
     EXPECT_THAT(Panel.WriteList, ElementsAre("12;6;0;1;None;MyDevice2;2;"));
     EXPECT_EQ(DatalogHeader(Panel, "/p"),
               ";[HeaderStart]12;3;100;2;Flow;MyDevice2;0;12;4;0;9;Missing;MyDevice2;3;7 ;3;"
-              "100;2;Flow;OffDevice;0;/p[HeaderEnd]");
+              "100;2;Flow;OffDevice;0;7;4;0;1;Flow;OffDevice;1;/p[HeaderEnd]");
     Panel.SetMpanelWorkingpath("");
     Panel.SetMpanelPLSpath("/t/gone.pls");
     Panel.InitQuestionStringlistStructures(); // without a folder, the devices stay

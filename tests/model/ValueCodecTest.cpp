@@ -112,7 +112,7 @@ TEST(ValueCodec, FormatsLimits) {
          "0;P;40;0;3.5;0;0; -> '3.5' is not a valid integer value (field 4 of row \"P\")",
          "0;P;40;0;4294967296;0;0; -> '4294967296' is not a valid integer value (field 4 of row \"P\")",
          "0;P;40;0;3;a;0; -> 'a' is not a valid integer value (field 5 of row \"P\")",
-         "0;P;40;0;3;0; -> '' is not a valid integer value (field 6 of row \"P\")",
+         "0;P;40;0;3;0 -> '' is not a valid integer value (field 6 of row \"P\")",
          "0;P;40;0;3;0;1e1; -> '1e1' is not a valid integer value (field 6 of row \"P\")",
          "0;Pump;40;-100;250;1;0;7;3;1; -> 0;Pump;40;-10.0;25.0;1;0;7;3;1;",
          "0;Pump;40; 0 ;3;-2;5;7;3;1 -> 0;Pump;40;500;800;-2;5;7;3;1",
