@@ -1,16 +1,12 @@
 #include "cloud/CurlHttp.h"
 
-#include "cloud/ApiClient.h"
 #include "core/DiskFiles.h"
 #include "core/IniFile.h"
 #include "sim/cloud/Certificates.h"
 #include "sim/cloud/HttpsServer.h"
 #include "sim/cloud/SimulatedCloud.h"
-#include "support/IdleProgram.h"
-#include "support/ScriptedDialogs.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -56,10 +52,8 @@ struct CurlHttp : testing::Test {
     }
 };
 
-TEST_F(CurlHttp, TrustsOnlyTheGivenAuthority) {
+TEST_F(CurlHttp, TrustsOnlyTheGivenAuthorityAndItsHostName) {
     const THttpRequest request{"GET", Url(), {}, {}};
-    const std::size_t before = Service.RequestCount();
-
     TCurlSettings settings; // the system's store, if there is one
     EXPECT_THAT(Failure(settings, request), HasSubstr("certificate"));
     settings.CaFile = Write("other.pem", TThrowAwayCertificates().AuthorityPem());
@@ -72,109 +66,78 @@ TEST_F(CurlHttp, TrustsOnlyTheGivenAuthority) {
         EXPECT_THAT(Failure(settings, request),
                     HasSubstr("the CA file \"" + bad.string() + "\" cannot be read or holds no certificate"));
     }
-    EXPECT_EQ(Service.RequestCount(), before);
-    EXPECT_EQ(TCurlHttp(Trusting()).Exchange(request).Code, 401);
-}
-
-TEST_F(CurlHttp, RefusesAnotherHostName) {
     const TThrowAwayCertificates elsewhere({"api.example"});
     const THttpsServer server(Service, elsewhere, 0);
-    TCurlSettings settings;
     settings.CaFile = Write("elsewhere.pem", elsewhere.AuthorityPem());
     for (const std::string host : {"localhost", "127.0.0.1"}) {
         const std::string url = "https://" + host + ":" + std::to_string(server.Port()) + "/";
         EXPECT_THAT(Failure(settings, {"GET", url, {}, {}}), HasSubstr("subject name"));
-        EXPECT_EQ(TCurlHttp(Trusting()).Exchange({"GET", Url(host), {}, {}}).Code, 401);
     }
-    EXPECT_EQ(Service.RequestCount(), 2U);
+    EXPECT_EQ(Service.RequestCount(), 0U);
+    EXPECT_EQ(TCurlHttp(Trusting()).Exchange(request).Code, 401);
 }
 
 TEST_F(CurlHttp, TellsWhyThereIsNoReply) {
     TCurlSettings settings = Trusting();
     const std::string url = Url();
-    EXPECT_THAT(Failure(settings, {"GET", "http" + url.substr(5), {}, {}}), HasSubstr("http"));
-    EXPECT_THAT(Failure(settings, {"GET", "https://:4161/", {}, {}}), HasSubstr("URL"));
-    EXPECT_THAT(Failure(settings, {"PUT", url, {}, {}}), HasSubstr("PUT"));
-    for (const std::string end : {"\r\nX-Admin: 1", "\n", "\x1B", "\x7F"}) {
+    const std::tuple<const char*, std::string, const char*> cases[] = {
+        {"GET", "http" + url.substr(5), "http"},
+        {"GET", "https://:4161/", "https://:4161/: URL"},
+        {"PUT", url, "PUT"}};
+    for (const auto& [method, address, reason] : cases)
+        EXPECT_THAT(Failure(settings, {method, address, {}, {}}), HasSubstr(reason));
+    for (const std::string end : {"\r\nX-Admin: 1", "\n", "\x1F", "\x7F"})
         for (const auto& [name, value] :
-             {std::pair<std::string, std::string>{"Authorization", "a" + end}, {"X" + end, "a"}}) {
+             {std::pair<std::string, std::string>{"Authorization", "a" + end}, {"X" + end, "a"}})
             EXPECT_THAT(Failure(settings, {"GET", url, {{name, value}}, {}}),
                         HasSubstr("header " + name + " has a control character"));
-        }
-    }
     EXPECT_EQ(Service.RequestCount(), 0U);
-
     settings.MaxReplySize = 100;
     EXPECT_THAT(Failure(settings, {"GET", url, {}, {}}), HasSubstr("larger than 100 bytes"));
-    Server.reset();
-    EXPECT_THAT(Failure(settings, {"GET", url, {}, {}}), HasSubstr("connect"));
-}
-
-TEST_F(CurlHttp, PassesTheProxyByForThisMachineAlone) {
-    for (const char* name : {"NO_PROXY", "no_proxy"}) {
-        ::unsetenv(name);
-    }
-    ::setenv("https_proxy", "http://127.0.0.1:1", 1);
-    const std::string far = "https://localhost.example.com:" + std::to_string(Server->Port()) + "/";
-    EXPECT_THAT(Failure(Trusting(), {"GET", far, {}, {}}), HasSubstr("127.0.0.1 port 1 "));
-    for (const std::string host : {"localhost", "127.0.0.1"}) {
-        EXPECT_EQ(TCurlHttp(Trusting()).Exchange({"GET", Url(host), {}, {}}).Code, 401);
-    }
-    ::unsetenv("https_proxy");
-}
-
-TEST_F(CurlHttp, CutsAReplyThatHangs) {
     TCloudFaults faults;
     faults.DelayMs = 600000;
     Service.SetFaults(faults);
-    THttpRequest request{"GET", Url(), {}, {}};
-    request.WholeTimeout = std::chrono::milliseconds(300);
-    EXPECT_THAT(Failure(Trusting(), request), HasSubstr("timed out"));
+    THttpRequest hanging{"GET", url, {}, {}};
+    hanging.WholeTimeout = std::chrono::milliseconds(300);
+    EXPECT_THAT(Failure(Trusting(), hanging), HasSubstr("timed out"));
+    Service.SetFaults({});
+    Server.reset();
+    EXPECT_THAT(Failure(Trusting(), {"GET", url, {}, {}}), HasSubstr("connect"));
 }
 
-TEST_F(CurlHttp, DoesNotFollowARedirect) {
+TEST_F(CurlHttp, PassesTheProxyByForThisMachineAlone) {
+    for (const char* name : {"NO_PROXY", "no_proxy"})
+        ::unsetenv(name);
+    ::setenv("https_proxy", "http://127.0.0.1:1", 1);
+    const std::string port = ":" + std::to_string(Server->Port()) + "/";
+    for (const std::string far : {"localhost.example.com", "127.0.0.1.example.com"})
+        EXPECT_THAT(Failure(Trusting(), {"GET", "https://" + far + port, {}, {}}),
+                    HasSubstr("127.0.0.1 port 1 "));
+    for (const std::string host : {"localhost", "LOCALHOST", "127.0.0.1"})
+        EXPECT_EQ(TCurlHttp(Trusting()).Exchange({"GET", Url(host), {}, {}}).Code, 401) << host;
+    ::unsetenv("https_proxy");
+}
+
+TEST_F(CurlHttp, CarriesRequestsAndRepliesAsTheyAre) {
+    TCurlHttp http(Trusting());
+    const std::string base = "https://localhost:" + std::to_string(Server->Port()) + "/api/v1.2";
+    const auto post = [&](const std::string& path, const std::string& token, const std::string& body) {
+        return http.Exchange({"POST", base + path, {{"Authorization", token}}, body});
+    };
+    EXPECT_EQ(post("/keepAlive", "", "").Code, 401); // a header with no value
+    EXPECT_EQ(post("/login", "", R"({"Username":"service","Password":"tidewéll"})").Code, 401);
+    const THttpReply login = post("/login", "", R"({"Username":"service","Password":"tidewell"})");
+    EXPECT_EQ(login.Reason + login.Error, "HTTP/1.1 200 OK");
+    EXPECT_THAT(login.Body, HasSubstr("PermissionFlags"));
+    EXPECT_THAT(login.Header("authorization"), testing::StartsWith("Bearer "));
+    EXPECT_EQ(post("/keepAlive", login.Header("Authorization"), "").Code, 200);
+    EXPECT_EQ(post("/keepAlive", login.Header("Authorization"), "").Code, 401); // the token has rolled
     TCloudFaults faults;
     faults.RefuseCode = 302;
     Service.SetFaults(faults);
-    const THttpReply reply = TCurlHttp(Trusting()).Exchange({"GET", Url(), {}, {}});
-    EXPECT_EQ(reply.Code, 302);
-    EXPECT_EQ(reply.Reason, "HTTP/1.1 302 Found");
-    EXPECT_EQ(Service.RequestCount(), 1U);
-}
-
-TEST_F(CurlHttp, CarriesTheClientThroughItsWholeLife) {
-    TCurlHttp http(Trusting());
-    TScriptedDialogs dialogs;
-    const TIdleProgram program;
-    TApiClient client(program, dialogs);
-    client.UseService(http, {"localhost", Server->Port()});
-    TCredentials credentials;
-
-    EXPECT_EQ(client.KeepAlive(), -3); // with an empty Authorization
-    EXPECT_EQ(client.Login("service", "tidewéll"), -2);
-    ASSERT_EQ(client.Login("service", "tidewell"), 0);
-    const std::string first = client.token;
-    EXPECT_EQ(client.KeepAlive(), 0);
-    EXPECT_NE(client.token, first);
-    EXPECT_EQ(client.GetNabtoUserInfo("410000000001", credentials), 0);
-    EXPECT_EQ(credentials.Password, "7d0f3c52a91e");
-    EXPECT_EQ(client.GetNabtoUserInfo("410000000003", credentials), -1);
-    EXPECT_THAT(client.debugLines.back(), HasSubstr("403 HTTP/1.1 403 Forbidden"));
-    EXPECT_EQ(client.BeginOfflineSession(), 0);
-    client.token = first;
-    EXPECT_EQ(client.KeepAlive(), -3);
-
-    const std::string refusal = "ERROR: Could not authenticate. ResponseCode: 400 HTTP/1.1 400 Bad Request";
-    dialogs.ExpectMessage(refusal + "    EXCEPTION: HTTP/1.1 400 Bad Request");
-    EXPECT_EQ(client.Login("service", "tide\"well"), -1);
-    EXPECT_EQ(client.Logout(), -3);
-    Server.reset();
-    dialogs.ExpectMessage("No connection to server");
-    EXPECT_EQ(client.Login("service", "tidewell"), -1);
-}
-
-TEST_F(CurlHttp, SecondServerOnTheSamePortFails) {
-    EXPECT_THROW(THttpsServer(Service, Certificates, Server->Port()), std::exception);
+    const std::size_t before = Service.RequestCount();
+    EXPECT_EQ(post("/login", "", "").Reason, "HTTP/1.1 302 Found"); // not followed
+    EXPECT_EQ(Service.RequestCount(), before + 1);
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 #include "cloud/Scrambling.h"
 
+#include "core/Table.h"
 #include "support/FakePorts.h"
 #include "support/PosixProcess.h"
 #include "tools/Processor.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 
 #include <sstream>
@@ -20,63 +20,37 @@ using testing::Not;
 const char* const key = "0A12C00000000000";
 
 TEST(Scrambling, MakesAKeyOfAnyProcessorText) {
-    const struct {
-        const char* Text;
-        const char* Key;
-    } cases[] = {
-        {"", "0000000000000000"},
-        {"no digit: xyz abcdef", "0000000000000000"},
-        {"0123456789ABCDEF", "0123456789ABCDEF"},
-        {"0123456789ABCDEF0123", "0123456789ABCDEF"},
-        {"BFEBFBFF-000906a3", "BFEBFBFF00090630"},
-        {"\xC4"
-         "12\xE4"
-         "3",
-         "1230000000000000"}, // bytes of no encoding
-    };
-    for (const auto& test : cases)
-        EXPECT_EQ(MachineKey(test.Text), test.Key) << test.Text;
+    ExpectRows([](std::string_view text) { return MachineKey(text); },
+               {" -> 0000000000000000", "no digit: xyz abcdef -> 0000000000000000",
+                "0123456789ABCDEF -> 0123456789ABCDEF", "0123456789ABCDEF0123 -> 0123456789ABCDEF",
+                "0123456789ABCDE -> 0123456789ABCDE0", "BFEBFBFF-000906a3 -> BFEBFBFF00090630",
+                "\xC4 12\xE4 3 -> 1230000000000000"});
 }
 
 TEST(Scrambling, HandsThePasswordOverAsOneArgument) {
     TFakeProcess process;
     Scramble(process, "/t", "-x \"a\" $HOME; rm *", key);
     Unscramble(process, "/t", "-AB", key);
+    EXPECT_EQ(Scramble(process, "/t", std::string("a\0b", 3), key), "");
     EXPECT_THAT(process.Calls,
                 testing::ElementsAre("run /t/share/E [-x \"a\" $HOME; rm *] [0A12C00000000000]",
                                      "run /t/share/D [-AB] [0A12C00000000000]"));
-    process.Calls.clear();
-    EXPECT_EQ(Scramble(process, "/t", std::string("a\0b", 3), key), "");
-    EXPECT_THAT(process.Calls, testing::IsEmpty());
+    EXPECT_EQ(process.Output, std::nullopt); // no tool at all
+    EXPECT_EQ(Scramble(process, "/t", "p", key) + Unscramble(process, "/t", "p", key), "");
 }
 
+// What a tool wrote, and what of it is taken as scrambled and as clear.
 TEST(Scrambling, TakesOnlyWhatIsMarked) {
-    const struct {
-        std::optional<std::string> Output;
-        const char* Scrambled;
-        const char* Clear;
-    } cases[] = {
-        {std::nullopt, "", ""},
-        {"", "", ""},
-        {"\xFF\xFE garbage\n", "", ""},
-        {"error: out of memory\n", "", ""},
-        {"Result2:abc", "", ""}, // ended early
-        {"Result2:,#END", "", ""},
-        {"Result2:abc,#END", "abc", ""},
-        {"a warning\nResult2:abc,#END\n,#END", "abc", ""},
-        {"Result3:", "", ""},
-        {"a warning\nResult3: ~\x7F", "", " ~\x7F"},
-        {"Result3:Result3:a,#END", "", "Result3:a,#END"},
-        {"Result3:abc\n", "", ""},
-        {"Result3:\x1F", "", ""},
-        {"Result3:gr\xC3\xBCn", "", ""},
-    };
-    for (const auto& test : cases) {
-        TFakeProcess process;
-        process.Output = test.Output;
-        EXPECT_EQ(Scramble(process, "/t", "p", key), test.Scrambled) << test.Output.value_or("-");
-        EXPECT_EQ(Unscramble(process, "/t", "p", key), test.Clear) << test.Output.value_or("-");
-    }
+    ExpectRows(
+        [](std::string_view output) {
+            TFakeProcess process;
+            process.Output = output;
+            return Scramble(process, "/t", "p", key) + "|" + Unscramble(process, "/t", "p", key);
+        },
+        {" -> |", "\xFF\xFE garbage\n -> |", "error: out of memory\n -> |", "Result2:abc -> |",
+         "Result2:,#END -> |", "Result3: -> |", "Result3:abc\n -> |", "Result3:\x1F -> |",
+         "Result3:gr\xC3\xBCn -> |", "Result2:abc,#END -> abc|", "a warning\nResult2:abc,#END\n,#END -> abc|",
+         "a warning\nResult3: ~\x7F -> | ~\x7F", "Result3:Result3:a,#END -> |Result3:a,#END"});
 }
 
 // The real tools.
@@ -86,25 +60,10 @@ struct TTools : testing::Test {
 };
 
 TEST_F(TTools, GiveBackWhatTheyScrambled) {
-    const std::string passwords[] = {
-        "tidewell",
-        "",
-        " ",
-        " a  b ",
-        "-h",
-        "--",
-        "\"",
-        "'it''s' \"so\"",
-        "$HOME $(id) `id`",
-        "a;b|c&d>e<f",
-        "%PATH% ^ !x!",
-        "\\\\n\\",
-        "*?[a]{b}~",
-        "Result3:,#END",
-        std::string(200, 'x'),
-        std::string(1000, 'y'),
-    };
-    for (const auto& password : passwords) {
+    for (const std::string& password :
+         std::initializer_list<std::string>{"tidewell", "", " ", " a  b ", "-h", "--", "\"", "'it''s' \"so\"",
+                                            "$HOME $(id) `id`", "a;b|c&d>e<f", "%PATH% ^ !x!", "\\\\n\\",
+                                            "*?[a]{b}~", "Result3:,#END", std::string(1000, 'y')}) {
         const std::string scrambled = Scramble(Process, Directory, password, key);
         EXPECT_THAT(scrambled, MatchesRegex("[A-Za-z0-9_-]+")) << password;
         EXPECT_EQ(Unscramble(Process, Directory, scrambled, key), password);
@@ -122,23 +81,14 @@ TEST_F(TTools, GiveNothingForWhatTheyCannotDo) {
     const std::string scrambled = Scramble(Process, Directory, "tidewell", key);
     std::string changed = scrambled;
     changed[scrambled.size() / 2] = changed[scrambled.size() / 2] == 'A' ? 'B' : 'A';
-    const std::pair<std::string, std::string> cases[] = {
-        {scrambled, "0A12C00000000001"},
-        {scrambled, ""},
-        {changed, key},
-        {scrambled.substr(0, scrambled.size() - 4), key},
-        {scrambled + "AAAA", key},
-        {"B" + scrambled.substr(1), key},
-        {scrambled + "A", key},
-        {"", key},
-        {"AQ", key},
-        {"-", key},
-        {"no text of theirs", key},
-    };
-    for (const auto& [text, itsKey] : cases) {
-        EXPECT_EQ(Unscramble(Process, Directory, text, itsKey), "") << text;
+    for (const std::string& text : {changed, scrambled.substr(0, scrambled.size() - 4), scrambled + "AAAA",
+                                    scrambled + "A", "B" + scrambled.substr(1), std::string(),
+                                    std::string("AQ"), std::string("-"), std::string("no text of theirs")}) {
+        EXPECT_EQ(Unscramble(Process, Directory, text, key), "") << text;
         EXPECT_EQ(Process.ExitCode, 1) << text;
     }
+    for (const char* other : {"0A12C00000000001", ""})
+        EXPECT_EQ(Unscramble(Process, Directory, scrambled, other), "") << other;
     EXPECT_EQ(Scramble(Process, Directory / "nowhere", "tidewell", key), "");
     EXPECT_EQ(Unscramble(Process, Directory / "nowhere", scrambled, key), "");
 }
@@ -178,21 +128,19 @@ TEST(Processor, TellsTheSameOnEveryCore) {
 }
 
 TEST(Processor, KeepsTheFieldsThatStay) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"", ";;;;;;;;;;;"},
-        {"no field\n:\n", ";;;;;;;;;;;"},
-        {"processor\t: 0\nvendor_id\t: AuthenticAMD\ncpu family\t: 25\nmodel\t\t: 33\nmodel name\t: A B\n"
-         "stepping\t: 2\ncpu MHz\t\t: 2200.001\nflags\t\t: fpu\n\nprocessor\t: 1\nmodel\t\t: 34\n",
-         "AuthenticAMD;25;33;A B;2;;;;;;;"},
-        {"processor\t: 0\nBogoMIPS\t: 108.00\nCPU implementer\t: 0x41\nCPU architecture: 8\nCPU variant\t: "
+    ExpectRows(
+        [](std::string_view cpuinfo) {
+            std::istringstream stream{std::string(cpuinfo)};
+            return ProcessorFields(stream);
+        },
+        {" -> ;;;;;;;;;;;", "no field\n:\n -> ;;;;;;;;;;;",
+         "processor\t: 0\nvendor_id\t: AuthenticAMD\ncpu family\t: 25\nmodel\t\t: 33\nmodel name\t: A B\n"
+         "stepping\t: 2\ncpu MHz\t\t: 2200.001\nflags\t\t: fpu\n\nprocessor\t: 1\nmodel\t\t: 34\n -> "
+         "AuthenticAMD;25;33;A B;2;;;;;;;",
+         "processor\t: 0\nBogoMIPS\t: 108.00\nCPU implementer\t: 0x41\nCPU architecture: 8\nCPU variant\t: "
          "0x0\n"
-         "CPU part\t: 0xd08\nCPU revision\t: 3\n\nSerial\t\t: 10000000abcdef01\nModel\t\t: Board\n",
-         ";;;;;0x41;8;0x0;0xd08;3;10000000abcdef01;"},
-    };
-    for (const auto& [text, fields] : cases) {
-        std::istringstream cpuinfo(text);
-        EXPECT_EQ(ProcessorFields(cpuinfo), fields);
-    }
+         "CPU part\t: 0xd08\nCPU revision\t: 3\n\nSerial\t\t: 10000000abcdef01\nModel\t\t: Board\n -> "
+         ";;;;;0x41;8;0x0;0xd08;3;10000000abcdef01;"});
 }
 
 } // namespace

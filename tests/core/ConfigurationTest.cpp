@@ -4,138 +4,114 @@
 #include "core/Errors.h"
 #include "core/Extensions.h"
 #include "core/LanguageTexts.h"
-#include "core/controls/Simple.h"
-#include "support/MemoryFiles.h"
+#include "core/Table.h"
 
 #include <gmock/gmock.h>
 
 namespace tidewell {
 namespace {
 
-using testing::ElementsAre;
-using testing::ThrowsMessage;
-
-// Flags in the order of the sections, then the numbers of the timer.
-std::vector<int> Settings(const TConfiguration& read) {
-    const auto& log = read.ErrorLog;
-    std::vector<int> result{read.PortScan.doPortScan, read.AutoLoadProfile.doAutoloadProfile};
-    result.insert(result.end(), {log.doGetErrorlog, log.doIncludeValuesInFile});
-    result.insert(result.end(), {read.LogAutoStart.doLogAutoStart, read.DebugEnable, read.UpdateTimer.Time});
-    result.insert(result.end(), {read.UpdateTimer.XAxisJump, read.UpdateTimer.DatalogCount});
-    return result;
-}
-
-template <class TRead>
-std::vector<std::string> Told(const TRead& read) {
-    std::vector<std::string> lines;
+// All that was read, in the order of the sections, then what was replaced.
+std::string Read(std::string_view rows) {
+    const auto read = ReadConfiguration(TIniFile("[CommInitModbus]\nDebugEnable=0\n" + std::string(rows)));
+    std::string text;
+    for (const int value :
+         {+read.PortScan.doPortScan, +read.AutoLoadProfile.doAutoloadProfile, +read.ErrorLog.doGetErrorlog,
+          +read.ErrorLog.doIncludeValuesInFile, +read.LogAutoStart.doLogAutoStart, read.UpdateTimer.Time,
+          read.UpdateTimer.XAxisJump, read.UpdateTimer.DatalogCount})
+        text += std::to_string(value) + " ";
     for (const TReplacedNumber& number : read.Replaced)
-        lines.push_back(LineOn(number, {}));
-    return lines;
+        text += number.Where + number.Text + "=" + std::to_string(number.Used) + " ";
+    return text;
 }
 
 TEST(Configuration, DefaultsAndManners) {
-    EXPECT_THAT(Settings(ReadConfiguration(TIniFile("[CommInitModbus]\nDebugEnable=0\n"))),
-                ElementsAre(0, 0, 1, 0, 0, 0, 1000, 1000, 50000));
-    const auto full = ReadConfiguration(TIniFile("[Port]\nPortScan=True\n"
-                                                 "[Profile]\nAutoloadProfile=1\n"
-                                                 "[ModelFamily]\n4711=north\n[ModelProfile]\nHV 20=Hush20\n"
-                                                 "[ErrorLog]\nErrorLogEnable=FALSE\nDebugLog=true\n"
-                                                 "[ErrorlogQestions]\nR1=1;3\n"
-                                                 "[LogAutoStart]\nEnabled=TRUE\n"
-                                                 "[CommInitModbus]\nDebugEnable=TRUE\n"
-                                                 "[UpdateTimer]\nTime=ten\nXAxisJump=5\nDatalogCount=0\n"));
-    EXPECT_THAT(Told(full), ElementsAre("[UpdateTimer] Time: 'ten' is not possible, 1000 is used"));
-    const auto low =
-        ReadConfiguration(TIniFile("[CommInitModbus]\nDebugEnable=0\n"
-                                   "[UpdateTimer]\nTime=0\nXAxisJump=-1\nDatalogCount=99999999999\n"));
-    EXPECT_THAT(Settings(low), ElementsAre(0, 0, 1, 0, 0, 0, 1000, 1000, 50000));
-    EXPECT_EQ(Told(low).size(), 3u);
-    EXPECT_THAT(Settings(full), ElementsAre(1, 0, 0, 1, 1, 1, 1000, 5, 0));
-    EXPECT_EQ(full.AutoLoadProfile.ItemNumber.Value("4711"), "north");
-    EXPECT_EQ(full.AutoLoadProfile.Model.Value("hv 20"), "Hush20");
-    EXPECT_EQ(full.ErrorLog.Qestion.ValueAt(0), "1;3");
     for (const char* bytes : {"", "[CommInitModbus]\nDebugEnable=\n", "[CommInitModbus]\nDebugEnable=ja\n"})
         EXPECT_THROW(ReadConfiguration(TIniFile(bytes)), EConvertError) << bytes;
+    const std::string defaults = " -> 0 0 1 0 0 1000 1000 50000 ";
+    test::ExpectRows(Read,
+                     {"[UpdateTimer]\nTime=0\nXAxisJump=0" + defaults +
+                          "[UpdateTimer] Time: 0=1000 [UpdateTimer] XAxisJump: 0=1000 ",
+                      "[UpdateTimer]\nTime=x\nDatalogCount=-1" + defaults +
+                          "[UpdateTimer] Time: x=1000 [UpdateTimer] DatalogCount: -1=50000 ",
+                      defaults, "[UpdateTimer]\nTime=1\nXAxisJump=1\nDatalogCount=0 -> 0 0 1 0 0 1 1 0 ",
+                      "[UpdateTimer]\nTime=2147483647\nXAxisJump= -> 0 0 1 0 0 2147483647 1000 50000 "});
+    // As "true" or not "false", each flag in its section.
+    test::ExpectRows(
+        Read, {"[Port]\nPortScan=True\n[Profile]\nAutoloadProfile=1\n[ErrorLog]\nErrorLogEnable=FALSE\n"
+               "DebugLog=true\n[LogAutoStart]\nEnabled=TRUE -> 1 0 0 1 1 1000 1000 50000 ",
+               "[Port]\nPortScan=1\n[Profile]\nAutoloadProfile=TRUE\n[ErrorLog]\nErrorLogEnable=0\n"
+               "DebugLog=1\n[LogAutoStart]\nEnabled=1 -> 0 1 1 0 0 1000 1000 50000 "});
+    const auto rest =
+        ReadConfiguration(TIniFile("[CommInitModbus]\nDebugEnable=1\n[ModelFamily]\n4711=north\n"
+                                   "[ModelProfile]\nHV 20=Hush20\n[ErrorlogQestions]\nR1=1;3\n"));
+    EXPECT_TRUE(rest.DebugEnable);
+    EXPECT_EQ(rest.AutoLoadProfile.ItemNumber.Value("4711") + rest.AutoLoadProfile.Model.Value("hv 20") +
+                  rest.ErrorLog.Qestion.ValueAt(0),
+              "northHush201;3");
 }
 
 // Off unless named or set for all; the guide holds the table as it stands here.
 TEST(Configuration, Extensions) {
     const std::string guide =
         TDiskFiles().Read(std::filesystem::path(TIDEWELL_SOURCE_DIR) / "docs/installation.md");
-    const auto on = [](const std::string& bytes, const TExtensionKey& key) {
-        return ReadExtensions(TIniFile(bytes)).*key.Flag;
-    };
     for (const TExtensionKey& key : ExtensionKeys()) {
-        const std::string section = "[" + std::string(key.Section) + "]\n" + std::string(key.Key) + "=";
-        EXPECT_THAT(guide,
-                    testing::HasSubstr("| `" + std::string(key.Section) + "` | `" + std::string(key.Key) +
-                                       "` | " + std::string(key.What) + " |\n"));
-        const std::pair<std::string, bool> cases[] = {
-            {"", false},
-            {"[Extensions]\nAll=True\n", true},
-            {"[Extensions]\nAll=1\n", false},
-            {section + "TRUE\n", true},
-            {"[Extensions]\nAll=True\n" + section + "false\n", false},
-            {"[Extensions]\nAll=True\n" + section + "\n", false}};
-        for (const auto& [bytes, expected] : cases)
-            EXPECT_EQ(on(bytes, key), expected) << bytes;
+        const std::string section(key.Section);
+        const std::string name(key.Key);
+        EXPECT_THAT(guide, testing::HasSubstr("| `" + section + "` | `" + name + "` | " +
+                                              std::string(key.What) + " |\n"));
+        const std::string own = "[" + section + "]\n" + name + "=";
+        const std::string all = "[Extensions]\nAll=True\n";
+        for (const std::string& bytes : {all, own + "TRUE\n"})
+            EXPECT_TRUE(ReadExtensions(TIniFile(bytes)).*key.Flag) << bytes;
+        for (const std::string& bytes :
+             {std::string(), std::string("[Extensions]\nAll=1\n"), all + own + "false\n", all + own + "\n"})
+            EXPECT_FALSE(ReadExtensions(TIniFile(bytes)).*key.Flag) << bytes;
     }
 }
 
 TEST(Configuration, ReadsTheLink) {
-    const auto shown = [](const TNabtoConfiguration& read) {
-        return read.Name + "|" + read.LastLoginUser + "|" + read.LastLoginPW + "|" + read.Domain + "|" +
-               std::to_string(read.DelayBetweenQuestions) + "|" + std::to_string(read.PauseTime) +
-               (read.Enabled ? "|on" : "|off");
+    const auto read = [](std::string_view rows) {
+        const auto link = ReadNabtoConfiguration(TIniFile("[CommInitNabto]\n" + std::string(rows)));
+        return link.Name + "|" + link.LastLoginUser + "|" + link.LastLoginPW + "|" + link.Domain + "|" +
+               std::to_string(link.DelayBetweenQuestions) + "|" + std::to_string(link.PauseTime) +
+               (link.Enabled ? "|on" : "|off");
     };
-    EXPECT_EQ(shown(ReadNabtoConfiguration(TIniFile(""))), "|||remote.tidewell.example|50|2000|off");
-    EXPECT_EQ(shown(ReadNabtoConfiguration(
-                  TIniFile("[CommInitNabto]\nName=n\nDelayBetweenQuestions= 12.6\nPauseTime=1\nEnabled=1\n"
-                           "LastLoginUser=u\nLastLoginPW=p\nDomain=\n"))),
-              "n|u|p||13|1|on");
-    const std::pair<std::string, const char*> bad[] = {
-        {"PauseTime=abc", "PauseTime: 'abc' is not a valid floating point value"},
-        {"PauseTime=", "PauseTime: '' is not a valid floating point value"},
-        {"Enabled=", "Enabled: '' is not a valid boolean value"}};
-    for (const auto& [row, message] : bad) {
-        test::TMemoryFiles files;
-        files.Put("/s.inn", "[CommInitNabto]\n" + row);
-        EXPECT_THAT([&] { ReadNabtoConfiguration(TIniFile(files, "/s.inn")); },
-                    ThrowsMessage<EConvertError>(std::string("/s.inn: [CommInitNabto] ") + message));
-    }
-    test::TMemoryFiles files;
-    files.Put("/s.inn", "[CommInitNabto]\nDelayBetweenQuestions=-5\nPauseTime=1e300\n");
-    const auto nearest = ReadNabtoConfiguration(TIniFile(files, "/s.inn"));
-    EXPECT_EQ(shown(nearest), "|||remote.tidewell.example|1|2147483647|off");
-    EXPECT_THAT(
-        Told(nearest),
-        ElementsAre("/s.inn: [CommInitNabto] DelayBetweenQuestions: '-5' is not possible, 1 is used",
-                    "/s.inn: [CommInitNabto] PauseTime: '1e300' is not possible, 2147483647 is used"));
+    test::ExpectRows(
+        read,
+        {"PauseTime=abc -> [CommInitNabto] PauseTime: 'abc' is not a valid floating point value",
+         "PauseTime= -> [CommInitNabto] PauseTime: '' is not a valid floating point value",
+         "Enabled= -> [CommInitNabto] Enabled: '' is not a valid boolean value",
+         " -> |||remote.tidewell.example|50|2000|off",
+         "Name=n\nPauseTime=1\nEnabled=1\nLastLoginUser=u\nLastLoginPW=p\nDomain=\n -> n|u|p||50|1|on"});
+    const auto interval = [](std::string_view text) {
+        const auto link = ReadNabtoConfiguration(TIniFile("[CommInitNabto]\nPauseTime=" + std::string(text)));
+        return std::to_string(link.PauseTime) +
+               (link.Replaced.empty() ? "" : " " + LineOn(link.Replaced.front(), {}));
+    };
+    const std::string told = "[CommInitNabto] PauseTime: ";
+    test::ExpectRows(interval,
+                     {"-5 -> 1 " + told + "'-5' is not possible, 1 is used",
+                      "0.4 -> 1 " + told + "'0.4' is not possible, 1 is used",
+                      "2147483648 -> 2147483647 " + told + "'2147483648' is not possible, 2147483647 is used",
+                      "0.5 -> 1", "1 -> 1", "12.6 -> 13", "2147483647 -> 2147483647"});
 }
 
 TEST(Configuration, ReadsTheCloud) {
-    for (const char* port : {"", "ApiPort=0", "ApiPort=-1", "ApiPort=65536", "ApiPort=x", "ApiPort=8443"}) {
+    const auto read = [](std::string_view port) {
         const auto cloud = ReadCloudSettings(
-            TIniFile(std::string("[Cloud]\nApiHost=api.example\nCaFile=cfg/ca.pem\n") + port), "/app");
-        EXPECT_EQ(cloud.ApiPort, std::string_view(port) == "ApiPort=8443" ? 8443 : 4161) << port;
-        EXPECT_EQ(Told(cloud).empty(), cloud.ApiPort == 8443 || port[0] == '\0');
-        EXPECT_EQ(cloud.ApiHost, "api.example");
-        EXPECT_EQ(cloud.CaFile, "/app/cfg/ca.pem");
-    }
+            TIniFile("[Cloud]\nApiHost=api.example\nCaFile=cfg/ca.pem\nApiPort=" + std::string(port)),
+            "/app");
+        EXPECT_EQ(cloud.ApiHost + cloud.CaFile.string(), "api.example/app/cfg/ca.pem");
+        return std::to_string(cloud.ApiPort) + " " + std::to_string(cloud.Replaced.size());
+    };
+    test::ExpectRows(read, {"0 -> 4161 1", "-1 -> 4161 1", "65536 -> 4161 1", "x -> 4161 1", " -> 4161 0",
+                            "1 -> 1 0", "65535 -> 65535 0"});
     EXPECT_EQ(ReadCloudSettings(TIniFile(""), "/app").CaFile, "");
 }
 
-TEST(LanguageTexts, MissingTextsAreEmptyButForOurOwn) {
-    const TIniFile file("[headappl]\nPopupMenu_Exportdatatocsv=Export = csv; all\nempty=\n");
-    TLabel caption("caption", "here");
-    std::string missing = "here";
-    std::string kept = "here";
-    ReadTexts(file, "HeadAppl", {{caption, "PopupMenu_Exportdatatocsv"}, {missing, "TrafficButtonON"}});
-    EXPECT_EQ(caption.Caption(), "Export = csv; all");
-    EXPECT_EQ(missing, "");
-    ReadOwnTexts(file, "HeadAppl", {{kept, "empty"}, {missing, "PopupMenu_Exportdatatocsv"}});
-    EXPECT_EQ(kept, "here");
-    EXPECT_EQ(missing, caption.Caption());
+TEST(LanguageTexts, FillsInValues) {
+    EXPECT_EQ(FillText("%2%1%3 %0 % %", {"a%2", "b"}), "ba%2%3 %0 % %");
 }
 
 } // namespace

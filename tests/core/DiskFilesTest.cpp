@@ -1,16 +1,17 @@
 #include "core/DiskFiles.h"
 
 #include "core/Errors.h"
+#include "core/Table.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
+#include <csignal>
 #include <cstdlib>
-#include <iterator>
 #include <memory>
 #include <system_error>
 
@@ -34,33 +35,42 @@ class DiskFiles : public testing::Test {
         writer->Write(bytes);
         writer->Commit();
     }
-    std::size_t Entries() const {
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(Directory), fs::directory_iterator()));
-    }
 
     fs::path Directory;
     TDiskFiles Files;
 };
 
-TEST_F(DiskFiles, ReadsAFilePieceByPiece) {
-    Put("a", "abcdefg");
+TEST_F(DiskFiles, ReadsAndLists) {
+    for (const char* name : {".", "none"}) {
+        EXPECT_THROW(Files.Open(Directory / name), EInOutError) << name;
+        EXPECT_THROW(Files.Read(Directory / name), EInOutError) << name;
+    }
+    EXPECT_THROW(Files.Modified(Directory / "none"), EInOutError);
+    Put("System_b.INN", "");
+    Put("system_a.inn", std::string("\0\r\nabcd", 7));
+    Put("plain", "");
+    Files.CreateDirectories(Directory / "system_c.inn" / "deep");
+    EXPECT_THROW(Files.CreateDirectories(Directory / "plain" / "deep"), EInOutError);
+    EXPECT_THAT(Files.List(Directory, "system_*.inn"), ElementsAre("System_b.INN", "system_a.inn"));
+    EXPECT_THAT(Files.List(Directory, "*.*"), ElementsAre("System_b.INN", "plain", "system_a.inn"));
+    EXPECT_THAT(Files.List(Directory / "none", "*"), testing::IsEmpty());
+    EXPECT_FALSE(Files.FileExists(Directory / "system_c.inn"));
+    EXPECT_TRUE(Files.DirectoryExists(Directory / "system_c.inn"));
+    const auto age = std::chrono::system_clock::now() - Files.Modified(Directory / "plain");
+    EXPECT_LT(std::chrono::abs(age), std::chrono::minutes(1));
+    EXPECT_EQ(Files.Read(Directory / "system_a.inn"), std::string("\0\r\nabcd", 7));
+    EXPECT_GT(Files.Read("/proc/self/status").size(), 100U); // of a size that is not known beforehand
+    // Piece by piece, also when the port has gone.
+    const auto reader = TDiskFiles().Open(Directory / "system_a.inn");
     std::string buffer(3, ' ');
     std::string read;
-    {
-        auto files = std::make_unique<TDiskFiles>();
-        const auto reader = files->Open(Directory / "a");
-        files.reset();
-        for (std::size_t got = 0; (got = reader->Read(buffer)) > 0;)
-            read += buffer.substr(0, got) + '|';
-        EXPECT_EQ(reader->Read(buffer), 0U);
-    }
-    EXPECT_EQ(read, "abc|def|g|");
-    EXPECT_THROW(Files.Open(Directory / "none"), EInOutError);
-    EXPECT_THROW(Files.Open(Directory), EInOutError);
+    for (std::size_t got = 0; (got = reader->Read(buffer)) > 0;)
+        read += buffer.substr(0, got) + '|';
+    EXPECT_EQ(read, std::string("\0\r\n|abc|d|", 10));
 }
 
 TEST_F(DiskFiles, WhatIsNotCommittedLeavesTheOldFile) {
+    EXPECT_THROW(Files.Replace(Directory / "none" / "a"), EInOutError);
     Put("a", "old");
     {
         const auto writer = Files.Replace(Directory / "a");
@@ -68,19 +78,33 @@ TEST_F(DiskFiles, WhatIsNotCommittedLeavesTheOldFile) {
         EXPECT_EQ(Files.Read(Directory / "a"), "old");
     }
     EXPECT_EQ(Files.Read(Directory / "a"), "old");
-    EXPECT_EQ(Entries(), 1U);
+    // So does a disk that is full, which a limit on the size of files stands for.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit full{4096, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_THROW(Put("a", std::string(10000, 'x')), EInOutError);
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(Files.Read(Directory / "a"), "old");
     // A commit that fails, here because a directory has taken the name, removes its temporary file.
     {
         const auto writer = Files.Replace(Directory / "b");
         fs::create_directory(Directory / "b");
         EXPECT_THROW(writer->Commit(), EInOutError);
     }
-    EXPECT_EQ(Entries(), 2U);
-    EXPECT_THROW(Files.Replace(Directory / "none" / "a"), EInOutError);
+    EXPECT_THAT(Files.List(Directory, "*"), ElementsAre("a"));
 }
 
 TEST_F(DiskFiles, ReplacesInPlaceAndLeavesWhatIsReadOnly) {
+    EXPECT_FALSE(Files.IsLocked(Directory / "a"));
     Put("a", "old");
+    const int holder = ::open((Directory / "a").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(holder, LOCK_SH | LOCK_NB), 0);
+    EXPECT_TRUE(Files.IsLocked(Directory / "a"));
+    ::close(holder);
+    EXPECT_FALSE(Files.IsLocked(Directory / "a"));
+    EXPECT_EQ(fs::status(Directory / "a").permissions(), fs::perms(0644));
     fs::permissions(Directory / "a", fs::perms(0640));
     fs::create_symlink("a", Directory / "link");
     Put("link", std::string(200000, 'x'));
@@ -94,49 +118,25 @@ TEST_F(DiskFiles, ReplacesInPlaceAndLeavesWhatIsReadOnly) {
     EXPECT_THAT([&] { Files.Remove(Directory / "a"); },
                 testing::ThrowsMessage<EInOutError>("Cannot remove " + (Directory / "a").string() + ": " +
                                                     std::generic_category().message(EACCES)));
+    EXPECT_TRUE(Files.IsLocked(Directory / "a"));
     EXPECT_EQ(Files.Read(Directory / "a").size(), 200000U);
-}
-
-TEST_F(DiskFiles, ReadsAndLists) {
-    Put("System_b.INN", "");
-    Put("system_a.inn", std::string("\0\r\n", 3));
-    Put("plain", "");
-    Files.CreateDirectories(Directory / "system_c.inn" / "deep");
-    EXPECT_THROW(Files.CreateDirectories(Directory / "plain" / "deep"), EInOutError);
-    EXPECT_THAT(Files.List(Directory, "system_*.inn"), ElementsAre("System_b.INN", "system_a.inn"));
-    EXPECT_THAT(Files.List(Directory, "*.*"), ElementsAre("System_b.INN", "plain", "system_a.inn"));
-    EXPECT_THAT(Files.List(Directory / "none", "*"), testing::IsEmpty());
-    EXPECT_EQ(Files.Read(Directory / "system_a.inn"), std::string("\0\r\n", 3));
-    EXPECT_FALSE(Files.FileExists(Directory / "system_c.inn"));
-    EXPECT_TRUE(Files.DirectoryExists(Directory / "system_c.inn"));
-    for (const char* name : {"system_c.inn", "none"})
-        EXPECT_THROW(Files.Read(Directory / name), EInOutError) << name;
-    EXPECT_THROW(Files.Modified(Directory / "none"), EInOutError);
-    const auto age = std::chrono::system_clock::now() - Files.Modified(Directory / "plain");
-    EXPECT_LT(std::chrono::abs(age), std::chrono::minutes(1));
-}
-
-TEST_F(DiskFiles, KnowsWhoHoldsAFile) {
-    const fs::path path = Directory / "a";
-    EXPECT_FALSE(Files.IsLocked(path));
-    Put("a", "");
-    const int holder = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    ASSERT_EQ(::flock(holder, LOCK_SH | LOCK_NB), 0);
-    EXPECT_TRUE(Files.IsLocked(path));
-    ::close(holder);
-    EXPECT_FALSE(Files.IsLocked(path));
+    fs::permissions(Directory / "a", fs::perms(0644));
+    Files.Remove(Directory / "a");
+    EXPECT_THROW(Files.Remove(Directory / "a"), EInOutError);
 }
 
 TEST(MatchesMask, Names) {
-    const auto matches = [](const std::string& nameAndMask) {
-        const std::size_t bar = nameAndMask.find('|');
-        return MatchesMask(nameAndMask.substr(0, bar), nameAndMask.substr(bar + 1));
+    const auto matches = [](std::string_view input) {
+        const std::size_t bar = input.find('|');
+        return std::string(MatchesMask(std::string(input.substr(0, bar)), std::string(input.substr(bar + 1)))
+                               ? "yes"
+                               : "no");
     };
-    for (const char* text : {"|", "|*", "a|?", "a.PLS|*.pls", "aab|*ab", "abcabd|*ab?", "noext|*.*",
-                             "system_.inn|system_*.inn", "Z\xC3\x85|z\xC3\x85"})
-        EXPECT_TRUE(matches(text)) << text;
-    for (const char* text : {"a|", "ab|?", "a.pls.bak|*.pls", "\xC3\x85|\xC3\xA5", "\xC5|\xE5"})
-        EXPECT_FALSE(matches(text)) << text;
+    test::ExpectRows(matches, {"a| -> no", "|? -> no", "ab|? -> no", "a|ab -> no", "a.pls.bak|*.pls -> no",
+                               "\xC3\x85|\xC3\xA5 -> no", "\xC5|\xE5 -> no"});
+    test::ExpectRows(matches, {"| -> yes", "|* -> yes", "a|? -> yes", "a|a** -> yes", "a.PLS|*.pls -> yes",
+                               "aab|*ab -> yes", "abcabd|*ab? -> yes", "noext|*.* -> yes",
+                               "system_.inn|system_*.inn -> yes", "Z\xC3\x85|z\xC3\x85 -> yes"});
 }
 
 } // namespace

@@ -3,45 +3,31 @@
 #include "fuzz/Fuzz.h"
 #include "logging/CsvExport.h"
 #include "logging/DatalogLines.h"
-#include "model/GraphRowParser.h"
 
 #include <algorithm>
-#include <cstdint>
 
 namespace tidewell::test {
 namespace {
 
-constexpr char nextFile = '\x1C';
 constexpr std::size_t longestLine = 24;
-constexpr const char* profileText = "[GraphPoints]\r\n"
-                                    "A=First;1;clRed;3;0;1;150;;;;;;1;\r\n"
-                                    "B=Bits;2;;4;0;0;100;a,b,c;;;;;1;\r\n"
-                                    "C=Number;3;clBlue;0;-7;-2;250;;;;;;1;\r\n"
-                                    "D=Date;9;x;1;0;0;99;;;;;;1;\r\n"
-                                    "E=Time;0;x;2;0;300;200;;;;;;1;\r\n"
-                                    "F=Far;1;x;9;2147483647;-1;0;;;;;;1;\r\n";
+constexpr const char* channelsText = "[GraphPoints]\r\n"
+                                     "A=First;1;clRed;3;0;1;150;;;;;;1;\r\n"
+                                     "B=Bits;2;;4;0;0;100;a,b,c;;;;;1;\r\n"
+                                     "C=Number;3;clBlue;0;-7;-2;250;;;;;;1;\r\n"
+                                     "D=Date;9;x;1;0;0;99;;;;;;1;\r\n"
+                                     "E=Time;0;x;2;0;300;200;;;;;;1;\r\n"
+                                     "F=Far;1;x;9;2147483647;-1;0;;;;;;1;\r\n";
 
 // The lines come out the same whatever the size of the blocks, but for their cut.
 void CompareLines(const TMemoryFiles& files, std::string_view bytes, std::size_t blockSize) {
     const std::vector<std::string> whole = SplitLines(bytes);
-    TDatalogLineReader reader(files.Open("/t/0.csv"), blockSize, longestLine);
+    TDatalogLineReader reader(files.Open("/t/0"), blockSize, longestLine);
     std::size_t count = 0;
     for (std::string_view line; reader.Next(line); ++count) {
         Require(count < whole.size() && whole[count].starts_with(line), "another line");
         Require(line.size() >= std::min(whole[count].size(), longestLine), "a line cut too early");
     }
     Require(count == whole.size(), "lines are missing");
-}
-
-void CompareValues(const std::vector<TGraphPoint>& points, std::string_view bytes) {
-    TGraphRowParser parser(points);
-    for (const std::string& line : SplitLines(bytes)) {
-        parser.Parse(line);
-        const TSplitLine fields(line);
-        Require(parser.Date() == fields.Field(1) && parser.Time() == fields.Field(2), "another date or time");
-        for (std::size_t i = 0; i < points.size(); ++i)
-            Require(parser.Value(i) == CalculateDatapointValue(points[i], fields).Value, "another value");
-    }
 }
 
 void Browse(TGraphPage& page) {
@@ -72,30 +58,27 @@ void Open(TFuzzRig& rig) {
 }
 
 } // namespace
-} // namespace tidewell::test
 
-// The first byte is a size of blocks; then come the files, separated by 0x1C.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tidewell;
-    using namespace tidewell::test;
-    if (size == 0)
-        return 0;
-    std::string_view bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
+void FeedDatalog(std::string_view bytes) {
+    if (bytes.empty())
+        return;
+    const auto blockSize = static_cast<std::size_t>(static_cast<unsigned char>(bytes.front())) + 1;
+    bytes.remove_prefix(1);
     TFuzzRig rig;
-    rig.Files.Put("/t/a.pls", profileText);
+    rig.Files.Put("/t/a.pls", channelsText);
     rig.Profile.Open("/t/a.pls");
     rig.Page.XAxisJump = 10;
     rig.Page.GraphInit(true);
-    for (int file = 0; file == 0 || (!bytes.empty() && file < 3); ++file) {
-        rig.Dialogs.Datalogs.push_back("/t/" + std::to_string(file) + ".csv");
-        rig.Files.Put(rig.Dialogs.Datalogs.back(), std::string(TakeUpTo(bytes, nextFile)));
-    }
-    const std::string first = rig.Files.Read("/t/0.csv");
-    CompareLines(rig.Files, first, std::size_t{data[0]} + 1);
-    CompareValues(rig.Profile.GraphPoints, first);
+    rig.Dialogs.Datalogs = rig.PutFiles(bytes, [](std::string_view part) { return std::string(part); });
+    const std::string first = rig.Files.Read(rig.Dialogs.Datalogs.front());
+    CompareLines(rig.Files, first, blockSize);
+    TGraphRowParser parser(rig.Profile.GraphPoints);
+    for (const std::string& line : SplitLines(first))
+        CheckRow(rig.Profile.GraphPoints, parser, line);
     try {
         Open(rig);
     } catch (const TError&) { // told
     }
-    return 0;
 }
+
+} // namespace tidewell::test

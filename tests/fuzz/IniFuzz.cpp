@@ -3,12 +3,8 @@
 #include "core/Numbers.h"
 #include "fuzz/Fuzz.h"
 
-#include <cstdint>
-
 namespace tidewell::test {
 namespace {
-
-constexpr char valueFollows = '\x1C';
 
 // Writes the value under the key. It and nothing else reads otherwise afterwards, in memory as in the file.
 void Write(std::string_view bytes, const std::string& section, const std::string& key,
@@ -35,14 +31,9 @@ void Write(std::string_view bytes, const std::string& section, const std::string
 }
 
 } // namespace
-} // namespace tidewell::test
 
-// A file, 0x1C and a value to write.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tidewell;
-    using namespace tidewell::test;
-    std::string_view rest(reinterpret_cast<const char*>(data), size);
-    const std::string_view bytes = TakeUpTo(rest, valueFollows);
+void FeedIni(std::string_view rest) {
+    const std::string_view bytes = TakeUpTo(rest, nextPart);
     const std::string value(rest);
     const TIniFile file(bytes);
     Require(file.Bytes() == bytes, "reading changes the file");
@@ -62,5 +53,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!rows.Empty())
             Write(bytes, sections[i], rows.Rows()[value.size() % rows.Count()].Name, value);
     }
-    return 0;
 }
+
+} // namespace tidewell::test

@@ -3,20 +3,19 @@
 #include "fuzz/Fuzz.h"
 #include "model/ModbusPanel.h"
 
-#include <cstdint>
 #include <set>
 
 namespace tidewell::test {
 namespace {
 
-constexpr const char* path = "/t/profile/a.pls";
-constexpr const char* line = "0;02-03-2026;08:00:00;1; -2; 40000; 3; x; 5; ";
+constexpr const char* fedPath = "/t/profile/a.pls";
+constexpr const char* dataLine = "0;02-03-2026;08:00:00;1; -2; 40000; 3; x; 5; ";
 
 // All that shows a row of the setpoint grid.
 void ShowListRows(TFuzzRig& rig) {
     TModbusPanel panel(rig.Files, rig.Wait);
     panel.SetMpanelWorkingpath("/t");
-    panel.SetMpanelPLSpath(path);
+    panel.SetMpanelPLSpath(fedPath);
     panel.InitQuestionStringlistStructures();
     for (const TMDevice& device : panel.DeviceList)
         for (const TStringTable& table : device.ReadListText)
@@ -28,7 +27,7 @@ void ShowListRows(TFuzzRig& rig) {
                     std::vector<std::string> help;
                     std::vector<std::string> shown;
                     const TListRow listRow = ParseListRow(FormatRowLimits(text, help));
-                    FormatListValues(line, shown, {listRow});
+                    FormatListValues(dataLine, shown, {listRow});
                     CellText(listRow, shown.at(0));
                 } catch (const EConvertError&) { // told
                 }
@@ -45,9 +44,9 @@ bool NamesAreUnique(const TIniSection& section) {
 // Writes the graph settings back; what they do not cover reads as before.
 void WriteBack(TFuzzRig& rig) {
     const std::vector<TGraphPoint> before = rig.Profile.GraphPoints;
-    const bool unique = NamesAreUnique(TIniFile(rig.Files, path).ReadSection("GraphPoints"));
+    const bool unique = NamesAreUnique(TIniFile(rig.Files, fedPath).ReadSection("GraphPoints"));
     rig.Profile.WriteGraphSettings(rig.Page.ChannelSettings());
-    rig.Profile.Open(path);
+    rig.Profile.Open(fedPath);
     if (!unique)
         return; // the first of a name gets the row of the last
     Require(before.size() == rig.Profile.GraphPoints.size(), "another count of graph rows");
@@ -68,26 +67,24 @@ void Guarded(const auto& action) {
 }
 
 } // namespace
-} // namespace tidewell::test
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tidewell;
-    using namespace tidewell::test;
+void FeedProfile(std::string_view bytes) {
     TFuzzRig rig;
-    rig.Files.Put(path, std::string(reinterpret_cast<const char*>(data), size));
-    rig.Profile.Open(path);
-    rig.Profile.ReadNabtoSection(path);
-    ReadPollQuestions(rig.Files, path);
+    rig.Files.Put(fedPath, std::string(bytes));
+    rig.Profile.Open(fedPath);
+    rig.Profile.ReadNabtoSection(fedPath);
+    ReadPollQuestions(rig.Files, fedPath);
     rig.Page.XAxisJump = 2;
     Guarded([&] { ShowListRows(rig); });
     Guarded([&] { rig.Page.GraphInit(true); });
     for (int i = 0; i < 4; ++i) {
         rig.Page.GraphDataLabelsTimeText.Add("t");
         rig.Page.GraphDataLabelsDateText.Add("d");
-        Guarded([&] { rig.Page.ExtendGraph(line); });
+        Guarded([&] { rig.Page.ExtendGraph(dataLine); });
     }
     for (const TSLDisplayChannel& channel : rig.Page.graph.Channels)
         rig.Page.NamedBits.ChannelIsBinary(channel.Name());
     Guarded([&] { WriteBack(rig); });
-    return 0;
 }
+
+} // namespace tidewell::test

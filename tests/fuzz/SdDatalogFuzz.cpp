@@ -2,16 +2,13 @@
 #include "fuzz/Fuzz.h"
 #include "logging/SdDatalogReader.h"
 
-#include <cstdint>
-
 namespace tidewell::test {
 namespace {
 
-constexpr char nextFile = '\x1C';
-constexpr const char* profileText = "[GraphPoints]\r\n"
-                                    "A=First;1;clRed;3;0;1;150;;;;;;1;\r\n"
-                                    "B=Last;3;clBlue;18;-7;-2;x;;;;;;1;\r\n"
-                                    "C=Beyond;0;;19;-7;300;;;;;;;1;\r\n";
+constexpr const char* sdChannelsText = "[GraphPoints]\r\n"
+                                       "A=First;1;clRed;3;0;1;150;;;;;;1;\r\n"
+                                       "B=Last;3;clBlue;18;-7;-2;x;;;;;;1;\r\n"
+                                       "C=Beyond;0;;19;-7;300;;;;;;;1;\r\n";
 
 // A file of 360 rows needs more bytes than are good for finding faults, so the lines of a text that starts
 // with "@" stand for stamp, magic and rows, which are repeated; any other text is a file as it stands.
@@ -32,20 +29,12 @@ std::string FileOf(std::string_view text) {
 }
 
 } // namespace
-} // namespace tidewell::test
 
-// Files, separated by 0x1C.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace tidewell;
-    using namespace tidewell::test;
-    std::string_view bytes(reinterpret_cast<const char*>(data), size);
+void FeedSd(std::string_view bytes) {
     TFuzzRig rig;
-    rig.Files.Put("/t/a.SDpls", profileText);
+    rig.Files.Put("/t/a.SDpls", sdChannelsText);
     rig.Dialogs.Profile = "/t/a.SDpls";
-    for (int file = 0; file == 0 || (!bytes.empty() && file < 3); ++file) {
-        rig.Dialogs.Datalogs.push_back("/t/" + std::to_string(file) + ".DAL");
-        rig.Files.Put(rig.Dialogs.Datalogs.back(), FileOf(TakeUpTo(bytes, nextFile)));
-    }
+    rig.Dialogs.Datalogs = rig.PutFiles(bytes, FileOf);
     try {
         TSdDatalogReader reader(rig.Needs);
         reader.OnOpenProfile = [&rig](const std::filesystem::path& path) { rig.Profile.Open(path); };
@@ -58,5 +47,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (const TSLDisplayChannel& channel : rig.Page.graph.Channels)
             Require(channel.Data.GetSize() == 0, "half a page");
     }
-    return 0;
 }
+
+} // namespace tidewell::test

@@ -2,16 +2,14 @@
 
 #include "core/DiskFiles.h"
 #include "core/KvSupport.h"
+#include "core/Table.h"
 #include "core/TextFile.h"
 #include "support/ScriptedDialogs.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace tidewell::test {
 namespace {
-
-using testing::ElementsAre;
 
 class TRecordedActions : public ICommandLineActions {
   public:
@@ -26,77 +24,55 @@ class TRecordedActions : public ICommandLineActions {
     std::vector<std::string> Calls;
 };
 
-struct TCommandLine : testing::Test {
-    int Evaluate(const std::vector<std::string>& arguments) {
-        return EvalSystemParameters(arguments, Parameters, Actions, Dialogs);
-    }
-    TCommandLineParameters Parameters;
-    TRecordedActions Actions;
-    TScriptedDialogs Dialogs;
-};
-
-TEST_F(TCommandLine, RefusesMissingAndWrongValues) {
-    struct TCase {
-        std::vector<std::string> Arguments;
-        std::string Message;
-    };
-    const TCase cases[] = {
-        {{"-devid"}, "A value for the parameter -devid was not supplied"},
-        {{"-devid", "12345678901"}, "The value for the -devid parameter must be exactly 12 digits."},
-        {{"-devid", "1234567890123"}, "The value for the -devid parameter must be exactly 12 digits."},
-        {{"-devid", ""}, "The value for the -devid parameter must be exactly 12 digits."},
-        {{"-jwt"}, "A value for the parameter -jwt was not supplied"},
-        {{"-jwt", " \t"}, "A value for the parameter -jwt was not supplied"},
-    };
-    for (const auto& test : cases) {
-        Dialogs.ExpectMessage(test.Message);
-        EXPECT_EQ(Evaluate(test.Arguments), -1) << test.Message;
-    }
-    EXPECT_THAT(Actions.Calls, ElementsAre());
+// Arguments between "|"; the result, and what was done for them, shown and kept.
+std::string Evaluated(std::string_view input) {
+    TCommandLineParameters kept;
+    TRecordedActions actions;
+    TScriptedDialogs dialogs;
+    for (const char* text : {"A value for the parameter -devid was not supplied",
+                             "The value for the -devid parameter must be exactly 12 digits.",
+                             "A value for the parameter -jwt was not supplied"})
+        dialogs.AllowMessage(text);
+    const auto pieces = SplitStrictly(input, '|');
+    const std::vector<std::string> arguments(pieces.begin(), pieces.end());
+    std::vector<std::string> told{std::to_string(EvalSystemParameters(arguments, kept, actions, dialogs))};
+    told.insert(told.end(), actions.Calls.begin(), actions.Calls.end());
+    for (const std::string& box : dialogs.Texts())
+        told.push_back(box);
+    told.push_back(kept.devid + "/" + kept.jwt + "/" + kept.UserNamePW + "/" + kept.debugShowEEPanel);
+    return Join(told, ", ");
 }
 
-TEST_F(TCommandLine, StopsAtTheFirstFailure) {
-    Dialogs.ExpectMessage("The value for the -devid parameter must be exactly 12 digits.");
-    EXPECT_EQ(Evaluate({"-jwt", "a", "-devid", "1", "-jwt", "b"}), -1);
-    EXPECT_THAT(Actions.Calls, ElementsAre("token a"));
+TEST(CommandLine, ActsInTheOrderGivenUpToTheFirstFailure) {
+    const std::string digits = ", The value for the -devid parameter must be exactly 12 digits., ";
+    const std::string noToken = ", A value for the parameter -jwt was not supplied, ///";
+    ExpectRows(Evaluated,
+               {"-devid -> -1, A value for the parameter -devid was not supplied, ///",
+                "-devid|12345678901 -> -1" + digits + "///", "-devid|1234567890123 -> -1" + digits + "///",
+                "-devid||-jwt|a -> -1" + digits + "///", "-jwt -> -1" + noToken, "-jwt| \t -> -1" + noToken,
+                "-jwt|a|-devid|1|-jwt|b -> -1, token a" + digits + "/a//"});
+    // The device id is cleaned before it is measured: ten digits and two "-".
+    ExpectRows(
+        Evaluated,
+        {" -> 0, ///", "-debugContUpdate -> 0, ///", "-LoginUserPW -> 0, ///",
+         "-devid|x12-456y-890 12 -> 0, init 12-456-89012, 12-456-89012///",
+         "-devid|410000000001|-lang|deutsch|-jwt| t |-LoginUserPW|me;secret -> 0, init 410000000001, token "
+         " t , 410000000001/ t /me;secret/",
+         "-debugShowFlashPanel|true|-debugShowEEPanel|True|-debugContUpdate|true|"
+         "-debugShowExtendedVersionInfo|true -> 0, flash, continuous, extended, ///True",
+         "-debugShowEEPanel|true -> 0, eeprom, ///true"});
 }
 
-TEST_F(TCommandLine, CleansTheDeviceIdBeforeItIsMeasured) {
-    EXPECT_EQ(Evaluate({"-devid", "x12-456y-890 12"}), 0); // ten digits and two "-"
-    EXPECT_EQ(Parameters.devid, "12-456-89012");
-    EXPECT_THAT(Actions.Calls, ElementsAre("init 12-456-89012"));
-}
-
-TEST_F(TCommandLine, ActsInTheOrderGiven) {
-    EXPECT_EQ(Evaluate({"-devid", "410000000001", "-lang", "deutsch", "-jwt", " t ", "-debugShowFlashPanel",
-                        "true", "-debugShowEEPanel", "True", "-debugContUpdate", "true",
-                        "-debugShowExtendedVersionInfo", "true", "-DEVID", "x", "-LoginUserPW", "me;secret"}),
-              0);
-    EXPECT_THAT(Actions.Calls, ElementsAre("init 410000000001", "token  t ", "flash", "continuous",
-                                           "extended", "unknown -DEVID"));
-    EXPECT_EQ(Parameters.jwt, " t ");
-    EXPECT_EQ(Parameters.UserNamePW, "me;secret");
-    EXPECT_EQ(Parameters.debugShowEEPanel, "True");
-}
-
-TEST_F(TCommandLine, TakesSomeOptionsWithoutValue) {
-    EXPECT_EQ(Evaluate({}), 0);
-    EXPECT_EQ(Evaluate({"-debugContUpdate"}), 0);
-    EXPECT_EQ(Evaluate({"-LoginUserPW"}), 0);
-    EXPECT_EQ(Parameters.UserNamePW, "");
-    EXPECT_THAT(Actions.Calls, ElementsAre());
-}
-
-// Their values, which may hold a password, are not.
-TEST_F(TCommandLine, TellsOptionsThatItDoesNotKnow) {
-    EXPECT_EQ(Evaluate({"stray", "--help", "-lang", "-jp", "-LoginUserPw", "me;secret", "-LoginUserPW=me;s",
-                        "-jwt", "-x", "-"}),
-              0);
-    EXPECT_THAT(Actions.Calls, ElementsAre("unknown --help", "unknown -LoginUserPw", "unknown -LoginUserPW",
-                                           "token -x", "unknown -"));
-    std::vector<std::string> arguments{"-LoginUserPW", "me;secret;x", "-LoginUserPW", "me", "a;b"};
+// Their values, which may hold a password, are not told.
+TEST(CommandLine, TellsOptionsThatItDoesNotKnow) {
+    ExpectRows(
+        Evaluated,
+        {"stray|--help|-lang|-jp|-LoginUserPw|me;secret|-LoginUserPW=me;s|-jwt|-x|-|-DEVID -> 0, unknown "
+         "--help, unknown -LoginUserPw, unknown -LoginUserPW, token -x, unknown -, unknown -DEVID, /-x//"});
+    std::vector<std::string> arguments{"-LoginUserPW", "me;secret;x", "-LoginUserPW",
+                                       "me",           "a;b",         "-LoginUserPW"};
     ForgetPassword(arguments);
-    EXPECT_THAT(arguments, ElementsAre("-LoginUserPW", "me", "-LoginUserPW", "me", "a;b"));
+    EXPECT_EQ(Join(arguments, " "), "-LoginUserPW me -LoginUserPW me a;b -LoginUserPW");
 }
 
 TEST(CommandLineHelp, NamesTheOptionsOfTheGuide) {

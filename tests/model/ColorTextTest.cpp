@@ -1,42 +1,34 @@
 #include "model/ColorText.h"
 
+#include "core/KvSupport.h"
+#include "core/Table.h"
+
 #include <gtest/gtest.h>
 
 namespace tidewell::test {
 
 TEST(ColorText, ReadsNamesAndNumbers) {
-    struct {
-        std::string Text;
-        std::uint32_t Value;
-    } const cases[] = {
-        {"clRed", 0x0000FF},        {" CLRED ", 0x0000FF},
-        {"clMoneyGreen", 0xC0DCC0}, {"$000000FF", 0x0000FF},
-        {"$00A1B2C3", 0xA1B2C3},    {"$a1b2c3", 0xA1B2C3},
-        {"0x0000FF00", 0x00FF00},   {"255", 0x0000FF},
-        {"$02112233", 0x112233},    {"clWindow", 0xFFFFFF},
-        {"clBtnFace", 0xF0F0F0},    {"$FF000005", 0xFFFFFF},
-        {"-16777211", 0xFFFFFF},    {"clgradientinactivecaption", 0xF2E4D7},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(ColorFromText(c.Text).Value, c.Value) << c.Text;
-    for (const std::string text : {"", " ", "red", "cl", "$", "0x", "$1FFFFFFFF", "$00GG0000", "$-5", "0x-5",
-                                   "12 ", "1.5", "$FF0000FF", "$FF000019", "--1"})
-        EXPECT_EQ(TryColorFromText(text).has_value(), text == "12 ") << text;
+    for (const char* text :
+         {"", " ", "red", "cl", "$", "0x", "$1FFFFFFFF", "$100000000", "$00GG0000", "$-5", "0x-5", "1.5",
+          "$FF0000FF", "$FF000019", "$FF00001F", "--1", "-2147483649", "4294967296"})
+        EXPECT_EQ(TryColorFromText(text), std::nullopt) << text;
+    // Written where there is no other text: by its name if it has one.
+    ExpectRows([](std::string_view text) { return ColorToText(ColorFromText(text), ""); },
+               {"clRed -> clRed", " CLRED  -> clRed", "$000000FF -> clRed", "255 -> clRed",
+                "0x0000FF00 -> clLime", "0X0000FF00 -> clLime", "clMoneyGreen -> clMoneyGreen",
+                "$00A1B2C3 -> $00A1B2C3", "$a1b2c3 -> $00A1B2C3", "$02112233 -> $00112233",
+                "12  -> $0000000C", "clWindow -> clWhite", "clBtnFace -> $00F0F0F0", "$FF000005 -> clWhite",
+                "-16777211 -> clWhite", "$FF00001E -> $00F0F0F0", "clgradientinactivecaption -> $00F2E4D7"});
 }
 
 TEST(ColorText, KeepsTheTextOfAnUnchangedColour) {
-    struct {
-        std::uint32_t Value;
-        std::string AsRead, Written;
-    } const cases[] = {
-        {0x0000FF, "$000000FF", "$000000FF"}, {0x0000FF, "CLRED", "CLRED"},
-        {0x0000FF, "clBlue", "clRed"},        {0x0000FF, "", "clRed"},
-        {0xFFFFFF, "clWindow", "clWindow"},   {0xFFFFFF, "clRed", "clWhite"},
-        {0xC0C0C0, "clRed", "clSilver"},      {0xA1B2C3, "clRed", "$00A1B2C3"},
-        {0x00000A, "rosso", "$0000000A"},     {UnknownColor.Value, "rosso", "rosso"},
+    const auto written = [](std::string_view input) {
+        const auto texts = SplitStrictly(input, '|');
+        return ColorToText(ColorFromText(texts.at(0)), texts.at(1));
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(ColorToText(TColor{c.Value}, c.AsRead), c.Written) << c.AsRead;
+    ExpectRows(written, {"clRed|$000000FF -> $000000FF", "clRed|CLRED -> CLRED", "clRed|clBlue -> clRed",
+                         "clWhite|clWindow -> clWindow", "clWhite|clRed -> clWhite",
+                         "clLtGray|clRed -> clSilver", "10|rosso -> $0000000A", "verde|rosso -> rosso"});
 }
 
 } // namespace tidewell::test

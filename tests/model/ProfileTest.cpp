@@ -1,6 +1,7 @@
 #include "model/Profile.h"
 
 #include "core/Errors.h"
+#include "core/Table.h"
 #include "model/ColorText.h"
 #include "support/MemoryFiles.h"
 
@@ -13,7 +14,6 @@ namespace tidewell::test {
 
 namespace {
 
-using testing::Each;
 using testing::ElementsAre;
 
 constexpr const char* profilePath = "/t/M3_english.pls";
@@ -46,42 +46,49 @@ TEST_F(Profile, OpensTheGraphSide) {
     EXPECT_EQ(Model.VisibleGraph.ValueAt(1), "0");
     EXPECT_EQ(Model.GraphPoints.at(0).Structnumber, 3);
     EXPECT_NE(Model.GraphPoints.at(1).Error, "");
-
     Model.Open("/t/none.pls");
-    EXPECT_EQ(Model.GraphEnableCount + Model.VisibleGraph.Count() + Model.GraphPoints.size(), 0U);
-    EXPECT_TRUE(Model.GraphValues.empty() && Model.FindGraphNameList.empty());
+    EXPECT_EQ(Model.GraphEnableCount + Model.VisibleGraph.Count() + Model.GraphPoints.size() +
+                  Model.GraphValues.size() + Model.FindGraphNameList.size(),
+              0U);
+    EXPECT_FALSE(Model.ReadFailure.empty() || Model.HoldsNoProfile);
+    std::string profiles;
+    for (const std::string section : {"GraphPoints", "nabtosection", "MyDevice2", "mydevice", "x"}) {
+        Open("[" + section + "]\n");
+        profiles += Model.HoldsNoProfile ? "" : section + " ";
+    }
+    EXPECT_EQ(profiles, "GraphPoints nabtosection MyDevice2 ");
 }
 
 TEST_F(Profile, ReadsTheSettings) {
-    const auto settings = [this] {
-        return std::vector<int>{Model.FlashPage.doFlashPage, Model.DebugLog,
-                                Model.NabtoErrorlogEnable,   Model.FlashPage.DF_FDCountNum,
-                                Model.ErrorLogOffset,        Model.DF_HPM_SNUM,
-                                Model.DF_HPM_SETPKTNUM};
+    const auto read = [this](std::string_view rows) {
+        Files.Put(profilePath, "[NabtoSection]\n" + std::string(rows));
+        Model.ReadNabtoSection(rows == "no file" ? "" : profilePath);
+        std::string text = Model.GetFlashLogProfilepath().string();
+        for (const int value :
+             {+Model.FlashPage.doFlashPage, +Model.DebugLog, +Model.NabtoErrorlogEnable,
+              Model.FlashPage.DF_FDCountNum, Model.ErrorLogOffset, Model.DF_HPM_SNUM, Model.DF_HPM_SETPKTNUM})
+            text += " " + std::to_string(value);
+        return text;
     };
-    Open("[NabtoSection]\nEnabled=TRUE\nDebugLog=yes\nDF_FDCountNum=$10\nErrorLogOffset=many\n"
-         "NabtoErrorlogEnable=true\nDF_HPM_SNUM=4\nDF_HPM_SETPKTNUM=500\n");
-    Model.ReadNabtoSection(profilePath);
-    EXPECT_THAT(settings(), ElementsAre(1, 0, 1, 16, 0, 4, 500));
-    EXPECT_EQ(Model.GetFlashLogProfilepath(), "");
+    ExpectRows(read, {"DebugLog=true\nErrorLogOffset=-3\n ->  0 1 0 0 -3 0 0"});
     Files.Put("/t/M3_english_Flash.pls", "");
-    EXPECT_EQ(Model.GetFlashLogProfilepath(), "/t/M3_english_Flash.pls");
-    Model.ReadNabtoSection("");
-    EXPECT_THAT(settings(), Each(0));
-    EXPECT_EQ(Model.GetFlashLogProfilepath(), "");
-}
-
-TEST_F(Profile, NamesFilesByLanguage) {
-    std::vector<std::string> names;
-    for (const char* language : {"/t/cfg/english.lng", "Deutsch.LNG", "a.lng.bak", "plain", ""})
-        names.push_back(TProfile::PadCurrentProfileExtension("M3", language).string());
-    EXPECT_THAT(names,
-                ElementsAre("M3_english.pls", "M3_Deutsch.pls", "M3_a.pls", "M3_plain.pls", "M3_.pls"));
-    for (const auto& [profile, flash] :
-         {std::pair{"/t/M.PLS", "/t/M_Flash.pls"}, {"/t/M.SDpls", "/t/M.SDpls_Flash.pls"}}) {
-        Model.ReadNabtoSection(profile);
-        EXPECT_EQ(Model.FlashPage.FlashLogProfile, flash);
-    }
+    ExpectRows(
+        read,
+        {"Enabled=TRUE\nDebugLog=yes\nDF_FDCountNum=$10\nErrorLogOffset=many\nNabtoErrorlogEnable=true\n"
+         "DF_HPM_SNUM=4\nDF_HPM_SETPKTNUM=500\n -> /t/M3_english_Flash.pls 1 0 1 16 0 4 500",
+         "no file ->  0 0 0 0 0 0 0"});
+    ExpectRows(
+        [](std::string_view language) {
+            return TProfile::PadCurrentProfileExtension("M3", language).string();
+        },
+        {" -> M3_.pls", "/t/cfg/english.lng -> M3_english.pls", "Deutsch.LNG -> M3_Deutsch.pls",
+         "a.lng.bak -> M3_a.pls", "plain -> M3_plain.pls"});
+    ExpectRows(
+        [this](std::string_view path) {
+            Model.ReadNabtoSection(path);
+            return Model.FlashPage.FlashLogProfile.string();
+        },
+        {" -> ", "/t/M.PLS -> /t/M_Flash.pls", "/t/M.SDpls -> /t/M.SDpls_Flash.pls"});
 }
 
 // Windows-1252, odd spacing, comments, CR LF and LF mixed, no end at the last line.
@@ -90,7 +97,6 @@ TEST_F(Profile, WritesBackOnlyWhatChanged) {
                              "\n; between\r\nP1=" + GraphRow("Off;1;clLime", "0") + "\r\nP2=";
     const std::string tail = "\r\n\r\n[NabtoSection]\r\nEnabled=true\r\n[VisibleGraph]\r\ngraph 0=";
     Open(head + GraphRow("Fan;;clLime") + tail + "1");
-    EXPECT_THAT(Model.FindGraphNameList, ElementsAre("Z\u00FCge", "Off", "Fan"));
     const std::string written = head + GraphRow("Fan;3;$00112233") + tail + "True\r\ngraph 1=False";
     std::vector<TGraphChannelSettings> channels{{"Z\u00FCge:[12.50]", true, TColor{0x0000FF}, 0},
                                                 {"Fan:[-3.00]", false, TColor{0x00112233}, 2}};
@@ -101,14 +107,11 @@ TEST_F(Profile, WritesBackOnlyWhatChanged) {
     Model.WriteGraphSettings(channels); // with nothing to write, nothing fails
     channels[1].Visible = true;
     EXPECT_THROW(Model.WriteGraphSettings(channels), EInOutError);
-    EXPECT_EQ(Bytes(), written);
     Files.Room = 1000000;
-    Files.Unwritable.insert(profilePath);
-    Model.WriteGraphSettings(channels); // read-only: lost in silence
-    Files.Unwritable.clear();
-    Files.Locked.insert(profilePath); // and so when it is held
+    Files.Locked.insert(profilePath); // held, or read-only: lost in silence
     Model.WriteGraphSettings(channels);
     EXPECT_EQ(Bytes(), written);
+    Files.Locked.clear();
     Files.Content.clear();
     Model.WriteGraphSettings(channels); // deleted meanwhile
     EXPECT_TRUE(Files.Content.empty());
@@ -127,20 +130,18 @@ TEST_F(Profile, MatchesRowsToChannelsAndKeys) {
                            "\n[VisibleGraph]\ngraph 0=True\ngraph 1=True\ngraph 2=False\n");
 }
 
+// Up to 30 characters of it.
 TEST_F(Profile, CutsTheValueFromANameOnly) {
-    const std::pair<std::string, std::string> table[] = {
-        {"T:[1.00]", "T"},
-        {"T", "T"},
-        {":[00000000 00000001]", ""},
-        {"a;b", "\"a;b\""},
-        {"T:[" + std::string(28, 'x') + "rest", "Trest"},
-        {"T:[\u00E5" + std::string(27, 'x') + "rest", "Trest"}};
     const std::string tail = ";1;clRed;3;0;1;1;;;;;;1;\n[VisibleGraph]\ngraph 0=True\n";
-    for (const auto& [name, written] : table) {
+    const auto written = [&](std::string_view name) {
         Open("[GraphPoints]\nA=T" + tail);
-        Model.WriteGraphSettings({{name, true, TColor{0x0000FF}, 0}});
-        EXPECT_EQ(Bytes(), "[GraphPoints]\nA=" + written + tail);
-    }
+        Model.WriteGraphSettings({{std::string(name), true, TColor{0x0000FF}, 0}});
+        return Bytes().substr(16, Bytes().size() - 16 - tail.size());
+    };
+    const std::string x27(27, 'x');
+    ExpectRows(written,
+               {"T:[1.00] -> T", "T -> T", "T: -> T:", ":[00000000 00000001] -> ", "a;b -> \"a;b\"",
+                "T:[x" + x27 + "rest -> Trest", "T:[\u00E5" + x27 + "rest -> Trest", "T:[x" + x27 + " -> T"});
 }
 
 } // namespace tidewell::test
