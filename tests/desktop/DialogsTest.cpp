@@ -1,16 +1,12 @@
-#include "ProgramOnScreen.h"
-#include "Robot.h"
-#include "Support.h"
+#include "ScreenTest.h"
+#include "widgets/BitViews.h"
 
-#include <QCheckBox>
-#include <QHelpEvent>
-#include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTest>
-#include <QToolTip>
+#include <QTableView>
 
 #include <gmock/gmock.h>
 
@@ -19,59 +15,23 @@ namespace tidewell::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
-// The dialogs of a running program under the keyboard and the mouse.
-class DialogsTest : public testing::Test {
+class DialogsTest : public TScreenTest {
   protected:
-    ~DialogsTest() override { EXPECT_TRUE(Robot.Done()); }
-
-    // The start up to the end of what the robot does there.
-    void Start() {
-        Screen.Build();
-        Screen.Advance(200);
-    }
-    // The start without dialogs: signed in, and linked to a controller.
-    void StartLinked() {
-        Screen.Arguments = {"-devid", "410000000001", "-LoginUserPW", "service;tidewell"};
-        Start();
-    }
-    template <class TWidget>
-    static TWidget& Child(QWidget& window, const char* name) {
-        auto* const child = window.findChild<TWidget*>(QString::fromLatin1(name));
-        if (child == nullptr)
-            throw std::runtime_error(name);
-        return *child;
-    }
     static std::string FocusedRadio() {
         const auto* const button = qobject_cast<QRadioButton*>(QApplication::focusWidget());
         return button != nullptr && button->isChecked() ? button->text().toStdString() : std::string();
     }
-    static void Click(QWidget& window, const char* name) {
-        QTest::mouseClick(&Child<QWidget>(window, name), Qt::LeftButton);
-    }
-    // A fatal failure ends the dialogs.
-    void On(const QString& window, const TRobot::TAction& action) {
-        Robot.On(window, [this, action](QWidget& view) {
-            action(view);
-            if (HasFatalFailure())
-                Screen.Desktop.Dialogs.CancelAll();
+    // Opens the input dialog of that setpoint.
+    void OnInputOf(int row, const TRobot::TAction& action) {
+        Robot.On("FormMain", [row](QWidget& main) {
+            auto& grid = Child<QTableView>(main, "SetpointGrid");
+            grid.selectRow(row - 1);
+            QTest::keyClick(&grid, Qt::Key_Return);
         });
+        On("InputDialog", action);
+        RunRobot();
     }
-    // Answers a message box by Enter, once it has this text.
-    void OnMessage(const std::string& text) {
-        Robot.On("MessageBox", [text](QWidget& box) {
-            EXPECT_EQ(static_cast<QMessageBox&>(box).text().toStdString(), text);
-            Type("\n");
-        });
-    }
-    TSetupForm& SetupForm() { return Screen.Program->SetupForm; }
-
-    TProgramOnScreen Screen;
-    TRobot Robot{[this](const QString& line) {
-        ADD_FAILURE() << line.toStdString();
-        Screen.Desktop.Dialogs.CancelAll();
-    }};
 };
 
 } // namespace
@@ -83,7 +43,6 @@ TEST_F(DialogsTest, TheKeyboardAloneLeadsFromTheLogonToALinkedController) {
     Robot.On("NabtoLogOn", [](QWidget& logon) {
         EXPECT_EQ(Focused(), "EditUser");
         auto& password = Child<QLineEdit>(logon, "EditPW");
-        EXPECT_EQ(password.text(), "");
         const QImage image = password.grab(password.rect().adjusted(3, 4, -3, -4)).toImage();
         for (int x = 0; x < image.width(); ++x)
             ASSERT_EQ(image.pixel(x, image.height() / 2), image.pixel(image.width() - 1, image.height() / 2))
@@ -107,29 +66,25 @@ TEST_F(DialogsTest, TheKeyboardAloneLeadsFromTheLogonToALinkedController) {
         Type("\n");
     });
     Start();
-    TFormMain& main = Screen.Program->FormMain;
-    EXPECT_TRUE(Robot.Done());
-    EXPECT_EQ(main.Caption(), "/opt/tidewell/profile/Aria450_english.pls");
     EXPECT_EQ(Screen.Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example");
 }
 
 TEST_F(DialogsTest, TheLogonTakesItsKeys) {
-    struct TCase {
-        const char* Keys; // typed into the fresh dialog
-        EModalResult Result;
-    };
     StartLinked();
     TNabtoLogOn& logon = Screen.Program->NabtoLogOn;
-    for (const TCase& test : {TCase{"a\n", EModalResult::Ok}, TCase{"a\tb\n", EModalResult::Ok},
-                              TCase{"\t\t \n", EModalResult::Ok}, TCase{"\t\t\t ", EModalResult::Ok},
-                              TCase{"\t\t\t\n", EModalResult::Ok}, TCase{"\t\t\t\t ", EModalResult::Cancel},
-                              TCase{"\t\t\t\t\n", EModalResult::Cancel}, TCase{"a\x1b", EModalResult::Cancel},
-                              TCase{"\t\t\x1b", EModalResult::Cancel}}) {
-        Robot.On("NabtoLogOn", [&test](QWidget&) {
-            EXPECT_EQ(Focused(), "EditUser");
-            Type(test.Keys);
-        });
-        EXPECT_EQ(Screen.Desktop.Dialogs.ShowModal(logon), test.Result) << test.Keys;
+    using enum EModalResult;
+    for (const auto& [keys, result] :
+         std::vector<std::pair<const char*, EModalResult>>{{"a\n", Ok},
+                                                           {"a\tb\n", Ok},
+                                                           {"\t\t \n", Ok},
+                                                           {"\t\t\t ", Ok},
+                                                           {"\t\t\t\n", Ok},
+                                                           {"\t\t\t\t ", Cancel},
+                                                           {"\t\t\t\t\n", Cancel},
+                                                           {"a\x1b", Cancel},
+                                                           {"\t\t\x1b", Cancel}}) {
+        Robot.On("NabtoLogOn", [typed = keys](QWidget&) { Type(typed); });
+        EXPECT_EQ(Screen.Desktop.Dialogs.ShowModal(logon), result) << keys;
         ASSERT_FALSE(logon.Visible());
     }
     EXPECT_TRUE(logon.offLineSessionCheckBox.Checked());
@@ -138,14 +93,7 @@ TEST_F(DialogsTest, TheLogonTakesItsKeys) {
                     ElementsAre("EditUser", "EditPW", "offLineSessionCheckBox", "ButOk", "ButCancel"));
         Type("\t");
         Type(QString::fromUtf8("Grüße, \"$\"")); // as it is sent, and never as it is shown
-        auto& password = Child<QLineEdit>(view, "EditPW");
-        EXPECT_EQ(password.text(), QString::fromUtf8("Grüße, \"$\""));
-        EXPECT_EQ(password.displayText(), "**********");
-        auto& offline = Child<QCheckBox>(view, "offLineSessionCheckBox");
-        QHelpEvent help(QEvent::ToolTip, QPoint(3, 3), offline.mapToGlobal(QPoint(3, 3)));
-        QCoreApplication::sendEvent(&offline, &help);
-        EXPECT_THAT(QToolTip::text().toStdString(), HasSubstr("not connected to the internet"));
-        QToolTip::hideText();
+        EXPECT_EQ(Child<QLineEdit>(view, "EditPW").displayText(), "**********");
         // No icons, no other size, in the middle of the screen.
         EXPECT_FALSE(view.windowFlags() & (Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint));
         EXPECT_EQ(view.minimumSize(), view.maximumSize());
@@ -157,95 +105,175 @@ TEST_F(DialogsTest, TheLogonTakesItsKeys) {
     EXPECT_EQ(logon.EditPW.Text(), "Grüße, \"$\"");
 }
 
-TEST_F(DialogsTest, AMissingHelperLibraryIsToldAndTheLogonWorksOn) {
-    Screen.KHelper.Present = false;
-    Screen.Files.Content[TProgramOnScreen::SystemFile] += "\n[Logon]\nPrivatePassword=FALSE\n";
-    Screen.Arguments = {"-devid", "410000000001"};
-    OnMessage("Error Dll not loaded");
-    Robot.On("NabtoLogOn", [](QWidget&) {
-        EXPECT_EQ(Focused(), "EditUser");
-        Type("service\ttidewell\n");
-    });
-    OnMessage("The password cannot be scrambled: the function GetCPUIDasString of the library KHelper is not "
-              "loaded");
-    Start();
-    EXPECT_EQ(Screen.Program->FormMain.Caption(), "/opt/tidewell/profile/Aria450_english.pls");
-}
-
 TEST_F(DialogsTest, TheSetupDialogWorksByMouseAndKeys) {
     StartLinked();
     On("SetupForm", [this](QWidget& view) {
-        EXPECT_EQ(Focused(), "txtRemote");
+        const TEdit& id = Screen.Program->SetupForm.txtRemote;
         EXPECT_THAT(TabRing(), ElementsAre("txtRemote", "ButDeviceSearch", "butping", "ButCommOk"));
         auto& list = Child<QListWidget>(view, "ListBoxLocalDevices");
         const QSize size = view.size();
-        for (const int row : {1, 0}) {
-            Click(view, "ButDeviceSearch");
-            ASSERT_TRUE(list.isVisible());
-            EXPECT_TRUE(list.selectedItems().isEmpty());
-            QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
-                              list.visualItemRect(list.item(row)).center());
-            EXPECT_FALSE(list.isVisible());
-            EXPECT_EQ(SetupForm().txtRemote.Text(), "41000000000" + std::to_string(row + 1));
-            EXPECT_EQ(Focused(), "txtRemote");
-        }
+        Click(view, "ButDeviceSearch");
+        EXPECT_TRUE(list.selectedItems().isEmpty());
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(1)).center());
+        EXPECT_EQ(id.Text(), "410000000002");
+        EXPECT_EQ(Focused(), "txtRemote");
         Click(view, "ButDeviceSearch");
         EXPECT_THAT(TabRing(), ElementsAre("ButDeviceSearch", "ListBoxLocalDevices", "butping", "ButCommOk",
                                            "txtRemote"));
         EXPECT_EQ(view.size(), size);
-        Type("\t");
-        EXPECT_EQ(list.currentRow(), 0);
-        Press(Qt::Key_Down);
-        Type(" "); // picks without connecting
-        EXPECT_EQ(SetupForm().txtRemote.Text(), "410000000002");
+        Type("\t "); // picks without connecting
+        EXPECT_EQ(id.Text(), "410000000001");
         EXPECT_EQ(Focused(), "txtRemote");
-        OnMessage("Gateway DeviceID: 410000000002.hv.example\nGateway Model: 30011\nGateway Number: 20110\n"
-                  "Gateway Version: 305\nSlave Number: 20120\nSlaveModel: 30022");
-        On("SetupForm", [](QWidget& again) {
-            Click(again, "txtRemote");
-            Press(Qt::Key_A, Qt::ControlModifier);
-            Type("1\x1b");
-        });
-        Click(view, "butping");
+        Type("\x1b");
     });
     Screen.Program->DeviceActions.Setup1Click();
-    EXPECT_FALSE(SetupForm().Visible());
-    EXPECT_EQ(SetupForm().txtRemote.Text(), "1");
-    EXPECT_EQ(Screen.Program->NabtoDevice.device, "410000000002.hv.example"); // from the ping alone
 }
 
-TEST_F(DialogsTest, TheLanguageIsChosenByKeysAndAWrongOneIsTold) {
+TEST_F(DialogsTest, TheLanguageIsChosenByKeys) {
     StartLinked();
     Robot.On("FormMain", [](QWidget&) { Press(Qt::Key_F12); });
-    Robot.On("languagedialog", [](QWidget& view) {
+    Robot.On("languagedialog", [](QWidget&) {
         EXPECT_EQ(FocusedRadio(), "english.lng");
         Press(Qt::Key_Up);
         EXPECT_EQ(FocusedRadio(), "deutsch.lng");
         Type("\t");
         EXPECT_EQ(Focused(), "Button");
-        Type("\x1b");
-        EXPECT_FALSE(view.isVisible());
-    });
-    EXPECT_TRUE(WaitFor([this] { return Robot.Done(); }));
-    EXPECT_TRUE(Screen.Process.Calls.empty());
-
-    Screen.EditSystemFile("Current=english.lng", "Current=dansk.lng");
-    Robot.On("languagedialog", [this](QWidget& view) {
-        for (const auto* button : view.findChildren<QRadioButton*>())
-            EXPECT_FALSE(button->isChecked());
-        OnMessage("List index out of bounds (-1)");
-        Click(view, "Button");
-        EXPECT_TRUE(view.isVisible());
-        Type("\t"); // back to the list
-        Press(Qt::Key_Space);
-        OnMessage("The language is changed. The program now ends and starts again.");
         Type("\n");
     });
-    Screen.Program->FormMain.Changelanguage1.Click();
-    EXPECT_THAT(Screen.Files.Content[TProgramOnScreen::SystemFile],
-                HasSubstr("LanguageFile_Current=deutsch.lng"));
+    OnMessage("The language is changed. The program now ends and starts again.");
+    RunRobot();
     EXPECT_THAT(Screen.Process.Calls, ElementsAre("start /opt/tidewell/tidewell"));
     EXPECT_TRUE(Screen.Application.IsTerminated);
+}
+
+TEST_F(DialogsTest, ASetpointIsTyped) {
+    ShowSetpoints();
+    Screen.Advance(20'000); // logs
+    const auto value = [this] { return Screen.Program->InputDialog.EValue.Text(); };
+    OnInputOf(8, [&](QWidget& view) { // in tenths
+        auto& field = Child<QLineEdit>(view, "EValue");
+        EXPECT_EQ(Focused(), "EValue");
+        EXPECT_EQ(field.selectedText().toStdString(), value());
+        EXPECT_TRUE(Child<QPushButton>(view, "ButSend").isDefault());
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+        QCoreApplication::sendEvent(&field, &held); // since before the dialog came up
+        EXPECT_TRUE(view.isVisible());
+        Type("99,9");
+        OnMessage("This value is not valid.");
+        Type("\n");
+        EXPECT_EQ(field.selectedText(), "99,9");
+        Type("21,5\n");
+        EXPECT_FALSE(view.isVisible());
+    });
+    EXPECT_EQ(value(), "21,5");
+    OnInputOf(11, [&](QWidget& view) { // two characters, a limit for typing
+        EXPECT_FALSE(view.findChild<QWidget*>("binaryvaluegrid")->isVisible());
+        Type("XYZ");
+        EXPECT_EQ(value(), "XY");
+        Type("\x1b");
+    });
+}
+
+TEST_F(DialogsTest, BitsFlipByMouseAndKeyboardAndTheDialogFits) {
+    ShowSetpoints();
+    Screen.Advance(20'000); // logs
+    const auto fits = [](QWidget& view) {
+        for (const QWidget* child : view.findChildren<QWidget*>())
+            EXPECT_TRUE(child->isHidden() || child->parentWidget()->rect().contains(child->geometry()))
+                << child->objectName().toStdString();
+    };
+    QSize usual;
+    OnInputOf(9, [&](QWidget& view) {
+        auto& bits = Child<TBitGridView>(view, "binaryvaluegrid");
+        const auto box = [&bits](int column) {
+            const TCellRect cell = bits.CellRect(column, 1);
+            return QPoint((cell.Left + cell.Right) / 2, (cell.Top + cell.Bottom) / 2);
+        };
+        const auto painted = [&] {
+            const QImage picture = bits.grab().toImage();
+            std::string row;
+            for (int column = 0; column < 16; ++column)
+                row += picture.pixelColor(box(column)) == QColor(0, 255, 0) ? '1' : '0';
+            return row;
+        };
+        EXPECT_EQ(painted(), "0000010111111111");
+        QTest::mouseClick(&bits, Qt::LeftButton, {}, box(4));
+        QTest::mouseClick(&bits, Qt::RightButton, {}, box(5));
+        for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Left, Qt::Key_Space, Qt::Key_End,
+                                  Qt::Key_Right, Qt::Key_Space})
+            QTest::keyClick(&bits, key);
+        EXPECT_EQ(painted(), "0000100111111110");
+        EXPECT_EQ(Screen.Program->InputDialog.EValue.Text(), "2558");
+        EXPECT_EQ(bits.size(), bits.sizeHint());
+        fits(view);
+        usual = view.size();
+        Type("\x1b");
+    });
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSize(24);
+    QApplication::setFont(large);
+    OnInputOf(9, [&](QWidget& view) {
+        fits(view);
+        EXPECT_GT(view.height(), usual.height());
+        Type("\x1b");
+    });
+    QApplication::setFont(before);
+}
+
+TEST_F(DialogsTest, SetpointsToLoadAreCheckedByMouseAndKeyboardAndResultsAreColoured) {
+    ShowSetpoints();
+    TLoadSetpoints& form = Screen.Program->LoadSetpoints;
+    std::string file = "Created at : 1;\nDevice name : M;\nProfile : p;\nSetpointName;F;RawValue;\n";
+    for (const char* record : {"Mode;2;2;0;7;0;0;40101;7;\n", "Unknown;5;5;0;7;0;0;49999;0;\n"})
+        file += record;
+    Screen.Files.Put("/f.csv", file);
+    Screen.Program->SetpointPage.SelectedSetpointParent = "Device Aria 450";
+    EXPECT_TRUE(form.LoadForm("/f.csv"));
+    On("LoadSetpoints", [&](QWidget& view) {
+        auto& grid = Child<QTableView>(view, "setpointgrid");
+        auto& results = Child<QListView>(view, "ResultList");
+        const auto box = [&](int row) {
+            const QRect cell = grid.visualRect(grid.model()->index(row, 2));
+            const TCellRect at =
+                form.setpointgrid.BoxRect({cell.left(), cell.top(), cell.right() + 1, cell.bottom() + 1});
+            return QRect(QPoint(at.Left, at.Top), QPoint(at.Right - 1, at.Bottom - 1));
+        };
+        const auto painted = [&](int row) { return grid.viewport()->grab(box(row)).toImage(); };
+        const QImage checked = painted(1);
+        EXPECT_EQ(Focused(), "setpointgrid");
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, box(1).topLeft() - QPoint(2, 2));
+        EXPECT_NE(painted(1), checked);
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, box(1).topLeft() - QPoint(3, 0));
+        EXPECT_EQ(form.LabSelected.Caption(), "1 of 2 selected");
+        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, box(1).center()); // the second of two
+        EXPECT_EQ(painted(1), checked);
+        Press(Qt::Key_Home);
+        Press(Qt::Key_Space);
+        EXPECT_NE(painted(0), checked);
+        Child<QWidget>(view, "ButcheckAll").setFocus();
+        Type("\n"); // presses the button that has the keyboard
+        EXPECT_EQ(form.LabSelected.Caption(), "2 of 2 selected");
+        const QRect place = grid.geometry();
+        Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
+        Click(view, "ButWriteSetpoints");
+        EXPECT_EQ(results.geometry(), place);
+        QPalette dark = results.palette();
+        for (const bool light : {true, false}) {
+            for (const auto& [row, color] : {std::pair{0, QColor(0, 128, 0)}, {1, QColor(255, 0, 0)}}) {
+                const auto shown = results.model()->index(row, 0).data(Qt::ForegroundRole).value<QColor>();
+                EXPECT_EQ(shown.hslHue(), color.hslHue());
+                EXPECT_EQ(shown.lightness() == color.lightness(), light);
+            }
+            dark.setColor(QPalette::Base, QColor(40, 40, 40));
+            results.setPalette(dark);
+        }
+        EXPECT_EQ(view.focusWidget(), &results);
+        QTest::mouseClick(results.viewport(), Qt::LeftButton);
+        EXPECT_EQ(view.focusWidget(), &grid);
+        Type("\x1b");
+    });
+    Screen.Desktop.Dialogs.ShowModal(form);
 }
 
 } // namespace tidewell::test

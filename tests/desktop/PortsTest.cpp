@@ -6,9 +6,11 @@
 #include "desktop/QtProcess.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMenu>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <tuple>
@@ -205,7 +207,10 @@ TEST(QtProcess, TakesBothOutputsAndTellsWhatCannotStart) {
     EXPECT_EQ(process.Run("/bin/sh", {"-c", "echo \"$1\"; pwd >&2", "sh", "a b;c"}, "/"), "a b;c\n/\n");
     EXPECT_FALSE(process.Run("/no/such/program", {}, "/"));
     EXPECT_FALSE(process.Start("/no/such/program", {}));
-    EXPECT_TRUE(process.Start("/bin/true", {}));
+    const QTemporaryDir folder;
+    const QString sign = folder.filePath("a b");
+    EXPECT_TRUE(process.Start("/bin/sh", {"-c", "echo > \"$1\"", "sh", sign.toStdString()}));
+    EXPECT_TRUE(WaitFor([&] { return QFile::exists(sign); }));
 }
 
 TEST(QtPictures, RefusesWhatIsNoPicture) {
