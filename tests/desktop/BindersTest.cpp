@@ -141,6 +141,17 @@ TEST_F(BindersTest, ListsTellTheRowThatIsPicked) {
     QTest::mouseClick(colorsView.viewport(), Qt::LeftButton);
     Press(colorsView, {{{Qt::Key_Space, Qt::Key_A, Qt::Key_Enter}, "all all all "}});
 
+    colors.Add({"done", TColor{0x008000}});
+    const auto shown = [&] {
+        return colorsView.model()->index(0, 0).data(Qt::ForegroundRole).value<QColor>();
+    };
+    EXPECT_EQ(shown(), QColor(0, 128, 0));
+    QPalette dark = colorsView.palette();
+    dark.setColor(QPalette::Base, QColor(40, 40, 40));
+    colorsView.setPalette(dark);
+    EXPECT_EQ(shown().hslHue(), 120);
+    EXPECT_GT(shown().lightness(), QColor(0, 128, 0).lightness());
+
     TRadioGroup radio("Radio", "Choose");
     radio.OnClick = [&] { Hear("radio")(radio.ItemIndex()); };
     auto& group = Show<QGroupBox>(radio);
