@@ -1,9 +1,11 @@
 #include "Support.h"
 #include "core/Errors.h"
 #include "core/controls/ControlLock.h"
+#include "core/controls/Form.h"
 #include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
 #include "widgets/SimpleViews.h"
+#include "widgets/TwoThumbTrackBar.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -58,16 +60,10 @@ class BindersTest : public testing::Test {
     }
     void ExpectHeard(const char* what) { EXPECT_EQ(std::exchange(Heard, {}), what); }
 
-    struct TKeys {
-        std::vector<Qt::Key> Keys;
-        const char* Heard;
-    };
-    void Press(QWidget& view, const std::vector<TKeys>& rows) {
-        for (const TKeys& row : rows) {
-            for (const Qt::Key key : row.Keys)
-                QTest::keyClick(&view, key);
-            ExpectHeard(row.Heard);
-        }
+    void Press(QWidget& view, const std::vector<Qt::Key>& keys, const char* heard) {
+        for (const Qt::Key key : keys)
+            QTest::keyClick(&view, key);
+        ExpectHeard(heard);
     }
     // A key that was held down since before.
     static void Repeat(QWidget& view, Qt::Key key, const char* text) {
@@ -85,6 +81,32 @@ class BindersTest : public testing::Test {
     QPushButton& ButtonView = Show<QPushButton>(Button);
     QCheckBox& BoxView = Show<QCheckBox>(Box);
     QLineEdit& EditView = Show<QLineEdit>(Edit);
+};
+
+// A track with two thumbs above a field with a mask.
+class RangeTest : public BindersTest {
+  protected:
+    std::pair<int, int> Positions() const { return {Bar.LowerPosition(), Bar.UpperPosition()}; }
+    void Keys(const std::vector<Qt::Key>& keys) {
+        for (const Qt::Key key : keys)
+            QTest::keyClick(QApplication::focusWidget(), key);
+    }
+    // Presses there and drags over a part of the track.
+    void Drag(double from, double to) {
+        const auto at = [this](double part) {
+            return QPoint(static_cast<int>(9 + part * (Track.width() - 18)), Track.height() / 3);
+        };
+        QTest::mousePress(&Track, Qt::LeftButton, {}, at(from));
+        QTest::mouseMove(&Track, at((from + to) / 2));
+        QTest::mouseMove(&Track, at(to));
+        QTest::mouseRelease(&Track, Qt::LeftButton, {}, at(to));
+    }
+
+    TForm Form{"Form"};
+    TTrackBar2 Bar{Form, "Bar", 0, 100};
+    TMaskEdit Mask{Form, "Edit", "!\\D\\:99;1;_"};
+    TTwoThumbTrackBar& Track = Show<TTwoThumbTrackBar>(Bar);
+    QLineEdit& Field = Show<QLineEdit>(Mask);
 };
 
 } // namespace
@@ -109,9 +131,10 @@ TEST_F(BindersTest, ButtonsAndEditsTellWhatTheUserDoes) {
 
     Edit.SetMaxLength(2);
     Edit.OnChange = [this] { Heard += Edit.Text() + " "; };
-    Press(EditView, {{{Qt::Key_A, Qt::Key_B, Qt::Key_C}, "a ab "}, {{Qt::Key_Return}, ""}});
+    Press(EditView, {Qt::Key_A, Qt::Key_B, Qt::Key_C}, "a ab ");
+    Press(EditView, {Qt::Key_Return}, "");
     Edit.OnReturn = Hear("ok");
-    Press(EditView, {{{Qt::Key_Return, Qt::Key_Enter}, "ok ok "}});
+    Press(EditView, {Qt::Key_Return, Qt::Key_Enter}, "ok ok ");
     Edit.SetText("long"); // the limit is one for typing
     Edit.SelectAllRequested.Emit();
     EXPECT_EQ(EditView.selectedText(), "long");
@@ -126,9 +149,10 @@ TEST_F(BindersTest, ListsTellTheRowThatIsPicked) {
     list.SetItems({"one", "two"});
     list.OnClick = [&] { Hear("row")(list.ItemIndex()); };
     auto& view = Show<QListWidget>(list);
-    Press(view, {{{Qt::Key_Space}, ""}}); // there is none
+    Press(view, {Qt::Key_Space}, ""); // no row is current
     view.setFocus(Qt::TabFocusReason);
-    Press(view, {{{Qt::Key_Space}, "row0 "}, {{Qt::Key_Down, Qt::Key_Return}, "row1 "}});
+    Press(view, {Qt::Key_Space}, "row0 ");
+    Press(view, {Qt::Key_Down, Qt::Key_Return}, "row1 ");
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualItemRect(view.item(0)).center());
     ExpectHeard("row0 ");
 
@@ -139,7 +163,7 @@ TEST_F(BindersTest, ListsTellTheRowThatIsPicked) {
     Repeat(colorsView, Qt::Key_Space, " ");
     ExpectHeard("");
     QTest::mouseClick(colorsView.viewport(), Qt::LeftButton);
-    Press(colorsView, {{{Qt::Key_Space, Qt::Key_A, Qt::Key_Enter}, "all all all "}});
+    Press(colorsView, {Qt::Key_Space, Qt::Key_A, Qt::Key_Enter}, "all all all ");
 
     colors.Add({"done", TColor{0x008000}});
     const auto shown = [&] {
@@ -184,7 +208,7 @@ TEST_F(BindersTest, TreesKeepTheSelectionUnderTheRightButton) {
     QContextMenuEvent menu(QContextMenuEvent::Keyboard, {5, 5}, {5, 5});
     QCoreApplication::sendEvent(&view, &menu);
     ExpectHeard("right right ");
-    Press(view, {{{Qt::Key_A, Qt::Key_Return}, "enter "}});
+    Press(view, {Qt::Key_A, Qt::Key_Return}, "enter ");
 }
 
 TEST_F(BindersTest, GridsTellCellsRowsAndKeys) {
@@ -201,9 +225,9 @@ TEST_F(BindersTest, GridsTellCellsRowsAndKeys) {
     grid.Repaint();
     EXPECT_EQ(view.model()->headerData(1, Qt::Horizontal).toString(), "Value");
     EXPECT_EQ(view.columnWidth(0), 120);
-    Press(view, {{{Qt::Key_Up}, "select2 "},
-                 {{Qt::Key_Up}, "select1 "},
-                 {{Qt::Key_End, Qt::Key_Home}, "select2 select1 "}});
+    Press(view, {Qt::Key_Up}, "select2 ");
+    Press(view, {Qt::Key_Up}, "select1 ");
+    Press(view, {Qt::Key_End, Qt::Key_Home}, "select2 select1 ");
     const QPoint second = view.visualRect(view.model()->index(1, 1)).center();
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, second);
     ExpectHeard("cell1 select2 ");
@@ -215,7 +239,7 @@ TEST_F(BindersTest, GridsTellCellsRowsAndKeys) {
     QTest::keyClick(&view, Qt::Key_7, Qt::ControlModifier);
     Repeat(view, Qt::Key_7, "7");
     QTest::keyClicks(&view, "7");
-    Press(view, {{{Qt::Key_Return}, "7 enter "}});
+    Press(view, {Qt::Key_Return}, "7 enter ");
     grid.Cells.SetRowCount(1);
     grid.SetSelectedRow(-1);
     EXPECT_EQ(view.model()->rowCount(), 0);
@@ -232,7 +256,7 @@ TEST_F(BindersTest, ScrollBarsTabsAndMenusTellTheirMoves) {
     bar.setSliderPosition(3);
     ExpectHeard("track3 ");
     bar.setSliderDown(false);
-    Press(bar, {{{Qt::Key_Home}, "end3 end0 "}});
+    Press(bar, {Qt::Key_Home}, "end3 end0 ");
     scroll.SetPosition(5);
     ExpectHeard("");
 
@@ -328,6 +352,70 @@ TEST_F(BindersTest, AMemoFollowsItsLastLineAndStaysAtTheLeft) {
     }
     memo.TopRequested.Emit();
     EXPECT_EQ(view.verticalScrollBar()->value(), 0);
+}
+
+TEST_F(RangeTest, KeysMoveTheThumbThatHasThem) {
+    int changes = 0;
+    Bar.OnChange = [&changes] { ++changes; };
+    Bar.SetPageSize(10);
+    Track.setFocus(Qt::TabFocusReason);
+    Keys({Qt::Key_Right, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Left});
+    EXPECT_EQ(Positions(), std::pair(11, 100));
+    Keys({Qt::Key_Tab, Qt::Key_PageDown, Qt::Key_Down, Qt::Key_Right, Qt::Key_End, Qt::Key_Left});
+    EXPECT_EQ(Positions(), std::pair(11, 99));
+    EXPECT_EQ(changes, 9);
+    Keys({Qt::Key_Home}); // as far as the other thumb
+    EXPECT_EQ(Positions(), std::pair(11, 11));
+    Keys({Qt::Key_Backtab, Qt::Key_End, Qt::Key_Home});
+    EXPECT_EQ(Positions(), std::pair(0, 11));
+    Keys({Qt::Key_Tab, Qt::Key_Tab});
+    EXPECT_TRUE(Field.hasFocus());
+}
+
+TEST_F(RangeTest, TheMouseDragsTheNearerThumb) {
+    Drag(0, 0.3);
+    EXPECT_NEAR(Bar.LowerPosition(), 30, 1);
+    Drag(1, 0.1); // stops at the other one
+    EXPECT_EQ(Bar.UpperPosition(), Bar.LowerPosition());
+    Drag(Bar.LowerPosition() / 100.0, 0.6); // where they lie on each other
+    EXPECT_NEAR(Bar.LowerPosition(), 30, 1);
+    EXPECT_NEAR(Bar.UpperPosition(), 60, 1);
+    Drag(0.35, 0.35); // a click fetches it
+    EXPECT_NEAR(Bar.LowerPosition(), 35, 1);
+    Bar.SetUpperPosition(20);
+    EXPECT_EQ(std::pair(Track.LowerPosition(), Track.UpperPosition()), std::pair(20, 20));
+    Bar.SetEnabled(false);
+    Drag(0.2, 0.8);
+    EXPECT_EQ(Positions(), std::pair(20, 20));
+}
+
+TEST_F(RangeTest, AMaskEditKeepsItsShape) {
+    int clicks = 0;
+    int exits = 0;
+    Mask.OnClick = [&clicks] { ++clicks; };
+    Mask.OnExit = [&exits] { ++exits; };
+    Mask.SetText("D:7");
+    EXPECT_EQ(Field.displayText(), "D:7_");
+    Field.setFocus();
+    Field.setCursorPosition(3);
+    QTest::keyClicks(&Field, "x5");
+    EXPECT_EQ(Mask.Text(), "D:75");
+    Field.selectAll();
+    Keys({Qt::Key_Delete});
+    EXPECT_EQ(Mask.Text(), "D:  ");
+    QTest::mouseClick(&Field, Qt::LeftButton);
+    QTest::mouseClick(&Field, Qt::RightButton);
+    EXPECT_EQ(clicks, 0); // once the field has done with it
+    QCoreApplication::processEvents();
+    EXPECT_EQ(std::pair(clicks, exits), std::pair(1, 0));
+    Keys({Qt::Key_Return});
+    EXPECT_EQ(exits, 1);
+    Track.setFocus();
+    EXPECT_EQ(exits, 2);
+    Mask.SetEnabled(false);
+    QTest::mouseClick(&Field, Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clicks, 1);
 }
 
 } // namespace tidewell::test
