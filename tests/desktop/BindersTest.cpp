@@ -4,6 +4,7 @@
 #include "core/controls/Form.h"
 #include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
+#include "widgets/PanelBar.h"
 #include "widgets/SimpleViews.h"
 #include "widgets/TwoThumbTrackBar.h"
 
@@ -329,6 +330,14 @@ TEST_F(BindersTest, WhatIsShownOutlivesAndIsDrawn) {
     TProgressBar bar("Bar");
     bar.SetMax(0);
     EXPECT_EQ(Show<QProgressBar>(bar).maximum(), 1); // not the endless bar
+
+    TForm owner("Form");
+    TStatusBar status(owner, "StatusBar", {{100, "left", false}, {80, "right", true}});
+    auto& panels = Show<TPanelBar>(status);
+    auto& child = NewChild<QLabel>(panels);
+    panels.Place(1, child, [](const QRect& panel) { return panel.adjusted(2, 1, -2, 0); });
+    status.SetWidth(0, 150);
+    EXPECT_EQ(child.geometry(), QRect(152, 1, 76, panels.height() - 1));
 }
 
 TEST_F(BindersTest, AMemoFollowsItsLastLineAndStaysAtTheLeft) {
