@@ -102,6 +102,7 @@ TEST(QtDialogs, MessageBoxesGiveTheAnswerOfTheirButtonOrFrame) {
                                                    {EButtons::YesNo, byFrame, EModalResult::No}}) {
         const TOnMessageBox answer([button = click](TBox& box) {
             EXPECT_EQ(box.icon(), TBox::Warning);
+            EXPECT_EQ(box.windowTitle(), "Warning");
             if (button == byFrame)
                 box.close();
             else
@@ -157,11 +158,13 @@ TEST(QtDialogs, APopupMenuRunsTheChosenEntry) {
     menu.Items = {save};
     bool clicked = false;
     save.OnClick = [&] { clicked = true; };
-    const TOnNext<QMenu> choose([](QMenu& view) {
+    const TOnNext<QMenu> choose([&desk](QMenu& view) {
+        EXPECT_TRUE(desk.Dialogs.IsModalOpen());
         view.setActiveAction(view.actions().constFirst());
         QTest::keyClick(&view, Qt::Key_Return);
     });
     desk.Dialogs.Popup(menu);
+    EXPECT_FALSE(desk.Dialogs.IsModalOpen());
     EXPECT_TRUE(clicked);
 }
 

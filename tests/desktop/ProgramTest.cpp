@@ -44,7 +44,11 @@ class TRealProgram {
                    return QFile::exists(Screenshot());
                });
     }
-    void Signal(int number) { kill(static_cast<pid_t>(Process.processId()), number); }
+    void Signal(int number) {
+        const auto process = static_cast<pid_t>(Process.processId());
+        if (process > 0) // 0 would be all of ours
+            kill(process, number);
+    }
     void ExpectEnd(qsizetype logs) {
         ASSERT_TRUE(Process.waitForFinished(30'000));
         EXPECT_EQ(Process.exitStatus(), QProcess::NormalExit);

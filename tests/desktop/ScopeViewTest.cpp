@@ -255,6 +255,8 @@ TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
     EXPECT_EQ(shown(), "0..100 -2..8 -20..80");
     QTest::keyClick(&View, Qt::Key_Up);
     EXPECT_EQ(shown(), "0..100 -1..9 -10..90");
+    QTest::keyClick(&View, Qt::Key_Down);
+    EXPECT_EQ(shown(), "0..100 -2..8 -20..80");
     QTest::keyClick(&View, Qt::Key_Home);
     QTest::keyClick(&View, Qt::Key_Minus);
     EXPECT_EQ(shown(), "0..100 -1.25..11.25 -12.5..112.5");
