@@ -1,333 +1,430 @@
 #include "Support.h"
 #include "core/Errors.h"
+#include "core/controls/ControlLock.h"
 #include "core/controls/Form.h"
 #include "desktop/binders/Bind.h"
 #include "widgets/Child.h"
 #include "widgets/PanelBar.h"
 #include "widgets/SimpleViews.h"
+#include "widgets/TwoThumbTrackBar.h"
 
 #include <QAction>
 #include <QCheckBox>
+#include <QContextMenuEvent>
 #include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
 #include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <array>
 
 namespace tidewell::test {
 
 namespace {
 
-struct TWindow : QWidget {
-    template <class TView>
-    TView& Add() {
-        return NewChild<TView>(*this);
-    }
-    void Show() {
-        resize(400, 300);
-        show();
-        QCoreApplication::processEvents();
-    }
-};
-
+// Controls in their widgets. The handlers note what their control has heard and holds.
 class BindersTest : public testing::Test {
   protected:
+    BindersTest() {
+        Window.resize(500, 600);
+        Window.show();
+        Window.activateWindow();
+        EXPECT_TRUE(WaitFor([this] { return Window.isActiveWindow(); }));
+    }
     // A handler that notes its call, with the row that it is told.
     auto Hear(const std::string& what) {
         return [this, what](auto... row) {
             Heard += what;
             ((Heard += std::to_string(row)), ...);
+            Heard += ' ';
         };
+    }
+    template <class TView, class TControl>
+    TView& Show(TControl& control) {
+        auto& view = NewChild<TView>(Window);
+        Bind(view, control, Desk.Dialogs);
+        Column.addWidget(&view);
+        view.show();
+        QCoreApplication::processEvents();
+        return view;
+    }
+    void ExpectHeard(const char* what) { EXPECT_EQ(std::exchange(Heard, {}), what); }
+
+    void Press(QWidget& view, const std::vector<Qt::Key>& keys, const char* heard) {
+        for (const Qt::Key key : keys)
+            QTest::keyClick(&view, key);
+        ExpectHeard(heard);
+    }
+    // A key that was held down since before.
+    static void Repeat(QWidget& view, Qt::Key key, const char* text) {
+        QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString::fromLatin1(text), true);
+        QCoreApplication::sendEvent(&view, &held);
     }
 
     TTestDesk Desk;
     std::string Heard;
+    TButton Button{"But", "Go"};
+    TCheckBox Box{"Box", "Tick"};
+    TEdit Edit{"Edit"};
+    QWidget Window;
+    QVBoxLayout& Column = NewChild<QVBoxLayout>(Window);
+    QPushButton& ButtonView = Show<QPushButton>(Button);
+    QCheckBox& BoxView = Show<QCheckBox>(Box);
+    QLineEdit& EditView = Show<QLineEdit>(Edit);
+};
+
+// A track with two thumbs above a field with a mask.
+class RangeTest : public BindersTest {
+  protected:
+    std::pair<int, int> Positions() const { return {Bar.LowerPosition(), Bar.UpperPosition()}; }
+    void Keys(const std::vector<Qt::Key>& keys) {
+        for (const Qt::Key key : keys)
+            QTest::keyClick(QApplication::focusWidget(), key);
+    }
+    // Presses there and drags over a part of the track.
+    void Drag(double from, double to) {
+        const auto at = [this](double part) {
+            return QPoint(static_cast<int>(9 + part * (Track.width() - 18)), Track.height() / 3);
+        };
+        QTest::mousePress(&Track, Qt::LeftButton, {}, at(from));
+        QTest::mouseMove(&Track, at((from + to) / 2));
+        QTest::mouseMove(&Track, at(to));
+        QTest::mouseRelease(&Track, Qt::LeftButton, {}, at(to));
+    }
+
+    TForm Form{"Form"};
+    TTrackBar2 Bar{Form, "Bar", 0, 100};
+    TMaskEdit Mask{Form, "Edit", "!\\D\\:99;1;_"};
+    TTwoThumbTrackBar& Track = Show<TTwoThumbTrackBar>(Bar);
+    QLineEdit& Field = Show<QLineEdit>(Mask);
 };
 
 } // namespace
 
-TEST_F(BindersTest, ShowsWhatControlsHaveInCommonAndFollowsThem) {
-    auto label = std::make_unique<TLabel>("Label1", "<b>5 & 6</b>");
-    label->SetVisible(false);
-    TWindow window;
-    auto& view = window.Add<QLabel>();
-    Bind(view, *label, Desk.Dialogs);
-    EXPECT_EQ(view.text(), "<b>5 & 6</b>");
-    EXPECT_EQ(view.textFormat(), Qt::PlainText);
-    EXPECT_TRUE(view.isHidden());
-    {
-        QLabel other;
-        Bind(other, *label, Desk.Dialogs);
-    }
-    label->SetVisible(true);
-    label->SetEnabled(false);
-    label->SetCaption("æøå"); // the control outlives one view
-    EXPECT_FALSE(view.isHidden());
-    EXPECT_FALSE(view.isEnabled());
-    label.reset(); // and another view outlives its control
-    EXPECT_EQ(view.text(), QString::fromUtf8("æøå"));
-}
-
-TEST_F(BindersTest, ButtonsCheckBoxesAndLampsWork) {
-    TButton button("But", "Go");
-    TCheckBox box("Box", "Tick");
-    TALed led("Led");
-    TProgressBar bar("Bar");
-    int clicks = 0;
-    button.OnClick = [&] {
-        if (++clicks == 1)
-            throw EConvertError("'x' is not a number");
-    };
-    box.OnClick = [&] { clicks += box.Checked() ? 10 : 100; };
-    TWindow window;
-    auto& buttonView = window.Add<QPushButton>();
-    auto& boxView = window.Add<QCheckBox>();
-    auto& ledView = window.Add<TLedView>();
-    auto& barView = window.Add<QProgressBar>();
-    Bind(buttonView, button, Desk.Dialogs);
-    Bind(boxView, box, Desk.Dialogs);
-    Bind(ledView, led, Desk.Dialogs);
-    Bind(barView, bar, Desk.Dialogs);
-    window.Show();
-
+TEST_F(BindersTest, ButtonsAndEditsTellWhatTheUserDoes) {
+    Button.OnClick = [] { throw EConvertError("'x' is not a number"); };
     {
         const TOnMessageBox answer([](QMessageBox& message) { message.accept(); });
-        buttonView.click();
+        ButtonView.click();
         EXPECT_EQ(answer.Text, "'x' is not a number");
     }
-    buttonView.click();
-    boxView.click();
-    boxView.click();
-    EXPECT_EQ(clicks, 112);
-    box.SetChecked(true);
-    EXPECT_TRUE(boxView.isChecked());
+    Button.SetColor(TColor{0x00FFFF}); // yellow, then dark blue
+    EXPECT_EQ(ButtonView.palette().color(QPalette::Button), QColor(255, 255, 0));
+    EXPECT_EQ(ButtonView.palette().color(QPalette::ButtonText), QColor(Qt::black));
+    Button.SetColor(TColor{0x600000});
+    EXPECT_EQ(ButtonView.palette().color(QPalette::ButtonText), QColor(Qt::white));
 
-    button.SetColor(TColor{0x00FFFF}); // yellow, then dark blue
-    EXPECT_EQ(buttonView.palette().color(QPalette::Button), QColor(255, 255, 0));
-    EXPECT_EQ(buttonView.palette().color(QPalette::ButtonText), QColor(Qt::black));
-    button.SetColor(TColor{0x600000});
-    EXPECT_EQ(buttonView.palette().color(QPalette::ButtonText), QColor(Qt::white));
+    Box.OnClick = [this] { Heard += Box.Checked() ? "on " : "off "; };
+    BoxView.click();
+    BoxView.click();
+    ExpectHeard("on off ");
 
-    led.SetValue(true);
-    led.SetTrueColor(TALed::Red);
-    EXPECT_EQ(ledView.accessibleDescription(), "on, #ff0000");
-    const QImage lit = ledView.grab().toImage();
-    led.SetValue(false);
-    EXPECT_NE(ledView.grab().toImage(), lit);
-
-    bar.SetMax(0);
-    EXPECT_EQ(barView.maximum(), 1); // not the endless bar
-    bar.SetMax(200);
-    bar.SetPosition(50);
-    EXPECT_EQ(barView.value(), 50);
+    Edit.SetMaxLength(2);
+    Edit.OnChange = [this] { Heard += Edit.Text() + " "; };
+    Press(EditView, {Qt::Key_A, Qt::Key_B, Qt::Key_C}, "a ab ");
+    Press(EditView, {Qt::Key_Return}, "");
+    Edit.OnReturn = Hear("ok");
+    Press(EditView, {Qt::Key_Return, Qt::Key_Enter}, "ok ok ");
+    Edit.SetText("long"); // the limit is one for typing
+    Edit.SelectAllRequested.Emit();
+    EXPECT_EQ(EditView.selectedText(), "long");
+    Edit.CaretAtEndRequested.Emit();
+    EXPECT_EQ(EditView.cursorPosition(), 4);
+    EXPECT_FALSE(EditView.hasSelectedText());
+    ExpectHeard("");
 }
 
-TEST_F(BindersTest, EditsPassTypingButNotTheFormsOwnTexts) {
-    TEdit edit("Edit");
-    edit.SetMaxLength(4);
-    edit.OnChange = Hear("c");
-    edit.OnReturn = Hear("r");
-    TWindow window;
-    auto& view = window.Add<QLineEdit>();
-    Bind(view, edit, Desk.Dialogs);
-    window.Show();
-    QTest::keyClicks(&view, "abcdef");
-    EXPECT_EQ(edit.Text(), "abcd");
-    edit.SetText("xy");
-    edit.SelectAllRequested.Emit();
-    EXPECT_EQ(view.selectedText(), "xy");
-    edit.CaretAtEndRequested.Emit();
-    EXPECT_EQ(view.cursorPosition(), 2);
-    EXPECT_FALSE(view.hasSelectedText());
-    QTest::keyClick(&view, Qt::Key_Return);
-    QTest::keyClick(&view, Qt::Key_Enter);
-    EXPECT_EQ(Heard, "ccccrr");
-}
+TEST_F(BindersTest, ListsTellTheRowThatIsPicked) {
+    TListBox list("List");
+    list.SetItems({"one", "two"});
+    list.OnClick = [&] { Hear("row")(list.ItemIndex()); };
+    auto& view = Show<QListWidget>(list);
+    Press(view, {Qt::Key_Space}, ""); // no row is current
+    view.setFocus(Qt::TabFocusReason);
+    Press(view, {Qt::Key_Space}, "row0 ");
+    Press(view, {Qt::Key_Down, Qt::Key_Return}, "row1 ");
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualItemRect(view.item(0)).center());
+    ExpectHeard("row0 ");
 
-TEST_F(BindersTest, RadioGroupsShowOneButtonPerItem) {
-    TRadioGroup group("Group", "Choose");
-    TWindow window;
-    auto& view = window.Add<QGroupBox>();
-    Bind(view, group, Desk.Dialogs);
-    group.SetItems({"a & b", "c"});
-    group.SetItemIndex(1);
-    const auto radios = [&view] {
-        std::string shown;
-        for (const auto* radio : view.findChildren<QRadioButton*>())
-            shown += (radio->isChecked() ? "*" : "-") + radio->text().toStdString();
-        return shown;
+    TColorList colors("Colors");
+    colors.OnClick = Hear("all");
+    auto& colorsView = Show<QListView>(colors);
+    QTest::mouseClick(colorsView.viewport(), Qt::RightButton);
+    Repeat(colorsView, Qt::Key_Space, " ");
+    ExpectHeard("");
+    QTest::mouseClick(colorsView.viewport(), Qt::LeftButton);
+    Press(colorsView, {Qt::Key_Space, Qt::Key_A, Qt::Key_Enter}, "all all all ");
+
+    colors.Add({"done", TColor{0x008000}});
+    const auto shown = [&] {
+        return colorsView.model()->index(0, 0).data(Qt::ForegroundRole).value<QColor>();
     };
-    EXPECT_EQ(radios(), "-a && b*c");
-    group.SetItems({"only"});
+    EXPECT_EQ(shown(), QColor(0, 128, 0));
+    QPalette dark = colorsView.palette();
+    dark.setColor(QPalette::Base, QColor(40, 40, 40));
+    colorsView.setPalette(dark);
+    EXPECT_EQ(shown().hslHue(), 120);
+    EXPECT_GT(shown().lightness(), QColor(0, 128, 0).lightness());
+
+    TRadioGroup radio("Radio", "Choose");
+    radio.OnClick = [&] { Hear("radio")(radio.ItemIndex()); };
+    auto& group = Show<QGroupBox>(radio);
+    radio.SetItems({"a & b", "c"});
+    group.findChildren<QRadioButton*>().at(1)->click();
+    ExpectHeard("radio1 ");
+    radio.SetItems({"only & one"});
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_EQ(radios(), "-only");
-}
-
-TEST_F(BindersTest, MemosGrowLineByLine) {
-    TMemo memo("Memo");
-    memo.Add("before");
-    TWindow window;
-    auto& view = window.Add<QPlainTextEdit>();
-    Bind(view, memo, Desk.Dialogs);
-    memo.Add("");
-    memo.Add("after");
-    memo.SetHint("changes nothing");
-    EXPECT_EQ(view.toPlainText(), "before\n\nafter");
-    memo.Clear();
-    EXPECT_EQ(view.toPlainText(), "");
-    memo.Add("anew");
-    EXPECT_EQ(view.toPlainText(), "anew");
-    EXPECT_TRUE(view.isReadOnly());
-
-    // A long line moves the text aside neither before nor after it is first seen; the last line is in view.
-    view.resize(200, 100);
-    for (int line = 0; line < 20; ++line)
-        memo.Add(line % 2 == 0 ? "short" : std::string(300, 'm'));
-    window.Show();
-    for (const char* last : {"short", "another"}) {
-        EXPECT_GT(view.horizontalScrollBar()->maximum(), 0);
-        EXPECT_EQ(view.horizontalScrollBar()->value(), 0);
-        QTextCursor end = view.textCursor();
-        end.movePosition(QTextCursor::End);
-        end.movePosition(QTextCursor::StartOfBlock);
-        EXPECT_TRUE(view.viewport()->rect().contains(view.cursorRect(end)))
-            << view.verticalScrollBar()->value() << " of " << view.verticalScrollBar()->maximum();
-        memo.Add(std::string(400, 'm'));
-        memo.Add(last);
-    }
+    const auto buttons = group.findChildren<QRadioButton*>();
+    ASSERT_EQ(buttons.size(), 1);
+    EXPECT_EQ(buttons[0]->text(), "only && one");
+    EXPECT_FALSE(buttons[0]->isChecked());
 }
 
 TEST_F(BindersTest, TreesKeepTheSelectionUnderTheRightButton) {
     TTreeView tree("Tree");
-    tree.OnClick = Hear("c");
-    tree.OnKeyPress = [&](const std::string& key) { Heard += key == "\r" ? "k" : "?"; };
-    tree.OnRightMouseButton = Hear("r");
-    tree.OnOtherMouseButton = Hear("o");
-    TWindow window;
-    auto& view = window.Add<QTreeWidget>();
-    view.resize(300, 200);
-    Bind(view, tree, Desk.Dialogs);
+    tree.OnClick = Hear("click");
+    tree.OnKeyPress = [&](const std::string& key) { Heard += key == "\r" ? "enter " : "? "; };
+    tree.OnRightMouseButton = Hear("right");
+    tree.OnOtherMouseButton = Hear("other");
+    auto& view = Show<QTreeWidget>(tree);
     tree.SetNodes({{"Device", {"Fans", "Heat"}}, {"Other", {}}});
-    window.Show();
     const auto click = [&](Qt::MouseButton button, QTreeWidgetItem* item) {
         QTest::mouseClick(view.viewport(), button, {}, view.visualItemRect(item).center());
         EXPECT_EQ(tree.Selected(), (TTreeView::TSelection{0, 1}));
     };
     click(Qt::LeftButton, view.topLevelItem(0)->child(1));
+    ExpectHeard("other click ");
     click(Qt::RightButton, view.topLevelItem(1));
-    QTest::keyClick(&view, Qt::Key_Return);
-    EXPECT_EQ(Heard, "ocrk");
-    tree.SetSelected(TTreeView::TSelection{1, -1});
-    EXPECT_EQ(view.currentItem(), view.topLevelItem(1));
-    tree.SetNodes({});
-    EXPECT_EQ(view.topLevelItemCount(), 0);
-    EXPECT_FALSE(tree.Selected());
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, {5, 5}, {5, 5});
+    QCoreApplication::sendEvent(&view, &menu);
+    ExpectHeard("right right ");
+    Press(view, {Qt::Key_A, Qt::Key_Return}, "enter ");
 }
 
-TEST_F(BindersTest, GridsShowRowZeroAsTheHeading) {
+TEST_F(BindersTest, GridsTellCellsRowsAndKeys) {
     TStringGrid grid("Grid");
+    grid.OnClick = [this](const TCellClick& click) { Hear("cell")(click.Column); };
+    grid.OnDblClick = Hear("twice");
+    grid.OnSelectCell = Hear("select");
+    grid.OnKeyPress = [this](const std::string& key) { Heard += key == "\r" ? "enter " : key + " "; };
+    auto& view = Show<QTableView>(grid);
     grid.Cells.SetRow(0, {"Name", "Value"});
-    grid.Cells.SetColCount(2);
-    grid.OnDblClick = Hear("d");
-    grid.OnSelectCell = Hear("s");
-    grid.OnKeyPress = [&](const std::string& text) { Heard += "k" + text; };
-    TWindow window;
-    auto& view = window.Add<QTableView>();
-    view.resize(390, 290);
-    Bind(view, grid, Desk.Dialogs);
-    grid.Cells.SetRow(1, {"Speed", "5"});
     grid.Cells.SetRow(2, {"Heat", "6"});
+    grid.Cells.SetColCount(2);
     grid.ColWidths = {120, 60};
     grid.Repaint();
-    window.Show();
-    ASSERT_EQ(view.model()->rowCount(), 2);
     EXPECT_EQ(view.model()->headerData(1, Qt::Horizontal).toString(), "Value");
-    EXPECT_EQ(view.model()->index(1, 0).data().toString(), "Heat");
     EXPECT_EQ(view.columnWidth(0), 120);
-
+    Press(view, {Qt::Key_Up}, "select2 ");
+    Press(view, {Qt::Key_Up}, "select1 ");
+    Press(view, {Qt::Key_End, Qt::Key_Home}, "select2 select1 ");
     const QPoint second = view.visualRect(view.model()->index(1, 1)).center();
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, second);
+    ExpectHeard("cell1 select2 ");
     EXPECT_EQ(grid.SelectedRow(), 2);
+    QTest::mouseClick(view.viewport(), Qt::RightButton, {}, second);
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, second);
-    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, QPoint(20, 280));
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, {300, 30});
+    ExpectHeard("cell1 twice2 cell-1 twice-1 ");
+    QTest::keyClick(&view, Qt::Key_7, Qt::ControlModifier);
+    Repeat(view, Qt::Key_7, "7");
     QTest::keyClicks(&view, "7");
-    QTest::keyClick(&view, Qt::Key_Return);
-    EXPECT_EQ(Heard, "s2d2d-1k7k\r");
+    Press(view, {Qt::Key_Return}, "7 enter ");
     grid.Cells.SetRowCount(1);
     grid.SetSelectedRow(-1);
     EXPECT_EQ(view.model()->rowCount(), 0);
 }
 
-TEST_F(BindersTest, PagesAndStatusPanelsFollow) {
-    TPageControl pages("Tabs");
+TEST_F(BindersTest, ScrollBarsTabsAndMenusTellTheirMoves) {
+    TScrollBar scroll("Scroll");
+    scroll.SetMax(9);
+    scroll.OnScroll = [this](EScrollCode code, int to) {
+        Hear(code == EScrollCode::Track ? "track" : "end")(to);
+    };
+    auto& bar = Show<QScrollBar>(scroll);
+    bar.setSliderDown(true);
+    bar.setSliderPosition(3);
+    ExpectHeard("track3 ");
+    bar.setSliderDown(false);
+    Press(bar, {Qt::Key_Home}, "end3 end0 ");
+    scroll.SetPosition(5);
+    ExpectHeard("");
+
+    TPageControl pages("Pages");
     TTabSheet first("First", "one");
     TTabSheet second("Second", "two");
     pages.Pages = {first, second};
-    pages.SetActivePageIndex(1);
-    TWindow window;
-    auto& view = window.Add<QTabWidget>();
-    view.addTab(&NewChild<QWidget>(view), QString());
-    view.addTab(&NewChild<QWidget>(view), QString());
-    Bind(view, pages, Desk.Dialogs);
-    EXPECT_EQ(view.currentIndex(), 1);
-    view.setCurrentIndex(0);
-    EXPECT_TRUE(pages.IsActive(first));
-    second.SetVisible(false);
-    EXPECT_FALSE(view.isTabVisible(1));
+    auto& tabs = NewChild<QTabWidget>(Window);
+    for (int page = 0; page < 2; ++page)
+        tabs.addTab(&NewChild<QWidget>(tabs), QString());
+    Bind(tabs, pages, Desk.Dialogs);
+    QTest::mouseClick(tabs.tabBar(), Qt::LeftButton, {}, tabs.tabBar()->tabRect(1).center());
+    EXPECT_TRUE(pages.IsActive(second));
 
-    TForm owner("Form");
-    TStatusBar bar(owner, "StatusBar", {{100, "left", false}, {80, "right", true}});
-    auto& barView = window.Add<TPanelBar>();
-    barView.resize(400, 19);
-    Bind(barView, bar, Desk.Dialogs);
-    auto& child = window.Add<QLabel>();
-    barView.Place(1, child, [](const QRect& panel) { return panel.adjusted(2, 1, -2, 0); });
-    bar.SetWidth(0, 150);
-    bar.SetText(1, "new");
-    EXPECT_EQ(barView.PanelRect(1), QRect(150, 0, 80, 19));
-    EXPECT_EQ(child.geometry(), QRect(152, 1, 76, 18));
-    EXPECT_EQ(barView.findChild<QLabel*>("StatusPanel1")->text(), "new");
-}
-
-TEST_F(BindersTest, MenusHideWithTheirEntries) {
     TMainMenu menu("Menu");
     TMenuItem file("file", "File");
-    TMenuItem open("open", "Open");
     TMenuItem log("log", "Log");
-    file.Items = {open, log};
+    file.Items = {log};
     menu.Items = {file};
-    open.SetShortCut("F2");
+    log.SetShortCut("F2");
     log.SetCheckable(true);
-    log.OnClick = Hear("l");
-    TWindow window;
-    auto& bar = window.Add<QMenuBar>();
-    Bind(bar, menu, Desk.Dialogs);
-    const auto action = [&bar](const char* name) -> QAction& {
-        return *bar.findChild<QAction*>(QString::fromLatin1(name));
-    };
-    EXPECT_EQ(action("open").shortcut().toString(), "F2");
-    const auto shown = [&action] {
-        return std::vector{action("file").isVisible(), action("open").isVisible(), action("log").isVisible()};
-    };
-    open.SetVisible(false);
-    EXPECT_EQ(shown(), (std::vector{true, false, true}));
+    log.OnClick = Hear("log");
+    auto& menuBar = Show<QMenuBar>(menu);
+    auto& top = *menuBar.findChild<QAction*>(QStringLiteral("file"));
+    auto& action = *menuBar.findChild<QAction*>(QStringLiteral("log"));
     log.SetVisible(false);
-    EXPECT_EQ(shown(), (std::vector{false, false, false}));
+    EXPECT_FALSE(top.isVisible()); // with all that is below it
     log.SetVisible(true);
-    EXPECT_EQ(shown(), (std::vector{true, false, true}));
-    action("log").trigger();
-    EXPECT_EQ(Heard, "l");
-    EXPECT_FALSE(action("log").isChecked()); // the form decides
-    log.SetChecked(true);
-    EXPECT_TRUE(action("log").isChecked());
+    EXPECT_TRUE(top.isVisible() && action.isVisible());
+    EXPECT_EQ(action.shortcut().toString(), "F2");
+    action.trigger();
+    ExpectHeard("log ");
+    EXPECT_FALSE(action.isChecked()); // the form decides
+}
+
+TEST_F(BindersTest, TheKeyboardComesBackToWhatWasLocked) {
+    TControlLock lock;
+    const std::array<TControl*, 3> controls{&Button, &Box, &Edit};
+    ButtonView.setFocus();
+    lock.Lock(controls);
+    EXPECT_FALSE(ButtonView.hasFocus() || BoxView.hasFocus() || EditView.hasFocus());
+    lock.Release();
+    EXPECT_TRUE(ButtonView.hasFocus());
+    lock.Lock(std::array<TControl*, 1>{&Button});
+    EditView.setFocus(); // by the user
+    lock.Release();
+    EXPECT_TRUE(ButtonView.isEnabled() && EditView.hasFocus());
+}
+
+TEST_F(BindersTest, WhatIsShownOutlivesAndIsDrawn) {
+    auto label = std::make_unique<TLabel>("Label1", "<b>5 & 6</b>");
+    auto& view = Show<QLabel>(*label);
+    EXPECT_EQ(view.textFormat(), Qt::PlainText);
+    {
+        QLabel other;
+        Bind(other, *label, Desk.Dialogs);
+    }
+    label->SetCaption("æøå"); // the control outlives one view
+    label.reset();            // and another view outlives its control
+    EXPECT_EQ(view.text(), QString::fromUtf8("æøå"));
+
+    TALed led("Led");
+    led.SetValue(true);
+    led.SetTrueColor(TALed::Red);
+    auto& lamp = Show<TLedView>(led);
+    const QImage lit = lamp.grab().toImage();
+    EXPECT_EQ(lamp.accessibleDescription(), "on, #ff0000");
+    led.SetValue(false);
+    EXPECT_NE(lamp.grab().toImage(), lit);
+    TProgressBar bar("Bar");
+    bar.SetMax(0);
+    EXPECT_EQ(Show<QProgressBar>(bar).maximum(), 1); // not the endless bar
+
+    TForm owner("Form");
+    TStatusBar status(owner, "StatusBar", {{100, "left", false}, {80, "right", true}});
+    auto& panels = Show<TPanelBar>(status);
+    auto& child = NewChild<QLabel>(panels);
+    panels.Place(1, child, [](const QRect& panel) { return panel.adjusted(2, 1, -2, 0); });
+    status.SetWidth(0, 150);
+    EXPECT_EQ(child.geometry(), QRect(152, 1, 76, panels.height() - 1));
+}
+
+TEST_F(BindersTest, AMemoFollowsItsLastLineAndStaysAtTheLeft) {
+    TMemo memo("Memo");
+    auto& view = NewChild<QPlainTextEdit>(Window);
+    Bind(view, memo, Desk.Dialogs);
+    view.resize(200, 100);
+    for (int line = 0; line < 20; ++line)
+        memo.Add(line % 2 == 0 ? "short" : std::string(300, 'm'));
+    view.show();
+    QCoreApplication::processEvents();
+    for (const char* last : {"short", "another"}) { // before it is first seen, and after
+        EXPECT_GT(view.horizontalScrollBar()->maximum(), 0);
+        EXPECT_EQ(view.horizontalScrollBar()->value(), 0);
+        QTextCursor end = view.textCursor();
+        end.movePosition(QTextCursor::End);
+        end.movePosition(QTextCursor::StartOfBlock);
+        EXPECT_TRUE(view.viewport()->rect().contains(view.cursorRect(end)));
+        memo.Add(std::string(400, 'm'));
+        memo.Add(last);
+    }
+    memo.TopRequested.Emit();
+    EXPECT_EQ(view.verticalScrollBar()->value(), 0);
+}
+
+TEST_F(RangeTest, KeysMoveTheThumbThatHasThem) {
+    int changes = 0;
+    Bar.OnChange = [&changes] { ++changes; };
+    Bar.SetPageSize(10);
+    Track.setFocus(Qt::TabFocusReason);
+    Keys({Qt::Key_Right, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Left});
+    EXPECT_EQ(Positions(), std::pair(11, 100));
+    Keys({Qt::Key_Tab, Qt::Key_PageDown, Qt::Key_Down, Qt::Key_Right, Qt::Key_End, Qt::Key_Left});
+    EXPECT_EQ(Positions(), std::pair(11, 99));
+    EXPECT_EQ(changes, 9);
+    Keys({Qt::Key_Home}); // as far as the other thumb
+    EXPECT_EQ(Positions(), std::pair(11, 11));
+    Keys({Qt::Key_Backtab, Qt::Key_End, Qt::Key_Home});
+    EXPECT_EQ(Positions(), std::pair(0, 11));
+    Keys({Qt::Key_Tab, Qt::Key_Tab});
+    EXPECT_TRUE(Field.hasFocus());
+}
+
+TEST_F(RangeTest, TheMouseDragsTheNearerThumb) {
+    Drag(0, 0.3);
+    EXPECT_NEAR(Bar.LowerPosition(), 30, 1);
+    Drag(1, 0.1); // stops at the other one
+    EXPECT_EQ(Bar.UpperPosition(), Bar.LowerPosition());
+    Drag(Bar.LowerPosition() / 100.0, 0.6); // where they lie on each other
+    EXPECT_NEAR(Bar.LowerPosition(), 30, 1);
+    EXPECT_NEAR(Bar.UpperPosition(), 60, 1);
+    Drag(0.35, 0.35); // a click fetches it
+    EXPECT_NEAR(Bar.LowerPosition(), 35, 1);
+    Bar.SetUpperPosition(20);
+    EXPECT_EQ(std::pair(Track.LowerPosition(), Track.UpperPosition()), std::pair(20, 20));
+    Bar.SetEnabled(false);
+    Drag(0.2, 0.8);
+    EXPECT_EQ(Positions(), std::pair(20, 20));
+}
+
+TEST_F(RangeTest, AMaskEditKeepsItsShape) {
+    int clicks = 0;
+    int exits = 0;
+    Mask.OnClick = [&clicks] { ++clicks; };
+    Mask.OnExit = [&exits] { ++exits; };
+    Mask.SetText("D:7");
+    EXPECT_EQ(Field.displayText(), "D:7_");
+    Field.setFocus();
+    Field.setCursorPosition(3);
+    QTest::keyClicks(&Field, "x5");
+    EXPECT_EQ(Mask.Text(), "D:75");
+    Field.selectAll();
+    Keys({Qt::Key_Delete});
+    EXPECT_EQ(Mask.Text(), "D:  ");
+    QTest::mouseClick(&Field, Qt::LeftButton);
+    QTest::mouseClick(&Field, Qt::RightButton);
+    EXPECT_EQ(clicks, 0); // once the field has done with it
+    QCoreApplication::processEvents();
+    EXPECT_EQ(std::pair(clicks, exits), std::pair(1, 0));
+    Keys({Qt::Key_Return});
+    EXPECT_EQ(exits, 1);
+    Track.setFocus();
+    EXPECT_EQ(exits, 2);
+    Mask.SetEnabled(false);
+    QTest::mouseClick(&Field, Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clicks, 1);
 }
 
 } // namespace tidewell::test

@@ -13,110 +13,103 @@ namespace tidewell::test {
 
 namespace {
 
-void Write(const QString& path, const QByteArray& content) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
+const QString executable = QStringLiteral("/tidewell");
 
-// A small installation with no link, and the program on it.
-class ProgramTest : public testing::Test {
-  protected:
-    void Install(const QByteArray& system) {
-        ASSERT_TRUE(Folder.isValid());
+// The real program on an installation of its own, which has no link.
+class TRealProgram {
+  public:
+    // Null: an installation without a system file.
+    explicit TRealProgram(const char* system) {
         QDir(Folder.path()).mkpath("cfg");
-        Write(Folder.filePath("cfg/system_test.inn"), "[System]\nLanguageFile_Current=a.lng\n" + system);
-        Write(Folder.filePath("cfg/a.lng"), "[HeadAppl]\nappl_title=Test\n");
-        QImage logo(862, 214, QImage::Format_RGB32);
-        logo.fill(Qt::darkCyan);
-        logo.save(Folder.filePath("cfg/logo.png"));
-    }
-
-    void Start() {
+        if (system != nullptr) {
+            Write("cfg/system_test.inn", QByteArray("[System]\nLanguageFile_Current=a.lng\n") + system);
+            Write("cfg/a.lng", "[HeadAppl]\nappl_title=Test\n");
+            QImage(862, 214, QImage::Format_RGB32).save(Folder.filePath("cfg/logo.png"));
+        }
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("TIDEWELL_HOME", Folder.path());
-        environment.insert("TIDEWELL_SCREENSHOT", Folder.filePath("shot.png"));
+        environment.insert("TIDEWELL_SCREENSHOT", Screenshot());
         environment.insert("QT_QPA_PLATFORM", "offscreen");
-        Program.setProcessEnvironment(environment);
-        Program.setProcessChannelMode(QProcess::MergedChannels);
-        Program.start(QCoreApplication::applicationDirPath() + "/tidewell", {"-LoginUserPW", "me;secret"});
-        ASSERT_TRUE(Program.waitForStarted());
+        Process.setProcessEnvironment(environment);
+        Process.setProcessChannelMode(QProcess::ForwardedChannels);
+        Process.start(QCoreApplication::applicationDirPath() + executable, {"-LoginUserPW", "me;secret"});
+        EXPECT_TRUE(Process.waitForStarted());
     }
 
     // The main form is made once it can be painted.
-    void WaitForMainForm() {
-        ASSERT_TRUE(WaitFor([this] { return QDir(Folder.filePath("log/systemlog")).exists(); }));
-        ASSERT_TRUE(WaitFor([this] {
-            Signal(SIGUSR1);
-            QTest::qWait(50);
-            return QFile::exists(Folder.filePath("shot.png"));
-        }));
+    bool ShowsMainForm() {
+        return WaitFor([this] { return QDir(Folder.filePath("log/systemlog")).exists(); }) && WaitFor([this] {
+                   Signal(SIGUSR1);
+                   QTest::qWait(50);
+                   return QFile::exists(Screenshot());
+               });
     }
-    void Signal(int number) { kill(static_cast<pid_t>(Program.processId()), number); }
-    QStringList LogFiles() const { return QDir(Folder.filePath("log/systemlog")).entryList(QDir::Files); }
+    void Signal(int number) {
+        const auto process = static_cast<pid_t>(Process.processId());
+        if (process > 0) // 0 would be all of ours
+            kill(process, number);
+    }
+    void ExpectEnd(qsizetype logs) {
+        ASSERT_TRUE(Process.waitForFinished(30'000));
+        EXPECT_EQ(Process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(LogFiles("eventlog.log"), logs);
+    }
+    qsizetype LogFiles(const char* part) const {
+        return QDir(Folder.filePath("log/systemlog")).entryList(QDir::Files).filter(part).size();
+    }
+    QString Screenshot() const { return Folder.filePath("shot.png"); }
+
+    QProcess Process;
+
+  private:
+    void Write(const char* path, const QByteArray& content) {
+        QFile file(Folder.filePath(path));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
 
     QTemporaryDir Folder;
-    QProcess Program;
 };
-
-const char* const quiet =
-    "[Port]\nPortScan=TRUE\n[Profile]\nAutoloadProfile=TRUE\n[CommInitModbus]\nDebugEnable=0\n";
 
 } // namespace
 
-TEST_F(ProgramTest, AnswersHelpAndVersionWithoutADisplayOrAnInstallation) {
+TEST(ProgramTest, AnswersHelpAndVersionWithoutADisplayOrAnInstallation) {
     for (const auto& [option, answer] : {std::pair{"--help", "\n  -devid "}, {"--version", "Tidewell 1"}}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "none of these");
         environment.insert("TIDEWELL_HOME", "/nowhere");
-        Program.setProcessEnvironment(environment);
-        Program.start(QCoreApplication::applicationDirPath() + "/tidewell", {option});
-        ASSERT_TRUE(Program.waitForFinished(30'000));
-        EXPECT_EQ(Program.exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(Program.exitCode(), 0);
-        EXPECT_TRUE(Program.readAllStandardOutput().contains(answer));
-        EXPECT_EQ(Program.readAllStandardError(), "");
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.start(QCoreApplication::applicationDirPath() + executable, {option});
+        ASSERT_TRUE(program.waitForFinished(30'000));
+        EXPECT_EQ(program.exitCode(), 0);
+        EXPECT_TRUE(program.readAllStandardOutput().contains(answer));
+        EXPECT_EQ(program.readAllStandardError(), "");
     }
 }
 
-TEST_F(ProgramTest, ATermSignalClosesItInOrder) {
-    Install(quiet);
-    Start();
-    WaitForMainForm();
+TEST(ProgramTest, SignalsEndItInOrder) {
+    // Side by side, for the time of their start.
+    TRealProgram quiet(
+        "[Port]\nPortScan=TRUE\n[Profile]\nAutoloadProfile=TRUE\n[CommInitModbus]\nDebugEnable=0\n");
+    TRealProgram asking("[CommInitModbus]\nDebugEnable=0\n"); // for a profile
+    TRealProgram incomplete(nullptr);
+    ASSERT_TRUE(quiet.ShowsMainForm() && asking.ShowsMainForm());
     // The list of processes shows it.
-    QFile commandLine(QString("/proc/%1/cmdline").arg(Program.processId()));
+    QFile commandLine(QString("/proc/%1/cmdline").arg(quiet.Process.processId()));
     ASSERT_TRUE(commandLine.open(QIODevice::ReadOnly));
     const QByteArray shown = commandLine.readAll();
     EXPECT_TRUE(shown.contains("me") && !shown.contains("secret"));
-    QFile::remove(Folder.filePath("shot.png"));
-    Signal(SIGTERM);
-    ASSERT_TRUE(Program.waitForFinished(30'000));
-    EXPECT_EQ(Program.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(Program.exitCode(), 0);
-    EXPECT_EQ(LogFiles().filter("eventlog.log").size(), 1);
-    EXPECT_EQ(LogFiles().filter("datalog").size(), 1);
-    EXPECT_FALSE(QImage(Folder.filePath("shot.png")).isNull());
-}
-
-TEST_F(ProgramTest, AnInterruptAlsoEndsItWhileADialogIsOpen) {
-    Install("[CommInitModbus]\nDebugEnable=0\n"); // asks for a profile
-    Start();
-    WaitForMainForm();
-    QTest::qWait(500); // the dialog comes 200 ms after the main form
-    Signal(SIGINT);
-    ASSERT_TRUE(Program.waitForFinished(30'000));
-    EXPECT_EQ(Program.exitCode(), 0);
-    EXPECT_EQ(LogFiles().filter("eventlog.log").size(), 1);
-}
-
-TEST_F(ProgramTest, AnIncompleteInstallationIsToldAndASignalEndsIt) {
-    QDir(Folder.path()).mkpath("cfg");
-    Start();
-    QTest::qWait(1500);
-    Signal(SIGTERM);
-    ASSERT_TRUE(Program.waitForFinished(30'000));
-    EXPECT_EQ(Program.exitStatus(), QProcess::NormalExit);
-    EXPECT_TRUE(LogFiles().isEmpty());
+    QFile::remove(quiet.Screenshot());
+    quiet.Signal(SIGTERM);
+    quiet.ExpectEnd(1);
+    EXPECT_EQ(quiet.LogFiles("datalog"), 1);
+    EXPECT_FALSE(QImage(quiet.Screenshot()).isNull()); // as it was at the close
+    QTest::qWait(500);                                 // the dialog comes 200 ms after the main form
+    asking.Signal(SIGINT);
+    asking.ExpectEnd(1);
+    incomplete.Signal(SIGTERM); // below what it says
+    incomplete.ExpectEnd(0);
 }
 
 } // namespace tidewell::test

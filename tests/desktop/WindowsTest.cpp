@@ -1,0 +1,439 @@
+#include "ProgramOnScreen.h"
+#include "Robot.h"
+#include "Support.h"
+#include "desktop/QtText.h"
+#include "widgets/BitViews.h"
+#include "widgets/ScopeView.h"
+
+#include <QFileDialog>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QListWidget>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolTip>
+#include <QTreeWidget>
+
+#include <gmock/gmock.h>
+
+namespace tidewell::test {
+
+namespace {
+
+using testing::ElementsAre;
+
+// The whole program on a screen, under the keyboard and the mouse. What the robot is to do must be done at
+// the end.
+class WindowsTest : public testing::Test {
+  protected:
+    ~WindowsTest() override { EXPECT_TRUE(Robot.Done()); }
+
+    // The start up to the end of what the robot does there.
+    void Start() {
+        Screen.Build();
+        Screen.Advance(200);
+        RunRobot();
+        View = Screen.Desktop.Dialogs.FindView(Screen.Program->FormMain);
+    }
+    // The start without dialogs: signed in, and linked to a controller.
+    void StartLinked() {
+        Screen.Arguments = {"-devid", "410000000001", "-LoginUserPW", "service;tidewell"};
+        Start();
+    }
+    // That, and the first group of the controller's setpoints.
+    void ShowSetpoints() {
+        Robot.On("FormMain", [](QWidget& main) {
+            Press(Qt::Key_F6);
+            auto& tree = Child<QTreeWidget>(main, "SetpointTreeView");
+            QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                              tree.visualItemRect(tree.topLevelItem(0)->child(0)).center());
+        });
+        StartLinked();
+        View->resize(1000, 700);
+        QCoreApplication::processEvents();
+    }
+    void RunRobot() {
+        EXPECT_TRUE(WaitFor([this] { return Robot.Done(); }, 20'000));
+    }
+    template <class TWidget>
+    static TWidget& Child(QWidget& window, const char* name) {
+        auto* const child = dynamic_cast<TWidget*>(window.findChild<QWidget*>(QString::fromLatin1(name)));
+        if (child == nullptr)
+            throw std::runtime_error(name);
+        return *child;
+    }
+    static void Click(QWidget& window, const char* name) {
+        QTest::mouseClick(&Child<QWidget>(window, name), Qt::LeftButton);
+    }
+    // Answers a message box by Enter, once it has this text.
+    void OnMessage(const std::string& text) {
+        Robot.On("MessageBox", [text](QWidget& box) {
+            EXPECT_EQ(static_cast<QMessageBox&>(box).text().toStdString(), text);
+            Type("\n");
+        });
+    }
+
+    static std::string FocusedRadio() {
+        const auto* const button = qobject_cast<QRadioButton*>(QApplication::focusWidget());
+        return button != nullptr && button->isChecked() ? button->text().toStdString() : std::string();
+    }
+    // Opens the input dialog of that setpoint.
+    void OnInputOf(int row, const TRobot::TAction& action) {
+        Robot.On("FormMain", [row](QWidget& main) {
+            auto& grid = Child<QTableView>(main, "SetpointGrid");
+            grid.selectRow(row - 1);
+            QTest::keyClick(&grid, Qt::Key_Return);
+        });
+        Robot.On("InputDialog", action);
+        RunRobot();
+    }
+
+    QTableView& Grid() { return Child<QTableView>(*View, "SetpointGrid"); }
+    int SelectedRow() { return Screen.Program->SetpointPage.SetpointGrid.SelectedRow(); }
+    QRect Cell(int column, int row) { return Grid().visualRect(Grid().model()->index(row - 1, column)); }
+    // How often the colour stands in that row, as painted.
+    int Pixels(int row, const QColor& color) {
+        const QImage picture = Grid().viewport()->grab().toImage();
+        const QRect line = Cell(0, row).united(Cell(4, row));
+        int count = 0;
+        for (int y = line.top(); y <= line.bottom(); ++y)
+            for (int x = line.left(); x <= line.right(); ++x)
+                count += picture.pixelColor(x, y) == color ? 1 : 0;
+        return count;
+    }
+    QColor Ground(int row) { return Grid().viewport()->grab().toImage().pixelColor(Cell(4, row).topRight()); }
+    QString TipAt(QPoint at) {
+        QToolTip::hideText();
+        QHelpEvent help(QEvent::ToolTip, at, Grid().viewport()->mapToGlobal(at));
+        QCoreApplication::sendEvent(Grid().viewport(), &help);
+        return QToolTip::isVisible() ? QToolTip::text() : QString();
+    }
+
+    TProgramOnScreen Screen;
+    QWidget* View = nullptr; // of the main form
+    TRobot Robot{[this](const QString& line) {
+        ADD_FAILURE() << line.toStdString();
+        Screen.Desktop.Dialogs.CancelAll();
+    }};
+};
+
+} // namespace
+
+TEST_F(WindowsTest, TheKeyboardAloneLeadsFromTheLogonToALinkedController) {
+    Robot.On("NabtoLogOn", [](QWidget&) { Type("service\twrong\n"); });
+    OnMessage("Username or password is incorrect.");
+    QApplication::setCursorFlashTime(0);
+    Robot.On("NabtoLogOn", [](QWidget& logon) {
+        EXPECT_EQ(Focused(), "EditUser");
+        auto& password = Child<QLineEdit>(logon, "EditPW");
+        const QImage image = password.grab(password.rect().adjusted(3, 4, -3, -4)).toImage();
+        for (int x = 0; x < image.width(); ++x)
+            ASSERT_EQ(image.pixel(x, image.height() / 2), image.pixel(image.width() - 1, image.height() / 2))
+                << "a caret at " << x;
+        Type("service\ttidewell\n");
+    });
+    Robot.On("SetupForm", [](QWidget&) {
+        EXPECT_EQ(Focused(), "txtRemote");
+        Type("4711\n");
+    });
+    OnMessage("You do not have permission to access this device \"4711.hv.example\"");
+    Robot.On("SetupForm", [this](QWidget& setup) {
+        EXPECT_THAT(TabRing(), ElementsAre("txtRemote", "ButDeviceSearch", "butping", "ButCommOk"));
+        const QSize size = setup.size();
+        Type("\t "); // the search
+        auto& list = Child<QListWidget>(setup, "ListBoxLocalDevices");
+        ASSERT_TRUE(list.isVisible());
+        Type("\t");
+        ASSERT_TRUE(list.hasFocus());
+        Press(Qt::Key_Down);
+        Type(" "); // picks without connecting
+        EXPECT_EQ(Screen.Program->SetupForm.txtRemote.Text(), "410000000002");
+        EXPECT_EQ(Focused(), "txtRemote");
+        EXPECT_EQ(setup.size(), size);
+        Type("\t \t\n"); // the first one
+    });
+    Start();
+    EXPECT_EQ(Screen.Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example");
+}
+
+TEST_F(WindowsTest, TheLogonTakesItsKeys) {
+    StartLinked();
+    TNabtoLogOn& logon = Screen.Program->NabtoLogOn;
+    for (const char* keys :
+         {"a\n", "a\tb\n", "\t\t \n", "\t\t\t ", "\t\t\t\n", "\t\t\t\t ", "\t\t\t\t\n", "a\x1b"}) {
+        Robot.On("NabtoLogOn", [keys](QWidget&) { Type(keys); });
+        const bool cancels =
+            std::string_view(keys).starts_with("\t\t\t\t") || std::string_view(keys).ends_with('\x1b');
+        EXPECT_EQ(Screen.Desktop.Dialogs.ShowModal(logon), cancels ? EModalResult::Cancel : EModalResult::Ok)
+            << keys;
+        ASSERT_FALSE(logon.Visible());
+    }
+    EXPECT_TRUE(logon.offLineSessionCheckBox.Checked());
+    Robot.On("NabtoLogOn", [](QWidget& view) {
+        EXPECT_THAT(TabRing(),
+                    ElementsAre("EditUser", "EditPW", "offLineSessionCheckBox", "ButOk", "ButCancel"));
+        Type(QString::fromUtf8("\tGrüße, \"$\"")); // as it is sent, and never as it is shown
+        EXPECT_EQ(Child<QLineEdit>(view, "EditPW").displayText(), "**********");
+        // No icons, no other size, in the middle of the screen.
+        EXPECT_FALSE(view.windowFlags() & (Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint));
+        EXPECT_EQ(view.minimumSize(), view.maximumSize());
+        const QPoint off = view.frameGeometry().center() - view.screen()->availableGeometry().center();
+        EXPECT_LE(off.manhattanLength(), 4);
+        Type("\x1b");
+    });
+    Screen.Desktop.Dialogs.ShowModal(logon);
+    EXPECT_EQ(logon.EditPW.Text(), "Grüße, \"$\"");
+}
+
+TEST_F(WindowsTest, TheLanguageIsChosenByKeys) {
+    StartLinked();
+    Robot.On("FormMain", [](QWidget&) { Press(Qt::Key_F12); });
+    Robot.On("languagedialog", [](QWidget&) {
+        EXPECT_EQ(FocusedRadio(), "english.lng");
+        Press(Qt::Key_Up);
+        EXPECT_EQ(FocusedRadio(), "deutsch.lng");
+        Type("\t");
+        EXPECT_EQ(Focused(), "Button");
+        Type("\n");
+    });
+    OnMessage("The language is changed. The program now ends and starts again.");
+    RunRobot();
+    EXPECT_THAT(Screen.Process.Calls, ElementsAre("start /opt/tidewell/tidewell"));
+    EXPECT_TRUE(Screen.Application.IsTerminated);
+}
+
+TEST_F(WindowsTest, ASetpointIsTypedAndBitsFlipByMouseAndKeyboard) {
+    ShowSetpoints();
+    Screen.Advance(20'000); // logs
+    const auto value = [this] { return Screen.Program->InputDialog.EValue.Text(); };
+    int wide = 0;
+    OnInputOf(9, [&](QWidget& view) {
+        auto& bits = Child<TBitGridView>(view, "binaryvaluegrid");
+        const auto box = [&bits](int column) {
+            const TCellRect cell = bits.CellRect(column, 1);
+            return QPoint((cell.Left + cell.Right) / 2, (cell.Top + cell.Bottom) / 2);
+        };
+        const auto painted = [&] {
+            const QImage picture = bits.grab().toImage();
+            std::string row;
+            for (int column = 0; column < 16; ++column)
+                row += picture.pixelColor(box(column)) == QColor(0, 255, 0) ? '1' : '0';
+            return row;
+        };
+        EXPECT_EQ(painted(), "0000010111111111");
+        QTest::mouseClick(&bits, Qt::LeftButton, {}, box(4));
+        QTest::mouseClick(&bits, Qt::RightButton, {}, box(5));
+        for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Left, Qt::Key_Space, Qt::Key_End,
+                                  Qt::Key_Right, Qt::Key_Space})
+            QTest::keyClick(&bits, key);
+        EXPECT_EQ(painted(), "0000100111111110");
+        EXPECT_EQ(Screen.Program->InputDialog.EValue.Text(), "2558");
+        EXPECT_EQ(bits.size(), bits.sizeHint());
+        wide = view.width();
+        for (const QWidget* child : view.findChildren<QWidget*>())
+            EXPECT_TRUE(child->isHidden() || child->parentWidget()->rect().contains(child->geometry()));
+        Type("\x1b");
+    });
+    OnInputOf(8, [&](QWidget& view) { // in tenths
+        auto& field = Child<QLineEdit>(view, "EValue");
+        EXPECT_LT(view.width(), wide);
+        EXPECT_EQ(Focused(), "EValue");
+        EXPECT_EQ(field.selectedText().toStdString(), value());
+        EXPECT_TRUE(Child<QPushButton>(view, "ButSend").isDefault());
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+        QCoreApplication::sendEvent(&field, &held); // since before the dialog came up
+        EXPECT_TRUE(view.isVisible());
+        Type("99,9");
+        OnMessage("This value is not valid.");
+        Type("\n");
+        EXPECT_EQ(field.selectedText(), "99,9");
+        Type("21,5\n");
+        EXPECT_FALSE(view.isVisible());
+    });
+    EXPECT_EQ(value(), "21,5");
+    OnInputOf(11, [&](QWidget&) { // two characters, a limit for typing
+        Type("XYZ");
+        EXPECT_EQ(value(), "XY");
+        Type("\x1b");
+    });
+}
+
+TEST_F(WindowsTest, SetpointsToLoadAreCheckedByMouseAndKeyboard) {
+    ShowSetpoints();
+    TLoadSetpoints& form = Screen.Program->LoadSetpoints;
+    Screen.Files.Put("/f.csv", "Created at : 1;\nDevice name : M;\nProfile : p;\nSetpointName;F;RawValue;\n"
+                               "Mode;2;2;0;7;0;0;40101;7;\nUnknown;5;5;0;7;0;0;49999;0;\n");
+    Screen.Program->SetpointPage.SelectedSetpointParent = "Device Aria 450";
+    EXPECT_TRUE(form.LoadForm("/f.csv"));
+    Robot.On("LoadSetpoints", [&](QWidget& view) {
+        auto& grid = Child<QTableView>(view, "setpointgrid");
+        auto& results = Child<QListView>(view, "ResultList");
+        const auto box = [&](int row) {
+            const QRect cell = grid.visualRect(grid.model()->index(row, 2));
+            const TCellRect at =
+                form.setpointgrid.BoxRect({cell.left(), cell.top(), cell.right() + 1, cell.bottom() + 1});
+            return QRect(QPoint(at.Left, at.Top), QPoint(at.Right - 1, at.Bottom - 1));
+        };
+        const auto painted = [&](int row) { return grid.viewport()->grab(box(row)).toImage(); };
+        const QImage checked = painted(1);
+        EXPECT_EQ(Focused(), "setpointgrid");
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, box(1).topLeft() - QPoint(2, 2));
+        EXPECT_NE(painted(1), checked);
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, box(1).topLeft() - QPoint(3, 0));
+        EXPECT_EQ(form.LabSelected.Caption(), "1 of 2 selected");
+        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, box(1).center()); // the second of two
+        EXPECT_EQ(painted(1), checked);
+        Press(Qt::Key_Home);
+        Press(Qt::Key_Space);
+        EXPECT_NE(painted(0), checked);
+        Child<QWidget>(view, "ButcheckAll").setFocus();
+        Type("\n"); // presses the button that has the keyboard
+        EXPECT_EQ(form.LabSelected.Caption(), "2 of 2 selected");
+        Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
+        Click(view, "ButWriteSetpoints");
+        EXPECT_EQ(view.focusWidget(), &results);
+        QTest::mouseClick(results.viewport(), Qt::LeftButton);
+        EXPECT_EQ(view.focusWidget(), &grid);
+        Type("\x1b");
+    });
+    Screen.Desktop.Dialogs.ShowModal(form);
+}
+
+TEST_F(WindowsTest, TheSelectedSetpointStandsOutByItsFontAlone) {
+    ShowSetpoints();
+    const auto base = [this] { return Grid().palette().color(QPalette::Base); };
+    const QColor stripe = Ground(2);
+    EXPECT_EQ(Ground(1), base());
+    EXPECT_NE(stripe, base());
+    EXPECT_EQ(Ground(4), stripe);
+    for (const int row : {2, 3}) {
+        EXPECT_EQ(Pixels(row, Qt::blue), 0);
+        const QColor ground = Ground(row);
+        const int thin = Pixels(row, Grid().palette().color(QPalette::Text));
+        QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {}, Cell(0, row).center());
+        EXPECT_GT(Pixels(row, Qt::blue), thin);
+        EXPECT_EQ(Ground(row), ground);
+    }
+    EXPECT_EQ(Pixels(2, Qt::blue), 0);
+    const QPalette light = QApplication::palette();
+    QPalette dark = light;
+    dark.setColor(QPalette::Base, QColor(40, 40, 40));
+    dark.setColor(QPalette::Text, Qt::white);
+    QApplication::setPalette(dark);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Pixels(3, Qt::blue), 0);
+    EXPECT_GT(Pixels(3, QColor(150, 190, 255)), 20);
+    EXPECT_EQ(Ground(3), base());
+    EXPECT_LT(Ground(2).lightness(), 100);
+    EXPECT_GT(Pixels(2, Qt::white), 0);
+    QApplication::setPalette(light);
+}
+
+TEST_F(WindowsTest, ColumnsShareTheWidthUntilTheUserMovesThemAndCutTextsAreTold) {
+    ShowSetpoints();
+    const int unit = (Grid().viewport()->width() - 5) / 7;
+    EXPECT_EQ(Grid().columnWidth(0), 3 * unit);
+    EXPECT_EQ(Grid().columnWidth(4), unit);
+    EXPECT_GE(Grid().rowHeight(0), 16);
+    EXPECT_EQ(TipAt(Cell(0, 1).center()), "");
+    Grid().setColumnWidth(0, 60);
+    Screen.Advance(20'000); // new values
+    EXPECT_EQ(Grid().columnWidth(0), 60);
+    EXPECT_TRUE(TipAt(Cell(0, 1).center()).contains(">101 Operating mode<"));
+    Screen.Program->SetpointPage.SetpointValues[0].Name = "<b>1 & 2</b>, seen at the end of the duct";
+    EXPECT_TRUE(TipAt(Cell(0, 1).center()).contains("&lt;b&gt;1 &amp; 2"));
+    QToolTip::hideText();
+    View->resize(1100, 700);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Grid().columnWidth(0), 3 * ((Grid().viewport()->width() - 5) / 7));
+}
+
+TEST_F(WindowsTest, SetpointsAreReachedAndFilteredByTheKeyboard) {
+    ShowSetpoints();
+    Grid().setFocus();
+    std::vector<int> rows;
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_End, Qt::Key_Up, Qt::Key_Home,
+                              Qt::Key_Right, Qt::Key_PageDown, Qt::Key_PageUp, Qt::Key_Down, Qt::Key_Down}) {
+        Press(key);
+        rows.push_back(SelectedRow());
+    }
+    EXPECT_EQ(rows, (std::vector{1, 2, 14, 13, 1, 1, 14, 1, 2, 3}));
+    Child<QWidget>(*View, "SetpointTreeView").setFocus();
+    Press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(Focused(), "SetpointFilter");
+    Type("MODE");
+    EXPECT_EQ(Grid().model()->rowCount(), 6);
+    EXPECT_FALSE(Grid().selectionModel()->hasSelection());
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Focused(), "SetpointGrid");
+    EXPECT_EQ(SelectedRow(), 1);
+    Press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(Child<QLineEdit>(*View, "SetpointFilter").selectedText(), "MODE");
+    Type("\x1b"); // empties it
+    EXPECT_EQ(Grid().model()->rowCount(), 14);
+    EXPECT_TRUE(View->isVisible());
+    int closes = 0;
+    Screen.Program->FormMain.OnCloseQuery = [&](bool& mayClose) { mayClose = ++closes < 0; };
+    Type("\x1b");
+    EXPECT_EQ(closes, 1);
+    Screen.Program->FormMain.OnCloseQuery = nullptr;
+}
+
+TEST_F(WindowsTest, AClickOnABitFieldShowsItsBits) {
+    ShowSetpoints();
+    auto& graph = Child<TScopeView>(*View, "graph");
+    Press(Qt::Key_F7);
+    Screen.Advance(20'000);
+    constexpr std::size_t status = 15;
+    Screen.Program->GraphPage.graph.Channels[status].SetVisible(true);
+    Screen.Advance(1000);
+    ASSERT_TRUE(WaitFor([&] { return !graph.Plot().LegendEntryRect(status).isEmpty(); }));
+    const TOnNext<QMenu> next([this](QMenu& menu) {
+        QWidget& rows = Child<QWidget>(menu, "BinaryGraphList");
+        const QImage image = rows.grab().toImage();
+        const auto& bits = Screen.Program->GraphPage.NamedBits.BinaryGraphList;
+        EXPECT_EQ(image.height(), 20 * std::ssize(bits));
+        for (int row = 0; row < std::ssize(bits); ++row) // the names stand behind the left edge
+            EXPECT_EQ(image.pixelColor(2, 20 * row + 10) == QColor(0, 255, 0),
+                      bits[static_cast<std::size_t>(row)].starts_with("1"));
+        QTest::mouseClick(&rows, Qt::LeftButton);
+    });
+    QTest::mouseClick(&graph, Qt::LeftButton, {}, graph.Plot().LegendEntryRect(status).center());
+}
+
+// By the type chosen, whatever the name looks like. What the window saves by itself goes to the real disk.
+TEST_F(WindowsTest, APictureIsSavedInTheTypeChosen) {
+    ShowSetpoints();
+    const QTemporaryDir real;
+    const std::filesystem::path folder = PathFromQt(real.path());
+    auto& graph = Child<TScopeView>(*View, "graph");
+    const auto save = [&](const char* type, const char* name) {
+        const TOnNext<QFileDialog> choose([&](QFileDialog& box) {
+            box.setDirectory(real.path());
+            box.selectNameFilter(QString::fromLatin1(type));
+            box.findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromLatin1(name));
+            static_cast<QDialog&>(box).done(QDialog::Accepted);
+        });
+        graph.SavePicture();
+    };
+    const TDiskFiles disk;
+    save("SVG (*.svg)", "Plant 3.2");
+    save("PDF (*.pdf)", "Plant.PDF");
+    save("PNG (*.png)", "plain");
+    EXPECT_NE(disk.Read(folder / "Plant 3.2.svg").find("<svg"), std::string::npos);
+    EXPECT_TRUE(disk.Read(folder / "plain.png").starts_with("\x89PNG"));
+    EXPECT_TRUE(disk.Read(folder / "Plant.PDF").starts_with("%PDF"));
+    const TOnMessageBox told([](QMessageBox& box) { box.accept(); });
+    save("PNG (*.png)", "none/such/full.png");
+    EXPECT_TRUE(told.Text.startsWith("Cannot write ")) << told.Text.toStdString();
+
+    Screen.Program->GraphPage.LblGraphPageEmpty.SetVisible(true); // in its place
+    EXPECT_TRUE(graph.isHidden());
+}
+
+} // namespace tidewell::test
