@@ -76,9 +76,13 @@ std::string OneLine(const std::string& text) {
 
 // Lines that only the second text has.
 std::vector<std::string> NewLines(const std::string& before, const std::string& now) {
-    std::vector<std::string> old = SplitLines(before);
+    EEncoding encoding{};
+    std::vector<std::string> old = SplitLines(DecodeText(before, encoding));
+    const std::string text = DecodeText(now, encoding);
     std::vector<std::string> lines;
-    for (const std::string& line : SplitLines(now))
+    if (encoding == EEncoding::Utf16LittleEndian)
+        lines.emplace_back("(UTF-16)");
+    for (const std::string& line : SplitLines(text))
         if (const auto same = std::ranges::find(old, line); same != old.end())
             old.erase(same);
         else
@@ -109,6 +113,12 @@ struct TUsualScreens {
     static const TUsualScreens* Known;
 };
 const TUsualScreens* TUsualScreens::Known = nullptr;
+
+// Told at each start that is signed in and linked.
+bool IsUsual(const std::string& line) {
+    return TUsualScreens::Known != nullptr &&
+           std::ranges::find(TUsualScreens::Known->StartTold, line) != TUsualScreens::Known->StartTold.end();
+}
 
 EKey KeyOf(const std::string& name) {
     for (const EKey key : {EKey::F1, EKey::F2, EKey::F3, EKey::F4, EKey::F5, EKey::F6, EKey::F7, EKey::F8,
@@ -191,21 +201,20 @@ void TJourney::TakeNext() {
         OnStep();
     Flush();
     if (step.Text.ends_with("start linked") && TUsualScreens::Known != nullptr)
-        std::erase_if(step.Told, [](const std::string& line) {
-            const auto& usual = TUsualScreens::Known->StartTold;
-            return std::ranges::find(usual, line) != usual.end();
-        });
+        std::erase_if(step.Told, &IsUsual);
     if (WaitCursor && Modals == 0)
         Fail("the wait cursor stays");
+    if (World.KHelper.Loaded > 0 && !World.Program->NabtoLogOn.Visible())
+        Fail("the library of the logon stays loaded");
 }
 
 void TJourney::Take(const std::string& verb, const std::string& rest) {
     static const std::map<std::string, TVerb> verbs{
-        {"start", &TJourney::StartStep},    {"close", &TJourney::CloseStep}, {"edit", &TJourney::EditStep},
-        {"fault", &TJourney::FaultStep},    {"menu", &TJourney::ClickStep},  {"click", &TJourney::ClickStep},
-        {"type", &TJourney::TypeStep},      {"key", &TJourney::KeyStep},     {"pick", &TJourney::PickStep},
-        {"run", &TJourney::RunStep},        {"rows", &TJourney::RowsStep},   {"file", &TJourney::FileStep},
-        {"picture", &TJourney::PictureStep}};
+        {"start", &TJourney::StartStep},     {"close", &TJourney::CloseStep}, {"edit", &TJourney::EditStep},
+        {"fault", &TJourney::FaultStep},     {"menu", &TJourney::ClickStep},  {"click", &TJourney::ClickStep},
+        {"type", &TJourney::TypeStep},       {"key", &TJourney::KeyStep},     {"pick", &TJourney::PickStep},
+        {"run", &TJourney::RunStep},         {"rows", &TJourney::RowsStep},   {"file", &TJourney::FileStep},
+        {"picture", &TJourney::PictureStep}, {"size", &TJourney::SizeStep},   {"help", &TJourney::HelpStep}};
     const auto found = verbs.find(verb);
     if (found == verbs.end())
         return Fail(verb == "answer" ? "no dialog is open" : "no such verb");
@@ -228,8 +237,11 @@ void TJourney::Tell(const std::string& line) {
 void TJourney::TellCalls() {
     if (!Calls.empty())
         Pending.push_back(JoinCalls(std::exchange(Calls, {})));
+    std::string processes;
     for (; ProcessCalls < World.Process.Calls.size(); ++ProcessCalls)
-        Pending.push_back("program: " + World.Process.Calls[ProcessCalls]);
+        processes += (processes.empty() ? "program: " : "; ") + World.Process.Calls[ProcessCalls];
+    if (!processes.empty())
+        Pending.push_back(processes);
     for (; Errors < World.Application.Errors.size(); ++Errors)
         Pending.push_back("stderr: " + World.Application.Errors[Errors]);
 }
@@ -269,12 +281,16 @@ void TJourney::Flush() {
         return;
     TellCalls();
     TellFiles();
-    if (World.Program) {
+    if (World.Program && World.Application.IsTerminated) {
+        if (!std::exchange(EndTold, true))
+            Pending.push_back("the program ends");
+    } else if (World.Program && Boxed == 0 && !World.Program->Splashscreen.Visible()) {
         TScreen now = ScreenOf(World);
         for (std::string& line : now.ChangesSince(Screen))
             if (!Starting || !line.starts_with("FormMain:")) // behind the start the whole difference is told
                 Pending.push_back(std::move(line));
         Screen = std::move(now);
+        AskedAtStart = Starting;
     }
     auto& told = Case.Steps[Next - 1].Told;
     for (std::string& line : std::exchange(Pending, {}))
@@ -286,7 +302,11 @@ std::optional<std::string> TJourney::Answer(const std::string& dialog) {
     if (OnDialog)
         OnDialog();
     ++Modals;
-    const TAtExit over([this] { --Modals; });
+    ++Boxed;
+    const TAtExit over([this] {
+        --Modals;
+        --Boxed;
+    });
     Flush();
     while (HasNext() && !World.Application.IsTerminated) {
         if (NextIs("answer")) {
@@ -311,20 +331,24 @@ EModalResult TJourney::ShowMessageBox(EMessageKind kind, const std::string& text
                                                            {EMessageKind::Confirmation, "question"}};
     Boxes.push_back(text);
     const std::string told = kinds.at(kind) + " \"" + text + "\"";
-    if (buttons == EButtons::Ok && !NextIs("answer")) {
+    std::size_t answer = Next; // below a box without one, only the weather may turn
+    while (!Ended && answer < Case.Steps.size() && Case.Steps[answer].Verb == "fault")
+        ++answer;
+    if (buttons == EButtons::Ok &&
+        (Ended || answer == Case.Steps.size() || Case.Steps[answer].Verb != "answer")) {
         Tell(told);
         if (OnDialog)
             OnDialog();
         return EModalResult::Ok;
     }
-    const auto answer = Answer(told + (buttons == EButtons::YesNo      ? " Yes/No"
+    const auto button = Answer(told + (buttons == EButtons::YesNo      ? " Yes/No"
                                        : buttons == EButtons::OkCancel ? " Ok/Cancel"
                                                                        : ""));
-    if (answer == "Yes" && buttons == EButtons::YesNo)
+    if (button == "Yes" && buttons == EButtons::YesNo)
         return EModalResult::Yes;
-    if (answer == "Ok" && buttons != EButtons::YesNo)
+    if (button == "Ok" && buttons != EButtons::YesNo)
         return EModalResult::Ok;
-    if (answer && answer != "No" && answer != "Cancel")
+    if (button && button != "No" && button != "Cancel")
         Fail("no such button");
     return buttons == EButtons::Ok      ? EModalResult::Ok
            : buttons == EButtons::YesNo ? EModalResult::No
@@ -390,7 +414,17 @@ EModalResult TJourney::ShowModal(TForm& form) {
     return form.ModalResult();
 }
 
+void TJourney::TellSplash(std::int64_t passed) {
+    const std::string line =
+        "splash " + std::to_string(passed) + " \"" + World.Program->Splashscreen.infostring.Caption() + "\"";
+    if (!IsUsual(line))
+        Tell(line);
+}
+
 void TJourney::Show(TForm& form) {
+    if (&form == &World.Program->Splashscreen)
+        Splash = World.Program->Splashscreen.infostring.Changed.Connect(
+            [this, start = World.Time.Milliseconds()] { TellSplash(World.Time.Milliseconds() - start); });
     if (!form.Visible())
         form.Open();
 }
@@ -426,10 +460,14 @@ void TJourney::StartStep(const std::string& rest) {
     if (TUsualScreens::Known != nullptr)
         Screen = TUsualScreens::Known->FirstDialog;
     Starting = true;
+    AskedAtStart = EndTold = false;
     const TAtExit started([this] {
         Starting = false;
-        if (TUsualScreens::Known != nullptr)
+        if (TUsualScreens::Known == nullptr)
+            return;
+        if (!AskedAtStart)
             Screen = TUsualScreens::Known->Started;
+        Screen.TakeForm("FormMain", TUsualScreens::Known->Started);
     });
     World.Start(*this, rest == "linked" ? linked : Words(rest));
 }
@@ -463,6 +501,8 @@ void TJourney::EditStep(const std::string& rest) {
             Fail("the file does not hold that");
     } else if (change.starts_with("from ")) {
         World.Files.Put(path, World.Files.Read(Place(change.substr(5))));
+    } else if (change == "UTF-16") {
+        World.Files.Put(path, EncodeText(World.Files.Read(path), EEncoding::Utf16LittleEndian));
     } else {
         Fail("no such change");
     }
@@ -486,8 +526,9 @@ void TJourney::FaultStep(const std::string& rest) {
         World.KHelper.Present = rows != "absent";
         World.KHelper.HasFunction = rows != "empty";
     } else if (name == "tools") {
-        World.Process.Output = rows.empty() ? std::nullopt : std::optional(Unescaped(rows));
-        World.Process.CanStart = !rows.empty();
+        World.Process.CanStart = rows != "absent";
+        World.Process.Output =
+            rows.empty() || rows == "absent" ? std::nullopt : std::optional(Unescaped(rows));
     } else {
         for (std::size_t at = 0; (at = rows.find(" && ")) != std::string::npos;)
             rows.replace(at, 4, "\n");
@@ -499,7 +540,7 @@ void TJourney::FaultStep(const std::string& rest) {
 // Rows of its file, or "offline".
 void TJourney::FaultOfCloud(const std::string& rows) {
     World.Online = rows != "offline";
-    std::string lines = "[Faults]\n";
+    std::string lines = "[User one]\nPassword=one\n[Faults]\n"; // there has to be one
     for (const std::string& row : Words(rows))
         lines += (row == "offline" ? std::string() : row) + "\n";
     TMemoryFiles files;
@@ -678,6 +719,23 @@ void TJourney::FileStep(const std::string& rest) {
             else if (i == 2)
                 Tell("| ...");
     }
+}
+
+// The form on top gets that width and height.
+void TJourney::SizeStep(const std::string& rest) {
+    const auto words = Words(rest);
+    TopForm()->SetClientSize(ToIntegerOr(words.at(0), 0), ToIntegerOr(words.at(1), 0));
+}
+
+// There is a help document; the rows of that help number stand on that page.
+void TJourney::HelpStep(const std::string& rest) {
+    const auto words = Words(rest);
+    THelpfileDoc& help = World.Program->ContextHelp.HelpfileDoc;
+    help.Fileexist = true;
+    help.DocAndPath = "/t/Help/aria.pdf";
+    help.Doc = "aria.pdf";
+    help.PDFReaderPrg = "/reader";
+    help.Pages = {{ToIntegerOr(words.at(0), 0), ToIntegerOr(words.at(1), 0)}};
 }
 
 void TJourney::PictureStep(const std::string& rest) {

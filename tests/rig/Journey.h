@@ -5,6 +5,7 @@
 #include "rig/World.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -85,6 +86,7 @@ class TJourney : public IDialogs {
     void Tell(const std::string& line);
     void TellCalls();
     void TellFiles();
+    void TellSplash(std::int64_t passed);
     void Flush(); // what has happened since, to the step that was taken last
 
     void StartStep(const std::string& rest);
@@ -99,6 +101,8 @@ class TJourney : public IDialogs {
     void RowsStep(const std::string& rest);
     void FileStep(const std::string& rest);
     void PictureStep(const std::string& rest);
+    void SizeStep(const std::string& rest);
+    void HelpStep(const std::string& rest);
     void FaultOfCloud(const std::string& rows);
     void FaultOfDisk(const std::string& rows);
 
@@ -116,8 +120,12 @@ class TJourney : public IDialogs {
     TScreen Screen;
     std::vector<TForm*> Modal; // from the bottom up
     int Modals = 0;
+    int Boxed = 0; // boxes and file dialogs of those, below which the screen is not told
     bool WaitCursor = false;
     bool Starting = false;
+    bool AskedAtStart = false; // by a dialog, at which the screen was told
+    bool EndTold = false;
+    TConnection Splash; // tells its lines
 };
 
 } // namespace tidewell::test

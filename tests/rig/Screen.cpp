@@ -14,6 +14,7 @@
 #include "mainform/Program.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <optional>
 
@@ -38,9 +39,8 @@ std::string Hex(TColor color) {
 }
 
 std::string Number(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.10g", value);
-    return text;
+    char text[32]; // the same in every locale
+    return {text, std::to_chars(text, text + sizeof text, value, std::chars_format::general, 10).ptr};
 }
 
 template <class TRows, class TText>
@@ -260,6 +260,12 @@ std::vector<std::string> TScreen::ChangesSince(const TScreen& before) const {
             lines.push_back(std::move(line));
     }
     return lines;
+}
+
+void TScreen::TakeForm(const std::string& name, const TScreen& from) {
+    for (std::size_t i = 0; i < Content.size(); ++i)
+        if (Content[i].Name == name)
+            Content[i] = from.Content[i];
 }
 
 void TScreen::Take(const TControl& control) {

@@ -31,6 +31,8 @@ class TScreen {
     std::vector<std::string> Tell(const std::string& name) const;
     // Counts what that control shows as told.
     void Take(const TControl& control);
+    // Counts what that form shows there as told.
+    void TakeForm(const std::string& name, const TScreen& from);
 
   private:
     using TNamed = std::pair<std::string, TControlText>;

@@ -95,7 +95,7 @@ class TSweep {
         Journey.OnEnd = [this] { End(); };
     }
     void Close() {
-        if (!Journey.World.Program || Journey.Ended)
+        if (!Journey.World.Program || Journey.Ended || !Journey.World.Program->FormMain.IsOpen())
             return;
         TProgram& program = *Journey.World.Program;
         program.CloseDown.AskBeforeClose = false; // as when the system ends the program

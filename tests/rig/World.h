@@ -28,7 +28,8 @@ class TWorld {
 
     TWorld();
 
-    // Builds the program on these dialogs, runs the entry sequence and the second stage of the start.
+    // Builds the program on these dialogs, runs the entry sequence and the second stage of the start. For the
+    // argument "[token1]" stands one that the cloud has given the user "service".
     void Start(IDialogs& dialogs, std::vector<std::string> arguments);
     // Closes the main form in the ordinary way, and ends what is left of the program.
     void Close();
