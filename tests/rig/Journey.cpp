@@ -98,17 +98,18 @@ TScreen ScreenOf(const TWorld& world) {
 // how its own start differs.
 struct TUsualScreens {
     TUsualScreens() {
-        TJourneyCase usual{"", {{"start linked", "start", "linked", {}}}};
+        TJourneyCase usual{"", {{"start linked", "start", "linked", {}}, {"run 5s", "run", "5s", {}}}};
         TJourney journey(usual);
-        journey.OnStep = [&] { Started = ScreenOf(journey.World); };
+        journey.OnStep = [&] { (Started.IsEmpty() ? Started : Logging) = ScreenOf(journey.World); };
         journey.Play();
-        StartTold = usual.Steps[0].Told;
+        for (const auto& step : usual.Steps)
+            StartTold.insert(StartTold.end(), step.Told.begin(), step.Told.end());
         TJourneyCase asked{"", {{"start", "start", "", {}}}};
         TJourney dialog(asked);
         dialog.OnDialog = [&] { FirstDialog = ScreenOf(dialog.World); };
         dialog.Play();
     }
-    TScreen Started, FirstDialog;
+    TScreen Started, Logging, FirstDialog;
     std::vector<std::string> StartTold;
     static const TUsualScreens* Known;
 };
@@ -200,7 +201,8 @@ void TJourney::TakeNext() {
     if (World.Program && OnStep)
         OnStep();
     Flush();
-    if (step.Text.ends_with("start linked") && TUsualScreens::Known != nullptr)
+    if ((step.Text.ends_with("start linked") || step.Text.ends_with("start logging")) &&
+        TUsualScreens::Known != nullptr)
         std::erase_if(step.Told, &IsUsual);
     if (WaitCursor && Modals == 0)
         Fail("the wait cursor stays");
@@ -286,9 +288,9 @@ void TJourney::Flush() {
             Pending.push_back("the program ends");
     } else if (World.Program && Boxed == 0 && !World.Program->Splashscreen.Visible()) {
         TScreen now = ScreenOf(World);
-        for (std::string& line : now.ChangesSince(Screen))
-            if (!Starting || !line.starts_with("FormMain:")) // behind the start the whole difference is told
-                Pending.push_back(std::move(line));
+        // Behind the start the whole difference of the main form is told.
+        for (std::string& line : now.ChangesSince(Screen, Starting ? "FormMain" : ""))
+            Pending.push_back(std::move(line));
         Screen = std::move(now);
         AskedAtStart = Starting;
     }
@@ -461,15 +463,20 @@ void TJourney::StartStep(const std::string& rest) {
         Screen = TUsualScreens::Known->FirstDialog;
     Starting = true;
     AskedAtStart = EndTold = false;
-    const TAtExit started([this] {
+    const bool isLogging = rest == "logging";
+    const TAtExit started([this, isLogging] {
         Starting = false;
         if (TUsualScreens::Known == nullptr)
             return;
+        const TScreen& usual = isLogging ? TUsualScreens::Known->Logging : TUsualScreens::Known->Started;
         if (!AskedAtStart)
-            Screen = TUsualScreens::Known->Started;
-        Screen.TakeForm("FormMain", TUsualScreens::Known->Started);
+            Screen = usual;
+        Screen.TakeForm("FormMain", usual);
     });
-    World.Start(*this, rest == "linked" ? linked : Words(rest));
+    World.Start(*this, rest == "linked" || isLogging ? linked : Words(rest));
+    TellCalls();
+    if (isLogging)
+        World.Time.Advance(5000);
 }
 
 void TJourney::CloseStep(const std::string& rest) {

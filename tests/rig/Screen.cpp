@@ -245,9 +245,11 @@ std::vector<std::string> TScreen::Lines(const std::string& form, const std::vect
     return lines;
 }
 
-std::vector<std::string> TScreen::ChangesSince(const TScreen& before) const {
+std::vector<std::string> TScreen::ChangesSince(const TScreen& before, const std::string& without) const {
     std::vector<std::string> lines;
     for (std::size_t i = 0; i < Content.size(); ++i) {
+        if (Content[i].Name == without)
+            continue;
         std::vector<std::string> texts;
         for (std::size_t k = 0; k < Content[i].Controls.size(); ++k) {
             const auto& [name, now] = Content[i].Controls[k];
@@ -256,8 +258,12 @@ std::vector<std::string> TScreen::ChangesSince(const TScreen& before) const {
                     Difference(name, isNew ? TControlText() : before.Content[i].Controls[k].second, now))
                 texts.push_back(std::move(*text));
         }
-        for (std::string& line : Lines(Content[i].Name, texts))
-            lines.push_back(std::move(line));
+        for (std::string& line : Lines(Content[i].Name, texts)) {
+            if (!lines.empty() && lines.back().size() + line.size() < width) // short forms share a line
+                lines.back() += "; " + line;
+            else
+                lines.push_back(std::move(line));
+        }
     }
     return lines;
 }

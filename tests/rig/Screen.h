@@ -25,10 +25,11 @@ class TScreen {
     // The plot of the graph page counts as a control "graph" of the main form.
     TScreen(const std::vector<TForm*>& forms, const TProgram& program);
 
-    // A line for each form on which something is told otherwise than before.
-    std::vector<std::string> ChangesSince(const TScreen& before) const;
+    // What is told otherwise than before, form by form; one form may be left out.
+    std::vector<std::string> ChangesSince(const TScreen& before, const std::string& without = {}) const;
     // All of a form, of one control or, without a name, of everything.
     std::vector<std::string> Tell(const std::string& name) const;
+    bool IsEmpty() const { return Content.empty(); }
     // Counts what that control shows as told.
     void Take(const TControl& control);
     // Counts what that form shows there as told.
