@@ -102,8 +102,7 @@ struct TUsualScreens {
         TJourney journey(usual);
         journey.OnStep = [&] { (Started.IsEmpty() ? Started : Logging) = ScreenOf(journey.World); };
         journey.Play();
-        for (const auto& step : usual.Steps)
-            StartTold.insert(StartTold.end(), step.Told.begin(), step.Told.end());
+        StartTold = journey.AllTold;
         TJourneyCase asked{"", {{"start", "start", "", {}}}};
         TJourney dialog(asked);
         dialog.OnDialog = [&] { FirstDialog = ScreenOf(dialog.World); };
@@ -201,9 +200,6 @@ void TJourney::TakeNext() {
     if (World.Program && OnStep)
         OnStep();
     Flush();
-    if ((step.Text.ends_with("start linked") || step.Text.ends_with("start logging")) &&
-        TUsualScreens::Known != nullptr)
-        std::erase_if(step.Told, &IsUsual);
     if (WaitCursor && Modals == 0)
         Fail("the wait cursor stays");
     if (World.KHelper.Loaded > 0 && !World.Program->NabtoLogOn.Visible())
@@ -295,8 +291,19 @@ void TJourney::Flush() {
         AskedAtStart = Starting;
     }
     auto& told = Case.Steps[Next - 1].Told;
-    for (std::string& line : std::exchange(Pending, {}))
-        told.push_back(std::move(line));
+    if (TUsualScreens::Known == nullptr)
+        AllTold.insert(AllTold.end(), Pending.begin(), Pending.end());
+    if (Case.Steps[Next - 1].Text.ends_with("start linked") ||
+        Case.Steps[Next - 1].Text.ends_with("start logging"))
+        std::erase_if(Pending, &IsUsual);
+    for (std::string& line : std::exchange(Pending, {})) {
+        const bool isRow = line.starts_with("| "); // of a file
+        if (!told.empty() && !isRow && !told.back().starts_with("| ") &&
+            told.back().size() + line.size() < 146)
+            told.back() += " // " + line;
+        else
+            told.push_back(std::move(line));
+    }
 }
 
 std::optional<std::string> TJourney::Answer(const std::string& dialog) {

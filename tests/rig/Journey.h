@@ -55,8 +55,9 @@ class TJourney : public IDialogs {
     bool Ended = false;
     const std::string& StepText() const {
         return Case.Steps[Next == 0 ? 0 : Next - 1].Text;
-    }                               // the last one taken
-    std::vector<std::string> Boxes; // texts of all message boxes
+    }                                 // the last one taken
+    std::vector<std::string> Boxes;   // texts of all message boxes
+    std::vector<std::string> AllTold; // before the usual start is known
 
     EModalResult ShowMessageBox(EMessageKind kind, const std::string& text, EButtons buttons) override;
     using IDialogs::InputBox;
