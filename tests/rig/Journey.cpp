@@ -443,7 +443,8 @@ void TJourney::Popup(TPopupMenu& menu) {
     for (const TMenuItem& item : menu.Items)
         if (item.Visible())
             text += " " + item.Name() + (item.Enabled() ? "" : " (disabled)");
-    Tell(text);
+    if (!NextIs("menu")) // which says it all
+        Tell(text);
     if (OnDialog)
         OnDialog();
     if (NextIs("menu"))
@@ -508,8 +509,10 @@ void TJourney::EditStep(const std::string& rest) {
         World.Files.Content.erase(path);
     } else if (change.starts_with("= ") || change == "=") {
         World.Files.Put(path, text);
-    } else if (change.starts_with("+ ")) {
-        World.Files.Put(path, World.Files.Content[path] + text + "\r\n");
+    } else if (change.starts_with("+")) { // "+ LINE", or "+20 LINE" for as many
+        const auto [times, line] = Split(Unescaped(change.substr(1)));
+        for (int i = std::max(ToIntegerOr(times, 1), 1); i > 0; --i)
+            World.Files.Put(path, World.Files.Content[path] + line + "\r\n");
     } else if (const auto arrow = change.find(" => "); arrow != std::string::npos) {
         if (!World.Edit(path, Unescaped(change.substr(0, arrow)), Unescaped(change.substr(arrow + 4))))
             Fail("the file does not hold that");
@@ -598,15 +601,16 @@ TControl* TJourney::Find(const std::string& name) const {
 }
 
 void TJourney::ClickStep(const std::string& rest) {
-    TControl* const control = Find(rest);
+    const bool any = rest.starts_with("hidden ");
+    TControl* const control = Find(any ? rest.substr(7) : rest);
     if (control == nullptr)
         return;
-    if (!control->Visible() || !control->Enabled())
+    if ((!control->Visible() && !any) || !control->Enabled())
         Tell(rest + " is " + (control->Visible() ? "disabled" : "hidden"));
     else if (const auto* button = dynamic_cast<TButton*>(control))
         button->Click();
     else if (const auto* item = dynamic_cast<TMenuItem*>(control))
-        item->Click();
+        any ? item->OnClick() : item->Click();
     else if (auto* const box = dynamic_cast<TCheckBox*>(control)) {
         box->SetChecked(!box->Checked());
         box->OnClick();
@@ -643,9 +647,12 @@ void TJourney::KeyStep(const std::string& rest) {
     TControl* const control = words.size() == 2 ? Find(words[0]) : TopForm();
     const EKey key = KeyOf(words.back());
     if (const auto* grid = dynamic_cast<TStringGrid*>(control))
-        return grid->OnKeyPress("\r");
+        return grid->OnKeyPress(words.back() == "Space" ? " " : "\r");
     if (const auto* tree = dynamic_cast<TTreeView*>(control))
         return tree->OnKeyPress("\r");
+    TSetpointPage& page = World.Program->SetpointPage;
+    if (control == &page.SetpointFilter && key == EKey::Escape && page.ClearSetpointFilter())
+        return;
     if (const auto* edit = dynamic_cast<TEdit*>(control))
         return edit->OnReturn();
     const auto* form = dynamic_cast<TForm*>(control);
@@ -672,8 +679,15 @@ void TJourney::PickStep(const std::string& rest) {
         if (const auto* sheet = dynamic_cast<TTabSheet*>(Find(words[1])))
             pages->SetActivePage(*sheet);
     } else if (auto* const tree = dynamic_cast<TTreeView*>(control)) {
+        const auto& nodes = tree->Nodes();
+        const auto root = static_cast<std::size_t>(number(1));
+        if (root >= nodes.size() || number(2) >= static_cast<int>(nodes[root].Children.size()))
+            return Fail("no such node");
         tree->SetSelected(TTreeView::TSelection{number(1), number(2)});
-        words.back() == "right" ? tree->OnRightMouseButton() : tree->OnClick();
+        if (words.back() == "right")
+            return tree->OnRightMouseButton();
+        tree->OnOtherMouseButton();
+        tree->OnClick();
     } else if (auto* const grid = dynamic_cast<TStringGrid*>(control)) {
         const int row = number(1);
         if (words.back() == "double")
@@ -689,7 +703,7 @@ void TJourney::PickStep(const std::string& rest) {
         bar->SetLowerPosition(number(1));
         bar->SetUpperPosition(number(2));
     } else if (auto* const scroll = dynamic_cast<TScrollBar*>(control)) {
-        scroll->Scroll(EScrollCode::End, number(1));
+        scroll->Scroll(words.back() == "drag" ? EScrollCode::Track : EScrollCode::End, number(1));
     } else if (control != nullptr) {
         Fail("nothing to pick");
     }

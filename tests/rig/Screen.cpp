@@ -156,6 +156,17 @@ void Calm(const std::string& name, TControlText& told) {
                 told["caption"].erase(at, state.size());
 }
 
+// The points of the first curve, if they are not all samples.
+std::string DrawnText(const TSLScope& graph, std::size_t samples) {
+    if (graph.Channels.Count() == 0 || graph.Channels[0].Data.GetSize() == samples)
+        return {};
+    const auto& points = graph.Channels[0].Data.Points();
+    if (points.empty())
+        return "none drawn";
+    return std::to_string(points.size()) + " drawn, " + Number(points.front().X) + " to " +
+           Number(points.back().X);
+}
+
 TControlText TextOfGraph(const TGraphPage& page) {
     const TSLScope& graph = page.graph;
     std::vector<std::string> names;
@@ -169,15 +180,24 @@ TControlText TextOfGraph(const TGraphPage& page) {
         if (samples > 0)
             last.push_back(Number(page.DataLogDataValues.At(i, samples - 1)));
     }
+    std::vector<std::string> labels; // of the times; dates stand lower
+    for (const TSLScopeTextLabel& label : graph.Labels)
+        if (label.Visible() && label.Position().Y > 0.04)
+            labels.push_back(label.Name() + "@" + Number(label.Position().X));
     const TSLZoomRect rect = graph.ShownRect();
-    return {{"channels", "curves " + List(names, Same)},
-            {"shown", std::to_string(shown) + " curves shown"},
-            {"samples", std::to_string(samples) + " samples"},
-            {"values", List(last, Same, 4)},
-            {"x", "x " + Number(rect.X.Lower) + " to " + Number(rect.X.Upper)},
-            {"y", "y " + Number(rect.Y[0].Lower) + " to " + Number(rect.Y[0].Upper)},
-            {"hold", graph.Hold() ? "held" : "moving"},
-            {"tools", graph.ToolBar.Visible() ? "tool bar" : "no tool bar"}};
+    TControlText told{{"channels", "curves " + List(names, Same)},
+                      {"shown", std::to_string(shown) + " curves shown"},
+                      {"samples", std::to_string(samples) + " samples"},
+                      {"values", List(last, Same, 4)},
+                      {"x", "x " + Number(rect.X.Lower) + " to " + Number(rect.X.Upper)},
+                      {"y", "y " + Number(rect.Y[0].Lower) + " to " + Number(rect.Y[0].Upper)},
+                      {"hold", graph.Hold() ? "held" : "moving"},
+                      {"tools", graph.ToolBar.Visible() ? "tool bar" : "no tool bar"}};
+    if (!labels.empty())
+        told["labels"] = "labels " + List(labels, Same);
+    if (const std::string drawn = DrawnText(graph, samples); !drawn.empty())
+        told["drawn"] = drawn;
+    return told;
 }
 
 std::string Told(const std::string& name, const std::vector<std::string>& texts) {
@@ -207,6 +227,23 @@ std::optional<std::string> Difference(const std::string& name, const TControlTex
         texts.insert(texts.begin() + 4, "... " + std::to_string(rows) + " rows");
     }
     return Told(name, emptied ? std::vector<std::string>{"shortened"} : texts);
+}
+
+// "A, B, C disabled" for "A disabled", "B disabled" and "C disabled".
+std::vector<std::string> Joined(std::vector<std::string> texts) {
+    for (const std::string state : {" disabled", " enabled"}) {
+        const auto only = [&state](const std::string& text) {
+            return text.ends_with(state) && text.find(' ') == text.size() - state.size();
+        };
+        const auto first = std::ranges::find_if(texts, only);
+        for (auto next = first; next != texts.end() && ++next != texts.end();)
+            if (only(*next)) {
+                first->insert(first->size() - state.size(),
+                              ", " + next->substr(0, next->size() - state.size()));
+                next = texts.erase(next) - 1;
+            }
+    }
+    return texts;
 }
 
 } // namespace
@@ -258,7 +295,7 @@ std::vector<std::string> TScreen::ChangesSince(const TScreen& before, const std:
                     Difference(name, isNew ? TControlText() : before.Content[i].Controls[k].second, now))
                 texts.push_back(std::move(*text));
         }
-        for (std::string& line : Lines(Content[i].Name, texts)) {
+        for (std::string& line : Lines(Content[i].Name, Joined(std::move(texts)))) {
             if (!lines.empty() && lines.back().size() + line.size() < width) // short forms share a line
                 lines.back() += "; " + line;
             else
