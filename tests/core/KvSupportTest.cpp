@@ -5,6 +5,7 @@
 #include "core/Errors.h"
 #include "core/IniFile.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 #include "core/Table.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
@@ -112,6 +113,15 @@ TEST(KvSupport, ScalesByTheRow) {
         },
         {"1.5|7 -> '1.5' is not a valid integer value", "x|3 -> x kPa", " 5 | -> 5", "5|x -> 5", "5|9 -> 5",
          "5| 3  -> 5 kPa", "5|4 -> 5 ", "-1|7 -> -1", "0|7 -> Off", "1|10 -> Auto", "2|7 -> 2"});
+}
+
+TEST(Paths, AreFreeOrShown) {
+    test::TMemoryFiles files;
+    for (const char* unused : {"/app/a.csv", "/app/a-2.csv", "/app/a-3.csv"}) {
+        EXPECT_EQ(UnusedPath(files, "/app/a.csv"), unused);
+        files.Put(unused, "");
+    }
+    EXPECT_EQ(ShownDirectory("/opt/app/") + ShownDirectory("/a"), "\\opt\\app\\\\a\\");
 }
 
 TEST(BlockWriter, WritesNumbersOfEverySize) {

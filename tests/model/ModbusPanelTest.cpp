@@ -99,6 +99,7 @@ TEST_F(ModbusPanel, FindsDevicesByName) {
     Panel.DeviceList.Add(TMDevice(Panel.DeviceList.GetDevice(0)));
     ExpectRows([&](std::string_view name) { return std::to_string(Panel.GetSelectedDeviceListNumber(name)); },
                {"Other -> -1", "OffDevice -> 1", "MyDevice2 -> 4"});
+    EXPECT_THROW(Panel.DeviceList.GetDevice(5), EListError);
     std::vector<std::string> list{"stale"};
     for (const int none : {-1, 5})
         EXPECT_THROW(Panel.GetSelectedDeviceSetpointReadlist(none, list), EListError);
