@@ -8,7 +8,7 @@
 
 #include <gmock/gmock.h>
 
-#include <stdexcept>
+#include <algorithm>
 
 namespace tidewell::test {
 namespace {
@@ -18,10 +18,6 @@ using testing::Pair;
 
 const std::string Base = "https://api.example:4161/api/v1.2";
 const std::string NoName = "Could not resolve host: api.example";
-
-struct TBrokenHttp : IHttp {
-    THttpReply Exchange(const THttpRequest&) override { throw std::runtime_error("socket handler broke"); }
-};
 
 THttpReply Reply(const std::string& status, const std::string& body = {}) {
     if (status == "none")
@@ -42,7 +38,6 @@ std::string Flags(const std::string& set, std::size_t index = 10, std::size_t co
 
 struct ApiClient : testing::Test {
     TScriptedHttp Http;
-    TBrokenHttp Broken;
     TScriptedDialogs Dialogs;
     TIdleProgram Program;
     TApiClient Client{Program, Dialogs};
@@ -57,24 +52,18 @@ struct ApiClient : testing::Test {
     // "operation|status|body" of one who is logged in: the result, what is known afterwards, the diary and
     // the boxes.
     std::string Call(std::string_view input) {
-        std::vector<std::string> pieces;
-        for (const std::string_view piece : SplitStrictly(input, '|'))
-            pieces.emplace_back(piece);
-        pieces.resize(3);
+        const std::string operation = Piece(input, 0);
         Client.token = "old";
         Client._isLoggedIn = true;
         Client._isLocalSession = false;
         Client._creds = Credentials = {"user", "id"};
         Client.debugLines.clear();
         Dialogs.Shown.clear();
-        if (pieces[1] == "broken")
-            Client.UseService(Broken, {"api.example", 4161});
-        else
-            Http.Replies = {Reply(pieces[1], pieces[2])};
-        const int result = pieces[0] == "login"       ? Client.Login("anna", "secret")
-                           : pieces[0] == "logout"    ? Client.Logout()
-                           : pieces[0] == "keepAlive" ? Client.KeepAlive()
-                           : pieces[0] == "offline"   ? Client.BeginOfflineSession()
+        Http.Replies = {Reply(Piece(input, 1), std::ranges::count(input, '|') > 1 ? Piece(input, 2) : "")};
+        const int result = operation == "login"       ? Client.Login("anna", "secret")
+                           : operation == "logout"    ? Client.Logout()
+                           : operation == "keepAlive" ? Client.KeepAlive()
+                           : operation == "offline"   ? Client.BeginOfflineSession()
                                                       : Client.GetNabtoUserInfo("410000000001", Credentials);
         std::vector<std::string> told{std::to_string(result)};
         told.push_back(Client._isLoggedIn ? "in" : "out");
@@ -113,32 +102,20 @@ TEST_F(ApiClient, LoginTellsEachFailureInItsOwnWay) {
          "login|401 Unauthorized -> -2, out, online, old userid userid, NOT AUTHENTICATED: Wrong username or "
          "password."});
     const std::string noRight = " -> -3, out, online,  userid userid";
-    for (const char* flag : {"false", "\"True\"", "\"1\"", "0", "0.0"})
-        ExpectRows(call, {"login|200 OK|" + Flags(flag) + noRight});
-    ExpectRows(call,
-               {"login|200 OK|" + Flags("true", 9) + noRight, "login|200 OK|" + Flags("true", 11) + noRight});
+    for (const std::string& flags : {Flags("false"), Flags("\"True\""), Flags("\"1\""), Flags("0.0"),
+                                     Flags("true", 9), Flags("true", 11)})
+        ExpectRows(call, {"login|200 OK|" + flags + noRight});
     for (const char* flag : {"true", "\"true\"", "1", "-2.5e300"})
         ExpectRows(call,
                    {"login|200 OK|" + Flags(flag) + " -> 0, in, online, Bearer new.token userid userid"});
     EXPECT_TRUE(Client.CanUseDatalogger());
-    ExpectRows(call, {"login|200 OK" + noRight});
-    EXPECT_THAT(Client.permissions, testing::Each(false)); // nothing of the former login
-    ExpectRows(call, {"login|broken" + raised + "socket handler broke"});
-}
-
-TEST_F(ApiClient, LoginDropsTheTokenOfAnotherUser) {
+    ExpectRows(call, {"login|200 OK" + noRight}); // nothing of the former login
     int told = 0;
     Client.OnNoToken = [&told] { ++told; };
     THttpReply bare = Reply("200 OK", Flags("true"));
     bare.Headers.clear();
-    Http.Replies = {Reply("200 OK", Flags("true")), Reply("401 x"), Reply("401 x"), bare};
-    ASSERT_EQ(Client.Login("anna", "secret"), 0);
-    EXPECT_EQ(Client.Login("anna", "sceret"), -2);
-    EXPECT_EQ(Client.token, "Bearer new.token");
-    EXPECT_EQ(Client.Login("bert", "x"), -2);
-    EXPECT_EQ(Client.token, "");
-    EXPECT_EQ(told, 0);
-    EXPECT_EQ(Client.Login("bert", "secret"), 0);
+    Http.Replies = {bare};
+    EXPECT_EQ(Client.Login("anna", "secret"), 0);
     EXPECT_EQ(Client.debugLines.back(), "ERROR: The reply of the login has no token.");
     EXPECT_EQ(told, 1);
 }
@@ -170,24 +147,11 @@ TEST_F(ApiClient, IdentityIsTakenWholeOrNotAtAll) {
     ExpectRows(call,
                {"device" + good + "online, old userid ui, Calling url: /devices/410000000001/0/Nabtouser",
                 "offline" + good + "offline, old ui userid, Calling url: /Nabtouser"});
-    EXPECT_EQ(Http.Requests.back().Method + Http.Requests.back().Body, "GET");
-    EXPECT_THAT(Http.Requests.back().Headers.back(), Pair("Authorization", "old"));
-    ExpectRows(call, {"offline|broken -> -1, in, online, old userid userid, Calling url: /Nabtouser, s: , "
-                      "ERROR: Unable to call "
-                      "the API. Reason: socket handler broke"});
-}
-
-TEST_F(ApiClient, OfflineSessionAnswersFromMemory) {
-    TCredentials credentials{"before", "before"};
-    EXPECT_NE(Client.GetOfflineSessionCredentials(credentials), 0);
-    EXPECT_EQ(credentials.Username, "before");
-    Http.Replies = {Reply("200 OK", R"({"User":"u","ID":"i"})")};
-    ASSERT_EQ(Client.BeginOfflineSession(), 0);
-    EXPECT_EQ(Client.GetOfflineSessionCredentials(credentials), 0);
-    EXPECT_EQ(credentials.Username + credentials.Password, "ui");
-    EXPECT_EQ(Client.GetNabtoUserInfo("410000000001", credentials), -1);
-    EXPECT_EQ(credentials.Username + credentials.Password, "");
-    EXPECT_EQ(Http.Requests.size(), 1U);
+    Credentials = {"before", "before"};
+    EXPECT_EQ(Client.GetOfflineSessionCredentials(Credentials), 0);
+    EXPECT_EQ(Credentials.Username + Credentials.Password, "ui");
+    EXPECT_EQ(Client.GetNabtoUserInfo("410000000001", Credentials), -1);
+    EXPECT_EQ(Credentials.Username + Credentials.Password, "");
 }
 
 TEST_F(ApiClient, KeepAliveRollsTheTokenAndLogoutForgetsIt) {
@@ -203,8 +167,6 @@ TEST_F(ApiClient, KeepAliveRollsTheTokenAndLogoutForgetsIt) {
                       "keepAlive|204 No Content -> -1, " + kept + refused + "204 HTTP/1.1 204 No Content",
                       "keepAlive|200 OK|not read -> 0, in, online, Bearer new.token userid userid, Calling "
                       "url: /keepAlive"});
-    EXPECT_EQ(Http.Requests.back().Method + Http.Requests.back().Url + Http.Requests.back().Body,
-              "POST" + Base + "/keepAlive");
     EXPECT_EQ(Http.Requests.back().WholeTimeout, std::chrono::milliseconds(4500)); // nobody waits for it
     EXPECT_EQ(Http.Requests.back().ConnectTimeout, std::chrono::milliseconds(4500));
     const std::string gone = "out, online,   userid";
@@ -219,9 +181,6 @@ TEST_F(ApiClient, KeepAliveRollsTheTokenAndLogoutForgetsIt) {
     Client.token = "old";
     EXPECT_EQ(Client.KeepAlive(), 0);
     EXPECT_EQ(Client.token, "old");
-    const std::string raised = "Unable to call the API. Reason: socket handler broke";
-    ExpectRows(call, {"keepAlive|broken -> -1, " + kept + "ERROR in login: " + raised,
-                      "logout|broken -> -1, " + gone + ", ERROR in logout: " + raised});
 }
 
 TEST_F(ApiClient, SendsWhatIsAskedFor) {
@@ -236,33 +195,20 @@ TEST_F(ApiClient, SendsWhatIsAskedFor) {
                           "\"MinorVersion\": \"0\", \"PatchVersion\": \"0\", \"RevisionNumber\": \"0\"}");
     Client.GetNabtoUserInfo("0419-0/../x?:\xC3\xB8", Credentials); // one piece of the path
     EXPECT_EQ(Http.Requests.back().Url, Base + "/devices/0419-0%2F%2E%2E%2F%78%3F%3A%C3%B8/0/Nabtouser");
+    Client.UseService(Http, {"", 4161});
+    EXPECT_EQ(Client.KeepAlive(), -1);
+    EXPECT_EQ(Client.LastFailure, "key ApiHost in section [Cloud] of the system file is missing or empty");
     Program.Open = false;
+    Client.UseService(Http, {"api.example", 4161});
     EXPECT_EQ(Client.KeepAlive(), -1);
     EXPECT_EQ(Http.Requests.size(), 2U);
 }
 
-TEST_F(ApiClient, TellsWhyThereIsNoConnection) {
-    std::vector<std::string> reasons;
-    Client.OnNoConnection = [&](const std::string& reason) { reasons.push_back(reason); };
-    Http.Replies = {Reply("none"), Reply("200 OK"), Reply("500 Oops")};
-    for (const std::string& last : {NoName, std::string(), std::string("HTTP/1.1 500 Oops")}) {
-        Client.KeepAlive();
-        EXPECT_EQ(Client.LastFailure, last);
-    }
-    EXPECT_THAT(reasons, ElementsAre(NoName));
-    Client.UseService(Http, {"", 4161});
-    Client.KeepAlive();
-    EXPECT_EQ(reasons.back(), "key ApiHost in section [Cloud] of the system file is missing or empty");
-    EXPECT_EQ(Http.Requests.size(), 3U);
-}
-
 TEST_F(ApiClient, TokenOfTheCommandLineLogsIn) {
     Client.SetAccessToken(" \t ");
-    EXPECT_FALSE(Client._isLoggedIn);
-    EXPECT_EQ(Client.token, "");
+    EXPECT_EQ(Client.token + (Client._isLoggedIn ? "in" : "out"), "out");
     Client.SetAccessToken(" a.b.c");
-    EXPECT_TRUE(Client._isLoggedIn);
-    EXPECT_EQ(Client.token, "Bearer  a.b.c");
+    EXPECT_EQ(Client.token + (Client._isLoggedIn ? "in" : "out"), "Bearer  a.b.cin");
 }
 
 } // namespace

@@ -80,12 +80,9 @@ TEST_F(CurlHttp, TrustsOnlyTheGivenAuthorityAndItsHostName) {
 TEST_F(CurlHttp, TellsWhyThereIsNoReply) {
     TCurlSettings settings = Trusting();
     const std::string url = Url();
-    const std::tuple<const char*, std::string, const char*> cases[] = {
-        {"GET", "http" + url.substr(5), "http"},
-        {"GET", "https://:4161/", "https://:4161/: URL"},
-        {"PUT", url, "PUT"}};
-    for (const auto& [method, address, reason] : cases)
-        EXPECT_THAT(Failure(settings, {method, address, {}, {}}), HasSubstr(reason));
+    EXPECT_THAT(Failure(settings, {"GET", "http" + url.substr(5), {}, {}}), HasSubstr("http"));
+    EXPECT_THAT(Failure(settings, {"GET", "https://:4161/", {}, {}}), HasSubstr("https://:4161/: URL"));
+    EXPECT_THAT(Failure(settings, {"PUT", url, {}, {}}), HasSubstr("PUT"));
     for (const std::string end : {"\r\nX-Admin: 1", "\n", "\x1F", "\x7F"})
         for (const auto& [name, value] :
              {std::pair<std::string, std::string>{"Authorization", "a" + end}, {"X" + end, "a"}})
@@ -110,7 +107,7 @@ TEST_F(CurlHttp, PassesTheProxyByForThisMachineAlone) {
         ::unsetenv(name);
     ::setenv("https_proxy", "http://127.0.0.1:1", 1);
     const std::string port = ":" + std::to_string(Server->Port()) + "/";
-    for (const std::string far : {"localhost.example.com", "127.0.0.1.example.com"})
+    for (const std::string far : {"localhost.example.com", "127.0.0.1.example.com", "192.0.2.1"})
         EXPECT_THAT(Failure(Trusting(), {"GET", "https://" + far + port, {}, {}}),
                     HasSubstr("127.0.0.1 port 1 "));
     for (const std::string host : {"localhost", "LOCALHOST", "127.0.0.1"})

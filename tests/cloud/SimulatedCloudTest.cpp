@@ -2,7 +2,6 @@
 
 #include "core/DiskFiles.h"
 #include "core/IniFile.h"
-#include "core/KvSupport.h"
 #include "core/Table.h"
 #include "sim/cloud/CloudConfig.h"
 
@@ -40,12 +39,10 @@ TEST(SimulatedCloud, RefusesWhatItDoesNotKnow) {
     TSimulatedCloud service(ReadCloudConfig(TIniFile(TDiskFiles(), EXAMPLE_CLOUD_INI)));
     ExpectRows(
         [&](std::string_view input) {
-            const auto pieces = SplitStrictly(input, '|');
-            return std::to_string(
-                service
-                    .Handle({std::string(pieces.at(0)), "/api/v1.2" + std::string(pieces.at(1)),
-                             "Bearer made.up.token", std::string(pieces.at(2))})
-                    .Code);
+            return std::to_string(service
+                                      .Handle({Piece(input, 0), "/api/v1.2" + Piece(input, 1),
+                                               "Bearer made.up.token", Piece(input, 2)})
+                                      .Code);
         },
         {"POST|/login|{ -> 400", "POST|/login|{\"Username\":\"service\",\"Password\":1} -> 400",
          "POST|/login|{\"Username\":\"service\",\"Password\":\"Tidewell\"} -> 401",

@@ -41,24 +41,22 @@ class DiskFiles : public testing::Test {
 };
 
 TEST_F(DiskFiles, ReadsAndLists) {
-    for (const char* name : {".", "none"}) {
+    for (const char* name : {".", "none"})
         EXPECT_THROW(Files.Open(Directory / name), EInOutError) << name;
-        EXPECT_THROW(Files.Read(Directory / name), EInOutError) << name;
-    }
     EXPECT_THROW(Files.Modified(Directory / "none"), EInOutError);
+    const std::string bytes("\0\r\nabcd", 7);
     Put("System_b.INN", "");
-    Put("system_a.inn", std::string("\0\r\nabcd", 7));
+    Put("system_a.inn", bytes);
     Put("plain", "");
     Files.CreateDirectories(Directory / "system_c.inn" / "deep");
     EXPECT_THROW(Files.CreateDirectories(Directory / "plain" / "deep"), EInOutError);
     EXPECT_THAT(Files.List(Directory, "system_*.inn"), ElementsAre("System_b.INN", "system_a.inn"));
-    EXPECT_THAT(Files.List(Directory, "*.*"), ElementsAre("System_b.INN", "plain", "system_a.inn"));
     EXPECT_THAT(Files.List(Directory / "none", "*"), testing::IsEmpty());
     EXPECT_FALSE(Files.FileExists(Directory / "system_c.inn"));
     EXPECT_TRUE(Files.DirectoryExists(Directory / "system_c.inn"));
     const auto age = std::chrono::system_clock::now() - Files.Modified(Directory / "plain");
     EXPECT_LT(std::chrono::abs(age), std::chrono::minutes(1));
-    EXPECT_EQ(Files.Read(Directory / "system_a.inn"), std::string("\0\r\nabcd", 7));
+    EXPECT_EQ(Files.Read(Directory / "system_a.inn"), bytes);
     EXPECT_GT(Files.Read("/proc/self/status").size(), 100U); // of a size that is not known beforehand
     // Piece by piece, also when the port has gone.
     const auto reader = TDiskFiles().Open(Directory / "system_a.inn");
@@ -72,11 +70,7 @@ TEST_F(DiskFiles, ReadsAndLists) {
 TEST_F(DiskFiles, WhatIsNotCommittedLeavesTheOldFile) {
     EXPECT_THROW(Files.Replace(Directory / "none" / "a"), EInOutError);
     Put("a", "old");
-    {
-        const auto writer = Files.Replace(Directory / "a");
-        writer->Write("new");
-        EXPECT_EQ(Files.Read(Directory / "a"), "old");
-    }
+    Files.Replace(Directory / "a")->Write("new");
     EXPECT_EQ(Files.Read(Directory / "a"), "old");
     // So does a disk that is full, which a limit on the size of files stands for.
     std::signal(SIGXFSZ, SIG_IGN);
@@ -97,14 +91,13 @@ TEST_F(DiskFiles, WhatIsNotCommittedLeavesTheOldFile) {
 }
 
 TEST_F(DiskFiles, ReplacesInPlaceAndLeavesWhatIsReadOnly) {
-    EXPECT_FALSE(Files.IsLocked(Directory / "a"));
     Put("a", "old");
+    EXPECT_EQ(fs::status(Directory / "a").permissions(), fs::perms(0644));
     const int holder = ::open((Directory / "a").c_str(), O_RDONLY | O_CLOEXEC);
     ASSERT_EQ(::flock(holder, LOCK_SH | LOCK_NB), 0);
     EXPECT_TRUE(Files.IsLocked(Directory / "a"));
     ::close(holder);
     EXPECT_FALSE(Files.IsLocked(Directory / "a"));
-    EXPECT_EQ(fs::status(Directory / "a").permissions(), fs::perms(0644));
     fs::permissions(Directory / "a", fs::perms(0640));
     fs::create_symlink("a", Directory / "link");
     Put("link", std::string(200000, 'x'));
@@ -114,29 +107,27 @@ TEST_F(DiskFiles, ReplacesInPlaceAndLeavesWhatIsReadOnly) {
     EXPECT_THROW(Files.Replace(Directory / "loop"), EInOutError);
 
     fs::permissions(Directory / "a", fs::perms(0444));
-    EXPECT_THROW(Files.Replace(Directory / "a"), EInOutError);
-    EXPECT_THAT([&] { Files.Remove(Directory / "a"); },
-                testing::ThrowsMessage<EInOutError>("Cannot remove " + (Directory / "a").string() + ": " +
-                                                    std::generic_category().message(EACCES)));
     EXPECT_TRUE(Files.IsLocked(Directory / "a"));
-    EXPECT_EQ(Files.Read(Directory / "a").size(), 200000U);
+    EXPECT_THROW(Files.Replace(Directory / "a"), EInOutError);
+    EXPECT_THROW(Files.Remove(Directory / "a"), EInOutError);
     fs::permissions(Directory / "a", fs::perms(0644));
     Files.Remove(Directory / "a");
-    EXPECT_THROW(Files.Remove(Directory / "a"), EInOutError);
+    EXPECT_THAT([&] { Files.Remove(Directory / "a"); },
+                testing::ThrowsMessage<EInOutError>("Cannot remove " + (Directory / "a").string() + ": " +
+                                                    std::generic_category().message(ENOENT)));
 }
 
 TEST(MatchesMask, Names) {
-    const auto matches = [](std::string_view input) {
-        const std::size_t bar = input.find('|');
-        return std::string(MatchesMask(std::string(input.substr(0, bar)), std::string(input.substr(bar + 1)))
-                               ? "yes"
-                               : "no");
-    };
-    test::ExpectRows(matches, {"a| -> no", "|? -> no", "ab|? -> no", "a|ab -> no", "a.pls.bak|*.pls -> no",
-                               "\xC3\x85|\xC3\xA5 -> no", "\xC5|\xE5 -> no"});
-    test::ExpectRows(matches, {"| -> yes", "|* -> yes", "a|? -> yes", "a|a** -> yes", "a.PLS|*.pls -> yes",
-                               "aab|*ab -> yes", "abcabd|*ab? -> yes", "noext|*.* -> yes",
-                               "system_.inn|system_*.inn -> yes", "Z\xC3\x85|z\xC3\x85 -> yes"});
+    test::ExpectRows(
+        [](std::string_view input) {
+            const std::size_t bar = input.find('|');
+            return MatchesMask(std::string(input.substr(0, bar)), std::string(input.substr(bar + 1))) ? "yes"
+                                                                                                      : "no";
+        },
+        {"a| -> no", "|? -> no", "ab|? -> no", "a|ab -> no", "a.pls.bak|*.pls -> no",
+         "\xC3\x85|\xC3\xA5 -> no", "\xC5|\xE5 -> no", "| -> yes", "|* -> yes", "a|? -> yes", "a|a** -> yes",
+         "a.PLS|*.pls -> yes", "aab|*ab -> yes", "abcabd|*ab? -> yes", "noext|*.* -> yes",
+         "system_.inn|system_*.inn -> yes", "Z\xC3\x85|z\xC3\x85 -> yes"});
 }
 
 } // namespace

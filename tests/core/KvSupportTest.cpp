@@ -9,7 +9,6 @@
 #include "core/Table.h"
 #include "support/MemoryFiles.h"
 #include "support/ScriptedDialogs.h"
-#include "support/VirtualTime.h"
 
 #include <gmock/gmock.h>
 
@@ -17,30 +16,21 @@ namespace tidewell {
 namespace {
 
 using test::ExpectRows;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using test::Piece;
 
-// The pieces of a row's input: texts and numbers between "|".
-std::string Piece(std::string_view input, std::size_t index) {
-    return std::string(SplitStrictly(input, '|').at(index));
-}
 std::size_t Number(std::string_view input, std::size_t index) {
     return static_cast<std::size_t>(ToInteger64(Piece(input, index)));
 }
 
 TEST(KvSupport, SplitsAndJoinsRows) {
-    std::vector<std::string> target{"old"};
-    for (const char* text : {"", "no end"}) {
-        SplitRow(text, target, false);
-        EXPECT_THAT(target, IsEmpty());
-    }
-    SplitRow(";a b;\"c;d\";rest", target, false);
-    EXPECT_THAT(target, ElementsAre("", "a b", "\"c", "d\""));
-    EXPECT_EQ(Join(std::span(target).subspan(1), ", "), "a b, \"c, d\"");
-    SplitRow("1;2;", target, true);
-    EXPECT_THAT(target, IsEmpty());
-    EXPECT_THAT(SplitStrictly(""), IsEmpty());
-    EXPECT_THAT(SplitStrictly(";a``", '`'), ElementsAre(";a", "", ""));
+    const auto split = [](std::string_view text) {
+        std::vector<std::string> target{"old"};
+        SplitRow(text, target, text.starts_with('1'));
+        return std::to_string(target.size()) + ": " + Join(target, ", ");
+    };
+    ExpectRows(split, {" -> 0: ", "no end -> 0: ", "1;2; -> 0: ", ";a b;\"c;d\";rest -> 4: a b, \"c, d\""});
+    EXPECT_THAT(SplitStrictly(""), testing::IsEmpty());
+    EXPECT_THAT(SplitStrictly(";a``", '`'), testing::ElementsAre(";a", "", ""));
 }
 
 TEST(KvSupport, ReadsAndSetsFields) {
@@ -58,22 +48,15 @@ TEST(KvSupport, ReadsAndSetsFields) {
         },
         {"|0|x -> x", "|2|x -> ;;x", "a;b|1|x -> a;x", "a;b|2|x -> a;b;x", "a;b;|2|x -> a;b;x",
          "a;b|4|x -> a;b;;;x", "\"a;b\";5\" pipe;c|2|x -> \"a;b\";5\" pipe;x",
-         "a;b|0|\"q\"; -> \"\"\"q\"\";\";b"});
-    for (const char* value : {"", "plain", "a;b", "\"", "\"\"", "a\"b", ";"})
-        EXPECT_EQ(GetRowField(SetRowField("p;q;r", 1, value), 1), value);
+         "a;b|0|\"q\"; -> \"\"\"q\"\";\";b", "a;b|1|\" -> a;\"\"\"\"", "a;b|1|; -> a;\";\""});
 }
 
 TEST(KvSupport, CountsCharacters) {
-    ExpectRows([](std::string_view input) { return KeepCharacters(Piece(input, 0), Piece(input, 1)); },
-               {"a\xC3\xA9z\xE2\x82\xAC\xFF|a\xC3\xA9\xE2\x82\xAC\xFF -> a\xC3\xA9", "\xA9|\xC3\xA9 -> ",
-                "\xC2\xB0\xC3\xBF\xC4\x80\x7F|\xC2\xB0\xC3\xBF\xC4\x80\x7F -> \xC2\xB0\xC3\xBF\x7F"});
     ExpectRows([](std::string_view address) { return DeviceIdOf(std::string(address)); },
                {" -> ", "410000000001 -> 410000000001", "410000000001.x -> 410000000001",
                 "41000000000\xC3\xA9\xC3\xA9 -> 41000000000\xC3\xA9"});
     EXPECT_EQ(MaxTextLength({"ab", "\xC3\xA9\xC3\xA9\xC3\xA9", "a"}), 3U);
-    EXPECT_EQ(DigitsOnly("/0a-b9:"), "0-9");
-    const test::TVirtualTime time;
-    EXPECT_EQ(NowStamp(time) + " " + DateTimeStamp(time), "02-03-20260800 02-03-2026080000");
+    EXPECT_EQ(DigitsOnly("/0a\xC3\xA9-9:"), "0-9");
 }
 
 TEST(KvSupport, BinaryTexts) {
@@ -85,7 +68,6 @@ TEST(KvSupport, BinaryTexts) {
          "-65536|4 -> 0000", "5|16 -> 0000000000000101", "65535|16 -> 1111111111111111",
          "-1|16 -> 1111111111111111"});
     EXPECT_EQ(BinaryToInteger("0001x21"), 9U);
-    EXPECT_EQ(BinaryToInteger("1\xC3\xA9"), 2U);
     EXPECT_EQ(BinaryToInteger(std::string(40, '0') + std::string(32, '1')), 0xFFFFFFFFU);
     EXPECT_THROW(BinaryToInteger("1" + std::string(32, '0')), ERangeError);
     EXPECT_EQ(DigitMask("1203"), 12U);
@@ -96,14 +78,12 @@ TEST(KvSupport, ParsesNumbers) {
         std::size_t position = 99;
         long double value = 99;
         ParseNumber(text, position, value);
-        EXPECT_TRUE(position == 0 || value == 0);
         return position == 0 ? FixedText(value, 2) : "stops at " + std::to_string(position);
     };
     ExpectRows(parsed, {" -> stops at 1", "abc -> stops at 1", ". -> stops at 1", "- -> stops at 2",
-                        "--1 -> stops at 2", "1- -> stops at 2", "1-2 -> stops at 2", "1.2.3 -> stops at 2",
-                        "1.000,5 -> stops at 2"});
-    ExpectRows(parsed, {"12 -> 12.00", "90 -> 90.00", "5. -> 5.00", ".5 -> 0.50", "+3 -> 3.00",
-                        "1,25 -> 1.25", "1 000 -> 1000.00", "/0:9 -> 9.00", "x1e3 -> 13.00",
+                        "--1 -> stops at 2", "1-2 -> stops at 2", "1.2.3 -> stops at 2",
+                        "1.0,5 -> stops at 2", "12 -> 12.00", "90 -> 90.00", "5. -> 5.00", ".5 -> 0.50",
+                        "+3 -> 3.00", "1,25 -> 1.25", "1 000 -> 1000.00", "/0:9 -> 9.00", "x1e3 -> 13.00",
                         "\xE2\x82\xAC 7 -> 7.00", "-12.5 kPa -> -12.50"});
     EXPECT_EQ(parsed(std::string(6000, '9')), "stops at 6001");
 }
@@ -133,22 +113,6 @@ TEST(KvSupport, ScalesByTheRow) {
         },
         {"1.5|7 -> '1.5' is not a valid integer value", "x|3 -> x kPa", " 5 | -> 5", "5|x -> 5", "5|9 -> 5",
          "5| 3  -> 5 kPa", "5|4 -> 5 ", "-1|7 -> -1", "0|7 -> Off", "1|10 -> Auto", "2|7 -> 2"});
-}
-
-TEST(KvSupport, FillsAndClearsGrids) {
-    TStringTable grid;
-    grid.SetColCount(2);
-    FillGridFromRows({"b;2;x;", "A;1", "a;0"}, grid);
-    test::TMemoryFiles files;
-    files.CreateDirectories("/d");
-    test::TScriptedDialogs dialogs;
-    SaveGridToFile(grid, "/d/grid.csv", files, dialogs);
-    EXPECT_EQ(files.Read("/d/grid.csv"), "0;a;0;;\r\n1;A;1;;\r\n2;b;2;x;\r\n");
-    ClearGrid(grid, false);
-    EXPECT_EQ(grid.RowCount(), 1U);
-    FillGridFromRows({"x;1", "y;2"}, grid);
-    ClearGrid(grid, true);
-    EXPECT_EQ(grid.Cell(1, 0) + "|" + grid.Cell(1, 1) + std::to_string(grid.RowCount()), "x|2");
 }
 
 TEST(Paths, AreFreeOrShown) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/KvSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <exception>
@@ -9,6 +11,11 @@
 #include <string_view>
 
 namespace tidewell::test {
+
+// One of the pieces between "|" of a row's input.
+inline std::string Piece(std::string_view input, std::size_t index) {
+    return std::string(SplitStrictly(input, '|').at(index));
+}
 
 // Rows of "input -> output". What the function throws is its output too.
 inline void ExpectRows(const std::function<std::string(std::string_view)>& function,

@@ -30,25 +30,14 @@ void CompareLines(const TMemoryFiles& files, std::string_view bytes, std::size_t
     Require(count == whole.size(), "lines are missing");
 }
 
-void Browse(TGraphPage& page) {
-    page.GraphZoomPlusButton.Click();
-    page.GraphScroll.Scroll(EScrollCode::Track, page.GraphScroll.Max());
-    page.GraphScroll.Scroll(EScrollCode::End, 0);
-    page.graph.UserZooms(page.graph.XAxis, {1, 30});
-    page.graph.UserMovesCursor(0, {1, 1});
-    for (std::size_t i = 0; i < page.graph.Channels.Count(); ++i) {
-        bool handled = false;
-        page.graph.Legend.Channels.OnItemClick(i, handled);
-    }
-}
-
 void Open(TFuzzRig& rig) {
     TDatalogReader(rig.Needs).OpenDatalogfile1Click();
     const std::size_t samples = rig.Page.GraphSampleCount();
     Require(samples > 0 && samples == rig.Page.GraphDataLabelsTimeText.Count() &&
                 samples == rig.Page.GraphDataLabelsDateText.Count(),
             "samples and times differ");
-    Browse(rig.Page);
+    rig.Page.GraphScroll.Scroll(EScrollCode::Track, rig.Page.GraphScroll.Max());
+    rig.Page.graph.UserZooms(rig.Page.graph.XAxis, {1, 30});
     rig.Dialogs.Target = "/t/export.csv";
     TCsvExport(rig.Needs).Exportdatatocsv1Click();
     const std::string table = rig.Files.Read("/t/export.csv");

@@ -34,21 +34,15 @@ void ShowListRows(TFuzzRig& rig) {
             }
 }
 
-bool NamesAreUnique(const TIniSection& section) {
-    std::set<std::string> names;
-    for (const auto& row : section.Rows())
-        names.insert(LowerCase(row.Name));
-    return names.size() == section.Count();
-}
-
 // Writes the graph settings back; what they do not cover reads as before.
 void WriteBack(TFuzzRig& rig) {
     const std::vector<TGraphPoint> before = rig.Profile.GraphPoints;
-    const bool unique = NamesAreUnique(TIniFile(rig.Files, fedPath).ReadSection("GraphPoints"));
     rig.Profile.WriteGraphSettings(rig.Page.ChannelSettings());
+    std::set<std::string> names;
+    for (const auto& row : TIniFile(rig.Files, fedPath).ReadSection("GraphPoints").Rows())
+        if (!names.insert(LowerCase(row.Name)).second)
+            return; // the first of a name gets the row of the last
     rig.Profile.Open(fedPath);
-    if (!unique)
-        return; // the first of a name gets the row of the last
     Require(before.size() == rig.Profile.GraphPoints.size(), "another count of graph rows");
     for (std::size_t i = 0; i < before.size(); ++i) {
         const TGraphPoint& after = rig.Profile.GraphPoints[i];

@@ -36,16 +36,10 @@ void Feed(const std::string& target, void (&feed)(std::string_view), int rounds)
     }
 }
 
-TEST(Seeded, Datalog) {
+TEST(Seeded, HoldsWhatTheTargetsRequire) {
     Feed("datalog", FeedDatalog, 1500);
-}
-TEST(Seeded, Ini) {
     Feed("ini", FeedIni, 6000);
-}
-TEST(Seeded, Profile) {
     Feed("profile", FeedProfile, 1500);
-}
-TEST(Seeded, Sd) {
     Feed("sd", FeedSd, 1000);
 }
 

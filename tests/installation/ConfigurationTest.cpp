@@ -1,8 +1,4 @@
-#include "core/Configuration.h"
-
 #include "Installation.h"
-#include "core/KvSupport.h"
-#include "core/Numbers.h"
 #include "link/FirmwarePackage.h"
 #include "link/FirmwareUpdateTexts.h"
 #include "sim/controller/Firmware.h"
@@ -13,18 +9,6 @@
 #include <set>
 
 namespace tidewell::test {
-
-TEST(InstalledConfiguration, SystemFileIsTheOnlyOneAndWhole) {
-    const TInstallation installation;
-    ASSERT_FALSE(installation.SystemFile().empty());
-    const TIniFile system(installation.Files, installation.SystemFile());
-    const TConfiguration configuration = ReadConfiguration(system);
-    EXPECT_TRUE(configuration.PortScan.doPortScan && configuration.AutoLoadProfile.doAutoloadProfile &&
-                configuration.LogAutoStart.doLogAutoStart)
-        << "the log would not start by itself";
-    for (const auto& question : configuration.ErrorLog.Qestion.Rows())
-        EXPECT_EQ(Fields(question.Value).size(), 5U) << question.Name;
-}
 
 TEST(InstalledConfiguration, LanguageFilesHoldTheSameTextsInTheSameOrder) {
     const TInstallation installation;
@@ -40,11 +24,6 @@ TEST(InstalledConfiguration, LanguageFilesHoldTheSameTextsInTheSameOrder) {
             EXPECT_EQ(a.Rows()[row].Value.empty(), b.Rows()[row].Value.empty()) << a.Rows()[row].Name;
         }
     }
-    EXPECT_EQ(german.ReadText("SetpointHeadlines", "Col4"), "Größter"); // whatever the file's encoding
-    // Messages that are found by position.
-    for (const TIniFile* file : {&english, &german})
-        for (const std::size_t position : {0U, 4U, 5U})
-            EXPECT_GT(file->ReadSection("TestfileComport").ValueAt(position).size(), 10U) << position;
 }
 
 // Every unit code of a profile has its text, and every mode number a name that is reached.

@@ -1,6 +1,4 @@
 #include "Installation.h"
-#include "core/KvSupport.h"
-#include "core/Numbers.h"
 #include "model/ColorText.h"
 
 #include <gmock/gmock.h>
@@ -43,7 +41,7 @@ TEST_P(InstalledProfile, ListRowsAreWholeAndTheirLimitsShown) {
         EXPECT_TRUE(!code.starts_with("10") || code.size() < 3 ||
                     (row.Integer(5) == 0 && row.Integer(6) == 0 && row.Integer(3) >= 0));
         // What a setpoint file holds is written by command with obj 0.
-        EXPECT_TRUE(!row.IsSetpoint() || row.Integer(14) == 0);
+        EXPECT_TRUE(!row.IsSetpoint || row.Integer(14) == 0);
     }
     EXPECT_EQ(Opened.Rows.size(), std::string_view(GetParam()).starts_with("Aria450") ? 126U : 40U);
 }

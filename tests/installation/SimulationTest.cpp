@@ -1,7 +1,5 @@
 #include "Installation.h"
 #include "core/Configuration.h"
-#include "core/KvSupport.h"
-#include "core/Numbers.h"
 #include "link/Nabto.h"
 #include "sim/nabto/InProcessLibrary.h"
 #include "sim/nabto/SimulatedNabto.h"
@@ -39,14 +37,13 @@ class SimulatedInstallation : public testing::Test {
     // The values of a whole cycle.
     std::vector<std::string> AskAll(const TInstalledProfile& profile) {
         std::vector<std::string> cycle;
-        for (const TPollQuestion& question : profile.Questions) {
-            const std::string json =
-                ValueToJson(std::to_string(question.Address), std::to_string(question.Length),
-                            std::to_string(question.Obj));
+        for (const auto& row : ReadPollQuestions(Installation.Files, profile.Path).Rows()) {
+            const std::vector<std::string> question = Fields(row.Value); // obj, command, address, length
+            const std::string json = ValueToJson(question.at(2), question.at(3), question.at(0));
             const char* const query =
-                question.Command == 4 ? "datapointReadValue.json" : "setpointReadValue.json";
+                question.at(1) == "4" ? "datapointReadValue.json" : "setpointReadValue.json";
             const auto values = Fields(Nabto.JsonToValue(Nabto.SendQuery(Device, query, json)));
-            EXPECT_EQ(values.size(), static_cast<std::size_t>(question.Length) + 1) << question.Address;
+            EXPECT_EQ(values.size(), static_cast<std::size_t>(ToInteger(question.at(3))) + 1) << json;
             for (std::size_t i = 0; i + 1 < values.size(); ++i)
                 cycle.emplace_back(Trim(values[i]));
         }
@@ -60,7 +57,7 @@ class SimulatedInstallation : public testing::Test {
 
     std::string Device; // address of the model at hand
     TInstallation Installation;
-    const TIniFile System{Installation.Files, Installation.SystemFile()};
+    const TIniFile System{Installation.Files, FindSystemFile(Installation.Files, Installation.Directory)};
     TVirtualTime Time;
     TScriptedDialogs Dialogs;
     TPortTime SimulationTime{Time, Time};
@@ -128,10 +125,10 @@ TEST_F(SimulatedInstallation, SetpointsKeepWhatIsWritten) {
     ForEachModel([this](const TInstalledProfile& profile) {
         for (const std::size_t limit : {3U, 4U}) {
             for (const TListRow& row : profile.Rows)
-                EXPECT_TRUE(!row.IsSetpoint() || Write(row, row.Integer(limit)).Status) << row.Name();
+                EXPECT_TRUE(!row.IsSetpoint || Write(row, row.Integer(limit)).Status) << row.Name();
             const std::vector<std::string> values = AskAll(profile);
             for (const TListRow& row : profile.Rows)
-                EXPECT_TRUE(!row.IsSetpoint() || row.ValueIn(values) == row.Fields.at(limit)) << row.Name();
+                EXPECT_TRUE(!row.IsSetpoint || row.ValueIn(values) == row.Fields.at(limit)) << row.Name();
         }
     });
 }

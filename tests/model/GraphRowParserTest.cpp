@@ -10,20 +10,13 @@
 
 namespace tidewell::test {
 
-namespace {
-
-TGraphPoint Point(std::int32_t structnumber, std::int32_t offset, std::int32_t decimal, std::int32_t type) {
-    return {true, structnumber, offset, decimal, type, {}};
-}
-
-} // namespace
-
 TEST(GraphRowParser, ReadsEachFieldAsTheCodecDoes) {
-    const std::vector<TGraphPoint> points{Point(3, 0, 0, 150),   Point(3, -3, 1, 250),
-                                          Point(4, 7, -2, 100),  Point(0, 0, 0, 199),
-                                          Point(1, 0, 0, 200),   Point(2, 2147483647, 0, 0),
-                                          Point(-1, 5, 1, 0),    Point(50, -2147483647, 300, 200),
-                                          Point(65535, 0, 0, 0), Point(65536, 1, 0, 0)};
+    constexpr std::int32_t highest = 2147483647;
+    const std::vector<TGraphPoint> points{{true, 3, 0, 0, 150, {}},   {true, 3, -3, 1, 250, {}},
+                                          {true, 4, 7, -2, 100, {}},  {true, 0, 0, 0, 199, {}},
+                                          {true, 1, 0, 0, 200, {}},   {true, 2, highest, 0, 0, {}},
+                                          {true, -1, 5, 1, 0, {}},    {true, 50, -highest, 300, 200, {}},
+                                          {true, 65535, 0, 0, 0, {}}, {true, 65536, 1, 0, 0, {}}};
     TGraphRowParser parser(points);
     const std::string lines =
         "|;|a|1;|1;d|1;d;t|1;d;t;|1;d;t;5|1;d;t;5;6;7;|;;;;;;|\"\";\"\"|\"a;b\";c|\"a\"\"b\";c;|"
@@ -45,9 +38,7 @@ TEST(GraphRowParser, ReadsEachFieldAsTheCodecDoes) {
 }
 
 TEST(GraphRowParser, TakesChannelsOnlyAndRefusesABadOne) {
-    std::vector<TGraphPoint> points{Point(3, 0, 0, 0), Point(4, 0, 0, 0)};
-    points[0].IsChannel = false;
-    points[0].Error = "field 5 is none";
+    std::vector<TGraphPoint> points{{false, 3, 0, 0, 0, "field 5 is none"}, {true, 4, 0, 0, 0, {}}};
     TGraphRowParser parser(points);
     parser.Parse("1;d;t;10;20");
     ASSERT_EQ(parser.Channels(), 1U);
