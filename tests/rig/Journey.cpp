@@ -543,15 +543,16 @@ TControl* TJourney::Find(const std::string& name) const {
 }
 
 void TJourney::ClickStep(const std::string& rest) {
-    TControl* const control = Find(rest);
+    const bool any = rest.starts_with("hidden ");
+    TControl* const control = Find(any ? rest.substr(7) : rest);
     if (control == nullptr)
         return;
-    if (!control->Visible() || !control->Enabled())
+    if ((!control->Visible() && !any) || !control->Enabled())
         Tell(rest + " is " + (control->Visible() ? "disabled" : "hidden"));
     else if (const auto* button = dynamic_cast<TButton*>(control))
-        button->Click();
+        any ? button->OnClick() : button->Click();
     else if (const auto* item = dynamic_cast<TMenuItem*>(control))
-        item->Click();
+        any ? item->OnClick() : item->Click();
     else if (auto* const box = dynamic_cast<TCheckBox*>(control)) {
         box->SetChecked(!box->Checked());
         box->OnClick();
