@@ -121,9 +121,13 @@ EKey KeyOf(const std::string& name) {
 } // namespace
 
 std::vector<TJourneyCase> ReadJourney(const std::filesystem::path& path) {
+    return ParseJourney(TDiskFiles().Read(path));
+}
+
+std::vector<TJourneyCase> ParseJourney(const std::string& text) {
     std::vector<TJourneyCase> cases;
     std::string above; // comments and blank lines
-    for (const std::string& line : SplitLines(TDiskFiles().Read(path))) {
+    for (const std::string& line : SplitLines(text)) {
         if (line.starts_with("== ")) {
             cases.push_back({above + line, {}});
             above.clear();
