@@ -14,6 +14,7 @@
 #include "mainform/Program.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <optional>
 
@@ -40,8 +41,8 @@ std::string Hex(TColor color) {
 
 std::string Number(double value) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.10g", value);
-    return text;
+    const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 10);
+    return {text, end.ptr};
 }
 
 template <class TRows, class TText>

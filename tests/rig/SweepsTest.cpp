@@ -1,5 +1,6 @@
 #include "core/Errors.h"
 #include "rig/Journey.h"
+#include "rig/UpdateClaim.h"
 
 #include <gtest/gtest.h>
 
@@ -108,6 +109,8 @@ class TSweep {
         TFault fault{.Kind = EFault::NoAnswer, .Number = 0, .Text = {}, .When = {}};
         if (Mishap == EMishap::LostExchange)
             fault.When.Times = 1;
+        else // some waits of an update end with the program alone
+            Journey.World.Time.After(600000, [this] { Close(); });
         for (const char* name : {"aria1", "hub1", "aria2"})
             if (auto* const controller = Journey.World.Nabto.FindController(name))
                 controller->Faults.Add(fault);
@@ -115,8 +118,10 @@ class TSweep {
     // The button that tells of the log is true.
     void CheckScreen() {
         const TProgram& program = *Journey.World.Program;
-        RefusalTold |= TellsRefusal(program.FormMain.MemoEventLog.Lines());
+        RefusalTold |= TellsRefusal(program.FormMain.MemoEventLog.Lines()) ||
+                       TellsRefusal(program.NabtoDevice.memoDebug.Lines()); // of an unattended test
         CheckWrites();
+        EXPECT_EQ(FalseUpdateClaim(Journey.World), "");
         const auto color = program.FormMain.TrafficButton.Color();
         if (color && color->Green() != 0 && color->Red() == 0 && !Journey.World.Application.IsTerminated) {
             EXPECT_TRUE(program.LiveLog.DatalogOn && program.NabtoDevice.Cycle.Dologging)
@@ -177,7 +182,7 @@ class TSweep {
     bool Online = true;
     bool Closed = false;
     std::string Refused;            // file
-    bool RefusalTold = false;       // in the event log
+    bool RefusalTold = false;       // in the event log or the memo of the tools
     std::size_t Boxes = 0;          // at the close
     std::vector<std::string> After; // it, what was asked
 };

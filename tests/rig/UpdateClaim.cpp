@@ -12,7 +12,8 @@ namespace tidewell::test {
 std::string FalseUpdateClaim(TWorld& world) {
     const TNabtoDevice& driver = world.Program->NabtoDevice;
     const TUpdateStatus& status = driver.UpdateStatus;
-    if (status.Running() || status.LabUpdatePhase.Caption() != std::string(status.Texts.Succeeded))
+    const bool claimed = status.LabUpdatePhase.Caption() == std::string(status.Texts.Succeeded);
+    if (status.Running() || !claimed || !world.Files.FileExists(driver.CurrentUpdateSWFile))
         return {};
     const auto package = ReadFirmwarePackage(world.Files, driver.CurrentUpdateSWFile);
     const auto& controller = *world.Nabto.FindController(DeviceIdOf(driver.device));
