@@ -131,9 +131,13 @@ EKey KeyOf(const std::string& name) {
 } // namespace
 
 std::vector<TJourneyCase> ReadJourney(const std::filesystem::path& path) {
+    return ParseJourney(TDiskFiles().Read(path));
+}
+
+std::vector<TJourneyCase> ParseJourney(const std::string& text) {
     std::vector<TJourneyCase> cases;
     std::string above; // comments and blank lines
-    for (const std::string& line : SplitLines(TDiskFiles().Read(path))) {
+    for (const std::string& line : SplitLines(text)) {
         if (line.starts_with("== ")) {
             cases.push_back({above + line, {}});
             above.clear();
@@ -608,7 +612,7 @@ void TJourney::ClickStep(const std::string& rest) {
     if ((!control->Visible() && !any) || !control->Enabled())
         Tell(rest + " is " + (control->Visible() ? "disabled" : "hidden"));
     else if (const auto* button = dynamic_cast<TButton*>(control))
-        button->Click();
+        any ? button->OnClick() : button->Click();
     else if (const auto* item = dynamic_cast<TMenuItem*>(control))
         any ? item->OnClick() : item->Click();
     else if (auto* const box = dynamic_cast<TCheckBox*>(control)) {

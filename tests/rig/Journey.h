@@ -26,6 +26,7 @@ struct TJourneyCase {
     };
     std::vector<TStep> Steps;
 };
+std::vector<TJourneyCase> ParseJourney(const std::string& text);
 std::vector<TJourneyCase> ReadJourney(const std::filesystem::path& path);
 std::string WriteJourney(const std::vector<TJourneyCase>& cases);
 

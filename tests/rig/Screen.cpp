@@ -12,6 +12,7 @@
 #include "core/controls/TrackBar2.h"
 #include "core/controls/TreeView.h"
 #include "mainform/Program.h"
+#include "sim/controller/Firmware.h"
 
 #include <algorithm>
 #include <charconv>
@@ -22,8 +23,9 @@ namespace tidewell::test {
 
 namespace {
 
-constexpr std::size_t width = 150; // of a line
-constexpr std::size_t listed = 8;  // rows of a long list, from its start
+constexpr std::size_t width = 150;  // of a line
+constexpr std::size_t listed = 8;   // rows of a long list, from its start
+constexpr std::size_t written = 90; // lines of a memo
 
 std::string Quoted(std::string text) {
     for (const auto& [raw, shown] : {std::pair{'\n', "\\n"}, {'\r', "\\r"}, {'\t', "\\t"}})
@@ -217,6 +219,16 @@ std::optional<std::string> Difference(const std::string& name, const TControlTex
     for (const auto& [key, text] : before)
         if (!now.contains(key) && !key.starts_with("row") && !key.starts_with("line"))
             texts.push_back("no " + key);
+    const auto lines = static_cast<std::size_t>(std::ranges::count_if(now, [&before](auto& text) {
+        return text.first.starts_with("line") && !before.contains(text.first);
+    }));
+    if (lines == texts.size() && lines > listed) { // of a long report the start and the end
+        std::string all;
+        for (const std::string& text : texts)
+            all += text;
+        texts = {texts[0], texts[1], texts[2],
+                 "... " + std::to_string(lines) + " lines, crc " + std::to_string(Crc32(all)), texts.back()};
+    }
     const bool emptied = now.size() < before.size() && texts.empty();
     if (texts.empty() && !emptied)
         return std::nullopt;
@@ -226,24 +238,12 @@ std::optional<std::string> Difference(const std::string& name, const TControlTex
         texts.erase(texts.begin() + 4, texts.end() - 2);
         texts.insert(texts.begin() + 4, "... " + std::to_string(rows) + " rows");
     }
-    return Told(name, emptied ? std::vector<std::string>{"shortened"} : texts);
-}
-
-// "A, B, C disabled" for "A disabled", "B disabled" and "C disabled".
-std::vector<std::string> Joined(std::vector<std::string> texts) {
-    for (const std::string state : {" disabled", " enabled"}) {
-        const auto only = [&state](const std::string& text) {
-            return text.ends_with(state) && text.find(' ') == text.size() - state.size();
-        };
-        const auto first = std::ranges::find_if(texts, only);
-        for (auto next = first; next != texts.end() && ++next != texts.end();)
-            if (only(*next)) {
-                first->insert(first->size() - state.size(),
-                              ", " + next->substr(0, next->size() - state.size()));
-                next = texts.erase(next) - 1;
-            }
+    if (texts.size() > written && now.contains("line 100000")) {
+        const std::string count = "... " + std::to_string(texts.size()) + " lines";
+        texts.erase(texts.begin() + 2, texts.end() - 2);
+        texts.insert(texts.begin() + 2, count);
     }
-    return texts;
+    return Told(name, emptied ? std::vector<std::string>{"shortened"} : texts);
 }
 
 } // namespace
@@ -274,34 +274,60 @@ TScreen::TScreen(const std::vector<TForm*>& forms, const TProgram& program) {
 
 std::vector<std::string> TScreen::Lines(const std::string& form, const std::vector<std::string>& texts) {
     std::vector<std::string> lines;
-    for (const std::string& text : texts)
-        if (lines.empty() || lines.back().size() + text.size() > width)
+    for (const std::string& text : texts) // one that is too long anyway takes short ones too
+        if (lines.empty() || (lines.back().size() + text.size() > width &&
+                              (lines.back().size() <= width || text.size() > width / 3)))
             lines.push_back(form + ": " + text);
         else
             lines.back() += "; " + text;
     return lines;
 }
 
+namespace {
+
+// Takes out what only went out of use, or came back: of the many that an action takes from the user, and
+// gives back, the first and the last are told.
+std::optional<std::string> Together(std::vector<std::vector<std::string>>& forms, const std::string& state) {
+    const auto is = [&state](const std::string& text) {
+        return text.ends_with(state) && text.find(' ') == text.size() - state.size();
+    };
+    std::vector<std::string> found;
+    for (const auto& texts : forms)
+        std::ranges::copy_if(texts, std::back_inserter(found), is);
+    if (found.size() < 3)
+        return std::nullopt;
+    for (auto& texts : forms)
+        std::erase_if(texts, is);
+    return found.front().substr(0, found.front().find(' ')) + " ... " + found.back() + " (" +
+           std::to_string(found.size()) + ")";
+}
+
+} // namespace
+
 std::vector<std::string> TScreen::ChangesSince(const TScreen& before, const std::string& without) const {
-    std::vector<std::string> lines;
+    std::vector<std::vector<std::string>> forms(Content.size());
     for (std::size_t i = 0; i < Content.size(); ++i) {
         if (Content[i].Name == without)
             continue;
-        std::vector<std::string> texts;
         for (std::size_t k = 0; k < Content[i].Controls.size(); ++k) {
             const auto& [name, now] = Content[i].Controls[k];
             const bool isNew = i >= before.Content.size() || k >= before.Content[i].Controls.size();
             if (auto text =
                     Difference(name, isNew ? TControlText() : before.Content[i].Controls[k].second, now))
-                texts.push_back(std::move(*text));
+                forms[i].push_back(std::move(*text));
         }
-        for (std::string& line : Lines(Content[i].Name, Joined(std::move(texts)))) {
+    }
+    std::vector<std::string> lines;
+    for (const char* state : {" disabled", " enabled"})
+        if (auto line = Together(forms, state))
+            lines.push_back(std::move(*line));
+    for (std::size_t i = 0; i < Content.size(); ++i)
+        for (std::string& line : Lines(Content[i].Name, forms[i])) {
             if (!lines.empty() && lines.back().size() + line.size() < width) // short forms share a line
                 lines.back() += "; " + line;
             else
                 lines.push_back(std::move(line));
         }
-    }
     return lines;
 }
 

@@ -1,6 +1,7 @@
 #include "core/Errors.h"
 #include "core/Guard.h"
 #include "rig/Journey.h"
+#include "rig/UpdateClaim.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -124,6 +125,8 @@ class TSweep {
         TFault fault{.Kind = EFault::NoAnswer, .Number = 0, .Text = {}, .When = {}};
         if (Mishap == EMishap::LostExchange)
             fault.When.Times = 1;
+        else // some waits of an update end with the program alone
+            Journey.World.Time.After(600000, [this] { Close(); });
         for (const char* name : {"aria1", "hub1", "aria2"})
             if (auto* const controller = Journey.World.Nabto.FindController(name))
                 controller->Faults.Add(fault);
@@ -134,6 +137,7 @@ class TSweep {
         RefusalTold |= TellsRefusal(program.FormMain.MemoEventLog.Lines()) ||
                        TellsRefusal(program.NabtoDevice.memoDebug.Lines());
         CheckWrites();
+        EXPECT_EQ(FalseUpdateClaim(Journey.World), "");
         const auto color = program.FormMain.TrafficButton.Color();
         if (color && color->Green() != 0 && color->Red() == 0 && !Journey.World.Application.IsTerminated) {
             EXPECT_TRUE(program.LiveLog.DatalogOn && program.NabtoDevice.Cycle.Dologging)
@@ -197,7 +201,7 @@ class TSweep {
     bool Closed = false;
     bool ClosedBelow = false;       // a dialog
     std::string Refused;            // file
-    bool RefusalTold = false;       // in the event log
+    bool RefusalTold = false;       // in the event log or the memo of the tools
     std::size_t Boxes = 0;          // at the close
     std::vector<std::string> After; // it, what was asked
     TJourney Journey;               // goes first, and tells the others its end
