@@ -1,27 +1,23 @@
 #include "rig/Journey.h"
 
 #include "core/AtExit.h"
-#include "core/DiskFiles.h"
 #include "core/Guard.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
-#include "core/controls/Lists.h"
-#include "core/controls/MaskEdit.h"
+#include "core/controls/Form.h"
 #include "core/controls/Menu.h"
-#include "core/controls/Pages.h"
-#include "core/controls/ScrollBar.h"
-#include "core/controls/StringGrid.h"
-#include "core/controls/TrackBar2.h"
-#include "core/controls/TreeView.h"
+#include "core/controls/Simple.h"
+#include "rig/Hands.h"
+#include "rig/Weather.h"
 #include "rig/Wire.h"
 #include "sim/controller/Firmware.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <sstream>
+#include <iterator>
+#include <set>
 #include <utility>
 
 namespace tidewell::test {
@@ -29,39 +25,6 @@ namespace tidewell::test {
 namespace {
 
 const std::vector<std::string> linked{"-devid", "410000000001", "-LoginUserPW", "service;tidewell"};
-
-// The first word, and what stands behind it.
-std::pair<std::string, std::string> Split(const std::string& text) {
-    const auto blank = text.find(' ');
-    return blank == std::string::npos ? std::pair{text, std::string()}
-                                      : std::pair{text.substr(0, blank), text.substr(blank + 1)};
-}
-
-std::vector<std::string> Words(const std::string& text) {
-    std::istringstream stream(text);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
-// "\n" and the like as the person wrote them.
-std::string Unescaped(std::string text) {
-    for (const auto& [shown, raw] : {std::pair{"\\n", "\n"}, {"\\r", "\r"}, {"\\t", "\t"}})
-        for (std::size_t at = 0; (at = text.find(shown, at)) != std::string::npos;)
-            text.replace(at, 2, raw);
-    return text;
-}
-
-// "200ms", "5s", "10min", "2h" in ms; nothing for another text.
-std::optional<int> Duration(const std::string& text) {
-    const auto end = text.find_first_not_of("0123456789");
-    for (const auto& [unit, ms] : {std::pair{"ms", 1}, {"s", 1000}, {"min", 60000}, {"h", 3600000}})
-        if (end != std::string::npos && end > 0 && text.substr(end) == unit)
-            return std::stoi(text) * ms;
-    return std::nullopt;
-}
-
-std::filesystem::path Place(const std::string& path) {
-    return path.starts_with("/") ? std::filesystem::path(path) : "/t" / std::filesystem::path(path);
-}
 
 std::string Shown(const std::filesystem::path& path) {
     return path.string().starts_with("/t/") ? path.string().substr(3) : path.string();
@@ -120,52 +83,7 @@ bool IsUsual(const std::string& line) {
            std::ranges::find(TUsualScreens::Known->StartTold, line) != TUsualScreens::Known->StartTold.end();
 }
 
-EKey KeyOf(const std::string& name) {
-    for (const EKey key : {EKey::F1, EKey::F2, EKey::F3, EKey::F4, EKey::F5, EKey::F6, EKey::F7, EKey::F8,
-                           EKey::F9, EKey::F10, EKey::F11, EKey::F12})
-        if (ShortCutText(key) == name)
-            return key;
-    return name == "Escape" ? EKey::Escape : name == "Return" ? EKey::Return : EKey::Other;
-}
-
 } // namespace
-
-std::vector<TJourneyCase> ReadJourney(const std::filesystem::path& path) {
-    return ParseJourney(TDiskFiles().Read(path));
-}
-
-std::vector<TJourneyCase> ParseJourney(const std::string& text) {
-    std::vector<TJourneyCase> cases;
-    std::string above; // comments and blank lines
-    for (const std::string& line : SplitLines(text)) {
-        if (line.starts_with("== ")) {
-            cases.push_back({above + line, {}});
-            above.clear();
-        } else if (line.empty() || line[0] == '#') {
-            above += line + "\n";
-        } else if (line[0] == '>') {
-            continue; // told anew
-        } else {
-            const auto [verb, rest] = Split(line);
-            cases.at(cases.size() - 1).Steps.push_back({above + line, verb, rest, {}});
-            above.clear();
-        }
-    }
-    return cases;
-}
-
-std::string WriteJourney(const std::vector<TJourneyCase>& cases) {
-    std::string text;
-    for (const TJourneyCase& one : cases) {
-        text += one.Title + "\n";
-        for (const auto& step : one.Steps) {
-            text += step.Text + "\n";
-            for (const std::string& line : step.Told)
-                text += "> " + line + "\n";
-        }
-    }
-    return text;
-}
 
 TJourney::TJourney(TJourneyCase& journey) : Case(journey) {
     World.OnExchange = [this](const std::string& call) { Calls.push_back(call); };
@@ -220,10 +138,16 @@ void TJourney::Take(const std::string& verb, const std::string& rest) {
     const auto found = verbs.find(verb);
     if (found == verbs.end())
         return Fail(verb == "answer" ? "no dialog is open" : "no such verb");
-    if (!World.Program && verb != "start" && verb != "edit" && verb != "fault" && verb != "file" &&
-        verb != "run")
+    static const std::set<std::string> withoutProgram{"start", "edit", "fault", "file", "run"};
+    if (!World.Program && !withoutProgram.contains(verb))
         return Fail("the program is not open");
-    RunGuarded(*this, [&] { (this->*found->second)(rest); }); // as the program's general handler
+    RunGuarded(*this, [&] { // as the program's general handler
+        try {
+            (this->*found->second)(rest);
+        } catch (const TBadStep& bad) {
+            Fail(bad.what());
+        }
+    });
 }
 
 void TJourney::Fail(const std::string& why) const {
@@ -234,6 +158,11 @@ void TJourney::Fail(const std::string& why) const {
 void TJourney::Tell(const std::string& line) {
     TellCalls();
     Pending.push_back(OneLine(line));
+}
+
+void TJourney::TellUnlessEmpty(const std::string& line) {
+    if (!line.empty())
+        Tell(line);
 }
 
 void TJourney::TellCalls() {
@@ -470,7 +399,7 @@ void TJourney::StartStep(const std::string& rest) {
         World.End();
     }
     if (World.Program)
-        return Fail("the program is open");
+        throw TBadStep("the program is open");
     if (TUsualScreens::Known != nullptr)
         Screen = TUsualScreens::Known->FirstDialog;
     Starting = true;
@@ -493,9 +422,9 @@ void TJourney::StartStep(const std::string& rest) {
 
 void TJourney::CloseStep(const std::string& rest) {
     if (!rest.empty()) {
-        if (auto* const form = dynamic_cast<TForm*>(Find(rest)))
+        if (auto* const form = dynamic_cast<TForm*>(&Find(rest)))
             return form->Close();
-        return Fail("no such form");
+        throw TBadStep("no such form");
     }
     World.Program->FormMain.Close();
     if (Modals > 0)
@@ -506,221 +435,73 @@ void TJourney::CloseStep(const std::string& rest) {
 }
 
 void TJourney::EditStep(const std::string& rest) {
-    const auto [file, change] = Split(rest);
-    const auto path = Place(file);
-    const std::string text = Unescaped(change.size() > 2 ? change.substr(2) : std::string());
-    if (change == "-") {
-        World.Files.Content.erase(path);
-    } else if (change.starts_with("= ") || change == "=") {
-        World.Files.Put(path, text);
-    } else if (change.starts_with("+")) { // "+ LINE", or "+20 LINE" for as many
-        const auto [times, line] = Split(Unescaped(change.substr(1)));
-        for (int i = std::max(ToIntegerOr(times, 1), 1); i > 0; --i)
-            World.Files.Put(path, World.Files.Content[path] + line + "\r\n");
-    } else if (const auto arrow = change.find(" => "); arrow != std::string::npos) {
-        if (!World.Edit(path, Unescaped(change.substr(0, arrow)), Unescaped(change.substr(arrow + 4))))
-            Fail("the file does not hold that");
-    } else if (change.starts_with("from ")) {
-        World.Files.Put(path, World.Files.Read(Place(change.substr(5))));
-    } else if (change == "UTF-16") {
-        World.Files.Put(path, EncodeText(World.Files.Read(path), EEncoding::Utf16LittleEndian));
-    } else {
-        Fail("no such change");
-    }
+    EditFile(World, rest);
     Files = World.Files.Content;
-    if (path == TWorld::Simulation)
-        World.Simulate();
 }
 
 void TJourney::FaultStep(const std::string& rest) {
-    auto [name, rows] = Split(rest);
-    if (name == "cloud")
-        return FaultOfCloud(rows);
-    if (name == "disk")
-        return FaultOfDisk(rows);
-    if (name == "library") {
-        World.Libraries.Present = rows != "absent";
-        World.Libraries.Missing.clear();
-        if (!rows.empty() && rows != "absent")
-            World.Libraries.Missing.insert(rows);
-    } else if (name == "KHelper") {
-        World.KHelper.Present = rows != "absent";
-        World.KHelper.HasFunction = rows != "empty";
-    } else if (name == "tools") {
-        World.Process.CanStart = rows != "absent";
-        World.Process.Output =
-            rows.empty() || rows == "absent" ? std::nullopt : std::optional(Unescaped(rows));
-    } else {
-        for (std::size_t at = 0; (at = rows.find(" && ")) != std::string::npos;)
-            rows.replace(at, 4, "\n");
-        World.Simulated[name == "Library" ? name : "Faults " + name] = rows;
-        World.Simulate();
-    }
-}
-
-// Rows of its file, or "offline".
-void TJourney::FaultOfCloud(const std::string& rows) {
-    World.Online = rows != "offline";
-    std::string lines = "[User one]\nPassword=one\n[Faults]\n"; // there has to be one
-    for (const std::string& row : Words(rows))
-        lines += (row == "offline" ? std::string() : row) + "\n";
-    TMemoryFiles files;
-    files.Put("/cloud.ini", lines);
-    World.Cloud->SetFaults(ReadCloudConfig(TIniFile(files, "/cloud.ini")).Faults);
-}
-
-// Bytes that are left, a path that cannot be written, or "locked PATH".
-void TJourney::FaultOfDisk(const std::string& rows) {
-    World.Files.Room = static_cast<std::size_t>(-1);
-    World.Files.Unwritable.clear();
-    World.Files.Locked.clear();
-    if (rows.starts_with("locked "))
-        World.Files.Locked.insert(Place(rows.substr(7)));
-    else if (const auto room = ToIntegerOr(rows, -1); room >= 0)
-        World.Files.Room = static_cast<std::size_t>(room);
-    else if (!rows.empty())
-        World.Files.Unwritable.insert(Place(rows));
+    SetFault(World, rest);
 }
 
 TForm* TJourney::TopForm() const {
     return Modal.empty() ? &World.Program->FormMain : Modal.back();
 }
 
-TControl* TJourney::Find(const std::string& name) const {
+TControl& TJourney::Find(const std::string& name) const {
     const auto forms = World.Forms();
+    std::vector<TForm*> open{TopForm()};
+    if (Modal.empty())
+        std::ranges::copy_if(forms, std::back_inserter(open), [](auto* form) { return form->Visible(); });
+    const auto point = name.find('.');
     for (TForm* form : forms) {
         if (form->Name() == name)
-            return form;
-        if (name.starts_with(form->Name() + "."))
-            return form->FindControl(name.substr(form->Name().size() + 1));
+            return *form;
+        if (form->Name() == name.substr(0, point))
+            open = {form};
     }
-    if (TControl* const control = TopForm()->FindControl(name))
-        return control;
-    for (const TForm* form : forms)
-        if (Modal.empty() && form->Visible())
-            if (TControl* const control = form->FindControl(name))
-                return control;
-    Fail("there is no control " + name);
-    return nullptr;
+    for (const TForm* form : open)
+        if (TControl* const control =
+                form->FindControl(name.substr(point == std::string::npos ? 0 : point + 1)))
+            return *control;
+    throw TBadStep("there is no control " + name);
 }
 
 void TJourney::ClickStep(const std::string& rest) {
-    const bool any = rest.starts_with("hidden ");
-    TControl* const control = Find(any ? rest.substr(7) : rest);
-    if (control == nullptr)
-        return;
-    if ((!control->Visible() && !any) || !control->Enabled())
-        Tell(rest + " is " + (control->Visible() ? "disabled" : "hidden"));
-    else if (const auto* button = dynamic_cast<TButton*>(control))
-        any ? button->OnClick() : button->Click();
-    else if (const auto* item = dynamic_cast<TMenuItem*>(control))
-        any ? item->OnClick() : item->Click();
-    else if (auto* const box = dynamic_cast<TCheckBox*>(control)) {
-        box->SetChecked(!box->Checked());
-        box->OnClick();
-    } else if (const auto* mask = dynamic_cast<TMaskEdit*>(control))
-        mask->OnClick();
-    else if (const auto* colors = dynamic_cast<TColorList*>(control))
-        colors->OnClick();
-    else
-        Fail("nothing to click");
+    const auto [word, name] = SplitFirst(rest);
+    const bool evenHidden = word == "hidden";
+    TellUnlessEmpty(Click(Find(evenHidden ? name : rest), evenHidden));
 }
 
 void TJourney::TypeStep(const std::string& rest) {
-    const auto [name, text] = Split(rest);
-    TControl* const control = Find(name);
-    if (auto* const edit = dynamic_cast<TEdit*>(control)) {
-        edit->Enter(text);
-        if (edit->Text() == text) // which the step says already
-            Screen.Take(*control);
-    } else if (auto* const mask = dynamic_cast<TMaskEdit*>(control)) {
-        mask->SetText(text);
-        mask->OnExit();
-    } else if (const auto* grid = dynamic_cast<TStringGrid*>(control)) {
-        grid->OnKeyPress(text);
-    } else if (const auto* tree = dynamic_cast<TTreeView*>(control)) {
-        tree->OnKeyPress(text);
-    } else if (control != nullptr) {
-        Fail("nothing to type into");
-    }
+    const auto [name, text] = SplitFirst(rest);
+    TControl& control = Find(name);
+    Type(control, text);
+    if (const auto* edit = dynamic_cast<TEdit*>(&control); edit != nullptr && edit->Text() == text)
+        Screen.Take(control); // the step says it already
 }
 
 // On the control, or the form on top.
 void TJourney::KeyStep(const std::string& rest) {
     const auto words = Words(rest);
-    TControl* const control = words.size() == 2 ? Find(words[0]) : TopForm();
-    const EKey key = KeyOf(words.back());
-    if (const auto* grid = dynamic_cast<TStringGrid*>(control))
-        return grid->OnKeyPress(words.back() == "Space" ? " " : "\r");
-    if (const auto* tree = dynamic_cast<TTreeView*>(control))
-        return tree->OnKeyPress("\r");
     TSetpointPage& page = World.Program->SetpointPage;
-    if (control == &page.SetpointFilter && key == EKey::Escape && page.ClearSetpointFilter())
-        return;
-    if (const auto* edit = dynamic_cast<TEdit*>(control))
-        return edit->OnReturn();
-    const auto* form = dynamic_cast<TForm*>(control);
-    if (form == nullptr)
-        return Fail("no keys there");
-    bool handled = false;
-    form->OnKeyDown(key, handled);
-    if (!handled)
-        Tell("the key is not taken");
+    TControl& control = words.size() == 2 ? Find(words[0]) : *TopForm();
+    if (&control != &page.SetpointFilter || words.back() != "Escape" || !page.ClearSetpointFilter())
+        TellUnlessEmpty(Press(control, words.back()));
 }
 
 void TJourney::PickStep(const std::string& rest) {
-    const auto words = Words(rest);
-    TControl* const control = Find(words[0]);
-    const auto number = [&words](std::size_t index) {
-        return index < words.size() ? ToIntegerOr(words[index], -1) : -1;
-    };
-    if (auto* const items = dynamic_cast<TItemsControl*>(control)) {
-        if (number(1) < static_cast<int>(items->Items().size()))
-            items->ClickItem(number(1));
-        else
-            Tell("there is no such row");
-    } else if (auto* const pages = dynamic_cast<TPageControl*>(control)) {
-        if (const auto* sheet = dynamic_cast<TTabSheet*>(Find(words[1])))
-            pages->SetActivePage(*sheet);
-    } else if (auto* const tree = dynamic_cast<TTreeView*>(control)) {
-        const auto& nodes = tree->Nodes();
-        const auto root = static_cast<std::size_t>(number(1));
-        if (root >= nodes.size() || number(2) >= static_cast<int>(nodes[root].Children.size()))
-            return Fail("no such node");
-        tree->SetSelected(TTreeView::TSelection{number(1), number(2)});
-        if (words.back() == "right")
-            return tree->OnRightMouseButton();
-        tree->OnOtherMouseButton();
-        tree->OnClick();
-    } else if (auto* const grid = dynamic_cast<TStringGrid*>(control)) {
-        const int row = number(1);
-        if (words.back() == "double")
-            return grid->OnDblClick(row);
-        grid->SetSelectedRow(row);
-        grid->OnSelectCell(row);
-        if (number(2) >= 0) {
-            const TCellRect cell{0, 0, 100, 20};
-            const TCellRect box = grid->BoxRect ? grid->BoxRect(cell) : cell;
-            grid->OnClick({number(2), row, (box.Left + box.Right) / 2, (box.Top + box.Bottom) / 2, cell});
-        }
-    } else if (auto* const bar = dynamic_cast<TTrackBar2*>(control)) {
-        bar->SetLowerPosition(number(1));
-        bar->SetUpperPosition(number(2));
-    } else if (auto* const scroll = dynamic_cast<TScrollBar*>(control)) {
-        scroll->Scroll(words.back() == "drag" ? EScrollCode::Track : EScrollCode::End, number(1));
-    } else if (control != nullptr) {
-        Fail("nothing to pick");
-    }
+    const auto [name, words] = SplitFirst(rest);
+    TellUnlessEmpty(Pick(Find(name), Words(words)));
 }
 
 void TJourney::RunStep(const std::string& rest) {
-    const auto [time, step] = Split(rest);
+    const auto [time, step] = SplitFirst(rest);
     const auto ms = Duration(time);
     if (!ms)
-        return Fail("no time");
+        throw TBadStep("no time");
     if (step.empty())
         return World.Time.Advance(*ms);
-    const auto [verb, words] = Split(step);
+    const auto [verb, words] = SplitFirst(step);
     World.Time.After(*ms, [this, step = step, verb = verb, words = words] {
         if (Ended || !World.Program)
             return;
@@ -733,7 +514,7 @@ void TJourney::RowsStep(const std::string& rest) {
     const auto rows = static_cast<std::size_t>(ToIntegerOr(rest, 0));
     if (!World.Time.AdvanceUntil([this, rows] { return World.Program->LogBuffers.DatalogCount >= rows; },
                                  Lenient ? 60000 : 3600000))
-        Fail("there are not so many rows in an hour");
+        throw TBadStep("there are not so many rows in an hour");
 }
 
 void TJourney::FileStep(const std::string& rest) {

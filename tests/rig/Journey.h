@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ports/IDialogs.h"
+#include "rig/JourneyText.h"
 #include "rig/Screen.h"
 #include "rig/World.h"
 
@@ -15,20 +16,6 @@
 #include <vector>
 
 namespace tidewell::test {
-
-// A case of a journey file: what stands between two lines "== ...".
-struct TJourneyCase {
-    std::string Title;
-    struct TStep {
-        std::string Text;              // as the person wrote it, comments in front of it included
-        std::string Verb, Rest;        // of its last line
-        std::vector<std::string> Told; // what came of it, written by the program
-    };
-    std::vector<TStep> Steps;
-};
-std::vector<TJourneyCase> ParseJourney(const std::string& text);
-std::vector<TJourneyCase> ReadJourney(const std::filesystem::path& path);
-std::string WriteJourney(const std::vector<TJourneyCase>& cases);
 
 // Plays one case: the person at the program, and the program's dialogs, below which the next steps are taken.
 // What happens is told behind the step in which it does. docs/testing.md lists the verbs.
@@ -86,6 +73,7 @@ class TJourney : public IDialogs {
     void Fail(const std::string& why) const;
 
     void Tell(const std::string& line);
+    void TellUnlessEmpty(const std::string& line);
     void TellCalls();
     void TellFiles();
     void TellSplash(std::int64_t passed);
@@ -105,11 +93,9 @@ class TJourney : public IDialogs {
     void PictureStep(const std::string& rest);
     void SizeStep(const std::string& rest);
     void HelpStep(const std::string& rest);
-    void FaultOfCloud(const std::string& rows);
-    void FaultOfDisk(const std::string& rows);
 
-    // The control of that name, on the topmost form that has one, or on "Form.Name"; null if there is none.
-    TControl* Find(const std::string& name) const;
+    // The control of that name, on the topmost form that has one, or on "Form.Name". Throws TBadStep.
+    TControl& Find(const std::string& name) const;
     TForm* TopForm() const;
 
     TJourneyCase& Case;
