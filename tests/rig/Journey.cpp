@@ -10,7 +10,6 @@
 #include "core/controls/Simple.h"
 #include "rig/Hands.h"
 #include "rig/Weather.h"
-#include "rig/Wire.h"
 #include "sim/controller/Firmware.h"
 
 #include <gtest/gtest.h>
@@ -25,33 +24,6 @@ namespace tidewell::test {
 namespace {
 
 const std::vector<std::string> linked{"-devid", "410000000001", "-LoginUserPW", "service;tidewell"};
-
-std::string Shown(const std::filesystem::path& path) {
-    return path.string().starts_with("/t/") ? path.string().substr(3) : path.string();
-}
-
-std::string OneLine(const std::string& text) {
-    std::string line;
-    for (const char character : text)
-        line += character == '\n' ? "\\n" : character == '\r' ? "\\r" : std::string(1, character);
-    return line;
-}
-
-// Lines that only the second text has.
-std::vector<std::string> NewLines(const std::string& before, const std::string& now) {
-    EEncoding encoding{};
-    std::vector<std::string> old = SplitLines(DecodeText(before, encoding));
-    const std::string text = DecodeText(now, encoding);
-    std::vector<std::string> lines;
-    if (encoding == EEncoding::Utf16LittleEndian)
-        lines.emplace_back("(UTF-16)");
-    for (const std::string& line : SplitLines(text))
-        if (const auto same = std::ranges::find(old, line); same != old.end())
-            old.erase(same);
-        else
-            lines.push_back(line);
-    return lines;
-}
 
 TScreen ScreenOf(const TWorld& world) {
     return {world.Forms(), *world.Program};
@@ -86,11 +58,9 @@ bool IsUsual(const std::string& line) {
 } // namespace
 
 TJourney::TJourney(TJourneyCase& journey) : Case(journey) {
-    World.OnExchange = [this](const std::string& call) { Calls.push_back(call); };
     World.Time.OnException = [this](const std::exception& error) {
         ShowMessageBox(EMessageKind::Error, error.what(), EButtons::Ok);
     };
-    Files = World.Files.Content;
 }
 
 TJourney::~TJourney() {
@@ -155,84 +125,37 @@ void TJourney::Fail(const std::string& why) const {
         ADD_FAILURE() << Case.Title << ": " << (Next > 0 ? Case.Steps[Next - 1].Text : "") << ": " << why;
 }
 
-void TJourney::Tell(const std::string& line) {
-    TellCalls();
-    Pending.push_back(OneLine(line));
-}
-
 void TJourney::TellUnlessEmpty(const std::string& line) {
     if (!line.empty())
-        Tell(line);
-}
-
-void TJourney::TellCalls() {
-    if (!Calls.empty())
-        Pending.push_back(JoinCalls(std::exchange(Calls, {})));
-    std::string processes;
-    for (; ProcessCalls < World.Process.Calls.size(); ++ProcessCalls)
-        processes += (processes.empty() ? "program: " : "; ") + World.Process.Calls[ProcessCalls];
-    if (!processes.empty())
-        Pending.push_back(processes);
-    for (; Errors < World.Application.Errors.size(); ++Errors)
-        Pending.push_back("stderr: " + World.Application.Errors[Errors]);
-}
-
-void TJourney::TellFiles() {
-    constexpr std::size_t most = 4;
-    const auto& now = World.Files.Content;
-    std::string all; // short texts share a line
-    const auto tell = [this, &all](const std::string& text) {
-        if (!all.empty() && all.size() + text.size() > 150)
-            Pending.push_back(std::exchange(all, {}));
-        all += (all.empty() ? "" : "; ") + text;
-    };
-    for (const auto& [path, bytes] : now) {
-        const auto old = Files.find(path);
-        if (old == Files.end()) {
-            tell("wrote " + Shown(path) + ", " + std::to_string(SplitLines(bytes).size()) + " lines");
-        } else if (old->second != bytes) {
-            const auto lines = NewLines(old->second, bytes);
-            std::string text = "changed " + Shown(path);
-            for (std::size_t i = 0; i < lines.size() && i < most; ++i)
-                text += (i == 0 ? ": " : " | ") + lines[i];
-            tell(text + (lines.size() > most ? " | ... " + std::to_string(lines.size()) : ""));
-        }
-    }
-    for (const auto& [path, bytes] : Files)
-        if (!now.contains(path))
-            tell("removed " + Shown(path));
-    if (!all.empty())
-        Pending.push_back(all);
-    if (Files != now)
-        Files = now;
+        Notes.Tell(line);
 }
 
 void TJourney::Flush() {
     if (Lenient || Next == 0)
         return;
-    TellCalls();
-    TellFiles();
+    Notes.TellCalls();
+    Notes.TellFiles();
     if (World.Program && World.Application.IsTerminated) {
         if (!std::exchange(EndTold, true))
-            Pending.push_back("the program ends");
+            Notes.Tell("the program ends");
     } else if (World.Program && Boxed == 0 && !World.Program->Splashscreen.Visible()) {
         TScreen now = ScreenOf(World);
         // Behind the start the whole difference of the main form is told.
-        for (std::string& line : now.ChangesSince(Screen, Starting ? "FormMain" : ""))
-            Pending.push_back(std::move(line));
+        for (const std::string& line : now.ChangesSince(Screen, Starting ? "FormMain" : ""))
+            Notes.Tell(line);
         Screen = std::move(now);
         AskedAtStart = Starting;
     }
-    auto& told = Case.Steps[Next - 1].Told;
+    auto& step = Case.Steps[Next - 1];
+    std::vector<std::string> lines = Notes.TakeLines();
     if (TUsualScreens::Known == nullptr)
-        AllTold.insert(AllTold.end(), Pending.begin(), Pending.end());
-    if (Case.Steps[Next - 1].Text.ends_with("start linked") ||
-        Case.Steps[Next - 1].Text.ends_with("start logging"))
-        std::erase_if(Pending, &IsUsual);
-    for (std::string& line : std::exchange(Pending, {})) {
-        const bool isRow = line.starts_with("| "); // of a file
-        if (!told.empty() && !isRow && !told.back().starts_with("| ") &&
-            told.back().size() + line.size() < 146)
+        AllTold.insert(AllTold.end(), lines.begin(), lines.end());
+    if (step.Text.ends_with("start linked") || step.Text.ends_with("start logging"))
+        std::erase_if(lines, &IsUsual);
+    for (std::string& line : lines) {
+        const auto isRow = [](const std::string& text) { return text.starts_with("| "); }; // of a file
+        auto& told = step.Told;
+        if (!told.empty() && !isRow(line) && !isRow(told.back()) && told.back().size() + line.size() < 146)
             told.back() += " // " + line;
         else
             told.push_back(std::move(line));
@@ -240,7 +163,7 @@ void TJourney::Flush() {
 }
 
 std::optional<std::string> TJourney::Answer(const std::string& dialog) {
-    Tell(dialog);
+    Notes.Tell(dialog);
     if (OnDialog)
         OnDialog();
     ++Modals;
@@ -278,7 +201,7 @@ EModalResult TJourney::ShowMessageBox(EMessageKind kind, const std::string& text
         ++answer;
     if (buttons == EButtons::Ok &&
         (Ended || answer == Case.Steps.size() || Case.Steps[answer].Verb != "answer")) {
-        Tell(told);
+        Notes.Tell(told);
         if (OnDialog)
             OnDialog();
         return EModalResult::Ok;
@@ -360,7 +283,7 @@ void TJourney::TellSplash(std::int64_t passed) {
     const std::string line =
         "splash " + std::to_string(passed) + " \"" + World.Program->Splashscreen.infostring.Caption() + "\"";
     if (!IsUsual(line))
-        Tell(line);
+        Notes.Tell(line);
 }
 
 void TJourney::Show(TForm& form) {
@@ -377,7 +300,7 @@ void TJourney::Popup(TPopupMenu& menu) {
         if (item.Visible())
             text += " " + item.Name() + (item.Enabled() ? "" : " (disabled)");
     if (!NextIs("menu")) // which says it all
-        Tell(text);
+        Notes.Tell(text);
     if (OnDialog)
         OnDialog();
     if (NextIs("menu"))
@@ -415,7 +338,7 @@ void TJourney::StartStep(const std::string& rest) {
         Screen.TakeForm("FormMain", usual);
     });
     World.Start(*this, rest == "linked" || isLogging ? linked : Words(rest));
-    TellCalls();
+    Notes.TellCalls();
     if (isLogging)
         World.Time.Advance(5000);
 }
@@ -430,13 +353,13 @@ void TJourney::CloseStep(const std::string& rest) {
     if (Modals > 0)
         return;
     World.Program->Finish();
-    TellCalls();
+    Notes.TellCalls();
     World.End();
 }
 
 void TJourney::EditStep(const std::string& rest) {
     EditFile(World, rest);
-    Files = World.Files.Content;
+    Notes.TakeFiles();
 }
 
 void TJourney::FaultStep(const std::string& rest) {
@@ -505,7 +428,7 @@ void TJourney::RunStep(const std::string& rest) {
     World.Time.After(*ms, [this, step = step, verb = verb, words = words] {
         if (Ended || !World.Program)
             return;
-        Tell("-- " + step);
+        Notes.Tell("-- " + step);
         Take(verb, words);
     });
 }
@@ -525,12 +448,13 @@ void TJourney::FileStep(const std::string& rest) {
         const auto lines = SplitLines(bytes);
         char crc[16];
         std::snprintf(crc, sizeof crc, "%08x", Crc32(bytes));
-        Tell(Shown(mask.parent_path() / name) + ", " + std::to_string(lines.size()) + " lines, crc " + crc);
+        Notes.Tell(Shown(mask.parent_path() / name) + ", " + std::to_string(lines.size()) + " lines, crc " +
+                   crc);
         for (std::size_t i = 0; i < lines.size(); ++i)
             if (lines.size() <= whole || i < 2 || i + 1 == lines.size())
-                Tell("| " + (lines[i].size() > 120 ? lines[i].substr(0, 120) + "..." : lines[i]));
+                Notes.Tell("| " + (lines[i].size() > 120 ? lines[i].substr(0, 120) + "..." : lines[i]));
             else if (i == 2)
-                Tell("| ...");
+                Notes.Tell("| ...");
     }
 }
 
@@ -553,7 +477,7 @@ void TJourney::HelpStep(const std::string& rest) {
 
 void TJourney::PictureStep(const std::string& rest) {
     for (const std::string& line : ScreenOf(World).Tell(rest))
-        Tell(line);
+        Notes.Tell(line);
 }
 
 } // namespace tidewell::test

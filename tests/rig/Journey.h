@@ -2,6 +2,7 @@
 
 #include "core/ports/IDialogs.h"
 #include "rig/JourneyText.h"
+#include "rig/Notes.h"
 #include "rig/Screen.h"
 #include "rig/World.h"
 
@@ -72,10 +73,7 @@ class TJourney : public IDialogs {
     std::optional<std::string> Answer(const std::string& dialog);
     void Fail(const std::string& why) const;
 
-    void Tell(const std::string& line);
     void TellUnlessEmpty(const std::string& line);
-    void TellCalls();
-    void TellFiles();
     void TellSplash(std::int64_t passed);
     void Flush(); // what has happened since, to the step that was taken last
 
@@ -100,11 +98,7 @@ class TJourney : public IDialogs {
 
     TJourneyCase& Case;
     std::size_t Next = 0; // step
-    std::vector<std::string> Pending;
-    std::vector<std::string> Calls;                     // not yet told
-    std::map<std::filesystem::path, std::string> Files; // as last told
-    std::size_t ProcessCalls = 0;
-    std::size_t Errors = 0;
+    TNotes Notes{World};
     TScreen Screen;
     std::vector<TForm*> Modal; // from the bottom up
     int Modals = 0;
