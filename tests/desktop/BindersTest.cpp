@@ -73,6 +73,7 @@ class BindersTest : public testing::Test {
     }
 
     TTestDesk Desk;
+    TRobot Robot;
     std::string Heard;
     TButton Button{"But", "Go"};
     TCheckBox Box{"Box", "Tick"};
@@ -114,11 +115,8 @@ class RangeTest : public BindersTest {
 
 TEST_F(BindersTest, ButtonsAndEditsTellWhatTheUserDoes) {
     Button.OnClick = [] { throw EConvertError("'x' is not a number"); };
-    {
-        const TOnMessageBox answer([](QMessageBox& message) { message.accept(); });
-        ButtonView.click();
-        EXPECT_EQ(answer.Text, "'x' is not a number");
-    }
+    Robot.OnMessage("'x' is not a number");
+    ButtonView.click();
     Button.SetColor(TColor{0x00FFFF}); // yellow, then dark blue
     EXPECT_EQ(ButtonView.palette().color(QPalette::Button), QColor(255, 255, 0));
     EXPECT_EQ(ButtonView.palette().color(QPalette::ButtonText), QColor(Qt::black));

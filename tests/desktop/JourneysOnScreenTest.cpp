@@ -1,13 +1,10 @@
-#include "Support.h"
+#include "Windows.h"
 #include "core/DiskFiles.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Menu.h"
 #include "core/controls/Pages.h"
 #include "core/controls/StatusBar.h"
 #include "core/controls/TreeView.h"
-#include "desktop/Desktop.h"
-#include "desktop/binders/FormBinder.h"
-#include "desktop/views/Views.h"
 #include "rig/Journey.h"
 
 #include <QAction>
@@ -22,7 +19,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <optional>
 #include <string>
 
@@ -46,46 +42,19 @@ class TOnScreen {
   public:
     explicit TOnScreen(TJourneyCase& journey) : Journey(journey) {
         Journey.Lenient = true; // what it tells is compared elsewhere
-        Journey.OnStep = [this] { Look(); };
-        Journey.OnDialog = [this] { Look(); };
-        Journey.World.BeforeEnd = [this] { Windows.clear(); };
+        Journey.OnStep = Journey.OnDialog = [this] { Look(); };
         Journey.Play();
     }
 
   private:
     void Look() {
-        TWorld& world = Journey.World;
-        if (!world.Program)
+        if (!Journey.World.Program)
             return;
-        TProgram& program = *world.Program;
-        for (TForm* form : world.Forms()) {
-            if (form->Visible() && !Windows.contains(form))
-                Windows.emplace(form, Window(program, *form));
-            if (const auto window = Windows.find(form); window != Windows.end())
-                window->second->setVisible(form->Visible());
-        }
-        QCoreApplication::processEvents();
-        for (const auto& [form, window] : Windows)
-            for (const TControl* control : form->Controls())
-                Compare(*window, *control);
-    }
-    std::unique_ptr<QWidget> Window(TProgram& program, const TForm& form) {
-        const TViewContext context{Application(), Journey, Hold, Journey.World.Files};
-        if (&form == &program.FormMain)
-            return ViewOf(program, context);
-        if (&form == &program.NabtoDevice)
-            return ViewOf(program.NabtoDevice, context);
-        if (&form == &program.SetupForm)
-            return ViewOf(program.SetupForm, context);
-        if (&form == &program.NabtoLogOn)
-            return ViewOf(program.NabtoLogOn, context);
-        if (&form == &program.InputDialog)
-            return ViewOf(program.InputDialog, context);
-        if (&form == &program.LoadSetpoints)
-            return ViewOf(program.LoadSetpoints, context);
-        if (&form == &program.languagedialog)
-            return ViewOf(program.languagedialog, context);
-        return ViewOf(program.Splashscreen, context);
+        Windows.Update();
+        for (const TForm* form : Journey.World.Forms())
+            if (QWidget* const window = Windows.Of(*form))
+                for (const TControl* control : form->Controls())
+                    Compare(*window, *control);
     }
     void Compare(QWidget& window, const TControl& control) {
         const QString name = QString::fromStdString(control.Name());
@@ -156,8 +125,7 @@ class TOnScreen {
     }
 
     TJourney Journey;
-    TDeliveryHold Hold;
-    std::map<TForm*, std::unique_ptr<QWidget>> Windows;
+    TWindows Windows{Journey.World};
 };
 
 TEST(TJourneysOnScreen, EachWidgetShowsWhatItsControlHolds) {

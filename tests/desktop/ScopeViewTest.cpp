@@ -102,6 +102,7 @@ class ScopeViewTest : public testing::Test {
     }
     QToolButton& Button(const char* name) { return *View.findChild<QToolButton*>(QString::fromLatin1(name)); }
 
+    TRobot Robot;
     TSLScope Scope;
     std::function<std::string(EPictureType)> PictureBytes; // of the last picture saved
     TScopeView View{Scope};
@@ -372,7 +373,7 @@ TEST_F(ScopeViewTest, ChannelSettingsSetAxisAndVisibility) {
     const TSLDisplayChannel& other = Add("b", green, 8, {4, 4});
     Show();
     for (const auto button : {QDialogButtonBox::Cancel, QDialogButtonBox::Ok}) {
-        const TOnNext<TChannelSettings> next([button](TChannelSettings& dialog) {
+        Robot.On<TChannelSettings>("ChannelSettings", [button](TChannelSettings& dialog) {
             EXPECT_EQ(dialog.findChild<QComboBox*>("Axis1")->currentText(), "-");
             dialog.findChild<QComboBox*>("Axis0")->setCurrentIndex(1);
             dialog.findChild<QCheckBox*>("Visible1")->click();

@@ -1,4 +1,4 @@
-// Paints the program's dialogs, filled from the example installation, into picture files:
+// Plays pictures.txt on the program's real windows, and paints them into picture files:
 //
 //     screenshots <folder> light|dark [<name of a picture>...]
 //
@@ -6,64 +6,30 @@
 //
 //     cmake --build --preset dev --target pictures
 
-#include "Picture.h"
+#include "Windows.h"
+#include "desktop/views/Views.h"
+#include "rig/Journey.h"
 #include "widgets/Icons.h"
+#include "widgets/ScopeView.h"
 
+#include <QMenu>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTemporaryFile>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cstdlib>
-#include <functional>
 #include <iostream>
-#include <iterator>
 #include <string>
-#include <vector>
 
 namespace tidewell::test {
 
 namespace {
 
-const std::vector<std::string> signedIn = {"-LoginUserPW", "service;tidewell"};
-const std::vector<std::string> linked = {"-devid", "410000000001", "-LoginUserPW", "service;tidewell"};
-
-// Presses a key in the main form.
-std::function<void(TStage)> Key(Qt::Key key) {
-    return [key](TStage stage) { stage.Robot.On("FormMain", [key](QWidget&) { Press(key); }); };
-}
-
-void ClickOn(QWidget& window, const char* name) {
-    QTest::mouseClick(window.findChild<QWidget*>(QString::fromLatin1(name)), Qt::LeftButton);
-}
-
-std::vector<TPicture> Pictures() {
-    return {
-        {"logon", "NabtoLogOn", {}, {}, [](QWidget&, TStage) { Type("service\ttidewell\t "); }},
-        {"setup",
-         "SetupForm",
-         signedIn,
-         {},
-         [](QWidget&, TStage) {
-             Type("\t \t");
-             Press(Qt::Key_Down);
-         }},
-        {"driver", "NabtoDevice", signedIn,
-         [](TStage stage) {
-             stage.Robot.On("SetupForm", [](QWidget&) { Type("410000000001\n"); });
-             Key(Qt::Key_F11)(stage);
-         },
-         [](QWidget& window, TStage stage) {
-             stage.Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
-             ClickOn(window, "btnPing");
-             ClickOn(window, "btnShowReadList");
-         }},
-        {"language", "languagedialog", linked, Key(Qt::Key_F12), {}},
-        {"message", "MessageBox", linked, Key(Qt::Key_F2), {}},
-    };
-}
+constexpr int drawn = 400; // ms, after which the newest picture of the plot stands on the screen
 
 QPalette Dark() {
     const QColor window(53, 53, 53);
@@ -110,37 +76,94 @@ QPixmap Framed(QWidget& window) {
     return picture;
 }
 
-bool Take(const TPicture& picture, const QString& folder, const QString& theme) {
-    bool taken = false;
-    TProgramOnScreen screen;
-    screen.Arguments = picture.Arguments;
-    TRobot robot([&](const QString& line) {
-        std::cerr << picture.Name.toStdString() << ": the robot " << line.toStdString() << '\n';
-        screen.Desktop.Dialogs.CancelAll();
-    });
-    const TStage stage{screen, robot};
-    const auto shoot = [&](QWidget& window) {
+// One case of the journey, with our extensions.
+class TPainter {
+  public:
+    TPainter(TJourneyCase& journey, QString folder, QString theme, QStringList wanted)
+        : Folder(std::move(folder)), Theme(std::move(theme)), Wanted(std::move(wanted)), Journey(journey) {
+        TWorld& world = Journey.World;
+        world.Edit(TWorld::SystemFile, "[NoExtensions]", "[Extensions]");
+        Journey.OnStep = Journey.OnDialog = [this] {
+            if (Journey.World.Program)
+                Windows.Update();
+        };
+        Journey.OnPicture = [this](const std::string& form, const std::string& name) {
+            if (Wanted.isEmpty() || Wanted.contains(QString::fromStdString(name)))
+                Take(form, name);
+        };
+        Journey.Play();
+    }
+
+  private:
+    void Take(const std::string& form, const std::string& name) {
+        Windows.Update();
+        for (const TForm* one : Journey.World.Forms())
+            if (QWidget* const window = Windows.Of(*one); one->Name() == form && window != nullptr) {
+                QApplication::setActiveWindow(window);
+                QTest::qWait(drawn);
+                Prepare(*window, name);
+                return;
+            }
+        ADD_FAILURE() << name << ": " << form << " is not open";
+    }
+    // What a mouse does on the plot.
+    void Prepare(QWidget& window, const std::string& name) {
+        auto* const view = dynamic_cast<TScopeView*>(window.findChild<QWidget*>("graph"));
+        if (name == "graph-bits") {
+            constexpr std::size_t status = 15;
+            const QPoint place = view->Plot().LegendEntryRect(status).center();
+            QTest::mouseClick(view, Qt::LeftButton, {}, place);
+            QMenu menu;
+            FillBinaryPopup(menu, Journey.World.Program->GraphPage);
+            menu.popup(view->mapToGlobal(place));
+            return Save(window, name);
+        }
+        if (name == "channels") {
+            QTimer::singleShot(drawn, [&] {
+                QWidget& dialog = *QApplication::activeModalWidget();
+                Save(dialog, name);
+                dialog.close();
+            });
+            return view->ShowChannelSettings();
+        }
+        if (name == "graph-zoom")
+            Zoom(*view);
+        Save(window, name);
+    }
+    // Along Y with the wheel, and the mouse on a curve.
+    void Zoom(TScopeView& view) {
+        const QPoint place = PlaceOf(view);
+        for (int turn = 0; turn < 6; ++turn) {
+            QWheelEvent event(place, view.mapToGlobal(place), {}, {0, 120}, Qt::NoButton, {},
+                              Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(&view, &event);
+        }
+        QTest::qWait(drawn);
+        QTest::mouseMove(&view, PlaceOf(view));
+        QTest::qWait(drawn);
+    }
+    // A point of a curve, in pixels of the view.
+    QPoint PlaceOf(const TScopeView& view) {
+        const TSLDisplayChannel& supplyAir = Journey.World.Program->GraphPage.graph.Channels[1];
+        const TSLPoint& at = supplyAir.Data.Points()[500];
+        const TPlotMap map = view.Plot().Map();
+        const auto axis = static_cast<std::size_t>(supplyAir.YAxisIndex());
+        return QPointF(map.X.Pixel(at.X), map.Y.at(axis).Pixel(at.Y)).toPoint();
+    }
+    void Save(QWidget& window, const std::string& name) {
         const QPixmap framed = Framed(window);
         const QString file = QStringLiteral("%1/%2-%3-%4.png")
-                                 .arg(folder, picture.Name, theme)
+                                 .arg(Folder, QString::fromStdString(name), Theme)
                                  .arg(qRound(framed.devicePixelRatio() * 100));
-        taken = framed.save(file);
-        std::cout << (taken ? "" : "Cannot write ") << file.toStdString() << '\n';
-        screen.Desktop.Dialogs.CancelAll();
-    };
-    if (picture.Before)
-        picture.Before(stage);
-    robot.On(picture.Window, [&](QWidget& window) {
-        if (picture.Fill)
-            picture.Fill(window, stage);
-        robot.On(picture.Window, shoot);
-    });
-    screen.Build();
-    screen.Advance(200);
-    while (!robot.Done())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return taken;
-}
+        EXPECT_TRUE(framed.save(file)) << "Cannot write";
+        std::cout << file.toStdString() << '\n';
+    }
+
+    QString Folder, Theme;
+    QStringList Wanted; // all, if empty
+    TJourney Journey;
+    TWindows Windows{Journey.World};
+};
 
 // A screen of 1280 by 720 at 100 %, and as much room at other scales.
 QByteArray PlatformOn(QTemporaryFile& screen) {
@@ -162,6 +185,7 @@ int Run(int argc, char** argv) {
         std::cerr << "screenshots <folder> light|dark [<name of a picture>...]\n";
         return EXIT_FAILURE;
     }
+    testing::InitGoogleTest(&argc, argv);
     QTemporaryFile screen;
     qputenv("QT_QPA_PLATFORM", PlatformOn(screen));
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
@@ -175,16 +199,10 @@ int Run(int argc, char** argv) {
     QApplication::setWindowIcon(AppIcon());
 
     const QStringList arguments = QCoreApplication::arguments();
-    const QStringList wanted = arguments.mid(3);
-    bool good = true;
-    std::vector<TPicture> pictures = Pictures();
-    std::ranges::move(SetpointPictures(), std::back_inserter(pictures));
-    std::ranges::move(GraphPictures(), std::back_inserter(pictures));
-    std::ranges::move(ServicePictures(), std::back_inserter(pictures));
-    for (const TPicture& picture : pictures)
-        if (wanted.isEmpty() || wanted.contains(picture.Name))
-            good = Take(picture, arguments.at(1), theme) && good;
-    return good ? EXIT_SUCCESS : EXIT_FAILURE;
+    for (TJourneyCase& one :
+         ReadJourney(std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/desktop/pictures.txt"))
+        const TPainter painter(one, arguments.at(1), theme, arguments.mid(3));
+    return testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 
 } // namespace
