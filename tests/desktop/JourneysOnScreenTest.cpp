@@ -4,6 +4,7 @@
 #include "core/controls/Menu.h"
 #include "core/controls/Pages.h"
 #include "core/controls/StatusBar.h"
+#include "core/controls/StringGrid.h"
 #include "core/controls/TreeView.h"
 #include "rig/Journey.h"
 
@@ -14,7 +15,9 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QRadioButton>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTreeWidget>
 
 #include <gtest/gtest.h>
@@ -60,13 +63,8 @@ class TOnScreen {
         const QString name = QString::fromStdString(control.Name());
         SCOPED_TRACE(Journey.StepText() + ": " + control.Name());
         if (const auto* item = dynamic_cast<const TMenuItem*>(&control)) {
-            if (const auto* action = window.findChild<QAction*>(name);
-                action != nullptr && item->Items.empty()) {
-                EXPECT_EQ(action->isVisible(), item->Visible());
-                EXPECT_EQ(action->isEnabled(), item->Visible() && item->Enabled()); // as Qt has it
-                EXPECT_EQ(action->isChecked(), item->Checked());
-                EXPECT_EQ(action->text().toStdString(), item->Caption());
-            }
+            if (const auto* action = window.findChild<QAction*>(name))
+                CompareEntry(*action, *item);
             return;
         }
         QWidget* const widget = window.findChild<QWidget*>(name);
@@ -78,6 +76,43 @@ class TOnScreen {
         }
         CompareText(*widget, control);
         CompareRows(*widget, control);
+    }
+    // An entry is shown with one that is below it, and enabled as far as it is shown.
+    static bool IsShown(const TMenuItem& item) {
+        const auto shown = [](const TMenuItem& below) { return IsShown(below); };
+        return item.Visible() && (item.Items.empty() || std::ranges::any_of(item.Items, shown));
+    }
+    static void CompareEntry(const QAction& action, const TMenuItem& item) {
+        EXPECT_EQ(action.isVisible(), IsShown(item));
+        EXPECT_EQ(action.isEnabled(), IsShown(item) && item.Enabled());
+        EXPECT_EQ(action.isChecked(), item.Checked());
+        EXPECT_EQ(action.text().toStdString(), item.Caption());
+        EXPECT_EQ(action.shortcut().toString().toStdString(), item.ShortCut());
+    }
+    static void CompareGrid(const QTableView& view, const TStringGrid& grid) {
+        const QAbstractItemModel& model = *view.model();
+        const auto rows = static_cast<int>(grid.Cells.RowCount());
+        EXPECT_EQ(model.rowCount(), std::max(rows - 1, 0));
+        EXPECT_EQ(view.selectionModel()->hasSelection(), grid.SelectedRow() > 0);
+        EXPECT_TRUE(grid.SelectedRow() < 1 || view.selectionModel()->isRowSelected(grid.SelectedRow() - 1));
+        for (int column = 0; column < model.columnCount(); ++column)
+            for (int row = 0; row < rows; ++row) {
+                const std::string own =
+                    grid.Cells.Cell(static_cast<std::size_t>(column), static_cast<std::size_t>(row));
+                const bool drawn = grid.OnDrawCell && (row > 0 || own.empty());
+                const QVariant shown =
+                    row > 0 ? model.index(row - 1, column).data() : model.headerData(column, Qt::Horizontal);
+                EXPECT_EQ(shown.toString().toStdString(), drawn ? grid.OnDrawCell(column, row).Text : own);
+            }
+    }
+    static void CompareChoices(const QWidget& group, const TRadioGroup& radio) {
+        const auto buttons = group.findChildren<QRadioButton*>();
+        ASSERT_EQ(buttons.size(), std::ssize(radio.Items()));
+        for (qsizetype i = 0; i < buttons.size(); ++i) {
+            EXPECT_EQ(buttons[i]->text().replace("&&", "&").toStdString(),
+                      radio.Items()[static_cast<std::size_t>(i)]);
+            EXPECT_EQ(buttons[i]->isChecked(), radio.ItemIndex() == i);
+        }
     }
     static void CompareText(const QWidget& widget, const TControl& control) {
         const auto shown = TextOn(widget);
@@ -99,6 +134,10 @@ class TOnScreen {
         }
     }
     static void CompareRows(const QWidget& widget, const TControl& control) {
+        if (const auto* grid = dynamic_cast<const TStringGrid*>(&control))
+            CompareGrid(dynamic_cast<const QTableView&>(widget), *grid);
+        if (const auto* radio = dynamic_cast<const TRadioGroup*>(&control))
+            CompareChoices(widget, *radio);
         if (const auto* list = dynamic_cast<const QListWidget*>(&widget)) {
             const auto& items = dynamic_cast<const TItemsControl&>(control);
             EXPECT_EQ(static_cast<std::size_t>(list->count()), items.Items().size());

@@ -119,15 +119,20 @@ TEST_F(ScopeViewTest, PaintsCurvesWhereTheirPointsLie) {
     Add("alone", green, 0, {none, 1, none, none, none});
     Add("hidden", red, 0, {4, 4}).SetVisible(false);
     Add("axis 9", red, 8, {4, 4});
+    std::vector<double> many(100001, 3); // more than pixels show; peaks stay
+    many[40000] = 9;
+    many[60001] = 0.5;
+    Add("long", blue, 0, many);
     Show();
     // By X, Y of the left scale, and colour. Green is drawn on the second scale, blue on the third.
-    const std::vector<std::pair<QPointF, TColor>> painted{{{10, 2}, red},  {{90, 8}, red},   {{60, 9}, green},
-                                                          {{30, 5}, blue}, {{50, 9.8}, red}, {{50, 0.3}, red},
-                                                          {{25, 1}, green}};
+    const std::vector<std::pair<QPointF, TColor>> painted{
+        {{10, 2}, red},   {{90, 8}, red},   {{60, 9}, green}, {{30, 5}, blue},       {{50, 9.8}, red},
+        {{50, 0.3}, red}, {{25, 1}, green}, {{40, 7}, blue},  {{60.001, 1.5}, blue}, {{80, 3}, blue}};
     for (const auto& [place, color] : painted)
         EXPECT_TRUE(Painted(place.x(), place.y(), color)) << place.x() << ' ' << place.y();
     for (const QPointF place : {QPointF(40, 2), {45, 8}, {60, 4}, {10, 8}, {25, 9.8}})
         EXPECT_FALSE(Painted(place.x(), place.y(), red)) << place.x() << ' ' << place.y();
+    EXPECT_FALSE(Painted(52, 7, blue));
 
     // At 200 % a line covers three rows instead of one and a half.
     const QImage large = View.Snapshot(2);
@@ -142,18 +147,6 @@ TEST_F(ScopeViewTest, PaintsCurvesWhereTheirPointsLie) {
     View.render(&image, {}, {}, QWidget::DrawChildren);
     for (const QPoint corner : {QPoint(0, 0), QPoint(799, 0), QPoint(0, 499), QPoint(799, 499)})
         EXPECT_NE(image.pixelColor(corner), QColor(Qt::magenta)) << corner.x() << " " << corner.y();
-}
-
-TEST_F(ScopeViewTest, ThinsOutWhatPixelsCannotShowAndKeepsPeaks) {
-    std::vector<double> values(100001, 3);
-    values[40000] = 9;
-    values[60001] = 0.5;
-    Add("long", red, 0, values);
-    Show();
-    EXPECT_TRUE(Painted(40, 7, red));
-    EXPECT_TRUE(Painted(60.001, 1.5, red));
-    EXPECT_TRUE(Painted(80, 3, red));
-    EXPECT_FALSE(Painted(50, 7, red));
 }
 
 TEST_F(ScopeViewTest, DrawsAtMostOncePerIntervalAndOnlyWhatHasChanged) {
@@ -239,32 +232,31 @@ TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
                              .arg(std::round(range.Upper / step) * step));
         return texts.join(' ');
     };
-    Wheel(centre, 1);
-    EXPECT_EQ(shown(), "0..100 1..9 10..90");
-    QTest::mouseDClick(&View, Qt::LeftButton, {}, centre);
-    EXPECT_EQ(shown(), "0..100 0..10 0..100");
-    Wheel(centre, 1, Qt::ControlModifier);
-    EXPECT_EQ(shown(), "10..90 0..10 0..100");
-    Wheel(centre, -9, Qt::ControlModifier); // out again, no further than all
-    EXPECT_EQ(shown(), "0..100 0..10 0..100");
-    Drag(At(20, 2), At(40, 6));
-    EXPECT_EQ(shown(), "0..100 2..6 20..60");
-    QTest::keyClick(&View, Qt::Key_Home);
-    Drag(At(20, 5), At(70, 5) + QPoint(0, 1)); // too flat
-    EXPECT_EQ(shown(), "0..100 0..10 0..100");
-    Drag(At(20, 2), At(40, 4), Qt::ShiftModifier); // pans, but not beyond the samples
-    EXPECT_EQ(shown(), "0..100 -2..8 -20..80");
-    QTest::keyClick(&View, Qt::Key_Up);
-    EXPECT_EQ(shown(), "0..100 -1..9 -10..90");
-    QTest::keyClick(&View, Qt::Key_Down);
-    EXPECT_EQ(shown(), "0..100 -2..8 -20..80");
-    QTest::keyClick(&View, Qt::Key_Home);
-    QTest::keyClick(&View, Qt::Key_Minus);
-    EXPECT_EQ(shown(), "0..100 -1.25..11.25 -12.5..112.5");
-    QTest::mouseDClick(&View, Qt::LeftButton, {}, {plot.left() - 10, centre.y()}); // on a scale
-    EXPECT_EQ(shown(), "0..100 0..10 -12.5..112.5");
-    Wheel({plot.right() + 10, centre.y()}, 1);
-    EXPECT_EQ(shown(), "0..100 0..10 0..100");
+    const auto key = [this](Qt::Key which) { QTest::keyClick(&View, which); };
+    const auto twice = [this](QPoint at) { QTest::mouseDClick(&View, Qt::LeftButton, {}, at); };
+    const QPoint scale(plot.left() - 10, centre.y());
+    const std::vector<std::pair<std::function<void()>, const char*>> moves{
+        {[&] { Wheel(centre, 1); }, "0..100 1..9 10..90"},
+        {[&] { twice(centre); }, "0..100 0..10 0..100"},
+        {[&] { Wheel(centre, 1, Qt::ControlModifier); }, "10..90 0..10 0..100"},
+        {[&] { Wheel(centre, -9, Qt::ControlModifier); }, "0..100 0..10 0..100"}, // no further than all
+        {[&] { Drag(At(20, 2), At(40, 6)); }, "0..100 2..6 20..60"},
+        {[&] { key(Qt::Key_Home); }, "0..100 0..10 0..100"},
+        {[&] { Drag(At(20, 5), At(70, 5) + QPoint(0, 1)); }, "0..100 0..10 0..100"}, // too flat
+        // pans, but not beyond the samples
+        {[&] { Drag(At(20, 2), At(40, 4), Qt::ShiftModifier); }, "0..100 -2..8 -20..80"},
+        {[&] { key(Qt::Key_Up); }, "0..100 -1..9 -10..90"},
+        {[&] { key(Qt::Key_Down); }, "0..100 -2..8 -20..80"},
+        {[&] { (key(Qt::Key_Home), key(Qt::Key_Minus)); }, "0..100 -1.25..11.25 -12.5..112.5"},
+        {[&] { twice(scale); }, "0..100 0..10 -12.5..112.5"},
+        {[&] {
+             Wheel({plot.right() + 10, centre.y()}, 1);
+         },
+         "0..100 0..10 0..100"}};
+    for (const auto& [move, expected] : moves) {
+        move();
+        EXPECT_EQ(shown(), expected);
+    }
 
     // Panning holds the display for as long as it lasts.
     bool held = false;
