@@ -38,7 +38,6 @@ bool IsNear(const QColor& color, TColor wanted) {
 class ScopeViewTest : public testing::Test {
   protected:
     ScopeViewTest() {
-        View.OnSavePicture = [this](const auto& bytes) { PictureBytes = bytes; };
         Scope.RefreshInterval = 1;
         Scope.XAxis.Max.SetBoth(100);
         const std::array<double, 3> most{10, 100, 1};
@@ -88,6 +87,14 @@ class ScopeViewTest : public testing::Test {
                 return true;
         return false;
     }
+    // Once drawn: the values at which a curve of a color lies in the middle.
+    std::string Lines(TColor color) {
+        Draw();
+        std::string values;
+        for (int value = 1; value < 10; ++value)
+            values += Painted(50, value, color) ? std::to_string(value) : "";
+        return values;
+    }
 
     void Drag(QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = {}) {
         QTest::mousePress(&View, Qt::LeftButton, modifiers, from);
@@ -104,7 +111,6 @@ class ScopeViewTest : public testing::Test {
 
     TRobot Robot;
     TSLScope Scope;
-    std::function<std::string(EPictureType)> PictureBytes; // of the last picture saved
     TScopeView View{Scope};
 };
 
@@ -139,8 +145,7 @@ TEST_F(ScopeViewTest, PaintsCurvesWhereTheirPointsLie) {
     int rows = 0;
     for (int row = -8; row <= 8; ++row)
         rows += IsNear(large.pixelColor(2 * At(10, 2) + QPoint(0, row)), red) ? 1 : 0;
-    EXPECT_GE(rows, 2);
-    EXPECT_LE(rows, 3);
+    EXPECT_TRUE(rows == 2 || rows == 3) << rows;
 
     QImage image(View.size(), QImage::Format_RGB32); // all of the widget is painted
     image.fill(QColor(Qt::magenta));
@@ -167,7 +172,7 @@ TEST_F(ScopeViewTest, DrawsAtMostOncePerIntervalAndOnlyWhatHasChanged) {
     EXPECT_GE(View.Frames() - before, 2);
     EXPECT_LE(View.Frames() - before, elapsed.elapsed() / 50 + 1);
     const int drawn = idle();
-    EXPECT_TRUE(Painted(50, 7, red));
+    EXPECT_EQ(Lines(red), "7");
     EXPECT_EQ(idle(), drawn);
 
     // A live value is drawn without the curves.
@@ -191,10 +196,8 @@ TEST_F(ScopeViewTest, HoldFreezesThePictureButTakesData) {
     Scope.SetHold(true);
     Replace(channel, 7);
     Scope.XAxis.Max.SetBoth(1000);
-    Draw();
     View.resize(820, 520);
-    EXPECT_TRUE(Painted(50, 2, red));
-    EXPECT_FALSE(Painted(50, 7, red));
+    EXPECT_EQ(Lines(red), "2");
     // The user still moves about in it. X has gone on below; all of the held picture is no zoom.
     Wheel(At(50, 2), 1);
     QTest::keyClick(&View, Qt::Key_Up);
@@ -205,14 +208,11 @@ TEST_F(ScopeViewTest, HoldFreezesThePictureButTakesData) {
     Scope.Channels.Clear();
     Scope.XAxis.Max.SetBoth(100);
     TSLDisplayChannel& other = Add("b", green, 0, {5, 5});
-    Draw();
-    EXPECT_FALSE(Painted(50, 2, red));
+    EXPECT_EQ(Lines(red) + Lines(green), "5");
     Replace(other, 7);
-    Draw();
-    EXPECT_TRUE(Painted(50, 5, green));
+    EXPECT_EQ(Lines(green), "5");
     Scope.SetHold(false);
-    Draw();
-    EXPECT_TRUE(Painted(50, 7, green));
+    EXPECT_EQ(Lines(green), "7");
 }
 
 TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
@@ -234,7 +234,7 @@ TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
     };
     const auto key = [this](Qt::Key which) { QTest::keyClick(&View, which); };
     const auto twice = [this](QPoint at) { QTest::mouseDClick(&View, Qt::LeftButton, {}, at); };
-    const QPoint scale(plot.left() - 10, centre.y());
+    const QPoint left(plot.left() - 10, centre.y()), right(plot.right() + 10, centre.y()); // scales
     const std::vector<std::pair<std::function<void()>, const char*>> moves{
         {[&] { Wheel(centre, 1); }, "0..100 1..9 10..90"},
         {[&] { twice(centre); }, "0..100 0..10 0..100"},
@@ -248,11 +248,8 @@ TEST_F(ScopeViewTest, MouseAndKeysChangeWhatTheAxesShow) {
         {[&] { key(Qt::Key_Up); }, "0..100 -1..9 -10..90"},
         {[&] { key(Qt::Key_Down); }, "0..100 -2..8 -20..80"},
         {[&] { (key(Qt::Key_Home), key(Qt::Key_Minus)); }, "0..100 -1.25..11.25 -12.5..112.5"},
-        {[&] { twice(scale); }, "0..100 0..10 -12.5..112.5"},
-        {[&] {
-             Wheel({plot.right() + 10, centre.y()}, 1);
-         },
-         "0..100 0..10 0..100"}};
+        {[&] { twice(left); }, "0..100 0..10 -12.5..112.5"},
+        {[&] { Wheel(right, 1); }, "0..100 0..10 0..100"}};
     for (const auto& [move, expected] : moves) {
         move();
         EXPECT_EQ(shown(), expected);
@@ -274,18 +271,21 @@ TEST_F(ScopeViewTest, TellsWhatLiesUnderTheMouse) {
     Add("hidden", red, 0, {5, 5}).SetVisible(false);
     Show();
     QStringList told;
-    Scope.OnOverChannel = [&](std::size_t index, const TSLPoint& point) {
-        told.append(QString("over %1 %2 %3").arg(index).arg(point.X).arg(point.Y));
+    const auto tell = [&](const char* what, double a, double b, double c) {
+        told.append(QString("%1 %2 %3 %4").arg(what).arg(a).arg(b).arg(c));
     };
-    Scope.Channels.OnClick = [&](std::size_t index, bool& handled, const TSLPoint& point) {
+    Scope.OnOverChannel = [&](auto index, const TSLPoint& at) {
+        tell("over", static_cast<double>(index), at.X, at.Y);
+    };
+    Scope.Channels.OnClick = [&](std::size_t index, bool& handled, const TSLPoint& at) {
         handled = true;
-        told.append(QString("click %1 %2 %3").arg(index).arg(point.X).arg(point.Y));
+        tell("click", static_cast<double>(index), at.X, at.Y);
     };
     Scope.Legend.Channels.OnItemClick = [&](std::size_t index, bool& handled) {
         handled = true;
-        told.append(QString("legend %1").arg(index));
+        tell("legend", static_cast<double>(index), 0, 0);
     };
-    Scope.OnContextPopup = [&](int x, int y) { told.append(QString("popup %1 %2").arg(x).arg(y)); };
+    Scope.OnContextPopup = [&](int x, int y) { tell("popup", x, y, 0); };
     Scope.OnCustomMouseHitLabel = [](std::string& text, double value) {
         text += " of " + std::to_string(std::lround(value));
     };
@@ -303,7 +303,7 @@ TEST_F(ScopeViewTest, TellsWhatLiesUnderTheMouse) {
     click(View.Plot().LegendEntryRect(1).center());
     click(At(50, 5)); // nothing there
     QTest::mouseClick(&View, Qt::RightButton, {}, {31, 41});
-    EXPECT_EQ(told, (QStringList{"legend 1", "popup 31 41"}));
+    EXPECT_EQ(told, (QStringList{"legend 1 0 0", "popup 31 41 0"}));
     // The curves have gone, but not yet from the screen.
     Scope.RefreshInterval = 10000;
     Scope.Channels.Clear();
@@ -381,7 +381,7 @@ TEST_F(ScopeViewTest, ChannelSettingsSetAxisAndVisibility) {
     EXPECT_TRUE(Painted(50, 2, red, 1));
 }
 
-TEST_F(ScopeViewTest, CopiesAndSavesThePicture) {
+TEST_F(ScopeViewTest, CopiesThePictureWithoutTheFrameOfTheKeyboard) {
     Add("curve", red, 0, {2, 2});
     Show();
     // The frame around a plot that Tab has come to stays on the screen.
@@ -395,12 +395,6 @@ TEST_F(ScopeViewTest, CopiesAndSavesThePicture) {
     EXPECT_NE(View.Snapshot(1).pixelColor(edge), accent);
     QTest::keyClick(&View, Qt::Key_C, Qt::ControlModifier);
     EXPECT_TRUE(IsNear(QApplication::clipboard()->image().pixelColor(At(50, 2)), red));
-    View.SavePicture();
-    const std::string png = PictureBytes(EPictureType::Png);
-    EXPECT_TRUE(IsNear(QImage::fromData(QByteArray::fromStdString(png)).pixelColor(At(50, 2)), red));
-    const std::string svg = PictureBytes(EPictureType::Svg);
-    EXPECT_TRUE(svg.find("<polyline") != std::string::npos || svg.find("<path") != std::string::npos);
-    EXPECT_NE(svg.find("curve"), std::string::npos);
 }
 
 } // namespace tidewell::test
