@@ -8,25 +8,6 @@
 #include "widgets/SimpleViews.h"
 #include "widgets/TwoThumbTrackBar.h"
 
-#include <QAction>
-#include <QCheckBox>
-#include <QContextMenuEvent>
-#include <QGroupBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMenuBar>
-#include <QPlainTextEdit>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QScrollBar>
-#include <QTabBar>
-#include <QTabWidget>
-#include <QTableView>
-#include <QTest>
-#include <QTreeWidget>
-#include <QVBoxLayout>
-
 #include <array>
 
 namespace tidewell::test {
@@ -298,18 +279,6 @@ TEST_F(BindersTest, WhatIsShownOutlivesAndIsDrawn) {
     label->SetCaption("æøå"); // the control outlives one view
     label.reset();            // and another view outlives its control
     EXPECT_EQ(view.text(), QString::fromUtf8("æøå"));
-
-    TALed led("Led");
-    led.SetValue(true);
-    led.SetTrueColor(TALed::Red);
-    auto& lamp = Show<TLedView>(led);
-    const QImage lit = lamp.grab().toImage();
-    EXPECT_EQ(lamp.accessibleDescription(), "on, #ff0000");
-    led.SetValue(false);
-    EXPECT_NE(lamp.grab().toImage(), lit);
-    TProgressBar bar("Bar");
-    bar.SetMax(0);
-    EXPECT_EQ(Show<QProgressBar>(bar).maximum(), 1); // not the endless bar
 
     TForm owner("Form");
     TStatusBar status(owner, "StatusBar", {{100, "left", false}, {80, "right", true}});

@@ -7,12 +7,6 @@
 #include "widgets/Child.h"
 #include "widgets/FormResizer.h"
 
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSplitter>
-#include <QTest>
-#include <QVBoxLayout>
-
 namespace tidewell::test {
 
 namespace {

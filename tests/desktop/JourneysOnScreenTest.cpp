@@ -8,18 +8,6 @@
 #include "core/controls/TreeView.h"
 #include "rig/Journey.h"
 
-#include <QAction>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QProgressBar>
-#include <QRadioButton>
-#include <QTabWidget>
-#include <QTableView>
-#include <QTreeWidget>
-
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -126,11 +114,17 @@ class TOnScreen {
         if (const auto* box = dynamic_cast<const TCheckBox*>(&control)) {
             EXPECT_EQ(dynamic_cast<const QAbstractButton&>(widget).isChecked(), box->Checked());
         }
+        if (const auto* led = dynamic_cast<const TALed*>(&control)) {
+            const TColor color = led->TrueColor();
+            const QString lit = QColor(color.Red(), color.Green(), color.Blue()).name();
+            const QString told = widget.accessibleDescription(); // none before its first change
+            EXPECT_EQ(told.isEmpty() ? "off, " + lit : told, (led->Value() ? "on, " : "off, ") + lit);
+        }
         const auto* bar = dynamic_cast<const TProgressBar*>(&control);
         if (const auto* view = dynamic_cast<const QProgressBar*>(&widget);
-            bar != nullptr && view != nullptr && bar->Max() > 0) {
+            bar != nullptr && view != nullptr) {
             EXPECT_EQ(view->value(), std::clamp(bar->Position(), view->minimum(), view->maximum()));
-            EXPECT_EQ(view->maximum(), bar->Max());
+            EXPECT_EQ(view->maximum(), std::max(bar->Max(), 1)); // never the endless bar
         }
     }
     static void CompareRows(const QWidget& widget, const TControl& control) {

@@ -5,14 +5,6 @@
 #include "desktop/QtPictures.h"
 #include "desktop/QtProcess.h"
 
-#include <QDateTime>
-#include <QFile>
-#include <QFileDialog>
-#include <QInputDialog>
-#include <QMenu>
-#include <QTemporaryDir>
-#include <QTest>
-
 #include <tuple>
 
 namespace tidewell::test {

@@ -1,10 +1,7 @@
 #include "Robot.h"
 
-#include <QApplication>
-#include <QMessageBox>
-#include <QTest>
-#include <QTimer>
-#include <QWindow>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <gtest/gtest.h>
 

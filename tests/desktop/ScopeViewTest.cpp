@@ -3,16 +3,6 @@
 #include "Support.h"
 #include "widgets/ChannelSettings.h"
 
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QPushButton>
-#include <QTest>
-#include <QToolButton>
-#include <QToolTip>
-#include <QWheelEvent>
-
 #include <array>
 #include <cmath>
 #include <limits>
@@ -107,6 +97,7 @@ class ScopeViewTest : public testing::Test {
                           Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&View, &event);
     }
+    void Click(QPoint place) { QTest::mouseClick(&View, Qt::LeftButton, {}, place); }
     QToolButton& Button(const char* name) { return *View.findChild<QToolButton*>(QString::fromLatin1(name)); }
 
     TRobot Robot;
@@ -150,8 +141,8 @@ TEST_F(ScopeViewTest, PaintsCurvesWhereTheirPointsLie) {
     QImage image(View.size(), QImage::Format_RGB32); // all of the widget is painted
     image.fill(QColor(Qt::magenta));
     View.render(&image, {}, {}, QWidget::DrawChildren);
-    for (const QPoint corner : {QPoint(0, 0), QPoint(799, 0), QPoint(0, 499), QPoint(799, 499)})
-        EXPECT_NE(image.pixelColor(corner), QColor(Qt::magenta)) << corner.x() << " " << corner.y();
+    EXPECT_NE(image.pixelColor(0, 0), QColor(Qt::magenta));
+    EXPECT_NE(image.pixelColor(799, 499), QColor(Qt::magenta));
 }
 
 TEST_F(ScopeViewTest, DrawsAtMostOncePerIntervalAndOnlyWhatHasChanged) {
@@ -289,26 +280,25 @@ TEST_F(ScopeViewTest, TellsWhatLiesUnderTheMouse) {
     Scope.OnCustomMouseHitLabel = [](std::string& text, double value) {
         text += " of " + std::to_string(std::lround(value));
     };
-    const auto click = [this](QPoint at) { QTest::mouseClick(&View, Qt::LeftButton, {}, at); };
     QTest::mouseMove(&View, At(48, 7.97));
     EXPECT_EQ(QToolTip::text(), "flags: 8.00 of 8");
     EXPECT_EQ(View.Plot().Overlay.Highlighted, 1U);
     EXPECT_EQ(told.takeLast(), "over 1 50 8");
-    click(At(52, 7.97));
+    Click(At(52, 7.97));
     EXPECT_EQ(told.takeLast(), "click 1 50 8");
     QTest::mouseMove(&View, At(50, 5));
     EXPECT_FALSE(View.Plot().Overlay.Highlighted.has_value());
     told.clear();
     EXPECT_TRUE(View.Plot().LegendEntryRect(2).isEmpty());
-    click(View.Plot().LegendEntryRect(1).center());
-    click(At(50, 5)); // nothing there
+    Click(View.Plot().LegendEntryRect(1).center());
+    Click(At(50, 5)); // nothing there
     QTest::mouseClick(&View, Qt::RightButton, {}, {31, 41});
     EXPECT_EQ(told, (QStringList{"legend 1 0 0", "popup 31 41 0"}));
     // The curves have gone, but not yet from the screen.
     Scope.RefreshInterval = 10000;
     Scope.Channels.Clear();
-    click(At(52, 7.97));
-    click(View.Plot().LegendEntryRect(1).center());
+    Click(At(52, 7.97));
+    Click(View.Plot().LegendEntryRect(1).center());
     EXPECT_EQ(told.size(), 2);
 }
 
@@ -319,21 +309,20 @@ TEST_F(ScopeViewTest, TheToolBarHasACursorAndWorksOnEachAxis) {
     Scope.ToolBar.SetVisible(true);
     Draw();
     EXPECT_FALSE(Button("Y2ZoomIn").isVisible()); // nothing is drawn on that axis
-    const auto click = [this](const char* name) { QTest::mouseClick(&Button(name), Qt::LeftButton); };
-    click("XZoomIn");
+    Button("XZoomIn").click();
     EXPECT_EQ(Scope.XAxis.Shown(), (TSLRange{25, 75}));
-    click("XZoomOut");
+    Button("XZoomOut").click();
     EXPECT_FALSE(Scope.XAxis.Zoomed());
-    click("XZoomOneDir");
+    Button("XZoomOneDir").click();
     Drag(At(20, 5), At(60, 6));
     EXPECT_NEAR(Scope.XAxis.Shown().Lower, 20, 0.3); // within a pixel
     EXPECT_NEAR(Scope.XAxis.Shown().Upper, 60, 0.3);
     EXPECT_FALSE(Scope.YAxis.Zoomed());
-    click("Pan");
+    Button("Pan").click();
     QCoreApplication::processEvents();
     Drag(At(40, 5), At(50, 5));
     EXPECT_NEAR(Scope.XAxis.Shown().Lower, 10, 0.3);
-    click("ZoomOff");
+    Button("ZoomOff").click();
     EXPECT_EQ(Scope.ShownRect().X, (TSLRange{0, 100}));
     QCoreApplication::processEvents();
 
@@ -341,7 +330,7 @@ TEST_F(ScopeViewTest, TheToolBarHasACursorAndWorksOnEachAxis) {
     Scope.Cursors.OnPositionChange = [&](std::size_t, const TSLPoint& position) {
         positions.push_back(position.X);
     };
-    click("Cursor");
+    Button("Cursor").click();
     Drag(At(50, 5), At(30.3, 5));
     QTest::keyClick(&View, Qt::Key_Right);
     QTest::keyClick(&View, Qt::Key_Left, Qt::ShiftModifier);
@@ -350,13 +339,13 @@ TEST_F(ScopeViewTest, TheToolBarHasACursorAndWorksOnEachAxis) {
     EXPECT_EQ(std::vector(positions.end() - 3, positions.end()), (std::vector<double>{30, 31, 21}));
     const QRect place(At(21, 7) - QPoint(3, 3), QSize(7, 7));
     const QImage with = View.grab(place).toImage();
-    click("Cursor");
+    Button("Cursor").click();
     EXPECT_NE(View.grab(place).toImage(), with);
     // Out of view, it comes back among the samples.
     Scope.XAxis.Min.SetBoth(40);
     Scope.XAxis.Max.SetBoth(240);
     Draw();
-    click("Cursor");
+    Button("Cursor").click();
     EXPECT_EQ(positions.back(), 70);
 }
 

@@ -3,10 +3,8 @@
 #include "Robot.h"
 #include "desktop/Desktop.h"
 
-#include <QAbstractButton>
-#include <QElapsedTimer>
-#include <QMessageBox>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <gtest/gtest.h>
 
