@@ -7,12 +7,6 @@
 #include "widgets/Child.h"
 #include "widgets/FormResizer.h"
 
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSplitter>
-#include <QTest>
-#include <QVBoxLayout>
-
 namespace tidewell::test {
 
 namespace {
@@ -56,6 +50,7 @@ class FormsTest : public testing::Test {
     void Later(const std::function<void()>& action) { QTimer::singleShot(20, &Guard, action); }
 
     TTestDesk Desk;
+    TRobot Robot;
     TMemoryFiles Files;
     TViewContext Context{Application(), Desk.Dialogs, Desk.Hold, Files};
     TSmallForm Form;
@@ -144,15 +139,13 @@ TEST_F(FormsTest, SizesGoBothWaysButNotDuringASleep) {
 
 TEST_F(FormsTest, WhatIsThrownIsToldAndTheFormStays) {
     Form.OnShow = [] { throw TError("no texts"); };
-    {
-        const TOnMessageBox answer([this](QMessageBox& box) {
-            EXPECT_EQ(box.parentWidget(), &View()); // which nobody has activated yet
-            box.accept();
-            Later([this] { Form.SetModalResult(EModalResult::Ok); });
-        });
-        EXPECT_EQ(Desk.Dialogs.ShowModal(Form), EModalResult::Ok);
-        EXPECT_EQ(answer.Text, "no texts");
-    }
+    Robot.On<QMessageBox>("MessageBox", [this](QMessageBox& box) {
+        EXPECT_EQ(box.parentWidget(), &View()); // which nobody has activated yet
+        EXPECT_EQ(box.text(), "no texts");
+        box.accept();
+        Later([this] { Form.SetModalResult(EModalResult::Ok); });
+    });
+    EXPECT_EQ(Desk.Dialogs.ShowModal(Form), EModalResult::Ok);
     struct TThrower : QObject {
         bool event(QEvent*) override { throw TError("from an event"); }
     } thrower;

@@ -1,28 +1,15 @@
-#include "Support.h"
+#include "Windows.h"
 #include "core/DiskFiles.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Menu.h"
 #include "core/controls/Pages.h"
 #include "core/controls/StatusBar.h"
+#include "core/controls/StringGrid.h"
 #include "core/controls/TreeView.h"
-#include "desktop/Desktop.h"
-#include "desktop/binders/FormBinder.h"
-#include "desktop/views/Views.h"
 #include "rig/Journey.h"
-
-#include <QAction>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QProgressBar>
-#include <QTabWidget>
-#include <QTreeWidget>
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <optional>
 #include <string>
 
@@ -46,58 +33,26 @@ class TOnScreen {
   public:
     explicit TOnScreen(TJourneyCase& journey) : Journey(journey) {
         Journey.Lenient = true; // what it tells is compared elsewhere
-        Journey.OnStep = [this] { Look(); };
-        Journey.OnDialog = [this] { Look(); };
-        Journey.World.BeforeEnd = [this] { Windows.clear(); };
+        Journey.OnStep = Journey.OnDialog = [this] { Look(); };
         Journey.Play();
     }
 
   private:
     void Look() {
-        TWorld& world = Journey.World;
-        if (!world.Program)
+        if (!Journey.World.Program)
             return;
-        TProgram& program = *world.Program;
-        for (TForm* form : world.Forms()) {
-            if (form->Visible() && !Windows.contains(form))
-                Windows.emplace(form, Window(program, *form));
-            if (const auto window = Windows.find(form); window != Windows.end())
-                window->second->setVisible(form->Visible());
-        }
-        QCoreApplication::processEvents();
-        for (const auto& [form, window] : Windows)
-            for (const TControl* control : form->Controls())
-                Compare(*window, *control);
-    }
-    std::unique_ptr<QWidget> Window(TProgram& program, const TForm& form) {
-        const TViewContext context{Application(), Journey, Hold, Journey.World.Files};
-        if (&form == &program.FormMain)
-            return ViewOf(program, context);
-        if (&form == &program.NabtoDevice)
-            return ViewOf(program.NabtoDevice, context);
-        if (&form == &program.SetupForm)
-            return ViewOf(program.SetupForm, context);
-        if (&form == &program.NabtoLogOn)
-            return ViewOf(program.NabtoLogOn, context);
-        if (&form == &program.InputDialog)
-            return ViewOf(program.InputDialog, context);
-        if (&form == &program.LoadSetpoints)
-            return ViewOf(program.LoadSetpoints, context);
-        if (&form == &program.languagedialog)
-            return ViewOf(program.languagedialog, context);
-        return ViewOf(program.Splashscreen, context);
+        Windows.Update();
+        for (const TForm* form : Journey.World.Forms())
+            if (QWidget* const window = Windows.Of(*form))
+                for (const TControl* control : form->Controls())
+                    Compare(*window, *control);
     }
     void Compare(QWidget& window, const TControl& control) {
         const QString name = QString::fromStdString(control.Name());
         SCOPED_TRACE(Journey.StepText() + ": " + control.Name());
         if (const auto* item = dynamic_cast<const TMenuItem*>(&control)) {
-            if (const auto* action = window.findChild<QAction*>(name);
-                action != nullptr && item->Items.empty()) {
-                EXPECT_EQ(action->isVisible(), item->Visible());
-                EXPECT_EQ(action->isEnabled(), item->Visible() && item->Enabled()); // as Qt has it
-                EXPECT_EQ(action->isChecked(), item->Checked());
-                EXPECT_EQ(action->text().toStdString(), item->Caption());
-            }
+            if (const auto* action = window.findChild<QAction*>(name))
+                CompareEntry(*action, *item);
             return;
         }
         QWidget* const widget = window.findChild<QWidget*>(name);
@@ -109,6 +64,43 @@ class TOnScreen {
         }
         CompareText(*widget, control);
         CompareRows(*widget, control);
+    }
+    // An entry is shown with one that is below it, and enabled as far as it is shown.
+    static bool IsShown(const TMenuItem& item) {
+        const auto shown = [](const TMenuItem& below) { return IsShown(below); };
+        return item.Visible() && (item.Items.empty() || std::ranges::any_of(item.Items, shown));
+    }
+    static void CompareEntry(const QAction& action, const TMenuItem& item) {
+        EXPECT_EQ(action.isVisible(), IsShown(item));
+        EXPECT_EQ(action.isEnabled(), IsShown(item) && item.Enabled());
+        EXPECT_EQ(action.isChecked(), item.Checked());
+        EXPECT_EQ(action.text().toStdString(), item.Caption());
+        EXPECT_EQ(action.shortcut().toString().toStdString(), item.ShortCut());
+    }
+    static void CompareGrid(const QTableView& view, const TStringGrid& grid) {
+        const QAbstractItemModel& model = *view.model();
+        const auto rows = static_cast<int>(grid.Cells.RowCount());
+        EXPECT_EQ(model.rowCount(), std::max(rows - 1, 0));
+        EXPECT_EQ(view.selectionModel()->hasSelection(), grid.SelectedRow() > 0);
+        EXPECT_TRUE(grid.SelectedRow() < 1 || view.selectionModel()->isRowSelected(grid.SelectedRow() - 1));
+        for (int column = 0; column < model.columnCount(); ++column)
+            for (int row = 0; row < rows; ++row) {
+                const std::string own =
+                    grid.Cells.Cell(static_cast<std::size_t>(column), static_cast<std::size_t>(row));
+                const bool drawn = grid.OnDrawCell && (row > 0 || own.empty());
+                const QVariant shown =
+                    row > 0 ? model.index(row - 1, column).data() : model.headerData(column, Qt::Horizontal);
+                EXPECT_EQ(shown.toString().toStdString(), drawn ? grid.OnDrawCell(column, row).Text : own);
+            }
+    }
+    static void CompareChoices(const QWidget& group, const TRadioGroup& radio) {
+        const auto buttons = group.findChildren<QRadioButton*>();
+        ASSERT_EQ(buttons.size(), std::ssize(radio.Items()));
+        for (qsizetype i = 0; i < buttons.size(); ++i) {
+            EXPECT_EQ(buttons[i]->text().replace("&&", "&").toStdString(),
+                      radio.Items()[static_cast<std::size_t>(i)]);
+            EXPECT_EQ(buttons[i]->isChecked(), radio.ItemIndex() == i);
+        }
     }
     static void CompareText(const QWidget& widget, const TControl& control) {
         const auto shown = TextOn(widget);
@@ -122,14 +114,24 @@ class TOnScreen {
         if (const auto* box = dynamic_cast<const TCheckBox*>(&control)) {
             EXPECT_EQ(dynamic_cast<const QAbstractButton&>(widget).isChecked(), box->Checked());
         }
+        if (const auto* led = dynamic_cast<const TALed*>(&control)) {
+            const TColor color = led->TrueColor();
+            const QString lit = QColor(color.Red(), color.Green(), color.Blue()).name();
+            const QString told = widget.accessibleDescription(); // none before its first change
+            EXPECT_EQ(told.isEmpty() ? "off, " + lit : told, (led->Value() ? "on, " : "off, ") + lit);
+        }
         const auto* bar = dynamic_cast<const TProgressBar*>(&control);
         if (const auto* view = dynamic_cast<const QProgressBar*>(&widget);
-            bar != nullptr && view != nullptr && bar->Max() > 0) {
+            bar != nullptr && view != nullptr) {
             EXPECT_EQ(view->value(), std::clamp(bar->Position(), view->minimum(), view->maximum()));
-            EXPECT_EQ(view->maximum(), bar->Max());
+            EXPECT_EQ(view->maximum(), std::max(bar->Max(), 1)); // never the endless bar
         }
     }
     static void CompareRows(const QWidget& widget, const TControl& control) {
+        if (const auto* grid = dynamic_cast<const TStringGrid*>(&control))
+            CompareGrid(dynamic_cast<const QTableView&>(widget), *grid);
+        if (const auto* radio = dynamic_cast<const TRadioGroup*>(&control))
+            CompareChoices(widget, *radio);
         if (const auto* list = dynamic_cast<const QListWidget*>(&widget)) {
             const auto& items = dynamic_cast<const TItemsControl&>(control);
             EXPECT_EQ(static_cast<std::size_t>(list->count()), items.Items().size());
@@ -156,8 +158,7 @@ class TOnScreen {
     }
 
     TJourney Journey;
-    TDeliveryHold Hold;
-    std::map<TForm*, std::unique_ptr<QWidget>> Windows;
+    TWindows Windows{Journey.World};
 };
 
 TEST(TJourneysOnScreen, EachWidgetShowsWhatItsControlHolds) {

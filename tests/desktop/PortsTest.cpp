@@ -5,14 +5,6 @@
 #include "desktop/QtPictures.h"
 #include "desktop/QtProcess.h"
 
-#include <QDateTime>
-#include <QFile>
-#include <QFileDialog>
-#include <QInputDialog>
-#include <QMenu>
-#include <QTemporaryDir>
-#include <QTest>
-
 #include <tuple>
 
 namespace tidewell::test {
@@ -23,6 +15,12 @@ TTime LocalTime(int hour, int minute, int second) {
     const QDateTime local(QDate(2026, 3, 2), QTime(hour, minute, second));
     return TTime(std::chrono::milliseconds(local.toMSecsSinceEpoch()));
 }
+
+class PortsTest : public testing::Test {
+  protected:
+    TTestDesk Desk;
+    TRobot Robot;
+};
 
 } // namespace
 
@@ -42,38 +40,35 @@ TEST(QtClock, WritesTimesAsTheLocaleDoes) {
     EXPECT_EQ(TQtClock().Midnight(time), LocalTime(0, 0, 0));
 }
 
-TEST(QtWait, SleepPaintsAndDeliversNoTick) {
-    TTestDesk desk;
+TEST_F(PortsTest, SleepPaintsAndDeliversNoTick) {
     struct TCounter : QWidget {
         int Paints = 0;
         void paintEvent(QPaintEvent*) override { ++Paints; }
     } window;
     window.show();
-    const auto timer = desk.Timers.CreateTimer();
+    const auto timer = Desk.Timers.CreateTimer();
     int ticks = 0;
     timer->SetInterval(10);
     timer->SetHandler([&] { ++ticks; });
     timer->SetEnabled(true);
     QElapsedTimer elapsed;
     elapsed.start();
-    desk.Wait.Sleep(60);
+    Desk.Wait.Sleep(60);
     EXPECT_GE(elapsed.elapsed(), 60);
     EXPECT_GE(window.Paints, 1);
-    desk.Wait.Sleep(5); // the tick that is due waits for the event loop
+    Desk.Wait.Sleep(5); // the tick that is due waits for the event loop
     EXPECT_EQ(ticks, 0);
-    desk.Wait.ProcessMessages();
-    EXPECT_GE(ticks, 1);
-    EXPECT_LE(ticks, 3); // six were missed, and are not made up for
-    desk.Wait.Sleep(30);
+    Desk.Wait.ProcessMessages();
+    EXPECT_TRUE(ticks >= 1 && ticks <= 3) << ticks; // six were missed, and are not made up for
+    Desk.Wait.Sleep(30);
     timer->SetEnabled(false); // drops what is due
     ticks = 0;
-    desk.Wait.ProcessMessages();
+    Desk.Wait.ProcessMessages();
     EXPECT_EQ(ticks, 0);
 }
 
-TEST(QtTimers, ATickMayFailAndMayEndItsTimer) {
-    TTestDesk desk;
-    auto timer = desk.Timers.CreateTimer();
+TEST_F(PortsTest, ATickMayFailAndMayEndItsTimer) {
+    auto timer = Desk.Timers.CreateTimer();
     int ticks = 0;
     timer->SetInterval(1);
     timer->SetHandler([&] {
@@ -83,117 +78,99 @@ TEST(QtTimers, ATickMayFailAndMayEndItsTimer) {
         timer.reset();
     });
     timer->SetEnabled(true);
-    const TOnMessageBox answer([](QMessageBox& box) { box.reject(); });
-    EXPECT_TRUE(WaitFor([&] { return answer.Text == "tick failed"; }));
+    Robot.OnMessage("tick failed");
+    EXPECT_TRUE(WaitFor([&] { return Robot.Done(); }));
     timer->SetEnabled(true);
     EXPECT_TRUE(WaitFor([&] { return ticks == 2; }));
     EXPECT_FALSE(timer);
 }
 
-TEST(QtDialogs, MessageBoxesGiveTheAnswerOfTheirButtonOrFrame) {
+TEST_F(PortsTest, MessageBoxesGiveTheAnswerOfTheirButtonOrFrame) {
     using TBox = QMessageBox;
     constexpr auto byFrame = TBox::NoButton;
-    TTestDesk desk;
+    const auto ask = [this](EButtons buttons) {
+        return Desk.Dialogs.ShowMessageBox(EMessageKind::Warning, "<i>one</i>\rtwo", buttons);
+    };
+    Robot.On("MessageBox", [this](QWidget&) { Desk.Dialogs.CancelAll(); });
+    EXPECT_EQ(ask(EButtons::YesNo), EModalResult::No);
+    EXPECT_EQ(ask(EButtons::YesNo), EModalResult::No); // not shown
+    Desk.Dialogs.EndCancelAll();
     for (const auto& [buttons, click, expected] : {std::tuple{EButtons::Ok, TBox::Ok, EModalResult::Ok},
                                                    {EButtons::Ok, byFrame, EModalResult::Ok},
                                                    {EButtons::OkCancel, TBox::Ok, EModalResult::Ok},
                                                    {EButtons::OkCancel, byFrame, EModalResult::Cancel},
                                                    {EButtons::YesNo, TBox::Yes, EModalResult::Yes},
                                                    {EButtons::YesNo, byFrame, EModalResult::No}}) {
-        const TOnMessageBox answer([button = click](TBox& box) {
+        Robot.On<TBox>("MessageBox", [button = click](TBox& box) {
+            EXPECT_EQ(box.text(), "<i>one</i>\ntwo");
             EXPECT_EQ(box.icon(), TBox::Warning);
             EXPECT_EQ(box.windowTitle(), "Warning");
-            if (button == byFrame)
-                box.close();
-            else
-                box.button(button)->click();
+            button == byFrame ? (void)box.close() : box.button(button)->click();
         });
-        EXPECT_EQ(desk.Dialogs.ShowMessageBox(EMessageKind::Warning, "<i>one</i>\rtwo", buttons), expected);
-        EXPECT_EQ(answer.Text, "<i>one</i>\ntwo");
+        EXPECT_EQ(ask(buttons), expected);
     }
 }
 
-TEST(QtDialogs, InputBoxesAndFileDialogsTellTheAnswer) {
-    TTestDesk desk;
+TEST_F(PortsTest, InputBoxesAndFileDialogsTellTheAnswer) {
     for (const bool accept : {true, false}) {
-        const TOnNext<QInputDialog> answer([accept](QInputDialog& box) {
+        Robot.On<QInputDialog>("InputBox", [accept](QInputDialog& box) {
             EXPECT_EQ(box.windowTitle() + box.labelText(), "Device IDEnter Device ID:");
             box.setTextValue("4711");
             box.done(accept ? QDialog::Accepted : QDialog::Rejected);
         });
-        const auto id = desk.Dialogs.InputBox("Device ID", "Enter Device ID:");
+        const auto id = Desk.Dialogs.InputBox("Device ID", "Enter Device ID:");
         EXPECT_EQ(id.value_or("none"), accept ? "4711" : "none");
     }
-    const TOnNext<QFileDialog> cancel([](QFileDialog& box) {
+    Robot.On<QFileDialog>("OpenDialog", [](QFileDialog& box) {
         EXPECT_EQ(box.windowTitle(), "Open");
         EXPECT_EQ(box.nameFilters(), (QStringList{"Logs (*.csv *.zls)", "All (*.*)"}));
         EXPECT_EQ(box.fileMode(), QFileDialog::ExistingFile);
         box.reject();
     });
     const std::vector<TFileFilter> filters{{"Logs (*.csv)", "*.csv;*.zls"}, {"All", "*.*"}};
-    EXPECT_FALSE(desk.Dialogs.OpenFile({"Open", std::filesystem::temp_directory_path(), filters, true}));
+    EXPECT_FALSE(Desk.Dialogs.OpenFile({"Open", std::filesystem::temp_directory_path(), filters, true}));
 }
 
-TEST(QtDialogs, TheWaitCursorStaysAwayFromDialogs) {
-    TTestDesk desk;
+TEST_F(PortsTest, TheWaitCursorStaysAwayFromDialogs) {
+    const auto waits = [] { return QApplication::overrideCursor() != nullptr; };
     {
-        const TWaitCursor outer(desk.Dialogs);
-        { const TWaitCursor inner(desk.Dialogs); }
-        ASSERT_TRUE(QApplication::overrideCursor());
+        const TWaitCursor outer(Desk.Dialogs);
+        { const TWaitCursor inner(Desk.Dialogs); }
+        ASSERT_TRUE(waits());
         EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
-        const TOnMessageBox answer([](QMessageBox& box) {
-            EXPECT_FALSE(QApplication::overrideCursor());
-            box.accept();
+        Robot.On("MessageBox", [&](QWidget&) {
+            EXPECT_FALSE(waits());
+            Type("\n");
         });
-        desk.Dialogs.ShowMessage("done");
-        EXPECT_TRUE(QApplication::overrideCursor());
+        Desk.Dialogs.ShowMessage("done");
+        EXPECT_TRUE(waits());
     }
-    EXPECT_FALSE(QApplication::overrideCursor());
+    EXPECT_FALSE(waits());
 }
 
-TEST(QtDialogs, APopupMenuRunsTheChosenEntry) {
-    TTestDesk desk;
+TEST_F(PortsTest, APopupMenuRunsTheChosenEntry) {
     TPopupMenu menu("Setpointpopup");
     TMenuItem save("Save", "Save");
     menu.Items = {save};
     bool clicked = false;
     save.OnClick = [&] { clicked = true; };
-    const TOnNext<QMenu> choose([&desk](QMenu& view) {
-        EXPECT_TRUE(desk.Dialogs.IsModalOpen());
-        view.setActiveAction(view.actions().constFirst());
+    Robot.On("Popup", [this](QWidget& view) {
+        EXPECT_TRUE(Desk.Dialogs.IsModalOpen());
+        QTest::keyClick(&view, Qt::Key_Down);
         QTest::keyClick(&view, Qt::Key_Return);
     });
-    desk.Dialogs.Popup(menu);
-    EXPECT_FALSE(desk.Dialogs.IsModalOpen());
-    EXPECT_TRUE(clicked);
+    Desk.Dialogs.Popup(menu);
+    EXPECT_TRUE(clicked && !Desk.Dialogs.IsModalOpen());
 }
 
-TEST(QtDialogs, CancelAllAnswersOpenAndLaterDialogs) {
-    TTestDesk desk;
-    const auto ask = [&desk] {
-        return desk.Dialogs.ShowMessageBox(EMessageKind::Confirmation, "Go on?", EButtons::YesNo);
-    };
-    {
-        const TOnMessageBox cancel([&desk](QMessageBox&) { desk.Dialogs.CancelAll(); });
-        EXPECT_EQ(ask(), EModalResult::No);
-    }
-    EXPECT_EQ(ask(), EModalResult::No); // not shown
-    desk.Dialogs.EndCancelAll();
-    const TOnMessageBox answer([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
-    EXPECT_EQ(ask(), EModalResult::Yes);
-}
-
-TEST(QtApplication, TheLoopEndsForGoodButAMessageIsSeenFirst) {
-    TTestDesk desk;
-    bool later = false;
+TEST_F(PortsTest, TheLoopEndsForGoodButAMessageIsSeenFirst) {
+    Robot.OnMessage("cannot start");
     QTimer::singleShot(0, [&] {
         Application().Terminate();
-        const TOnMessageBox answer([](QMessageBox& box) { box.accept(); });
-        desk.Dialogs.ShowMessage("cannot start");
-        later = true;
+        Desk.Dialogs.ShowMessage("cannot start");
     });
     Application().Run();
-    EXPECT_TRUE(later);
+    EXPECT_TRUE(Robot.Done());
     Application().Run(); // returns at once
 }
 

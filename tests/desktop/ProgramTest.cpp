@@ -1,12 +1,5 @@
 #include "Support.h"
 
-#include <QDir>
-#include <QFile>
-#include <QImage>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QTest>
-
 #include <csignal>
 
 namespace tidewell::test {

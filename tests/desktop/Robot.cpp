@@ -1,9 +1,9 @@
 #include "Robot.h"
 
-#include <QApplication>
-#include <QTest>
-#include <QTimer>
-#include <QWindow>
+#include <QtTest>
+#include <QtWidgets>
+
+#include <gtest/gtest.h>
 
 #include <utility>
 
@@ -14,8 +14,10 @@ namespace {
 constexpr int lookInterval = 5;  // ms
 constexpr int patience = 10'000; // ms
 
-// The dialog on top if it has that name; without dialogs, the window of that name.
+// The popup; else the dialog on top if it has that name; without dialogs, the window of that name.
 QWidget* Find(const QString& name) {
+    if (name == QLatin1String("Popup"))
+        return QApplication::activePopupWidget();
     QWidget* found = QApplication::activeModalWidget();
     if (found == nullptr)
         for (QWidget* window : QApplication::topLevelWidgets())
@@ -26,6 +28,10 @@ QWidget* Find(const QString& name) {
 
 } // namespace
 
+TRobot::~TRobot() {
+    EXPECT_TRUE(Done()) << "no window came up";
+}
+
 void TRobot::On(const QString& window, TAction action) {
     const bool idle = Steps.empty() && Acting == 0;
     Steps.push_back({window, std::move(action)});
@@ -34,38 +40,50 @@ void TRobot::On(const QString& window, TAction action) {
     LookSoon();
 }
 
+void TRobot::OnMessage(const std::string& text) {
+    On<QMessageBox>("MessageBox", [text](QMessageBox& box) {
+        EXPECT_EQ(box.text().toStdString(), text);
+        Type("\n");
+    });
+}
+
 // A timer of its own each time: one that is running its handler does not tick again in a nested loop.
 void TRobot::LookSoon() {
     if (std::exchange(LooksSoon, true))
         return;
-    QTimer::singleShot(lookInterval, &Guard, [this] { Look(); });
+    QTimer::singleShot(lookInterval, &Guard, [this] {
+        LooksSoon = false;
+        Look();
+    });
 }
 
 void TRobot::Look() {
-    LooksSoon = false;
-    QWidget* const top = Steps.empty() ? TopWindow() : Find(Steps.front().Window);
-    if (Steps.empty() || top == nullptr || !top->isActiveWindow()) {
-        // A platform without a display has nobody who hands the keyboard back when a window closes.
-        if (!Steps.empty() && top != nullptr)
-            QApplication::setActiveWindow(top);
-        if (Steps.empty() && QApplication::activeModalWidget() == nullptr)
-            return;
-        if (Waiting.elapsed() < patience)
-            return LookSoon();
-        const QString line =
-            QStringLiteral("waits for %1, sees %2")
-                .arg(Steps.empty() ? QStringLiteral("the end of all dialogs") : Steps.front().Window,
-                     TopWindow() != nullptr ? TopWindow()->objectName() : QStringLiteral("nothing"));
-        Steps.clear();
-        return Stuck(line);
+    QWidget* const top = Steps.empty() ? QApplication::activeModalWidget() : Find(Steps.front().Window);
+    if (!Steps.empty() && top != nullptr && top->isActiveWindow()) {
+        const TAction action = std::move(Steps.front().Action);
+        Steps.pop_front();
+        Waiting.start();
+        LookSoon();
+        ++Acting;
+        action(*top);
+        --Acting;
+        return;
     }
-    const TAction action = std::move(Steps.front().Action);
-    Steps.pop_front();
-    Waiting.start();
+    if (Steps.empty() && top == nullptr)
+        return;
+    // A platform without a display has nobody who hands the keyboard back when a window closes.
+    if (top != nullptr)
+        QApplication::setActiveWindow(top);
+    if (Waiting.elapsed() >= patience) {
+        const QWidget* const seen = TopWindow();
+        ADD_FAILURE() << "waits for "
+                      << (Steps.empty() ? "the end of all dialogs" : Steps.front().Window.toStdString())
+                      << ", sees " << (seen != nullptr ? seen->objectName().toStdString() : "nothing");
+        Steps.clear();
+        if (QWidget* const modal = QApplication::activeModalWidget())
+            modal->close();
+    }
     LookSoon();
-    ++Acting;
-    action(*top);
-    --Acting;
 }
 
 QWidget* TopWindow() {

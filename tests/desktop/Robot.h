@@ -12,18 +12,26 @@
 
 namespace tidewell::test {
 
-// A person at the keyboard: does one thing after the other, each once the window that it is for has come up
-// on top, from inside whatever event loop runs then.
+// A person at the screen: does one thing after the other, each once the window that it is for has come up on
+// top, from inside whatever event loop runs then. A window that does not come within ten seconds is a
+// failure, and so is a thing not done when the robot goes.
 class TRobot {
   public:
     using TAction = std::function<void(QWidget&)>;
 
-    // What happens when a window does not come within ten seconds, or a dialog is left at the end; gets a
-    // line about it. No further step is done.
-    explicit TRobot(std::function<void(const QString&)> stuck) : Stuck(std::move(stuck)) {}
+    TRobot() = default;
+    ~TRobot();
+    TRobot(const TRobot&) = delete;
+    TRobot& operator=(const TRobot&) = delete;
 
-    // The window's object name, and what to do there.
+    // The window's object name, or "Popup" for a menu, and what to do there.
     void On(const QString& window, TAction action);
+    template <class TWindow>
+    void On(const QString& window, std::function<void(TWindow&)> action) {
+        On(window, TAction([action](QWidget& widget) { action(dynamic_cast<TWindow&>(widget)); }));
+    }
+    // Enter in a message box, once it has this text.
+    void OnMessage(const std::string& text);
     bool Done() const { return Steps.empty() && !Acting; }
 
   private:
@@ -34,7 +42,6 @@ class TRobot {
     void LookSoon();
     void Look();
 
-    std::function<void(const QString&)> Stuck;
     std::deque<TStep> Steps;
     QElapsedTimer Waiting;
     int Acting = 0;

@@ -1,14 +1,10 @@
 #pragma once
 
-#include "desktop/QtApplication.h"
-#include "desktop/QtDialogs.h"
-#include "desktop/QtTime.h"
+#include "Robot.h"
+#include "desktop/Desktop.h"
 
-#include <QAbstractButton>
-#include <QDialog>
-#include <QElapsedTimer>
-#include <QMessageBox>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <gtest/gtest.h>
 
@@ -29,58 +25,12 @@ inline bool WaitFor(const std::function<bool()>& condition, int patience = 30'00
     return condition();
 }
 
-// Does something to the next dialog of a kind that opens; one must open before the object dies.
-template <class TDialog>
-class TOnNext {
-  public:
-    explicit TOnNext(std::function<void(TDialog&)> action) : Action(std::move(action)) {
-        Timer.setInterval(5);
-        QObject::connect(&Timer, &QTimer::timeout, &Timer, [this] { Look(); });
-        Timer.start();
-    }
-    ~TOnNext() { EXPECT_TRUE(Seen) << "no dialog opened"; }
-    TOnNext(const TOnNext&) = delete;
-    TOnNext& operator=(const TOnNext&) = delete;
-
-  private:
-    void Look() {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            auto* const dialog = dynamic_cast<TDialog*>(window);
-            if (dialog == nullptr || !dialog->isVisible())
-                continue;
-            Timer.stop();
-            Seen = true;
-            Action(*dialog);
-            return;
-        }
-    }
-
-    std::function<void(TDialog&)> Action;
-    QTimer Timer;
-    bool Seen = false;
-};
-
-// Answers the next message box and keeps its text.
-class TOnMessageBox {
-  public:
-    explicit TOnMessageBox(std::function<void(QMessageBox&)> action)
-        : Next([this, action = std::move(action)](QMessageBox& box) {
-              Text = box.text();
-              action(box);
-          }) {}
-
-    QString Text;
-
-  private:
-    TOnNext<QMessageBox> Next;
-};
-
-// The ports that the views need, as the program has them.
-struct TTestDesk {
-    TDeliveryHold Hold;
-    TQtDialogs Dialogs{Application()};
-    TQtTimers Timers{Hold, Dialogs};
-    TQtWait Wait{Hold};
+// What the views need, as the program has it.
+struct TTestDesk : TDesktop {
+    TTestDesk() : TDesktop(test::Application(), "/t") {}
+    ~TTestDesk() { Application.OnException = nullptr; }
+    TTestDesk(const TTestDesk&) = delete;
+    TTestDesk& operator=(const TTestDesk&) = delete;
 };
 
 } // namespace tidewell::test

@@ -1,23 +1,8 @@
-#include "ProgramOnScreen.h"
-#include "Robot.h"
-#include "Support.h"
+#include "Windows.h"
+
 #include "desktop/QtText.h"
 #include "widgets/BitViews.h"
 #include "widgets/ScopeView.h"
-
-#include <QFileDialog>
-#include <QHelpEvent>
-#include <QLineEdit>
-#include <QListView>
-#include <QListWidget>
-#include <QMenu>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTableView>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QToolTip>
-#include <QTreeWidget>
 
 #include <gmock/gmock.h>
 
@@ -27,24 +12,19 @@ namespace {
 
 using testing::ElementsAre;
 
-// The whole program on a screen, under the keyboard and the mouse. What the robot is to do must be done at
-// the end.
+// The whole program on a screen, with our extensions, under the keyboard and the mouse.
 class WindowsTest : public testing::Test {
   protected:
-    ~WindowsTest() override { EXPECT_TRUE(Robot.Done()); }
+    WindowsTest() { World.Edit(TWorld::SystemFile, "[NoExtensions]", "[Extensions]"); }
 
     // The start up to the end of what the robot does there.
-    void Start() {
-        Screen.Build();
-        Screen.Advance(200);
+    void Start(const std::vector<std::string>& arguments = {}) {
+        World.Start(Windows.Dialogs, arguments);
         RunRobot();
-        View = Screen.Desktop.Dialogs.FindView(Screen.Program->FormMain);
+        View = Windows.Of(World.Program->FormMain);
     }
     // The start without dialogs: signed in, and linked to a controller.
-    void StartLinked() {
-        Screen.Arguments = {"-devid", "410000000001", "-LoginUserPW", "service;tidewell"};
-        Start();
-    }
+    void StartLinked() { Start({"-devid", "410000000001", "-LoginUserPW", "service;tidewell"}); }
     // That, and the first group of the controller's setpoints.
     void ShowSetpoints() {
         Robot.On("FormMain", [](QWidget& main) {
@@ -67,21 +47,6 @@ class WindowsTest : public testing::Test {
             throw std::runtime_error(name);
         return *child;
     }
-    static void Click(QWidget& window, const char* name) {
-        QTest::mouseClick(&Child<QWidget>(window, name), Qt::LeftButton);
-    }
-    // Answers a message box by Enter, once it has this text.
-    void OnMessage(const std::string& text) {
-        Robot.On("MessageBox", [text](QWidget& box) {
-            EXPECT_EQ(static_cast<QMessageBox&>(box).text().toStdString(), text);
-            Type("\n");
-        });
-    }
-
-    static std::string FocusedRadio() {
-        const auto* const button = qobject_cast<QRadioButton*>(QApplication::focusWidget());
-        return button != nullptr && button->isChecked() ? button->text().toStdString() : std::string();
-    }
     // Opens the input dialog of that setpoint.
     void OnInputOf(int row, const TRobot::TAction& action) {
         Robot.On("FormMain", [row](QWidget& main) {
@@ -94,7 +59,7 @@ class WindowsTest : public testing::Test {
     }
 
     QTableView& Grid() { return Child<QTableView>(*View, "SetpointGrid"); }
-    int SelectedRow() { return Screen.Program->SetpointPage.SetpointGrid.SelectedRow(); }
+    int SelectedRow() { return World.Program->SetpointPage.SetpointGrid.SelectedRow(); }
     QRect Cell(int column, int row) { return Grid().visualRect(Grid().model()->index(row - 1, column)); }
     // How often the colour stands in that row, as painted.
     int Pixels(int row, const QColor& color) {
@@ -114,19 +79,17 @@ class WindowsTest : public testing::Test {
         return QToolTip::isVisible() ? QToolTip::text() : QString();
     }
 
-    TProgramOnScreen Screen;
+    TWorld World;
+    TWindows Windows{World};
     QWidget* View = nullptr; // of the main form
-    TRobot Robot{[this](const QString& line) {
-        ADD_FAILURE() << line.toStdString();
-        Screen.Desktop.Dialogs.CancelAll();
-    }};
+    TRobot Robot;
 };
 
 } // namespace
 
 TEST_F(WindowsTest, TheKeyboardAloneLeadsFromTheLogonToALinkedController) {
     Robot.On("NabtoLogOn", [](QWidget&) { Type("service\twrong\n"); });
-    OnMessage("Username or password is incorrect.");
+    Robot.OnMessage("Username or password is incorrect.");
     QApplication::setCursorFlashTime(0);
     Robot.On("NabtoLogOn", [](QWidget& logon) {
         EXPECT_EQ(Focused(), "EditUser");
@@ -141,7 +104,7 @@ TEST_F(WindowsTest, TheKeyboardAloneLeadsFromTheLogonToALinkedController) {
         EXPECT_EQ(Focused(), "txtRemote");
         Type("4711\n");
     });
-    OnMessage("You do not have permission to access this device \"4711.hv.example\"");
+    Robot.OnMessage("You do not have permission to access this device \"4711.hv.example\"");
     Robot.On("SetupForm", [this](QWidget& setup) {
         EXPECT_THAT(TabRing(), ElementsAre("txtRemote", "ButDeviceSearch", "butping", "ButCommOk"));
         const QSize size = setup.size();
@@ -152,24 +115,24 @@ TEST_F(WindowsTest, TheKeyboardAloneLeadsFromTheLogonToALinkedController) {
         ASSERT_TRUE(list.hasFocus());
         Press(Qt::Key_Down);
         Type(" "); // picks without connecting
-        EXPECT_EQ(Screen.Program->SetupForm.txtRemote.Text(), "410000000002");
+        EXPECT_EQ(World.Program->SetupForm.txtRemote.Text(), "410000000002");
         EXPECT_EQ(Focused(), "txtRemote");
         EXPECT_EQ(setup.size(), size);
         Type("\t \t\n"); // the first one
     });
     Start();
-    EXPECT_EQ(Screen.Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example");
+    EXPECT_EQ(World.Program->NabtoDevice.LblNabto.Caption(), "ID : 410000000001.hv.example");
 }
 
 TEST_F(WindowsTest, TheLogonTakesItsKeys) {
     StartLinked();
-    TNabtoLogOn& logon = Screen.Program->NabtoLogOn;
+    TNabtoLogOn& logon = World.Program->NabtoLogOn;
     for (const char* keys :
          {"a\n", "a\tb\n", "\t\t \n", "\t\t\t ", "\t\t\t\n", "\t\t\t\t ", "\t\t\t\t\n", "a\x1b"}) {
         Robot.On("NabtoLogOn", [keys](QWidget&) { Type(keys); });
         const bool cancels =
             std::string_view(keys).starts_with("\t\t\t\t") || std::string_view(keys).ends_with('\x1b');
-        EXPECT_EQ(Screen.Desktop.Dialogs.ShowModal(logon), cancels ? EModalResult::Cancel : EModalResult::Ok)
+        EXPECT_EQ(Windows.Dialogs.ShowModal(logon), cancels ? EModalResult::Cancel : EModalResult::Ok)
             << keys;
         ASSERT_FALSE(logon.Visible());
     }
@@ -186,31 +149,30 @@ TEST_F(WindowsTest, TheLogonTakesItsKeys) {
         EXPECT_LE(off.manhattanLength(), 4);
         Type("\x1b");
     });
-    Screen.Desktop.Dialogs.ShowModal(logon);
+    Windows.Dialogs.ShowModal(logon);
     EXPECT_EQ(logon.EditPW.Text(), "Grüße, \"$\"");
 }
 
 TEST_F(WindowsTest, TheLanguageIsChosenByKeys) {
     StartLinked();
     Robot.On("FormMain", [](QWidget&) { Press(Qt::Key_F12); });
-    Robot.On("languagedialog", [](QWidget&) {
-        EXPECT_EQ(FocusedRadio(), "english.lng");
+    Robot.On("languagedialog", [this](QWidget&) {
+        const TRadioGroup& languages = World.Program->languagedialog.langgroup;
+        EXPECT_EQ(languages.ItemIndex(), 1);
         Press(Qt::Key_Up);
-        EXPECT_EQ(FocusedRadio(), "deutsch.lng");
+        EXPECT_EQ(languages.ItemIndex(), 0);
         Type("\t");
         EXPECT_EQ(Focused(), "Button");
         Type("\n");
     });
-    OnMessage("The language is changed. The program now ends and starts again.");
+    Robot.OnMessage("The language is changed. The program now ends and starts again.");
     RunRobot();
-    EXPECT_THAT(Screen.Process.Calls, ElementsAre("start /opt/tidewell/tidewell"));
-    EXPECT_TRUE(Screen.Application.IsTerminated);
 }
 
 TEST_F(WindowsTest, ASetpointIsTypedAndBitsFlipByMouseAndKeyboard) {
     ShowSetpoints();
-    Screen.Advance(20'000); // logs
-    const auto value = [this] { return Screen.Program->InputDialog.EValue.Text(); };
+    World.Time.Advance(20'000); // logs
+    const auto value = [this] { return World.Program->InputDialog.EValue.Text(); };
     int wide = 0;
     OnInputOf(9, [&](QWidget& view) {
         auto& bits = Child<TBitGridView>(view, "binaryvaluegrid");
@@ -232,7 +194,7 @@ TEST_F(WindowsTest, ASetpointIsTypedAndBitsFlipByMouseAndKeyboard) {
                                   Qt::Key_Right, Qt::Key_Space})
             QTest::keyClick(&bits, key);
         EXPECT_EQ(painted(), "0000100111111110");
-        EXPECT_EQ(Screen.Program->InputDialog.EValue.Text(), "2558");
+        EXPECT_EQ(value(), "2558");
         EXPECT_EQ(bits.size(), bits.sizeHint());
         wide = view.width();
         for (const QWidget* child : view.findChildren<QWidget*>())
@@ -249,7 +211,7 @@ TEST_F(WindowsTest, ASetpointIsTypedAndBitsFlipByMouseAndKeyboard) {
         QCoreApplication::sendEvent(&field, &held); // since before the dialog came up
         EXPECT_TRUE(view.isVisible());
         Type("99,9");
-        OnMessage("This value is not valid.");
+        Robot.OnMessage("This value is not valid.");
         Type("\n");
         EXPECT_EQ(field.selectedText(), "99,9");
         Type("21,5\n");
@@ -265,10 +227,10 @@ TEST_F(WindowsTest, ASetpointIsTypedAndBitsFlipByMouseAndKeyboard) {
 
 TEST_F(WindowsTest, SetpointsToLoadAreCheckedByMouseAndKeyboard) {
     ShowSetpoints();
-    TLoadSetpoints& form = Screen.Program->LoadSetpoints;
-    Screen.Files.Put("/f.csv", "Created at : 1;\nDevice name : M;\nProfile : p;\nSetpointName;F;RawValue;\n"
-                               "Mode;2;2;0;7;0;0;40101;7;\nUnknown;5;5;0;7;0;0;49999;0;\n");
-    Screen.Program->SetpointPage.SelectedSetpointParent = "Device Aria 450";
+    TLoadSetpoints& form = World.Program->LoadSetpoints;
+    World.Files.Put("/f.csv", "Created at : 1;\nDevice name : M;\nProfile : p;\nSetpointName;F;RawValue;\n"
+                              "Mode;2;2;0;7;0;0;40101;7;\nUnknown;5;5;0;7;0;0;49999;0;\n");
+    World.Program->SetpointPage.SelectedSetpointParent = "Device Aria 450";
     EXPECT_TRUE(form.LoadForm("/f.csv"));
     Robot.On("LoadSetpoints", [&](QWidget& view) {
         auto& grid = Child<QTableView>(view, "setpointgrid");
@@ -295,13 +257,13 @@ TEST_F(WindowsTest, SetpointsToLoadAreCheckedByMouseAndKeyboard) {
         Type("\n"); // presses the button that has the keyboard
         EXPECT_EQ(form.LabSelected.Caption(), "2 of 2 selected");
         Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
-        Click(view, "ButWriteSetpoints");
+        Child<QPushButton>(view, "ButWriteSetpoints").click();
         EXPECT_EQ(view.focusWidget(), &results);
         QTest::mouseClick(results.viewport(), Qt::LeftButton);
         EXPECT_EQ(view.focusWidget(), &grid);
         Type("\x1b");
     });
-    Screen.Desktop.Dialogs.ShowModal(form);
+    Windows.Dialogs.ShowModal(form);
 }
 
 TEST_F(WindowsTest, TheSelectedSetpointStandsOutByItsFontAlone) {
@@ -342,10 +304,10 @@ TEST_F(WindowsTest, ColumnsShareTheWidthUntilTheUserMovesThemAndCutTextsAreTold)
     EXPECT_GE(Grid().rowHeight(0), 16);
     EXPECT_EQ(TipAt(Cell(0, 1).center()), "");
     Grid().setColumnWidth(0, 60);
-    Screen.Advance(20'000); // new values
+    World.Time.Advance(20'000); // new values
     EXPECT_EQ(Grid().columnWidth(0), 60);
     EXPECT_TRUE(TipAt(Cell(0, 1).center()).contains(">101 Operating mode<"));
-    Screen.Program->SetpointPage.SetpointValues[0].Name = "<b>1 & 2</b>, seen at the end of the duct";
+    World.Program->SetpointPage.SetpointValues[0].Name = "<b>1 & 2</b>, seen at the end of the duct";
     EXPECT_TRUE(TipAt(Cell(0, 1).center()).contains("&lt;b&gt;1 &amp; 2"));
     QToolTip::hideText();
     View->resize(1100, 700);
@@ -378,25 +340,25 @@ TEST_F(WindowsTest, SetpointsAreReachedAndFilteredByTheKeyboard) {
     EXPECT_EQ(Grid().model()->rowCount(), 14);
     EXPECT_TRUE(View->isVisible());
     int closes = 0;
-    Screen.Program->FormMain.OnCloseQuery = [&](bool& mayClose) { mayClose = ++closes < 0; };
+    World.Program->FormMain.OnCloseQuery = [&](bool& mayClose) { mayClose = ++closes < 0; };
     Type("\x1b");
     EXPECT_EQ(closes, 1);
-    Screen.Program->FormMain.OnCloseQuery = nullptr;
+    World.Program->FormMain.OnCloseQuery = nullptr;
 }
 
 TEST_F(WindowsTest, AClickOnABitFieldShowsItsBits) {
     ShowSetpoints();
     auto& graph = Child<TScopeView>(*View, "graph");
     Press(Qt::Key_F7);
-    Screen.Advance(20'000);
+    World.Time.Advance(20'000);
     constexpr std::size_t status = 15;
-    Screen.Program->GraphPage.graph.Channels[status].SetVisible(true);
-    Screen.Advance(1000);
+    World.Program->GraphPage.graph.Channels[status].SetVisible(true);
+    World.Time.Advance(1000);
     ASSERT_TRUE(WaitFor([&] { return !graph.Plot().LegendEntryRect(status).isEmpty(); }));
-    const TOnNext<QMenu> next([this](QMenu& menu) {
+    Robot.On<QMenu>("Popup", [this](QMenu& menu) {
         QWidget& rows = Child<QWidget>(menu, "BinaryGraphList");
         const QImage image = rows.grab().toImage();
-        const auto& bits = Screen.Program->GraphPage.NamedBits.BinaryGraphList;
+        const auto& bits = World.Program->GraphPage.NamedBits.BinaryGraphList;
         EXPECT_EQ(image.height(), 20 * std::ssize(bits));
         for (int row = 0; row < std::ssize(bits); ++row) // the names stand behind the left edge
             EXPECT_EQ(image.pixelColor(2, 20 * row + 10) == QColor(0, 255, 0),
@@ -413,7 +375,7 @@ TEST_F(WindowsTest, APictureIsSavedInTheTypeChosen) {
     const std::filesystem::path folder = PathFromQt(real.path());
     auto& graph = Child<TScopeView>(*View, "graph");
     const auto save = [&](const char* type, const char* name) {
-        const TOnNext<QFileDialog> choose([&](QFileDialog& box) {
+        Robot.On<QFileDialog>("SaveDialog", [&](QFileDialog& box) {
             box.setDirectory(real.path());
             box.selectNameFilter(QString::fromLatin1(type));
             box.findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromLatin1(name));
@@ -428,11 +390,16 @@ TEST_F(WindowsTest, APictureIsSavedInTheTypeChosen) {
     EXPECT_NE(disk.Read(folder / "Plant 3.2.svg").find("<svg"), std::string::npos);
     EXPECT_TRUE(disk.Read(folder / "plain.png").starts_with("\x89PNG"));
     EXPECT_TRUE(disk.Read(folder / "Plant.PDF").starts_with("%PDF"));
-    const TOnMessageBox told([](QMessageBox& box) { box.accept(); });
+    QString told;
+    TRobot other; // in the middle of that
+    other.On<QMessageBox>("MessageBox", [&](QMessageBox& box) {
+        told = box.text();
+        box.accept();
+    });
     save("PNG (*.png)", "none/such/full.png");
-    EXPECT_TRUE(told.Text.startsWith("Cannot write ")) << told.Text.toStdString();
+    EXPECT_TRUE(told.startsWith("Cannot write ")) << told.toStdString();
 
-    Screen.Program->GraphPage.LblGraphPageEmpty.SetVisible(true); // in its place
+    World.Program->GraphPage.LblGraphPageEmpty.SetVisible(true); // in its place
     EXPECT_TRUE(graph.isHidden());
 }
 

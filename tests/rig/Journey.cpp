@@ -475,7 +475,13 @@ void TJourney::HelpStep(const std::string& rest) {
     help.Pages = {{ToIntegerOr(words.at(0), 0), ToIntegerOr(words.at(1), 0)}};
 }
 
+// With a second word only something to paint.
 void TJourney::PictureStep(const std::string& rest) {
+    if (const auto [form, name] = Split(rest); !name.empty()) {
+        if (OnPicture)
+            OnPicture(form, name);
+        return;
+    }
     for (const std::string& line : ScreenOf(World).Tell(rest))
         Notes.Tell(line);
 }

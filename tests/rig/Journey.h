@@ -37,6 +37,8 @@ class TJourney : public IDialogs {
     std::function<void()> OnDialog;
     // When all steps are taken, before what is left open is closed.
     std::function<void()> OnEnd;
+    // A form is to be painted under that name.
+    std::function<void(const std::string& form, const std::string& name)> OnPicture;
     // Goes on where the journey and the program part: steps that cannot be taken are left out, and dialogs
     // that no answer stands for are cancelled. Nothing is told.
     bool Lenient = false;

@@ -34,7 +34,7 @@ class TWorld {
     // Closes the main form in the ordinary way, and ends what is left of the program.
     void Close();
     void End(); // without a close
-    std::function<void()> BeforeEnd;
+    std::function<void()> OnBuilt, BeforeEnd;
     // Replaces the first occurrence in a file; false if it is not there.
     bool Edit(const std::filesystem::path& path, const std::string& from, const std::string& to);
     // Takes the simulation file as it stands now, with the sections of Simulated behind it.
