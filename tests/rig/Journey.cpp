@@ -477,7 +477,7 @@ void TJourney::HelpStep(const std::string& rest) {
 
 // With a second word only something to paint.
 void TJourney::PictureStep(const std::string& rest) {
-    if (const auto [form, name] = Split(rest); !name.empty()) {
+    if (const auto [form, name] = SplitFirst(rest); !name.empty()) {
         if (OnPicture)
             OnPicture(form, name);
         return;
