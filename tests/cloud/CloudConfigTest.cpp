@@ -1,13 +1,11 @@
-#include "sim/cloud/SimulatedCloud.h"
+#include "sim/cloud/CloudConfig.h"
 
-#include "core/DiskFiles.h"
 #include "core/IniFile.h"
 #include "core/Table.h"
-#include "sim/cloud/CloudConfig.h"
 
 #include <gtest/gtest.h>
 
-// What the scenarios, which all run against it, do not show.
+// The cloud itself is told by the journeys, which all run against it.
 namespace tidewell::test {
 namespace {
 
@@ -32,24 +30,6 @@ TEST(CloudConfig, NamesWhatItCannotUnderstand) {
          "[Users]\nbert=x\n -> : section [Users] belongs to nothing"});
     EXPECT_ANY_THROW(ReadCloudConfig(TIniFile("")));
     EXPECT_ANY_THROW(ReadCloudConfig(TIniFile("[User anna]\nFlags=10\n")));
-}
-
-// Method, path and body, without a login.
-TEST(SimulatedCloud, RefusesWhatItDoesNotKnow) {
-    TSimulatedCloud service(ReadCloudConfig(TIniFile(TDiskFiles(), EXAMPLE_CLOUD_INI)));
-    ExpectRows(
-        [&](std::string_view input) {
-            return std::to_string(service
-                                      .Handle({Piece(input, 0), "/api/v1.2" + Piece(input, 1),
-                                               "Bearer made.up.token", Piece(input, 2)})
-                                      .Code);
-        },
-        {"POST|/login|{ -> 400", "POST|/login|{\"Username\":\"service\",\"Password\":1} -> 400",
-         "POST|/login|{\"Username\":\"service\",\"Password\":\"Tidewell\"} -> 401",
-         "POST|/login|{\"Username\":\"nobody\",\"Password\":\"tidewell\"} -> 401", "GET|/login| -> 405",
-         "POST|| -> 404", "GET|/devices/410000000001/1/Nabtouser| -> 404",
-         "GET|/devices//0/Nabtouser| -> 404", "GET|/Nabtouser| -> 401", "POST|/keepAlive| -> 401",
-         "POST|/logout| -> 401", "POST|/login|{\"Username\":\"service\",\"Password\":\"tidewell\"} -> 200"});
 }
 
 } // namespace
