@@ -534,6 +534,16 @@ TEST(TUpdates, StrictlyOnlyWhatTheControllerSaidIsClaimed) {
             {"2 1:2 4096", "NoAnswer=on; query=setpointReadValue.json",
              "ping, prepare 1, target, test *4; log: result No JS  *4; OK 93315"},
             {"1 0:0 300", "NoAnswer=on; query=ping.json", "ping; box: Device is not available; Error 2000"},
+            // A refusal explains no other exchange.
+            {"1 0:0 300",
+             "Error=busy; query=prepareUpdate.json; times=4 && NoAnswer=on; query=prepareUpdate.json; "
+             "skip=4; times=1",
+             "ping, prepare 1 *5, restart, prepare 1 *2, stream 300, close, test; log: restarted; box: "
+             "Device is not available; OK 74565"},
+            {"1 0:0 300",
+             "fault aria1 Error=busy; query=eepReadRaw.json && NoAnswer=on; query=ping.json\nclick "
+             "but_errorlog",
+             "ping; box: Device is not available; Error 2000"},
             {"1 0:0 300", "edit pkg/pc_cfg.fwc VersionFName1:1:215 => VersionFName1:1:216",
              "ping, streamed, test; box: other version; Error 69540"},
             {"1 0:0 300", "edit pkg/pc_cfg.fwc VersionFName1:1:215 => VersionFName9:1:215",
