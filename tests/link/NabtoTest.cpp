@@ -301,7 +301,7 @@ TEST_F(TNabtoStreamTest, AReadThatTakesTooLongKeepsWhatCame) {
     for (const auto& [delay, length, got] :
          {std::tuple{1999, 6U, "abcdef"}, {2000, 3U, "abc"}, {2000, 4U, "abc"}}) {
         Open("abcdef");
-        During("nabtoStreamReadIntoBuf", [this, delay] { Time.Advance(delay); });
+        During("nabtoStreamReadIntoBuf", [this, ms = delay] { Time.Advance(ms); });
         if (delay == 2000) // told, even if all came
             ExpectBoxes({"Stream Read, Timeout :("});
         const TStreamRead read = Nabto->ReadStream(length);
