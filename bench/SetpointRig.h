@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IdlePorts.h"
+#include "bench/IdleSurroundings.h"
 #include "core/DiskFiles.h"
 #include "core/KvSupport.h"
 #include "core/controls/Form.h"
@@ -8,7 +9,6 @@
 #include "link/NabtoDevice.h"
 #include "setpoints/Finputdialog.h"
 #include "setpoints/SetpointPage.h"
-#include "tests/support/IdleSurroundings.h"
 
 #include <array>
 #include <cstddef>

@@ -2,6 +2,7 @@
 // device that answers at once and waits that take no time.
 
 #include "IdlePorts.h"
+#include "bench/IdleSurroundings.h"
 #include "core/Crc16.h"
 #include "core/DiskFiles.h"
 #include "core/Extensions.h"
@@ -15,7 +16,6 @@
 #include "link/ReadReport.h"
 #include "link/UpdateRun.h"
 #include "link/UpdateStatus.h"
-#include "tests/support/IdleSurroundings.h"
 
 #include <benchmark/benchmark.h>
 #include <string.h>

@@ -3,8 +3,8 @@
 #include "core/KvSupport.h"
 #include "core/Table.h"
 #include "support/FakePorts.h"
+#include "support/FixedDialogs.h"
 #include "support/IdleProgram.h"
-#include "support/ScriptedDialogs.h"
 
 #include <gmock/gmock.h>
 
@@ -35,15 +35,12 @@ std::string Flags(const std::string& set, std::size_t index = 10, std::size_t co
 
 struct ApiClient : testing::Test {
     TScriptedHttp Http;
-    TScriptedDialogs Dialogs;
+    TFixedDialogs Dialogs;
     TIdleProgram Program;
     TApiClient Client{Program, Dialogs};
     TCredentials Credentials;
 
-    ApiClient() {
-        Client.UseService(Http, {"api.example", 4161});
-        Dialogs.AllowMessage("No connection to server");
-    }
+    ApiClient() { Client.UseService(Http, {"api.example", 4161}); }
     // "operation|status|body" of one who is logged in: the result, what is known afterwards and the diary.
     std::string Call(std::string_view input) {
         const std::string operation = Piece(input, 0);

@@ -1,8 +1,8 @@
 #include "cloud/NabtoLogOn.h"
 
 #include "link/DynamicLibraryLoader.h"
+#include "support/FixedDialogs.h"
 #include "support/PosixProcess.h"
-#include "support/ScriptedDialogs.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 // The rest of the dialog is told in tests/journeys.
 TEST(InstalledLogOn, ScramblesWithTheLibraryAndToolsOfTheProgram) {
-    TScriptedDialogs dialogs;
+    TFixedDialogs dialogs;
     TDynamicLibraryLoader libraries(PROGRAM_DIRECTORY);
     TPosixProcess process;
     const TCurrentInifilesPath paths{{}, {}, {}, {}, PROGRAM_DIRECTORY};
@@ -19,13 +19,13 @@ TEST(InstalledLogOn, ScramblesWithTheLibraryAndToolsOfTheProgram) {
     std::string lastPW;
     TNabtoLogOn logOn(libraries, process, dialogs, paths, extensions, lastPW);
     for (const char* const typed : {"se \"cret\"", "Palisades"}) { // which stands for the former one
-        dialogs.ExpectForm("NabtoLogOn", [&](TForm&) {
-            logOn.EnableSaveButton();
-            EXPECT_TRUE(logOn.ButSave.Visible() && !logOn.EditPW.Masked());
-            logOn.EditPW.Enter(typed);
-            logOn.ButOk.Click();
-        });
-        EXPECT_EQ(dialogs.ShowModal(logOn), EModalResult::Ok);
+        logOn.Open();
+        logOn.EnableSaveButton();
+        EXPECT_TRUE(logOn.ButSave.Visible() && !logOn.EditPW.Masked());
+        logOn.EditPW.Enter(typed);
+        logOn.ButOk.Click();
+        EXPECT_EQ(logOn.ModalResult(), EModalResult::Ok);
+        logOn.Close();
         EXPECT_TRUE(!logOn.ButSave.Visible() && logOn.EditPW.Masked());
         EXPECT_EQ(logOn.LoginPassword, "se \"cret\"");
         lastPW = logOn.CLoginPassword;

@@ -38,7 +38,7 @@ void Open(TFuzzRig& rig) {
             "samples and times differ");
     rig.Page.GraphScroll.Scroll(EScrollCode::Track, rig.Page.GraphScroll.Max());
     rig.Page.graph.UserZooms(rig.Page.graph.XAxis, {1, 30});
-    rig.Dialogs.Target = "/t/export.csv";
+    rig.Dialogs.Saved = "/t/export.csv";
     TCsvExport(rig.Needs).Exportdatatocsv1Click();
     const std::string table = rig.Files.Read("/t/export.csv");
     Require(IsValidUtf8(table), "a table of two encodings");
@@ -58,8 +58,8 @@ void FeedDatalog(std::string_view bytes) {
     rig.Profile.Open("/t/a.pls");
     rig.Page.XAxisJump = 10;
     rig.Page.GraphInit(true);
-    rig.Dialogs.Datalogs = rig.PutFiles(bytes, [](std::string_view part) { return std::string(part); });
-    const std::string first = rig.Files.Read(rig.Dialogs.Datalogs.front());
+    rig.Dialogs.OpenedMany = rig.PutFiles(bytes, [](std::string_view part) { return std::string(part); });
+    const std::string first = rig.Files.Read(rig.Dialogs.OpenedMany.front());
     CompareLines(rig.Files, first, blockSize);
     TGraphRowParser parser(rig.Profile.GraphPoints);
     for (const std::string& line : SplitLines(first))

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "bench/IdlePorts.h"
 #include "core/controls/Form.h"
 #include "core/controls/Lists.h"
 #include "core/controls/Simple.h"
@@ -9,12 +8,12 @@
 #include "logging/DatalogReader.h"
 #include "logging/LogBuffers.h"
 #include "model/Profile.h"
+#include "support/FixedDialogs.h"
 #include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
 
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,19 +34,6 @@ inline std::string_view TakeUpTo(std::string_view& text, char mark) {
     text.remove_prefix(taken.size() + (taken.size() < text.size() ? 1 : 0));
     return taken;
 }
-
-// Answers each dialog with what was set.
-class TFixedDialogs : public TNoDialogs {
-  public:
-    std::optional<std::filesystem::path> OpenFile(const TFileDialog&) override { return Profile; }
-    std::vector<std::filesystem::path> OpenFiles(const TFileDialog&) override { return Datalogs; }
-    std::optional<std::filesystem::path> SaveFile(const TFileDialog&, std::size_t&) override {
-        return Target;
-    }
-    std::filesystem::path Profile;
-    std::vector<std::filesystem::path> Datalogs;
-    std::filesystem::path Target;
-};
 
 // A graph page and what opens files on it.
 class TFuzzRig {

@@ -33,8 +33,8 @@ std::string FileOf(std::string_view text) {
 void FeedSd(std::string_view bytes) {
     TFuzzRig rig;
     rig.Files.Put("/t/a.SDpls", sdChannelsText);
-    rig.Dialogs.Profile = "/t/a.SDpls";
-    rig.Dialogs.Datalogs = rig.PutFiles(bytes, FileOf);
+    rig.Dialogs.Opened = "/t/a.SDpls";
+    rig.Dialogs.OpenedMany = rig.PutFiles(bytes, FileOf);
     try {
         TSdDatalogReader reader(rig.Needs);
         reader.OnOpenProfile = [&rig](const std::filesystem::path& path) { rig.Profile.Open(path); };

@@ -11,9 +11,8 @@
 namespace tidewell::test {
 
 TEST(InstalledConfiguration, LanguageFilesHoldTheSameTextsInTheSameOrder) {
-    const TInstallation installation;
-    const TIniFile english = installation.Ini("cfg/english.lng");
-    const TIniFile german = installation.Ini("cfg/deutsch.lng");
+    const TIniFile english = InstalledIni("cfg/english.lng");
+    const TIniFile german = InstalledIni("cfg/deutsch.lng");
     ASSERT_EQ(english.SectionNames(), german.SectionNames());
     for (const std::string& section : english.SectionNames()) {
         const TIniSection a = english.ReadSection(section);
@@ -28,12 +27,11 @@ TEST(InstalledConfiguration, LanguageFilesHoldTheSameTextsInTheSameOrder) {
 
 // Every unit code of a profile has its text, and every mode number a name that is reached.
 TEST(InstalledConfiguration, UnitTextsCoverTheProfiles) {
-    TInstallation installation;
     for (const std::string language : {"english", "deutsch"}) {
-        const TIniFile texts = installation.Ini("cfg/" + language + ".lng");
+        const TIniFile texts = InstalledIni("cfg/" + language + ".lng");
         const TIniSection dataUnits = texts.ReadSection("DataUnits");
         for (const std::string profile : {"Aria450_", "Loft120_"})
-            for (const TListRow& row : TInstalledProfile(installation, profile + language + ".pls").Rows) {
+            for (const TListRow& row : TInstalledProfile(profile + language + ".pls").Rows) {
                 const std::string& code = row.Fields.at(9);
                 EXPECT_TRUE(code == "0" || !dataUnits.Value(code).empty()) << row.Name() << " code " << code;
                 std::string text;
@@ -46,15 +44,12 @@ TEST(InstalledConfiguration, UnitTextsCoverTheProfiles) {
 
 // The packages are whole, fit the simulated controllers and, together, take every road.
 TEST(InstalledFirmware, PackagesAreWholeAndTakeEveryRoad) {
-    const TInstallation installation;
-    const TSimulation simulation =
-        ParseSimulation(installation.Files.Read(installation.Directory / "nabto_config/simulation.ini"), "");
+    const TSimulation simulation = ParseSimulation(Installation().Read(TWorld::Simulation), "");
     std::set<ERoad> roads;
     for (const auto& [folder, model, controller] :
          {std::tuple{"aria450", "30021", 0U}, {"aria450_previous", "30021", 0U}, {"hub", "30011", 1U}}) {
-        const auto directory = installation.Directory / "firmware" / folder;
-        const auto [package, mistakes] =
-            CheckFirmwarePackage(installation.Files, directory / "config.fwc", {});
+        const auto directory = std::filesystem::path("/t/firmware") / folder;
+        const auto [package, mistakes] = CheckFirmwarePackage(Installation(), directory / "config.fwc", {});
         TImageStore store;
         store.Setup = simulation.Controllers.at(controller).Service.value().Images;
         EXPECT_THAT(mistakes, testing::IsEmpty());
@@ -63,7 +58,7 @@ TEST(InstalledFirmware, PackagesAreWholeAndTakeEveryRoad) {
         for (std::int32_t number = 1; number <= static_cast<std::int32_t>(package.Files.size()); ++number) {
             const TUpdateFile& file = package.Files[static_cast<std::size_t>(number) - 1];
             EXPECT_TRUE(store.Announce(number, file.filesize, file.crc)) << file.filename;
-            store.Append(number, installation.Files.Read(directory / file.filename));
+            store.Append(number, Installation().Read(directory / file.filename));
             EXPECT_TRUE(store.Whole(number)) << file.filename;
             EXPECT_EQ(store.VersionNumber(number), file.swversion);
             EXPECT_EQ(file.fileId, "VersionFName" + std::to_string(number));

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "InstallationDirectory.h"
-#include "core/DiskFiles.h"
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
-#include "support/MemoryFiles.h"
-#include "support/VirtualTime.h"
+#include "rig/World.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -23,20 +20,9 @@ inline std::vector<std::string> Fields(const std::string& row) {
     return {pieces.begin(), pieces.end()};
 }
 
-// The example installation as the program finds it, copied into memory so that no test changes it.
-struct TInstallation {
-    TInstallation() {
-        const std::filesystem::path source = InstallationDirectory;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(source))
-            if (entry.is_regular_file())
-                Files.Put(Directory / entry.path().lexically_relative(source),
-                          TDiskFiles().Read(entry.path()));
-    }
-    TIniFile Ini(const std::string& name) const { return TIniFile(Files, Directory / name); }
-
-    TMemoryFiles Files;
-    const std::filesystem::path Directory = "/tidewell";
-};
+inline TIniFile InstalledIni(const std::string& name) {
+    return TIniFile(Installation(), "/t/" + name);
+}
 
 // One list row of a profile, with the read question that it belongs to.
 struct TListRow {
@@ -54,11 +40,9 @@ struct TListRow {
 // A profile of the installation, opened by the classes that the program opens it with.
 struct TInstalledProfile {
     // The name has no directory.
-    TInstalledProfile(TInstallation& installation, const std::string& name)
-        : Profile(installation.Files), Panel(installation.Files, Time),
-          Path(installation.Directory / "profile" / name) {
+    explicit TInstalledProfile(const std::string& name) : Path("/t/profile/" + name) {
         Profile.Open(Path);
-        Panel.SetMpanelWorkingpath(installation.Directory);
+        Panel.SetMpanelWorkingpath("/t");
         Panel.SetMpanelPLSpath(Path);
         Panel.InitQuestionStringlistStructures();
         for (const TMDevice& device : Panel.DeviceList)
@@ -68,9 +52,10 @@ struct TInstalledProfile {
                                     GetRowField(device.ReadList[question], 1) == "3"});
     }
 
+    TMemoryFiles Files = Installation();
     TVirtualTime Time;
-    TProfile Profile;
-    TModbusPanel Panel;
+    TProfile Profile{Files};
+    TModbusPanel Panel{Files, Time};
     std::filesystem::path Path;
     std::vector<TListRow> Rows; // of all devices
 };

@@ -15,8 +15,7 @@ namespace {
 // a table can get wrong.
 class InstalledProfile : public testing::TestWithParam<const char*> {
   protected:
-    TInstallation Installation;
-    TInstalledProfile Opened{Installation, GetParam()};
+    TInstalledProfile Opened{GetParam()};
 };
 
 } // namespace

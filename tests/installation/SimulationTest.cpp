@@ -1,10 +1,8 @@
 #include "Installation.h"
 #include "core/Configuration.h"
 #include "link/Nabto.h"
-#include "sim/nabto/InProcessLibrary.h"
-#include "sim/nabto/SimulatedNabto.h"
+#include "support/FixedDialogs.h"
 #include "support/IdleProgram.h"
-#include "support/ScriptedDialogs.h"
 
 #include <gtest/gtest.h>
 
@@ -18,11 +16,7 @@ namespace {
 // The program's link to the simulated controllers of the installation.
 class SimulatedInstallation : public testing::Test {
   protected:
-    SimulatedInstallation() {
-        Simulation.SimulationFile = Installation.Directory / "nabto_config/simulation.ini";
-        Simulation.OnReport = [](const std::string& line) { ADD_FAILURE() << line; };
-        EXPECT_EQ(Nabto.Init("somebody@example.com", "secret"), 0);
-    }
+    SimulatedInstallation() { EXPECT_EQ(Nabto.Init("somebody@example.com", "secret"), 0); }
 
     // The direct controller and the one behind the gateway, each with the profile of its model.
     void ForEachModel(const std::function<void(const TInstalledProfile&)>& check) {
@@ -30,14 +24,14 @@ class SimulatedInstallation : public testing::Test {
             SCOPED_TRACE(name);
             Device = std::string(id) + "." + ReadNabtoConfiguration(System).Domain;
             ASSERT_TRUE(Nabto.ping(Device));
-            check(TInstalledProfile(Installation, std::string(name) + "_english.pls"));
+            check(TInstalledProfile(std::string(name) + "_english.pls"));
         }
     }
 
     // The values of a whole cycle.
     std::vector<std::string> AskAll(const TInstalledProfile& profile) {
         std::vector<std::string> cycle;
-        for (const auto& row : ReadPollQuestions(Installation.Files, profile.Path).Rows()) {
+        for (const auto& row : ReadPollQuestions(World.Files, profile.Path).Rows()) {
             const std::vector<std::string> question = Fields(row.Value); // obj, command, address, length
             const std::string json = ValueToJson(question.at(2), question.at(3), question.at(0));
             const char* const query =
@@ -56,15 +50,11 @@ class SimulatedInstallation : public testing::Test {
     }
 
     std::string Device; // address of the model at hand
-    TInstallation Installation;
-    const TIniFile System{Installation.Files, FindSystemFile(Installation.Files, Installation.Directory)};
-    TVirtualTime Time;
-    TScriptedDialogs Dialogs;
-    TPortTime SimulationTime{Time, Time};
-    TSimulatedNabto Simulation{Installation.Files, SimulationTime};
-    TInProcessLibrary Library{Simulation};
+    TWorld World;
+    const TIniFile System{World.Files, TWorld::SystemFile};
+    TFixedDialogs Dialogs;
     TIdleProgram Program;
-    TUNabto Nabto{Program, Library, Dialogs, Time, Time, Installation.Files, Installation.Directory};
+    TUNabto Nabto{Program, World.Libraries, Dialogs, World.Time, World.Time, World.Files, "/t"};
 };
 
 } // namespace
@@ -103,7 +93,7 @@ TEST_F(SimulatedInstallation, PolledValuesMoveWithinTheirLimits) {
         std::size_t lengthChanges = 0;
         std::size_t lengthBefore = Join(first, "").size();
         for (int cycle = 0; cycle < 300; ++cycle) {
-            Time.Advance(2000);
+            World.Time.Advance(2000);
             const std::vector<std::string> values = AskAll(profile);
             ASSERT_EQ(values.size(), first.size());
             for (std::size_t i = 0; i < values.size(); ++i)
@@ -137,7 +127,7 @@ TEST_F(SimulatedInstallation, SetpointsKeepWhatIsWritten) {
 TEST_F(SimulatedInstallation, OfferedFaultsCanBeSwitchedOn) {
     std::string bytes;
     std::size_t faults = 0;
-    for (const std::string& line : SplitLines(Installation.Files.Read(Simulation.SimulationFile))) {
+    for (const std::string& line : SplitLines(Installation().Read(TWorld::Simulation))) {
         const bool isOffer = line.starts_with("; ") && line.find('=') != std::string::npos;
         faults += isOffer ? 1U : 0U;
         bytes += (isOffer ? line.substr(2) : line) + "\n";

@@ -33,7 +33,8 @@ class TToldHttp : public IHttp {
     std::function<void(const THttpRequest&, const THttpReply&)> Tell;
 };
 
-// The example installation, read from the disk once.
+} // namespace
+
 const TMemoryFiles& Installation() {
     static const TMemoryFiles files = [] {
         TMemoryFiles read;
@@ -45,8 +46,6 @@ const TMemoryFiles& Installation() {
     }();
     return files;
 }
-
-} // namespace
 
 TWorld::TWorld() : Files(Installation()) {
     Files.CurrentDirectory = "/t";

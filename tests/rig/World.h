@@ -18,6 +18,9 @@
 
 namespace tidewell::test {
 
+// The example installation below "/t", as it is on the disk.
+const TMemoryFiles& Installation();
+
 // What the program runs in: the example installation, laid out in memory below "/t" without our extensions,
 // the simulated controllers and the cloud stand-in, in virtual time. Nothing of it is real, and nothing is
 // shared between two worlds.

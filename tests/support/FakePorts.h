@@ -3,7 +3,6 @@
 #include "core/Errors.h"
 #include "core/ports/IApplication.h"
 #include "core/ports/IHttp.h"
-#include "core/ports/ILibraryLoader.h"
 #include "core/ports/IPictures.h"
 #include "core/ports/IProcess.h"
 
@@ -60,11 +59,6 @@ class TFakePictures : public IPictures {
         if (!bytes.starts_with("\x89PNG"))
             throw TError("Unsupported image format");
     }
-};
-
-class TNoLibraries : public ILibraryLoader {
-  public:
-    TLoadedLibrary Load(const std::string& name) override { return {nullptr, name, "there is none"}; }
 };
 
 // Answers each exchange with the next reply, and with none at all once they have run out.

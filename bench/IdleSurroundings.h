@@ -1,6 +1,5 @@
 #pragma once
 
-#include "IdleProgram.h"
 #include "cloud/ApiClient.h"
 #include "core/Extensions.h"
 #include "core/LanguageTexts.h"
@@ -14,6 +13,7 @@
 #include "link/Nabto.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
+#include "tests/support/IdleProgram.h"
 
 #include <string>
 #include <utility>
