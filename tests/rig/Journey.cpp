@@ -152,10 +152,14 @@ void TJourney::Flush() {
         AllTold.insert(AllTold.end(), lines.begin(), lines.end());
     if (step.Text.ends_with("start linked") || step.Text.ends_with("start logging"))
         std::erase_if(lines, &IsUsual);
+    const TTime now = World.Time.Now();
+    const std::string time = " " + World.Time.ShortTime(now) + " " + World.Time.ShortDate(now) + "\"";
     for (std::string& line : lines) {
+        for (std::size_t at = 0; (at = line.find(time, at)) != std::string::npos;)
+            line.replace(at, time.size(), " now\"");
         const auto isRow = [](const std::string& text) { return text.starts_with("| "); }; // of a file
         auto& told = step.Told;
-        if (!told.empty() && !isRow(line) && !isRow(told.back()) && told.back().size() + line.size() < 146)
+        if (!told.empty() && !isRow(line) && !isRow(told.back()) && Joins(told.back(), line))
             told.back() += " // " + line;
         else
             told.push_back(std::move(line));

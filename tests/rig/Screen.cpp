@@ -248,6 +248,10 @@ std::optional<std::string> Difference(const std::string& name, const TControlTex
 
 } // namespace
 
+bool Joins(const std::string& line, const std::string& text) {
+    return line.size() + text.size() <= width || (line.size() > width && text.size() <= width / 3);
+}
+
 TControlText TextOf(const TControl& control) {
     TControlText told{{"shown", control.Visible() ? "shown" : "hidden"},
                       {"usable", control.Enabled() ? "enabled" : "disabled"}};
@@ -274,9 +278,8 @@ TScreen::TScreen(const std::vector<TForm*>& forms, const TProgram& program) {
 
 std::vector<std::string> TScreen::Lines(const std::string& form, const std::vector<std::string>& texts) {
     std::vector<std::string> lines;
-    for (const std::string& text : texts) // one that is too long anyway takes short ones too
-        if (lines.empty() || (lines.back().size() + text.size() > width &&
-                              (lines.back().size() <= width || text.size() > width / 3)))
+    for (const std::string& text : texts)
+        if (lines.empty() || !Joins(lines.back(), text))
             lines.push_back(form + ": " + text);
         else
             lines.back() += "; " + text;
@@ -323,7 +326,7 @@ std::vector<std::string> TScreen::ChangesSince(const TScreen& before, const std:
             lines.push_back(std::move(*line));
     for (std::size_t i = 0; i < Content.size(); ++i)
         for (std::string& line : Lines(Content[i].Name, forms[i])) {
-            if (!lines.empty() && lines.back().size() + line.size() < width) // short forms share a line
+            if (!lines.empty() && Joins(lines.back(), line))
                 lines.back() += "; " + line;
             else
                 lines.push_back(std::move(line));

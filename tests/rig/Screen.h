@@ -13,6 +13,9 @@ class TProgram;
 
 namespace tidewell::test {
 
+// Whether a text goes behind another in a line of what is told: one that is too long anyway takes short ones.
+bool Joins(const std::string& line, const std::string& text);
+
 // What a person sees of a control, in words: what it is called there ("visible", "text", "row 3") and what it
 // says.
 using TControlText = std::map<std::string, std::string>;
