@@ -21,7 +21,7 @@ constexpr const char* channelsText = "[GraphPoints]\r\n"
 // The lines come out the same whatever the size of the blocks, but for their cut.
 void CompareLines(const TMemoryFiles& files, std::string_view bytes, std::size_t blockSize) {
     const std::vector<std::string> whole = SplitLines(bytes);
-    TDatalogLineReader reader(files.Open("/t/0"), blockSize, longestLine);
+    TDatalogLineReader reader(files.Open("/t/0.log"), blockSize, longestLine);
     std::size_t count = 0;
     for (std::string_view line; reader.Next(line); ++count) {
         Require(count < whole.size() && whole[count].starts_with(line), "another line");
@@ -30,7 +30,7 @@ void CompareLines(const TMemoryFiles& files, std::string_view bytes, std::size_t
     Require(count == whole.size(), "lines are missing");
 }
 
-void Open(TFuzzRig& rig) {
+void Open(TDatalogRig& rig) {
     TDatalogReader(rig.Needs).OpenDatalogfile1Click();
     const std::size_t samples = rig.Page.GraphSampleCount();
     Require(samples > 0 && samples == rig.Page.GraphDataLabelsTimeText.Count() &&
@@ -53,13 +53,9 @@ void FeedDatalog(std::string_view bytes) {
         return;
     const auto blockSize = static_cast<std::size_t>(static_cast<unsigned char>(bytes.front())) + 1;
     bytes.remove_prefix(1);
-    TFuzzRig rig;
-    rig.Files.Put("/t/a.pls", channelsText);
-    rig.Profile.Open("/t/a.pls");
-    rig.Page.XAxisJump = 10;
-    rig.Page.GraphInit(true);
-    rig.Dialogs.OpenedMany = rig.PutFiles(bytes, [](std::string_view part) { return std::string(part); });
-    const std::string first = rig.Files.Read(rig.Dialogs.OpenedMany.front());
+    TDatalogRig rig(channelsText, 10);
+    rig.Choose(Parts(bytes));
+    const std::string first = rig.Files.Read("/t/0.log");
     CompareLines(rig.Files, first, blockSize);
     TGraphRowParser parser(rig.Profile.GraphPoints);
     for (const std::string& line : SplitLines(first))

@@ -1,19 +1,8 @@
 #pragma once
 
-#include "core/controls/Form.h"
-#include "core/controls/Lists.h"
-#include "core/controls/Simple.h"
 #include "fuzz/RowProperties.h"
-#include "graph/GraphPage.h"
-#include "logging/DatalogReader.h"
-#include "logging/LogBuffers.h"
-#include "model/Profile.h"
-#include "support/FixedDialogs.h"
-#include "support/IdleProgram.h"
-#include "support/MemoryFiles.h"
+#include "logging/DatalogRig.h"
 
-#include <filesystem>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,35 +24,13 @@ inline std::string_view TakeUpTo(std::string_view& text, char mark) {
     return taken;
 }
 
-// A graph page and what opens files on it.
-class TFuzzRig {
-  public:
-    // One to three files, each made of a part.
-    std::vector<std::filesystem::path> PutFiles(std::string_view parts,
-                                                const std::function<std::string(std::string_view)>& make) {
-        std::vector<std::filesystem::path> paths;
-        do {
-            paths.push_back("/t/" + std::to_string(paths.size()));
-            Files.Put(paths.back(), make(TakeUpTo(parts, nextPart)));
-        } while (!parts.empty() && paths.size() < 3);
-        return paths;
-    }
-
-    TIdleLog Log;
-    TIdleProgram Program;
-    TMemoryFiles Files;
-    TNoWait Wait;
-    TFixedDialogs Dialogs;
-    TProfile Profile{Files};
-    TMemo MemoEventLog{"MemoEventLog"};
-    TLogBuffers Buffers;
-    TProgressBar FileProgressBar{"FileProgressBar"};
-    TForm Form{"FormMain"};
-    TGraphPage Page{Form, {Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
-    std::filesystem::path directorypath = "/t";
-    TExclusiveUse Opening;
-    TDatalogNeeds Needs{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
-                        Page, MemoEventLog, FileProgressBar, directorypath, Opening};
-};
+// One to three parts.
+inline std::vector<std::string> Parts(std::string_view bytes) {
+    std::vector<std::string> parts;
+    do
+        parts.emplace_back(TakeUpTo(bytes, nextPart));
+    while (!bytes.empty() && parts.size() < 3);
+    return parts;
+}
 
 } // namespace tidewell::test

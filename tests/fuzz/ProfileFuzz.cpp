@@ -12,7 +12,7 @@ constexpr const char* fedPath = "/t/profile/a.pls";
 constexpr const char* dataLine = "0;02-03-2026;08:00:00;1; -2; 40000; 3; x; 5; ";
 
 // All that shows a row of the setpoint grid.
-void ShowListRows(TFuzzRig& rig) {
+void ShowListRows(TDatalogRig& rig) {
     TModbusPanel panel(rig.Files, rig.Wait);
     panel.SetMpanelWorkingpath("/t");
     panel.SetMpanelPLSpath(fedPath);
@@ -35,7 +35,7 @@ void ShowListRows(TFuzzRig& rig) {
 }
 
 // Writes the graph settings back; what they do not cover reads as before.
-void WriteBack(TFuzzRig& rig) {
+void WriteBack(TDatalogRig& rig) {
     const std::vector<TGraphPoint> before = rig.Profile.GraphPoints;
     rig.Profile.WriteGraphSettings(rig.Page.ChannelSettings());
     std::set<std::string> names;
@@ -63,7 +63,7 @@ void Guarded(const auto& action) {
 } // namespace
 
 void FeedProfile(std::string_view bytes) {
-    TFuzzRig rig;
+    TDatalogRig rig;
     rig.Files.Put(fedPath, std::string(bytes));
     rig.Profile.Open(fedPath);
     rig.Profile.ReadNabtoSection(fedPath);

@@ -31,10 +31,13 @@ std::string FileOf(std::string_view text) {
 } // namespace
 
 void FeedSd(std::string_view bytes) {
-    TFuzzRig rig;
+    TDatalogRig rig;
     rig.Files.Put("/t/a.SDpls", sdChannelsText);
     rig.Dialogs.Opened = "/t/a.SDpls";
-    rig.Dialogs.OpenedMany = rig.PutFiles(bytes, FileOf);
+    std::vector<std::string> files;
+    for (const std::string& part : Parts(bytes))
+        files.push_back(FileOf(part));
+    rig.Choose(files);
     try {
         TSdDatalogReader reader(rig.Needs);
         reader.OnOpenProfile = [&rig](const std::filesystem::path& path) { rig.Profile.Open(path); };

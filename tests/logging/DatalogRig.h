@@ -7,12 +7,9 @@
 #include "logging/DatalogReader.h"
 #include "logging/LogBuffers.h"
 #include "model/Profile.h"
+#include "support/FixedDialogs.h"
 #include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
-#include "support/ScriptedDialogs.h"
-#include "support/VirtualTime.h"
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
@@ -20,52 +17,51 @@
 
 namespace tidewell::test {
 
-// What opens and exports datalogs works on, with the profile "/t/profile/a.pls" opened.
+// A graph page, and what opens and exports datalogs on it.
 class TDatalogRig {
   public:
-    explicit TDatalogRig(const std::string& profileText) {
+    TDatalogRig() { FileProgressBar.SetVisible(false); }
+    // With that profile opened.
+    explicit TDatalogRig(const std::string& profileText, int jump = 1000) : TDatalogRig() {
         Files.Put("/t/profile/a.pls", profileText);
         Profile.Open("/t/profile/a.pls");
+        Page.XAxisJump = jump;
         Page.GraphInit(true);
-        FileProgressBar.SetVisible(false);
     }
-    // Makes files "0.log" and so on, to be chosen in the next dialog.
-    void ExpectFiles(const std::string& title, const std::string& folder,
-                     const std::vector<std::string>& contents) {
-        std::vector<std::filesystem::path> paths;
+    // Makes files "/t/0.log" and so on, which the dialogs choose.
+    void Choose(const std::vector<std::string>& contents) {
         for (const std::string& content : contents) {
-            paths.push_back(folder + std::to_string(paths.size()) + ".log");
-            Files.Put(paths.back(), content);
+            Dialogs.OpenedMany.push_back("/t/" + std::to_string(Dialogs.OpenedMany.size()) + ".log");
+            Files.Put(Dialogs.OpenedMany.back(), content);
         }
-        Dialogs.ExpectOpenFiles(title, paths);
     }
-    // What a channel holds of each sample; of the plot surface, or of the page's own table.
-    std::vector<double> Drawn(std::size_t channel) const {
+    // What the first channel holds: of the plot surface, and of the page's own table.
+    std::vector<double> Drawn(std::size_t channel = 0) const {
         std::vector<double> values(Page.graph.Channels[channel].Data.GetSize());
         Page.graph.Channels[channel].Data.GetDrawYData(values.data());
         return values;
     }
-    std::vector<double> Samples(std::size_t channel) const {
+    std::vector<double> Samples() const {
         std::vector<double> values;
         for (std::size_t sample = 0; sample < Page.GraphSampleCount(); ++sample)
-            values.push_back(Page.DataLogDataValues.At(channel, sample));
+            values.push_back(Page.DataLogDataValues.At(0, sample));
         return values;
     }
 
     TIdleLog Log;
     TIdleProgram Program;
     TMemoryFiles Files;
-    TVirtualTime Time;
-    TScriptedDialogs Dialogs;
+    TNoWait Wait;
+    TFixedDialogs Dialogs;
     TProfile Profile{Files};
     TMemo MemoEventLog{"MemoEventLog"};
     TLogBuffers Buffers;
     TProgressBar FileProgressBar{"FileProgressBar"};
     TForm Form{"FormMain"};
-    TGraphPage Page{Form, {Profile, Buffers, Dialogs, Time, MemoEventLog, FileProgressBar}};
+    TGraphPage Page{Form, {Profile, Buffers, Dialogs, Wait, MemoEventLog, FileProgressBar}};
     std::filesystem::path directorypath = "/t";
     TExclusiveUse Opening;
-    TDatalogNeeds Needs{Log,  Program,      Dialogs,         Files,         Time,   Profile,
+    TDatalogNeeds Needs{Log,  Program,      Dialogs,         Files,         Wait,   Profile,
                         Page, MemoEventLog, FileProgressBar, directorypath, Opening};
 };
 

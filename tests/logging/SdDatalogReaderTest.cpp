@@ -46,17 +46,12 @@ class TSdRig : public TDatalogRig {
   public:
     explicit TSdRig(const std::string& profile = TwoChannels) : TDatalogRig(profile) {
         Reader.OnOpenProfile = [this](const std::filesystem::path& path) { Profile.Open(path); };
-        Reader.TakeTexts(TIniFile("[HeadAppl]\nMessageStopLog=Stop?\nDialogOpenProfileCaption=Profile\n"
-                                  "DialogOpenDatalogFileCaption=Datalog\n"));
-        Files.Put("/t/profile/card.SDpls", profile);
+        Dialogs.Opened = "/t/profile/card.SDpls";
+        Files.Put(*Dialogs.Opened, profile);
     }
     // What is told at last: that of the error, or of the box before it.
     std::string Open(const std::vector<std::string>& contents) {
-        Dialogs.ExpectMessage("Stop?");
-        Dialogs.ExpectOpenFile("Profile", "/t/profile/card.SDpls");
-        ExpectFiles("Datalog", "/t/", contents);
-        Dialogs.AllowMessage("SD Card file is not a valid datalog file");
-        Dialogs.AllowMessage("Datalog size is big proceed with truncated size", Truncate);
+        Choose(contents);
         std::string outcome;
         try {
             Reader.Open_sd_datalogClick();
@@ -65,7 +60,7 @@ class TSdRig : public TDatalogRig {
             outcome = failure.what();
         }
         EXPECT_FALSE(FileProgressBar.Visible());
-        return Dialogs.Shown.size() > 3 ? Dialogs.Shown.back().Text.substr(0, 12) : outcome;
+        return Dialogs.Boxes.size() > 1 ? Dialogs.Boxes.back().substr(0, 12) : outcome;
     }
     // "text@X" of the labels that the reader has added behind those of the page.
     std::vector<std::string> Labels() {
@@ -77,7 +72,6 @@ class TSdRig : public TDatalogRig {
         }
         return labels;
     }
-    EModalResult Truncate = EModalResult::Yes;
     TSdDatalogReader Reader{Needs};
 };
 
@@ -111,7 +105,7 @@ TEST(SdDatalogReader, TellsWhatIsWrongWithAFileAndItsProfile) {
     for (const auto& [file, outcome] : cases) {
         TSdRig rig;
         EXPECT_EQ(rig.Open({file}), outcome);
-        EXPECT_TRUE(rig.Drawn(0).empty());
+        EXPECT_TRUE(rig.Drawn().empty());
         EXPECT_EQ(rig.MemoEventLog.Lines().back(),
                   "SD-card datalog refused: " + (outcome == none ? "/t/0.log" : outcome));
     }
@@ -138,7 +132,7 @@ TEST(SdDatalogReader, ReadsValuesAndStampsOfManyForms) {
              {File(361, "2024;2;29;23;59"), "25.6", "18:00:00"}}) {
         TSdRig rig;
         EXPECT_EQ(rig.Open({file}), "");
-        const auto drawn = rig.Drawn(0);
+        const auto drawn = rig.Drawn();
         ASSERT_EQ(drawn.size(), 360U);
         EXPECT_EQ(FixedText(drawn[0], 1), value);
         EXPECT_EQ(drawn[1], 25.7);
@@ -166,7 +160,6 @@ TEST(SdDatalogReader, JoinsFilesAndCutsManyDown) {
         double Last, Max;
         std::size_t Labels;
     } const cases[] = {
-        {{good, good}, 1000, EModalResult::Yes, "", 720, 61.5, 1000, 8},
         {{good, good}, 721, EModalResult::Yes, "", 720, 61.5, 721, 8},
         {{good, good}, 720, EModalResult::Yes, "", 720, 61.5, 1440, 2},
         {{good, "bad", good}, 1000, EModalResult::Yes, "SD Card file", 720, 61.5, 1000, 8},
@@ -179,10 +172,10 @@ TEST(SdDatalogReader, JoinsFilesAndCutsManyDown) {
         SCOPED_TRACE(std::to_string(c.Files.size()) + " files, jump " + std::to_string(c.Jump));
         TSdRig rig;
         rig.Page.XAxisJump = c.Jump;
-        rig.Truncate = c.Truncate;
+        rig.Dialogs.YesOrNo = c.Truncate;
         EXPECT_EQ(rig.Open(c.Files), c.Told);
-        EXPECT_EQ(rig.Drawn(0).size(), c.Rows);
-        EXPECT_EQ(rig.Drawn(0).back(), c.Last);
+        EXPECT_EQ(rig.Drawn().size(), c.Rows);
+        EXPECT_EQ(rig.Drawn().back(), c.Last);
         EXPECT_EQ(rig.Page.graph.XAxis.Max.DataValue(), c.Max);
         EXPECT_EQ(rig.Labels().size(), c.Labels);
     }

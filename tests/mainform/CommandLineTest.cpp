@@ -4,7 +4,7 @@
 #include "core/KvSupport.h"
 #include "core/Table.h"
 #include "core/TextFile.h"
-#include "support/ScriptedDialogs.h"
+#include "support/FixedDialogs.h"
 
 #include <gmock/gmock.h>
 
@@ -28,15 +28,12 @@ class TRecordedActions : public ICommandLineActions {
 std::string Evaluated(std::string_view input) {
     TCommandLineParameters kept;
     TRecordedActions actions;
-    TScriptedDialogs dialogs;
-    dialogs.AllowMessage("The value for the -devid parameter must be exactly 12 digits.");
-    dialogs.AllowMessage("A value for the parameter -jwt was not supplied");
+    TFixedDialogs dialogs;
     const auto pieces = SplitStrictly(input, '|');
     const std::vector<std::string> arguments(pieces.begin(), pieces.end());
     std::vector<std::string> told{std::to_string(EvalSystemParameters(arguments, kept, actions, dialogs))};
     told.insert(told.end(), actions.Calls.begin(), actions.Calls.end());
-    for (const std::string& box : dialogs.Texts())
-        told.push_back(box);
+    told.insert(told.end(), dialogs.Boxes.begin(), dialogs.Boxes.end());
     told.push_back(kept.devid + "/" + kept.jwt + "/" + kept.UserNamePW + "/" + kept.debugShowEEPanel);
     return Join(told, ", ");
 }

@@ -13,7 +13,7 @@ namespace tidewell::test {
 // Answers each dialog with what was set, and keeps what was shown.
 class TFixedDialogs : public TNoDialogs {
   public:
-    EModalResult Button = EModalResult::Ok; // of each message box
+    EModalResult YesOrNo = EModalResult::Yes; // all other boxes are answered "Ok"
     std::optional<std::filesystem::path> Opened, Saved;
     std::vector<std::filesystem::path> OpenedMany;
     std::function<void(TPopupMenu&)> OnPopup;
@@ -21,9 +21,9 @@ class TFixedDialogs : public TNoDialogs {
     std::vector<std::string> Boxes; // their texts
     bool WaitCursor = false;
 
-    EModalResult ShowMessageBox(EMessageKind, const std::string& text, EButtons) override {
+    EModalResult ShowMessageBox(EMessageKind, const std::string& text, EButtons buttons) override {
         Boxes.push_back(text);
-        return Button;
+        return buttons == EButtons::YesNo ? YesOrNo : EModalResult::Ok;
     }
     std::optional<std::filesystem::path> OpenFile(const TFileDialog&) override { return Opened; }
     std::vector<std::filesystem::path> OpenFiles(const TFileDialog&) override { return OpenedMany; }
