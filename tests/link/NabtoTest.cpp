@@ -3,9 +3,9 @@
 #include "core/Errors.h"
 #include "core/KvSupport.h"
 #include "sim/nabto/InProcessLibrary.h"
+#include "support/FixedDialogs.h"
 #include "support/IdleProgram.h"
 #include "support/MemoryFiles.h"
-#include "support/ScriptedDialogs.h"
 #include "support/VirtualTime.h"
 
 #include <gmock/gmock.h>
@@ -52,15 +52,13 @@ class TNabtoTest : public testing::Test {
         std::erase(Library.Calls, "nabtoFree");
         return Join(std::exchange(Library.Calls, {}), "|");
     }
-    void ExpectBoxes(const std::vector<std::string>& boxes) {
-        for (const std::string& text : boxes)
-            Dialogs.ExpectMessage(text);
-    }
+    // Of all boxes since.
+    std::string TakeBoxes() { return Join(std::exchange(Dialogs.Boxes, {}), "|"); }
 
     TIdleProgram Program;
     TMemoryFiles Files;
     TVirtualTime Time;
-    TScriptedDialogs Dialogs;
+    TFixedDialogs Dialogs;
     TPortTime SimulationTime{Time, Time};
     TSimulatedNabto Sim{Files, SimulationTime};
     TInProcessLibrary Library{Sim};
@@ -122,18 +120,14 @@ TEST_F(TNabtoTest, EachCallByItsStatusOrWithoutItsSymbol) {
              {"", "", "text", "Aborted", "", ""},
          }) {
         SCOPED_TRACE(std::string(missing) + " " + fault + " " + use);
-        const std::vector<std::string> boxes(box.empty() ? 0 : 1, box);
         Library.Missing = {missing};
         Files.Content.erase("nabto_config/users/u");
         Make("[Library]\n" + std::string(fault) + "\n");
-        ExpectBoxes(boxes);
         EXPECT_EQ(uses.at(use)(), result);
         EXPECT_EQ(TakeCalls(), calls);
-        EXPECT_TRUE(Dialogs.AllAnswered());
-        if (use == std::string("close") && missing[0] != '\0')
-            ExpectBoxes(boxes); // the destructor closes again
+        EXPECT_EQ(TakeBoxes(), box);
         Nabto.reset();
-        EXPECT_TRUE(Dialogs.AllAnswered());
+        EXPECT_EQ(TakeBoxes(), use == std::string("close") && missing[0] != '\0' ? box : ""); // closes again
     }
 }
 
@@ -143,11 +137,12 @@ TEST_F(TNabtoTest, AnInterfaceThatIsMissingOrRefused) {
     EXPECT_FALSE(Nabto->setQueriesFile("other.xml"));
     EXPECT_EQ(missing, "/app/nabto_config/other.xml");
     EXPECT_EQ(TakeCalls(), "");
-    ExpectBoxes({"Interface definition refused: attribute \"name\" of tag \"query\" has no quoted value",
-                 "The session is not valid"});
     EXPECT_FALSE(Nabto->setQueriesFile("bad.xml"));
     Make().GetLocal();
     EXPECT_FALSE(Nabto->setQueriesFile("gateway.xml")); // without a session
+    EXPECT_EQ(TakeBoxes(),
+              "Interface definition refused: attribute \"name\" of tag \"query\" has no quoted value|"
+              "The session is not valid");
 }
 
 TEST_F(TNabtoTest, SendsAQueryBetweenTwoTurnsOfTheEventLoop) {
@@ -302,10 +297,9 @@ TEST_F(TNabtoStreamTest, AReadThatTakesTooLongKeepsWhatCame) {
          {std::tuple{1999, 6U, "abcdef"}, {2000, 3U, "abc"}, {2000, 4U, "abc"}}) {
         Open("abcdef");
         During("nabtoStreamReadIntoBuf", [this, ms = delay] { Time.Advance(ms); });
-        if (delay == 2000) // told, even if all came
-            ExpectBoxes({"Stream Read, Timeout :("});
         const TStreamRead read = Nabto->ReadStream(length);
         EXPECT_EQ(std::string(read.Bytes.begin(), read.Bytes.end()), got);
+        EXPECT_EQ(TakeBoxes(), delay == 2000 ? "Stream Read, Timeout :(" : ""); // even if all came
         EXPECT_EQ(read.End, length == 4 ? TStreamRead::EEnd::TimedOut : TStreamRead::EEnd::Complete);
     }
 }
@@ -314,9 +308,8 @@ TEST_F(TNabtoStreamTest, AnErrorBetweenTheChunksIsToldWithItsName) {
     const auto thrown = [this](auto error, const std::string& name) {
         Open("abcdef");
         Nabto->FOnUpdateProgress = [error](TStreamProgress&) { throw error; };
-        Dialogs.ExpectMessage(name + " error raised, with message : " + error.what());
         EXPECT_EQ(Read(4), std::string("abc\0", 4));
-        EXPECT_EQ(TakeCalls(), "nabtoStreamReadIntoBuf 4");
+        EXPECT_EQ(TakeBoxes(), name + " error raised, with message : " + error.what());
     };
     thrown(EConvertError("x"), "EConvertError");
     thrown(EListError("x"), "EListError");
@@ -329,8 +322,8 @@ TEST_F(TNabtoStreamTest, AnErrorBetweenTheChunksIsToldWithItsName) {
 // The first one stands in service.txt.
 TEST_F(TNabtoStreamTest, ABrokenReadClosesUntilTheLibraryRefuses) {
     Open("abc", "[Library]\nnabtoStreamClose=NABTO_OK\n[Faults a]\nBrokenStream=3\n");
-    ExpectBoxes({"The stream was closed"});
     EXPECT_EQ(Read(4), "none");
+    EXPECT_EQ(TakeBoxes(), "The stream was closed");
     EXPECT_EQ(std::ranges::count(Library.Calls, "nabtoStreamClose"), 6);
     EXPECT_EQ(Time.Sleeps, std::vector<int>(6, 1000));
 }
@@ -345,8 +338,8 @@ TEST_F(TNabtoStreamTest, AWriteEndsAtABadStatus) {
     EXPECT_EQ(Nabto->WriteStream(std::vector<std::uint8_t>(600), 10), NABTO_ABORTED);
     EXPECT_EQ(TakeCalls(), whole);
     Open("", "[Library]\nnabtoStreamWrite=NABTO_STREAM_CLOSED\n");
-    ExpectBoxes({"The stream is not valid"});
     EXPECT_EQ(Nabto->WriteStream(std::vector<std::uint8_t>(600), 10), NABTO_STREAM_CLOSED);
+    EXPECT_EQ(TakeBoxes(), "The stream is not valid");
     EXPECT_EQ(TakeCalls(), whole + "|nabtoStreamClose|nabtoStreamClose");
     EXPECT_EQ(Time.Sleeps, (std::vector{10, 1000}));
     // The event loop runs while a chunk is written, and its time is over.
