@@ -83,33 +83,6 @@ TEST(FlashBlocks, CoverTheRangeInUpToThreeRuns) {
         EXPECT_EQ(FlashBlockAddress(block), address) << block;
 }
 
-TEST(FlashBlocks, AreReportedLineByLine) {
-    TMemo memo("memo");
-    memo.Add("before");
-    ReportFlashBlocks(CalcFlashBlocks(1, 2, 6608), "start", "end", memo);
-    EXPECT_EQ(memo.Lines(),
-              (std::vector<std::string>{"-----------------FC count Entry--------------------------",
-                                        "Slider L: 1 -> start",
-                                        "Slider H: 2 -> end",
-                                        "CurrentLogBlock: 6608",
-                                        "AbsolutStartBlock: 6606",
-                                        "AbsolutSlutBlock: 6607",
-                                        "BlockNumberStart1: 6606",
-                                        "BlockNumberLength1: 1",
-                                        "BlockNumberStart2: 0",
-                                        "BlockNumberLength2: 0",
-                                        "BlockNumberStart3: 0",
-                                        "BlockNumberLength3: 0",
-                                        "-----------------Adress----------------------------------",
-                                        "BlockAdrStart1: 30466048",
-                                        "BlockAdrLength1: 4096",
-                                        "BlockAdrStart2: 131072",
-                                        "BlockAdrLength2: 0",
-                                        "BlockAdrStart3: 131072",
-                                        "BlockAdrLength3: 0",
-                                        "-----------------End-------------------------------------"}));
-}
-
 TEST(FlashRecords, LimitDatesAndTimesAndReadSignedWords) {
     std::string zeros;
     for (int i = 0; i < 123; ++i)

@@ -1,4 +1,3 @@
-#include "core/Crc16.h"
 #include "core/KvSupport.h"
 #include "core/Table.h"
 #include "link/DeviceQueries.h"
@@ -10,11 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <optional>
 
 namespace tidewell {
-
 namespace {
 
 constexpr const char* Installed = R"([Simulation]
@@ -34,10 +31,6 @@ Id=410000000003
 Local=false
 Model=30021
 Devicenumber=7
-[Service vent]
-Image 1=0xA10000; room=4096
-Image 2=0xA11000; room=600; version=Version NP; number=44
-CrcResult=903
 [Values vent]
 setpoint 0 100..102 = list 1 2 3
 setpoint 0 110 = -5; signed; write=512; write=2/600
@@ -59,14 +52,10 @@ class TSimulationTest : public ::testing::Test {
     TSimulatedController& Controller() { return *Nabto.FindController("vent"); }
 
     // The answer of the controller to "read <obj> <address> <length>", "data ..." for datapoints, "write
-    // <obj> <address> <value>", "command <state>", "packet <state> <number> [crc added]", or to a query's
-    // name and its request: the values, the status, the text of an error, or what else came.
+    // <obj> <address> <value>", or to a query's name and its request: the values, the status, the text of an
+    // error, or what else came.
     std::string Do(const std::string& line, std::int64_t now) {
         const std::vector<std::string> words = SplitWords(line);
-        const auto number = [&words](std::size_t i) {
-            return static_cast<std::uint32_t>(i < words.size() ? std::stoul(words[i]) : 0);
-        };
-        const std::array<std::uint8_t, 2> bytes{1, 2};
         std::string query = words[0];
         std::string request = words.size() > 1 ? words[1] : PingRequest();
         if (query == "read" || query == "data") {
@@ -75,16 +64,6 @@ class TSimulationTest : public ::testing::Test {
         } else if (query == "write") {
             query = "setpointWriteValue.json";
             request = FormatSaveSetpoint(std::stoi(words[1]), std::stoi(words[2]), std::stoi(words[3]));
-        } else if (query == "command") {
-            query = "FlashWriteNostream.json";
-            request = prepareFlashWriteNostream(number(1), 0, {});
-        } else if (query == "packet") {
-            query = "FlashWriteNostreamV2.json";
-            request = V2prepareFlashWriteNostream(number(1), number(2),
-                                                  Crc16(Crc16Start, bytes, true) + number(3), bytes);
-        } else if (query == "prepare") {
-            query = "prepareUpdate.json";
-            request = prepareUpdateData(number(1), number(2), 0);
         }
         const TControllerReply reply = Controller().Query(query, request, now);
         const TDeviceReply parsed = ParseReply(reply.Text);
@@ -118,8 +97,7 @@ TEST_F(TSimulationTest, AnswersByItsRowsAndRefusesWhatIsMalformed) {
          "0|setpointWriteValue.json {\"request\":{\"list\":[3]}} -> member \"address\" is missing",
          "0|FlashWriteNostream.json {\"request\":{\"nostreamstate\":\"15\",\"blocknumber\":0,\"list\":[]}} "
          "-> member \"nostreamstate\" is no whole number",
-         "0|noQuery.json {\"request\":{}} -> unknown query noQuery.json",
-         "0|packet 8 70000 -> member \"blocknumber\" is out of range"});
+         "0|noQuery.json {\"request\":{}} -> unknown query noQuery.json"});
     // Values as they move, and as they are written.
     test::ExpectRows(answer,
                      {"0|read 0 102 2 -> unknown address 103 of object 0", "0|read 0 110 1 -> -5; ",
@@ -129,42 +107,6 @@ TEST_F(TSimulationTest, AnswersByItsRowsAndRefusesWhatIsMalformed) {
                       "0|read 0 100 3 -> 1; 65535; 3; ", "0|write 2 600 65534 -> status 1",
                       "0|read 0 110 1 -> -2; ", "0|write 0 512 6 -> status 1", "0|read 0 110 1 -> 6; ",
                       "0|write 0 120 1 -> status 2", "0|write 3 7 1 -> unknown address 7 of object 3"});
-    // An upload in packets, out of its order.
-    test::ExpectRows(answer, {"0|command 1 -> status 1", // nothing is announced
-                              "0|command 5 -> status 6",
-                              "0|packet 8 5 -> status 327686",
-                              "0|prepare 3 10 -> status 0", // there is no such image
-                              "0|prepare 2 601 -> status 0",
-                              "0|prepare 2 600 -> status 10555392",
-                              "0|read 0 903 1 -> 2; ", // bad until it is tested
-                              "100|command 15 -> status 0",
-                              "1099|command 16 -> status 1",
-                              "1100|command 16 -> status 0",
-                              "1100|command 6 -> status 6", // before init
-                              "1100|command 5 -> status 0",
-                              "1100|packet 8 5 -> status 327686", // before the pre-erase
-                              "2000|command 7 -> status 0",
-                              "2999|command 14 -> status 7",
-                              "2999|packet 8 5 -> status 327687",
-                              "3000|command 14 -> status 0",
-                              "3000|packet 2 5 -> status 327686", // of another target
-                              "3000|packet 8 5 1 -> status 327682",
-                              "3000|packet 8 5 -> status 327680",
-                              "3000|packet 8 5 -> status 327680", // once more
-                              "3000|packet 8 7 -> status 458755",
-                              "3000|packet 8 6 -> status 393216",
-                              "3000|command 13 -> status 0",
-                              "3000|packet 8 7 -> status 458758"});
-    // Flash and EEPROM end somewhere.
-    test::ExpectRows(
-        answer,
-        {
-            "3000|flashRead.json {\"request\":{\"address\":\"33554431\",\"length\":\"2\"}} -> status 1",
-            "3000|flashWrite.json {\"request\":{\"address\":\"10551296\",\"length\":\"9\"}} -> status 1",
-            "3000|admincmd.json {\"request\":{\"cmd\":\"43\"}} -> status 1",
-            "3000|admincmd.json {\"request\":{\"cmd\":\"131114\"}} -> status 0", // restart for image 2
-            "3001|read 0 903 1 -> silent", "99000|read 0 903 1 -> 2; "           // which is not whole
-        });
     EXPECT_EQ(Crc32("123456789"), 0xCBF43926U);
 }
 
@@ -221,5 +163,4 @@ TEST_F(TSimulationTest, ReachesAndAdmitsAsItsRowsTell) {
 }
 
 } // namespace
-
 } // namespace tidewell
