@@ -210,16 +210,6 @@ TEST(TUpdates, EachRoadAndItsRepeat) {
          "ping, prepare 1, stream 512 *8, close, test *4, prepare 1, main, test; log: result 1 *4, CRC error "
          "in file 1 retrying, PrepareUpdate return value -> 10551296, RPC Start write filedata,  RPC Write "
          "last bit of datafile; box: other version; OK 152405"},
-        {"1 2:1 4096", "BadImage=1; times=1",
-         "ping, prepare 1, stream 512 *8, close, test *4, prepare 1, display, test; log: result 1 *4, CRC "
-         "error in file 1 retrying, PrepareUpdate return value -> 10551296, ST reset send , Wait Reset "
-         "status ->1 *2, Wait Reset status ->0, status :0 retrycount :3, ST init send , Wait Display Check "
-         "status ->0, Display Pre Erase status ->0, Wait Display pre erase status ->7, Wait Display pre "
-         "erase status ->0, Start write filedata, Write last bit of datafile, Send program to display; box: "
-         "other version; OK 155950"},
-        {"1 2:2 4096", "BadImage=1; times=1",
-         "ping, 7, 14 *2, prepare 1, stream 512 *8, close, test *4, test; log: result 1 *4, CRC error in "
-         "file 1 retrying; box: other version; OK 153655"},
         {"1 3:0 4096", "BadImage=1; times=1", "ping, test *4 *5; box: other version *5; Error 412655"},
     });
 }
@@ -245,8 +235,6 @@ TEST(TUpdates, FaultsBeforeTheData) {
         {"1 0:0 4096", "Error=no room; query=prepareUpdate.json; times=5",
          "ping, prepare 1 *5, restart, prepare 1 *2, stream 512 *8, close, test; log: restarted; box: no "
          "room; OK 72640"},
-        {"1 1:1 4096", "Refuse=2; query=prepareUpdate.json",
-         "ping, prepare 1, 15, 16 *3, 5; log: PrepareUpdate return value -> 2; Error 1535"},
         {"1 1:1 4096", "Refuse=0; query=prepareUpdate.json",
          "ping, prepare 1 *5, 15, 16 *3, 5; log: PrepareUpdate return value -> 0; Error 1555"},
         {"1 0:2 4096", "Refuse=6; state=7",
@@ -254,9 +242,6 @@ TEST(TUpdates, FaultsBeforeTheData) {
          "status ->0; Error 520"},
         {"1 0:2 4096", "Refuse=3; state=7; times=1",
          "ping, 7 *2, 14 *2, prepare 1, stream 512 *8, close, test; log: RPC Pre Erase status ->3; OK 71630"},
-        {"1 0:2 4096", "Refuse=7; state=7",
-         "ping, 7, 12, 13; log: RPC Pre Erase status ->7, RPC Go status ->0, RPC  DeInit and Abort upload "
-         "status ->0; Error 520"},
         {"1 0:2 4096", "Refuse=7; state=14",
          "ping, 7, 14 *6, 12, 13; log: RPC Go status ->0, RPC DeInit and Abort upload status ->0; Error "
          "3550"},
@@ -266,12 +251,6 @@ TEST(TUpdates, FaultsBeforeTheData) {
          "ping, prepare 1, 1 *5; box: Device does not support RPC fileupload; Error 35"},
         {"1 1:1 4096", "Refuse=6; state=15",
          "ping, prepare 1, 15 *4; log: status :6 retrycount :0 *4; Error 30"},
-        {"1 1:1 4096", "LostAnswer=on; state=15; times=4",
-         "ping, prepare 1, 15 *4, 5, 6, 7, 14 *2, 8 #1-16 x256, 8 #17, 11 #1 x1, test; log: status :1 "
-         "retrycount :0 *4; OK 77810"},
-        {"1 1:1 4096", "Refuse=6; state=16; times=1",
-         "ping, prepare 1, 15, 16, display, test; log: Wait Reset status ->6, status :6 retrycount :1; OK "
-         "71840"},
         {"1 1:1 4096", "Refuse=3; state=16",
          "ping, prepare 1, (15, 16 *6) *4, 5, 6, 7, 14 *2, 8 #1-16 x256, 8 #17, 11 #1 x1, test; log: Wait "
          "Reset status ->3 *6, status :3 retrycount :6, Wait Reset status ->3 *6, status :3 retrycount :6, "
@@ -281,23 +260,14 @@ TEST(TUpdates, FaultsBeforeTheData) {
         {"1 1:1 4096", "Refuse=6; state=6",
          "ping, prepare 1, 15, 16 *3, 5, 6, 12, 13; log: Wait Display Check status ->6, Send Go status ->0, "
          "Send DeInit and Abort upload status ->0; Error 2050"},
-        {"1 1:1 4096", "NoAnswer=on; state=6; times=2",
-         "ping, prepare 1, 15, 16 *3, 5, 6 *3, 7, 14 *2, 8 #1-16 x256, 8 #17, 11 #1 x1, test; log: Wait "
-         "Display Check status ->1 *2; OK 76330"},
         {"1 1:1 4096", "Refuse=6; state=14",
          "ping, prepare 1, 15, 16 *3, 5, 6, 7, 14, 12, 13; log: Wait Display pre erase status ->6, Send Go "
          "status ->0, Send DeInit and Abort upload status ->0; Error 3060"},
-        {"1 1:1 4096",
-         "Refuse=7; state=14; times=5 && Refuse=1; state=14; skip=5; times=1 && Refuse=7; state=14; skip=6",
-         "ping, prepare 1, 15, 16 *3, 5, 6, 7, 14 *12, 12, 13; log: Wait Display pre erase status ->1, Send "
-         "Go status ->0, Send DeInit and Abort upload status ->0; Error 8615"},
         {"1 1:2 4096", "Refuse=6; state=15", "ping, prepare 1, 15; Error 15"},
-        {"1 1:2 4096", "Refuse=6; state=5", "ping, prepare 1, 15, 5; Error 20"},
         {"1 1:2 4096",
          "LostAnswer=on; state=15 && LostAnswer=on; state=5 && LostAnswer=on; state=7 && LostAnswer=on; "
          "state=14; skip=4",
          "ping, prepare 1, 15, 5, 7, 14, 8 #1-16 x256, 8 #17, test; log: Pre Erase status ->1; OK 74285"},
-        {"1 1:2 4096", "Refuse=6; state=7", "ping, prepare 1, 15, 5, 7; log: Pre Erase status ->6; Error 25"},
         {"1 1:2 4096", "Refuse=6; state=14",
          "ping, prepare 1, 15, 5, 7, 14; log: Wait RPC  Pre erase status ->6; Error 530"},
         {"1 1:2 4096", "Refuse=7; state=14",
@@ -319,39 +289,21 @@ TEST(TUpdates, FaultsOfTheData) {
          "ping, (prepare 1, flash, open, restart, prepare 1) *4, prepare 1, flash, open, restart; log: "
          "restarted, Trys: 1, restarted, Trys: 2, restarted, Trys: 3, restarted, Trys: 4, restarted; box: No "
          "connection to the device *5; Error 33080"},
-        {"1 0:0 900", "NoAnswer=on; query=stream; times=1 && Refuse=1; query=admincmd.json; times=2",
-         "ping, prepare 1, flash, open, restart *3, prepare 1 *2, stream 512, write 388, close, test; log: "
-         "restarted, Trys: 1; box: No connection to the device; OK 78575"},
         {"1 1:0 4096", "Refuse=3; state=2; skip=1; times=1",
          "ping, prepare 1, 1, 2 #0-1 x256, 2 #1-31 x256, 2 #32; log: ERROR->  Status 3 packet 1, echo 1 "
-         "CRC16value DE17; Error 525"},
-        {"1 1:0 4096", "WrongEcho=1; state=2; skip=1; times=1",
-         "ping, prepare 1, 1, 2 #0-1 x256, 2 #1-31 x256, 2 #32; log: ERROR->  Status 0 packet 1, echo 1 "
          "CRC16value DE17; Error 525"},
         {"1 1:0 4096", "NoAnswer=on; state=2; skip=1; times=1",
          "ping, prepare 1, 1, 2 #0-1 x256, 2 #1-16 x256, 2 #17; log: ERROR->  Status 1 packet 1, echo 1 "
          "CRC16value DE17; Error 2295"},
-        {"1 1:0 4352", "NoAnswer=on; state=2",
-         "ping, prepare 1, 1, 2 #0 x256 *7; log: ERROR->  Status 1 packet 0, echo 0 CRC16value 4E54 *6, "
-         "ERROR->  Status 1 packet 0, echo 0 CRC16value 1430; Error 14085"},
-        {"1 1:1 4096", "Refuse=3; state=8; skip=1; times=1",
-         "ping, prepare 1, display ready, 8 #1-2 x256, 8 #2-16 x256, 8 #17, 11 #1 x1, test; log: ERROR->  "
-         "Status 3 packet 2, echo 2 CRC16value DE17; OK 71345"},
         {"1 1:1 4096", "Refuse=3; state=8; times=10",
          "ping, prepare 1, display ready, 8 #1 x256 *10, 8 #1-16 x256, 8 #17, 11 #1 x1, test; log: ERROR->  "
          "Status 3 packet 1, echo 1 CRC16value 4E54 *10; OK 71480"},
         {"1 1:1 4096", "Refuse=3; state=8; times=11",
          "ping, prepare 1, display ready, 8 #1 x256 *11, 13; log: ERROR->  Status 3 packet 1, echo 1 "
          "CRC16value 4E54 *11, Send DeInit and Abort upload status ->0; Error 3725"},
-        {"1 1:1 300", "WrongEcho=1; state=8; skip=1; times=11",
-         "ping, prepare 1, display ready, 8 #1 x256, 8 #2 x44 *11, 8 #2 x256, 8 #3 x44, 11, test; log: "
-         "ERROR->  Status 0 packet 2, echo 2 CRC16value B04A *11; OK 71285"},
         {"1 1:1 4096", "LostAnswer=on; state=8; times=1",
          "ping, prepare 1, display ready, 8 #1 x256, 13; log: ERROR->  Status 1 packet 1, echo 1 CRC16value "
          "4E54, Send DeInit and Abort upload status ->0; Error 5570"},
-        {"1 1:1 8192", "NoAnswer=on; state=8; skip=16; times=1",
-         "ping, prepare 1, display ready, 8 #1-17 x256, 13 #1 x1; log: ERROR->  Status 1 packet 17, echo 17 "
-         "CRC16value 1430, Send DeInit and Abort upload status ->0; Error 5810"},
         {"1 1:1 4097", "NoAnswer=on; state=8; skip=16; times=1",
          "ping, prepare 1, display ready, 8 #1-16 x256, 8 #17 x1, 13 #1 x1, test *4, prepare 1, display "
          "ready, 8 #1-16 x256, 8 #17 x1, 11 #1 x1, test; log: ERROR->  Status 1 packet 17, echo 17 "
@@ -360,9 +312,6 @@ TEST(TUpdates, FaultsOfTheData) {
         {"1 1:2 4096", "Refuse=3; state=8; skip=1; times=1",
          "ping, prepare 1, 15, 5, 7, 14 *5, 8 #1-2 x256, 8 #2-16 x256, 8 #17, test; log: ERROR->  Status 3 "
          "packet 2, echo 2 CRC16value DE17; OK 70335"},
-        {"1 1:2 4097", "NoAnswer=on; state=8; skip=1; times=1",
-         "ping, prepare 1, 15, 5, 7, 14 *5, 8 #1-2 x256, 8 #2-17 x256, 8 #18 x1; log: ERROR->  Status 1 "
-         "packet 2, echo 2 CRC16value DE17; Error 4830"},
         {"1 1:2 4097", "NoAnswer=on; state=8",
          "ping, prepare 1, 15, 5, 7, 14 *5, 8 #1 x256 *6; log: ERROR->  Status 1 packet 1, echo 1 CRC16value "
          "4E54 *6; Error 14610"},
@@ -380,9 +329,6 @@ TEST(TUpdates, FaultsOfTheTest) {
          "version *5; Error 162275"},
         {"1 0:0 300", "LostAnswer=on; query=admincmd.json", "ping, streamed, test; OK 71535"},
         {"1 0:0 300", "LateReturn=2m", "ping, streamed, admincmd 65578, ping *4, read; OK 174540"},
-        {"1 0:0 300", "BadImage=1; times=2",
-         "ping, streamed, test *4, streamed, test *4, streamed, test; log: result 1 *4, CRC error in file 1 "
-         "retrying, result 1 *4, CRC error in file 1 retrying; box: other version *2; OK 238640"},
         {"1 0:0 300", "BadImage=1",
          "ping, (streamed, test *4) *5, streamed; log: result 1 *4, (CRC error in file 1 retrying, result 1, "
          "result 1, result 1, result 1) *4, CRC error in file 1 retrying; box: other version *5; Error "
@@ -396,11 +342,7 @@ TEST(TUpdates, FaultsOfTheTest) {
          "result error, result error, result error) *4, CRC result of file 1 unknown; Error 414675"},
         {"1 0:0 300", "WrongCount=1; query=setpointReadValue.json; times=1",
          "ping, streamed, test *2; log: result 0; 0; OK 74545"},
-        {"1 0:0 300", "Garbage=0; query=setpointReadValue.json; times=1",
-         "ping, streamed, test *2; log: result No JS 0; OK 74545"},
         {"1 0:0 300", "edit pkg/pc_cfg.fwc VersionFName1:1:215 => VersionFName1:1:216",
-         "ping, streamed, test; box: other version; OK 69540"},
-        {"1 0:0 300", "edit pkg/pc_cfg.fwc VersionFName1:1:215 => VersionFName2:1:215",
          "ping, streamed, test; box: other version; OK 69540"},
         {"1 0:0 300", "edit pkg/pc_cfg.fwc VersionFName1:1:215 => VersionFName9:1:215",
          "ping, streamed, test; box: other version, no version; OK 69540"},
@@ -417,13 +359,7 @@ TEST(TUpdates, FaultsOfTheTest) {
          "ping, prepare 1, stream 9, close, prepare 3, flashWrite 11075584, open, write 11, close, admincmd "
          "327722, ping *2, read *4, prepare 3, flashWrite 11075584, open, write 11, close, admincmd 327722, "
          "ping *2, read; log: result 4 *4, CRC error in file 3 retrying; box: other version; OK 156110"},
-        {"201 0:0 9 0:0 10 0:0 11", "BadImage=3; times=1",
-         "ping, prepare 1, stream 9, close, prepare 3, flashWrite 11075584, open, write 11, close, admincmd "
-         "327722, ping *2, read *4; log: result 4 *4; OK 86575"},
         {"0 0:0 9", "", "ping, restart, ping *2, read; OK 67520"},
-        {"11 0:0 9 0:0 10", "edit pkg/pc_cfg.fwc VersionFName1:1:215 => VersionFName1:1:216",
-         "ping, prepare 1, stream 9, close, prepare 2, flashWrite 10813440, open, write 10, close, admincmd "
-         "196650, ping *2, read; box: other version; OK 71560"},
     });
 }
 
@@ -437,13 +373,8 @@ TEST(TUpdates, BadPackages) {
         {"11 0:0 300 1:0 4096", "edit pkg/config.fwc 30021_1.bin => AB30021_1.bin",
          "ping; box: Firmware filename and controller model are not equal Firmware download will abort Model "
          ": 30021 Filename : AB30021_1.bin; Error 5"},
-        {"11 0:0 300 1:0 4096", "edit pkg/config.fwc = Number of files: 0\\nFilename:\\n1\\n1\\n",
-         "ping, restart, ping *2, read; log: Number of files: 0; OK 67520"},
         {"11 0:0 300 1:0 4096", "edit pkg/config.fwc files: 11 => files: 1",
          "ping, streamed, test; log: Number of files: 1, No digit for file 2, it is left out; OK 69540"},
-        {"11 0:0 300 1:0 4096", "edit pkg/config.fwc files: 11 => files: 1110",
-         "ping, prepare 2, main, admincmd 917546, ping *2, read *4; log: Number of files: 1110, result 12 "
-         "*4; OK 82800"},
         {"11 0:0 300 1:0 4096", "edit pkg/30021_2.bin -",
          "ping, streamed, prepare 2; box: Cannot read /t/pkg/30021_2.bin: No such file or directory; Error "
          "2030"},
@@ -468,22 +399,12 @@ TEST(TUpdates, BadPackages) {
 TEST(TUpdates, StrictlyBadPackages) {
     Check(
         {
-            {"11 0:0 300 1:0 4096", "edit pkg/config.fwc -",
-             "ping; box: Cannot read /t/pkg/config.fwc: No such file or directory; Error 5"},
-            {"11 0:0 300 1:0 4096", "edit pkg/config.fwc 30021_1.bin => AB30021_1.bin",
-             "ping; box: Bad: Cannot read /t/pkg/AB30021_1.bin: No such file or directory Firmware filename "
-             "and controller model are not equal Firmware download will abort Model : 30021 Filename : "
-             "AB30021_1.bin; Error 5"},
             {"11 0:0 300 1:0 4096", "edit pkg/30021_2.bin -",
              "ping; box: Bad: Cannot read /t/pkg/30021_2.bin: No such file or directory; Error 5"},
             {"11 0:0 300 1:0 4096",
              "edit profile/Aria450_english.pls DF_HPM_SETPKTNUM=900 => DF_HPM_SETPKTNUM=0",
              "ping; box: The profile tells of no update status (DF_HPM_SETPKTNUM), so no update can run; no "
              "log 5"},
-            {"11 0:0 300 1:0 4096", "fault disk 0",
-             "ping, streamed, prepare 2, main, admincmd 196650, ping *2, read; box: Cannot write "
-             "/t/log/userlog/FW-Update_OK_02-03-2026080112_410000000001.log: No space left on device, "
-             "Download success Device is online again; no log 69805"},
             {"1 0:0 300", "edit pkg/config.fwc Size: 300 => Size: 301",
              "ping; box: Bad: /t/pkg/30021_1.bin has 300 bytes, not 301; Error 5"},
         },
@@ -501,9 +422,6 @@ TEST(TUpdates, StrictlyOnlyWhatTheControllerSaidIsClaimed) {
              "OK 81545"},
             {"1 0:0 300", "OldResult=on && LostAnswer=on; query=admincmd.json",
              "ping, streamed, test; OK 71535"},
-            {"1 0:0 300", "BadImage=1; times=1 && NoAnswer=on; query=setpointReadValue.json; skip=3; times=1",
-             "ping, streamed, test *4, streamed, test; log: result 1 *3, result No JS , CRC error in file 1 "
-             "retrying; box: other version; OK 156085"},
             {"1 0:0 300", "NoAnswer=on; query=setpointReadValue.json; times=4",
              "ping, streamed, test *4, test; log: result No JS  *4, CRC result of file 1 unknown; OK 160050"},
             {"1 0:0 300", "NoAnswer=on; query=setpointReadValue.json",
@@ -531,9 +449,6 @@ TEST(TUpdates, StrictlyOnlyWhatTheControllerSaidIsClaimed) {
              "The controller did not take the whole of file 1; Error 72315"},
             {"2 3:0 300", "",
              "ping, test *4; box: The controller did not take the whole of file 1; Error 82535"},
-            {"2 1:2 4096", "NoAnswer=on; query=setpointReadValue.json",
-             "ping, prepare 1, target, test *4; log: result No JS  *4; OK 93315"},
-            {"1 0:0 300", "NoAnswer=on; query=ping.json", "ping; box: Device is not available; Error 2000"},
             // A refusal explains no other exchange.
             {"1 0:0 300",
              "Error=busy; query=prepareUpdate.json; times=4 && NoAnswer=on; query=prepareUpdate.json; "
@@ -544,8 +459,6 @@ TEST(TUpdates, StrictlyOnlyWhatTheControllerSaidIsClaimed) {
              "fault aria1 Error=busy; query=eepReadRaw.json && NoAnswer=on; query=ping.json\nclick "
              "but_errorlog",
              "ping; box: Device is not available; Error 2000"},
-            {"1 0:0 300", "edit pkg/pc_cfg.fwc VersionFName1:1:215 => VersionFName1:1:216",
-             "ping, streamed, test; box: other version; Error 69540"},
             {"1 0:0 300", "edit pkg/pc_cfg.fwc VersionFName1:1:215 => VersionFName9:1:215",
              "ping, streamed, test; box: other version; Error 69540"},
         },
