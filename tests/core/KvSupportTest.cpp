@@ -1,6 +1,5 @@
 #include "core/KvSupport.h"
 
-#include "core/BlockWriter.h"
 #include "core/DeviceId.h"
 #include "core/Errors.h"
 #include "core/IniFile.h"
@@ -122,18 +121,6 @@ TEST(Paths, AreFreeOrShown) {
         files.Put(unused, "");
     }
     EXPECT_EQ(ShownDirectory("/opt/app/") + ShownDirectory("/a"), "\\opt\\app\\\\a\\");
-}
-
-TEST(BlockWriter, WritesNumbersOfEverySize) {
-    test::TMemoryFiles files;
-    files.CreateDirectories("/d");
-    const auto file = files.Replace("/d/n");
-    TBlockWriter writer(*file);
-    for (const std::int32_t value : {0, 9, 10, 99, 100, 999, 1000, 9999, 10000, -1, -9999, -10000, INT32_MIN})
-        writer.Number(value);
-    writer.Flush();
-    file->Commit();
-    EXPECT_EQ(files.Read("/d/n"), "0;9;10;99;100;999;1000;9999;10000;-1;-9999;-10000;-2147483648;");
 }
 
 } // namespace

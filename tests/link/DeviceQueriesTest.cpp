@@ -1,5 +1,7 @@
 #include "link/DeviceQueries.h"
 
+#include "core/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -55,68 +57,47 @@ TEST(DeviceQueries, WhatIsNoJsonObjectIsNoReply) {
 }
 
 TEST(DeviceQueries, ReadsValuesAsTheyStandOnTheWire) {
-    const std::vector<std::pair<std::string, std::optional<std::string>>> cases{
-        {R"({"response":{"data":[{"value":1},{"value":2}]}})", "1; 2; "},
-        {R"({"response":{"data":[]}})", ""},
-        {R"({"response":{"data":[{"value":-7},{"value":1.50},{"value":12.0},{"value":1e3}]}})",
-         "-7; 1.50; 12.0; 1e3; "},
-        {R"({"response":{"data":[{"value":99999999999999999999}]}})", "99999999999999999999; "},
-        {R"({"response":{"data":[{"value":"a;b"},{"value":true},{"value":null}]}})", "a;b; true; null; "},
-        // What has no value adds nothing, so that the count of values tells.
-        {R"({"response":{"data":[1,"x",[{"value":3}],{},{"other":4},{"value":{"value":5}},{"value":[6]}]}})",
-         ""},
-        {R"({"response":{"data":[{"a":{"value":1},"value":2,"value":3}]}})", "2; "},
-        {R"({"response":{"x":{"data":[{"value":1}]},"data":[{"value":2}],"data":[{"value":3}]}})", "2; "},
-        {R"({"response":{"data":{"value":1}}})", std::nullopt},
-        {R"({"response":[{"data":[{"value":1}]}]})", std::nullopt},
-        {R"({"other":{"response":{"data":[]}},"data":[{"value":1}]})", std::nullopt},
-    };
-    for (const auto& [json, values] : cases) {
-        const TDeviceReply reply = ParseReply(json);
-        EXPECT_TRUE(reply.IsObject) << json;
-        EXPECT_EQ(reply.Values, values) << json;
-    }
+    ExpectRows(
+        [](std::string_view response) {
+            const TDeviceReply reply = ParseReply("{" + std::string(response) + "}");
+            EXPECT_TRUE(reply.IsObject) << response;
+            return reply.Values.value_or("none");
+        },
+        {R"("response":{"data":{"value":1}} -> none)", R"("response":[{"data":[{"value":1}]}] -> none)",
+         R"("other":{"response":{"data":[]}},"data":[{"value":1}] -> none)",
+         // What has no value adds nothing, so that the count of values tells.
+         R"("response":{"data":[1,"x",[{"value":3}],{},{"other":4},{"value":{"value":5}},{"value":[6]}]} -> )",
+         R"("response":{"data":[]} -> )", R"("response":{"data":[{"value":1},{"value":2}]} -> 1; 2; )",
+         R"("response":{"data":[{"value":-7},{"value":1.50},{"value":12.0},{"value":1e3}]} -> -7; 1.50; 12.0; 1e3; )",
+         R"("response":{"data":[{"value":99999999999999999999}]} -> 99999999999999999999; )",
+         R"("response":{"data":[{"value":"a;b"},{"value":true},{"value":null}]} -> a;b; true; null; )",
+         R"("response":{"data":[{"a":{"value":1},"value":2,"value":3}]} -> 2; )",
+         R"("response":{"x":{"data":[{"value":1}]},"data":[{"value":2}],"data":[{"value":3}]} -> 2; )"});
 }
 
 TEST(DeviceQueries, TellsErrorsFromResponses) {
-    struct TCase {
-        const char* Json;
-        std::optional<std::string> Error;
-        bool HasResponse;
-    };
-    for (const auto& [json, error, hasResponse] :
-         std::vector<TCase>{{R"({"error":{"code":5,"body":"x"},"response":{}})", "x", true},
-                            {R"({"error":{"body":"x","body":"y"},"error":{"body":"z"}})", "x", false},
-                            {R"({"error":{}})", "", false},
-                            {R"({"error":{"body":{"body":"x"}}})", "", false},
-                            {R"({"error":{"body":5}})", "5", false},
-                            {R"({"error":"x"})", std::nullopt, false},
-                            {R"({"body":"x"})", std::nullopt, false},
-                            {R"({"response":1,"response":{}})", std::nullopt, false},
-                            {R"({"response":{}})", std::nullopt, true}}) {
-        EXPECT_EQ(ParseReply(json).Error, error) << json;
-        EXPECT_EQ(ParseReply(json).HasResponse, hasResponse) << json;
-    }
+    ExpectRows(
+        [](std::string_view json) {
+            const TDeviceReply reply = ParseReply(json);
+            return reply.Error.value_or("none") + (reply.HasResponse ? ", response" : "");
+        },
+        {R"({"error":"x"} -> none)", R"({"body":"x"} -> none)", R"({"response":1,"response":{}} -> none)",
+         R"({"response":{}} -> none, response)",
+         R"({"error":{"code":5,"body":"x"},"response":{}} -> x, response)",
+         R"({"error":{"body":"x","body":"y"},"error":{"body":"z"}} -> x)", R"({"error":{}} -> )",
+         R"({"error":{"body":{"body":"x"}}} -> )", R"({"error":{"body":5}} -> 5)"});
 }
 
 TEST(DeviceQueries, NumbersOf32BitsKeepTheirBits) {
-    const std::vector<std::pair<std::string, std::optional<std::uint32_t>>> cases{
-        {"0", 0},
-        {"-1", 4294967295U},
-        {"4294967295", 4294967295U},
-        {"4294967296", std::nullopt},
-        {"-2147483648", 2147483648U},
-        {"-2147483649", std::nullopt},
-        {"2.0", 2},
-        {"1886350951", PongWord},
-        {"0.5", std::nullopt},
-        {"99999999999999999999", std::nullopt},
-    };
-    for (const auto& [text, bits] : cases) {
-        const auto status = ParseReply("{\"response\":{\"status\":" + text + "}}").Status;
-        ASSERT_TRUE(status) << text;
-        EXPECT_EQ(status->Bits(), bits) << text;
-    }
+    ExpectRows(
+        [](std::string_view text) {
+            const auto bits =
+                ParseReply("{\"response\":{\"status\":" + std::string(text) + "}}").Status->Bits();
+            return bits ? std::to_string(*bits) : "none";
+        },
+        {"4294967296 -> none", "-2147483649 -> none", "0.5 -> none", "99999999999999999999 -> none", "0 -> 0",
+         "-1 -> 4294967295", "4294967295 -> 4294967295", "-2147483648 -> 2147483648", "2.0 -> 2",
+         "1886350951 -> 1886350951"});
     EXPECT_FALSE(ParseReply(R"({"response":{"status":"0"}})").Status);
     EXPECT_FALSE(ParseReply(R"({"response":{"x":{"status":0}},"status":0})").Status);
 }

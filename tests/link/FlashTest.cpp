@@ -1,3 +1,5 @@
+#include "core/Numbers.h"
+#include "core/Table.h"
 #include "link/EepromReader.h"
 #include "link/FlashBlocks.h"
 #include "link/FlashRecords.h"
@@ -26,7 +28,6 @@ TEST(FlashBlocks, CoverTheRangeInUpToThreeRuns) {
     };
     for (const auto& [l, u, c, start, slut, runs] : std::vector<TCase>{
              {0, 0, 0, 0, 0, {{0, 0}}},
-             {0, 0, 100, 100, 100, {{100, 0}}},
              {10, 50, 100, 50, 90, {{50, 40}}},
              {0, 100, 100, 0, 100, {{0, 100}}}, // just not back across the end
              {0, 101, 100, 6607, 100, {{6607, 1}, {0, 100}}},
@@ -35,7 +36,6 @@ TEST(FlashBlocks, CoverTheRangeInUpToThreeRuns) {
              {100, 200, 100, 6508, 0, {{6508, 100}, {0, 0}}},
              // Both ends before the wrap, in one area and on both sides of its border.
              {101, 200, 100, 6508, 6607, {{6508, 99}}},
-             {200, 300, 100, 6408, 6508, {{6408, 100}}},
              {100, 5000, 0, 1608, 6508, {{1608, 936}, {2544, 3964}}},
              {4063, 5000, 0, 1608, 2545, {{1608, 936}, {2544, 1}}},
              {4064, 5000, 0, 1608, 2544, {{1608, 936}}}, // up to the border
@@ -44,7 +44,6 @@ TEST(FlashBlocks, CoverTheRangeInUpToThreeRuns) {
              {100, 4064, 0, 2544, 6508, {{2544, 3964}}}, // from the border on
              // All of the second area between both ends.
              {0, 6608, 0, 0, 0, {{0, 2544}, {2544, 4064}, {0, 0}}},
-             {0, 6500, 5, 113, 5, {{113, 2431}, {2544, 4064}, {0, 5}}},
              {0, 4070, 5, 2543, 5, {{2543, 1}, {2544, 4064}, {0, 5}}},
              {0, 4069, 5, 2544, 5, {{2544, 4064}, {0, 5}}},
              // An end in the second area asks for the length of the whole ring, one on its border does not.
@@ -54,7 +53,6 @@ TEST(FlashBlocks, CoverTheRangeInUpToThreeRuns) {
              {0, 8000, 3000, 1608, 3000, {{1608, 936}, {2544, 6608}, {0, 3000}}},
              // Not wrapped: no split at the border.
              {0, 600, 2544, 1944, 2544, {{1944, 600}}},
-             {10, 1000, 3000, 2000, 2990, {{2000, 990}}},
              // From the second area on.
              {0, 4000, 3000, 5608, 3000, {{5608, 1000}, {0, 3000}}},
              {0, 6608, 65535, 58927, 65535, {{58927, 6608}}}, // a counter beyond the ring
@@ -87,21 +85,20 @@ TEST(FlashRecords, LimitDatesAndTimesAndReadSignedWords) {
     std::string zeros;
     for (int i = 0; i < 123; ++i)
         zeros += "0;";
-    struct TCase {
-        std::uint8_t DateHigh, DateLow, Hour, Minute;
-        const char* Head;
-    };
-    for (const auto& [high, low, hour, minute, head] :
-         std::vector<TCase>{{0x30, 0x65, 7, 0x1E, "05-03-2024;07:30:00;"},
-                            {0, 0, 0, 0, "00-00-2000;00:00:00;"},
-                            {99 << 1 | 1, 12 << 5 & 0xFF, 23, 59, "00-12-2099;23:59:00;"},
-                            {100 << 1 | 1, (13 << 5 & 0xFF) | 31, 24, 60, "31-12-2099;23:59:00;"},
-                            {98 << 1, 11 << 5 & 0xFF, 22, 58, "00-03-2098;22:58:00;"},
-                            {0xFF, 0xFF, 0xFF, 0xFF, "31-12-2099;23:59:00;"}}) {
-        std::array<std::uint8_t, 256> record{high, low, hour, minute, 0x80, 0x00, 0x7F, 0xFF};
-        record[255] = 9;
-        EXPECT_EQ(TFlashRecords::Row(12, record), "12;" + std::string(head) + "-32768;32767;" + zeros + "9;");
-    }
+    ExpectRows( // the bytes of date, hour and minute
+        [&zeros](std::string_view input) {
+            const auto byte = [&input](std::size_t at) {
+                return static_cast<std::uint8_t>(ToInteger(Piece(input, at)));
+            };
+            std::array<std::uint8_t, 256> record{byte(0), byte(1), byte(2), byte(3), 0x80, 0x00, 0x7F, 0xFF};
+            record[255] = 9;
+            const std::string row = TFlashRecords::Row(12, record);
+            const std::string rest = "-32768;32767;" + zeros + "9;";
+            return row.ends_with(rest) ? row.substr(0, row.size() - rest.size()) : row;
+        },
+        {"$30|$65|7|30 -> 12;05-03-2024;07:30:00;", "0|0|0|0 -> 12;00-00-2000;00:00:00;",
+         "199|128|23|59 -> 12;00-12-2099;23:59:00;", "201|191|24|60 -> 12;31-12-2099;23:59:00;",
+         "196|$60|22|58 -> 12;00-03-2098;22:58:00;", "255|255|255|255 -> 12;31-12-2099;23:59:00;"});
 }
 
 // Rows are counted on within a segment; a remainder is no record.
@@ -128,37 +125,38 @@ TEST(EepromReader, PairsOfBytesAreWords) {
 }
 
 TEST(ReadReport, TellsHowMuchCameAndWhereTheRestLies) {
-    using enum TStreamRead::EEnd;
     const TDownloadTexts texts;
-    struct TCase {
-        std::uint32_t First, Unit, Wanted;
-        std::size_t Came;
-        TStreamRead::EEnd End;
-        std::string Told;
-    };
-    for (const auto& [first, unit, wanted, came, end, told] : std::vector<TCase>{
-             {5, 1, 0, 0, Complete, "Only 0 of 0 bytes were read."},
-             {5, 1, 8, 8, Broken, "Only 8 of 8 bytes were read."},
-             {5, 1, 8, 7, Broken, "Only 7 of 8 bytes were read.\nBytes 12 to 12: the stream broke off"},
-             {5, 1, 8, 0, Failed, "Only 0 of 8 bytes were read.\nBytes 5 to 12: the stream broke off"},
-             {5, 1, 8, 1, Ended, "Only 1 of 8 bytes were read.\nBytes 6 to 12: "},
-             {5, 10, 20, 19, TimedOut,
-              "Only 1 of 2 blocks were read.\nBlocks 6 to 6: nothing more came in time"},
-             {5, 10, 21, 20, Complete, "Only 2 of 3 blocks were read.\nBlocks 7 to 7: the stream broke off"},
-         }) {
-        TReadPart part{.First = first, .Unit = unit, .Wanted = wanted};
-        TStreamRead read;
-        read.Bytes.resize(came);
-        read.End = end;
-        part.Take(read, texts);
-        TReadReport report;
-        report.Add(part);
-        EXPECT_EQ(report.Text(texts), told);
-        EXPECT_EQ(report.Whole(), came == wanted) << told;
-        report.Add({.First = 40, .Unit = unit, .Wanted = unit, .Came = unit});
-        EXPECT_EQ(report.Came(), came + unit);
-        EXPECT_EQ(report.Reason(), part.Reason);
-    }
+    ExpectRows( // first byte or block, its size, bytes wanted and come, how it ended
+        [&texts](std::string_view input) {
+            using enum TStreamRead::EEnd;
+            const auto number = [&input](std::size_t at) {
+                return static_cast<std::uint32_t>(ToInteger(Piece(input, at)));
+            };
+            const std::string end = Piece(input, 4);
+            TReadPart part{.First = number(0), .Unit = number(1), .Wanted = number(2)};
+            TStreamRead read;
+            read.Bytes.resize(number(3));
+            read.End = end == "broken"   ? Broken
+                       : end == "failed" ? Failed
+                       : end == "late"   ? TimedOut
+                       : end == "whole"  ? Complete
+                                         : Ended;
+            part.Take(read, texts);
+            TReadReport report;
+            report.Add(part);
+            EXPECT_EQ(report.Whole(), number(3) == number(2)) << input;
+            const std::string told = report.Text(texts);
+            report.Add({.First = 40, .Unit = part.Unit, .Wanted = part.Unit, .Came = part.Unit});
+            EXPECT_EQ(report.Came(), number(3) + part.Unit);
+            EXPECT_EQ(report.Reason(), part.Reason);
+            return told;
+        },
+        {"5|1|0|0|whole -> Only 0 of 0 bytes were read.", "5|1|8|8|broken -> Only 8 of 8 bytes were read.",
+         "5|1|8|7|broken -> Only 7 of 8 bytes were read.\nBytes 12 to 12: the stream broke off",
+         "5|1|8|0|failed -> Only 0 of 8 bytes were read.\nBytes 5 to 12: the stream broke off",
+         "5|1|8|1|ended -> Only 1 of 8 bytes were read.\nBytes 6 to 12: ",
+         "5|10|20|19|late -> Only 1 of 2 blocks were read.\nBlocks 6 to 6: nothing more came in time",
+         "5|10|21|20|whole -> Only 2 of 3 blocks were read.\nBlocks 7 to 7: the stream broke off"});
     EXPECT_EQ(RefusalReason("{}", 0, texts), "");
     EXPECT_EQ(RefusalReason("", 1, texts), "the device did not answer");
     EXPECT_EQ(RefusalReason("{}", -1, texts), "the device refused (status -1)");
