@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
-#include <vector>
 
 namespace tidewell {
 
@@ -19,19 +19,10 @@ TEST(TextColumn, GivesBackEveryRowAndStoresRepeatsOnce) {
             column.Add(text(column.Count()));
     };
     // Filled up to the first, cut to the second. Its blocks hold 4096.
-    for (const auto& [rows, kept] : std::vector<std::pair<std::size_t, std::size_t>>{{0, 0},
-                                                                                     {1, 1},
-                                                                                     {1, 0},
-                                                                                     {3, 9},
-                                                                                     {4096, 4096},
-                                                                                     {4096, 4095},
-                                                                                     {4097, 4096},
-                                                                                     {9000, 4096},
-                                                                                     {9000, 8192},
-                                                                                     {9000, 1},
-                                                                                     {8192, 8191},
-                                                                                     {8192, 0},
-                                                                                     {9000, 8193}}) {
+    constexpr std::array<std::size_t, 2> cases[] = {
+        {0, 0},       {1, 1},       {1, 0},    {3, 9},       {4096, 4096}, {4096, 4095}, {4097, 4096},
+        {9000, 4096}, {9000, 8192}, {9000, 1}, {8192, 8191}, {8192, 0},    {9000, 8193}};
+    for (const auto& [rows, kept] : cases) {
         SCOPED_TRACE(std::to_string(rows) + " cut to " + std::to_string(kept));
         fill(rows);
         const std::size_t count = std::min(column.Count(), kept);

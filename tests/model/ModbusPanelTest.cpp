@@ -96,6 +96,9 @@ TEST_F(ModbusPanel, FindsDevicesByName) {
     ExpectRows([&](std::string_view name) { return std::to_string(Panel.GetModbusIDFromDeviceName(name)); },
                {"BareDevice -> List index out of bounds (0)", "MyDevice2 -> 12", "OffDevice -> 7",
                 "offdevice -> -1", "WordDevice -> -1"});
+    for (const auto& [index, text] : {std::pair{0U, "1; 2; "}, {5U, "error"}, {0U, "11; 22; x; "}})
+        Panel.SetResponse(index, text);
+    EXPECT_THAT(Panel.DeviceList.GetDevice(0).ResponsList, ElementsAre("11; 22; x; ", "error"));
     Panel.DeviceList.Add(TMDevice(Panel.DeviceList.GetDevice(0)));
     ExpectRows([&](std::string_view name) { return std::to_string(Panel.GetSelectedDeviceListNumber(name)); },
                {"Other -> -1", "OffDevice -> 1", "MyDevice2 -> 4"});
@@ -108,14 +111,6 @@ TEST_F(ModbusPanel, FindsDevicesByName) {
     EXPECT_EQ(Panel.GetProfileListCellsNameValue("OffDevice", list, 2, 3), 2U);
     EXPECT_THAT(list, ElementsAre("1=40", "2=41"));
     EXPECT_EQ(Panel.GetProfileListCellsNameValue("Other", list, 2, 3) + list.size(), 0U);
-}
-
-TEST_F(ModbusPanel, KeepsAnswersOfTheFirstDevice) {
-    Panel.SetResponse(0, "lost");
-    Load(twoDevices);
-    for (const auto& [index, text] : {std::pair{0, "1; 2; "}, {5, "error"}, {0, "11; 22; x; "}})
-        Panel.SetResponse(static_cast<std::size_t>(index), text);
-    EXPECT_THAT(Panel.DeviceList.GetDevice(0).ResponsList, ElementsAre("11; 22; x; ", "error"));
 }
 
 } // namespace tidewell::test
