@@ -68,7 +68,8 @@ TEST(Configuration, ReadsTheLink) {
         const auto link = ReadNabtoConfiguration(TIniFile("[CommInitNabto]\n" + std::string(rows)));
         return link.Name + "|" + link.LastLoginUser + "|" + link.LastLoginPW + "|" + link.Domain + "|" +
                std::to_string(link.DelayBetweenQuestions) + "|" + std::to_string(link.PauseTime) +
-               (link.Enabled ? "|on" : "|off");
+               (link.Enabled ? "|on" : "|off") +
+               (link.Replaced.empty() ? "" : " " + LineOn(link.Replaced.front(), {}));
     };
     ExpectRows(
         read,
@@ -76,15 +77,13 @@ TEST(Configuration, ReadsTheLink) {
          "Enabled= -> [CommInitNabto] Enabled: '' is not a valid boolean value",
          " -> |||remote.tidewell.example|50|2000|off",
          "Name=n\nPauseTime=1\nEnabled=1\nLastLoginUser=u\nLastLoginPW=p\nDomain=\n -> n|u|p||50|1|on"});
-    const auto interval = [](std::string_view text) {
-        const auto link = ReadNabtoConfiguration(TIniFile("[CommInitNabto]\nPauseTime=" + std::string(text)));
-        return std::to_string(link.PauseTime) +
-               (link.Replaced.empty() ? "" : " " + LineOn(link.Replaced.front(), {}));
-    };
-    ExpectRows(interval, {"-5 -> 1 [CommInitNabto] PauseTime: '-5' is not possible, 1 is used",
-                          "2147483648 -> 2147483647 [CommInitNabto] PauseTime: '2147483648' is not possible, "
-                          "2147483647 is used",
-                          "0.5 -> 1", "1 -> 1", "12.6 -> 13", "2147483647 -> 2147483647"});
+    const std::string head = "Domain=d\nPauseTime=";
+    const std::string replaced = "|off [CommInitNabto] PauseTime: ";
+    ExpectRows(read, {head + "-5 -> |||d|50|1" + replaced + "'-5' is not possible, 1 is used",
+                      head + "2147483648 -> |||d|50|2147483647" + replaced +
+                          "'2147483648' is not possible, 2147483647 is used",
+                      head + "0.5 -> |||d|50|1|off", head + "12.6 -> |||d|50|13|off",
+                      head + "2147483647 -> |||d|50|2147483647|off"});
 }
 
 TEST(Configuration, ReadsTheCloud) {
