@@ -18,11 +18,6 @@ TEST(GraphRowParser, ReadsEachFieldAsTheCodecDoes) {
                                           {true, -1, 5, 1, 0, {}},    {true, 50, -highest, 300, 200, {}},
                                           {true, 65535, 0, 0, 0, {}}, {true, 65536, 1, 0, 0, {}}};
     TGraphRowParser parser(points);
-    const std::string lines =
-        "|;|a|1;|1;d|1;d;t|1;d;t;|1;d;t;5|1;d;t;5;6;7;|;;;;;;|\"\";\"\"|\"a;b\";c|\"a\"\"b\";c;|"
-        "\"open;c|\"a\"x;y|a\"b;c|\"a\";|\"|x;\"|\"\"\"\";1|\"a\"\"\"\"b;c\";d";
-    for (const std::string_view line : SplitStrictly(lines, '|'))
-        CheckRow(points, parser, line);
     const std::string fields =
         "0|7| 12|  12|12 |-1|- 1|--1|+5|+-5|| |x|1x|0012|-0|999999999|1000000000|2147483647|-2147483648|"
         "2147483648|-2147483649|65535|65536|$FF|0x1F|1.5|99999999999999999999|4294967295|$FFFFFFFF|\t1|"

@@ -70,14 +70,10 @@ TEST_F(ModbusPanel, ReadsDevicesQuestionsAndListRows) {
     EXPECT_EQ(DatalogHeader(Panel, "/p"),
               ";[HeaderStart]12;3;100;2;Flow;MyDevice2;0;12;4;0;9;Missing;MyDevice2;3;7 ;3;"
               "100;2;Flow;OffDevice;0;7;4;0;1;Flow;OffDevice;1;/p[HeaderEnd]");
-    Panel.SetMpanelPLSpath("/t/gone.pls");
-    Panel.InitQuestionStringlistStructures();
-    EXPECT_EQ(Panel.DeviceList.Count() + Panel.CycleReadListGetNumbersInList() + Panel.WriteList.size(), 0U);
 }
 
 TEST_F(ModbusPanel, TakesOnlySectionsOfDevices) {
-    Load("[NabtoDevice]\nQ1=0;3;1;1;\n"                          // no key "Enable"
-         "[DeviceList]\nEnabled=1\nR1=1;3;0;1;L;\n"              // nor here
+    Load("[DeviceList]\nEnabled=1\nR1=1;3;0;1;L;\n"              // no key "Enable"
          "[BareDevice]\nEnable=1\n"                              // one row leaves it off
          "[LateDevice]\nR1=False\nEnable=1\nR2=5\nR3=1;3;\n=x\n" // the first row decides, whatever its key
          "[L]\nK=a;\n");
@@ -96,9 +92,6 @@ TEST_F(ModbusPanel, FindsDevicesByName) {
     ExpectRows([&](std::string_view name) { return std::to_string(Panel.GetModbusIDFromDeviceName(name)); },
                {"BareDevice -> List index out of bounds (0)", "MyDevice2 -> 12", "OffDevice -> 7",
                 "offdevice -> -1", "WordDevice -> -1"});
-    for (const auto& [index, text] : {std::pair{0U, "1; 2; "}, {5U, "error"}, {0U, "11; 22; x; "}})
-        Panel.SetResponse(index, text);
-    EXPECT_THAT(Panel.DeviceList.GetDevice(0).ResponsList, ElementsAre("11; 22; x; ", "error"));
     Panel.DeviceList.Add(TMDevice(Panel.DeviceList.GetDevice(0)));
     ExpectRows([&](std::string_view name) { return std::to_string(Panel.GetSelectedDeviceListNumber(name)); },
                {"Other -> -1", "OffDevice -> 1", "MyDevice2 -> 4"});
