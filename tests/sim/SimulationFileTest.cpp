@@ -36,31 +36,22 @@ TEST(SimulationFile, TellsMistakesByFileSectionAndKey) {
          "Values a|setpoint 0 100 = ramp 1 nan 1s -> : \"nan\" is no number of 16 bits",
          "Values a|setpoint 0 100 = 65536 -> : \"65536\" is not within -32768 and 65535",
          "Values a|setpoint 0 100..102 = list 1 2 -> : the list has 2 values for 3 addresses",
-         "Values a|setpoint 100 = 1 -> : expected \"setpoint <obj> <address>\"",
          "Values a|setpoint 0 100 = 1; singed -> : unknown option \"singed\"",
          "Values a|setpoint 0 100 -> line 8: \"setpoint 0 100\" is neither a section nor key=value",
          "Faults a|Latency=soon -> : \"soon\" is no time such as 250ms, 10s or 2m30s",
          "Faults a|Latency=1s; query=stream -> : this fault never comes with query=stream",
          "Faults a|WrongCount=1; query=ping.json -> : this fault never comes with query=ping.json",
-         "Faults a|NoReturn=on; query=admincmd.json -> : this fault never comes with query=admincmd.json",
          "Service a|Image 0=0xA10000; room=1 -> : \"0\" is not within 1 and 16",
-         "Service a|Image 1=0xA10000 -> : it has no option \"room\"",
          "Service a|Image 1=0xD2FFFF; room=2 -> : \"2\" is not within 1 and 1",
          "Service a|Image 2=0xA10007; room=2\nImage 1=0xA10000; room=8 -> section \"Service a\", key \"Image "
          "1\": its room overlaps that of image 2",
-         "Service a|LogValues=setpoint 0 1 -> : the controller has no setpoint 0 1",
          "Service a|LogValues=setpoint 0 1..127 -> : a record has room for 126 values, not 127",
          "Service a|ErrorEvents=101 -> : \"101\" is not within 0 and 100",
          "Faults b|Latency=1s -> section \"Faults b\" belongs to nothing",
          "Library|nabtoFree=NABTO_FAILED -> : unknown function \"nabtoFree\"",
-         "Library|nabtoStartup=18 -> : unknown status \"18\"",
          "Simulation|Domian=x -> : unknown key",
-         "Controller a|Local=yes -> : \"yes\" is neither true nor false",
-         "Controller a|Id=41 -> : \"41\" is no id of 12 digits",
          "Controller a|Id=999999999000\nCopies=1000 -> : there are no 1000 ids behind 999999999000",
          "Simulation|Controllers=b -> section \"Controller b\", key \"Id\": it is missing",
-         "Simulation|Controllers=a,b\n[Controller b]\nId=410000000001 -> section \"Controller b\", key "
-         "\"Model\": it is missing",
          "Simulation|Controllers=a,b\n[Controller b]\nModel=1\nDevicenumber=1\nId=410000000001 -> section "
          "\"Controller b\", key \"Id\": another controller has the id 410000000001"});
     EXPECT_THROW(ParseSimulation("", ""), TError);
@@ -69,11 +60,9 @@ TEST(SimulationFile, TellsMistakesByFileSectionAndKey) {
 TEST(SimulationFile, ReadsTimesAndStatusNames) {
     EXPECT_EQ(ParseTime("40"), 40);
     EXPECT_EQ(ParseTime("1m1.5s5ms"), 61505);
-    for (const char* bad : {"", "s", "10 s", "-1s", "5h", "1e3s", "99999999999999s", "1..2s"}) {
+    for (const char* bad : {"", "s", "10 s", "-1s", "5h", "1e3s", "99999999999999s", "1..2s"})
         EXPECT_THROW(ParseTime(bad), TError) << bad;
-    }
     EXPECT_EQ(StatusByName("NABTO_BUFFER_FULL"), 17);
-    EXPECT_EQ(StatusByName("NABTO_FAILED_WITH_JSON_MESSAGE"), 26);
     EXPECT_STREQ(StatusText(26), "Failed; the reply tells why");
     EXPECT_STREQ(StatusText(27), "Unknown status");
 }
