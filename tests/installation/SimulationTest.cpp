@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <functional>
 
 namespace tidewell::test {
@@ -44,11 +43,6 @@ class SimulatedInstallation : public testing::Test {
         return cycle;
     }
 
-    TDeviceReply Write(const TListRow& row, std::int32_t value) {
-        return ParseReply(Nabto.SendQuery(Device, "setpointWriteValue.json",
-                                          FormatSaveSetpoint(row.Integer(14), row.Integer(2), value)));
-    }
-
     std::string Device; // address of the model at hand
     TWorld World;
     const TIniFile System{World.Files, TWorld::SystemFile};
@@ -59,29 +53,17 @@ class SimulatedInstallation : public testing::Test {
 
 } // namespace
 
-TEST_F(SimulatedInstallation, EveryQueryIsDeclaredInBothInterfaces) {
-    const std::array<std::uint8_t, 2> payload = {1, 2};
-    const std::vector<std::pair<std::string, std::string>> requests = {
-        {"ping.json", PingRequest()},
-        {"ping.json", UserAccountRequest("1", "user@example.com")},
-        {"setpointReadValue.json", ValueToJson("100", "1", "0")},
-        {"datapointReadValue.json", ValueToJson("0", "1", "0")},
-        {"setpointWriteValue.json", FormatSaveSetpoint(0, 100, 5)},
-        {"admincmd.json", GetCMD(1)},
-        {"flashRead.json", FormatRWData(131072, 4096)},
-        {"flashWrite.json", FormatRWData(131072, 4096)},
-        {"eepReadRaw.json", FormatRWData(512, 400)},
-        {"prepareUpdate.json", prepareUpdateData(1, 100, 0)},
-        {"FlashWriteNostream.json", prepareFlashWriteNostream(1, 0, payload)},
-        {"FlashWriteNostreamV2.json", V2prepareFlashWriteNostream(1, 0, 0, payload)},
-        {"SystemIdentify.json", prepareSystemIdentify(1)},
+// The journeys ask all queries of the direct controller; the gateway takes the same.
+TEST(InstalledInterfaces, DeclareTheSameRequests) {
+    const auto requests = [](const std::string& name) {
+        const std::string bytes = Installation().Read("/t/nabto_config/" + name);
+        std::string text;
+        for (std::size_t at = bytes.find("<query"); at != std::string::npos;
+             at = bytes.find("<query", at + 1))
+            text += bytes.substr(at, bytes.find("</request>", at) - at);
+        return text;
     };
-    ForEachModel([&](const TInstalledProfile&) {
-        for (const auto& [query, request] : requests) {
-            const std::string reply = Nabto.SendQuery(Device, query, request);
-            EXPECT_TRUE(ParseReply(reply).HasResponse) << Nabto.queriesFile << " " << query << ": " << reply;
-        }
-    });
+    EXPECT_EQ(requests("gateway.xml"), requests("standalone.xml"));
 }
 
 // Values stay within their limits while they move, and keep their number of digits, by which a snapshot of
@@ -108,18 +90,6 @@ TEST_F(SimulatedInstallation, PolledValuesMoveWithinTheirLimits) {
         for (const TGraphPoint& point : profile.Profile.GraphPoints)
             EXPECT_TRUE(!point.IsChannel || moved.at(static_cast<std::size_t>(point.Structnumber - 3)))
                 << point.Structnumber;
-    });
-}
-
-TEST_F(SimulatedInstallation, SetpointsKeepWhatIsWritten) {
-    ForEachModel([this](const TInstalledProfile& profile) {
-        for (const std::size_t limit : {3U, 4U}) {
-            for (const TListRow& row : profile.Rows)
-                EXPECT_TRUE(!row.IsSetpoint || Write(row, row.Integer(limit)).Status) << row.Name();
-            const std::vector<std::string> values = AskAll(profile);
-            for (const TListRow& row : profile.Rows)
-                EXPECT_TRUE(!row.IsSetpoint || row.ValueIn(values) == row.Fields.at(limit)) << row.Name();
-        }
     });
 }
 
