@@ -13,15 +13,15 @@ namespace {
 
 class TRecordedActions : public ICommandLineActions {
   public:
-    void InitDevice(const std::string& devid) override { Calls.push_back("init " + devid); }
-    void SetAccessToken(const std::string& jwt) override { Calls.push_back("token " + jwt); }
-    void ShowEEpromPanel() override { Calls.emplace_back("eeprom"); }
-    void ShowFlashPanel() override { Calls.emplace_back("flash"); }
-    void EnableContineousUpdate() override { Calls.emplace_back("continuous"); }
-    void EnableExtendedVersionInfo() override { Calls.emplace_back("extended"); }
-    void TellUnknownOption(const std::string& name) override { Calls.push_back("unknown " + name); }
+    void InitDevice(const std::string& devid) override { Calls += "init " + devid + ", "; }
+    void SetAccessToken(const std::string& jwt) override { Calls += "token " + jwt + ", "; }
+    void ShowEEpromPanel() override { Calls += "eeprom, "; }
+    void ShowFlashPanel() override { Calls += "flash, "; }
+    void EnableContineousUpdate() override { Calls += "continuous, "; }
+    void EnableExtendedVersionInfo() override { Calls += "extended, "; }
+    void TellUnknownOption(const std::string& name) override { Calls += "unknown " + name + ", "; }
 
-    std::vector<std::string> Calls;
+    std::string Calls;
 };
 
 // Arguments between "|"; the result, and what was done for them, shown and kept.
@@ -31,22 +31,20 @@ std::string Evaluated(std::string_view input) {
     TFixedDialogs dialogs;
     const auto pieces = SplitStrictly(input, '|');
     const std::vector<std::string> arguments(pieces.begin(), pieces.end());
-    std::vector<std::string> told{std::to_string(EvalSystemParameters(arguments, kept, actions, dialogs))};
-    told.insert(told.end(), actions.Calls.begin(), actions.Calls.end());
-    told.insert(told.end(), dialogs.Boxes.begin(), dialogs.Boxes.end());
-    told.push_back(kept.devid + "/" + kept.jwt + "/" + kept.UserNamePW + "/" + kept.debugShowEEPanel);
-    return Join(told, ", ");
+    const int result = EvalSystemParameters(arguments, kept, actions, dialogs);
+    return std::to_string(result) + ", " + actions.Calls + Join(dialogs.Boxes, ", ") + kept.devid + "/" +
+           kept.jwt + "/" + kept.UserNamePW + "/" + kept.debugShowEEPanel;
 }
 
 TEST(CommandLine, ActsInTheOrderGivenUpToTheFirstFailure) {
-    const std::string digits = ", The value for the -devid parameter must be exactly 12 digits., ";
+    const std::string digits = "The value for the -devid parameter must be exactly 12 digits.";
     // The device id is cleaned before it is measured: ten digits and two "-". Of an option that is not known
     // the value, which may hold a password, is not told.
     ExpectRows(
         Evaluated,
-        {"-devid|12345678901 -> -1" + digits + "///", "-devid|1234567890123 -> -1" + digits + "///",
-         "-jwt| \t -> -1, A value for the parameter -jwt was not supplied, ///",
-         "-jwt|a|-devid||-jwt|b -> -1, token a" + digits + "/a//", " -> 0, ///", "-LoginUserPW -> 0, ///",
+        {"-devid|1234567890123 -> -1, " + digits + "///",
+         "-jwt| \t -> -1, A value for the parameter -jwt was not supplied///",
+         "-jwt|a|-devid||-jwt|b -> -1, token a, " + digits + "/a//", " -> 0, ///", "-LoginUserPW -> 0, ///",
          "-debugContUpdate -> 0, ///", "-devid|x12-456y-890 12 -> 0, init 12-456-89012, 12-456-89012///",
          "-devid|410000000001|-lang|deutsch|-jwt| t |-LoginUserPW|me;secret -> 0, init 410000000001, token "
          " t , 410000000001/ t /me;secret/",
