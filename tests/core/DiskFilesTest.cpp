@@ -51,9 +51,9 @@ TEST_F(DiskFiles, ReadsAndLists) {
     Files.CreateDirectories(Directory / "system_c.inn" / "deep");
     EXPECT_THROW(Files.CreateDirectories(Directory / "plain" / "deep"), EInOutError);
     EXPECT_THAT(Files.List(Directory, "system_*.inn"), ElementsAre("System_b.INN", "system_a.inn"));
-    EXPECT_THAT(Files.List(Directory / "none", "*"), testing::IsEmpty());
-    EXPECT_FALSE(Files.FileExists(Directory / "system_c.inn"));
-    EXPECT_TRUE(Files.DirectoryExists(Directory / "system_c.inn"));
+    EXPECT_THAT(Files.List(Directory / "none", "*"), ElementsAre());
+    EXPECT_TRUE(Files.DirectoryExists(Directory / "system_c.inn") &&
+                !Files.FileExists(Directory / "system_c.inn"));
     const auto age = std::chrono::system_clock::now() - Files.Modified(Directory / "plain");
     EXPECT_LT(std::chrono::abs(age), std::chrono::minutes(1));
     EXPECT_EQ(Files.Read(Directory / "system_a.inn"), bytes);
@@ -120,9 +120,7 @@ TEST_F(DiskFiles, ReplacesInPlaceAndLeavesWhatIsReadOnly) {
 TEST(MatchesMask, Names) {
     test::ExpectRows(
         [](std::string_view input) {
-            const std::size_t bar = input.find('|');
-            return MatchesMask(std::string(input.substr(0, bar)), std::string(input.substr(bar + 1))) ? "yes"
-                                                                                                      : "no";
+            return MatchesMask(test::Piece(input, 0), test::Piece(input, 1)) ? "yes" : "no";
         },
         {"a| -> no", "|? -> no", "ab|? -> no", "a|ab -> no", "a.pls.bak|*.pls -> no",
          "\xC3\x85|\xC3\xA5 -> no", "\xC5|\xE5 -> no", "| -> yes", "|* -> yes", "a|? -> yes", "a|a** -> yes",
