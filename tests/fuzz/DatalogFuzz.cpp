@@ -1,4 +1,3 @@
-#include "core/Errors.h"
 #include "core/TextFile.h"
 #include "fuzz/Fuzz.h"
 #include "logging/CsvExport.h"
@@ -60,10 +59,7 @@ void FeedDatalog(std::string_view bytes) {
     TGraphRowParser parser(rig.Profile.GraphPoints);
     for (const std::string& line : SplitLines(first))
         CheckRow(rig.Profile.GraphPoints, parser, line);
-    try {
-        Open(rig);
-    } catch (const TError&) { // told
-    }
+    Guarded([&rig] { Open(rig); });
 }
 
 } // namespace tidewell::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Errors.h"
 #include "fuzz/RowProperties.h"
 #include "logging/DatalogRig.h"
 
@@ -14,6 +15,14 @@ void FeedDatalog(std::string_view bytes); // a size of blocks, then files, separ
 void FeedIni(std::string_view bytes);     // a file, 0x1C and a value to write
 void FeedProfile(std::string_view bytes);
 void FeedSd(std::string_view bytes); // files, separated by 0x1C
+
+// What the program tells in a box is no fault.
+void Guarded(const auto& action) {
+    try {
+        action();
+    } catch (const TError&) {
+    }
+}
 
 constexpr char nextPart = '\x1C';
 

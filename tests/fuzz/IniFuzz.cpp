@@ -1,4 +1,3 @@
-#include "core/Errors.h"
 #include "core/IniFile.h"
 #include "core/Numbers.h"
 #include "fuzz/Fuzz.h"

@@ -1,4 +1,3 @@
-#include "core/Errors.h"
 #include "core/Numbers.h"
 #include "fuzz/Fuzz.h"
 #include "model/ModbusPanel.h"
@@ -23,14 +22,13 @@ void ShowListRows(TDatalogRig& rig) {
                 std::string text;
                 for (std::size_t column = 0; column < table.ColCount(); ++column)
                     text += table.Cell(column, row) + ';';
-                try {
+                Guarded([&text] {
                     std::vector<std::string> help;
                     std::vector<std::string> shown;
                     const TListRow listRow = ParseListRow(FormatRowLimits(text, help));
                     FormatListValues(dataLine, shown, {listRow});
                     CellText(listRow, shown.at(0));
-                } catch (const EConvertError&) { // told
-                }
+                });
             }
 }
 
@@ -50,13 +48,6 @@ void WriteBack(TDatalogRig& rig) {
                     before[i].Offset == after.Offset && before[i].Decimal == after.Decimal &&
                     before[i].Type == after.Type,
                 "another graph row");
-    }
-}
-
-void Guarded(const auto& action) {
-    try {
-        action();
-    } catch (const TError&) { // told
     }
 }
 

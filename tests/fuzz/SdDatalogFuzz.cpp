@@ -1,4 +1,3 @@
-#include "core/Errors.h"
 #include "fuzz/Fuzz.h"
 #include "logging/SdDatalogReader.h"
 
