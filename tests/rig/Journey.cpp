@@ -396,13 +396,16 @@ TControl& TJourney::Find(const std::string& name) const {
 void TJourney::ClickStep(const std::string& rest) {
     const auto [word, name] = SplitFirst(rest);
     const bool evenHidden = word == "hidden";
-    TellUnlessEmpty(Click(Find(evenHidden ? name : rest), evenHidden));
+    TControl& control = Find(evenHidden ? name : rest);
+    if (!Takes(control, "click", ""))
+        TellUnlessEmpty(Click(control, evenHidden));
 }
 
 void TJourney::TypeStep(const std::string& rest) {
     const auto [name, text] = SplitFirst(rest);
     TControl& control = Find(name);
-    Type(control, text);
+    if (!Takes(control, "type", text))
+        Type(control, text);
     if (const auto* edit = dynamic_cast<TEdit*>(&control); edit != nullptr && edit->Text() == text)
         Screen.Take(control); // the step says it already
 }
@@ -412,13 +415,17 @@ void TJourney::KeyStep(const std::string& rest) {
     const auto words = Words(rest);
     TSetpointPage& page = World.Program->SetpointPage;
     TControl& control = words.size() == 2 ? Find(words[0]) : *TopForm();
+    if (Takes(control, "key", words.back()))
+        return;
     if (&control != &page.SetpointFilter || words.back() != "Escape" || !page.ClearSetpointFilter())
         TellUnlessEmpty(Press(control, words.back()));
 }
 
 void TJourney::PickStep(const std::string& rest) {
     const auto [name, words] = SplitFirst(rest);
-    TellUnlessEmpty(Pick(Find(name), Words(words)));
+    TControl& control = Find(name);
+    if (!Takes(control, "pick", words))
+        TellUnlessEmpty(Pick(control, Words(words)));
 }
 
 void TJourney::RunStep(const std::string& rest) {

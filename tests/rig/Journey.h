@@ -39,6 +39,8 @@ class TJourney : public IDialogs {
     std::function<void()> OnEnd;
     // A form is to be painted under that name.
     std::function<void(const std::string& form, const std::string& name)> OnPicture;
+    // Does what the person does to a control, a step's verb and words, if it can.
+    std::function<bool(const TControl& control, const std::string& verb, const std::string& words)> OnHands;
     // Goes on where the journey and the program part: steps that cannot be taken are left out, and dialogs
     // that no answer stands for are cancelled. Nothing is told.
     bool Lenient = false;
@@ -94,6 +96,9 @@ class TJourney : public IDialogs {
     void SizeStep(const std::string& rest);
     void HelpStep(const std::string& rest);
 
+    bool Takes(const TControl& control, const std::string& verb, const std::string& words) const {
+        return OnHands && OnHands(control, verb, words);
+    }
     // The control of that name, on the topmost form that has one, or on "Form.Name". Throws TBadStep.
     TControl& Find(const std::string& name) const;
     TForm* TopForm() const;
