@@ -50,7 +50,7 @@ class TScreenHands {
         QWidget* const widget = WidgetOf(control);
         if (const auto* item = dynamic_cast<const TMenuItem*>(&control))
             return verb == "click" && Trigger(*item);
-        if (widget == nullptr || !widget->isVisible() || !widget->isEnabled())
+        if (widget == nullptr || !widget->isEnabled() || !TurnTo(*widget))
             return false;
         const QString text = QString::fromStdString(words);
         const QStringList parts = text.split(' ');
@@ -70,6 +70,16 @@ class TScreenHands {
         return nullptr;
     }
     QWidget* WidgetOf(const TControl& control) const { return Find<QWidget>(control); }
+    // Shows its page; whether it is on the screen then.
+    static bool TurnTo(const QWidget& widget) {
+        for (QWidget* above = widget.parentWidget(); above != nullptr; above = above->parentWidget())
+            if (auto* const tabs = dynamic_cast<QTabWidget*>(above); tabs != nullptr && !widget.isVisible())
+                for (int page = 0; page < tabs->count(); ++page)
+                    if (tabs->isTabVisible(page) && tabs->widget(page)->isAncestorOf(&widget))
+                        tabs->setCurrentIndex(page);
+        QCoreApplication::processEvents();
+        return widget.isVisible();
+    }
     bool Trigger(const TMenuItem& item) const {
         auto* const action = Find<QAction>(item);
         if (action == nullptr || !action->isEnabled())
@@ -96,7 +106,8 @@ class TScreenHands {
             field->selectAll();
             QTest::keyClick(field, Qt::Key_Delete);
         }
-        QTest::keyClicks(&widget, text);
+        for (const QChar letter : text)
+            QTest::sendKeyEvent(QTest::Click, &widget, Qt::Key_unknown, letter, Qt::NoModifier);
         return true;
     }
     static bool Press(QWidget& widget, const QString& key) {
