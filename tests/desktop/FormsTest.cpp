@@ -5,7 +5,6 @@
 #include "desktop/binders/FormBinder.h"
 #include "support/MemoryFiles.h"
 #include "widgets/Child.h"
-#include "widgets/FormResizer.h"
 
 namespace tidewell::test {
 
@@ -155,21 +154,6 @@ TEST_F(FormsTest, WhatIsThrownIsToldAndTheFormStays) {
     QCoreApplication::sendEvent(&thrower, &event);
     Application().OnException = nullptr;
     EXPECT_EQ(text, "from an event");
-}
-
-TEST(FormResizer, KeepsTheSharesOfASplitter) {
-    QSplitter splitter(Qt::Vertical);
-    splitter.setHandleWidth(0);
-    NewChild<QWidget>(splitter);
-    NewChild<QWidget>(splitter);
-    splitter.resize(100, 300);
-    TFormResizer resizer(nullptr);
-    resizer.Add(splitter, {2, 1});
-    splitter.show();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(splitter.sizes(), (QList<int>{200, 100}));
-    splitter.resize(100, 600);
-    EXPECT_EQ(splitter.sizes(), (QList<int>{400, 200}));
 }
 
 } // namespace tidewell::test

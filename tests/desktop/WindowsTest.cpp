@@ -153,22 +153,6 @@ TEST_F(WindowsTest, TheLogonTakesItsKeys) {
     EXPECT_EQ(logon.EditPW.Text(), "Grüße, \"$\"");
 }
 
-TEST_F(WindowsTest, TheLanguageIsChosenByKeys) {
-    StartLinked();
-    Robot.On("FormMain", [](QWidget&) { Press(Qt::Key_F12); });
-    Robot.On("languagedialog", [this](QWidget&) {
-        const TRadioGroup& languages = World.Program->languagedialog.langgroup;
-        EXPECT_EQ(languages.ItemIndex(), 1);
-        Press(Qt::Key_Up);
-        EXPECT_EQ(languages.ItemIndex(), 0);
-        Type("\t");
-        EXPECT_EQ(Focused(), "Button");
-        Type("\n");
-    });
-    Robot.OnMessage("The language is changed. The program now ends and starts again.");
-    RunRobot();
-}
-
 TEST_F(WindowsTest, ASetpointIsTypedAndBitsFlipByMouseAndKeyboard) {
     ShowSetpoints();
     World.Time.Advance(20'000); // logs
@@ -223,47 +207,6 @@ TEST_F(WindowsTest, ASetpointIsTypedAndBitsFlipByMouseAndKeyboard) {
         EXPECT_EQ(value(), "XY");
         Type("\x1b");
     });
-}
-
-TEST_F(WindowsTest, SetpointsToLoadAreCheckedByMouseAndKeyboard) {
-    ShowSetpoints();
-    TLoadSetpoints& form = World.Program->LoadSetpoints;
-    World.Files.Put("/f.csv", "Created at : 1;\nDevice name : M;\nProfile : p;\nSetpointName;F;RawValue;\n"
-                              "Mode;2;2;0;7;0;0;40101;7;\nUnknown;5;5;0;7;0;0;49999;0;\n");
-    World.Program->SetpointPage.SelectedSetpointParent = "Device Aria 450";
-    EXPECT_TRUE(form.LoadForm("/f.csv"));
-    Robot.On("LoadSetpoints", [&](QWidget& view) {
-        auto& grid = Child<QTableView>(view, "setpointgrid");
-        auto& results = Child<QListView>(view, "ResultList");
-        const auto box = [&](int row) {
-            const QRect cell = grid.visualRect(grid.model()->index(row, 2));
-            const TCellRect at =
-                form.setpointgrid.BoxRect({cell.left(), cell.top(), cell.right() + 1, cell.bottom() + 1});
-            return QRect(QPoint(at.Left, at.Top), QPoint(at.Right - 1, at.Bottom - 1));
-        };
-        const auto painted = [&](int row) { return grid.viewport()->grab(box(row)).toImage(); };
-        const QImage checked = painted(1);
-        EXPECT_EQ(Focused(), "setpointgrid");
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, box(1).topLeft() - QPoint(2, 2));
-        EXPECT_NE(painted(1), checked);
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, box(1).topLeft() - QPoint(3, 0));
-        EXPECT_EQ(form.LabSelected.Caption(), "1 of 2 selected");
-        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, box(1).center()); // the second of two
-        EXPECT_EQ(painted(1), checked);
-        Press(Qt::Key_Home);
-        Press(Qt::Key_Space);
-        EXPECT_NE(painted(0), checked);
-        Child<QWidget>(view, "ButcheckAll").setFocus();
-        Type("\n"); // presses the button that has the keyboard
-        EXPECT_EQ(form.LabSelected.Caption(), "2 of 2 selected");
-        Robot.On("MessageBox", [](QWidget&) { Type("\n"); });
-        Child<QPushButton>(view, "ButWriteSetpoints").click();
-        EXPECT_EQ(view.focusWidget(), &results);
-        QTest::mouseClick(results.viewport(), Qt::LeftButton);
-        EXPECT_EQ(view.focusWidget(), &grid);
-        Type("\x1b");
-    });
-    Windows.Dialogs.ShowModal(form);
 }
 
 TEST_F(WindowsTest, TheSelectedSetpointStandsOutByItsFontAlone) {
