@@ -1,14 +1,8 @@
 #include "cloud/ApiClient.h"
 
-#include "core/KvSupport.h"
-#include "core/Table.h"
 #include "support/FakePorts.h"
-#include "support/FixedDialogs.h"
 #include "support/IdleProgram.h"
-
-#include <gmock/gmock.h>
-
-#include <algorithm>
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

@@ -1,9 +1,6 @@
 #include "sim/cloud/CloudConfig.h"
 
-#include "core/IniFile.h"
-#include "core/Table.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 // The cloud itself is told by the journeys, which all run against it.
 namespace tidewell::test {

@@ -1,15 +1,12 @@
 #include "cloud/CurlHttp.h"
 
-#include "core/DiskFiles.h"
-#include "core/IniFile.h"
 #include "sim/cloud/Certificates.h"
 #include "sim/cloud/HttpsServer.h"
 #include "sim/cloud/SimulatedCloud.h"
+#include "support/Test.h"
 
-#include <gmock/gmock.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <fstream>
 
 namespace tidewell::test {

@@ -1,10 +1,8 @@
 #include "cloud/NabtoLogOn.h"
 
 #include "link/DynamicLibraryLoader.h"
-#include "support/FixedDialogs.h"
 #include "support/PosixProcess.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

@@ -1,13 +1,9 @@
 #include "cloud/Scrambling.h"
 
-#include "core/Table.h"
 #include "support/FakePorts.h"
 #include "support/PosixProcess.h"
+#include "support/Test.h"
 #include "tools/Processor.h"
-
-#include <gmock/gmock.h>
-
-#include <sstream>
 
 namespace tidewell::test {
 namespace {

@@ -1,12 +1,8 @@
 #include "core/Configuration.h"
 
-#include "core/DiskFiles.h"
-#include "core/Errors.h"
 #include "core/Extensions.h"
 #include "core/LanguageTexts.h"
-#include "core/Table.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 namespace tidewell {
 namespace {

@@ -1,18 +1,12 @@
-#include "core/DiskFiles.h"
-
-#include "core/Errors.h"
-#include "core/Table.h"
+#include "support/Test.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
-#include <memory>
 #include <system_error>
 
 namespace tidewell {

@@ -1,9 +1,6 @@
 #include "core/Housekeeping.h"
 
-#include "support/MemoryFiles.h"
-#include "support/VirtualTime.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace tidewell {
 namespace {

@@ -1,12 +1,4 @@
-#include "core/IniFile.h"
-
-#include "core/Errors.h"
-#include "core/KvSupport.h"
-#include "core/Numbers.h"
-#include "core/Table.h"
-#include "support/MemoryFiles.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 // That any bytes are read, and come back as they were, is told by the program that feeds it bytes of chance.
 namespace tidewell {

@@ -1,15 +1,6 @@
-#include "core/KvSupport.h"
-
 #include "core/DeviceId.h"
-#include "core/Errors.h"
-#include "core/IniFile.h"
-#include "core/Numbers.h"
 #include "core/Paths.h"
-#include "core/Table.h"
-#include "support/FixedDialogs.h"
-#include "support/MemoryFiles.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 namespace tidewell {
 namespace {

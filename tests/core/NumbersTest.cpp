@@ -1,13 +1,4 @@
-#include "core/Numbers.h"
-
-#include "core/Table.h"
-
-#include <gtest/gtest.h>
-
-#include <charconv>
-#include <cmath>
-#include <optional>
-#include <random>
+#include "support/Test.h"
 
 namespace tidewell {
 namespace {

@@ -1,6 +1,4 @@
-#include "core/TextFile.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 namespace tidewell {
 namespace {

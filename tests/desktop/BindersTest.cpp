@@ -1,5 +1,4 @@
 #include "Support.h"
-#include "core/Errors.h"
 #include "core/controls/ControlLock.h"
 #include "core/controls/Form.h"
 #include "desktop/binders/Bind.h"
@@ -7,8 +6,6 @@
 #include "widgets/PanelBar.h"
 #include "widgets/SimpleViews.h"
 #include "widgets/TwoThumbTrackBar.h"
-
-#include <array>
 
 namespace tidewell::test {
 

@@ -1,9 +1,7 @@
 #include "Support.h"
-#include "core/Errors.h"
 #include "core/controls/Simple.h"
 #include "desktop/binders/Bind.h"
 #include "desktop/binders/FormBinder.h"
-#include "support/MemoryFiles.h"
 #include "widgets/Child.h"
 
 namespace tidewell::test {

@@ -1,18 +1,6 @@
 #include "Windows.h"
-#include "core/DiskFiles.h"
-#include "core/controls/Lists.h"
-#include "core/controls/Menu.h"
-#include "core/controls/Pages.h"
-#include "core/controls/StatusBar.h"
-#include "core/controls/StringGrid.h"
-#include "core/controls/TreeView.h"
 #include "rig/Journey.h"
 #include "rig/Wire.h"
-
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
 
 // Every journey once on the real windows, by mouse and keyboard: behind each step each widget shows what the
 // control of its name holds, and in the end the same was sent and told as without windows.

@@ -1,6 +1,5 @@
 #include "desktop/QtApplication.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);

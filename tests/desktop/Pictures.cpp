@@ -12,11 +12,6 @@
 #include "widgets/Icons.h"
 #include "widgets/ScopeView.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <iostream>
-#include <string>
-
 namespace tidewell::test {
 
 namespace {

@@ -1,10 +1,7 @@
 #include "Support.h"
-#include "core/Errors.h"
 #include "core/Guard.h"
 #include "desktop/QtPictures.h"
 #include "desktop/QtProcess.h"
-
-#include <tuple>
 
 namespace tidewell::test {
 

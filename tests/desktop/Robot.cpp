@@ -1,11 +1,9 @@
 #include "Robot.h"
 
+#include "support/Test.h"
+
 #include <QtTest>
 #include <QtWidgets>
-
-#include <gtest/gtest.h>
-
-#include <utility>
 
 namespace tidewell::test {
 

@@ -3,12 +3,6 @@
 #include "Support.h"
 #include "widgets/ChannelSettings.h"
 
-#include <array>
-#include <cmath>
-#include <limits>
-#include <string>
-#include <vector>
-
 namespace tidewell::test {
 
 namespace {

@@ -2,13 +2,10 @@
 
 #include "Robot.h"
 #include "desktop/Desktop.h"
+#include "support/Test.h"
 
 #include <QtTest>
 #include <QtWidgets>
-
-#include <gtest/gtest.h>
-
-#include <functional>
 
 namespace tidewell::test {
 

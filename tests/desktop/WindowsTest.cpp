@@ -4,8 +4,6 @@
 #include "widgets/BitViews.h"
 #include "widgets/ScopeView.h"
 
-#include <gmock/gmock.h>
-
 namespace tidewell::test {
 
 namespace {

@@ -1,16 +1,12 @@
 #include "errorlog/ErrorLog.h"
 
 #include "core/Configuration.h"
-#include "core/Errors.h"
-#include "core/KvSupport.h"
 #include "core/Paths.h"
-#include "core/Table.h"
 #include "core/controls/Form.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
 #include "support/IdleProgram.h"
-#include "support/MemoryFiles.h"
-#include "support/VirtualTime.h"
+#include "support/Test.h"
 
 // How the page comes to stand is told by the running program.
 namespace tidewell::test {

@@ -1,10 +1,5 @@
-#include "core/DiskFiles.h"
 #include "fuzz/Fuzz.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <random>
+#include "support/Test.h"
 
 // The targets without their engine, in every run of the tests: bytes of chance, made of the files that each
 // target starts from.

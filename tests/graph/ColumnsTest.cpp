@@ -1,11 +1,6 @@
-#include "core/Errors.h"
 #include "graph/SampleTable.h"
 #include "graph/TextColumn.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <string>
+#include "support/Test.h"
 
 namespace tidewell {
 

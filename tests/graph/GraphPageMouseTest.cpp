@@ -1,9 +1,6 @@
 #include "logging/DatalogRig.h"
 #include "model/ColorText.h"
-
-#include <gmock/gmock.h>
-
-#include <cmath>
+#include "support/Test.h"
 
 // What only the mouse on the plot does; rows, buttons and menus are told in tests/journeys/graph.txt.
 namespace tidewell::test {

@@ -1,16 +1,6 @@
 #include "graph/SLScope.h"
 
-#include "core/Errors.h"
-#include "core/Numbers.h"
-#include "core/Table.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell {
 

@@ -4,10 +4,6 @@
 #include "sim/controller/Firmware.h"
 #include "sim/nabto/SimulationFile.h"
 
-#include <gmock/gmock.h>
-
-#include <set>
-
 namespace tidewell::test {
 
 TEST(InstalledConfiguration, LanguageFilesHoldTheSameTextsInTheSameOrder) {

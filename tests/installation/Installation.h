@@ -1,16 +1,8 @@
 #pragma once
 
-#include "core/IniFile.h"
-#include "core/KvSupport.h"
-#include "core/Numbers.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
 #include "rig/World.h"
-
-#include <cstdint>
-#include <filesystem>
-#include <string>
-#include <vector>
 
 namespace tidewell::test {
 

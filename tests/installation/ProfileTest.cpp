@@ -1,12 +1,6 @@
 #include "Installation.h"
 #include "model/ColorText.h"
 
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <map>
-#include <set>
-
 namespace tidewell::test {
 
 namespace {

@@ -1,12 +1,7 @@
 #include "Installation.h"
 #include "core/Configuration.h"
 #include "link/Nabto.h"
-#include "support/FixedDialogs.h"
 #include "support/IdleProgram.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
 
 namespace tidewell::test {
 

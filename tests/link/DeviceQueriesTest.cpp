@@ -1,12 +1,6 @@
 #include "link/DeviceQueries.h"
 
-#include "core/Table.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

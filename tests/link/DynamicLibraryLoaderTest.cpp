@@ -1,6 +1,7 @@
 #include "link/DynamicLibraryLoader.h"
 
-#include <gmock/gmock.h>
+#include "support/Test.h"
+
 #include <unistd.h>
 
 #include <fstream>

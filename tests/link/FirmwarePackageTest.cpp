@@ -1,10 +1,7 @@
 #include "link/FirmwarePackage.h"
 
-#include "core/Errors.h"
-#include "core/Numbers.h"
-#include "core/Table.h"
 #include "link/FirmwareUpdateTexts.h"
-#include "support/MemoryFiles.h"
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

@@ -1,16 +1,9 @@
-#include "core/Numbers.h"
-#include "core/Table.h"
 #include "link/EepromReader.h"
 #include "link/FlashBlocks.h"
 #include "link/FlashRecords.h"
 #include "link/NabtoStream.h"
 #include "link/ReadReport.h"
-#include "support/MemoryFiles.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,20 +1,10 @@
 #include "link/Nabto.h"
 
-#include "core/Errors.h"
-#include "core/KvSupport.h"
 #include "sim/nabto/InProcessLibrary.h"
-#include "support/FixedDialogs.h"
 #include "support/IdleProgram.h"
-#include "support/MemoryFiles.h"
-#include "support/VirtualTime.h"
+#include "support/Test.h"
 
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <array>
-#include <map>
 #include <new>
-#include <optional>
 
 namespace tidewell::test {
 

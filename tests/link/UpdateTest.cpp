@@ -1,13 +1,10 @@
 #include "core/Crc16.h"
-#include "core/KvSupport.h"
-#include "core/Numbers.h"
-#include "core/Table.h"
 #include "core/controls/Form.h"
 #include "link/FirmwarePackage.h"
 #include "link/ReadBackSnapshot.h"
 #include "link/UpdateEvidence.h"
 #include "link/UpdateStatus.h"
-#include "support/VirtualTime.h"
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,11 +1,7 @@
 #include "logging/CsvExport.h"
 
-#include "core/TextFile.h"
 #include "logging/DatalogRig.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

@@ -1,10 +1,8 @@
 #include "logging/DatalogReader.h"
 
-#include "core/Errors.h"
 #include "logging/DatalogLines.h"
 #include "logging/DatalogRig.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

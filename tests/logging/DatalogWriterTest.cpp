@@ -1,15 +1,8 @@
 #include "logging/DatalogWriter.h"
 
-#include "core/Errors.h"
 #include "graph/TextColumn.h"
 #include "logging/LogBuffers.h"
-#include "support/MemoryFiles.h"
-
-#include <gtest/gtest.h>
-
-#include <numeric>
-#include <random>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell {
 

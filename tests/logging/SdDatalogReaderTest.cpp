@@ -1,12 +1,7 @@
 #include "logging/SdDatalogReader.h"
 
-#include "core/Errors.h"
-#include "core/Numbers.h"
 #include "logging/DatalogRig.h"
-
-#include <gmock/gmock.h>
-
-#include <tuple>
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

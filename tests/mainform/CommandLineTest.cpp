@@ -1,12 +1,6 @@
 #include "mainform/CommandLine.h"
 
-#include "core/DiskFiles.h"
-#include "core/KvSupport.h"
-#include "core/Table.h"
-#include "core/TextFile.h"
-#include "support/FixedDialogs.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

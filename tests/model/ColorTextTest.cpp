@@ -1,9 +1,6 @@
 #include "model/ColorText.h"
 
-#include "core/KvSupport.h"
-#include "core/Table.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,12 +1,7 @@
 #include "model/GraphRowParser.h"
 
-#include "core/Errors.h"
 #include "fuzz/RowProperties.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,15 +1,6 @@
 #include "model/ModbusPanel.h"
 
-#include "core/Errors.h"
-#include "core/KvSupport.h"
-#include "core/Table.h"
-#include "support/MemoryFiles.h"
-#include "support/VirtualTime.h"
-
-#include <gmock/gmock.h>
-
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,14 +1,7 @@
 #include "model/Profile.h"
 
-#include "core/Errors.h"
-#include "core/Table.h"
 #include "model/ColorText.h"
-#include "support/MemoryFiles.h"
-
-#include <gmock/gmock.h>
-
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,13 +1,6 @@
 #include "model/ValueCodec.h"
 
-#include "core/Table.h"
-
-#include <gmock/gmock.h>
-
-#include <array>
-#include <charconv>
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,9 +1,5 @@
 #include "rig/Journey.h"
 
-#include <gtest/gtest.h>
-
-#include <set>
-
 namespace tidewell::test {
 namespace {
 

@@ -1,19 +1,8 @@
 #include "rig/Hands.h"
 
-#include "core/Numbers.h"
-#include "core/controls/Form.h"
-#include "core/controls/Lists.h"
-#include "core/controls/MaskEdit.h"
-#include "core/controls/Menu.h"
-#include "core/controls/Pages.h"
-#include "core/controls/ScrollBar.h"
-#include "core/controls/Simple.h"
-#include "core/controls/StringGrid.h"
-#include "core/controls/TrackBar2.h"
-#include "core/controls/TreeView.h"
 #include "rig/JourneyText.h"
-
-#include <algorithm>
+#include "rig/World.h"
+#include "support/Test.h"
 
 namespace tidewell::test {
 

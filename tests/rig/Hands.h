@@ -1,7 +1,6 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell {
 class TControl;

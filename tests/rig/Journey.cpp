@@ -2,22 +2,9 @@
 
 #include "core/AtExit.h"
 #include "core/Guard.h"
-#include "core/KvSupport.h"
-#include "core/Numbers.h"
-#include "core/TextFile.h"
-#include "core/controls/Form.h"
-#include "core/controls/Menu.h"
-#include "core/controls/Simple.h"
 #include "rig/Hands.h"
 #include "rig/Weather.h"
 #include "sim/controller/Firmware.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <iterator>
-#include <set>
-#include <utility>
 
 namespace tidewell::test {
 

@@ -6,16 +6,6 @@
 #include "rig/Screen.h"
 #include "rig/World.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <deque>
-#include <filesystem>
-#include <functional>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
 namespace tidewell::test {
 
 // Plays one case: the person at the program, and the program's dialogs, below which the next steps are taken.

@@ -1,10 +1,6 @@
 #include "rig/JourneyText.h"
 
-#include "core/DiskFiles.h"
-#include "core/TextFile.h"
-
-#include <iterator>
-#include <sstream>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

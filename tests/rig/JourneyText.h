@@ -1,11 +1,6 @@
 #pragma once
 
-#include <filesystem>
-#include <optional>
-#include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,12 +1,4 @@
-#include "core/DiskFiles.h"
 #include "rig/Journey.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <sstream>
-#include <vector>
 
 namespace tidewell::test {
 namespace {

@@ -1,11 +1,7 @@
 #include "rig/Notes.h"
 
-#include "core/TextFile.h"
 #include "rig/Wire.h"
 #include "rig/World.h"
-
-#include <algorithm>
-#include <utility>
 
 namespace tidewell::test {
 

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <cstddef>
-#include <filesystem>
-#include <map>
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,23 +1,8 @@
 #include "rig/Screen.h"
 
-#include "core/controls/Form.h"
-#include "core/controls/Lists.h"
-#include "core/controls/MaskEdit.h"
-#include "core/controls/Menu.h"
-#include "core/controls/Pages.h"
-#include "core/controls/ScrollBar.h"
-#include "core/controls/Simple.h"
-#include "core/controls/StatusBar.h"
-#include "core/controls/StringGrid.h"
-#include "core/controls/TrackBar2.h"
-#include "core/controls/TreeView.h"
 #include "mainform/Program.h"
 #include "sim/controller/Firmware.h"
-
-#include <algorithm>
-#include <charconv>
-#include <cstdio>
-#include <optional>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <map>
-#include <string>
-#include <utility>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell {
 class TControl;

@@ -1,22 +1,8 @@
-#include "core/Errors.h"
 #include "core/Guard.h"
 #include "rig/Journey.h"
 #include "rig/UpdateClaim.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cctype>
-#include <cstdlib>
-#include <filesystem>
-#include <functional>
-#include <iostream>
-#include <map>
-#include <set>
-#include <string>
-#include <utility>
-#include <vector>
 
 // Every journey again, with one thing going wrong at every place where it can. Only rules are checked.
 namespace tidewell::test {

@@ -1,11 +1,8 @@
 #include "rig/UpdateClaim.h"
 
 #include "core/DeviceId.h"
-#include "core/KvSupport.h"
 #include "rig/World.h"
 #include "sim/controller/Firmware.h"
-
-#include <algorithm>
 
 namespace tidewell::test {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

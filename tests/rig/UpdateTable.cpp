@@ -1,16 +1,7 @@
-#include "core/KvSupport.h"
-#include "core/TextFile.h"
 #include "rig/Journey.h"
 #include "rig/UpdateClaim.h"
 #include "rig/Wire.h"
 #include "sim/controller/Firmware.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <set>
-#include <sstream>
 
 // Firmware updates with one thing wrong, in packages made for it. What a good one says stands in update.txt.
 namespace tidewell::test {

@@ -1,12 +1,7 @@
 #include "rig/Weather.h"
 
-#include "core/Numbers.h"
-#include "core/TextFile.h"
 #include "rig/JourneyText.h"
 #include "rig/World.h"
-
-#include <algorithm>
-#include <optional>
 
 namespace tidewell::test {
 

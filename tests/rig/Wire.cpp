@@ -1,12 +1,9 @@
 #include "rig/Wire.h"
 
-#include "core/KvSupport.h"
 #include "link/DeviceQueries.h"
+#include "support/Test.h"
 
 #include <nlohmann/json.hpp>
-
-#include <cstddef>
-#include <optional>
 
 namespace tidewell::test {
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-#include <vector>
+#include "support/Test.h"
 
 // What goes to the library and the cloud, in words for people.
 namespace tidewell::test {

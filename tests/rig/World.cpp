@@ -1,13 +1,6 @@
 #include "rig/World.h"
 
-#include "core/DiskFiles.h"
-#include "core/TextFile.h"
 #include "rig/Wire.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <utility>
 
 namespace tidewell::test {
 

@@ -7,14 +7,7 @@
 #include "sim/nabto/SimulationTime.h"
 #include "support/FakeKHelper.h"
 #include "support/FakePorts.h"
-#include "support/MemoryFiles.h"
-#include "support/VirtualTime.h"
-
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace tidewell::test {
 

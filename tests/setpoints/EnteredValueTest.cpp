@@ -1,9 +1,6 @@
 #include "setpoints/EnteredValue.h"
 
-#include "core/Numbers.h"
-#include "core/Table.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

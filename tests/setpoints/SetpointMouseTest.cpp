@@ -1,7 +1,4 @@
-#include "core/Errors.h"
 #include "rig/Journey.h"
-
-#include <gmock/gmock.h>
 
 // Where a click hits the boxes of a grid, how wide its columns are and what is selected; all else is told in
 // tests/journeys/setpoints.txt and load.txt.

@@ -1,11 +1,7 @@
 #include "setpoints/SetpointRecords.h"
 
-#include "core/Errors.h"
-#include "core/Table.h"
 #include "setpoints/SetpointTexts.h"
-#include "support/FixedDialogs.h"
-
-#include <algorithm>
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

@@ -1,11 +1,8 @@
-#include "core/DiskFiles.h"
 #include "link/DynamicLibraryLoader.h"
 #include "link/NabtoLibrary.h"
+#include "support/Test.h"
 
-#include <gmock/gmock.h>
 #include <unistd.h>
-
-#include <cstdlib>
 
 namespace tidewell {
 

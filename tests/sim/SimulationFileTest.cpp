@@ -1,12 +1,8 @@
 #include "sim/nabto/SimulationFile.h"
 
-#include "core/Errors.h"
-#include "core/Numbers.h"
-#include "core/Table.h"
 #include "sim/nabto/RowText.h"
 #include "sim/nabto/Status.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

@@ -1,13 +1,8 @@
-#include "core/KvSupport.h"
-#include "core/Table.h"
 #include "link/DeviceQueries.h"
 #include "sim/controller/Firmware.h"
 #include "sim/nabto/RowText.h"
 #include "sim/nabto/SimulatedNabto.h"
-#include "support/MemoryFiles.h"
-#include "support/VirtualTime.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace tidewell {
 namespace {

@@ -1,15 +1,41 @@
 #pragma once
 
+#include "core/DiskFiles.h"
+#include "core/Errors.h"
+#include "core/IniFile.h"
 #include "core/KvSupport.h"
+#include "core/Numbers.h"
+#include "core/TextFile.h"
+#include "support/FixedDialogs.h"
+#include "support/MemoryFiles.h"
+#include "support/VirtualTime.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <exception>
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <deque>
+#include <filesystem>
 #include <functional>
-#include <initializer_list>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <optional>
+#include <random>
+#include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
 
+// What the tests of all folders use.
 namespace tidewell::test {
 
 // One of the pieces between "|" of a row's input.
