@@ -67,7 +67,6 @@ TEST(CsvExport, SmallTablesLackWhatHasNoCellAndLargeOnesAreWhole) {
         {3, 0, {"LogStartDate", "Time", "08:00:00"}},
         {3, 1, {"LogStartDate;02-03-2026", "Time;C0:[2.00]", "08:00:00;0,00"}},
         {3, 2, {"LogStartDate;02-03-2026;Profile", "Time;C0:[2.00];C1:[2.00]", "08:00:00;0,00;0,00"}},
-        {2, 3, {"LogStartDate;02-03-2026;Profile;/t/profile/a.pls", "Time;C0:[1.00];C1:[1.00];C2:[1.00]"}},
     };
     for (const auto& c : cases) {
         TExportRig rig(TExportRig::Channels(3));
