@@ -119,11 +119,8 @@ class TPainter {
     // Along Y with the wheel, and the mouse on a curve.
     void Zoom(TScopeView& view) {
         const QPoint place = PlaceOf(view);
-        for (int turn = 0; turn < 6; ++turn) {
-            QWheelEvent event(place, view.mapToGlobal(place), {}, {0, 120}, Qt::NoButton, {},
-                              Qt::NoScrollPhase, false);
-            QCoreApplication::sendEvent(&view, &event);
-        }
+        for (int turn = 0; turn < 6; ++turn)
+            Wheel(view, place, 1);
         QTest::qWait(drawn);
         QTest::mouseMove(&view, PlaceOf(view));
         QTest::qWait(drawn);
