@@ -38,16 +38,9 @@ class BindersTest : public testing::Test {
         return view;
     }
     void ExpectHeard(const char* what) { EXPECT_EQ(std::exchange(Heard, {}), what); }
-
-    void Press(QWidget& view, const std::vector<Qt::Key>& keys, const char* heard) {
-        for (const Qt::Key key : keys)
-            QTest::keyClick(&view, key);
+    void Press(QWidget& view, const char* keys, const char* heard) {
+        test::Press(keys, &view);
         ExpectHeard(heard);
-    }
-    // A key that was held down since before.
-    static void Repeat(QWidget& view, Qt::Key key, const char* text) {
-        QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString::fromLatin1(text), true);
-        QCoreApplication::sendEvent(&view, &held);
     }
 
     TTestDesk Desk;
@@ -66,22 +59,19 @@ class BindersTest : public testing::Test {
 // A track with two thumbs above a field with a mask.
 class RangeTest : public BindersTest {
   protected:
-    std::pair<int, int> Positions() const { return {Bar.LowerPosition(), Bar.UpperPosition()}; }
-    void Keys(const std::vector<Qt::Key>& keys) {
-        for (const Qt::Key key : keys)
-            QTest::keyClick(QApplication::focusWidget(), key);
+    void ExpectPositions(int lower, int upper) {
+        EXPECT_NEAR(Bar.LowerPosition(), lower, Tolerance);
+        EXPECT_NEAR(Bar.UpperPosition(), upper, Tolerance);
     }
     // Presses there and drags over a part of the track.
     void Drag(double from, double to) {
         const auto at = [this](double part) {
             return QPoint(static_cast<int>(9 + part * (Track.width() - 18)), Track.height() / 3);
         };
-        QTest::mousePress(&Track, Qt::LeftButton, {}, at(from));
-        QTest::mouseMove(&Track, at((from + to) / 2));
-        QTest::mouseMove(&Track, at(to));
-        QTest::mouseRelease(&Track, Qt::LeftButton, {}, at(to));
+        test::Drag(Track, at(from), at(to));
     }
 
+    int Tolerance = 0;
     TForm Form{"Form"};
     TTrackBar2 Bar{Form, "Bar", 0, 100};
     TMaskEdit Mask{Form, "Edit", "!\\D\\:99;1;_"};
@@ -93,20 +83,19 @@ class RangeTest : public BindersTest {
 
 // What plain clicks and keys do is told by the journeys on the screen.
 TEST_F(BindersTest, ButtonsAndEditsShowMoreThanText) {
-    Button.SetColor(TColor{0x00FFFF}); // yellow, then dark blue
-    EXPECT_EQ(ButtonView.palette().color(QPalette::Button), QColor(255, 255, 0));
-    EXPECT_EQ(ButtonView.palette().color(QPalette::ButtonText), QColor(Qt::black));
-    Button.SetColor(TColor{0x600000});
-    EXPECT_EQ(ButtonView.palette().color(QPalette::ButtonText), QColor(Qt::white));
+    for (const auto& [ground, ink] : {std::pair(0x00FFFF, Qt::black), {0x600000, Qt::white}}) {
+        Button.SetColor(TColor{static_cast<std::uint32_t>(ground)});
+        EXPECT_EQ(ButtonView.palette().color(QPalette::ButtonText), QColor(ink));
+    }
+    EXPECT_EQ(ButtonView.palette().color(QPalette::Button), QColor(0, 0, 0x60));
     Edit.SetMaxLength(2);
-    QTest::keyClicks(&EditView, "abc");
+    test::Press("A B C", &EditView);
     EXPECT_EQ(Edit.Text(), "ab");
     Edit.SetText("long"); // the limit is one for typing
     Edit.SelectAllRequested.Emit();
     EXPECT_EQ(EditView.selectedText(), "long");
     Edit.CaretAtEndRequested.Emit();
-    EXPECT_EQ(EditView.cursorPosition(), 4);
-    EXPECT_FALSE(EditView.hasSelectedText());
+    EXPECT_TRUE(EditView.cursorPosition() == 4 && !EditView.hasSelectedText());
 }
 
 TEST_F(BindersTest, ListsTellTheRowThatIsPickedByKeys) {
@@ -114,17 +103,16 @@ TEST_F(BindersTest, ListsTellTheRowThatIsPickedByKeys) {
     list.SetItems({"one", "two"});
     list.OnClick = [&] { Hear("row")(list.ItemIndex()); };
     auto& view = Show<QListWidget>(list);
-    Press(view, {Qt::Key_Space}, ""); // no row is current
+    Press(view, "Space", ""); // no row is current
     view.setFocus(Qt::TabFocusReason);
-    Press(view, {Qt::Key_Space}, "row0 ");
-    Press(view, {Qt::Key_Down, Qt::Key_Return}, "row1 ");
+    Press(view, "Space Down Return", "row0 row1 ");
+
     TColorList colors("Colors");
     colors.OnClick = Hear("all");
     auto& colorsView = Show<QListView>(colors);
     QTest::mouseClick(colorsView.viewport(), Qt::RightButton);
-    Repeat(colorsView, Qt::Key_Space, " ");
-    ExpectHeard("");
-    Press(colorsView, {Qt::Key_Space, Qt::Key_A, Qt::Key_Enter}, "all all ");
+    Hold(colorsView, Qt::Key_Space, " ");
+    Press(colorsView, "Space A Enter", "all all ");
     colors.Add({"done", TColor{0x008000}});
     const auto shown = [&] {
         return colorsView.model()->index(0, 0).data(Qt::ForegroundRole).value<QColor>();
@@ -160,15 +148,13 @@ TEST_F(BindersTest, GridsTellCellsRowsAndKeys) {
     grid.Cells.SetRow(0, {"Name", "Value"});
     grid.Cells.SetRow(2, {"Heat", "6"});
     grid.Repaint();
-    Press(view, {Qt::Key_Up}, "select2 ");
-    Press(view, {Qt::Key_Up, Qt::Key_End, Qt::Key_Home}, "select1 select2 select1 ");
+    Press(view, "Up", "select2 ");
+    Press(view, "Up End Home", "select1 select2 select1 ");
     QTest::mouseClick(view.viewport(), Qt::RightButton, {},
                       view.visualRect(view.model()->index(1, 1)).center());
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, {300, 30});
-    ExpectHeard("select2 cell-1 twice-1 ");
-    QTest::keyClick(&view, Qt::Key_7, Qt::ControlModifier);
-    Repeat(view, Qt::Key_7, "7");
-    ExpectHeard("");
+    Hold(view, Qt::Key_7, "7");
+    Press(view, "Ctrl+7", "select2 cell-1 twice-1 ");
 }
 
 TEST_F(BindersTest, TheKeyboardComesBackToWhatWasLocked) {
@@ -211,19 +197,14 @@ TEST_F(BindersTest, AMemoFollowsItsLastLineAndStaysAtTheLeft) {
     auto& view = NewChild<QPlainTextEdit>(Window);
     Bind(view, memo, Desk.Dialogs);
     view.resize(200, 100);
-    for (int line = 0; line < 20; ++line)
-        memo.Add(line % 2 == 0 ? "short" : std::string(300, 'm'));
-    view.show();
-    QCoreApplication::processEvents();
-    for (const char* last : {"short", "another"}) { // before it is first seen, and after
+    for (const bool seen : {false, true}) { // before it is first seen, and after
+        for (int line = 0; line < 20; ++line)
+            memo.Add(line % 2 == 1 ? "short" : std::string(300, 'm'));
+        view.setVisible(true);
+        QCoreApplication::processEvents();
         EXPECT_GT(view.horizontalScrollBar()->maximum(), 0);
         EXPECT_EQ(view.horizontalScrollBar()->value(), 0);
-        QTextCursor end = view.textCursor();
-        end.movePosition(QTextCursor::End);
-        end.movePosition(QTextCursor::StartOfBlock);
-        EXPECT_TRUE(view.viewport()->rect().contains(view.cursorRect(end)));
-        memo.Add(std::string(400, 'm'));
-        memo.Add(last);
+        EXPECT_EQ(view.verticalScrollBar()->value(), view.verticalScrollBar()->maximum()) << seen;
     }
     memo.TopRequested.Emit();
     EXPECT_EQ(view.verticalScrollBar()->value(), 0);
@@ -234,52 +215,49 @@ TEST_F(RangeTest, KeysMoveTheThumbThatHasThem) {
     Bar.OnChange = [&changes] { ++changes; };
     Bar.SetPageSize(10);
     Track.setFocus(Qt::TabFocusReason);
-    Keys({Qt::Key_Right, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Left});
-    EXPECT_EQ(Positions(), std::pair(11, 100));
-    Keys({Qt::Key_Tab, Qt::Key_PageDown, Qt::Key_Down, Qt::Key_Right, Qt::Key_End, Qt::Key_Left});
-    EXPECT_EQ(Positions(), std::pair(11, 99));
+    test::Press("Right Up PgUp Left");
+    ExpectPositions(11, 100);
+    test::Press("Tab PgDown Down Right End Left");
+    ExpectPositions(11, 99);
     EXPECT_EQ(changes, 9);
-    Keys({Qt::Key_Tab});
+    test::Press("Tab");
     EXPECT_TRUE(Field.hasFocus());
 }
 
 TEST_F(RangeTest, TheMouseDragsTheNearerThumb) {
+    Tolerance = 1;
     Drag(0, 0.3);
-    EXPECT_NEAR(Bar.LowerPosition(), 30, 1);
+    ExpectPositions(30, 100);
     Drag(1, 0.1); // stops at the other one
-    EXPECT_EQ(Bar.UpperPosition(), Bar.LowerPosition());
+    ExpectPositions(30, 30);
     Drag(Bar.LowerPosition() / 100.0, 0.6); // where they lie on each other
-    EXPECT_NEAR(Bar.LowerPosition(), 30, 1);
-    EXPECT_NEAR(Bar.UpperPosition(), 60, 1);
+    ExpectPositions(30, 60);
     Drag(0.35, 0.35); // a click fetches it
-    EXPECT_NEAR(Bar.LowerPosition(), 35, 1);
+    ExpectPositions(35, 60);
     Bar.SetUpperPosition(20);
     EXPECT_EQ(std::pair(Track.LowerPosition(), Track.UpperPosition()), std::pair(20, 20));
 }
 
 TEST_F(RangeTest, AMaskEditKeepsItsShape) {
-    int clicks = 0;
-    int exits = 0;
-    Mask.OnClick = [&clicks] { ++clicks; };
-    Mask.OnExit = [&exits] { ++exits; };
+    Mask.OnClick = Hear("click");
+    Mask.OnExit = Hear("exit");
     Mask.SetText("D:7");
     EXPECT_EQ(Field.displayText(), "D:7_");
     Field.setFocus();
     Field.setCursorPosition(3);
-    QTest::keyClicks(&Field, "x5");
+    test::Press("X 5", &Field);
     EXPECT_EQ(Mask.Text(), "D:75");
     Field.selectAll();
-    Keys({Qt::Key_Delete});
+    test::Press("Del", &Field);
     EXPECT_EQ(Mask.Text(), "D:  ");
     QTest::mouseClick(&Field, Qt::LeftButton);
     QTest::mouseClick(&Field, Qt::RightButton);
-    EXPECT_EQ(clicks, 0); // once the field has done with it
+    ExpectHeard(""); // a click is told once the field has done with it
     QCoreApplication::processEvents();
-    EXPECT_EQ(std::pair(clicks, exits), std::pair(1, 0));
-    Keys({Qt::Key_Return});
-    EXPECT_EQ(exits, 1);
+    ExpectHeard("click ");
+    Press(Field, "Return", "exit ");
     Track.setFocus();
-    EXPECT_EQ(exits, 2);
+    ExpectHeard("exit ");
 }
 
 } // namespace tidewell::test

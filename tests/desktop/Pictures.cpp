@@ -21,22 +21,19 @@ constexpr int drawn = 400; // ms, after which the newest picture of the plot sta
 QPalette Dark() {
     const QColor base(35, 35, 35), ink(230, 230, 230), grey(128, 128, 128), blue(42, 130, 218);
     QPalette palette(QColor(53, 53, 53));
-    for (const auto& [role, color] : std::initializer_list<std::pair<QPalette::ColorRole, QColor>>{
-             {QPalette::WindowText, ink},
-             {QPalette::Text, ink},
-             {QPalette::ButtonText, ink},
-             {QPalette::ToolTipText, ink},
-             {QPalette::Base, base},
-             {QPalette::AlternateBase, QColor(45, 45, 45)},
-             {QPalette::ToolTipBase, base},
-             {QPalette::PlaceholderText, grey},
-             {QPalette::BrightText, Qt::white},
-             {QPalette::Link, blue},
-             {QPalette::Highlight, blue},
-             {QPalette::HighlightedText, Qt::white}})
-        palette.setColor(role, color);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(role, ink);
         palette.setColor(QPalette::Disabled, role, grey);
+    }
+    palette.setColor(QPalette::ToolTipText, ink);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, QColor(45, 45, 45));
+    palette.setColor(QPalette::ToolTipBase, base);
+    palette.setColor(QPalette::PlaceholderText, grey);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::Link, blue);
+    palette.setColor(QPalette::Highlight, blue);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
     return palette;
 }
 
@@ -119,11 +116,8 @@ class TPainter {
     // Along Y with the wheel, and the mouse on a curve.
     void Zoom(TScopeView& view) {
         const QPoint place = PlaceOf(view);
-        for (int turn = 0; turn < 6; ++turn) {
-            QWheelEvent event(place, view.mapToGlobal(place), {}, {0, 120}, Qt::NoButton, {},
-                              Qt::NoScrollPhase, false);
-            QCoreApplication::sendEvent(&view, &event);
-        }
+        for (int turn = 0; turn < 6; ++turn)
+            Wheel(view, place, 1);
         QTest::qWait(drawn);
         QTest::mouseMove(&view, PlaceOf(view));
         QTest::qWait(drawn);

@@ -6,9 +6,18 @@ namespace tidewell::test {
 
 namespace {
 
-const QString executable = QStringLiteral("/tidewell");
+// Starts the real program.
+void Start(QProcess& process, const QString& home, const QString& platform, const QStringList& arguments) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TIDEWELL_HOME", home);
+    environment.insert("TIDEWELL_SCREENSHOT", home + "/shot.png");
+    environment.insert("QT_QPA_PLATFORM", platform);
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationDirPath() + "/tidewell", arguments);
+    EXPECT_TRUE(process.waitForStarted());
+}
 
-// The real program on an installation of its own, which has no link.
+// On an installation of its own, which has no link.
 class TRealProgram {
   public:
     // Null: an installation without a system file.
@@ -19,14 +28,8 @@ class TRealProgram {
             Write("cfg/a.lng", "[HeadAppl]\nappl_title=Test\n");
             QImage(862, 214, QImage::Format_RGB32).save(Folder.filePath("cfg/logo.png"));
         }
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("TIDEWELL_HOME", Folder.path());
-        environment.insert("TIDEWELL_SCREENSHOT", Screenshot());
-        environment.insert("QT_QPA_PLATFORM", "offscreen");
-        Process.setProcessEnvironment(environment);
         Process.setProcessChannelMode(QProcess::ForwardedChannels);
-        Process.start(QCoreApplication::applicationDirPath() + executable, {"-LoginUserPW", "me;secret"});
-        EXPECT_TRUE(Process.waitForStarted());
+        Start(Process, Folder.path(), "offscreen", {"-LoginUserPW", "me;secret"});
     }
 
     // The main form is made once it can be painted.
@@ -68,12 +71,8 @@ class TRealProgram {
 
 TEST(ProgramTest, AnswersHelpAndVersionWithoutADisplayOrAnInstallation) {
     for (const auto& [option, answer] : {std::pair{"--help", "\n  -devid "}, {"--version", "Tidewell 1"}}) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("QT_QPA_PLATFORM", "none of these");
-        environment.insert("TIDEWELL_HOME", "/nowhere");
         QProcess program;
-        program.setProcessEnvironment(environment);
-        program.start(QCoreApplication::applicationDirPath() + executable, {option});
+        Start(program, "/nowhere", "none of these", {option});
         ASSERT_TRUE(program.waitForFinished(30'000));
         EXPECT_EQ(program.exitCode(), 0);
         EXPECT_TRUE(program.readAllStandardOutput().contains(answer));

@@ -1,7 +1,5 @@
 #include "Robot.h"
 
-#include "support/Test.h"
-
 #include <QtTest>
 #include <QtWidgets>
 
@@ -22,6 +20,14 @@ QWidget* Find(const QString& name) {
             if (window->objectName() == name && window->isVisible())
                 found = window;
     return found != nullptr && found->objectName() == name ? found : nullptr;
+}
+
+// The dialog, or else the window, that has the keyboard.
+QWidget* TopWindow() {
+    QWidget* top = QApplication::activeModalWidget();
+    if (top == nullptr)
+        top = QApplication::activeWindow();
+    return top != nullptr && top->isVisible() ? top : nullptr;
 }
 
 } // namespace
@@ -84,31 +90,42 @@ void TRobot::Look() {
     LookSoon();
 }
 
-QWidget* TopWindow() {
-    QWidget* top = QApplication::activeModalWidget();
-    if (top == nullptr)
-        top = QApplication::activeWindow();
-    return top != nullptr && top->isVisible() ? top : nullptr;
-}
-
-void Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
-    if (QWidget* const top = TopWindow())
-        QTest::keyClick(top->windowHandle(), key, modifiers);
+void Press(const QString& keys, QWidget* at) {
+    for (const QString& name : keys.split(' ')) {
+        const QKeyCombination key = QKeySequence(name)[0];
+        if (at != nullptr)
+            QTest::keyClick(at, key.key(), key.keyboardModifiers());
+        else if (QWidget* const top = TopWindow())
+            QTest::keyClick(top->windowHandle(), key.key(), key.keyboardModifiers());
+    }
 }
 
 void Type(const QString& text) {
-    for (const QChar letter : text) {
-        if (letter == u'\t')
-            Press(Qt::Key_Tab);
-        else if (letter == u'\n')
-            Press(Qt::Key_Return);
-        else if (letter == u' ')
-            Press(Qt::Key_Space);
-        else if (letter == u'\x1b')
-            Press(Qt::Key_Escape);
+    static const QHash<QChar, QString> keys{
+        {u'\t', "Tab"}, {u'\n', "Return"}, {u' ', "Space"}, {u'\x1b', "Esc"}};
+    for (const QChar letter : text)
+        if (keys.contains(letter))
+            Press(keys[letter]);
         else if (QWidget* const top = TopWindow())
             QTest::sendKeyEvent(QTest::Click, top->windowHandle(), Qt::Key_unknown, letter, Qt::NoModifier);
-    }
+}
+
+void Hold(QWidget& widget, Qt::Key key, const QString& text) {
+    QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, text, true);
+    QCoreApplication::sendEvent(&widget, &held);
+}
+
+void Drag(QWidget& widget, QPoint from, QPoint to, Qt::KeyboardModifiers modifiers) {
+    QTest::mousePress(&widget, Qt::LeftButton, modifiers, from);
+    QTest::mouseMove(&widget, (from + to) / 2);
+    QTest::mouseMove(&widget, to);
+    QTest::mouseRelease(&widget, Qt::LeftButton, modifiers, to);
+}
+
+void Wheel(QWidget& widget, QPoint place, int notches, Qt::KeyboardModifiers modifiers) {
+    QWheelEvent event(place, widget.mapToGlobal(place), {}, {0, 120 * notches}, Qt::NoButton, modifiers,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&widget, &event);
 }
 
 std::string Focused() {
@@ -116,13 +133,14 @@ std::string Focused() {
     return widget != nullptr ? widget->objectName().toStdString() : std::string();
 }
 
-std::vector<std::string> TabRing() {
-    constexpr std::size_t most = 30;
-    std::vector<std::string> ring;
+std::string TabRing() {
+    constexpr std::size_t most = 300; // characters
+    const std::string first = Focused();
+    std::string ring;
     do {
-        ring.push_back(Focused());
-        Press(Qt::Key_Tab);
-    } while (Focused() != ring.front() && ring.size() < most);
+        ring += Focused() + ' ';
+        Press("Tab");
+    } while (Focused() != first && ring.size() < most);
     return ring;
 }
 

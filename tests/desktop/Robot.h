@@ -1,14 +1,9 @@
 #pragma once
 
-#include <QElapsedTimer>
-#include <QObject>
-#include <QString>
-#include <QWidget>
+#include "support/Test.h"
 
-#include <deque>
-#include <functional>
-#include <string>
-#include <vector>
+#include <QElapsedTimer>
+#include <QWidget>
 
 namespace tidewell::test {
 
@@ -49,14 +44,21 @@ class TRobot {
     QObject Guard;
 };
 
-// The dialog, or else the window, that has the keyboard.
-QWidget* TopWindow();
-// Types into the window on top: "\t" is Tab, "\n" Enter, "\x1b" Esc.
+// Types into the dialog, or else the window, that has the keyboard: "\t" is Tab, "\n" Enter, "\x1b" Esc.
 void Type(const QString& text);
-void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+// Keys such as "Down PgUp Ctrl+F", there or at a widget.
+void Press(const QString& keys, QWidget* at = nullptr);
+// A key that was held down since before.
+void Hold(QWidget& widget, Qt::Key key, const QString& text = {});
+void Drag(QWidget& widget, QPoint from, QPoint to, Qt::KeyboardModifiers modifiers = {});
+void Wheel(QWidget& widget, QPoint place, int notches, Qt::KeyboardModifiers modifiers = {});
 // Object name of the widget that has the keyboard.
 std::string Focused();
 // The widgets that Tab passes from the present one until it comes round.
-std::vector<std::string> TabRing();
+std::string TabRing();
+template <class TWidget>
+TWidget& Child(QWidget& window, const char* name) {
+    return dynamic_cast<TWidget&>(*window.findChild<QWidget*>(QString::fromLatin1(name)));
+}
 
 } // namespace tidewell::test

@@ -2,7 +2,6 @@
 
 #include "Robot.h"
 #include "desktop/Desktop.h"
-#include "support/Test.h"
 
 #include <QtTest>
 #include <QtWidgets>

@@ -39,31 +39,28 @@ TEST(SampleTable, HoldsColumnsThatCanBeCutAndWalkedInRuns) {
         return static_cast<double>(channel * 10'000 + sample + 1) / 8;
     };
     // Filled with values up to the first, cut to the second, then grown to the third. Its blocks hold 256.
-    struct {
-        std::size_t Filled, Cut, Grown;
-    } const cases[] = {{0, 0, 0},       {1, 1, 2},       {1, 0, 1},       {255, 255, 256}, {256, 256, 257},
-                       {256, 255, 256}, {257, 256, 257}, {257, 257, 512}, {300, 256, 300}, {512, 256, 600},
-                       {600, 256, 256}, {600, 512, 600}, {600, 513, 600}, {600, 0, 600},   {1000, 300, 600}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::to_string(c.Filled) + " cut to " + std::to_string(c.Cut));
+    constexpr std::array<std::size_t, 3> cases[] = {
+        {0, 0, 0},       {1, 1, 2},       {1, 0, 1},       {255, 255, 256}, {256, 256, 257},
+        {256, 255, 256}, {257, 256, 257}, {257, 257, 512}, {300, 256, 300}, {512, 256, 600},
+        {600, 256, 256}, {600, 512, 600}, {600, 513, 600}, {600, 0, 600},   {1000, 300, 600}};
+    for (const auto& [filled, cut, grown] : cases) {
+        SCOPED_TRACE(std::to_string(filled) + " cut to " + std::to_string(cut));
         TSampleTable table;
         table.Reset(3);
-        for (std::size_t sample = 0; sample < c.Filled; ++sample) {
-            table.Resize(sample + 1);
-            for (std::size_t channel = 0; channel < 3; ++channel)
-                table.Set(channel, sample, value(channel, sample));
-        }
-        table.Resize(c.Cut);
-        table.Resize(c.Grown);
+        table.Resize(filled);
+        for (std::size_t i = 0; i < 3 * filled; ++i)
+            table.Set(i % 3, i / 3, value(i % 3, i / 3));
+        table.Resize(cut);
+        table.Resize(grown);
         for (std::size_t channel = 0; channel < 3; ++channel) {
             std::size_t next = 0;
             for (auto run = table.Run(channel, next); !run.empty(); run = table.Run(channel, next))
                 for (const double got : run) { // what was cut away does not come back
-                    ASSERT_EQ(got, next < c.Cut ? value(channel, next) : 0);
+                    ASSERT_EQ(got, next < cut ? value(channel, next) : 0);
                     ASSERT_EQ(got, table.At(channel, next++));
                 }
-            EXPECT_EQ(next, c.Grown);
-            EXPECT_THROW(table.At(channel, c.Grown), EListError);
+            EXPECT_EQ(next, grown);
+            EXPECT_THROW(table.At(channel, grown), EListError);
         }
         EXPECT_THROW(table.At(3, 0), EListError);
         EXPECT_TRUE(table.Run(3, 0).empty());
