@@ -3,6 +3,7 @@
 #include "logging/DatalogRig.h"
 #include "support/Test.h"
 
+// Where it goes and what a disk refuses is told in tests/journeys/log.txt.
 namespace tidewell::test {
 namespace {
 
@@ -10,18 +11,11 @@ constexpr const char* Target = "/t/log/exported/a.csv";
 
 class TExportRig : public TDatalogRig {
   public:
-    explicit TExportRig(const std::string& rows) : TDatalogRig("[GraphPoints]\r\n" + rows) {
+    TExportRig(const std::string& graphRows, std::size_t rows)
+        : TDatalogRig("[GraphPoints]\r\n" + graphRows) {
         Files.Put(Target, "old");
         Dialogs.Saved = Target;
         Page.CurrentLogStartDate = "02-03-2026";
-    }
-    static std::string Channels(std::size_t count) {
-        std::string rows;
-        for (std::size_t i = 0; i < count; ++i)
-            rows += "K=C" + std::to_string(i) + ";1;clRed;3;0;0;150;;;;;;1;\r\n";
-        return rows;
-    }
-    void Log(std::size_t rows) {
         for (std::size_t row = 0; row < rows; ++row) {
             Page.GraphDataLabelsTimeText.Add("08:00:0" + std::to_string(row % 10));
             Page.AddGraphSample("0;d;t;" + std::to_string(row) + ";-" + std::to_string(row) + ";", row);
@@ -29,12 +23,12 @@ class TExportRig : public TDatalogRig {
     }
     // The lines saved, without their ends; fails the test for an end that is not CR LF.
     std::vector<std::string> Save() {
-        Export.Exportdatatocsv1Click();
+        TCsvExport(Needs).Exportdatatocsv1Click();
+        EXPECT_FALSE(Dialogs.WaitCursor);
         const std::string bytes = Files.Read(Target);
-        EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\n'), std::count(bytes.begin(), bytes.end(), '\r'));
+        EXPECT_EQ(std::ranges::count(bytes, '\n'), std::ranges::count(bytes, '\r'));
         return SplitLines(bytes);
     }
-    TCsvExport Export{Needs};
 };
 
 } // namespace
@@ -44,9 +38,9 @@ TEST(CsvExport, SavesATableForASpreadsheet) {
                    "B=Flags;1;clRed;4;0;0;100;a,b;;;;;1;\r\n"
                    "C=Hidden;1;clRed;3;0;0;150;;;;;;1;\r\n"
                    "D=\"A \"\"b\"\"; c\";1;clRed;4;0;-7;150;;;;;;1;\r\n"
-                   "E=Last;1;clRed;3;-1;2;250;;;;;;1;\r\n");
+                   "E=Last;1;clRed;3;-1;2;250;;;;;;1;\r\n",
+                   100);
     rig.Page.graph.Channels[2].SetVisible(false);
-    rig.Log(100);
     const auto lines = rig.Save();
     ASSERT_EQ(lines.size(), 100U);
     EXPECT_EQ(lines[0], "LogStartDate;02-03-2026;Profile;/t/profile/a.pls;");
@@ -54,57 +48,42 @@ TEST(CsvExport, SavesATableForASpreadsheet) {
     EXPECT_EQ(lines[2], "08:00:00;0,00;0,00;0,00;-0,01");
     EXPECT_EQ(lines[3], "08:00:01;0,10;-1,00;-10000000,00;0,00");
     EXPECT_EQ(lines[99], "08:00:07;9,70;-97,00;-9,7E8;0,96");
-    EXPECT_EQ(rig.MemoEventLog.Lines().back(), "Saved Visualgraphdata " + std::string(Target));
-    EXPECT_FALSE(rig.Dialogs.WaitCursor);
 }
 
-TEST(CsvExport, SmallTablesLackWhatHasNoCellAndLargeOnesAreWhole) {
-    struct {
-        std::size_t Rows, Channels;
-        std::vector<std::string> Lines;
-    } const cases[] = {
-        {1, 1, {"LogStartDate;02-03-2026"}},
-        {3, 0, {"LogStartDate", "Time", "08:00:00"}},
-        {3, 1, {"LogStartDate;02-03-2026", "Time;C0:[2.00]", "08:00:00;0,00"}},
-        {3, 2, {"LogStartDate;02-03-2026;Profile", "Time;C0:[2.00];C1:[2.00]", "08:00:00;0,00;0,00"}},
-    };
-    for (const auto& c : cases) {
-        TExportRig rig(TExportRig::Channels(3));
-        for (std::size_t i = c.Channels; i < 3; ++i)
-            rig.Page.graph.Channels[i].SetVisible(false);
-        rig.Log(c.Rows);
-        EXPECT_EQ(rig.Save(), c.Lines) << c.Rows << " rows of " << c.Channels;
-    }
-    constexpr std::size_t many = 70'000; // more than a mebibyte
-    TExportRig rig(TExportRig::Channels(1));
-    rig.Log(many);
-    const auto lines = rig.Save();
-    ASSERT_EQ(lines.size(), many);
-    for (std::size_t row = 0; row + 2 < many; ++row)
+TEST(CsvExport, SavesMoreThanAMebibyte) {
+    const auto lines = TExportRig("K=C;1;clRed;3;0;0;150;;;;;;1;\r\n", 70'002).Save();
+    ASSERT_EQ(lines.size(), 70'002U);
+    for (std::size_t row = 0; row < 70'000; ++row)
         ASSERT_EQ(lines[row + 2], "08:00:0" + std::to_string(row % 10) + ';' + std::to_string(row) + ",00");
 }
 
+// Rows and channels shown; the lines between "/".
+TEST(CsvExport, SmallTablesLackWhatHasNoCell) {
+    ExpectRows(
+        [](std::string_view input) {
+            TExportRig rig("K=C0;1;;3;0;0;0;;;;;;1;\nK=C1;1;;3;0;0;0;;;;;;1;\nK=C2;1;;3;0;0;0;;;;;;1;\n",
+                           static_cast<std::size_t>(input[0] - '0'));
+            for (std::size_t i = static_cast<std::size_t>(input[2] - '0'); i < 3; ++i)
+                rig.Page.graph.Channels[i].SetVisible(false);
+            return Join(rig.Save(), "/");
+        },
+        {"1|1 -> LogStartDate;02-03-2026", "2|1 -> LogStartDate;02-03-2026/Time;C0:[1.00]",
+         "3|0 -> LogStartDate/Time/08:00:00", "3|1 -> LogStartDate;02-03-2026/Time;C0:[2.00]/08:00:00;0,00",
+         "3|2 -> LogStartDate;02-03-2026;Profile/Time;C0:[2.00];C1:[2.00]/08:00:00;0,00;0,00",
+         "2|3 -> LogStartDate;02-03-2026;Profile;/t/profile/a.pls/Time;C0:[1.00];C1:[1.00];C2:[1.00]"});
+}
+
 TEST(CsvExport, TellsEveryFailureInTheSameWords) {
-    struct {
-        const char* What;
-        std::function<void(TExportRig&)> Spoil;
-    } const cases[] = {
-        {"no log", [](TExportRig& rig) { rig.Page.ClearGraphPage(); }},
-        {"rows without a time", [](TExportRig& rig) { rig.Page.GraphDataLabelsTimeText.Truncate(4); }},
-        {"a full disk", [](TExportRig& rig) { rig.Files.Room = 40; }},
-        // A profile that could not be opened to its end leaves curves without samples.
-        {"other channels", [](TExportRig& rig) { rig.Page.graph.Channels.Add(); }},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.What);
-        TExportRig rig(TExportRig::Channels(1));
-        rig.Log(5);
-        c.Spoil(rig);
-        rig.Export.Exportdatatocsv1Click();
-        EXPECT_EQ(rig.Dialogs.Boxes, std::vector<std::string>{"No data in graph buffer"});
-        EXPECT_EQ(rig.Files.Read(Target), "old");
-        EXPECT_FALSE(rig.Dialogs.WaitCursor);
-        EXPECT_EQ(rig.TDatalogRig::Log.Stopped, 1);
+    for (const std::string what : {"no log", "rows without a time", "other channels"}) {
+        TExportRig rig("K=C;1;clRed;3;0;0;150;;;;;;1;\r\n", 5);
+        if (what == "no log")
+            rig.Page.ClearGraphPage();
+        else if (what == "rows without a time")
+            rig.Page.GraphDataLabelsTimeText.Truncate(4);
+        else // a profile that could not be opened to its end leaves curves without samples
+            rig.Page.graph.Channels.Add();
+        EXPECT_EQ(rig.Save(), std::vector<std::string>{"old"}) << what;
+        EXPECT_EQ(rig.Dialogs.Boxes, std::vector<std::string>{"No data in graph buffer"}) << what;
     }
 }
 

@@ -4,97 +4,60 @@
 #include "logging/DatalogRig.h"
 #include "support/Test.h"
 
+// How lines end, and what rows hold, is told by tests/fuzz and tests/model.
 namespace tidewell::test {
 namespace {
 
-// One row per number, or 3 for "3".
-std::string Rows(std::string_view numbers, const std::string& end = "\r\n") {
-    std::string text;
-    for (const char number : numbers)
-        text += std::string(1, number) + ";02-03-2026;08:00:00;9;" + number + ";" + end;
-    return text;
-}
-
-const std::string Header = ";[HeaderStart]30;3;100;2;List;a.pls[HeaderEnd]\r\n";
-
-class TReaderRig : public TDatalogRig {
-  public:
-    TReaderRig() : TDatalogRig("[GraphPoints]\r\nA=Temp;1;clBlue;4;0;0;150;;;;;;1;\r\n") {}
-    // The samples shown, or what was told; then the bar, if it stays.
-    std::string Open(const std::vector<std::string>& contents) {
-        Choose(contents);
-        std::string outcome;
-        try {
-            Reader.OpenDatalogfile1Click();
-        } catch (const TError& error) {
-            outcome = (Dialogs.Boxes == std::vector<std::string>{NoDatalogMessage} ? "no datalog " : "") +
-                      std::string(error.what());
-        }
-        for (const double sample : Samples())
-            outcome += std::to_string(static_cast<int>(sample)) + ' ';
-        if (FileProgressBar.Visible())
-            outcome += " bar at " + std::to_string(FileProgressBar.Position());
-        return outcome;
+// Files between "|", in which "3" is a row of that value and "#" the header; all else stands for itself. The
+// samples shown, or what was told; then the bar, if it stays.
+std::string Opened(std::string_view input) {
+    TDatalogRig rig("[GraphPoints]\r\nA=Temp;1;clBlue;4;0;0;150;;;;;;1;\r\n");
+    std::vector<std::string> files;
+    for (const std::string_view piece : SplitStrictly(input, '|')) {
+        std::string& file = files.emplace_back();
+        for (const char c : piece)
+            if (c == '#')
+                file += ";[HeaderStart]30;3;100;2;List;a.pls[HeaderEnd]\r\n";
+            else
+                file += c >= '0' && c <= '9' ? std::string("1;d;t;9;") + c + ";\r\n" : std::string(1, c);
     }
-    TDatalogReader Reader{Needs};
-};
+    rig.Choose(files);
+    std::string outcome;
+    try {
+        TDatalogReader(rig.Needs).OpenDatalogfile1Click();
+    } catch (const TError& error) {
+        outcome = error.what();
+    }
+    const bool refused = rig.Dialogs.Boxes == std::vector<std::string>{NoDatalogMessage};
+    for (const double sample : rig.Samples())
+        outcome += std::to_string(static_cast<int>(sample)) + ' ';
+    EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.Count(), rig.Samples().size());
+    EXPECT_EQ(rig.Page.GraphDataLabelsDateText.Count(), rig.Samples().size());
+    EXPECT_EQ(rig.Page.DatalogFileOpen, !refused);
+    EXPECT_EQ(rig.Log.Stopped, 1);
+    if (rig.FileProgressBar.Visible())
+        outcome += " bar at " + std::to_string(rig.FileProgressBar.Position());
+    return (refused ? "no datalog " : "") + outcome;
+}
 
 } // namespace
 
 TEST(DatalogReader, ShowsEveryRowButTheLastOrTellsWhatIsWrong) {
-    const std::string index = "List index out of bounds ";
-    const std::string none = "no datalog " + index + "(-2) bar at 10";
-    const std::string longLine(std::size_t{3} << 20U, '7');
-    const std::string binary("\0\x01\xFF;\x80;\0;\n\0\0\r", 12);
-    const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
-        // Malformed: an empty file, no header as its last line, or too few rows.
-        {{""}, index + "(-1)"},
-        {{"", Rows("12345") + Header}, index + "(-1)"},
-        {{Header, ""}, index + "(-1)"},
-        {{Header}, index + "(-2) bar at 10"},
-        {{Rows("1") + Header}, index + "(-1) bar at 10"},
-        {{Rows("123")}, none},
-        {{Rows("123") + ";[HeaderSta"}, none},
-        {{Rows("123") + Header + "\r\n"}, none},
-        {{Rows("123") + ";[headerstart]"}, none},
-        {{"\n\n\n"}, none},
-        {{std::string("\x7F"
-                      "ELF\0\0;[Header",
-                      14)},
-         none},
-        // Where the header may stand, and what joins several files.
-        {{Rows("12") + Header}, "1 "},
-        {{Rows("123") + ";[HeaderStart]"}, "1 2 "},
-        {{Rows("123") + "4;d;t;[HeaderStart]5;\n"}, "1 2 "},
-        {{Rows("12") + Header + Rows("45") + Header}, "1 2 2 4 "},
-        {{Rows("123") + Header, Rows("4567") + Header}, "1 2 3 4 5 6 "},
-        {{Rows("123"), Rows("456") + Header}, "1 2 3 4 5 "},
-        {{Rows("123") + Header, Rows("456")}, "1 2 3 4 5 "},
-        {{Rows("123") + Header, ""}, "1 2 "},
-        {{Rows("123") + Header, Header, Rows("45")}, "1 2 3 4 "},
-        // Lines of all kinds.
-        {{Rows("123", "\n") + Header}, "1 2 "},
-        {{Rows("123", "\r") + Header}, "1 2 "},
-        {{Rows("12", "\n") + Rows("34") + Rows("56", "\r") + Header}, "1 2 3 4 5 "},
-        {{"\xEF\xBB\xBF" + Rows("123") + Header}, "1 2 "},
-        {{"\r\n" + Rows("1") + "\r\n\r\n" + Rows("23") + Header}, "0 1 0 0 2 "},
-        {{"1;d;t;9;\r\n2;d;t;9;2;3;4;5;\r\n3\r\n4;d;t;9;4\r\n" + Rows("5") + Header}, "0 2 0 4 "},
-        {{Rows("1") + "2;d;t;9;2;" + longLine + "\r\n" + longLine + "\r\n" + Rows("45") + Header},
-         "1 2 0 4 "},
-        {{binary + "\r\n" + Rows("12") + Header}, "0 0 0 1 "},
-    };
-    for (const auto& [files, outcome] : cases) {
-        SCOPED_TRACE(testing::PrintToString(files).substr(0, 400));
-        TReaderRig rig;
-        EXPECT_EQ(rig.Open(files), outcome);
-        EXPECT_EQ(rig.Page.GraphDataLabelsTimeText.Count(), rig.Samples().size());
-        EXPECT_EQ(rig.Page.GraphDataLabelsDateText.Count(), rig.Samples().size());
-        EXPECT_EQ(rig.Page.DatalogFileOpen, !outcome.starts_with("no datalog"));
-        EXPECT_EQ(rig.Log.Stopped, 1);
-    }
-    TReaderRig rig;
-    rig.Profile.GraphPoints.at(0).Error = "a bad row";
-    EXPECT_EQ(rig.Open({Rows("123") + Header}), "a bad row");
+    // An empty file, no header as its last line, or too few rows.
+    ExpectRows(Opened, {"|12345# -> List index out of bounds (-1)", "#| -> List index out of bounds (-1)",
+                        "# -> List index out of bounds (-2) bar at 10",
+                        "1# -> List index out of bounds (-1) bar at 10",
+                        "123 -> no datalog List index out of bounds (-2) bar at 10",
+                        "123;[HeaderSta -> no datalog List index out of bounds (-2) bar at 10",
+                        "123;[headerstart] -> no datalog List index out of bounds (-2) bar at 10",
+                        "123#\r\n -> no datalog List index out of bounds (-2) bar at 10"});
+    // Where the header may stand, and what joins several files.
+    ExpectRows(Opened, {"12# -> 1 ", "123;[HeaderStart] -> 1 2 ", "123x;d;t;[HeaderStart]y;\n -> 1 2 ",
+                        "12#45# -> 1 2 2 4 ", "123#|4567# -> 1 2 3 4 5 6 ", "123|456# -> 1 2 3 4 5 ",
+                        "123#|456 -> 1 2 3 4 5 ", "123#| -> 1 2 ", "123#|#|45 -> 1 2 3 4 ",
+                        "\xEF\xBB\xBF"
+                        "123# -> 1 2 ",
+                        "\r\n1\r\n\r\n23# -> 0 1 0 0 2 "});
 }
 
 // The headers are kept to their first kibibyte; behind the last row there is nothing.

@@ -1,4 +1,3 @@
-#include "core/Table.h"
 #include "rig/Journey.h"
 #include "rig/UpdateClaim.h"
 #include "rig/Wire.h"
