@@ -7,15 +7,14 @@
 namespace tidewell::test {
 namespace {
 
-// What a widget shows of a text; nothing for one that shows none, or shortens it.
-std::optional<QString> TextOn(const QWidget& widget) {
-    if (const auto* label = dynamic_cast<const QLabel*>(&widget))
-        return label->text();
-    if (const auto* button = dynamic_cast<const QAbstractButton*>(&widget))
-        return button->text();
-    if (const auto* edit = dynamic_cast<const QLineEdit*>(&widget))
-        return edit->text();
-    return std::nullopt;
+// Both as what they should be, or nothing.
+template <class TWidget, class TModel>
+std::optional<std::pair<const TWidget&, const TModel&>> As(const QWidget& widget, const TControl& control) {
+    const auto* const view = dynamic_cast<const TWidget*>(&widget);
+    const auto* const model = dynamic_cast<const TModel*>(&control);
+    if (view == nullptr || model == nullptr)
+        return std::nullopt;
+    return std::pair<const TWidget&, const TModel&>(*view, *model);
 }
 
 // What the person does to the widget of a control; false for what is not on the screen.
@@ -248,58 +247,47 @@ class TOnScreen {
         }
     }
     static void CompareText(const QWidget& widget, const TControl& control) {
-        const auto shown = TextOn(widget);
-        if (const auto* caption = dynamic_cast<const TCaptionControl*>(&control);
-            caption != nullptr && shown && dynamic_cast<const TPanel*>(&control) == nullptr) {
-            EXPECT_EQ(shown->toStdString(), caption->Caption());
+        if (const auto label = As<QLabel, TCaptionControl>(widget, control)) {
+            EXPECT_EQ(label->first.text().toStdString(), label->second.Caption());
         }
-        if (const auto* edit = dynamic_cast<const TEdit*>(&control); edit != nullptr && shown) {
-            EXPECT_EQ(shown->toStdString(), edit->Text());
+        if (const auto button = As<QAbstractButton, TCaptionControl>(widget, control)) {
+            EXPECT_EQ(button->first.text().toStdString(), button->second.Caption());
         }
-        if (const auto* box = dynamic_cast<const TCheckBox*>(&control)) {
-            EXPECT_EQ(dynamic_cast<const QAbstractButton&>(widget).isChecked(), box->Checked());
+        if (const auto edit = As<QLineEdit, TEdit>(widget, control)) {
+            EXPECT_EQ(edit->first.text().toStdString(), edit->second.Text());
         }
-        if (const auto* led = dynamic_cast<const TALed*>(&control)) {
-            const TColor color = led->TrueColor();
+        if (const auto box = As<QCheckBox, TCheckBox>(widget, control)) {
+            EXPECT_EQ(box->first.isChecked(), box->second.Checked());
+        }
+        if (const auto led = As<QWidget, TALed>(widget, control)) {
+            const TColor color = led->second.TrueColor();
             const QString lit = QColor(color.Red(), color.Green(), color.Blue()).name();
             const QString told = widget.accessibleDescription(); // none before its first change
-            EXPECT_EQ(told.isEmpty() ? "off, " + lit : told, (led->Value() ? "on, " : "off, ") + lit);
+            EXPECT_EQ(told.isEmpty() ? "off, " + lit : told, (led->second.Value() ? "on, " : "off, ") + lit);
         }
-        const auto* bar = dynamic_cast<const TProgressBar*>(&control);
-        if (const auto* view = dynamic_cast<const QProgressBar*>(&widget);
-            bar != nullptr && view != nullptr) {
-            EXPECT_EQ(view->value(), std::clamp(bar->Position(), view->minimum(), view->maximum()));
-            EXPECT_EQ(view->maximum(), std::max(bar->Max(), 1)); // never the endless bar
+        if (const auto bar = As<QProgressBar, TProgressBar>(widget, control)) {
+            const auto& [view, model] = *bar;
+            EXPECT_EQ(view.value(), std::clamp(model.Position(), view.minimum(), view.maximum()));
+            EXPECT_EQ(view.maximum(), std::max(model.Max(), 1)); // never the endless bar
         }
     }
     static void CompareRows(const QWidget& widget, const TControl& control) {
-        const auto* grid = dynamic_cast<const TStringGrid*>(&control);
-        if (const auto* view = dynamic_cast<const QTableView*>(&widget); grid != nullptr && view != nullptr)
-            CompareGrid(*view, *grid);
-        if (const auto* radio = dynamic_cast<const TRadioGroup*>(&control))
-            CompareChoices(widget, *radio);
-        if (const auto* list = dynamic_cast<const QListWidget*>(&widget)) {
-            const auto& items = dynamic_cast<const TItemsControl&>(control);
-            EXPECT_EQ(static_cast<std::size_t>(list->count()), items.Items().size());
-            EXPECT_EQ(list->currentRow(), items.ItemIndex());
+        if (const auto grid = As<QTableView, TStringGrid>(widget, control))
+            CompareGrid(grid->first, grid->second);
+        if (const auto radio = As<QWidget, TRadioGroup>(widget, control))
+            CompareChoices(widget, radio->second);
+        if (const auto list = As<QListWidget, TItemsControl>(widget, control)) {
+            EXPECT_EQ(static_cast<std::size_t>(list->first.count()), list->second.Items().size());
+            EXPECT_EQ(list->first.currentRow(), list->second.ItemIndex());
         }
-        const auto* memo = dynamic_cast<const TMemo*>(&control);
-        if (const auto* text = dynamic_cast<const QPlainTextEdit*>(&widget);
-            memo != nullptr && text != nullptr) {
-            QString lines;
-            for (const std::string& line : memo->Lines())
-                lines += (lines.isEmpty() ? "" : "\n") + QString::fromStdString(line);
-            EXPECT_EQ(text->toPlainText().toStdString(), lines.toStdString());
+        if (const auto memo = As<QPlainTextEdit, TMemo>(widget, control)) {
+            EXPECT_EQ(memo->first.toPlainText().toStdString(), Join(memo->second.Lines(), "\n"));
         }
-        const auto* tree = dynamic_cast<const TTreeView*>(&control);
-        if (const auto* view = dynamic_cast<const QTreeWidget*>(&widget);
-            tree != nullptr && view != nullptr) {
-            EXPECT_EQ(static_cast<std::size_t>(view->topLevelItemCount()), tree->Nodes().size());
+        if (const auto tree = As<QTreeWidget, TTreeView>(widget, control)) {
+            EXPECT_EQ(static_cast<std::size_t>(tree->first.topLevelItemCount()), tree->second.Nodes().size());
         }
-        const auto* pages = dynamic_cast<const TPageControl*>(&control);
-        if (const auto* tabs = dynamic_cast<const QTabWidget*>(&widget);
-            pages != nullptr && tabs != nullptr) {
-            EXPECT_EQ(tabs->currentIndex(), pages->ActivePageIndex());
+        if (const auto tabs = As<QTabWidget, TPageControl>(widget, control)) {
+            EXPECT_EQ(tabs->first.currentIndex(), tabs->second.ActivePageIndex());
         }
     }
 

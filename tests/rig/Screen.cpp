@@ -198,9 +198,11 @@ std::string Told(const std::string& name, const std::vector<std::string>& texts)
 std::optional<std::string> Difference(const std::string& name, const TControlText& before,
                                       const TControlText& now) {
     std::vector<std::string> texts;
+    static const std::set<std::string> unsaid{"shown", "enabled", "writable", "any length", "\"\""};
     for (const auto& [key, text] : now)
         if (const auto old = before.find(key); old == before.end() || old->second != text)
-            texts.push_back(text);
+            if (!before.empty() || !unsaid.contains(text))
+                texts.push_back(text);
     for (const auto& [key, text] : before)
         if (!now.contains(key) && !key.starts_with("row") && !key.starts_with("line"))
             texts.push_back("no " + key);
@@ -292,13 +294,20 @@ std::optional<std::string> Together(std::vector<std::vector<std::string>>& forms
 
 } // namespace
 
-std::vector<std::string> TScreen::ChangesSince(const TScreen& before, const std::string& without) const {
+std::vector<std::string> TScreen::Tell(const std::string& name) const {
+    return ChangesSince({}, {}, name);
+}
+
+std::vector<std::string> TScreen::ChangesSince(const TScreen& before, const std::string& without,
+                                               const std::string& only) const {
     std::vector<std::vector<std::string>> forms(Content.size());
     for (std::size_t i = 0; i < Content.size(); ++i) {
         if (Content[i].Name == without)
             continue;
         for (std::size_t k = 0; k < Content[i].Controls.size(); ++k) {
             const auto& [name, now] = Content[i].Controls[k];
+            if (!only.empty() && only != Content[i].Name && only != name)
+                continue;
             const bool isNew = i >= before.Content.size() || k >= before.Content[i].Controls.size();
             if (auto text =
                     Difference(name, isNew ? TControlText() : before.Content[i].Controls[k].second, now))
@@ -330,25 +339,6 @@ void TScreen::Take(const TControl& control) {
         for (auto& [name, told] : form.Controls)
             if (name == control.Name())
                 told = TextOf(control);
-}
-
-std::vector<std::string> TScreen::Tell(const std::string& name) const {
-    std::vector<std::string> lines;
-    for (const TFormText& form : Content) {
-        std::vector<std::string> texts;
-        for (const auto& [control, told] : form.Controls)
-            if (name.empty() || name == form.Name || name == control) {
-                std::vector<std::string> parts;
-                for (const auto& [key, text] : told)
-                    if (text != "shown" && text != "enabled" && text != "writable" && text != "any length" &&
-                        text != "\"\"")
-                        parts.push_back(text);
-                texts.push_back(Told(control, parts));
-            }
-        for (std::string& line : Lines(form.Name, texts))
-            lines.push_back(std::move(line));
-    }
-    return lines;
 }
 
 } // namespace tidewell::test

@@ -25,8 +25,10 @@ class TScreen {
     // The plot of the graph page counts as a control "graph" of the main form.
     TScreen(const std::vector<TForm*>& forms, const TProgram& program);
 
-    // What is told otherwise than before, form by form; one form may be left out.
-    std::vector<std::string> ChangesSince(const TScreen& before, const std::string& without = {}) const;
+    // What is told otherwise than before, form by form; one form may be left out, or told alone, or one
+    // control.
+    std::vector<std::string> ChangesSince(const TScreen& before, const std::string& without = {},
+                                          const std::string& only = {}) const;
     // All of a form, of one control or, without a name, of everything.
     std::vector<std::string> Tell(const std::string& name) const;
     bool IsEmpty() const { return Content.empty(); }
