@@ -14,9 +14,6 @@ TEST(Crc16, FiguresOfTheProtocol) {
     const std::vector<std::uint8_t> bytes{1, 2, 3, 4};
     EXPECT_EQ(Crc16(Crc16Start, bytes, false), 0x2BA1);
     EXPECT_EQ(Crc16(Crc16Start, bytes, true), 41259);
-    EXPECT_EQ(Crc16(Crc16Start, {}, true), 0xFFFF);
-    const auto part = std::span(bytes);
-    EXPECT_EQ(Crc16(Crc16(Crc16Start, part.first(1), false), part.subspan(1), false), 0x2BA1);
 }
 
 // Mask of two images, the second one first; what was said (a: takes the restart, g: is gone behind it; of
@@ -24,15 +21,8 @@ TEST(Crc16, FiguresOfTheProtocol) {
 // The verdicts, strict and else, and the first image that was not taken.
 TEST(UpdateEvidence, JudgesByWhatWasSaid) {
     const auto judged = [](std::string_view input) {
-        using enum EUpdateVerdict;
-        const auto name = [](EUpdateVerdict verdict) {
-            return verdict == Good             ? "good"
-                   : verdict == RestartNotSeen ? "no restart"
-                   : verdict == ResultUnknown  ? "no result"
-                   : verdict == ImageNotTaken  ? "not taken"
-                   : verdict == OtherVersion   ? "other version"
-                                               : "bad";
-        };
+        constexpr std::string_view names[] = {"no restart", "no result",     "bad",
+                                              "not taken",  "other version", "good"};
         const std::string said = Piece(input, 1);
         const auto result = TryToInteger(Piece(input, 2));
         TUpdateEvidence evidence(TFirmwarePackage{Piece(input, 0), 0, {TUpdateFile{}, TUpdateFile{}}});
@@ -47,8 +37,9 @@ TEST(UpdateEvidence, JudgesByWhatWasSaid) {
         const auto strict = evidence.Judge(true);
         EXPECT_EQ(evidence.RestartSeen(), said[0] != ' ');
         EXPECT_EQ(evidence.ResultKnown(), result.has_value());
-        EXPECT_EQ(MayChange(strict), strict < ImageNotTaken);
-        const std::string told = std::string(name(strict)) + ", " + name(evidence.Judge(false));
+        EXPECT_EQ(MayChange(strict), strict < EUpdateVerdict::ImageNotTaken);
+        const std::string told = std::string(names[static_cast<std::size_t>(strict)]) + ", " +
+                                 std::string(names[static_cast<std::size_t>(evidence.Judge(false))]);
         evidence.BeginRound(); // what was taken stays
         EXPECT_FALSE(evidence.RestartSeen() || evidence.ResultKnown());
         return told + ", " + std::to_string(evidence.FirstNotTaken());
@@ -73,14 +64,12 @@ TEST(UpdateEvidence, JudgesByWhatWasSaid) {
     EXPECT_FALSE(evidence.Failed(32));
 }
 
+// The rest of it stands in update.txt.
 TEST(UpdateStatus, ShowsPercentAndTime) {
     TVirtualTime time;
     TForm form("NabtoDevice");
     TUpdateStatus status(form, time);
-    EXPECT_FALSE(status.PanelUpdate.Visible() || status.ButUpdateStop.Visible());
     status.Begin();
-    EXPECT_TRUE(status.LedUpdate.Value() && status.Running() && status.ButUpdateStop.Enabled());
-    EXPECT_EQ(status.LedUpdate.TrueColor(), TColor{0x0000C8FF}); // yellow
     ExpectRows(
         [&](std::string_view input) {
             status.SetProgress(static_cast<std::uint32_t>(ToInteger64(Piece(input, 0))),
@@ -97,12 +86,8 @@ TEST(UpdateStatus, ShowsPercentAndTime) {
         },
         {"0 -> Elapsed 0:00:00", "59 -> Elapsed 0:00:59", "60 -> Elapsed 0:01:00", "3599 -> Elapsed 0:59:59",
          "3600 -> Elapsed 1:00:00", "36061 -> Elapsed 10:01:01"});
-    status.End(EUpdatePhase::Succeeded);
-    EXPECT_EQ(status.LedUpdate.TrueColor(), TALed::Green);
     status.Begin();
     EXPECT_EQ(status.LabUpdateElapsed.Caption(), "Elapsed 0:00:00");
-    status.End(EUpdatePhase::Stopped);
-    EXPECT_EQ(status.LedUpdate.TrueColor(), TALed::Red);
 }
 
 // The cycles; how many count as alike, how often they were not, and those kept.
