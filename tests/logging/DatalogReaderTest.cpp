@@ -57,7 +57,7 @@ TEST(DatalogReader, ShowsEveryRowButTheLastOrTellsWhatIsWrong) {
                         "123#|456 -> 1 2 3 4 5 ", "123#| -> 1 2 ", "123#|#|45 -> 1 2 3 4 ",
                         "\xEF\xBB\xBF"
                         "123# -> 1 2 ",
-                        "\r\n1\r\n\r\n23# -> 0 1 0 0 2 "});
+                        "\r\n1\n\r\n23# -> 0 1 0 0 2 "});
 }
 
 // The headers are kept to their first kibibyte; behind the last row there is nothing.

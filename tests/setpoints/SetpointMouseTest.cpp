@@ -76,9 +76,13 @@ TEST(SetpointMouse, ChecksSetpointsOfAList) {
     Look([](TJourney& person) {
         TLoadSetpoints& form = person.World.Program->LoadSetpoints;
         TStringGrid& grid = form.setpointgrid;
-        person.World.Files.Put("/t/f.csv", "\xEF\xBB\xBF"
-                                           "1\n2\n3\nSetpointName;F;RawValue;\nAir;x;2;0;9;0;5;40100;1;\n");
-        ASSERT_TRUE(form.LoadForm("/t/f.csv"));
+        for (const std::string value : {"7", "2"}) { // of a list that is loaded anew nothing is left
+            person.World.Files.Put("/t/f.csv", "\xEF\xBB\xBF"
+                                               "1\n2\n3\nSetpointName;F;RawValue;\nAir;x;" +
+                                                   value + ";0;9;0;0;40100;1;\n");
+            ASSERT_TRUE(form.LoadForm("/t/f.csv"));
+            EXPECT_EQ(grid.Cells.Cell(1, 1), value);
+        }
         // The box of a cell from 200 to 260 and from 16 to 34 spans 244 to 256 and 19 to 31.
         ExpectRows(
             [&](std::string_view input) {
