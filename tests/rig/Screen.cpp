@@ -106,10 +106,14 @@ void TellRows(const TControl& control, TControlText& told) {
         const auto active = static_cast<std::size_t>(pages->ActivePageIndex());
         told["page"] = active < pages->Pages.size() ? "on " + pages->Pages[active].get().Name() : "on none";
     }
+    if (const auto* panel = dynamic_cast<const TCategoryPanel*>(&control))
+        told["collapsed"] = panel->Collapsed() ? "collapsed" : "open";
     if (const auto* bar = dynamic_cast<const TStatusBar*>(&control))
         for (std::size_t i = 0; i < bar->Panels().size(); ++i) {
             told["panel " + std::to_string(i)] = Quoted(bar->Panels()[i].Text);
-            told["panel " + std::to_string(i) + " width"] = std::to_string(bar->Panels()[i].Width) + " wide";
+            told["panel " + std::to_string(i) + " width"] =
+                std::to_string(bar->Panels()[i].Width) +
+                (bar->Panels()[i].Centred ? " wide, centred" : " wide");
         }
 }
 
