@@ -76,7 +76,8 @@ TEST_F(TNabtoTest, EachCallByItsStatusOrWithoutItsSymbol) {
         Library.Missing = {Piece(input, 0)};
         Files.Content.erase("nabto_config/users/u");
         Make("[Library]\n" + Piece(input, 1) + "\n");
-        const std::string result = uses.at(Piece(input, 2))() + "|" + TakeBoxes() + "|" + TakeCalls();
+        std::string result = uses.at(Piece(input, 2))();
+        result += "|" + TakeBoxes() + "|" + TakeCalls();
         Nabto.reset();
         EXPECT_EQ(TakeBoxes(), "") << input;
         return result;
@@ -151,8 +152,10 @@ TEST_F(TNabtoTest, ReadsReplies) {
         const auto errorOf = [&] { return std::exchange(Nabto->errormessage, "") + "|"; };
         const TValueList list = Nabto->ReadValueList(json);
         std::string told = list.Text + (list.HasData ? "|data|" : "||") + errorOf();
-        told += std::to_string(Nabto->getResponseStatus(json)) + "|" + errorOf();
-        told += std::to_string(Nabto->getpingResponse(json)) + "|" + errorOf();
+        told += std::to_string(Nabto->getResponseStatus(json));
+        told += "|" + errorOf();
+        told += std::to_string(Nabto->getpingResponse(json));
+        told += "|" + errorOf();
         EXPECT_EQ(Nabto->SlaveDeviceNum + Nabto->SlaveModel + Nabto->GatewayVersion, "");
         return told;
     };
