@@ -239,28 +239,6 @@ TEST_F(WindowsTest, SetpointsAreReachedAndFilteredByTheKeyboard) {
     EXPECT_TRUE(View->isVisible());
 }
 
-TEST_F(WindowsTest, AClickOnABitFieldShowsItsBits) {
-    ShowSetpoints();
-    auto& graph = Child<TScopeView>(*View, "graph");
-    Press("F7");
-    World.Time.Advance(20'000);
-    constexpr std::size_t status = 15;
-    World.Program->GraphPage.graph.Channels[status].SetVisible(true);
-    World.Time.Advance(1000);
-    ASSERT_TRUE(WaitFor([&] { return !graph.Plot().LegendEntryRect(status).isEmpty(); }));
-    Robot.On<QMenu>("Popup", [this](QMenu& menu) {
-        QWidget& rows = Child<QWidget>(menu, "BinaryGraphList");
-        const QImage image = rows.grab().toImage();
-        const auto& bits = World.Program->GraphPage.NamedBits.BinaryGraphList;
-        EXPECT_EQ(image.height(), 20 * std::ssize(bits));
-        for (int row = 0; row < std::ssize(bits); ++row) // the names stand behind the left edge
-            EXPECT_EQ(image.pixelColor(2, 20 * row + 10) == QColor(0, 255, 0),
-                      bits[static_cast<std::size_t>(row)].starts_with("1"));
-        QTest::mouseClick(&rows, Qt::LeftButton);
-    });
-    QTest::mouseClick(&graph, Qt::LeftButton, {}, graph.Plot().LegendEntryRect(status).center());
-}
-
 // By the type chosen, whatever the name looks like. What the window saves by itself goes to the real disk.
 TEST_F(WindowsTest, APictureIsSavedInTheTypeChosen) {
     ShowSetpoints();

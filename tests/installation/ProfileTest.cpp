@@ -1,5 +1,4 @@
 #include "Installation.h"
-#include "model/ColorText.h"
 
 namespace tidewell::test {
 
@@ -36,27 +35,9 @@ TEST_P(InstalledProfile, ListRowsAreWholeAndTheirLimitsShown) {
         // What a setpoint file holds is written by command with obj 0.
         EXPECT_TRUE(!row.IsSetpoint || row.Integer(14) == 0);
     }
+    for (const TGraphPoint& point : Opened.Profile.GraphPoints)
+        EXPECT_TRUE(point.Error.empty() && structnumbers.contains(point.Structnumber)) << point.Error;
     EXPECT_EQ(Opened.Rows.size(), std::string_view(GetParam()).starts_with("Aria450") ? 126U : 40U);
-}
-
-TEST_P(InstalledProfile, GraphPointsAreChannelsOfTheListedValues) {
-    std::map<std::int32_t, const TListRow*> listed;
-    for (const TListRow& row : Opened.Rows)
-        listed[row.Integer(8)] = &row;
-    std::set<std::string> names;
-    for (std::size_t i = 0; i < Opened.Profile.GraphValues.size(); ++i) {
-        const std::vector<std::string> fields = Fields(Opened.Profile.GraphValues[i]);
-        const TGraphPoint& point = Opened.Profile.GraphPoints[i];
-        SCOPED_TRACE(fields[0]);
-        ASSERT_TRUE(point.Error.empty() && listed.contains(point.Structnumber));
-        const TListRow& row = *listed[point.Structnumber];
-        EXPECT_TRUE(names.insert(fields[0]).second && fields[0].find(":[") == std::string::npos);
-        EXPECT_THAT(ToInteger(fields[1]), testing::AllOf(testing::Ge(1), testing::Le(3)));
-        EXPECT_TRUE(TryColorFromText(fields[2]));
-        EXPECT_EQ(fields[7], point.Type == 100 ? row.Fields.at(10) : "");
-        EXPECT_TRUE(point.Type < 200 ||
-                    row.Integer(3) >= 0); // a negative value would be lost without its sign
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(, InstalledProfile,

@@ -1,5 +1,6 @@
 #include "sim/nabto/SimulationFile.h"
 
+#include "sim/controller/Firmware.h"
 #include "sim/nabto/RowText.h"
 #include "sim/nabto/Status.h"
 #include "support/Test.h"
@@ -58,6 +59,7 @@ TEST(SimulationFile, ReadsTimesAndStatusNames) {
     EXPECT_EQ(ParseTime("1m1.5s5ms"), 61505);
     for (const char* bad : {"", "s", "10 s", "-1s", "5h", "1e3s", "99999999999999s", "1..2s"})
         EXPECT_THROW(ParseTime(bad), TError) << bad;
+    EXPECT_EQ(Crc32("123456789"), 0xCBF43926U);
     EXPECT_EQ(StatusByName("NABTO_BUFFER_FULL"), 17);
     EXPECT_STREQ(StatusText(26), "Failed; the reply tells why");
     EXPECT_STREQ(StatusText(27), "Unknown status");
