@@ -182,14 +182,6 @@ TEST_F(BindersTest, WhatIsShownOutlivesAndIsDrawn) {
     label->SetCaption("æøå"); // the control outlives one view
     label.reset();            // and another view outlives its control
     EXPECT_EQ(view.text(), QString::fromUtf8("æøå"));
-
-    TForm owner("Form");
-    TStatusBar status(owner, "StatusBar", {{100, "left", false}, {80, "right", true}});
-    auto& panels = Show<TPanelBar>(status);
-    auto& child = NewChild<QLabel>(panels);
-    panels.Place(1, child, [](const QRect& panel) { return panel.adjusted(2, 1, -2, 0); });
-    status.SetWidth(0, 150);
-    EXPECT_EQ(child.geometry(), QRect(152, 1, 76, panels.height() - 1));
 }
 
 TEST_F(BindersTest, AMemoFollowsItsLastLineAndStaysAtTheLeft) {

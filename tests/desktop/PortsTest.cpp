@@ -103,15 +103,12 @@ TEST_F(PortsTest, MessageBoxesGiveTheAnswerOfTheirButtonOrFrame) {
 }
 
 TEST_F(PortsTest, InputBoxesAndFileDialogsTellTheAnswer) {
-    for (const bool accept : {true, false}) {
-        Robot.On<QInputDialog>("InputBox", [accept](QInputDialog& box) {
-            EXPECT_EQ(box.windowTitle() + box.labelText(), "Device IDEnter Device ID:");
-            box.setTextValue("4711");
-            box.done(accept ? QDialog::Accepted : QDialog::Rejected);
-        });
-        const auto id = Desk.Dialogs.InputBox("Device ID", "Enter Device ID:");
-        EXPECT_EQ(id.value_or("none"), accept ? "4711" : "none");
-    }
+    Robot.On<QInputDialog>("InputBox", [](QInputDialog& box) {
+        EXPECT_EQ(box.windowTitle() + box.labelText(), "Device IDEnter Device ID:");
+        box.setTextValue("4711");
+        box.accept();
+    });
+    EXPECT_EQ(Desk.Dialogs.InputBox("Device ID", "Enter Device ID:"), "4711");
     Robot.On<QFileDialog>("OpenDialog", [](QFileDialog& box) {
         EXPECT_EQ(box.windowTitle(), "Open");
         EXPECT_EQ(box.nameFilters(), (QStringList{"Logs (*.csv *.zls)", "All (*.*)"}));

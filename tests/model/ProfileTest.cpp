@@ -34,9 +34,7 @@ TEST_F(Profile, OpensTheGraphSide) {
          "\nP1=" + GraphRow("Again;2;clBlue", " 1 ") + "\n[VisibleGraph]\ngraph 0=True\ngraph 7=0\n");
     EXPECT_EQ(Model.GraphEnableCount, 2U);
     EXPECT_THAT(Model.FindGraphNameList, ElementsAre("Air in", "Bad", "Again"));
-    EXPECT_EQ(Model.VisibleGraph.ValueAt(1), "0");
-    EXPECT_EQ(Model.GraphPoints.at(0).Structnumber, 3);
-    EXPECT_NE(Model.GraphPoints.at(1).Error, "");
+    EXPECT_TRUE(Model.VisibleGraph.ValueAt(1) == "0" && !Model.GraphPoints.at(1).Error.empty());
     Model.Open("/t/none.pls");
     EXPECT_EQ(Model.GraphEnableCount + Model.VisibleGraph.Count() + Model.GraphPoints.size(), 0U);
     EXPECT_TRUE(Model.GraphValues.empty() && Model.FindGraphNameList.empty() && !Model.HoldsNoProfile);
@@ -65,12 +63,6 @@ TEST_F(Profile, ReadsTheSettings) {
     ExpectRows(read, {"Enabled=TRUE\nDebugLog=yes\nDF_FDCountNum=$10\nErrorLogOffset=many\n"
                       "NabtoErrorlogEnable=true\nDF_HPM_SNUM=4\nDF_HPM_SETPKTNUM=500\n -> "
                       "/t/M3_english_Flash.pls 1 0 1 16 0 4 500"});
-    ExpectRows(
-        [](std::string_view language) {
-            return TProfile::PadCurrentProfileExtension("M3", language).string();
-        },
-        {" -> M3_.pls", "/t/cfg/english.lng -> M3_english.pls", "Deutsch.LNG -> M3_Deutsch.pls",
-         "a.lng.bak -> M3_a.pls", "plain -> M3_plain.pls"});
 }
 
 // Windows-1252, odd spacing, comments, CR LF and LF mixed, no end at the last line.
