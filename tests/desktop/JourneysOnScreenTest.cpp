@@ -1,4 +1,4 @@
-#include "Windows.h"
+#include "Support.h"
 #include "rig/Journey.h"
 #include "rig/Wire.h"
 
@@ -301,9 +301,8 @@ class TOnScreen {
 TEST(TJourneysOnScreen, EachWidgetShowsWhatItsControlHolds) {
     if (qgetenv("LC_ALL") != "C.UTF-8")
         GTEST_SKIP() << "once is enough";
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/journeys"))
-        for (TJourneyCase& one : ReadJourney(entry.path())) {
+    for (const auto& path : AllJourneys())
+        for (TJourneyCase& one : ReadJourney(path)) {
             SCOPED_TRACE(one.Title);
             const TOnScreen played(one);
         }

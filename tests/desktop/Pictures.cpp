@@ -6,7 +6,7 @@
 //
 //     cmake --build --preset dev --target pictures
 
-#include "Windows.h"
+#include "Support.h"
 #include "desktop/views/Views.h"
 #include "rig/Journey.h"
 #include "widgets/Icons.h"

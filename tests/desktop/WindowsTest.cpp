@@ -1,5 +1,4 @@
-#include "Windows.h"
-
+#include "Support.h"
 #include "desktop/QtText.h"
 #include "widgets/BitViews.h"
 #include "widgets/ScopeView.h"

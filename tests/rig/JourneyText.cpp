@@ -4,6 +4,14 @@
 
 namespace tidewell::test {
 
+std::vector<std::filesystem::path> AllJourneys() {
+    const auto folder = std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/journeys";
+    std::vector<std::filesystem::path> paths;
+    for (const std::string& name : TDiskFiles().List(folder, "*.txt"))
+        paths.push_back(folder / name);
+    return paths;
+}
+
 std::vector<TJourneyCase> ReadJourney(const std::filesystem::path& path) {
     return ParseJourney(TDiskFiles().Read(path));
 }

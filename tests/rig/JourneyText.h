@@ -14,6 +14,8 @@ struct TJourneyCase {
     };
     std::vector<TStep> Steps;
 };
+// The files of all journeys, in order.
+std::vector<std::filesystem::path> AllJourneys();
 std::vector<TJourneyCase> ParseJourney(const std::string& text);
 std::vector<TJourneyCase> ReadJourney(const std::filesystem::path& path);
 std::string WriteJourney(const std::vector<TJourneyCase>& cases);

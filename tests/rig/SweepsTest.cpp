@@ -193,23 +193,13 @@ class TSweep {
     TJourney Journey;               // goes first, and tells the others its end
 };
 
-std::vector<TJourneyCase> AllCases() {
-    std::vector<std::filesystem::path> paths;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::filesystem::path(TIDEWELL_SOURCE_DIR) / "tests/journeys"))
-        paths.push_back(entry.path());
-    std::ranges::sort(paths);
-    std::vector<TJourneyCase> all;
-    for (const auto& path : paths)
-        for (TJourneyCase& one : ReadJourney(path))
-            all.push_back(std::move(one));
-    return all;
-}
-
 // Each place once, however many journeys come through it; with TIDEWELL_SWEEP_ALL set each in each of them.
 void Sweep(EMishap mishap) {
     std::set<std::string> seen;
-    for (const TJourneyCase& one : AllCases()) {
+    std::vector<TJourneyCase> cases;
+    for (const auto& path : AllJourneys())
+        std::ranges::move(ReadJourney(path), std::back_inserter(cases));
+    for (const TJourneyCase& one : cases) {
         const TSweep untouched(one, mishap);
         std::set<std::string> here;
         for (std::size_t at = 0; at < untouched.Places.Names.size(); ++at) {

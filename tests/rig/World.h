@@ -5,7 +5,6 @@
 #include "sim/nabto/InProcessLibrary.h"
 #include "sim/nabto/SimulatedNabto.h"
 #include "sim/nabto/SimulationTime.h"
-#include "support/FakeKHelper.h"
 #include "support/FakePorts.h"
 #include "support/Test.h"
 
