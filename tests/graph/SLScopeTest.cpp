@@ -182,6 +182,7 @@ TEST(SLScope, BeginsWithItsSettings) {
     EXPECT_THROW(scope.Cursors[1], EListError);
     for (int index = 0; index < 3; ++index) {
         const TSLScopeAxis& axis = *scope.Axis(index);
+        EXPECT_FALSE(axis.AxisLabel.Visible) << index;
         EXPECT_EQ(axis.DataView.Lines.Visible, index == 0) << index;
         EXPECT_EQ(axis.DataView.ZeroLine.Visible, index == 0) << index;
         EXPECT_EQ(axis.ToolBar.Buttons.ZoomOneDir.Visible, index != 2) << index;

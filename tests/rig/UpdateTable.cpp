@@ -170,6 +170,12 @@ TEST(TUpdates, EachRoadItsPacketsAndItsRepeat) {
         "#33, test; log: result 1 *4, wrong 1; box: other version; OK 150580",
         "1 1:1 4096|BadImage=1; times=1 -> ping, prepare 1, ready, data, 11 #1 x1, test *4, prepare 1, "
         "ready, data, 11 #1 x1, test; log: result 1 *4, wrong 1; box: other version; OK 157670",
+        "1 2:1 4096|BadImage=1; times=1 -> ping, prepare 1, stream 512 *8, Close, test *4, prepare 1, ready, "
+        "data, 11 #1 x1, test; log: result 1 *4, wrong 1, PrepareUpdate return value -> 10551296, ST reset "
+        "send , Wait Reset status ->1 *2, Wait Reset status ->0, status :0 retrycount :3, ST init send , "
+        "Wait Display Check status ->0, Display Pre Erase status ->0, Wait Display pre erase status ->7, "
+        "Wait Display pre erase status ->0, Start write filedata, Write last bit of datafile, Send program "
+        "to display; box: other version; OK 155950",
         "1 3:0 4096|BadImage=1; times=1 -> ping, test *4 *5; box: other version *5; Error 412655",
         "1 1:0 300| -> ping, prepare 1, 1, 2 #0 x256, 2 #1 x44, 2 #2-15, 2 #16 x256, 2 #17 x44, test; OK "
         "67800",
