@@ -63,7 +63,7 @@ TEST(GraphPageMouse, AZoomKeepsUpToFiveLabelPairsAndIsDropped) {
     const std::vector<std::pair<TSLRange, const char*>> cases{
         {{200, 700}, "t330@330 d330@330 t550@550 d550@550 t770@770 d770@770 "},
         {{322, 332}, "t330@330 d330@330 "}, // a range of 10 or less has one threshold
-        {{322, 332.5}, "t330@330 d330@330 t440@440 d440@440 "},
+        {{322, 332.5}, "t330@330 d330@330 t550@550 d550@550 "},
         {{0, 110}, "t110@110 d110@110 "},
         {{980, 1100}, ""},
         {{980, 985}, "t990@990 d990@990 "},

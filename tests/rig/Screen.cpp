@@ -252,7 +252,6 @@ TControlText TextOf(const TControl& control) {
     TellField(control, told);
     TellRows(control, told);
     TellGrid(control, told);
-    Calm(control.Name(), told);
     return told;
 }
 
@@ -261,6 +260,9 @@ TScreen::TScreen(const std::vector<TForm*>& forms, const TProgram& program) {
         TFormText told{form->Name(), {{"", TextOf(*form)}}};
         for (const TControl* control : form->Controls())
             told.Controls.emplace_back(control->Name(), TextOf(*control));
+        if (program.NabtoDevice.Cycle.Dologging)
+            for (auto& [name, text] : told.Controls)
+                Calm(name, text);
         if (form == &program.FormMain)
             told.Controls.emplace_back("graph", TextOfGraph(program.GraphPage));
         Content.push_back(std::move(told));
