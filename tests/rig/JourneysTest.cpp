@@ -18,7 +18,12 @@ TEST_P(TJourneys, GoAsTheyDid) {
         file->Write(told);
         file->Commit();
     }
-    EXPECT_EQ(before, told);
+    const auto differs = static_cast<std::size_t>(std::ranges::mismatch(before, told).in1 - before.begin());
+    EXPECT_TRUE(told == before) << GetParam() << ", behind\n"
+                                << before.substr(differs > 400 ? differs - 400 : 0,
+                                                 std::min<std::size_t>(differs, 400))
+                                << "\nis not " << before.substr(differs, 200) << "\nbut "
+                                << told.substr(differs, 200);
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, TJourneys, testing::ValuesIn(AllJourneys()),
