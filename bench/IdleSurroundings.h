@@ -13,7 +13,7 @@
 #include "link/Nabto.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
-#include "tests/support/IdleProgram.h"
+#include "tests/rig/IdleProgram.h"
 
 #include <string>
 #include <utility>

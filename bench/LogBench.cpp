@@ -8,7 +8,7 @@
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
 #include "model/ValueCodec.h"
-#include "tests/support/IdleProgram.h"
+#include "tests/rig/IdleProgram.h"
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>

@@ -12,7 +12,7 @@
 #include "logging/LogBuffers.h"
 #include "model/GraphRowParser.h"
 #include "model/Profile.h"
-#include "tests/support/IdleProgram.h"
+#include "tests/rig/IdleProgram.h"
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>

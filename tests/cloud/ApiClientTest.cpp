@@ -1,8 +1,8 @@
 #include "cloud/ApiClient.h"
 
-#include "support/FakePorts.h"
-#include "support/IdleProgram.h"
-#include "support/Test.h"
+#include "rig/FakePorts.h"
+#include "rig/IdleProgram.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 namespace {

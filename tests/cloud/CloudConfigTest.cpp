@@ -1,6 +1,6 @@
 #include "sim/cloud/CloudConfig.h"
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 // The cloud itself is told by the journeys, which all run against it.
 namespace tidewell::test {

@@ -1,9 +1,9 @@
 #include "cloud/CurlHttp.h"
 
+#include "rig/Test.h"
 #include "sim/cloud/Certificates.h"
 #include "sim/cloud/HttpsServer.h"
 #include "sim/cloud/SimulatedCloud.h"
-#include "support/Test.h"
 
 #include <unistd.h>
 

@@ -1,8 +1,8 @@
 #include "cloud/NabtoLogOn.h"
 
 #include "link/DynamicLibraryLoader.h"
-#include "support/PosixProcess.h"
-#include "support/Test.h"
+#include "rig/PosixProcess.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 namespace {

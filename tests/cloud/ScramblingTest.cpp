@@ -1,8 +1,8 @@
 #include "cloud/Scrambling.h"
 
-#include "support/FakePorts.h"
-#include "support/PosixProcess.h"
-#include "support/Test.h"
+#include "rig/FakePorts.h"
+#include "rig/PosixProcess.h"
+#include "rig/Test.h"
 #include "tools/Processor.h"
 
 namespace tidewell::test {

@@ -2,7 +2,7 @@
 
 #include "core/Extensions.h"
 #include "core/LanguageTexts.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell {
 namespace {

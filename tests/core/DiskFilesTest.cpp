@@ -1,4 +1,4 @@
-#include "support/Test.h"
+#include "rig/Test.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

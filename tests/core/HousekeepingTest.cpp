@@ -1,6 +1,6 @@
 #include "core/Housekeeping.h"
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell {
 namespace {

@@ -1,4 +1,4 @@
-#include "support/Test.h"
+#include "rig/Test.h"
 
 // That any bytes are read, and come back as they were, is told by the program that feeds it bytes of chance.
 namespace tidewell {

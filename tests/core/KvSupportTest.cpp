@@ -1,6 +1,6 @@
 #include "core/DeviceId.h"
 #include "core/Paths.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell {
 namespace {

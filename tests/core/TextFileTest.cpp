@@ -1,4 +1,4 @@
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell {
 namespace {

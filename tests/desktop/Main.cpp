@@ -1,5 +1,5 @@
 #include "desktop/QtApplication.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);

@@ -5,8 +5,8 @@
 #include "core/controls/Form.h"
 #include "model/ModbusPanel.h"
 #include "model/Profile.h"
-#include "support/IdleProgram.h"
-#include "support/Test.h"
+#include "rig/IdleProgram.h"
+#include "rig/Test.h"
 
 // How the page comes to stand is told by the running program.
 namespace tidewell::test {

@@ -1,5 +1,5 @@
 #include "fuzz/Fuzz.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 // The targets without their engine, in every run of the tests: bytes of chance, made of the files that each
 // target starts from.

@@ -1,6 +1,6 @@
 #include "graph/SampleTable.h"
 #include "graph/TextColumn.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell {
 

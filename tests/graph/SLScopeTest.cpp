@@ -1,6 +1,6 @@
 #include "graph/SLScope.h"
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell {
 

@@ -1,7 +1,7 @@
 #include "Installation.h"
 #include "core/Configuration.h"
 #include "link/Nabto.h"
-#include "support/IdleProgram.h"
+#include "rig/IdleProgram.h"
 
 namespace tidewell::test {
 

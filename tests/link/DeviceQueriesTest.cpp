@@ -1,6 +1,6 @@
 #include "link/DeviceQueries.h"
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 

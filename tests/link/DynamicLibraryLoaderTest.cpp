@@ -1,6 +1,6 @@
 #include "link/DynamicLibraryLoader.h"
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 #include <unistd.h>
 

@@ -1,7 +1,7 @@
 #include "link/FirmwarePackage.h"
 
 #include "link/FirmwareUpdateTexts.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 namespace {

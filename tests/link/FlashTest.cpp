@@ -3,7 +3,7 @@
 #include "link/FlashRecords.h"
 #include "link/NabtoStream.h"
 #include "link/ReadReport.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 

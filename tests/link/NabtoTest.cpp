@@ -1,8 +1,8 @@
 #include "link/Nabto.h"
 
+#include "rig/IdleProgram.h"
+#include "rig/Test.h"
 #include "sim/nabto/InProcessLibrary.h"
-#include "support/IdleProgram.h"
-#include "support/Test.h"
 
 #include <new>
 

@@ -4,7 +4,7 @@
 #include "link/ReadBackSnapshot.h"
 #include "link/UpdateEvidence.h"
 #include "link/UpdateStatus.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 

@@ -1,7 +1,7 @@
 #include "logging/CsvExport.h"
 
 #include "logging/DatalogRig.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 // Where it goes and what a disk refuses is told in tests/journeys/log.txt.
 namespace tidewell::test {

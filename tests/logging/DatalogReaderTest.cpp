@@ -2,7 +2,7 @@
 
 #include "logging/DatalogLines.h"
 #include "logging/DatalogRig.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 // How lines end, and what rows hold, is told by tests/fuzz and tests/model.
 namespace tidewell::test {

@@ -7,9 +7,9 @@
 #include "logging/DatalogReader.h"
 #include "logging/LogBuffers.h"
 #include "model/Profile.h"
-#include "support/FixedDialogs.h"
-#include "support/IdleProgram.h"
-#include "support/MemoryFiles.h"
+#include "rig/FixedDialogs.h"
+#include "rig/IdleProgram.h"
+#include "rig/MemoryFiles.h"
 
 #include <filesystem>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "graph/TextColumn.h"
 #include "logging/LogBuffers.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 // How a datalog looks is told in tests/journeys/log.txt.
 namespace tidewell::test {

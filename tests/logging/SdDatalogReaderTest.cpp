@@ -1,7 +1,7 @@
 #include "logging/SdDatalogReader.h"
 
 #include "logging/DatalogRig.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 // The dialogs around it, and where the labels stand, are told in tests/journeys/log.txt.
 namespace tidewell::test {

@@ -1,6 +1,6 @@
 #include "mainform/CommandLine.h"
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 namespace {

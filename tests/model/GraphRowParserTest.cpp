@@ -1,7 +1,7 @@
 #include "model/GraphRowParser.h"
 
 #include "fuzz/RowProperties.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 

@@ -1,6 +1,6 @@
 #include "model/ModbusPanel.h"
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 

@@ -1,7 +1,7 @@
 #include "model/Profile.h"
 
 #include "model/ColorText.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 

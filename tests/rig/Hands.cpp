@@ -1,8 +1,8 @@
 #include "rig/Hands.h"
 
 #include "rig/JourneyText.h"
+#include "rig/Test.h"
 #include "rig/World.h"
-#include "support/Test.h"
 
 namespace tidewell::test {
 

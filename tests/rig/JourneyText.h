@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 

@@ -1,8 +1,8 @@
 #include "rig/Screen.h"
 
 #include "mainform/Program.h"
+#include "rig/Test.h"
 #include "sim/controller/Firmware.h"
-#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,7 +1,7 @@
 #include "rig/Wire.h"
 
 #include "link/DeviceQueries.h"
-#include "support/Test.h"
+#include "rig/Test.h"
 
 #include <nlohmann/json.hpp>
 

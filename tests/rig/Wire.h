@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 // What goes to the library and the cloud, in words for people.
 namespace tidewell::test {

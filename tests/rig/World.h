@@ -1,12 +1,12 @@
 #pragma once
 
 #include "mainform/Program.h"
+#include "rig/FakePorts.h"
+#include "rig/Test.h"
 #include "sim/cloud/SimulatedCloud.h"
 #include "sim/nabto/InProcessLibrary.h"
 #include "sim/nabto/SimulatedNabto.h"
 #include "sim/nabto/SimulationTime.h"
-#include "support/FakePorts.h"
-#include "support/Test.h"
 
 namespace tidewell::test {
 

@@ -1,6 +1,6 @@
 #include "setpoints/EnteredValue.h"
 
-#include "support/Test.h"
+#include "rig/Test.h"
 
 namespace tidewell::test {
 namespace {

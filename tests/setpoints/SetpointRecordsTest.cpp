@@ -1,7 +1,7 @@
 #include "setpoints/SetpointRecords.h"
 
+#include "rig/Test.h"
 #include "setpoints/SetpointTexts.h"
-#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

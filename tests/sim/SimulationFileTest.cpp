@@ -1,9 +1,9 @@
 #include "sim/nabto/SimulationFile.h"
 
+#include "rig/Test.h"
 #include "sim/controller/Firmware.h"
 #include "sim/nabto/RowText.h"
 #include "sim/nabto/Status.h"
-#include "support/Test.h"
 
 namespace tidewell::test {
 namespace {

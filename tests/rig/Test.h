@@ -6,9 +6,9 @@
 #include "core/KvSupport.h"
 #include "core/Numbers.h"
 #include "core/TextFile.h"
-#include "support/FixedDialogs.h"
-#include "support/MemoryFiles.h"
-#include "support/VirtualTime.h"
+#include "rig/FixedDialogs.h"
+#include "rig/MemoryFiles.h"
+#include "rig/VirtualTime.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "support/VirtualTime.h"
+#include "rig/VirtualTime.h"
 
 #include <cstdio>
 #include <exception>

@@ -1,4 +1,4 @@
-#include "support/MemoryFiles.h"
+#include "rig/MemoryFiles.h"
 
 #include "core/DiskFiles.h"
 #include "core/Errors.h"
