@@ -69,7 +69,9 @@ TEST(UpdateStatus, ShowsPercentAndTime) {
     TVirtualTime time;
     TForm form("NabtoDevice");
     TUpdateStatus status(form, time);
+    status.ButUpdateStop.SetEnabled(false);
     status.Begin();
+    EXPECT_TRUE(status.ButUpdateStop.Enabled());
     ExpectRows(
         [&](std::string_view input) {
             status.SetProgress(static_cast<std::uint32_t>(ToInteger64(Piece(input, 0))),
