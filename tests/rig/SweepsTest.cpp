@@ -159,6 +159,7 @@ class TSweep {
             return;
         Journey.World.Time.OnWait = nullptr;
         Journey.World.Time.Advance(600000);
+        EXPECT_TRUE(Journey.World.Time.Idle()) << "a timer runs behind the close";
         Journey.World.Program->Finish();
         // Below a dialog the port answers what is still shown.
         for (std::size_t i = Boxes; i < Journey.Boxes.size() && !ClosedBelow; ++i)

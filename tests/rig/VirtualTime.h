@@ -35,6 +35,7 @@ class TVirtualTime : public ITimers, public IWait, public IClock {
     bool AdvanceUntil(const std::function<bool()>& condition, int milliseconds);
     // Something to happen once at that time from now, such as a click while a wait runs.
     void After(int milliseconds, std::function<void()> action);
+    bool Idle() const { return Queue.empty(); }           // nothing will happen by itself
     std::int64_t Milliseconds() const { return Current; } // since the start
 
     std::unique_ptr<ITimer> CreateTimer() override;
