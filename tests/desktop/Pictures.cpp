@@ -109,26 +109,7 @@ class TPainter {
             });
             return view->ShowChannelSettings();
         }
-        if (name == "graph-zoom")
-            Zoom(*view);
         Save(window, name);
-    }
-    // Along Y with the wheel, and the mouse on a curve.
-    void Zoom(TScopeView& view) {
-        const QPoint place = PlaceOf(view);
-        for (int turn = 0; turn < 6; ++turn)
-            Wheel(view, place, 1);
-        QTest::qWait(drawn);
-        QTest::mouseMove(&view, PlaceOf(view));
-        QTest::qWait(drawn);
-    }
-    // A point of a curve, in pixels of the view.
-    QPoint PlaceOf(const TScopeView& view) {
-        const TSLDisplayChannel& supplyAir = Journey.World.Program->GraphPage.graph.Channels[1];
-        const TSLPoint& at = supplyAir.Data.Points()[500];
-        const TPlotMap map = view.Plot().Map();
-        const auto axis = static_cast<std::size_t>(supplyAir.YAxisIndex());
-        return QPointF(map.X.Pixel(at.X), map.Y.at(axis).Pixel(at.Y)).toPoint();
     }
     void Save(QWidget& window, const std::string& name) {
         const QPixmap framed = Framed(window);

@@ -32,13 +32,10 @@ TEST(SharedLibrary, WorksThroughItsCFunctionsAndShowsNothingElse) {
     EXPECT_EQ(library.NabtoStartUp(home.c_str()), NABTO_OK);
     EXPECT_EQ(library.NabtoCreateProfile("a@x", "pw"), NABTO_OK);
     EXPECT_TRUE(files.FileExists(home / "users" / "a@x"));
-    void* none = nullptr;
-    EXPECT_EQ(library.NabtoOpenSession(&none, "a@x", nullptr), NABTO_ILLEGAL_PARAMETER);
     char own = 'x';
     testing::internal::CaptureStderr();
     library.NabtoFree(&own);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("nabtoFree"));
-    EXPECT_EQ(library.StatusText(NABTO_BUFFER_FULL), "The stream takes no more data at present");
     std::filesystem::remove_all(home);
 }
 
