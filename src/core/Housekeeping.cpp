@@ -14,6 +14,7 @@ namespace tidewell {
 namespace {
 
 constexpr int purgeDays = 30;
+constexpr int keptDays = 365;
 
 std::vector<std::filesystem::path> OldFiles(const IFiles& files, const IClock& clock,
                                             const std::filesystem::path& mask, int days) {
@@ -63,6 +64,7 @@ std::size_t PurgeFiles(IFiles& files, const IClock& clock, const std::filesystem
 
 void CleanUpLogFiles(IFiles& files, const IClock& clock, IDialogs& dialogs,
                      const std::filesystem::path& directory) {
+    PurgeFiles(files, clock, directory / "log" / "kept" / "*.*", keptDays, false);
     const auto mask = directory / "log" / "systemlog" / "*.*";
     const std::size_t count = SearchPurgeFiles(files, clock, mask, purgeDays);
     if (count == 0)

@@ -24,6 +24,7 @@ std::size_t PurgeFiles(IFiles& files, const IClock& clock, const std::filesystem
                        bool raiseOnError);
 // Offers to remove the files of log/systemlog that are 30 days old. Files that cannot be removed stay in
 // silence.
+// Those of log/kept go without a question after a year.
 void CleanUpLogFiles(IFiles& files, const IClock& clock, IDialogs& dialogs,
                      const std::filesystem::path& directory);
 

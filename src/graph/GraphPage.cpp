@@ -145,6 +145,7 @@ void TGraphPage::SetAxes() {
 }
 
 void TGraphPage::ClearGraphPage() {
+    Needs.Log.ClearLog();
     for (TSLDisplayChannel& channel : graph.Channels)
         channel.Data.Clear();
     TimeLabels.Blank();
@@ -152,7 +153,6 @@ void TGraphPage::ClearGraphPage() {
     GraphDataLabelsTimeText.Clear();
     GraphDataLabelsDateText.Clear();
     FileRows = 0;
-    Needs.Log.ClearLog();
     graph.ZoomOff();
     SetView(0, GraphSpan());
     graph.Invalidate();

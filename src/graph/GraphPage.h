@@ -42,7 +42,7 @@ class TGraphPage : public TControls {
     class ILog {
       public:
         virtual ~ILog() = default;
-        // Empties the raw rows and sets DatalogCount to 0.
+        // Empties the raw rows and sets DatalogCount to 0. The dates and times of the rows still stand.
         virtual void ClearLog() = 0;
     };
 

@@ -46,6 +46,7 @@ TLiveLog::TLiveLog(TForm& form, const TNeeds& needs)
     Needs.TrafficButton.SetColor(StoppedColor);
     TimerLogAutostart->SetInterval(5000);
     TimerLogAutostart->SetHandler([this] { TimerLogAutostartTimer(); });
+    Needs.Buffers.OnClear = [this] { KeepRows(); };
 }
 
 void TLiveLog::TakeTexts(const TIniFile& language) {
@@ -163,12 +164,14 @@ void TLiveLog::StartLog(bool questionEnable, bool clearData) {
     }
     if (!Needs.Program.IsOpen())
         return; // closed while it was asked
+    LogNotice.Clear();
     if (questionEnable ? !keep : clearData) {
         Needs.GraphPage.ClearGraphPage();
         Needs.GraphPage.GraphInit(false);
         Needs.Buffers.DatalogCount = 0;
     }
-    LogNotice.Clear();
+    if (Needs.Buffers.DatalogCount == 0)
+        Needs.Buffers.Header = CreateDatalogHeader();
     Needs.StatusBar.Repaint();
     ForgetNoValues();
     Needs.Polling.Start();
@@ -224,7 +227,27 @@ void TLiveLog::SaveDataLogFile(const fs::path& path) {
     const fs::path directory = path.parent_path();
     if (!Needs.Files.DirectoryExists(directory) && Needs.Files.DirectoryExists(directory.parent_path()))
         Needs.Files.CreateDirectories(directory);
-    WriteDatalog(Needs.Files, path, Rows(), CreateDatalogHeader());
+    WriteRows(path, CreateDatalogHeader());
+}
+
+void TLiveLog::WriteRows(const fs::path& path, std::string_view header) {
+    WriteDatalog(Needs.Files, path, Rows(), header);
+    Needs.Buffers.SavedRows = Needs.Buffers.DatalogCount;
+}
+
+void TLiveLog::KeepRows() {
+    if (Needs.Buffers.SavedRows == Needs.Buffers.DatalogCount)
+        return;
+    const std::string rows = std::to_string(Needs.Buffers.DatalogCount - Needs.Buffers.SavedRows);
+    try {
+        const fs::path kept = Needs.Paths.directorypath / "log" / "kept";
+        Needs.Files.CreateDirectories(kept);
+        const fs::path path = UnusedPath(Needs.Files, kept / ("datalog" + NowStamp(Needs.Clock) + ".csv"));
+        WriteRows(path, Needs.Buffers.Header);
+        Needs.MemoEventLog.Add(FillText(Texts.Kept, {rows, path.string()}));
+    } catch (const std::exception& error) {
+        Tell(FillText(Texts.NotKept, {rows, error.what()}));
+    }
 }
 
 std::string TLiveLog::CreateDatalogHeader() const {
@@ -240,7 +263,7 @@ void TLiveLog::SaveUserDatalog1Click() {
     const auto path = ChooseCsvFile(Needs.Files, Needs.Dialogs, dialog);
     if (!path)
         return;
-    WriteDatalog(Needs.Files, *path, Rows(), CreateDatalogHeader());
+    WriteRows(*path, CreateDatalogHeader());
     Needs.MemoEventLog.Add("StringDatalog saved and cleared");
 }
 

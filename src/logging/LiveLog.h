@@ -56,10 +56,12 @@ struct TLiveLogTexts : TOwnTexts {
     TOwnText AutoStartSpared{*this, "AutoStartSpared",
                              "A datalog file is open: the log does not start by itself"};
     TOwnText NoValues{*this, "NoValues", "The profile asks the device for no value, so the log gets no row."};
+    TOwnText Kept{*this, "Kept", "The rows that no file held (%1) are kept in %2"};              // path
+    TOwnText NotKept{*this, "NotKept", "The rows that no file held (%1) could not be kept: %2"}; // reason
 };
 
 // Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
-// memory until ClearGraphPage.
+// memory until ClearGraphPage; rows that stand in no file then are kept in one.
 class TLiveLog : public ILogControl, public TControls {
   public:
     // The poll cycle that the rows come from, which lies beside the live log.
@@ -138,6 +140,9 @@ class TLiveLog : public ILogControl, public TControls {
     std::exception_ptr LogRow(const std::array<std::string_view, 7>& strings);
     void Tell(const std::string& line); // on the form and in the event log
     void SavePartialFile();
+    // Before the log is cleared: rows that no file holds go to log/kept. A failure is told and stops nothing.
+    void KeepRows();
+    void WriteRows(const std::filesystem::path& path, std::string_view header);
     std::filesystem::path UserLogDirectory() const;
     TDatalogRows Rows() const;
     void ReportTraffic(const std::string& message);

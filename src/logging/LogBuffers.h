@@ -1,11 +1,13 @@
 #pragma once
 
+#include "core/controls/Control.h"
 #include "graph/GraphPage.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace tidewell {
@@ -60,11 +62,16 @@ class TLogBuffers : public TGraphPage::ILog {
   public:
     TRawLog DataLogRawData;
     std::size_t DatalogCount = 0; // rows so far, and the number of the next one
+    std::size_t SavedRows = 0;    // of them, those that a file holds
     std::size_t Generation = 0;   // how often the log has begun anew
+    std::string Header; // the last line of a file of this log, by the profile that it was begun with
+    TEvent<> OnClear;   // while all rows still stand
 
     void ClearLog() override {
+        OnClear();
         DataLogRawData.Clear();
         DatalogCount = 0;
+        SavedRows = 0;
         ++Generation;
     }
 };

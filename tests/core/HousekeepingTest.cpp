@@ -1,5 +1,6 @@
 #include "core/Housekeeping.h"
 
+#include "rig/FixedDialogs.h"
 #include "rig/Test.h"
 
 namespace tidewell {
@@ -18,6 +19,13 @@ TEST(Housekeeping, AgeCountsWholeDaysOfTheCalendar) {
         EXPECT_EQ(FileAge(time, files.Modified("/log/a.log")), age) << beforeMidnight.count();
         EXPECT_EQ(SearchPurgeFiles(files, time, "/log/*.log", 30), age < 30 ? 0U : 1U);
     }
+    test::TFixedDialogs dialogs;
+    for (const int age : {364, 365}) {
+        files.Put("/log/kept/" + std::to_string(age), "");
+        files.Times["/log/kept/" + std::to_string(age)] = time.Midnight(time.Now()) - days(age - 1);
+    }
+    CleanUpLogFiles(files, time, dialogs, "/");
+    EXPECT_EQ(files.List("/log/kept", "*"), std::vector<std::string>{"364"});
     // The machine turned to summer time on the day of the file: that day has 23 hours.
     struct TSummer : test::TVirtualTime {
         TTime Midnight(TTime at) const override {
