@@ -47,7 +47,7 @@ class TPlainWriter : public IFileWriter {
         if (::write(Descriptor, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
             std::abort();
     }
-    void Commit() override {}
+    std::filesystem::path Commit() override { return {}; }
     void Sync() const { ::fsync(Descriptor); }
 
   private:
@@ -136,7 +136,7 @@ void Datalog(benchmark::State& state, IFiles& files, bool sync) {
     for (auto pass : state) {
         bestBare = std::min(bestBare, Seconds([&] { WriteBare(barePath, sync); }));
         const double seconds = Seconds([&] {
-            WriteDatalog(files, path, {RowCount, log.Dates, log.Times, log.Values},
+            WriteDatalog(*files.Replace(path), {RowCount, log.Dates, log.Times, log.Values},
                          ";[HeaderStart][HeaderEnd]");
         });
         best = std::min(best, seconds);

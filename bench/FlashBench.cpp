@@ -51,7 +51,7 @@ class TNoFiles : public TDiskFiles {
     class TWriter : public IFileWriter {
       public:
         void Write(std::string_view bytes) override { benchmark::DoNotOptimize(bytes.data()); }
-        void Commit() override {}
+        std::filesystem::path Commit() override { return {}; }
     };
 };
 
@@ -100,7 +100,8 @@ void DecodeAndSave(benchmark::State& state) { // under 3 times the bare loop
         state.ResumeTiming();
         TFlashRecords records;
         records.Add(std::move(read), 1);
-        records.Save(onDisk ? static_cast<IFiles&>(disk) : none, path, ";[HeaderStart][HeaderEnd]");
+        records.Save(*(onDisk ? static_cast<IFiles&>(disk) : none).Replace(path),
+                     ";[HeaderStart][HeaderEnd]");
     }
     std::filesystem::remove(path);
 }
@@ -144,7 +145,7 @@ void ReadAndSave(benchmark::State& state) {
         if (!bytes)
             std::abort();
         records.Add(*std::move(bytes), 1);
-        records.Save(files, "flash_bench.csv", ";[HeaderStart][HeaderEnd]");
+        records.Save(*files.Replace("flash_bench.csv"), ";[HeaderStart][HeaderEnd]");
         ratio = static_cast<double>(Peak() - before) / (rows * TFlashRecords::ValueCount * 2);
     }
     state.counters["rows"] = static_cast<double>(rows);

@@ -31,14 +31,17 @@ std::optional<fs::path> ChooseCsvFile(const IFiles& files, IDialogs& dialogs, co
     }
 }
 
-std::optional<fs::path> SaveOrElsewhere(IDialogs& dialogs, fs::path path,
-                                        const std::function<void(const fs::path&)>& write,
+std::unique_ptr<IFileWriter> OpenWriter(IFiles& files, const fs::path& path, EName name) {
+    return name == EName::Made ? files.Create(path) : files.Replace(path);
+}
+
+std::optional<fs::path> SaveOrElsewhere(IDialogs& dialogs, fs::path path, EName name,
+                                        const std::function<fs::path(const fs::path&, EName)>& write,
                                         const std::function<std::optional<fs::path>()>& choose,
                                         const std::function<void(const std::string&)>& failed) {
     for (;;) {
         try {
-            write(path);
-            return path;
+            return write(path, name);
         } catch (const EInOutError& error) {
             if (failed)
                 failed(error.what());
@@ -48,6 +51,7 @@ std::optional<fs::path> SaveOrElsewhere(IDialogs& dialogs, fs::path path,
         if (!other)
             return std::nullopt;
         path = *std::move(other);
+        name = EName::Chosen;
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,7 @@
 namespace tidewell {
 
 class IFiles;
+class IFileWriter;
 
 // The chosen name with its ending. The save dialog has asked about the name as it was typed, so one that is
 // there when completed is asked about again; nothing: it is not to be replaced.
@@ -27,11 +29,14 @@ std::optional<std::filesystem::path> ChooseCsvFile(const IFiles& files, IDialogs
                                                    const TFileDialog& dialog,
                                                    EIfKept ifKept = EIfKept::GiveUp);
 
-// Writes a file. A failure is told and another place chosen, until one will do or the user gives up: then
-// nothing is returned. Each reason is told to the caller as well.
+enum class EName { Made, Chosen }; // by the program, or by the user
+std::unique_ptr<IFileWriter> OpenWriter(IFiles& files, const std::filesystem::path& path, EName name);
+
+// Writes a file and gives its place. A failure is told and another place chosen, until one will do or the
+// user gives up: then nothing is returned. Each reason is told to the caller as well.
 std::optional<std::filesystem::path>
-SaveOrElsewhere(IDialogs& dialogs, std::filesystem::path path,
-                const std::function<void(const std::filesystem::path&)>& write,
+SaveOrElsewhere(IDialogs& dialogs, std::filesystem::path path, EName name,
+                const std::function<std::filesystem::path(const std::filesystem::path&, EName)>& write,
                 const std::function<std::optional<std::filesystem::path>()>& choose,
                 const std::function<void(const std::string&)>& failed = {});
 

@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/Numbers.h"
+#include "core/Paths.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <cstring>
 #include <system_error>
 #include <utility>
@@ -20,6 +22,8 @@ namespace tidewell {
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr mode_t newMode = 0644;
 
 [[noreturn]] void Fail(const std::string& what, const fs::path& path, int error) {
     throw EInOutError(what + " " + path.string(), std::generic_category().message(error));
@@ -76,10 +80,37 @@ class TDiskReader : public IFileReader {
     struct stat Info {};
 };
 
+// False: there is such a file.
+bool MoveToFree(const fs::path& from, const fs::path& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno == EEXIST)
+        return false;
+    if (errno != EINVAL && errno != ENOSYS)
+        Fail("Cannot write", to, errno);
+    // The file system cannot: an empty file reserves the name.
+    const TDescriptor reserved(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
+    if (reserved.Get() < 0) {
+        if (errno == EEXIST)
+            return false;
+        Fail("Cannot write", to, errno);
+    }
+    if (::rename(from.c_str(), to.c_str()) != 0)
+        Fail("Cannot write", to, errno);
+    return true;
+}
+
+enum class ETarget { Replaced, New };
+
 class TDiskWriter : public IFileWriter {
   public:
-    TDiskWriter(fs::path target, fs::path temporary, TDescriptor descriptor)
-        : Target(std::move(target)), Temporary(std::move(temporary)), Descriptor(std::move(descriptor)) {}
+    TDiskWriter(fs::path target, ETarget kind, mode_t mode)
+        : Target(std::move(target)), Kind(kind), Temporary(Target.string() + ".XXXXXX"),
+          Descriptor(::mkostemp(Temporary.data(), O_CLOEXEC)) {
+        if (Descriptor.Get() < 0)
+            Fail("Cannot write", Target, errno);
+        ::fchmod(Descriptor.Get(), mode);
+    }
     TDiskWriter(const TDiskWriter&) = delete;
     TDiskWriter& operator=(const TDiskWriter&) = delete;
     ~TDiskWriter() override {
@@ -99,21 +130,27 @@ class TDiskWriter : public IFileWriter {
         }
     }
 
-    void Commit() override {
+    fs::path Commit() override {
         // What the disk has not taken by now, such as a delayed "disk full", must show before the old file
         // goes.
         if (::fsync(Descriptor.Get()) != 0)
             Fail("Cannot write", Target, errno);
         if (const int error = Descriptor.Close(); error != 0)
             Fail("Cannot write", Target, error);
-        if (::rename(Temporary.c_str(), Target.c_str()) != 0)
+        fs::path place = Target;
+        if (Kind == ETarget::New)
+            for (int number = 2; !MoveToFree(Temporary, place); ++number)
+                place = NumberedPath(Target, number);
+        else if (::rename(Temporary.c_str(), Target.c_str()) != 0)
             Fail("Cannot replace", Target, errno);
         Committed = true;
+        return place;
     }
 
   private:
     fs::path Target;
-    fs::path Temporary;
+    ETarget Kind;
+    std::string Temporary;
     TDescriptor Descriptor;
     bool Committed = false;
 };
@@ -182,12 +219,12 @@ std::unique_ptr<IFileWriter> TDiskFiles::Replace(const fs::path& path) {
     // A rename would replace a read-only file too.
     if (existed && (!HasWriteBit(info.st_mode) || ::access(target.c_str(), W_OK) != 0))
         Fail("Cannot write", path, EACCES);
-    std::string temporary = target.string() + ".XXXXXX";
-    TDescriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (descriptor.Get() < 0)
-        Fail("Cannot write", path, errno);
-    ::fchmod(descriptor.Get(), existed ? (info.st_mode & 07777U) : 0644U);
-    return std::make_unique<TDiskWriter>(target, temporary, std::move(descriptor));
+    return std::make_unique<TDiskWriter>(target, ETarget::Replaced,
+                                         existed ? (info.st_mode & 07777U) : newMode);
+}
+
+std::unique_ptr<IFileWriter> TDiskFiles::Create(const fs::path& wanted) {
+    return std::make_unique<TDiskWriter>(wanted, ETarget::New, newMode);
 }
 
 bool TDiskFiles::FileExists(const fs::path& path) const {

@@ -16,6 +16,7 @@ class TDiskFiles : public IFiles {
     std::string Read(const std::filesystem::path& path) const override;
     std::unique_ptr<IFileReader> Open(const std::filesystem::path& path) const override;
     std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) override;
+    std::unique_ptr<IFileWriter> Create(const std::filesystem::path& wanted) override;
     bool FileExists(const std::filesystem::path& path) const override;
     bool DirectoryExists(const std::filesystem::path& path) const override;
     void CreateDirectories(const std::filesystem::path& path) override;

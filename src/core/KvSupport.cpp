@@ -350,7 +350,7 @@ void SaveGridToFile(const TStringTable& grid, const std::filesystem::path& path,
     for (std::size_t row = 0; row < grid.RowCount(); ++row)
         for (std::size_t column = 0; column < grid.ColCount(); ++column)
             lines[row].append(column == 0 ? "" : ";").append(grid.Cell(column, row));
-    WriteLines(files, path, lines);
+    WriteLines(*files.Replace(path), lines);
 }
 
 void DrawAngledText(ICanvas& canvas, double degrees, int x, const std::string& text, int y) {

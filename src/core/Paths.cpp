@@ -6,12 +6,18 @@
 
 namespace tidewell {
 
+std::filesystem::path NumberedPath(const std::filesystem::path& wanted, int number) {
+    if (number == 1)
+        return wanted;
+    return wanted.parent_path() /
+           (wanted.stem().string() + "-" + std::to_string(number) + wanted.extension().string());
+}
+
 std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::path& wanted) {
-    auto path = wanted;
-    for (int number = 2; files.FileExists(path); ++number)
-        path = wanted.parent_path() /
-               (wanted.stem().string() + "-" + std::to_string(number) + wanted.extension().string());
-    return path;
+    int number = 1;
+    while (files.FileExists(NumberedPath(wanted, number)))
+        ++number;
+    return NumberedPath(wanted, number);
 }
 
 std::string ShownDirectory(const std::filesystem::path& directory) {

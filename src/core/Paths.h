@@ -16,8 +16,10 @@ struct TCurrentInifilesPath {
     std::filesystem::path directorypath; // the folder that the program works in
 };
 
-// The path itself, or, if there is such a file, the first of "name-2.csv", "name-3.csv", ... that is free.
-// The names of datalogs tell the minute only, and an earlier log must not go.
+// The path itself for 1, then "name-2.csv", "name-3.csv", ...: names tell no more than the second, and an
+// earlier file must not go.
+std::filesystem::path NumberedPath(const std::filesystem::path& wanted, int number);
+// The first of them that is free at present.
 std::filesystem::path UnusedPath(const IFiles& files, const std::filesystem::path& wanted);
 
 // The directory as texts show it, with its closing backslash.

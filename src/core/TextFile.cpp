@@ -204,13 +204,12 @@ std::vector<std::string> ReadLines(const IFiles& files, const std::filesystem::p
     return SplitLines(DecodeText(files.Read(path), encoding));
 }
 
-void WriteLines(IFiles& files, const std::filesystem::path& path, const std::vector<std::string>& lines) {
+std::filesystem::path WriteLines(IFileWriter& file, const std::vector<std::string>& lines) {
     std::string bytes;
     for (const auto& line : lines)
         bytes.append(line).append("\r\n");
-    const auto writer = files.Replace(path);
-    writer->Write(bytes);
-    writer->Commit();
+    file.Write(bytes);
+    return file.Commit();
 }
 
 } // namespace tidewell

@@ -24,7 +24,7 @@ bool IsValidUtf8(std::string_view bytes);
 std::vector<std::string> SplitLines(std::string_view text);
 
 std::vector<std::string> ReadLines(const IFiles& files, const std::filesystem::path& path);
-// UTF-8, each line ended by CR LF, replaced in one step. Throws EInOutError.
-void WriteLines(IFiles& files, const std::filesystem::path& path, const std::vector<std::string>& lines);
+// The whole file: UTF-8, each line ended by CR LF. Gives its place. Throws EInOutError.
+std::filesystem::path WriteLines(IFileWriter& file, const std::vector<std::string>& lines);
 
 } // namespace tidewell

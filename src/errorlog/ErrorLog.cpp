@@ -65,7 +65,7 @@ void TErrorLog::EvalErrorlog(const std::string& wordList, const std::string& rem
     const auto path =
         Needs.Paths.directorypath / "log" / "userlog" / ("errorlog " + DateTimeStamp(Needs.Clock) + ".csv");
     Needs.Files.CreateDirectories(path.parent_path());
-    WriteLines(Needs.Files, path, Memo.Lines());
+    WriteLines(*Needs.Files.Create(path), Memo.Lines());
     Memo.Add("File saved in userlog directory");
     Memo.TopRequested.Emit(); // the date of the read, and the events of late
     Needs.Panel.InitQuestionStringlistStructures();

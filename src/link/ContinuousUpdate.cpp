@@ -152,10 +152,11 @@ void TContinuousUpdate::SaveReport(std::vector<std::string> lines) {
     const auto directory = UpdateLogDirectory(Services.Paths);
     try {
         Services.Files.CreateDirectories(directory);
-        WriteLines(Services.Files,
-                   directory / ("Continious_test_log_" + DateTimeStamp(Services.Clock) + "_" +
-                                DeviceIdOf(Strict() ? TestedDevice : Services.device) + ".txt"),
-                   lines);
+        const std::string device = DeviceIdOf(Strict() ? TestedDevice : Services.device);
+        WriteLines(
+            *Services.Files.Create(
+                directory / ("Continious_test_log_" + DateTimeStamp(Services.Clock) + "_" + device + ".txt")),
+            lines);
     } catch (const EInOutError&) {
         for (const std::string& line : lines) // there it is not lost
             Services.memoDebug.Add(line);

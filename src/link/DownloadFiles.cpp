@@ -14,12 +14,11 @@ std::filesystem::path UpdateLogDirectory(const TCurrentInifilesPath& paths) {
     return GetFlashLogLogpath(paths);
 }
 
-std::filesystem::path DownloadPath(const IFiles& files, const IClock& clock,
-                                   const TCurrentInifilesPath& paths, const std::string& kind,
-                                   const std::string& device, bool whole) {
+std::filesystem::path DownloadPath(const IClock& clock, const TCurrentInifilesPath& paths,
+                                   const std::string& kind, const std::string& device, bool whole) {
     std::filesystem::path path = GetFlashLogLogpath(paths);
     path += "/" + kind + DeviceIdOf(device) + "_" + NowStamp(clock) + (whole ? ".csv" : "_part.csv");
-    return UnusedPath(files, path);
+    return path;
 }
 
 } // namespace tidewell

@@ -436,7 +436,7 @@ void TFirmwareUpdate::SaveLog(bool success) {
                              DateTimeStamp(Services.Clock) + "_" + DeviceIdOf(Services.device) + ".log";
     try {
         Services.Files.CreateDirectories(directory);
-        WriteLines(Services.Files, directory / name, Services.memoDebug.Lines());
+        WriteLines(*Services.Files.Create(directory / name), Services.memoDebug.Lines());
     } catch (const EInOutError& error) {
         Tell(error.what());
     }

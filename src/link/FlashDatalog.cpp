@@ -297,12 +297,10 @@ void TFlashDatalog::Conclude() {
 bool TFlashDatalog::SaveDatalist(bool whole) {
     const std::string header = DatalogHeader(Services.Panel, Services.Profile.currentprofilefile);
     const auto directory = GetFlashLogLogpath(Services.Paths);
-    PathLastSavedFDFile =
-        DownloadPath(Services.Files, Services.Clock, Services.Paths, "FDlog_", Services.device, whole);
-    const auto write = [this, &header](const std::filesystem::path& path) {
-        PathLastSavedFDFile = path;
-        Services.Files.CreateDirectories(path.parent_path());
-        SL_Datalist.Save(Services.Files, path, header);
+    const auto path = DownloadPath(Services.Clock, Services.Paths, "FDlog_", Services.device, whole);
+    const auto write = [this, &header](const std::filesystem::path& file, EName name) {
+        Services.Files.CreateDirectories(file.parent_path());
+        return SL_Datalist.Save(*OpenWriter(Services.Files, file, name), header);
     };
     const auto choose = [this, &directory] {
         TFileDialog dialog;
@@ -314,7 +312,9 @@ bool TFlashDatalog::SaveDatalist(bool whole) {
             chosen = UnusedPath(Services.Files, *chosen += ".csv");
         return chosen;
     };
-    return SaveOrElsewhere(Services.Dialogs, PathLastSavedFDFile, write, choose).has_value();
+    const auto saved = SaveOrElsewhere(Services.Dialogs, path, EName::Made, write, choose);
+    PathLastSavedFDFile = saved.value_or(path);
+    return saved.has_value();
 }
 
 void TFlashDatalog::OfferFlashView(const std::string& question) {

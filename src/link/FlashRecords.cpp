@@ -52,7 +52,7 @@ class TTextSink : public IFileWriter {
   public:
     explicit TTextSink(std::string& text) : Sink(text) {}
     void Write(std::string_view bytes) override { Sink += bytes; }
-    void Commit() override {}
+    std::filesystem::path Commit() override { return {}; }
 
   private:
     std::string& Sink;
@@ -86,9 +86,8 @@ std::string TFlashRecords::Row(std::size_t number, TRecord record) {
     return text;
 }
 
-void TFlashRecords::Save(IFiles& files, const std::filesystem::path& path, std::string_view header) const {
-    const std::unique_ptr<IFileWriter> file = files.Replace(path);
-    TBlockWriter out(*file);
+std::filesystem::path TFlashRecords::Save(IFileWriter& file, std::string_view header) const {
+    TBlockWriter out(file);
     std::string head(headShape);
     for (const TSegment& segment : Segments) {
         std::size_t number = segment.FirstNumber;
@@ -102,7 +101,7 @@ void TFlashRecords::Save(IFiles& files, const std::filesystem::path& path, std::
     out.Text(header);
     out.Text(lineEnd);
     out.Flush();
-    file->Commit();
+    return file.Commit();
 }
 
 } // namespace tidewell

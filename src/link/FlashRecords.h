@@ -28,7 +28,7 @@ class TFlashRecords {
     static std::string Row(std::size_t number, std::span<const std::uint8_t, RecordSize> record);
     // One line per row and then the header line, each ended by CR LF. The file is replaced in one step at the
     // end. Throws EInOutError; an old file then stays.
-    void Save(IFiles& files, const std::filesystem::path& path, std::string_view header) const;
+    std::filesystem::path Save(IFileWriter& file, std::string_view header) const;
 
   private:
     struct TSegment {

@@ -110,11 +110,9 @@ std::string TServiceTools::SaveEepromList(std::uint64_t address, std::vector<std
         word.insert(0, "EENum- " + std::to_string(address) + ";");
         address += wordSize;
     }
-    const auto path =
-        DownloadPath(Services.Files, Services.Clock, Services.Paths, "EElist_", Services.device, whole);
+    const auto path = DownloadPath(Services.Clock, Services.Paths, "EElist_", Services.device, whole);
     Services.Files.CreateDirectories(path.parent_path());
-    WriteLines(Services.Files, path, words);
-    return path.filename().string();
+    return WriteLines(*Services.Files.Create(path), words).filename().string();
 }
 
 void TServiceTools::BtnReadFlashClick() {

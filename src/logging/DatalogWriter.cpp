@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <span>
 
 namespace tidewell {
@@ -36,10 +35,8 @@ void WriteRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row,
 
 } // namespace
 
-void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatalogRows& rows,
-                  std::string_view header) {
-    const std::unique_ptr<IFileWriter> file = files.Replace(path);
-    TBlockWriter out(*file);
+std::filesystem::path WriteDatalog(IFileWriter& file, const TDatalogRows& rows, std::string_view header) {
+    TBlockWriter out(file);
     for (std::size_t row = 0; row < rows.Count;) {
         if (row >= rows.Values.Rows()) { // counted, but its cycle brought nothing
             WriteRow(out, rows, row++, {});
@@ -55,7 +52,7 @@ void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatal
     out.Text(header);
     out.Text(LineEnd);
     out.Flush();
-    file->Commit();
+    return file.Commit();
 }
 
 } // namespace tidewell

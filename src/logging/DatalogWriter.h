@@ -22,9 +22,8 @@ struct TDatalogRows {
 };
 
 // Writes <number from 1>;<date>;<time>;<values>; per row and then the header line, each ended by CR LF. The
-// file is replaced in one step at the end. Throws EInOutError, or EListError when a row has no date or time;
-// the old file then stays.
-void WriteDatalog(IFiles& files, const std::filesystem::path& path, const TDatalogRows& rows,
-                  std::string_view header);
+// file is complete then; its place is given. Throws EInOutError, or EListError when a row has no date or
+// time.
+std::filesystem::path WriteDatalog(IFileWriter& file, const TDatalogRows& rows, std::string_view header);
 
 } // namespace tidewell

@@ -223,16 +223,17 @@ void TLiveLog::TimerLogAutostartTimer() {
     StartLog(false, true);
 }
 
-void TLiveLog::SaveDataLogFile(const fs::path& path) {
-    const fs::path directory = path.parent_path();
+fs::path TLiveLog::SaveDataLogFile(const fs::path& wanted) {
+    const fs::path directory = wanted.parent_path();
     if (!Needs.Files.DirectoryExists(directory) && Needs.Files.DirectoryExists(directory.parent_path()))
         Needs.Files.CreateDirectories(directory);
-    WriteRows(path, CreateDatalogHeader());
+    return WriteRows(*Needs.Files.Create(wanted), CreateDatalogHeader());
 }
 
-void TLiveLog::WriteRows(const fs::path& path, std::string_view header) {
-    WriteDatalog(Needs.Files, path, Rows(), header);
+fs::path TLiveLog::WriteRows(IFileWriter& file, std::string_view header) {
+    fs::path place = WriteDatalog(file, Rows(), header);
     Needs.Buffers.SavedRows = Needs.Buffers.DatalogCount;
+    return place;
 }
 
 void TLiveLog::KeepRows() {
@@ -242,8 +243,8 @@ void TLiveLog::KeepRows() {
     try {
         const fs::path kept = Needs.Paths.directorypath / "log" / "kept";
         Needs.Files.CreateDirectories(kept);
-        const fs::path path = UnusedPath(Needs.Files, kept / ("datalog" + NowStamp(Needs.Clock) + ".csv"));
-        WriteRows(path, Needs.Buffers.Header);
+        const auto file = Needs.Files.Create(kept / ("datalog" + NowStamp(Needs.Clock) + ".csv"));
+        const fs::path path = WriteRows(*file, Needs.Buffers.Header);
         Needs.MemoEventLog.Add(FillText(Texts.Kept, {rows, path.string()}));
     } catch (const std::exception& error) {
         Tell(FillText(Texts.NotKept, {rows, error.what()}));
@@ -263,7 +264,7 @@ void TLiveLog::SaveUserDatalog1Click() {
     const auto path = ChooseCsvFile(Needs.Files, Needs.Dialogs, dialog);
     if (!path)
         return;
-    WriteRows(*path, CreateDatalogHeader());
+    WriteRows(*Needs.Files.Replace(*path), CreateDatalogHeader());
     Needs.MemoEventLog.Add("StringDatalog saved and cleared");
 }
 
@@ -271,8 +272,8 @@ void TLiveLog::SavePartialFile() {
     const fs::path wanted = UserLogDirectory() / ("datalog" + NowStamp(Needs.Clock) + "partial.csv");
     const std::size_t generation = Needs.Buffers.Generation;
     const bool same = wanted == LastPartial.Wanted && generation == LastPartial.Generation;
-    const fs::path path = same ? LastPartial.Written : UnusedPath(Needs.Files, wanted);
-    SaveDataLogFile(path);
+    const fs::path path = same ? WriteRows(*Needs.Files.Replace(LastPartial.Written), CreateDatalogHeader())
+                               : SaveDataLogFile(wanted);
     LastPartial = {wanted, path, generation};
 }
 

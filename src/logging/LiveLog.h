@@ -114,9 +114,9 @@ class TLiveLog : public ILogControl, public TControls {
     void StopLog() override;
     void TrafficButtonClick();
     void TimerLogAutostartTimer();
-    // Makes the last level of the path's directory if it is missing. Throws EInOutError; an old file then
-    // stays.
-    void SaveDataLogFile(const std::filesystem::path& path);
+    // A new file; gives its place. Makes the last level of the directory if it is missing. Throws
+    // EInOutError.
+    std::filesystem::path SaveDataLogFile(const std::filesystem::path& wanted);
     std::string CreateDatalogHeader() const;
     void SaveUserDatalog1Click();
 
@@ -142,7 +142,7 @@ class TLiveLog : public ILogControl, public TControls {
     void SavePartialFile();
     // Before the log is cleared: rows that no file holds go to log/kept. A failure is told and stops nothing.
     void KeepRows();
-    void WriteRows(const std::filesystem::path& path, std::string_view header);
+    std::filesystem::path WriteRows(IFileWriter& file, std::string_view header);
     std::filesystem::path UserLogDirectory() const;
     TDatalogRows Rows() const;
     void ReportTraffic(const std::string& message);

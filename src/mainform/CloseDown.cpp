@@ -63,18 +63,17 @@ std::vector<std::function<void()>> TCloseDown::ClosingSaves() {
         });
     if (Ports.Files.DirectoryExists(systemlog)) {
         saves.emplace_back([=, this] {
-            WriteLines(Ports.Files, systemlog / (stamp + "eventlog.log"),
+            WriteLines(*Ports.Files.Create(systemlog / (stamp + "eventlog.log")),
                        Needs.FormMain.MemoEventLog.Lines());
         });
         saves.emplace_back([=, this] {
-            Needs.LiveLog.SaveDataLogFile(
-                UnusedPath(Ports.Files, systemlog / ("datalog" + NowStamp(Ports.Clock) + ".csv")));
+            Needs.LiveLog.SaveDataLogFile(systemlog / ("datalog" + NowStamp(Ports.Clock) + ".csv"));
         });
     }
     saves.emplace_back([this] { Needs.Panel.WannaClose = true; });
     if (Needs.Configuration.DebugEnable && Ports.Files.DirectoryExists(systemlog))
         saves.emplace_back([=, this] {
-            WriteLines(Ports.Files, systemlog / (stamp + "debug.log"), Needs.Panel.MemoDebug.Lines());
+            WriteLines(*Ports.Files.Create(systemlog / (stamp + "debug.log")), Needs.Panel.MemoDebug.Lines());
         });
     return saves;
 }

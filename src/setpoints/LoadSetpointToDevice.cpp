@@ -287,14 +287,17 @@ void TLoadSetpoints::SaveResult() {
         return "WriteMultibleSetpointsResult " + DateTimeStamp(Needs.Clock) + ".csv";
     };
     const fs::path wanted = Needs.directorypath / "log" / "systemlog" / name();
-    const fs::path path = UnusedPath(Needs.Files, wanted);
+    bool elsewhere = false;
     TFileDialog dialog;
     dialog.Title = "Save the result of the setpoint write";
     dialog.InitialDirectory = Needs.directorypath;
     dialog.Filters = {{"csv", "*.csv"}};
     const auto saved = SaveOrElsewhere(
-        Needs.Dialogs, path,
-        [this](const fs::path& file) { WriteLines(Needs.Files, file, LastWriteResultList); },
+        Needs.Dialogs, wanted, EName::Made,
+        [&](const fs::path& file, EName naming) {
+            elsewhere = naming == EName::Chosen;
+            return WriteLines(*OpenWriter(Needs.Files, file, naming), LastWriteResultList);
+        },
         [&] { return ChooseCsvFile(Needs.Files, Needs.Dialogs, dialog, EIfKept::ChooseAgain); },
         [this](const std::string& reason) {
             Needs.MemoEventLog.Add(FillText(Needs.Texts.ResultNotSaved, {reason}));
@@ -302,10 +305,10 @@ void TLoadSetpoints::SaveResult() {
     if (!saved)
         return;
     // The name is made anew, so the seconds can differ from those of the file; not if another had that name.
-    const std::string shown = path == wanted ? name() : path.filename().string();
-    Needs.MemoEventLog.Add("Saved file " +
-                           (*saved == path ? ShownDirectory(Needs.directorypath) + "log\\systemlog\\" + shown
-                                           : saved->string()));
+    const std::string shown = *saved == wanted ? name() : saved->filename().string();
+    Needs.MemoEventLog.Add(
+        "Saved file " +
+        (elsewhere ? saved->string() : ShownDirectory(Needs.directorypath) + "log\\systemlog\\" + shown));
 }
 
 } // namespace tidewell

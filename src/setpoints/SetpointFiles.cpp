@@ -78,7 +78,8 @@ void TSetpointFiles::Save(const std::string& deviceName) {
     auto path = choose();
     if (path)
         path = SaveOrElsewhere(
-            Needs.Dialogs, *path, [&](const auto& file) { WriteLines(Needs.Files, file, lines); }, choose,
+            Needs.Dialogs, *path, EName::Chosen,
+            [&](const auto& file, EName) { return WriteLines(*Needs.Files.Replace(file), lines); }, choose,
             [this](const std::string& reason) { TellNotSaved(reason); });
     if (path)
         Needs.MemoEventLog.Add("Saved Setpointfile " + path->string());

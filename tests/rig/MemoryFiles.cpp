@@ -2,6 +2,7 @@
 
 #include "core/DiskFiles.h"
 #include "core/Errors.h"
+#include "core/Paths.h"
 
 #include <utility>
 
@@ -14,7 +15,8 @@ std::filesystem::path TMemoryFiles::Plain(const std::filesystem::path& path) con
 
 class TMemoryFiles::TWriter : public IFileWriter {
   public:
-    TWriter(TMemoryFiles& files, std::filesystem::path path) : Files(files), Path(std::move(path)) {}
+    TWriter(TMemoryFiles& files, std::filesystem::path path, std::filesystem::path given)
+        : Files(files), Path(std::move(path)), Given(std::move(given)) {}
     void Write(std::string_view bytes) override {
         Whole = false;
         Tell();
@@ -24,13 +26,19 @@ class TMemoryFiles::TWriter : public IFileWriter {
         Buffer += bytes;
         Whole = true;
     }
-    void Commit() override {
+    std::filesystem::path Commit() override {
         Tell();
+        if (New) {
+            Path = UnusedPath(Files, Path);
+            Given = Given.parent_path() / Path.filename();
+        }
         if (!Whole)
             Files.Torn.push_back(Path);
         Files.Content[Path] = Buffer;
         Files.Directories.insert(Path.parent_path());
+        return Given;
     }
+    bool New = false;
 
   private:
     void Tell() const {
@@ -39,7 +47,7 @@ class TMemoryFiles::TWriter : public IFileWriter {
     }
     bool Whole = true;
     TMemoryFiles& Files;
-    std::filesystem::path Path;
+    std::filesystem::path Path, Given; // plain, and as it was asked for
     std::string Buffer;
 };
 
@@ -88,6 +96,16 @@ std::unique_ptr<IFileReader> TMemoryFiles::Open(const std::filesystem::path& pat
 }
 
 std::unique_ptr<IFileWriter> TMemoryFiles::Replace(const std::filesystem::path& path) {
+    return MakeWriter(path);
+}
+
+std::unique_ptr<IFileWriter> TMemoryFiles::Create(const std::filesystem::path& wanted) {
+    auto writer = MakeWriter(wanted);
+    writer->New = true;
+    return writer;
+}
+
+std::unique_ptr<TMemoryFiles::TWriter> TMemoryFiles::MakeWriter(const std::filesystem::path& path) {
     const auto plain = Plain(path);
     if (IsUnwritable(plain))
         throw EInOutError("Cannot write " + path.string() + ": Permission denied");
@@ -95,7 +113,7 @@ std::unique_ptr<IFileWriter> TMemoryFiles::Replace(const std::filesystem::path& 
         throw EInOutError("Cannot write " + path.string() + ": No such file or directory");
     if (OnWrite)
         OnWrite(plain);
-    return std::make_unique<TWriter>(*this, plain);
+    return std::make_unique<TWriter>(*this, plain, path);
 }
 
 bool TMemoryFiles::FileExists(const std::filesystem::path& path) const {

@@ -35,6 +35,7 @@ class TMemoryFiles : public IFiles {
     std::string Read(const std::filesystem::path& path) const override;
     std::unique_ptr<IFileReader> Open(const std::filesystem::path& path) const override;
     std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) override;
+    std::unique_ptr<IFileWriter> Create(const std::filesystem::path& wanted) override;
     bool FileExists(const std::filesystem::path& path) const override;
     bool DirectoryExists(const std::filesystem::path& path) const override;
     void CreateDirectories(const std::filesystem::path& path) override;
@@ -46,6 +47,7 @@ class TMemoryFiles : public IFiles {
 
   private:
     class TWriter;
+    std::unique_ptr<TWriter> MakeWriter(const std::filesystem::path& path);
     std::filesystem::path Plain(const std::filesystem::path& path) const;
     bool IsUnwritable(const std::filesystem::path& path) const;
 };

@@ -18,8 +18,8 @@ class IFileWriter {
   public:
     virtual ~IFileWriter() = default;
     virtual void Write(std::string_view bytes) = 0;
-    // Makes the bytes durable and puts the file in place of the old one, in one step.
-    virtual void Commit() = 0;
+    // Makes the bytes durable and puts the file in its place, in one step. Gives that place.
+    virtual std::filesystem::path Commit() = 0;
 };
 
 // A file read from its start.
@@ -37,8 +37,11 @@ class IFiles {
     virtual std::string Read(const std::filesystem::path& path) const = 0;
     // For files that may be large. The reader may outlive the port.
     virtual std::unique_ptr<IFileReader> Open(const std::filesystem::path& path) const = 0;
-    // The directory must exist.
+    // A file of a name that the user chose, or that is written again. The directory must exist.
     virtual std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) = 0;
+    // A file of a name that the program makes, which never replaces one: its place is the first of
+    // NumberedPath that is free when it is complete. The directory must exist.
+    virtual std::unique_ptr<IFileWriter> Create(const std::filesystem::path& wanted) = 0;
     virtual bool FileExists(const std::filesystem::path& path) const = 0;
     virtual bool DirectoryExists(const std::filesystem::path& path) const = 0;
     virtual void CreateDirectories(const std::filesystem::path& path) = 0;
