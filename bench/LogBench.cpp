@@ -106,9 +106,10 @@ class TLogRig {
     TCurrentInifilesPath Paths;
     TExtensions Extensions;
     TExclusiveUse Opening;
+    std::vector<std::filesystem::path> SpareFolders;
     TLiveLog Log{Form,
                  {Polling, Program, Dialogs, Clock, Files, Timers, Panel, Profile, Page, Buffers,
-                  TrafficButton, StatusBar, MemoEventLog, Paths, Extensions, Opening}};
+                  TrafficButton, StatusBar, MemoEventLog, Paths, Extensions, Opening, SpareFolders}};
     std::array<std::string, 16> Lines;
 };
 

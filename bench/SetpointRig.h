@@ -105,10 +105,11 @@ class TPageRig {
     TIdlePolling Polling;
     TButton TrafficButton{"TrafficButton"};
     TExclusiveUse Opening;
+    std::vector<std::filesystem::path> SpareFolders;
     TLiveLog LiveLog{Form,
                      {Polling, World.Program, Dialogs, Clock, Files, Timers, Panel, World.Profile, GraphPage,
                       Buffers, TrafficButton, StatusBar, World.MemoEventLog, World.Paths, World.Extensions,
-                      Opening}};
+                      Opening, SpareFolders}};
     THelpfileDoc HelpfileDoc;
     TSetpointTexts Texts;
 

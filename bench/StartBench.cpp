@@ -70,7 +70,7 @@ int Child(int argc, char** argv, double startedAt, const fs::path& result) {
     const tidewell::TPorts ports{real.Dialogs,  real.Timers,    wait,         real.Clock,
                                  real.Files,    real.Libraries, real.Process, real.Application,
                                  real.Pictures, real.MakeHttp};
-    const auto program = tidewell::Build(ports, {home, argv[0], {}, {}});
+    const auto program = tidewell::Build(ports, {home, argv[0], {}, {}, {}});
     desktop.RegisterViews(*program);
     TFirstPaint firstPaint;
     application.installEventFilter(&firstPaint);

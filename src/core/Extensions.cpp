@@ -22,6 +22,9 @@ constexpr std::array keys{
         "before anything is sent"},
     TExtensionKey{"Logon", "PrivatePassword", &TExtensions::LogonPrivatePassword,
                   "the password is not handed to the helper tools, so it stands on no command line"},
+    TExtensionKey{"Close", "Ask", &TExtensions::CloseAsk,
+                  "the close asks where rows go that it cannot save, and asks again before it ends without "
+                  "them"},
 };
 
 } // namespace

@@ -16,6 +16,7 @@ struct TExtensions {
     bool InputDialogStrict = false;
     bool ServiceStrict = false;
     bool LogonPrivatePassword = false;
+    bool CloseAsk = false;
 };
 
 struct TExtensionKey {

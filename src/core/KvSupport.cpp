@@ -202,14 +202,37 @@ std::string DigitsOnly(std::string_view text) {
     return result;
 }
 
+std::string StampDigits(std::string_view text) {
+    // The zeros of the scripts whose digits a locale writes; one to nine follow each.
+    constexpr std::array<std::uint32_t, 17> zeros{0x660, 0x6F0, 0x7C0,  0x966,  0x9E6, 0xA66,
+                                                  0xAE6, 0xB66, 0xBE6,  0xC66,  0xCE6, 0xD66,
+                                                  0xE50, 0xED0, 0x0F20, 0x1040, 0x17E0};
+    std::string latin;
+    while (!text.empty()) {
+        const std::string_view character = text.substr(0, CharacterLength(text));
+        text.remove_prefix(character.size());
+        const auto lead = static_cast<unsigned char>(character.front());
+        std::uint32_t code = character.size() == 2 ? lead & 0x1FU : lead & 0x0FU;
+        for (const char byte : character.substr(1))
+            code = code << 6 | (static_cast<unsigned char>(byte) & 0x3FU);
+        const auto zero = std::find_if(zeros.begin(), zeros.end(),
+                                       [code](std::uint32_t first) { return code - first < 10; });
+        if (character.size() == 1 || zero == zeros.end())
+            latin += character;
+        else
+            latin += static_cast<char>('0' + (code - *zero));
+    }
+    return DigitsOnly(latin);
+}
+
 std::string NowStamp(const IClock& clock) {
     const TTime now = clock.Now();
-    return DigitsOnly(clock.ShortDate(now) + " " + clock.ShortTime(now));
+    return StampDigits(clock.ShortDate(now) + " " + clock.ShortTime(now));
 }
 
 std::string DateTimeStamp(const IClock& clock) {
     const TTime now = clock.Now();
-    return DigitsOnly(clock.ShortDate(now) + " " + clock.LongTime(now));
+    return StampDigits(clock.ShortDate(now) + " " + clock.LongTime(now));
 }
 
 std::string BinaryString(std::int32_t value, std::size_t digits) {

@@ -37,6 +37,8 @@ std::string SetRowField(std::string_view row, std::size_t index, std::string_vie
 // Copy with only the characters of the set; characters above 255 are always dropped.
 std::string KeepCharacters(std::string_view text, std::string_view set);
 std::string DigitsOnly(std::string_view text); // digits and '-'
+// The same, with the digits of other scripts as Latin ones: dates and times as a locale writes them.
+std::string StampDigits(std::string_view text);
 // Short date, a blank, short time, reduced to digits and '-': part of a file name.
 std::string NowStamp(const IClock& clock);
 // The same of short date and long time.

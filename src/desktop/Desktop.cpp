@@ -12,6 +12,8 @@
 #include "widgets/Icons.h"
 
 #include <QPixmap>
+#include <QSessionManager>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <cstdlib>
@@ -56,6 +58,8 @@ TStartOptions OptionsOf(int argc, char** argv, const Tsysteminfo& version) {
     options.Directory = FolderOf(options.Executable);
     options.Arguments = ArgumentsOf(argc, argv);
     options.Version = version;
+    options.SpareFolders = {PathFromQt(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)),
+                            PathFromQt(QStandardPaths::writableLocation(QStandardPaths::TempLocation))};
     return options;
 }
 
@@ -179,6 +183,10 @@ int RunDesktop(int argc, char** argv, const Tsysteminfo& version) {
         if (!screenshot.empty())
             desktop.SaveScreenshot(*program, std::filesystem::absolute(screenshot));
     };
+    // The end of the desktop's session, which nobody is left to be asked about.
+    QObject::connect(
+        &application, &QGuiApplication::commitDataRequest, &application,
+        [&](QSessionManager&) { desktop.Close(*program); });
     if (!RunGuarded(desktop.Dialogs, [&program] { program->Start(); }))
         application.Terminate(); // a start that broke off leaves nothing to work with
     application.Run();

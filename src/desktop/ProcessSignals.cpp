@@ -39,19 +39,26 @@ TProcessSignals::TProcessSignals() {
     Notifier = std::make_unique<QSocketNotifier>(Pipe[0], QSocketNotifier::Read);
     QObject::connect(Notifier.get(), &QSocketNotifier::activated, Notifier.get(), [this] { Read(); });
     writeEnd = Pipe[1];
-    for (const int number : {SIGINT, SIGTERM, SIGUSR1})
-        SetAction(number, WriteSignal);
+    struct sigaction before = {};
+    TakesHangUp = sigaction(SIGHUP, nullptr, &before) == 0 && before.sa_handler != SIG_IGN;
+    SetActions(WriteSignal);
 }
 
 TProcessSignals::~TProcessSignals() {
     if (!Notifier)
         return;
-    for (const int number : {SIGINT, SIGTERM, SIGUSR1})
-        SetAction(number, SIG_DFL);
+    SetActions(SIG_DFL);
     writeEnd = -1;
     Notifier.reset();
     close(Pipe[0]);
     close(Pipe[1]);
+}
+
+void TProcessSignals::SetActions(void (*handler)(int)) const {
+    for (const int number : {SIGINT, SIGTERM, SIGUSR1})
+        SetAction(number, handler);
+    if (TakesHangUp)
+        SetAction(SIGHUP, handler);
 }
 
 void TProcessSignals::Read() {

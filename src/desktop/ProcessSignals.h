@@ -8,8 +8,9 @@
 
 namespace tidewell {
 
-// Brings SIGINT and SIGTERM (end) and SIGUSR1 (report) into the event loop. One object at a time; the default
-// actions are back when it dies, and stay where the pipe that it needs cannot be had.
+// Brings SIGINT, SIGTERM and, unless it is ignored, SIGHUP (end) and SIGUSR1 (report) into the event loop.
+// One object at a time; the default actions are back when it dies, and stay where the pipe that it needs
+// cannot be had.
 class TProcessSignals {
   public:
     TProcessSignals();
@@ -21,7 +22,10 @@ class TProcessSignals {
     TEvent<> OnReport;
 
   private:
+    void SetActions(void (*handler)(int)) const;
     void Read();
+
+    bool TakesHangUp = false; // a closed terminal ends the program, unless it was started to survive that
 
     int Pipe[2] = {-1, -1};
     std::unique_ptr<QSocketNotifier> Notifier;

@@ -236,19 +236,30 @@ fs::path TLiveLog::WriteRows(IFileWriter& file, std::string_view header) {
     return place;
 }
 
-void TLiveLog::KeepRows() {
-    if (Needs.Buffers.SavedRows == Needs.Buffers.DatalogCount)
-        return;
-    const std::string rows = std::to_string(Needs.Buffers.DatalogCount - Needs.Buffers.SavedRows);
-    try {
-        const fs::path kept = Needs.Paths.directorypath / "log" / "kept";
-        Needs.Files.CreateDirectories(kept);
-        const auto file = Needs.Files.Create(kept / ("datalog" + NowStamp(Needs.Clock) + ".csv"));
-        const fs::path path = WriteRows(*file, Needs.Buffers.Header);
-        Needs.MemoEventLog.Add(FillText(Texts.Kept, {rows, path.string()}));
-    } catch (const std::exception& error) {
-        Tell(FillText(Texts.NotKept, {rows, error.what()}));
-    }
+std::size_t TLiveLog::UnsavedRows() const {
+    return Needs.Buffers.DatalogCount - Needs.Buffers.SavedRows;
+}
+
+std::optional<fs::path> TLiveLog::KeepRows() {
+    if (UnsavedRows() == 0)
+        return std::nullopt;
+    const std::string rows = std::to_string(UnsavedRows());
+    std::vector<fs::path> folders{Needs.Paths.directorypath / "log" / "kept"};
+    folders.insert(folders.end(), Needs.SpareFolders.begin(), Needs.SpareFolders.end());
+    std::string failure;
+    for (const fs::path& folder : folders)
+        try {
+            Needs.Files.CreateDirectories(folder);
+            const auto file = Needs.Files.Create(folder / ("datalog" + NowStamp(Needs.Clock) + ".csv"));
+            const fs::path path = WriteRows(*file, Needs.Buffers.Header);
+            Needs.MemoEventLog.Add(FillText(Texts.Kept, {rows, path.string()}) +
+                                   (failure.empty() ? "" : ": " + failure));
+            return path;
+        } catch (const std::exception& error) {
+            failure += (failure.empty() ? "" : "; ") + std::string(error.what());
+        }
+    Tell(FillText(Texts.NotKept, {rows, failure}));
+    return std::nullopt;
 }
 
 std::string TLiveLog::CreateDatalogHeader() const {

@@ -21,6 +21,7 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,6 +59,7 @@ struct TLiveLogTexts : TOwnTexts {
     TOwnText NoValues{*this, "NoValues", "The profile asks the device for no value, so the log gets no row."};
     TOwnText Kept{*this, "Kept", "The rows that no file held (%1) are kept in %2"};              // path
     TOwnText NotKept{*this, "NotKept", "The rows that no file held (%1) could not be kept: %2"}; // reason
+    TOwnText NotSaved{*this, "NotSaved", "%1 rows are not saved. Close the program?"};
 };
 
 // Turns each finished poll cycle into one row of the log, draws it, and saves the log. The log lives in
@@ -93,6 +95,7 @@ class TLiveLog : public ILogControl, public TControls {
         const TCurrentInifilesPath& Paths;
         const TExtensions& Extensions;
         const TExclusiveUse& Opening; // of a file or a profile
+        const std::vector<std::filesystem::path>& SpareFolders;
     };
 
     TLiveLog(TForm& form, const TNeeds& needs);
@@ -117,6 +120,11 @@ class TLiveLog : public ILogControl, public TControls {
     // A new file; gives its place. Makes the last level of the directory if it is missing. Throws
     // EInOutError.
     std::filesystem::path SaveDataLogFile(const std::filesystem::path& wanted);
+    // Rows of the log that no file holds.
+    std::size_t UnsavedRows() const;
+    // Puts a log with such rows into log/kept, or else the first spare folder that takes it. The event log
+    // names the file, or the failure; neither asks or throws.
+    std::optional<std::filesystem::path> KeepRows();
     std::string CreateDatalogHeader() const;
     void SaveUserDatalog1Click();
 
@@ -140,8 +148,6 @@ class TLiveLog : public ILogControl, public TControls {
     std::exception_ptr LogRow(const std::array<std::string_view, 7>& strings);
     void Tell(const std::string& line); // on the form and in the event log
     void SavePartialFile();
-    // Before the log is cleared: rows that no file holds go to log/kept. A failure is told and stops nothing.
-    void KeepRows();
     std::filesystem::path WriteRows(IFileWriter& file, std::string_view header);
     std::filesystem::path UserLogDirectory() const;
     TDatalogRows Rows() const;

@@ -1,6 +1,8 @@
 #include "mainform/CloseDown.h"
 
 #include "core/Configuration.h"
+#include "core/Errors.h"
+#include "core/Extensions.h"
 #include "core/Guard.h"
 #include "core/KvSupport.h"
 #include "core/Paths.h"
@@ -32,6 +34,16 @@ void TCloseDown::FormCloseQuery(bool& mayClose) {
     if (AskBeforeClose && update.Running())
         mayClose = Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation, update.Texts.CloseProgram,
                                                 EButtons::YesNo) == EModalResult::Yes;
+    const std::size_t rows = Needs.LiveLog.UnsavedRows();
+    if (mayClose && MayAskForPlace() && CloseAgain->Enabled() && rows > 0)
+        mayClose =
+            Ports.Dialogs.ShowMessageBox(EMessageKind::Confirmation,
+                                         FillText(Needs.LiveLog.Texts.NotSaved, {std::to_string(rows)}),
+                                         EButtons::YesNo) == EModalResult::Yes;
+}
+
+bool TCloseDown::MayAskForPlace() const {
+    return AskBeforeClose && Needs.Extensions.CloseAsk;
 }
 
 void TCloseDown::FormClose() {
@@ -44,11 +56,30 @@ void TCloseDown::FormClose() {
             RunGuarded(Ports.Dialogs, save);
     }
     CloseAgain->SetEnabled(false);
+    SaveElsewhere();
     for (ITimer* timer : Needs.Timers)
         timer->SetEnabled(false);
     Needs.Device.stopLog();
     Needs.UserFolder.DeleteNabtoUserFolder();
     Ports.Application.Terminate();
+}
+
+void TCloseDown::SaveElsewhere() {
+    if (MayAskForPlace() && Needs.LiveLog.UnsavedRows() > 0)
+        RunGuarded(Ports.Dialogs, [this] { Needs.LiveLog.SaveUserDatalog1Click(); });
+    if (Needs.LiveLog.UnsavedRows() == 0)
+        return;
+    const auto place = Needs.LiveLog.KeepRows();
+    const std::vector<std::string>& events = Needs.FormMain.MemoEventLog.Lines();
+    Ports.Application.WriteError(events.back());
+    if (!place)
+        return;
+    try {
+        WriteLines(*Ports.Files.Create(place->parent_path() / (DateTimeStamp(Ports.Clock) + "eventlog.log")),
+                   events);
+    } catch (const EInOutError& error) {
+        Ports.Application.WriteError(error.what());
+    }
 }
 
 std::vector<std::function<void()>> TCloseDown::ClosingSaves() {

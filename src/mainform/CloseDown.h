@@ -17,6 +17,7 @@ class TNabtoUserFolder;
 class TProfile;
 struct TConfiguration;
 struct TCurrentInifilesPath;
+struct TExtensions;
 
 // The close of the main form: what is kept, and the end of all that runs.
 class TCloseDown {
@@ -24,6 +25,7 @@ class TCloseDown {
     struct TNeeds {
         const TCurrentInifilesPath& Paths;
         const TConfiguration& Configuration;
+        const TExtensions& Extensions;
         TFormMain& FormMain;
         TNabtoDevice& Device;
         TNabtoUserFolder& UserFolder;
@@ -35,10 +37,11 @@ class TCloseDown {
     };
     TCloseDown(const TPorts& ports, TNeeds needs);
 
-    // Asks before a firmware update is cut off by the close.
+    // Asks before a firmware update is cut off by the close, and, with the key, before rows are lost.
     void FormCloseQuery(bool& mayClose);
     // The first failure to save keeps the form open, so that the log can be saved elsewhere; a second close
-    // within a minute saves what it can and ends.
+    // within a minute saves what it can and ends. Rows that have no file then go to the first place that
+    // takes them, together with the event log.
     void FormClose();
 
     bool AskBeforeClose = true; // false when nobody is there to answer
@@ -46,6 +49,9 @@ class TCloseDown {
   private:
     // What is kept, in order. Each may throw.
     std::vector<std::function<void()>> ClosingSaves();
+
+    bool MayAskForPlace() const;
+    void SaveElsewhere();
 
     const TPorts& Ports;
     const TNeeds Needs;

@@ -40,6 +40,7 @@ struct TStartOptions {
     std::filesystem::path Executable; // for the start anew after a change of language
     std::vector<std::string> Arguments;
     Tsysteminfo Version;
+    std::vector<std::filesystem::path> SpareFolders; // for a log that its own folder does not take, in order
 };
 
 } // namespace tidewell

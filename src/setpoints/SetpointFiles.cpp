@@ -103,7 +103,7 @@ const std::string* TSetpointFiles::ReadDevice() {
 }
 
 std::vector<std::string> TSetpointFiles::HeadLines(const std::string& deviceName) const {
-    return {"Created at : " + DigitsOnly(Needs.Clock.ShortDate(Needs.Clock.Now())) + ";",
+    return {"Created at : " + StampDigits(Needs.Clock.ShortDate(Needs.Clock.Now())) + ";",
             "Device name : " + deviceName + ";", "Profile : " + Needs.Panel.GlobalPlsFilePath.string() + ";",
             "SetpointName;Formatted value;RawValue;Min;Max;Decimal;Offset;ModbusAdr;Enhed;User1;User2;User3;"
             "User4;User5;"};

@@ -84,6 +84,23 @@ TEST_F(DiskFiles, WhatIsNotCommittedLeavesTheOldFile) {
     EXPECT_THAT(Files.List(Directory, "*"), ElementsAre("a"));
 }
 
+// Writers side by side, as of two programs: each file has a place of its own.
+TEST_F(DiskFiles, ANewFileReplacesNone) {
+    Put("a.log", "old");
+    const auto one = Files.Create(Directory / "a.log");
+    const auto other = Files.Create(Directory / "a.log");
+    one->Write("one");
+    other->Write("other");
+    EXPECT_EQ(other->Commit(), Directory / "a-2.log");
+    fs::create_symlink("nowhere", Directory / "a-3.log");
+    EXPECT_EQ(one->Commit(), Directory / "a-4.log");
+    EXPECT_EQ(Files.Read(Directory / "a.log") + Files.Read(Directory / "a-2.log") +
+                  Files.Read(Directory / "a-4.log"),
+              "oldotherone");
+    EXPECT_THROW(Files.Create(Directory / "none" / "a"), EInOutError);
+    EXPECT_THAT(Files.List(Directory, "*"), ElementsAre("a-2.log", "a-3.log", "a-4.log", "a.log"));
+}
+
 TEST_F(DiskFiles, ReplacesInPlaceAndLeavesWhatIsReadOnly) {
     Put("a", "old");
     EXPECT_EQ(fs::status(Directory / "a").permissions(), fs::perms(0644));

@@ -82,8 +82,10 @@ TEST(ProgramTest, AnswersHelpAndVersionWithoutADisplayOrAnInstallation) {
 
 TEST(ProgramTest, SignalsEndItInOrder) {
     // Side by side, for the time of their start.
+    const auto hangUp = std::signal(SIGHUP, SIG_IGN); // as nohup does
     TRealProgram quiet(
         "[Port]\nPortScan=TRUE\n[Profile]\nAutoloadProfile=TRUE\n[CommInitModbus]\nDebugEnable=0\n");
+    std::signal(SIGHUP, hangUp);
     TRealProgram asking("[CommInitModbus]\nDebugEnable=0\n"); // for a profile
     TRealProgram incomplete(nullptr);
     ASSERT_TRUE(quiet.ShowsMainForm() && asking.ShowsMainForm());
@@ -93,14 +95,16 @@ TEST(ProgramTest, SignalsEndItInOrder) {
     const QByteArray shown = commandLine.readAll();
     EXPECT_TRUE(shown.contains("me") && !shown.contains("secret"));
     QFile::remove(quiet.Screenshot());
+    quiet.Signal(SIGHUP);
+    EXPECT_FALSE(quiet.Process.waitForFinished(300));
     quiet.Signal(SIGTERM);
     quiet.ExpectEnd(1);
     EXPECT_EQ(quiet.LogFiles("datalog"), 1);
     EXPECT_FALSE(QImage(quiet.Screenshot()).isNull()); // as it was at the close
     QTest::qWait(500);                                 // the dialog comes 200 ms after the main form
-    asking.Signal(SIGINT);
+    asking.Signal(SIGHUP);
     asking.ExpectEnd(1);
-    incomplete.Signal(SIGTERM); // below what it says
+    incomplete.Signal(SIGINT); // below what it says
     incomplete.ExpectEnd(0);
 }
 

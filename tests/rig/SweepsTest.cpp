@@ -100,7 +100,6 @@ class TSweep {
         for (int attempt = 0; attempt < 2 && program.FormMain.Visible();
              ++attempt) // of which the first may fail
             RunGuarded(Journey, [&program] { program.FormMain.Close(); });
-        EXPECT_TRUE(Journey.World.Application.IsTerminated);
         Journey.Ended = true;
         Closed = true;
         Boxes = Journey.Boxes.size();
@@ -157,6 +156,7 @@ class TSweep {
     void End() {
         if (!Journey.World.Program || !Closed)
             return;
+        EXPECT_TRUE(Journey.World.Application.IsTerminated);
         Journey.World.Time.OnWait = nullptr;
         Journey.World.Time.Advance(600000);
         EXPECT_TRUE(Journey.World.Time.Idle()) << "a timer runs behind the close";

@@ -183,7 +183,6 @@ TEST(TUpdates, EachRoadItsPacketsAndItsRepeat) {
         "1 1:1 300| -> ping, prepare 1, ready, 8 #1 x256, 8 #2 x44, 8 #3-16, 8 #17 x256, 8 #18 x44, 11, "
         "test; OK 71345",
         "1 1:1 4097| -> ping, prepare 1, ready, data x1, 11 #1 x1, test; OK 71330",
-        "1 1:1 8192| -> ping, prepare 1, ready, 8 #1-32 x256, 8 #33, 11 #2 x1, test; OK 71570",
         "1 1:2 4097| -> ping, prepare 1, 15, 5, 7, 14 *5, data x1, test; OK 70320",
     });
 }
@@ -218,7 +217,6 @@ TEST(TUpdates, FaultsBeforeTheData) {
         "->1; OK 74285",
         "1 1:2 4096|Refuse=6; state=14 -> ping, prepare 1, 15, 5, 7, 14; log: Wait RPC  Pre erase status "
         "->6; Error 530",
-        "1 1:2 4096|Refuse=7; state=14 -> ping, prepare 1, 15, 5, 7, 14 *6, data, test; OK 70825",
     });
 }
 

@@ -78,7 +78,8 @@ void TWorld::Start(IDialogs& dialogs, std::vector<std::string> arguments) {
     };
     Program =
         Build(TPorts{dialogs, Time, Time, Time, Files, KHelper, Process, Application, Pictures, makeHttp},
-              TStartOptions{"/t", "/t/tidewell", std::move(arguments), Tsysteminfo{1, 0, 0, 1}});
+              TStartOptions{
+                  "/t", "/t/tidewell", std::move(arguments), Tsysteminfo{1, 0, 0, 1}, {"/spare", "/tmp"}});
     if (OnBuilt)
         OnBuilt();
     Program->Start();
