@@ -69,6 +69,8 @@ TConfiguration ReadConfiguration(const TIniFile& systemFile) {
     read("Time", timer.Time, 1);
     read("XAxisJump", timer.XAxisJump, 1);
     read("DatalogCount", timer.DatalogCount, 0);
+    result.JournalSyncTime =
+        ReadNumber(systemFile, "Journal", "SyncTime", result.JournalSyncTime, 1, largest, result.Replaced);
     return result;
 }
 

@@ -57,6 +57,7 @@ struct TConfiguration {
     TLogAutoStart LogAutoStart;
     bool DebugEnable = false;
     TUpdateTimerSettings UpdateTimer;
+    std::int32_t JournalSyncTime = 5000; // ms
     TReplacedNumbers Replaced;
 };
 

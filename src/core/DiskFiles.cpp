@@ -80,6 +80,18 @@ class TDiskReader : public IFileReader {
     struct stat Info {};
 };
 
+void WriteAll(int descriptor, std::string_view bytes, const fs::path& path) {
+    while (!bytes.empty()) {
+        const auto written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0) {
+            if (errno == EINTR)
+                continue;
+            Fail("Cannot write", path, errno);
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
 // False: there is such a file.
 bool MoveToFree(const fs::path& from, const fs::path& to) {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
@@ -118,17 +130,7 @@ class TDiskWriter : public IFileWriter {
             ::unlink(Temporary.c_str());
     }
 
-    void Write(std::string_view bytes) override {
-        while (!bytes.empty()) {
-            const auto written = ::write(Descriptor.Get(), bytes.data(), bytes.size());
-            if (written < 0) {
-                if (errno == EINTR)
-                    continue;
-                Fail("Cannot write", Target, errno);
-            }
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-        }
-    }
+    void Write(std::string_view bytes) override { WriteAll(Descriptor.Get(), bytes, Target); }
 
     fs::path Commit() override {
         // What the disk has not taken by now, such as a delayed "disk full", must show before the old file
@@ -153,6 +155,32 @@ class TDiskWriter : public IFileWriter {
     std::string Temporary;
     TDescriptor Descriptor;
     bool Committed = false;
+};
+
+class TDiskAppender : public IFileWriter {
+  public:
+    // Nothing: there is such a file, or another program has taken the new one.
+    static std::unique_ptr<TDiskAppender> Make(const fs::path& path) {
+        TDescriptor file(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_CLOEXEC, newMode));
+        if (file.Get() < 0 && errno != EEXIST)
+            Fail("Cannot write", path, errno);
+        struct stat info {};
+        const bool held = file.Get() >= 0 && ::flock(file.Get(), LOCK_EX | LOCK_NB) == 0 &&
+                          ::fstat(file.Get(), &info) == 0 && info.st_nlink > 0;
+        return held ? std::make_unique<TDiskAppender>(path, std::move(file)) : nullptr;
+    }
+    TDiskAppender(fs::path path, TDescriptor file) : Path(std::move(path)), File(std::move(file)) {}
+
+    void Write(std::string_view bytes) override { WriteAll(File.Get(), bytes, Path); }
+    fs::path Commit() override {
+        if (::fdatasync(File.Get()) != 0)
+            Fail("Cannot write", Path, errno);
+        return Path;
+    }
+
+  private:
+    fs::path Path;
+    TDescriptor File;
 };
 
 // Who made a file read-only wants it kept, even by a user whom its mode does not bind.
@@ -225,6 +253,13 @@ std::unique_ptr<IFileWriter> TDiskFiles::Replace(const fs::path& path) {
 
 std::unique_ptr<IFileWriter> TDiskFiles::Create(const fs::path& wanted) {
     return std::make_unique<TDiskWriter>(wanted, ETarget::New, newMode);
+}
+
+std::unique_ptr<IFileWriter> TDiskFiles::Append(const fs::path& wanted) {
+    std::unique_ptr<TDiskAppender> file;
+    for (int number = 1; !file; ++number)
+        file = TDiskAppender::Make(NumberedPath(wanted, number));
+    return file;
 }
 
 bool TDiskFiles::FileExists(const fs::path& path) const {

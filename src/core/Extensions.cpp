@@ -25,6 +25,10 @@ constexpr std::array keys{
     TExtensionKey{"Close", "Ask", &TExtensions::CloseAsk,
                   "the close asks where rows go that it cannot save, and asks again before it ends without "
                   "them"},
+    TExtensionKey{
+        "Journal", "Enabled", &TExtensions::JournalEnabled,
+        "each row of a running log is written to a journal at once, from which the next start recovers a "
+        "log that was cut off"},
 };
 
 } // namespace

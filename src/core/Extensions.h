@@ -17,6 +17,7 @@ struct TExtensions {
     bool ServiceStrict = false;
     bool LogonPrivatePassword = false;
     bool CloseAsk = false;
+    bool JournalEnabled = false;
 };
 
 struct TExtensionKey {

@@ -58,6 +58,10 @@ void TDatalogReader::OpenDatalogfile1Click() {
         Needs.FileProgressBar.SetVisible(false);
         return;
     }
+    Show(paths);
+}
+
+void TDatalogReader::Show(const std::vector<std::filesystem::path>& paths) {
     Needs.Log.StopLog();
     Needs.GraphPage.ClearGraphPage();
     Needs.GraphPage.DatalogFileOpen = true;

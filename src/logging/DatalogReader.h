@@ -45,6 +45,9 @@ class TDatalogReader {
     // begins with an empty file, or holds no rows but one, and EInOutError.
     void OpenDatalogfile1Click();
 
+    // The same for files that were chosen elsewhere.
+    void Show(const std::vector<std::filesystem::path>& paths);
+
     void TakeTexts(const TIniFile& language);
 
   private:

@@ -35,11 +35,18 @@ void WriteRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row,
 
 } // namespace
 
+void WriteDatalogRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row) {
+    if (row < rows.Values.Rows())
+        WriteRow(out, rows, row, rows.Values.Run(row).Row(0));
+    else // counted, but its cycle brought nothing
+        WriteRow(out, rows, row, {});
+}
+
 std::filesystem::path WriteDatalog(IFileWriter& file, const TDatalogRows& rows, std::string_view header) {
     TBlockWriter out(file);
     for (std::size_t row = 0; row < rows.Count;) {
-        if (row >= rows.Values.Rows()) { // counted, but its cycle brought nothing
-            WriteRow(out, rows, row++, {});
+        if (row >= rows.Values.Rows()) {
+            WriteDatalogRow(out, rows, row++);
             continue;
         }
         const TRawLog::TRun run = rows.Values.Run(row);

@@ -9,6 +9,7 @@
 
 namespace tidewell {
 
+class TBlockWriter;
 class TRawLog;
 class TTextColumn;
 
@@ -21,6 +22,8 @@ struct TDatalogRows {
     std::size_t FirstText = 0; // entry of Dates and Times that belongs to the first row
 };
 
+// One row, with the end of its line.
+void WriteDatalogRow(TBlockWriter& out, const TDatalogRows& rows, std::size_t row);
 // Writes <number from 1>;<date>;<time>;<values>; per row and then the header line, each ended by CR LF. The
 // file is complete then; its place is given. Throws EInOutError, or EListError when a row has no date or
 // time.

@@ -40,13 +40,17 @@ std::array<std::string_view, 7> TUpdateTimerCallBackEvents::Strings() const {
 
 TLiveLog::TLiveLog(TForm& form, const TNeeds& needs)
     : TControls(form), UpdateTimer(needs.Timers.CreateTimer()), TimerLogAutostart(needs.Timers.CreateTimer()),
-      Needs(needs) {
+      Needs(needs), Journal(needs.Files, needs.Clock) {
     UpdateTimer->SetInterval(1000);
     UpdateTimer->SetHandler([this] { UpdateTimerTimer(); });
     Needs.TrafficButton.SetColor(StoppedColor);
     TimerLogAutostart->SetInterval(5000);
     TimerLogAutostart->SetHandler([this] { TimerLogAutostartTimer(); });
-    Needs.Buffers.OnClear = [this] { KeepRows(); };
+    Needs.Buffers.OnClear = [this] {
+        KeepRows();
+        Journal.Leave();
+        JournalStopped = false;
+    };
 }
 
 void TLiveLog::TakeTexts(const TIniFile& language) {
@@ -90,6 +94,7 @@ void TLiveLog::UpdateTimerTimer() {
     if (!std::all_of(strings.begin(), strings.end(), [](std::string_view text) { return text.empty(); }))
         failure = LogRow(strings);
     ++Needs.Buffers.DatalogCount;
+    WriteJournal();
     if (failure)
         std::rethrow_exception(failure);
 }
@@ -233,7 +238,39 @@ fs::path TLiveLog::SaveDataLogFile(const fs::path& wanted) {
 fs::path TLiveLog::WriteRows(IFileWriter& file, std::string_view header) {
     fs::path place = WriteDatalog(file, Rows(), header);
     Needs.Buffers.SavedRows = Needs.Buffers.DatalogCount;
+    Journal.Drop();
     return place;
+}
+
+void TLiveLog::WriteJournal() {
+    if (!Needs.Extensions.JournalEnabled || JournalStopped)
+        return;
+    try {
+        Journal.Add(Needs.Paths.directorypath / "log" / "journal", Rows(), Needs.Buffers.SavedRows,
+                    Needs.Buffers.Header, JournalSyncTime);
+    } catch (const EInOutError& error) { // the log itself goes on
+        JournalStopped = true;
+        Tell(FillText(Texts.JournalFailed, {error.what()}));
+    }
+}
+
+void TLiveLog::RecoverJournals() {
+    for (const fs::path& journal : JournalsLeft(Needs.Files, Needs.Paths.directorypath / "log" / "journal"))
+        try {
+            const auto log = RecoverJournal(Needs.Files, journal, Needs.Paths.directorypath / "log" / "kept");
+            if (!log)
+                continue;
+            const std::string line =
+                FillText(Texts.Recovered, {std::to_string(log->Rows), log->Path.string()});
+            Needs.MemoEventLog.Add(line);
+            NoticeRecovered.Show(line);
+            NoticeRecovered.OfferAction(Texts.OpenRecovered, [this, found = *log] {
+                NoticeRecovered.Clear();
+                OnOpenRecovered(found);
+            });
+        } catch (const EInOutError& error) {
+            Tell(FillText(Texts.NotRecovered, {journal.string(), error.what()}));
+        }
 }
 
 std::size_t TLiveLog::UnsavedRows() const {

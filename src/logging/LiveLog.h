@@ -14,6 +14,7 @@
 #include "core/ports/ITimers.h"
 #include "graph/GraphPage.h"
 #include "logging/DatalogWriter.h"
+#include "logging/Journal.h"
 #include "logging/LogBuffers.h"
 
 #include <array>
@@ -57,8 +58,14 @@ struct TLiveLogTexts : TOwnTexts {
     TOwnText AutoStartSpared{*this, "AutoStartSpared",
                              "A datalog file is open: the log does not start by itself"};
     TOwnText NoValues{*this, "NoValues", "The profile asks the device for no value, so the log gets no row."};
-    TOwnText Kept{*this, "Kept", "The rows that no file held (%1) are kept in %2"};              // path
-    TOwnText NotKept{*this, "NotKept", "The rows that no file held (%1) could not be kept: %2"}; // reason
+    TOwnText Kept{*this, "Kept", "The rows that no file held (%1) are kept in %2"};               // path
+    TOwnText NotKept{*this, "NotKept", "The rows that no file held (%1) could not be kept: %2"};  // reason
+    TOwnText Recovered{*this, "Recovered", "A log was cut off. Its %1 rows are recovered in %2"}; // path
+    TOwnText NotRecovered{*this, "NotRecovered",
+                          "The log of %1 could not be recovered: %2"}; // journal, reason
+    TOwnText OpenRecovered{*this, "OpenRecovered", "Open"};
+    TOwnText JournalFailed{*this, "JournalFailed",
+                           "The rows are no longer secured as they come: %1"}; // reason
     TOwnText NotSaved{*this, "NotSaved", "%1 rows are not saved. Close the program?"};
 };
 
@@ -125,6 +132,8 @@ class TLiveLog : public ILogControl, public TControls {
     // Puts a log with such rows into log/kept, or else the first spare folder that takes it. The event log
     // names the file, or the failure; neither asks or throws.
     std::optional<std::filesystem::path> KeepRows();
+    // Turns what earlier runs have left in log/journal into datalogs in log/kept, and tells it.
+    void RecoverJournals();
     std::string CreateDatalogHeader() const;
     void SaveUserDatalog1Click();
 
@@ -137,6 +146,9 @@ class TLiveLog : public ILogControl, public TControls {
     TLiveLogTexts Texts;
     TUpdateTimerCallBackEvents UpdateTimerCallBackEvents;
     TNotice NoticeNoValues{*this, "NoticeNoValues"}; // while such cycles are all that the log gets
+    TNotice NoticeRecovered{*this, "NoticeRecovered"};
+    TEvent<const TRecoveredLog&> OnOpenRecovered;
+    int JournalSyncTime = 5000; // ms
     bool DatalogOn = false;
     TNotice LogNotice{*this, "LogNotice"};           // why the log gets no rows, or has stopped
     const std::unique_ptr<ITimer> UpdateTimer;       // key Time; nothing enables it
@@ -148,6 +160,7 @@ class TLiveLog : public ILogControl, public TControls {
     std::exception_ptr LogRow(const std::array<std::string_view, 7>& strings);
     void Tell(const std::string& line); // on the form and in the event log
     void SavePartialFile();
+    void WriteJournal();
     std::filesystem::path WriteRows(IFileWriter& file, std::string_view header);
     std::filesystem::path UserLogDirectory() const;
     TDatalogRows Rows() const;
@@ -162,6 +175,8 @@ class TLiveLog : public ILogControl, public TControls {
 
     TNeeds Needs;
     std::string MessageLoggingStart, MessageLoggingStop, MessageClearGraphData, DialogSaveDatalogFile;
+    TJournal Journal;
+    bool JournalStopped = false; // until the log is begun anew
     bool NoValuesTold = false;
     TPartial LastPartial;
     std::string Line;                 // the data line at hand; kept for its memory

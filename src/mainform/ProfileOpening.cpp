@@ -67,14 +67,18 @@ void TProfileOpening::OpenFileProfile() {
     dialog.FileMustExist = true;
     dialog.Filters = OpenDialogFilters();
     if (const auto path = Ports.Dialogs.OpenFile(dialog)) {
-        Needs.Paths.plsfile = *path;
-        OpenProfile(*path);
-        ReloadDeviceData();
+        OpenAndReload(*path);
     } else {
         Needs.Profile.ProfileLoaded = false;
         Needs.Paths.plsfile.clear();
         NoticeProfile.Clear();
     }
+}
+
+void TProfileOpening::OpenAndReload(const std::filesystem::path& path) {
+    Needs.Paths.plsfile = path;
+    OpenProfile(path);
+    ReloadDeviceData();
 }
 
 void TProfileOpening::ReloadDeviceData() {

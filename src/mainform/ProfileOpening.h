@@ -59,6 +59,7 @@ class TProfileOpening : public TControls {
 
     void OpenProfile2Click();
     void OpenProfile(const std::filesystem::path& path);
+    void OpenAndReload(const std::filesystem::path& path);
     // What is wrong with the file of the open profile, if anything: in the event log and on the form.
     void TellFault();
     // Asks for a file. A cancel leaves the program with no profile.

@@ -118,12 +118,13 @@ void TProgram::ConnectMainForm() {
         SetpointPage.ArrangeAgain();
     };
     main.Notices = {&ProfileOpening.NoticeProfile, &LiveLog.NoticeNoValues, &LiveLog.LogNotice,
-                    &NabtoDevice.ErrorLogNotice};
+                    &LiveLog.NoticeRecovered, &NabtoDevice.ErrorLogNotice};
     GraphPage.Exportdatatocsv1.OnClick = [this] { CsvExport.Exportdatatocsv1Click(); };
     SetpointPage.Savesetpoints1.OnClick = [this] { SetpointFiles.Savesetpoints1Click(); };
     SetpointPage.Loadsetpointfromfile1.OnClick = [this] { SetpointFiles.Loadsetpointfromfile1Click(); };
     Connections.push_back(ReadBack.Changed.Connect([this] { ShowReadBack(); }));
     LiveLog.OnDataLine = [this](const std::string& line) { SetpointPage.ApplyDataLine(line); };
+    LiveLog.OnOpenRecovered = [this](const TRecoveredLog& log) { OpenRecovered(log); };
     LiveLog.OnNoProfile = [this] {
         FormMain.TabSetpoint.SetVisible(true);
         FormMain.WindowSetpoint1.SetEnabled(true);
@@ -242,6 +243,16 @@ void TProgram::TakeTexts() {
     GraphPage.TakeTexts(language);
     SetpointPage.TakeTexts(language);
     ProfileOpening.TakeTexts(language);
+}
+
+void TProgram::OpenRecovered(const TRecoveredLog& log) {
+    const TExclusiveUse::THold hold(Opening);
+    if (!hold)
+        return;
+    LiveLog.StopLog();
+    ProfileOpening.OpenAndReload(log.Profile);
+    if (Profile.ProfileLoaded)
+        DatalogReader.Show({log.Path});
 }
 
 void TProgram::Finish() {

@@ -110,6 +110,7 @@ class TProgram {
     // Those of another device, or another profile, must not stand beside what is shown now.
     void ForgetValues();
     void ShowReadBack();
+    void OpenRecovered(const TRecoveredLog& log);
 
     std::vector<TConnection> Connections;
 };

@@ -56,6 +56,7 @@ void TStartUp::FormCreate() {
     InitTimer->SetEnabled(true);
     Needs.SignIn.KeepAliveTimer->SetEnabled(true);
     CreateDirectories();
+    Needs.LiveLog.RecoverJournals();
     Needs.SetpointPage.CategoryPanelDebug.SetCollapsed(false);
     Needs.GraphPage.GraphZoomFactor = 1;
 }
@@ -68,6 +69,7 @@ void TStartUp::ReadSystemFile() {
     Needs.FormMain.TrafficButton.SetCaption(Needs.LiveLog.TrafficButtonOFF);
     Needs.LiveLog.UpdateTimer->SetInterval(configuration.UpdateTimer.Time);
     Needs.LiveLog.UpdateTimerCallBackEvents.XAxisJump = configuration.UpdateTimer.XAxisJump;
+    Needs.LiveLog.JournalSyncTime = configuration.JournalSyncTime;
     Needs.LiveLog.UpdateTimerCallBackEvents.DatalogCount = configuration.UpdateTimer.DatalogCount;
     Needs.GraphPage.XAxisJump = configuration.UpdateTimer.XAxisJump;
 }

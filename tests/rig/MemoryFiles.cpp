@@ -105,6 +105,39 @@ std::unique_ptr<IFileWriter> TMemoryFiles::Create(const std::filesystem::path& w
     return writer;
 }
 
+namespace {
+
+class TAppender : public IFileWriter {
+  public:
+    TAppender(TMemoryFiles& files, std::filesystem::path path) : Files(files), Path(std::move(path)) {
+        Files.Content[Path];
+        Files.Locked.insert(Path);
+    }
+    TAppender(const TAppender&) = delete;
+    TAppender& operator=(const TAppender&) = delete;
+    ~TAppender() override { Files.Locked.erase(Path); }
+    void Write(std::string_view bytes) override {
+        if (Files.OnWrite)
+            Files.OnWrite(Path);
+        if (bytes.size() > Files.Room)
+            throw EInOutError("Cannot write " + Path.string() + ": No space left on device");
+        Files.Room -= bytes.size();
+        Files.Content[Path] += bytes;
+    }
+    std::filesystem::path Commit() override { return Path; }
+
+  private:
+    TMemoryFiles& Files;
+    std::filesystem::path Path;
+};
+
+} // namespace
+
+std::unique_ptr<IFileWriter> TMemoryFiles::Append(const std::filesystem::path& wanted) {
+    MakeWriter(wanted); // which fails where this does
+    return std::make_unique<TAppender>(*this, UnusedPath(*this, Plain(wanted)));
+}
+
 std::unique_ptr<TMemoryFiles::TWriter> TMemoryFiles::MakeWriter(const std::filesystem::path& path) {
     const auto plain = Plain(path);
     if (IsUnwritable(plain))

@@ -36,6 +36,7 @@ class TMemoryFiles : public IFiles {
     std::unique_ptr<IFileReader> Open(const std::filesystem::path& path) const override;
     std::unique_ptr<IFileWriter> Replace(const std::filesystem::path& path) override;
     std::unique_ptr<IFileWriter> Create(const std::filesystem::path& wanted) override;
+    std::unique_ptr<IFileWriter> Append(const std::filesystem::path& wanted) override;
     bool FileExists(const std::filesystem::path& path) const override;
     bool DirectoryExists(const std::filesystem::path& path) const override;
     void CreateDirectories(const std::filesystem::path& path) override;
