@@ -10,11 +10,15 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace tidewell {
@@ -157,6 +161,47 @@ class TDiskWriter : public IFileWriter {
     bool Committed = false;
 };
 
+// Makes a file durable in a thread of its own, since a slow disk takes its time.
+class TSync {
+  public:
+    explicit TSync(int descriptor) : Descriptor(descriptor), Thread([this] { Run(); }) {}
+    TSync(const TSync&) = delete;
+    TSync& operator=(const TSync&) = delete;
+    ~TSync() {
+        Tell(Ended);
+        Thread.join();
+    }
+    void Start() { Tell(Wanted); }
+    int Error() const { return Failure; } // of an earlier one; 0: none
+
+  private:
+    void Tell(bool& what) {
+        const std::lock_guard lock(Mutex);
+        what = true;
+        Told.notify_one();
+    }
+    void Run() {
+        std::unique_lock lock(Mutex);
+        for (;;) {
+            Told.wait(lock, [this] { return Wanted || Ended; });
+            if (!std::exchange(Wanted, false))
+                return;
+            lock.unlock();
+            if (::fdatasync(Descriptor) != 0)
+                Failure = errno;
+            lock.lock();
+        }
+    }
+
+    const int Descriptor;
+    std::mutex Mutex; // of the two flags
+    std::condition_variable Told;
+    bool Wanted = false;
+    bool Ended = false;
+    std::atomic<int> Failure = 0;
+    std::thread Thread;
+};
+
 class TDiskAppender : public IFileWriter {
   public:
     // Nothing: there is such a file, or another program has taken the new one.
@@ -169,18 +214,28 @@ class TDiskAppender : public IFileWriter {
                           ::fstat(file.Get(), &info) == 0 && info.st_nlink > 0;
         return held ? std::make_unique<TDiskAppender>(path, std::move(file)) : nullptr;
     }
-    TDiskAppender(fs::path path, TDescriptor file) : Path(std::move(path)), File(std::move(file)) {}
+    TDiskAppender(fs::path path, TDescriptor file)
+        : Path(std::move(path)), File(std::move(file)), Sync(File.Get()) {}
 
-    void Write(std::string_view bytes) override { WriteAll(File.Get(), bytes, Path); }
+    void Write(std::string_view bytes) override {
+        TellFailure();
+        WriteAll(File.Get(), bytes, Path);
+    }
     fs::path Commit() override {
-        if (::fdatasync(File.Get()) != 0)
-            Fail("Cannot write", Path, errno);
+        TellFailure();
+        Sync.Start();
         return Path;
     }
 
   private:
+    void TellFailure() const {
+        if (const int error = Sync.Error(); error != 0)
+            Fail("Cannot write", Path, error);
+    }
+
     fs::path Path;
     TDescriptor File;
+    TSync Sync;
 };
 
 // Who made a file read-only wants it kept, even by a user whom its mode does not bind.

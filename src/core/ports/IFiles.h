@@ -43,8 +43,9 @@ class IFiles {
     // NumberedPath that is free when it is complete. The directory must exist.
     virtual std::unique_ptr<IFileWriter> Create(const std::filesystem::path& wanted) = 0;
     // A new file, named as by Create, that holds its bytes as they are written and stays as it is when the
-    // program dies. It is locked for as long as the writer lives. Commit makes durable what was written, and
-    // may be called again. The directory must exist.
+    // program dies. It is locked for as long as the writer lives. Commit has what was written made durable
+    // without waiting for it, and may be called again; a failure of that is thrown by the next call. The
+    // directory must exist.
     virtual std::unique_ptr<IFileWriter> Append(const std::filesystem::path& wanted) = 0;
     virtual bool FileExists(const std::filesystem::path& path) const = 0;
     virtual bool DirectoryExists(const std::filesystem::path& path) const = 0;
