@@ -31,6 +31,15 @@ std::optional<fs::path> ChooseCsvFile(const IFiles& files, IDialogs& dialogs, co
     }
 }
 
+void KeepBackup(IFiles& files, const fs::path& path) {
+    if (!files.FileExists(path))
+        return;
+    fs::path backup = path;
+    const auto copy = files.Replace(backup += ".bak");
+    copy->Write(files.Read(path));
+    copy->Commit();
+}
+
 std::unique_ptr<IFileWriter> OpenWriter(IFiles& files, const fs::path& path, EName name) {
     return name == EName::Made ? files.Create(path) : files.Replace(path);
 }

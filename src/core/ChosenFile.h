@@ -29,6 +29,9 @@ std::optional<std::filesystem::path> ChooseCsvFile(const IFiles& files, IDialogs
                                                    const TFileDialog& dialog,
                                                    EIfKept ifKept = EIfKept::GiveUp);
 
+// What a file that is about to be replaced holds goes to "<name>.bak". Throws EInOutError.
+void KeepBackup(IFiles& files, const std::filesystem::path& path);
+
 enum class EName { Made, Chosen }; // by the program, or by the user
 std::unique_ptr<IFileWriter> OpenWriter(IFiles& files, const std::filesystem::path& path, EName name);
 

@@ -121,10 +121,11 @@ enum class ETarget { Replaced, New };
 class TDiskWriter : public IFileWriter {
   public:
     TDiskWriter(fs::path target, ETarget kind, mode_t mode)
-        : Target(std::move(target)), Kind(kind), Temporary(Target.string() + ".XXXXXX"),
+        : Target(std::move(target)), Kind(kind), Temporary(Target.string() + TemporaryMark + "XXXXXX"),
           Descriptor(::mkostemp(Temporary.data(), O_CLOEXEC)) {
         if (Descriptor.Get() < 0)
             Fail("Cannot write", Target, errno);
+        ::flock(Descriptor.Get(), LOCK_EX | LOCK_NB); // in use, for the sweep of another program
         ::fchmod(Descriptor.Get(), mode);
     }
     TDiskWriter(const TDiskWriter&) = delete;

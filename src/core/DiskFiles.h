@@ -11,6 +11,9 @@ namespace tidewell {
 bool MatchesMask(const std::string& name, const std::string& mask);
 
 // The files of this machine.
+// Stands before the last six characters of a file's name while it is being written.
+inline constexpr const char* TemporaryMark = ".tmp-";
+
 class TDiskFiles : public IFiles {
   public:
     std::string Read(const std::filesystem::path& path) const override;

@@ -29,6 +29,9 @@ constexpr std::array keys{
         "Journal", "Enabled", &TExtensions::JournalEnabled,
         "each row of a running log is written to a journal at once, from which the next start recovers a "
         "log that was cut off"},
+    TExtensionKey{
+        "Language", "KeepArguments", &TExtensions::LanguageKeepArguments,
+        "the start anew after a change of language has the arguments of the first one, but for the logon"},
 };
 
 } // namespace

@@ -18,6 +18,7 @@ struct TExtensions {
     bool LogonPrivatePassword = false;
     bool CloseAsk = false;
     bool JournalEnabled = false;
+    bool LanguageKeepArguments = false;
 };
 
 struct TExtensionKey {

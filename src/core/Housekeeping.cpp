@@ -1,5 +1,6 @@
 #include "core/Housekeeping.h"
 
+#include "core/DiskFiles.h"
 #include "core/Errors.h"
 #include "core/ports/IDialogs.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 constexpr int purgeDays = 30;
 constexpr int keptDays = 365;
+constexpr std::chrono::minutes leastAge{1};
 
 std::vector<std::filesystem::path> OldFiles(const IFiles& files, const IClock& clock,
                                             const std::filesystem::path& mask, int days) {
@@ -73,6 +75,17 @@ void CleanUpLogFiles(IFiles& files, const IClock& clock, IDialogs& dialogs,
                                  std::to_string(purgeDays) + " days. Delete files?";
     if (dialogs.ShowMessageBox(EMessageKind::Confirmation, question, EButtons::YesNo) == EModalResult::Yes)
         PurgeFiles(files, clock, mask, purgeDays, false);
+}
+
+void SweepTemporaryFiles(IFiles& files, const IClock& clock, const std::filesystem::path& folder) {
+    for (const auto& name : files.List(folder, std::string("*") + TemporaryMark + "??????"))
+        try {
+            // A young one may be that of a program that has not locked it yet.
+            if (!files.IsLocked(folder / name) && clock.Now() - files.Modified(folder / name) > leastAge)
+                files.Remove(folder / name);
+        } catch (const EInOutError&) {
+            continue; // gone since it was listed, or to stay
+        }
 }
 
 } // namespace tidewell

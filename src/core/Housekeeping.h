@@ -28,4 +28,7 @@ std::size_t PurgeFiles(IFiles& files, const IClock& clock, const std::filesystem
 void CleanUpLogFiles(IFiles& files, const IClock& clock, IDialogs& dialogs,
                      const std::filesystem::path& directory);
 
+// Removes what programs that were killed while they wrote have left in that folder.
+void SweepTemporaryFiles(IFiles& files, const IClock& clock, const std::filesystem::path& folder);
+
 } // namespace tidewell

@@ -164,6 +164,8 @@ int RunDesktop(int argc, char** argv, const Tsysteminfo& version) {
 
     const TStartOptions options = OptionsOf(argc, argv, version);
     HidePassword(argc, argv);
+    if (!FromEnvironment("TIDEWELL_HOME").empty()) // for a start anew, which has another current folder
+        qputenv("TIDEWELL_HOME", QByteArray::fromStdString(options.Directory.string()));
     TDesktop desktop(application, options.Directory);
     std::error_code error;
     std::filesystem::current_path(options.Directory, error);

@@ -162,4 +162,11 @@ void ForgetPassword(std::vector<std::string>& arguments) {
             arguments[i].erase(std::min(arguments[i].find(';'), arguments[i].size()));
 }
 
+std::vector<std::string> WithoutLogon(std::vector<std::string> arguments) {
+    for (auto at = arguments.begin();
+         (at = std::find(at, arguments.end(), userNamePassword)) != arguments.end();)
+        at = arguments.erase(at, arguments.end() - at > 1 ? at + 2 : at + 1);
+    return arguments;
+}
+
 } // namespace tidewell

@@ -68,4 +68,7 @@ int EvalSystemParameters(const std::vector<std::string>& arguments, TCommandLine
 // Empties the password behind each -LoginUserPW; the name stays.
 void ForgetPassword(std::vector<std::string>& arguments);
 
+// For a start anew: a name without its password could only be refused.
+std::vector<std::string> WithoutLogon(std::vector<std::string> arguments);
+
 } // namespace tidewell

@@ -4,14 +4,15 @@
 #include "core/IniFile.h"
 #include "core/LanguageTexts.h"
 #include "core/Numbers.h"
+#include "mainform/CommandLine.h"
 
 #include <cstddef>
 
 namespace tidewell {
 
 Tlanguagedialog::Tlanguagedialog(const TPorts& ports, const TStartOptions& options,
-                                 const TCurrentInifilesPath& paths)
-    : TForm("languagedialog"), Ports(ports), Options(options), Paths(paths) {
+                                 const TExtensions& extensions, const TCurrentInifilesPath& paths)
+    : TForm("languagedialog"), Ports(ports), Options(options), Extensions(extensions), Paths(paths) {
     SetClientSize(InitialWidth, InitialHeight);
     OnShow = [this] { FormShow(); };
     OnKeyDown = [this](EKey key, bool& handled) {
@@ -48,7 +49,9 @@ void Tlanguagedialog::ButtonClick() {
     Ports.Dialogs.ShowMessage(Restart);
     SetModalResult(EModalResult::Ok);
     Ports.Application.Terminate();
-    if (!Ports.Process.Start(Options.Executable, {}))
+    const auto arguments =
+        Extensions.LanguageKeepArguments ? WithoutLogon(Options.Arguments) : std::vector<std::string>();
+    if (!Ports.Process.Start(Options.Executable, arguments))
         throw TError("Cannot start " + Options.Executable.string());
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Extensions.h"
 #include "core/IniFile.h"
 #include "core/Paths.h"
 #include "core/controls/Form.h"
@@ -17,7 +18,8 @@ class Tlanguagedialog : public TForm {
     static constexpr int InitialWidth = 425; // pixels
     static constexpr int InitialHeight = 185;
 
-    Tlanguagedialog(const TPorts& ports, const TStartOptions& options, const TCurrentInifilesPath& paths);
+    Tlanguagedialog(const TPorts& ports, const TStartOptions& options, const TExtensions& extensions,
+                    const TCurrentInifilesPath& paths);
 
     TRadioGroup langgroup{*this, "langgroup"};
     TButton Button{*this, "Button"};
@@ -30,6 +32,7 @@ class Tlanguagedialog : public TForm {
   private:
     const TPorts& Ports;
     const TStartOptions& Options;
+    const TExtensions& Extensions;
     const TCurrentInifilesPath& Paths;
     std::string Restart;
 };

@@ -52,7 +52,7 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
       NabtoLogOn(Ports.Libraries, Ports.Process, Ports.Dialogs, Paths, Extensions, NabtoDevice.LastPW),
       SignIn(Ports, {FormMain, Paths, Options, _commandLineParameters, EventLogTexts, ApiClient, NabtoLogOn,
                      NabtoDevice}),
-      languagedialog(Ports, Options, Paths),
+      languagedialog(Ports, Options, Extensions, Paths),
       SetupForm({Ports.Dialogs, ApiClient, Nabto, NabtoDevice, FormMain.StatusBar}),
       UserFolder(Ports.Files, Ports.Timers, Paths.directorypath),
       DeviceActions({Ports.Dialogs, FormMain, NabtoDevice, SetupForm, ApiClient, LiveLog, ErrorLog,

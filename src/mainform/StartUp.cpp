@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/Guard.h"
+#include "core/Housekeeping.h"
 #include "core/IniFile.h"
 #include "core/KvSupport.h"
 #include "core/Paths.h"
@@ -79,9 +80,12 @@ void TStartUp::CreateDirectories() {
         try {
             Ports.Files.CreateDirectories(Needs.Paths.directorypath / name);
         } catch (const EInOutError&) {
-            // A save by the user tells its own failure; without a system log the close saves nothing.
+            // A save by the user tells its own failure; the close puts the log elsewhere.
         }
     }
+    for (const char* name :
+         {"log/userlog", "log/systemlog", "log/exported", "log/kept", "setpoint", "profile", "cfg"})
+        SweepTemporaryFiles(Ports.Files, Ports.Clock, Needs.Paths.directorypath / name);
 }
 
 void TStartUp::InitTimerTimer() {

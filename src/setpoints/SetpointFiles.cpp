@@ -79,8 +79,11 @@ void TSetpointFiles::Save(const std::string& deviceName) {
     if (path)
         path = SaveOrElsewhere(
             Needs.Dialogs, *path, EName::Chosen,
-            [&](const auto& file, EName) { return WriteLines(*Needs.Files.Replace(file), lines); }, choose,
-            [this](const std::string& reason) { TellNotSaved(reason); });
+            [&](const auto& file, EName) {
+                KeepBackup(Needs.Files, file);
+                return WriteLines(*Needs.Files.Replace(file), lines);
+            },
+            choose, [this](const std::string& reason) { TellNotSaved(reason); });
     if (path)
         Needs.MemoEventLog.Add("Saved Setpointfile " + path->string());
 }
