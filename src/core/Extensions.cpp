@@ -32,6 +32,8 @@ constexpr std::array keys{
     TExtensionKey{
         "Language", "KeepArguments", &TExtensions::LanguageKeepArguments,
         "the start anew after a change of language has the arguments of the first one, but for the logon"},
+    TExtensionKey{"Profile", "KeepEdits", &TExtensions::ProfileKeepEdits,
+                  "what was edited in the profile while it was open stays as it is at the close"},
 };
 
 } // namespace

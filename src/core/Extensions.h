@@ -19,6 +19,7 @@ struct TExtensions {
     bool CloseAsk = false;
     bool JournalEnabled = false;
     bool LanguageKeepArguments = false;
+    bool ProfileKeepEdits = false;
 };
 
 struct TExtensionKey {

@@ -71,7 +71,9 @@ struct TEventLogTexts : TOwnTexts {
     // Place, text, number.
     TOwnText NumberReplaced{*this, "NumberReplaced", "%1'%2' is not possible, %3 is used"};
     TOwnText NoToken{*this, "NoToken", "Signed in, but the service gave no token"};
-    TOwnText NoConnection{*this, "NoConnection", "No connection: %1"};           // reason
+    TOwnText NoConnection{*this, "NoConnection", "No connection: %1"}; // reason
+    TOwnText ProfileEdited{*this, "ProfileEdited",
+                           "Edited meanwhile, and left as it stands in %1: %2"}; // path, keys
     TOwnText DeviceNotSaved{*this, "DeviceNotSaved", "Device %1 not saved: %2"}; // id, reason
 };
 

@@ -5,6 +5,7 @@
 #include "core/Extensions.h"
 #include "core/Guard.h"
 #include "core/KvSupport.h"
+#include "core/LanguageTexts.h"
 #include "core/Paths.h"
 #include "core/TextFile.h"
 #include "graph/GraphPage.h"
@@ -64,6 +65,16 @@ void TCloseDown::FormClose() {
     Ports.Application.Terminate();
 }
 
+void TCloseDown::SaveGraphSettings() {
+    const auto settings = Needs.GraphPage.ChannelSettings();
+    if (!Needs.Extensions.ProfileKeepEdits)
+        return Needs.Profile.WriteGraphSettings(settings);
+    const auto edited = Needs.Profile.WriteChangedSettings(settings);
+    if (!edited.empty())
+        Needs.FormMain.MemoEventLog.Add(FillText(
+            Needs.Texts.ProfileEdited, {Needs.Profile.currentprofilefile.string(), Join(edited, ", ")}));
+}
+
 void TCloseDown::SaveElsewhere() {
     if (MayAskForPlace() && Needs.LiveLog.UnsavedRows() > 0)
         RunGuarded(Ports.Dialogs, [this] { Needs.LiveLog.SaveUserDatalog1Click(); });
@@ -88,10 +99,7 @@ std::vector<std::function<void()>> TCloseDown::ClosingSaves() {
     std::vector<std::function<void()>> saves;
     if (Needs.Profile.ProfileLoaded)
         // What cannot be kept of the graph must not cost the logs.
-        saves.emplace_back([this] {
-            RunGuarded(Ports.Dialogs,
-                       [this] { Needs.Profile.WriteGraphSettings(Needs.GraphPage.ChannelSettings()); });
-        });
+        saves.emplace_back([this] { RunGuarded(Ports.Dialogs, [this] { SaveGraphSettings(); }); });
     if (Ports.Files.DirectoryExists(systemlog)) {
         saves.emplace_back([=, this] {
             WriteLines(*Ports.Files.Create(systemlog / (stamp + "eventlog.log")),

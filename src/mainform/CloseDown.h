@@ -18,6 +18,7 @@ class TProfile;
 struct TConfiguration;
 struct TCurrentInifilesPath;
 struct TExtensions;
+struct TEventLogTexts;
 
 // The close of the main form: what is kept, and the end of all that runs.
 class TCloseDown {
@@ -26,6 +27,7 @@ class TCloseDown {
         const TCurrentInifilesPath& Paths;
         const TConfiguration& Configuration;
         const TExtensions& Extensions;
+        const TEventLogTexts& Texts;
         TFormMain& FormMain;
         TNabtoDevice& Device;
         TNabtoUserFolder& UserFolder;
@@ -51,6 +53,7 @@ class TCloseDown {
     std::vector<std::function<void()>> ClosingSaves();
 
     bool MayAskForPlace() const;
+    void SaveGraphSettings();
     void SaveElsewhere();
 
     const TPorts& Ports;

@@ -64,6 +64,7 @@ TProgram::TProgram(const TPorts& ports, TStartOptions options)
                 {Paths,
                  Configuration,
                  Extensions,
+                 EventLogTexts,
                  FormMain,
                  NabtoDevice,
                  UserFolder,

@@ -49,12 +49,14 @@ void TProfile::Open(const std::filesystem::path& path) {
     const TIniFile file(Files, path);
     GraphValues.clear();
     GraphPoints.clear();
+    GraphKeys.clear();
     FindGraphNameList.clear();
     GraphEnableCount = 0;
     const TIniSection graph = file.ReadSection(graphSection);
     for (const auto& row : graph.Rows()) {
         GraphValues.push_back(row.Value);
         GraphPoints.push_back(ParseGraphPoint(row.Value));
+        GraphKeys.push_back(row.Name);
         FindGraphNameList.emplace_back(Trim(GetRowField(row.Value, 0)));
         if (GraphPoints.back().IsChannel)
             ++GraphEnableCount;
@@ -98,8 +100,41 @@ std::filesystem::path TProfile::PadCurrentProfileExtension(const std::filesystem
     return padded;
 }
 
+bool TProfile::MayWrite() const {
+    return ProfileLoaded && Files.FileExists(currentprofilefile) && !Files.IsLocked(currentprofilefile);
+}
+
+std::vector<std::string> TProfile::WriteChangedSettings(const std::vector<TGraphChannelSettings>& channels) {
+    std::vector<std::string> edited;
+    if (!MayWrite())
+        return edited;
+    TIniFile file(Files, currentprofilefile);
+    const auto write = [&](std::string_view section, const std::string& key,
+                           const std::optional<std::string>& read, const std::string& value) {
+        if (read == value)
+            return;
+        if (file.Find(section, key) == read)
+            file.WriteText(section, key, value);
+        else
+            edited.push_back(key);
+    };
+    for (std::size_t k = 0; k < channels.size(); ++k) {
+        const std::string key = "graph " + std::to_string(k);
+        const auto read = VisibleGraph.Find(key);
+        const bool shown = read && (SameText(*read, "true") || ToIntegerOr(*read, 0) != 0);
+        if (!read || shown != channels[k].Visible)
+            write(visibleSection, key, read, BooleanText(channels[k].Visible));
+    }
+    std::size_t k = 0;
+    for (std::size_t i = 0; i < GraphValues.size(); ++i)
+        if (GraphPoints[i].IsChannel && k < channels.size())
+            write(graphSection, GraphKeys[i], GraphValues[i], WithSettings(GraphValues[i], channels[k++]));
+    file.Save(Files);
+    return edited;
+}
+
 void TProfile::WriteGraphSettings(const std::vector<TGraphChannelSettings>& channels) {
-    if (!ProfileLoaded || !Files.FileExists(currentprofilefile) || Files.IsLocked(currentprofilefile))
+    if (!MayWrite())
         return;
     TIniFile file(Files, currentprofilefile);
     for (std::size_t k = 0; k < channels.size(); ++k)

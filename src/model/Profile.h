@@ -36,6 +36,7 @@ struct TProfileGraph {
     bool MayLog() const { return ProfileLoaded && !DeviceSilent; }
     std::vector<std::string> GraphValues; // values of GraphPoints, in file order
     std::vector<TGraphPoint> GraphPoints; // the same, parsed
+    std::vector<std::string> GraphKeys;   // their keys
     std::size_t GraphEnableCount = 0;     // how many of them are channels
     std::vector<std::string> FindGraphNameList;
     TIniSection VisibleGraph;
@@ -67,6 +68,10 @@ class TProfile : public TProfileGraph {
     // gone, read-only or locked. Throws EInOutError if reading or writing fails otherwise; the file is then
     // as it was.
     void WriteGraphSettings(const std::vector<TGraphChannelSettings>& channels);
+    // The same for a file that others may have edited since it was read: rows are matched by their keys, and
+    // only those are written that were changed here. Gives the keys of those that differ from what was read,
+    // which are left alone.
+    std::vector<std::string> WriteChangedSettings(const std::vector<TGraphChannelSettings>& channels);
 
     TFlashPage FlashPage;
     std::int32_t DF_HPM_SNUM = 0;
@@ -76,6 +81,7 @@ class TProfile : public TProfileGraph {
     bool NabtoErrorlogEnable = false;
 
   private:
+    bool MayWrite() const;
     IFiles& Files;
 };
 

@@ -99,6 +99,21 @@ TEST_F(Profile, MatchesRowsToChannelsAndKeys) {
                            "\n[VisibleGraph]\ngraph 0=True\ngraph 1=True\ngraph 2=False\n");
 }
 
+TEST_F(Profile, LeavesAloneWhatOthersHaveEdited) {
+    const auto bytes = [](const char* first, const char* one, const char* three, const char* shown) {
+        return std::string("[GraphPoints]\n") + first + "A=" + GraphRow(one) +
+               "\nB=" + GraphRow("Two;1;clRed") + "\nC=" + GraphRow(three) +
+               "\n[VisibleGraph]\ngraph 0=1\ngraph 1=TRUE\ngraph 2=" + shown + "\n";
+    };
+    Open(bytes("", "One;1;clRed", "Three;1;clRed", "false"));
+    Files.Put(profilePath, bytes("New=x\n", "Uno;1;clRed", "Three;1;clRed", "true"));
+    const TColor blue{0xFF0000}, red{0x0000FF};
+    EXPECT_THAT(
+        Model.WriteChangedSettings({{"One", true, blue, 0}, {"Two", true, red, 0}, {"Three", true, blue, 0}}),
+        testing::ElementsAre("graph 2", "A"));
+    EXPECT_EQ(Bytes(), bytes("New=x\n", "Uno;1;clRed", "Three;1;clBlue", "true"));
+}
+
 // Up to 30 characters of it.
 TEST_F(Profile, CutsTheValueFromANameOnly) {
     const std::string tail = ";1;clRed;3;0;1;1;;;;;;1;\n[VisibleGraph]\ngraph 0=True\n";
