@@ -15,8 +15,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view lineEnd = "\r\n";
-constexpr std::size_t blockSize = 1U << 17U;
+constexpr std::string_view endOfRow = "\r\n";
+constexpr std::size_t journalBlock = 1U << 17U;
 
 // The path that stands between the questions, each ended by ";", and the closing mark.
 fs::path ProfileOf(std::string_view header) {
@@ -29,7 +29,8 @@ fs::path ProfileOf(std::string_view header) {
 // Gives what is whole of a text that comes in blocks.
 class TWholeLines {
   public:
-    explicit TWholeLines(std::unique_ptr<IFileReader> file) : File(std::move(file)), Block(blockSize, '\0') {}
+    explicit TWholeLines(std::unique_ptr<IFileReader> file)
+        : File(std::move(file)), Block(journalBlock, '\0') {}
 
     // Whole lines, with their ends; empty at the end, or where a power cut has left zeros.
     std::string Next() {
@@ -39,9 +40,9 @@ class TWholeLines {
             const std::string_view good = read.substr(0, read.find('\0'));
             AtEnd = good.size() < Block.size();
             Pending += good;
-            const auto end = Pending.rfind(lineEnd);
+            const auto end = Pending.rfind(endOfRow);
             if (end != std::string::npos) {
-                std::string lines = Pending.substr(0, end + lineEnd.size());
+                std::string lines = Pending.substr(0, end + endOfRow.size());
                 Pending.erase(0, lines.size());
                 return lines;
             }
@@ -81,9 +82,9 @@ void TJournal::Begin(const fs::path& folder, std::size_t saved, std::string_view
     File = Files.Append(folder / (DateTimeStamp(Clock) + ".csv"));
     Path = File->Commit();
     Out.emplace(*File);
-    Out->Reserve(header.size() + lineEnd.size());
+    Out->Reserve(header.size() + endOfRow.size());
     Out->Text(header);
-    Out->Text(lineEnd);
+    Out->Text(endOfRow);
     NextRow = saved;
     Synced = Clock.Now();
 }
@@ -115,10 +116,10 @@ std::vector<fs::path> JournalsLeft(const IFiles& files, const fs::path& folder) 
 std::optional<TRecoveredLog> RecoverJournal(IFiles& files, const fs::path& journal, const fs::path& folder) {
     TWholeLines source(files.Open(journal));
     std::string lines = source.Next();
-    const std::string header = lines.substr(0, lines.find(lineEnd));
+    const std::string header = lines.substr(0, lines.find(endOfRow));
     if (!header.starts_with(HeaderMark))
         return std::nullopt;
-    lines.erase(0, header.size() + lineEnd.size());
+    lines.erase(0, header.size() + endOfRow.size());
     if (lines.empty())
         lines = source.Next();
     if (lines.empty())
@@ -130,7 +131,7 @@ std::optional<TRecoveredLog> RecoverJournal(IFiles& files, const fs::path& journ
         file->Write(lines);
         recovered.Rows += CountLines(lines);
     }
-    file->Write(header + std::string(lineEnd));
+    file->Write(header + std::string(endOfRow));
     recovered.Path = file->Commit();
     recovered.Profile = ProfileOf(header);
     files.Remove(journal);
